@@ -1,0 +1,15 @@
+# What every target of this project is built with; nothing of it reaches a project that uses the library.
+add_library(qn740_options INTERFACE)
+target_compile_options(qn740_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(QN740_SANITIZE)
+    target_compile_options(qn740_options INTERFACE
+        -O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=undefined)
+    target_link_options(qn740_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# qn740_precompile(TARGET HEADER ...): precompiles the headers for the target where that is wanted.
+function(qn740_precompile target)
+    if(QN740_PCH)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()

@@ -1,0 +1,17 @@
+#pragma once
+
+class QApplication;
+class QString;
+
+// Who the panel says it is, and how it looks whatever platform plugin draws it.
+namespace identity {
+
+QString version(); // "1.1.6.4"
+
+// Gives the application object its version, organisation and name.
+void apply();
+
+// The same style and font, in pixels, on every platform.
+void applyLook(QApplication& application);
+
+} // namespace identity

@@ -1,0 +1,138 @@
+#pragma once
+
+#include "app/Views.h"
+
+#include <QByteArray>
+#include <QMainWindow>
+#include <QPointer>
+#include <QSerialPort>
+#include <QSettings>
+#include <QStringList>
+#include <QTimer>
+#include <QVector>
+
+#include <memory>
+
+class Dispatcher;
+class keySerial;
+class KeyBoard;
+class LinkModeDialog;
+class MenuMessages;
+class MessageBoxes;
+class QGroupBox;
+class QLabel;
+class QPushButton;
+class QStatusBar;
+
+// The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
+// It creates the rooms, wires them, and is the one place where a message of the main unit ends up:
+// every command word has its slot here, and a slot whose work belongs to a room hands it there.
+//
+// The road of a message in: keySerial cuts it out of the line, process_mess() looks its word up in
+// the dispatcher's table, the slot of the word gets the remaining fields. The road out: whoever has
+// a finished message hands it to send_mess(), which widens it for the link mode and writes it.
+//
+// All slots that take a QStringList get the fields behind the command word. What is malformed is
+// ignored without a word; nothing is sent back.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // Builds the status bar: link mode, "Linking", "Main Menu", "Scopes" and the version.
+    void Set_Status_Bar();
+
+    // Reads the stored link mode (0 when there is none) and shows it; writes it.
+    void get_settings();
+    void put_settings();
+
+    // Shows a message box with this text that does not block: with an OK button, or with no button
+    // at all, so that only killbox() closes it.
+    void main_messagebox(const QString& text, bool okButton);
+
+    int mainMenuIndex() const { return views->mainMenu.index(); }
+    int paxMenuIndex() const { return views->paxMenu.index(); }
+    bool displayActive() const { return views->displayActive(); }
+
+    QWidget* central = nullptr;
+    QStackedLayout* stack = nullptr;
+    Views* views = nullptr;        // which page is shown, and the pages' numbers
+    MenuMessages* menus = nullptr; // the menu pages and the messages that define them
+    keySerial* serial = nullptr;
+    std::unique_ptr<QSettings> settings;
+    QStatusBar* statusBar_ = nullptr;
+    QLabel* statusLabel = nullptr;
+    QPushButton* linkButton = nullptr;
+    QPushButton* mainMenuButton = nullptr;
+    QPushButton* scopesButton = nullptr;
+    int linkMode = 0;               // 0 none, 1 diversity, 2 frequency diversity
+    bool noK7150 = false;           // started with "-noK7150"
+    bool spectrumAvailable = false; // the spectrum page exists
+    bool ready = false;             // the constructor has come to its end
+    QTimer timer;
+
+public slots:
+    void process_mess(const QString& message);
+    // message: framed. Widens it for the link mode and writes it to the line, in one write.
+    void send_mess(const QString& message);
+
+    // keys and menus
+    void process_AK_key(const QStringList& fields);
+    void process_SK_key(const QStringList& fields);
+    void process_CK_key(const QStringList& fields);
+    void process_CV_key(const QStringList& fields);
+    void process_CM_key(const QStringList& fields); // reached by no command word
+    void process_MM_key(const QStringList& fields);
+    void process_MM_key_PAX(const QStringList& fields);
+    void process_EI_key(const QStringList& fields);
+    void process_IK_key(const QStringList& fields);
+    void process_CLEAR();
+    void process_special_menu();
+    void goto_main_menu();
+    void paxMenuEnable(bool on);
+    void button_pushed();
+
+    // link mode and small messages
+    void process_slave(const QStringList& fields);
+    void process_config_menu();
+    void master_tog(bool on);
+    void div_tog(bool on);
+    void freq_tog(bool on);
+    void enableStatBut1();
+    void process_SB_key(const QStringList& fields);
+    void process_DB_key(const QStringList& fields);
+
+    // scopes
+    void menus_scopes_toggle();
+    void process_SM(const QStringList& fields);
+    void process_SQ(const QStringList& fields);
+    void process_PM(const QStringList& fields);
+
+    // spectrum
+    void process_SF_key(const QStringList& fields);
+    void process_SP_key(const QStringList& fields);
+    void process_SH(const QStringList& fields);
+    void process_LC(const QStringList& fields);
+    void process_HM_key(const QStringList& fields);
+    void process_ST(const QStringList& fields);
+    void spanClicked();
+
+signals:
+    // Closes the message box that main_messagebox() has opened.
+    void killbox();
+
+protected:
+    // The window cannot be closed.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void showSplash();
+    void setUpStack();
+    void setUpLink();
+    void setUpLook();
+
+    Dispatcher* m_dispatcher = nullptr;
+};

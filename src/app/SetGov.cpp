@@ -1,0 +1,16 @@
+#include "app/SetGov.h"
+
+#include <QProcess>
+
+namespace {
+constexpr int LongestRunMs = 1000;
+} // namespace
+
+void SetGov::changeGov()
+{
+    QProcess process;
+    process.start(QStringLiteral("cpufreq-set"),
+        {QStringLiteral("--governor"), QStringLiteral("performance")}, QIODevice::ReadWrite);
+    process.waitForFinished(LongestRunMs);
+    process.close();
+}

@@ -1,0 +1,29 @@
+#include "app/Identity.h"
+#include "app/MainWindow.h"
+#include "app/SetGov.h"
+
+#include <QApplication>
+#include <QTimer>
+
+namespace {
+constexpr int Width = 800;
+constexpr int Height = 480;
+constexpr int SecondGovernorMs = 1000;
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // twice: the board's own start-up may set another governor while the panel comes up
+    SetGov governor;
+    governor.changeGov();
+
+    QApplication application(argc, argv);
+    identity::apply();
+    identity::applyLook(application);
+
+    MainWindow window;
+    window.resize(Width, Height);
+    QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,110 @@
+#include "menus/Key.h"
+
+#include "menus/KeyButton.h"
+#include "menus/KeyStyle.h"
+#include "wire/Message.h"
+
+Key::Key()
+    : Key(nullptr)
+{
+}
+
+Key::Key(QObject* parent)
+    : QObject(parent)
+{
+}
+
+Key::~Key() = default;
+
+void Key::Set_Key(QPushButton* keyButton, bool largeFont)
+{
+    button = keyButton;
+    large = largeFont;
+}
+
+QPushButton* Key::GetKey() const
+{
+    return button;
+}
+
+void Key::setEnabled()
+{
+    if (button == nullptr) {
+        return;
+    }
+    button->setEnabled(true);
+    applyStyle(type == Toggle && tog_ ? keyStyle::toggled(large) : keyStyle::enabled(large));
+}
+
+void Key::setDisabled()
+{
+    if (button == nullptr) {
+        return;
+    }
+    button->setEnabled(false);
+    applyStyle(keyStyle::disabled(large));
+}
+
+void Key::show()
+{
+    if (button != nullptr) {
+        button->show();
+    }
+}
+
+void Key::hide()
+{
+    if (button != nullptr) {
+        button->hide();
+    }
+}
+
+bool Key::tog() const
+{
+    return tog_;
+}
+
+void Key::setTog(bool on)
+{
+    tog_ = on;
+    if (button != nullptr && type == Toggle && button->isEnabled()) {
+        applyStyle(on ? keyStyle::toggled(large) : keyStyle::enabled(large));
+    }
+}
+
+void Key::applyState()
+{
+    switch (state) {
+    case Enabled:
+        setEnabled();
+        show();
+        break;
+    case Disabled:
+        setDisabled();
+        show();
+        break;
+    case Hidden:
+        hide();
+        break;
+    default:
+        break;
+    }
+}
+
+QString Key::message(const QString& valueText) const
+{
+    return wire::frame(command + valueText);
+}
+
+QPushButton* Key::newButton(const QString& text, QWidget* parent)
+{
+    return new KeyButton(text, parent);
+}
+
+void Key::applyStyle(const QString& sheet)
+{
+    // setting a sheet is dear, also when it is the one that is there
+    if (button->styleSheet() != sheet) {
+        button->setStyleSheet(sheet);
+    }
+}

@@ -1,0 +1,38 @@
+#include "menus/KeyStyle.h"
+
+namespace keyStyle {
+
+QString enabled(bool largeFont)
+{
+    return largeFont
+        ? QStringLiteral(
+              "QPushButton {background-color:#919191; border-width: 2px; border-style: solid; border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503} QPushButton:pressed {background-color: #4169e1;}")
+        : QStringLiteral(
+              "QPushButton {background-color: #919191; border-width: 2px; border-style: solid; border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+QString toggled(bool largeFont)
+{
+    return largeFont
+        ? QStringLiteral(
+              "QPushButton {background-color: green; border-width: 2px; border-style: solid; border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503;} QPushButton:pressed {background-color: #4169e1;}")
+        : QStringLiteral(
+              "QPushButton {background-color: green; border-width: 2px; border-style: solid; border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+QString disabled(bool largeFont)
+{
+    return largeFont
+        ? QStringLiteral(
+              "QPushButton {background-color: #2f4f4f; color:white; border-width: 2px; border-style: solid; border-color: #fffacd; font-size: 22px; border-radius: 4px; font-weight: 503;} QPushButton:pressed {background-color: #4169e1;}")
+        : QStringLiteral(
+              "QPushButton {background-color: #2f4f4f; color:white; border-width: 2px; border-style: solid; border-color: #fffacd; font-size: 16px; border-radius: 4px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+QString more()
+{
+    return QStringLiteral(
+        "QPushButton {background-color: black; color: aliceblue; border-width: 1px; border-style: solid; border-color: white; font-size: 18px; border-radius: 2px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+} // namespace keyStyle

@@ -1,0 +1,78 @@
+#include "wire/SerialLine.h"
+
+namespace {
+constexpr int RetryMs = 2000;
+} // namespace
+
+SerialLine::SerialLine(Category category, QObject* parent)
+    : QObject(parent)
+    , m_category(category)
+{
+    m_retry.setInterval(RetryMs);
+    connect(&m_retry, &QTimer::timeout, this, &SerialLine::tryToOpen);
+    connect(&m_port, &QSerialPort::errorOccurred, this, &SerialLine::handleError);
+}
+
+SerialLine::~SerialLine()
+{
+    // the port reports its own closing, when this object is no longer whole
+    m_port.disconnect(this);
+}
+
+QString SerialLine::devicePath(const QString& name)
+{
+    const QString directory = qEnvironmentVariable("QN740_DEV", QStringLiteral("/dev"));
+    return directory + QLatin1Char('/') + name;
+}
+
+bool SerialLine::open(const QString& name, qint32 baudRate, Reopen reopen, qint64 readBufferSize)
+{
+    m_name = name;
+    m_reopen = reopen;
+    m_port.setBaudRate(baudRate);
+    m_port.setDataBits(QSerialPort::Data8);
+    m_port.setParity(QSerialPort::NoParity);
+    m_port.setStopBits(QSerialPort::OneStop);
+    m_port.setFlowControl(QSerialPort::NoFlowControl);
+    m_port.setReadBufferSize(readBufferSize);
+    const bool ok = tryToOpen();
+    if (!ok) {
+        qCInfo(m_category).noquote() << m_name << "was not opened:" << m_port.errorString();
+    }
+    return ok;
+}
+
+void SerialLine::close()
+{
+    m_reopen = Reopen::Never;
+    m_retry.stop();
+    m_port.close();
+}
+
+bool SerialLine::tryToOpen()
+{
+    m_port.setPortName(devicePath(m_name));
+    const bool ok = m_port.open(QIODevice::ReadWrite);
+    if (ok) {
+        m_retry.stop();
+        emit opened();
+    } else if (m_reopen == Reopen::EveryTwoSeconds && !m_retry.isActive()) {
+        m_retry.start();
+    }
+    return ok;
+}
+
+void SerialLine::handleError(QSerialPort::SerialPortError error)
+{
+    const bool gone = error == QSerialPort::ReadError || error == QSerialPort::WriteError ||
+        error == QSerialPort::ResourceError;
+    if (!gone || !m_port.isOpen()) {
+        return;
+    }
+    qCWarning(m_category).noquote() << m_name << "was lost:" << m_port.errorString();
+    m_port.close();
+    if (m_reopen == Reopen::EveryTwoSeconds) {
+        m_retry.start();
+    }
+    emit lost();
+}
