@@ -1,0 +1,2 @@
+qn740_test(wire Message)
+qn740_test(wire SerialLine)
