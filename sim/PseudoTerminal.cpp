@@ -30,6 +30,16 @@ int openMaster()
     return master;
 }
 
+// Opens and closes the panel's side, throwing away what lies there unread.
+void touchSlave(const char* path)
+{
+    const int slave = ::open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (slave >= 0) {
+        ::tcflush(slave, TCIFLUSH);
+        ::close(slave);
+    }
+}
+
 } // namespace
 
 PseudoTerminal::PseudoTerminal(qsizetype limit, QObject* parent)
@@ -42,10 +52,7 @@ PseudoTerminal::PseudoTerminal(qsizetype limit, QObject* parent)
     }
     m_slavePath = QString::fromLocal8Bit(::ptsname(m_master));
     // a line that was never opened looks as if it were open; one that was closed does not
-    const int slave = ::open(::ptsname(m_master), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (slave >= 0) {
-        ::close(slave);
-    }
+    touchSlave(::ptsname(m_master));
     m_readable = std::make_unique<QSocketNotifier>(m_master, QSocketNotifier::Read);
     m_readable->setEnabled(false);
     m_writable = std::make_unique<QSocketNotifier>(m_master, QSocketNotifier::Write);
@@ -139,7 +146,9 @@ void PseudoTerminal::setOpen(bool open)
     }
     m_writable->setEnabled(false);
     m_pending.clear();
-    ::tcflush(m_master, TCOFLUSH); // the next panel does not get what this one left unread
+    // the next panel does not get what this one left unread, under way or already there
+    ::tcflush(m_master, TCOFLUSH);
+    touchSlave(::ptsname(m_master));
     m_poll.start(PollMs);
     emit closed();
 }
