@@ -1,0 +1,60 @@
+#include "popups/PopUpWindow.h"
+
+#include "popups/Choices.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QGridLayout>
+#include <QScreen>
+
+namespace {
+
+constexpr QSize Panel(800, 480);
+constexpr int CellWidth = 150;
+constexpr int CellHeight = 80;
+constexpr int Spacing = 4;
+constexpr int SpacingOfMany = 2;
+// above this many rows each pixel between them counts
+constexpr int ManyRows = 6;
+
+QRect panelArea()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        if (window->isVisible() && window->size() == Panel) {
+            return window->geometry();
+        }
+    }
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->geometry() : QRect(QPoint(0, 0), Panel);
+}
+
+} // namespace
+
+namespace popUpWindow {
+
+void place(QDialog& dialog)
+{
+    dialog.ensurePolished();
+    const QSize wanted = dialog.sizeHint().expandedTo(dialog.minimumSize());
+    dialog.setFixedSize(wanted.boundedTo(QSize(Width, Height)));
+    QRect frame(QPoint(0, 0), dialog.size());
+    frame.moveCenter(panelArea().center());
+    dialog.move(frame.topLeft());
+}
+
+void shareCells(QGridLayout& layout, const choices::Grid& grid, int rows)
+{
+    for (int column = 0; column < grid.columns(); ++column) {
+        layout.setColumnMinimumWidth(column, CellWidth);
+        layout.setColumnStretch(column, 1);
+    }
+    for (int row = 0; row < rows; ++row) {
+        layout.setRowMinimumHeight(row, CellHeight);
+        layout.setRowStretch(row, 1);
+    }
+    layout.setContentsMargins(0, 0, 0, 0);
+    layout.setSpacing(rows > ManyRows ? SpacingOfMany : Spacing);
+}
+
+} // namespace popUpWindow
