@@ -8,7 +8,6 @@
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QIcon>
-#include <QLineEdit>
 
 namespace {
 
@@ -75,10 +74,12 @@ FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
 
 QString FileNameEdit::text() const
 {
-    return m_field->text();
+    return m_field != nullptr ? m_field->text() : QString();
 }
 
 void FileNameEdit::fn_can()
 {
-    m_field->clear();
+    if (m_field != nullptr) {
+        m_field->clear();
+    }
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QLineEdit>
 #include <QPointer>
 #include <QWidget>
 
 class QDialog;
-class QLineEdit;
 class KeyBoardWidget;
 
 // Asks for a file name: a text line and the on-screen keyboard, in a modal dialog that runs inside
@@ -26,7 +26,7 @@ public slots:
     void fn_can();
 
 private:
-    QDialog* m_dialog;  // a child, as long as this lives
-    QLineEdit* m_field; // in the dialog
+    QDialog* m_dialog; // a child, as long as this lives
+    QPointer<QLineEdit> m_field;
     KeyBoardWidget* m_keys;
 };

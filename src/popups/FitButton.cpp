@@ -33,9 +33,21 @@ FitButton::FitButton(const QString& text, QWidget* parent)
     setAutoDefault(false);
 }
 
+void FitButton::setOneLine(bool on)
+{
+    m_oneLine = on;
+    update();
+}
+
+void FitButton::setRimmed(bool on)
+{
+    m_rimmed = on;
+    update();
+}
+
 FitButton::Fit FitButton::fit(const QString& text, const QFont& font, const QSize& room)
 {
-    const QString shown = text.left(MostCharacters);
+    const QString shown = text.trimmed().left(MostCharacters);
     QFont tried = font;
     for (const bool anywhere : {false, true}) {
         for (int pixels = font.pixelSize(); pixels >= SmallestFont; --pixels) {
@@ -71,7 +83,10 @@ void FitButton::paintEvent(QPaintEvent* event)
     Q_UNUSED(event)
     QStyleOptionButton option;
     initStyleOption(&option);
-    const QString label = option.text;
+    QString label = option.text;
+    if (m_oneLine) {
+        label.replace(QLatin1Char(' '), QChar::Nbsp);
+    }
     option.text.clear();
     QStylePainter painter(this);
     painter.drawControl(QStyle::CE_PushButton, option);
@@ -86,7 +101,15 @@ void FitButton::paintEvent(QPaintEvent* event)
     QFont shown = font();
     shown.setPixelSize(m_fit.pixelSize);
     painter.setFont(shown);
-    painter.setPen(
-        palette().color(isEnabled() ? QPalette::Normal : QPalette::Disabled, QPalette::ButtonText));
-    painter.drawText(room, textFlags(m_fit.anywhere), m_fit.text);
+    const int flags = textFlags(m_fit.anywhere);
+    if (m_rimmed) {
+        painter.setPen(Qt::black);
+        for (const QPoint& side : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1),
+                 QPoint(-1, -1), QPoint(1, 1), QPoint(-1, 1), QPoint(1, -1)}) {
+            painter.drawText(room.translated(side), flags, m_fit.text);
+        }
+    }
+    const auto group = isEnabled() ? QPalette::Normal : QPalette::Disabled;
+    painter.setPen(palette().color(group, QPalette::ButtonText));
+    painter.drawText(room, flags, m_fit.text);
 }

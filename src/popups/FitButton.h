@@ -25,8 +25,13 @@ public:
 
     explicit FitButton(const QString& text, QWidget* parent = nullptr);
 
+    // The text stays on one line, made smaller instead of broken at its blanks.
+    void setOneLine(bool on);
+    // The text has a dark rim, for faces that are too light for it.
+    void setRimmed(bool on);
+
     // In: a text (with "&" as buttons have it), its font with a pixel size, the room in pixels.
-    // Out: how to paint it inside the room.
+    // Out: how to paint it inside the room; blanks and breaks at its ends are left out.
     static Fit fit(const QString& text, const QFont& font, const QSize& room);
 
     QSize sizeHint() const override;
@@ -36,6 +41,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    bool m_oneLine = false;
+    bool m_rimmed = false;
     // the last fit and what it was made for: measuring is dear
     Fit m_fit;
     QString m_fitText;

@@ -118,6 +118,9 @@ void KeyBoardWidget::pushButtonKeyPressed(const QString& text)
     if (line.text != before.text) {
         m_field->setText(line.text);
     }
+    if (m_field == nullptr) {
+        return; // whoever hears of the new text may delete the field
+    }
     if (line.insertedSelected) {
         m_field->setSelection(line.cursor - 1, 1);
     } else {

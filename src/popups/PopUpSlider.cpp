@@ -40,6 +40,12 @@ QString upStyle()
         "QPushButton {background-color:orange; color:white;} QPushButton:pressed {background-color: #4169e1;}");
 }
 
+// with a border the faces have the colours of their own sheets, and no gradient
+QString rowStyle()
+{
+    return QStringLiteral("QPushButton {border: 2px solid black; border-radius: 4px;}");
+}
+
 QString okStyle()
 {
     return QStringLiteral(
@@ -53,6 +59,7 @@ FitButton* newSliderButton(const QString& text, const QString& sheet, bool repea
     QFont font = button->font();
     font.setPixelSize(ButtonFont);
     button->setFont(font);
+    button->setOneLine(true);
     if (repeats) {
         button->setAutoRepeat(true);
         button->setAutoRepeatDelay(FirstRepeatMs);
@@ -136,6 +143,7 @@ QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
         auto* down = newSliderButton(QStringLiteral("DOWN"), downStyle(), true);
         connect(down, &QPushButton::clicked, this, &PopUpSlider::decreament_slider);
         auto* up = newSliderButton(QStringLiteral("UP"), upStyle(), true);
+        up->setRimmed(true); // white on orange is hard to read
         connect(up, &QPushButton::clicked, this, &PopUpSlider::increament_slider);
         buttons = {down, ok, up};
     }
@@ -144,10 +152,12 @@ QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
         connect(down, &QPushButton::clicked, this, [this, step] { change_slide(-step); });
         buttons.prepend(down);
         auto* up = newSliderButton(QStringLiteral("+%1 >").arg(step), upStyle(), true);
+        up->setRimmed(true);
         connect(up, &QPushButton::clicked, this, [this, step] { change_slide(step); });
         buttons.append(up);
     }
     auto* row = new QWidget;
+    row->setStyleSheet(rowStyle());
     auto* layout = new QGridLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     fillRows(*layout, buttons);

@@ -28,6 +28,9 @@ public:
     void new_pop_slider(const QString& name, const QString& messageCommand, const QString& range,
         float currentValue, int readoutType, const QString& steps);
 
+    // Out: the result of the dialog that ran last (QDialog::DialogCode).
+    int result() const { return m_result; }
+
     // Deletes this by deferred deletion as soon as nothing waits to be sent any more.
     void deleteWhenSent();
 
