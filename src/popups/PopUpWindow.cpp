@@ -10,6 +10,8 @@
 namespace {
 
 constexpr QSize Panel(800, 480);
+// room for the frame that some platforms draw
+constexpr int Frame = 3;
 constexpr int CellWidth = 150;
 constexpr int CellHeight = 80;
 constexpr int Spacing = 4;
@@ -37,10 +39,12 @@ void place(QDialog& dialog)
 {
     dialog.ensurePolished();
     const QSize wanted = dialog.sizeHint().expandedTo(dialog.minimumSize());
-    dialog.setFixedSize(wanted.boundedTo(QSize(Width, Height)));
-    QRect frame(QPoint(0, 0), dialog.size());
-    frame.moveCenter(panelArea().center());
-    dialog.move(frame.topLeft());
+    const int frame = dialog.windowFlags().testFlag(Qt::FramelessWindowHint) ? 0 : Frame;
+    dialog.setFixedSize(wanted.boundedTo(QSize(Width - 2 * frame, Height - 2 * frame)));
+    QRect place(QPoint(0, 0), dialog.size());
+    place.moveCenter(panelArea().center());
+    // not move(), which would place the frame that some platforms draw around it
+    dialog.setGeometry(place);
 }
 
 void shareCells(QGridLayout& layout, const choices::Grid& grid, int rows)

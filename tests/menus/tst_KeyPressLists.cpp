@@ -37,7 +37,7 @@ class tst_KeyPressLists : public QObject
     {
         const auto key = newKey(type, options);
         key->units = "100 0";
-        whenModal([](QWidget* modal) { popUps::dialog(modal)->reject(); });
+        popUps::whenOpen([](QWidget* modal) { popUps::dialog(modal)->reject(); });
         key->key_button_pushed();
     }
 
@@ -46,7 +46,7 @@ private slots:
     {
         const auto key = newKey(Key::Selection, "0 Off:1 On");
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([](QWidget* modal) {
+        popUps::whenOpen([](QWidget* modal) {
             QCOMPARE(modal->windowTitle(), QString("Select Mode value"));
             popUps::press(modal, "On");
         });
@@ -59,7 +59,7 @@ private slots:
     {
         const auto key = newKey(Key::Selection, "0 Off:1 On");
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Cancel"); });
         key->key_button_pushed();
         QVERIFY(spy.isEmpty());
     }
@@ -82,7 +82,7 @@ private slots:
         QFETCH(int, column);
         const auto key = newKey(Key::Selection, popUps::list(count, "c"));
         key->param = param;
-        whenModal([&](QWidget* modal) {
+        popUps::whenOpen([&](QWidget* modal) {
             const auto* grid = modal->findChild<QGridLayout*>();
             const QLayoutItem* at = grid->itemAtPosition(row, column);
             QVERIFY(at != nullptr);
@@ -103,7 +103,7 @@ private slots:
         const auto key = newKey(Key::Selection, "0 Off:1 Sixteen charact.");
         key->itemIds = {0};
         key->large = true;
-        whenModal([](QWidget* modal) {
+        popUps::whenOpen([](QWidget* modal) {
             QVERIFY(!buttonWithText(modal, "Off")->isEnabled());
             QVERIFY(buttonWithText(modal, "Sixteen charact.")->styleSheet().contains("28px"));
             popUps::dialog(modal)->reject();
@@ -115,17 +115,17 @@ private slots:
     {
         const auto key = newKey(Key::File, "s1 Night:s2 Day");
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([](QWidget* modal) { popUps::press(modal, "Day"); });
+        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Day"); });
         key->key_button_pushed();
-        whenModal([](QWidget* modal) {
-            whenModal([](QWidget* name) {
+        popUps::whenOpen([](QWidget* modal) {
+            popUps::whenOpen([](QWidget* name) {
                 popUps::press(name, "x");
                 popUps::press(name, "RETURN");
             });
             popUps::press(modal, "New File");
         });
         key->key_button_pushed();
-        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Cancel"); });
         key->key_button_pushed();
         QCOMPARE(spy.size(), 2);
         QCOMPARE(spy.at(0).first().toString(), QString("\x02MOD s2\x04"));
@@ -139,7 +139,7 @@ private slots:
         key->param = 10;
         key->value = 42.0;
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([&](QWidget* modal) {
+        popUps::whenOpen([&](QWidget* modal) {
             QCOMPARE(modal->windowTitle(), QString("Set Mode Value"));
             QCOMPARE(modal->findChild<QLabel*>("readoutLabel")->text(), QString("42"));
             popUps::press(modal, "+5 >");
@@ -156,7 +156,7 @@ private slots:
         const auto key = newKey(Key::Slider, "");
         key->units = "100 0";
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([&](QWidget* modal) {
+        popUps::whenOpen([&](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(10);
             modal->findChild<QSlider*>()->setValue(20);
             popUps::press(modal, "OK");
@@ -173,7 +173,7 @@ private slots:
             const auto key = newKey(Key::Slider, "");
             key->units = "100 0";
             key->value = value;
-            whenModal([](QWidget* modal) { popUps::dialog(modal)->reject(); });
+            popUps::whenOpen([](QWidget* modal) { popUps::dialog(modal)->reject(); });
             key->key_button_pushed();
         }
     }
@@ -191,7 +191,7 @@ private slots:
         auto key = newKey(type, type == Key::Slider ? QString() : QString("0 Off:1 On"));
         key->units = "100 0";
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([&](QWidget* modal) {
+        popUps::whenOpen([&](QWidget* modal) {
             key.reset();
             if (type == Key::Slider) {
                 modal->findChild<QSlider*>()->setValue(10);

@@ -13,7 +13,7 @@ class tst_PopUpSlider : public QObject
     static void run(PopUpSlider& popUp, const QString& name, const QString& range, float value,
         int type, const QString& steps, const std::function<void(QWidget*, QSlider*)>& then)
     {
-        whenModal([&](QWidget* modal) {
+        popUps::whenOpen([&](QWidget* modal) {
             then(modal, modal->findChild<QSlider*>());
             popUps::dialog(modal)->reject();
         });
@@ -217,7 +217,7 @@ private slots:
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
-        whenModal([](QWidget* modal) { popUps::press(modal, "OK"); });
+        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "OK"); });
         popUp.new_pop_slider("Volume", "VOL", "100 0", 50, 0, "");
         QCOMPARE(popUp.result(), static_cast<int>(QDialog::Rejected));
         QVERIFY(spy.isEmpty());
@@ -263,7 +263,7 @@ private slots:
     {
         auto* popUp = new PopUpSlider;
         connect(popUp, &Key::response_message, qApp, [popUp] { delete popUp; });
-        whenModal([](QWidget* modal) {
+        popUps::whenOpen([](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(51);
             popUps::dialog(modal)->reject();
         });
