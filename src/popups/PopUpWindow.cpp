@@ -19,16 +19,21 @@ constexpr int SpacingOfMany = 2;
 // above this many rows each pixel between them counts
 constexpr int ManyRows = 6;
 
+// On the board the screen; on a desk, where it is larger, the panel's window on it.
 QRect panelArea()
 {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect area = screen != nullptr ? screen->geometry() : QRect(QPoint(0, 0), Panel);
+    if (area.size() == Panel) {
+        return area;
+    }
     const auto windows = QApplication::topLevelWidgets();
     for (const QWidget* window : windows) {
         if (window->isVisible() && window->size() == Panel) {
             return window->geometry();
         }
     }
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen != nullptr ? screen->geometry() : QRect(QPoint(0, 0), Panel);
+    return area;
 }
 
 } // namespace

@@ -19,7 +19,7 @@ constexpr int Height = 478;
 constexpr Qt::WindowFlags Titled = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
 
 // Gives the dialog the size that its contents ask for, held within Width and Height, and the
-// middle of the panel: of its window, or of the screen when there is none.
+// middle of the panel: of the screen of the board, on a larger one of the panel's window.
 void place(QDialog& dialog);
 
 // Gives the cells of a list of choices their least sizes and equal shares of the room, also those
