@@ -37,7 +37,13 @@ class tst_KeyPressLists : public QObject
     {
         const auto key = newKey(type, options);
         key->units = "100 0";
-        popUps::whenOpen([](QWidget* modal) { popUps::dialog(modal)->reject(); });
+        popUps::whenOpen([type](QWidget* modal) {
+            if (type == Key::File) {
+                popUps::whenOpen([](QWidget* name) { popUps::press(name, "Cancel"); });
+                popUps::press(modal, "New File");
+            }
+            popUps::dialog(modal)->reject();
+        });
         key->key_button_pushed();
     }
 
