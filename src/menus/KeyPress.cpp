@@ -1,7 +1,51 @@
 // What a press of a key does; the one file of this room that knows the modal editors.
 #include "menus/Key.h"
+#include "popups/PopUpIpPad.h"
+#include "popups/PopUpNumberPad.h"
 
 #include <QMessageBox>
+#include <QPointer>
+
+namespace {
+
+constexpr int ValueDecimals = 6;
+
+QString buttonText(const Key& key)
+{
+    return key.button != nullptr ? key.button->text() : key.label;
+}
+
+// Sends what an editor has returned, unless the key went while it was open.
+void sendValue(const QPointer<Key>& key, const QString& valueText)
+{
+    if (key != nullptr) {
+        emit key->response_message(key->message(valueText));
+    }
+}
+
+void openNumberPad(Key* key)
+{
+    const QPointer<Key> guard(key);
+    PopUpNumberPad pad;
+    QObject::connect(&pad, &Key::response_message, key, &Key::response_message);
+    const double value = pad.new_pop_NumberPad(key->label, key->units, key->value, key->param,
+        key->options, key->command, key->padText, key->large);
+    if (value > PopUpNumberPad::CancelBound) {
+        sendValue(guard, QString::number(value, 'f', ValueDecimals));
+    }
+}
+
+void openAddressPad(Key* key)
+{
+    const QPointer<Key> guard(key);
+    PopUpIpPad pad;
+    const QString address = pad.new_pop_IP_NumberPad(key->label, buttonText(*key));
+    if (!address.isEmpty()) {
+        sendValue(guard, address);
+    }
+}
+
+} // namespace
 
 void Key::key_button_pushed()
 {
@@ -13,15 +57,20 @@ void Key::key_button_pushed()
         emit response_message(message(tog_ ? QStringLiteral("1") : QStringLiteral("0")));
         break;
     case Number:
+        openNumberPad(this);
+        break;
+    case Address:
+        openAddressPad(this);
+        break;
     case Selection:
     case Slider:
     case File:
-    case Address:
         break;
     default: {
-        const QString text = button != nullptr ? button->text() : label;
         QMessageBox box;
-        box.setText(QStringLiteral("A key_button was pushed %1 %2").arg(text, command));
+        box.setTextFormat(Qt::PlainText);
+        box.setText(
+            QStringLiteral("A key_button was pushed %1 %2").arg(buttonText(*this), command));
         box.exec();
         break;
     }

@@ -1,1 +1,2 @@
 qn740_test(menus Key)
+qn740_test(menus KeyPress)

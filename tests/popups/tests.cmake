@@ -1,0 +1,5 @@
+qn740_test(popups NumberRanges)
+qn740_test(popups NumberEntry)
+qn740_test(popups EntryType)
+qn740_test(popups AddressEntry)
+qn740_test(popups FittedLabel)

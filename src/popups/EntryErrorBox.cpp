@@ -1,0 +1,88 @@
+#include "popups/EntryErrorBox.h"
+
+#include "popups/ScreenPlace.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScroller>
+#include <QSpacerItem>
+
+namespace {
+
+constexpr int RangeBoxWidth = 600;
+constexpr int AddressBoxWidth = 300;
+constexpr QSize LeastButton(110, 50);
+constexpr int HighestText = 310; // leaves room for the first line and the button
+
+} // namespace
+
+EntryErrorBox::EntryErrorBox(QWidget* parent)
+    : QMessageBox(parent)
+{
+    setWindowIcon(QIcon(QStringLiteral(":/MyFiles/TORVA-globe.png")));
+    addButton(QMessageBox::Ok)->setMinimumSize(LeastButton);
+}
+
+void EntryErrorBox::showOutOfRange(
+    QWidget* parent, const QString& invalidText, const QString& ranges)
+{
+    const QPointer<EntryErrorBox> box(new EntryErrorBox(parent));
+    const QString lines = QString(ranges).replace(QStringLiteral("\r\n"), QStringLiteral("<br>"));
+    box->setWindowTitle(QStringLiteral("Out Of Range"));
+    box->setText(invalidText);
+    box->setInformativeText(
+        QStringLiteral("<font size = 6>Valid Range(s)</font><br><font size = 7><b>%1</b></font>")
+            .arg(lines));
+    box->button(QMessageBox::Ok)->setStyleSheet(QStringLiteral("font: 28px"));
+    box->setLeastWidth(RangeBoxWidth);
+    box->scrollWhatIsTooHigh();
+    box->exec();
+    delete box;
+}
+
+void EntryErrorBox::showAddressFormat(QWidget* parent)
+{
+    const QPointer<EntryErrorBox> box(new EntryErrorBox(parent));
+    box->setWindowTitle(QStringLiteral("IPv4 Format"));
+    box->setText(QStringLiteral("Invalid Entry"));
+    box->setInformativeText(QStringLiteral("Expected Format #.#.#.# \n[# is from 0 to 255]"));
+    box->setLeastWidth(AddressBoxWidth);
+    box->exec();
+    delete box;
+}
+
+void EntryErrorBox::showEvent(QShowEvent* event)
+{
+    QMessageBox::showEvent(event);
+    screenPlace::centre(this);
+}
+
+void EntryErrorBox::setLeastWidth(int width)
+{
+    // the box sets its size by its layout when it is shown: only what is in the layout counts
+    auto* grid = qobject_cast<QGridLayout*>(layout());
+    if (grid != nullptr) {
+        const QMargins margins = grid->contentsMargins();
+        const int inside = width - margins.left() - margins.right();
+        grid->addItem(new QSpacerItem(inside, 0, QSizePolicy::Minimum, QSizePolicy::Expanding),
+            grid->rowCount(), 0, 1, grid->columnCount());
+    }
+}
+
+void EntryErrorBox::scrollWhatIsTooHigh()
+{
+    auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+    if (label == nullptr || label->sizeHint().height() <= HighestText) {
+        return;
+    }
+    auto* scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFixedHeight(HighestText);
+    delete layout()->replaceWidget(label, scroll);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(label);
+    QScroller::grabGesture(scroll->viewport(), QScroller::LeftMouseButtonGesture);
+}
