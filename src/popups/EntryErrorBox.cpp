@@ -15,6 +15,7 @@ namespace {
 constexpr int RangeBoxWidth = 600;
 constexpr int AddressBoxWidth = 300;
 constexpr QSize LeastButton(110, 50);
+constexpr int WidestText = 700;
 constexpr int HighestText = 310; // leaves room for the first line and the button
 
 } // namespace
@@ -38,7 +39,7 @@ void EntryErrorBox::showOutOfRange(
             .arg(lines));
     box->button(QMessageBox::Ok)->setStyleSheet(QStringLiteral("font: 28px"));
     box->setLeastWidth(RangeBoxWidth);
-    box->scrollWhatIsTooHigh();
+    box->keepTextInside();
     box->exec();
     delete box;
 }
@@ -72,10 +73,14 @@ void EntryErrorBox::setLeastWidth(int width)
     }
 }
 
-void EntryErrorBox::scrollWhatIsTooHigh()
+void EntryErrorBox::keepTextInside()
 {
     auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
-    if (label == nullptr || label->sizeHint().height() <= HighestText) {
+    if (label == nullptr) {
+        return;
+    }
+    label->setMaximumWidth(WidestText);
+    if (label->sizeHint().height() <= HighestText) {
         return;
     }
     auto* scroll = new QScrollArea(this);

@@ -24,5 +24,5 @@ private:
     explicit EntryErrorBox(QWidget* parent);
 
     void setLeastWidth(int width);
-    void scrollWhatIsTooHigh();
+    void keepTextInside();
 };

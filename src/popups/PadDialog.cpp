@@ -19,6 +19,8 @@ constexpr int EntryColumns = 2;
 constexpr int CurrentHeight = 70;
 constexpr int CurrentWidth = 150;
 constexpr int CurrentPixels = 18;
+constexpr int RangeIndent = 4;
+constexpr int RangePixels = 16;
 
 QString rangeStyle()
 {
@@ -32,6 +34,14 @@ FittedLabel* newLabel(const QString& name, const QString& sheet, QWidget* parent
     label->setStyleSheet(sheet);
     label->setAlignment(Qt::AlignCenter);
     return label;
+}
+
+// For labels whose sheet sets no size.
+void setPixels(QWidget* widget, int pixels)
+{
+    QFont font = widget->font();
+    font.setPixelSize(pixels);
+    widget->setFont(font);
 }
 
 } // namespace
@@ -49,11 +59,11 @@ PadDialog::PadDialog(const QString& name, Qt::WindowFlags flags, int columns, in
     setFixedSize(Width, Height);
     m_titleLabel->setFixedHeight(TitleHeight);
     m_rangeLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_rangeLabel->setContentsMargins(RangeIndent, 0, RangeIndent, 0);
+    setPixels(m_rangeLabel, RangePixels);
     m_rangeLabel->hide();
     m_currentValueLabel->setMinimumSize(CurrentWidth, CurrentHeight);
-    QFont font = m_currentValueLabel->font();
-    font.setPixelSize(CurrentPixels);
-    m_currentValueLabel->setFont(font);
+    setPixels(m_currentValueLabel, CurrentPixels);
     keys->addToTop(entryLabel, 0, EntryColumns);
     keys->addToTop(m_currentValueLabel, EntryColumns, currentColumns);
 

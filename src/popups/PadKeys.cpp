@@ -25,6 +25,9 @@ PadKeys::PadKeys(int columns, QWidget* parent)
     : QWidget(parent)
     , m_grid(new QGridLayout(this))
 {
+    // with a border of its own a key shows the plain colour of its sheet: the platform's border
+    // comes with a gradient that leaves white text on red hard to read
+    setStyleSheet(QStringLiteral("QPushButton {border: 1px solid #505050; border-radius: 4px}"));
     m_grid->setContentsMargins(0, 0, 0, 0);
     m_grid->setSpacing(Spacing);
     for (int row = 0; row < Rows; ++row) {
