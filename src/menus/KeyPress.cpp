@@ -3,12 +3,14 @@
 #include "popups/PopUpIpPad.h"
 #include "popups/PopUpNumberPad.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 
 namespace {
 
 constexpr int ValueDecimals = 6;
+constexpr int WidestReport = 740;
 
 QString buttonText(const Key& key)
 {
@@ -45,6 +47,18 @@ void openAddressPad(Key* key)
     }
 }
 
+void reportItself(const Key& key)
+{
+    QMessageBox box;
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QStringLiteral("A key_button was pushed %1 %2").arg(buttonText(key), key.command));
+    // a word as wide as the screen would push the box out of it
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+        label->setMaximumWidth(WidestReport);
+    }
+    box.exec();
+}
+
 } // namespace
 
 void Key::key_button_pushed()
@@ -66,13 +80,8 @@ void Key::key_button_pushed()
     case Slider:
     case File:
         break;
-    default: {
-        QMessageBox box;
-        box.setTextFormat(Qt::PlainText);
-        box.setText(
-            QStringLiteral("A key_button was pushed %1 %2").arg(buttonText(*this), command));
-        box.exec();
+    default:
+        reportItself(*this);
         break;
-    }
     }
 }

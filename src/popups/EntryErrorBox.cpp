@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int RangeBoxWidth = 600;
+constexpr int RangeSpacer = 600;
 constexpr int AddressBoxWidth = 300;
 constexpr QSize LeastButton(110, 50);
 constexpr int WidestText = 700;
@@ -38,7 +38,7 @@ void EntryErrorBox::showOutOfRange(
         QStringLiteral("<font size = 6>Valid Range(s)</font><br><font size = 7><b>%1</b></font>")
             .arg(lines));
     box->button(QMessageBox::Ok)->setStyleSheet(QStringLiteral("font: 28px"));
-    box->setLeastWidth(RangeBoxWidth);
+    box->addSpacer(RangeSpacer);
     box->keepTextInside();
     box->exec();
     delete box;
@@ -50,7 +50,8 @@ void EntryErrorBox::showAddressFormat(QWidget* parent)
     box->setWindowTitle(QStringLiteral("IPv4 Format"));
     box->setText(QStringLiteral("Invalid Entry"));
     box->setInformativeText(QStringLiteral("Expected Format #.#.#.# \n[# is from 0 to 255]"));
-    box->setLeastWidth(AddressBoxWidth);
+    const QMargins margins = box->layout()->contentsMargins();
+    box->addSpacer(AddressBoxWidth - margins.left() - margins.right());
     box->exec();
     delete box;
 }
@@ -61,14 +62,12 @@ void EntryErrorBox::showEvent(QShowEvent* event)
     screenPlace::centre(this);
 }
 
-void EntryErrorBox::setLeastWidth(int width)
+void EntryErrorBox::addSpacer(int width)
 {
     // the box sets its size by its layout when it is shown: only what is in the layout counts
     auto* grid = qobject_cast<QGridLayout*>(layout());
     if (grid != nullptr) {
-        const QMargins margins = grid->contentsMargins();
-        const int inside = width - margins.left() - margins.right();
-        grid->addItem(new QSpacerItem(inside, 0, QSizePolicy::Minimum, QSizePolicy::Expanding),
+        grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Expanding),
             grid->rowCount(), 0, 1, grid->columnCount());
     }
 }

@@ -23,6 +23,7 @@ protected:
 private:
     explicit EntryErrorBox(QWidget* parent);
 
-    void setLeastWidth(int width);
+    // A spacer across the bottom, which keeps the box at least that wide.
+    void addSpacer(int width);
     void keepTextInside();
 };

@@ -1,35 +1,41 @@
 #include "popups/ScreenPlace.h"
 
 #include <QApplication>
-#include <QGuiApplication>
 #include <QMainWindow>
 #include <QScreen>
 
-namespace screenPlace {
+namespace {
 
-QRect area()
+const QWidget* panelWindow()
 {
     const auto windows = QApplication::topLevelWidgets();
     for (const QWidget* window : windows) {
         if (window->isVisible() && qobject_cast<const QMainWindow*>(window) != nullptr) {
-            return window->geometry();
+            return window;
         }
     }
-    return QGuiApplication::primaryScreen()->availableGeometry();
+    return nullptr;
 }
+
+} // namespace
+
+namespace screenPlace {
 
 void centre(QWidget* window)
 {
-    const QRect room = area();
+    const QWidget* panel = panelWindow();
+    const QRect room = (panel != nullptr ? panel : window)->screen()->availableGeometry();
     const QSize frame = window->frameGeometry().size() - window->size();
     const QSize size = window->size().boundedTo(room.size() - frame);
     if (size != window->size()) {
         window->setFixedSize(size);
     }
     QRect place(QPoint(0, 0), size + frame);
-    place.moveCenter(room.center());
-    // a frame of an odd size must not stick out by the pixel that was rounded away
-    place.moveTo(qMax(place.x(), room.x()), qMax(place.y(), room.y()));
+    place.moveCenter((panel != nullptr ? panel->geometry() : room).center());
+    place.moveRight(qMin(place.right(), room.right()));
+    place.moveBottom(qMin(place.bottom(), room.bottom()));
+    place.moveLeft(qMax(place.left(), room.left()));
+    place.moveTop(qMax(place.top(), room.top()));
     window->move(place.topLeft());
 }
 

@@ -1,16 +1,12 @@
 #pragma once
 
-#include <QRect>
-
 class QWidget;
 
-// Where pop-ups stand: inside the panel's window, or inside the screen while there is none.
+// Where pop-ups stand: over the middle of the panel's window, and always inside the screen.
 namespace screenPlace {
 
-// The rectangle, in global coordinates, that a pop-up must not leave.
-QRect area();
-
-// Limits the window, which is being shown, to the area with its frame and puts it in the middle.
+// Limits a window that is being shown to the screen, with its frame, and moves it to the middle of
+// the panel's window (of the screen while there is none), as far as the screen allows.
 void centre(QWidget* window);
 
 } // namespace screenPlace

@@ -292,6 +292,27 @@ private slots:
         QVERIFY(seen);
         QVERIFY(it.messages().isEmpty());
     }
+
+    void the_report_of_an_unknown_type_lies_inside_the_screen()
+    {
+        Pressed it(99);
+        it.button->setText(QString(60, 'W'));
+        it.key->command = QString(60, 'M');
+        QRect frame;
+        it.press([&frame](QWidget* box) { frame = box->frameGeometry(); });
+        QVERIFY(!frame.isEmpty());
+        QVERIFY2(QRect(0, 0, 800, 480).contains(frame),
+            qPrintable(QString("%1 wide at %2").arg(frame.width()).arg(frame.x())));
+    }
+
+    void markup_in_the_report_of_an_unknown_type_is_text()
+    {
+        Pressed it(99);
+        it.button->setText("<b>x</b>");
+        it.press([](QWidget* box) {
+            QCOMPARE(qobject_cast<QMessageBox*>(box)->textFormat(), Qt::PlainText);
+        });
+    }
 };
 
 QN740_TEST_MAIN(tst_KeyPress)

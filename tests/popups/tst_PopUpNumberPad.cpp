@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QSignalSpy>
 
@@ -235,6 +236,32 @@ private slots:
         });
         found.sort();
         QCOMPARE(found, keys);
+    }
+
+    void a_pad_over_the_panels_window_stays_inside_the_screen_data()
+    {
+        QTest::addColumn<QRect>("window");
+        QTest::newRow("at the corner") << QRect(0, 0, 800, 480);
+        QTest::newRow("moved") << QRect(150, 90, 800, 480);
+        QTest::newRow("moved out") << QRect(-500, -300, 800, 480);
+        QTest::newRow("small") << QRect(10, 10, 200, 100);
+    }
+    void a_pad_over_the_panels_window_stays_inside_the_screen()
+    {
+        QFETCH(QRect, window);
+        QMainWindow panel;
+        panel.setGeometry(window);
+        panel.show();
+        QRect frame;
+        QRect box;
+        run({}, [&](QWidget* dialog) {
+            frame = dialog->frameGeometry();
+            play([&box](QWidget* top) { box = top->frameGeometry(); });
+            QVERIFY(press(dialog, {"Enter"}));
+        });
+        QCOMPARE(frame.size(), QSize(795, 478));
+        QVERIFY(ScreenArea.contains(frame));
+        QVERIFY(!box.isEmpty() && ScreenArea.contains(box));
     }
 
     void digits_stand_as_on_a_calculator()
