@@ -7,7 +7,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QScroller>
+#include <QScrollBar>
 #include <QSpacerItem>
 
 namespace {
@@ -88,5 +88,6 @@ void EntryErrorBox::keepTextInside()
     delete layout()->replaceWidget(label, scroll);
     scroll->setWidgetResizable(true);
     scroll->setWidget(label);
-    QScroller::grabGesture(scroll->viewport(), QScroller::LeftMouseButtonGesture);
+    // wide enough for a finger
+    scroll->verticalScrollBar()->setStyleSheet(QStringLiteral("QScrollBar:vertical {width: 50px}"));
 }

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 namespace {
@@ -600,6 +602,28 @@ private slots:
             (type == 2 ? buttonWithText(dialog, "bps")
                        : buttonWithText(dialog, type == 1 ? "MHz" : "Enter"))
                 ->click();
+        });
+        QVERIFY(seen);
+    }
+
+    void more_ranges_than_the_screen_holds_are_scrolled_with_a_finger()
+    {
+        Opening opening;
+        opening.ranges = QStringList(QList<QString>(60, "2000 3000")).join(":");
+        bool seen = false;
+        run(opening, [&seen](QWidget* dialog) {
+            play([&seen](QWidget* box) {
+                const auto* area = box->findChild<QScrollArea*>();
+                QVERIFY(area != nullptr);
+                QScrollBar* bar = area->verticalScrollBar();
+                QVERIFY(bar->isVisible() && bar->width() >= LeastKey && bar->maximum() > 0);
+                bar->setValue(bar->maximum());
+                const QWidget* text = area->widget();
+                QCOMPARE(text->mapTo(area, text->rect().bottomLeft()).y(),
+                    area->viewport()->rect().bottom());
+                seen = true;
+            });
+            QVERIFY(press(dialog, {"Enter"}));
         });
         QVERIFY(seen);
     }
