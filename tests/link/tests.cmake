@@ -1,0 +1,2 @@
+qn740_test(link LinkModeDialog)
+qn740_test(link MessageBoxes)
