@@ -1,0 +1,2 @@
+qn740_test(app MainMenuScreens)
+qn740_test(app SmallMessages)
