@@ -24,6 +24,9 @@ constexpr QSize ScreenSize(800, 480);
 constexpr int SplashMs = 15000;
 constexpr int StatusBarHeight = 50;
 constexpr int StatusButtonHeight = 30;
+constexpr int StatusButtonWidth = 106;
+constexpr int StatusFontPixels = 16;
+constexpr QMargins StatusBarMargins(8, 0, 4, 0);
 constexpr int StartPageLastCell = 5;
 
 } // namespace
@@ -122,6 +125,7 @@ void MainWindow::Set_Status_Bar()
 
     auto* container = new QWidget;
     auto* row = new QHBoxLayout(container);
+    row->setContentsMargins(StatusBarMargins);
     statusLabel = new QLabel;
     statusLabel->setObjectName(QStringLiteral("statusLabel"));
     row->addWidget(statusLabel);
@@ -153,12 +157,24 @@ QPushButton* MainWindow::addStatusButton(
     button->setObjectName(QLatin1String(name));
     button->setMinimumHeight(StatusButtonHeight);
     button->setStyleSheet(sheet);
+    // as large as the bar allows: they are for fingers
+    button->setMinimumWidth(StatusButtonWidth);
+    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+    QFont font = button->font();
+    font.setPixelSize(StatusFontPixels);
+    button->setFont(font);
     return button;
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    m_splash->raise(); // where no window manager keeps it on top
 }
 
 void MainWindow::button_pushed()

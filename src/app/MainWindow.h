@@ -136,6 +136,7 @@ signals:
 protected:
     // The window cannot be closed.
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void showSplash();

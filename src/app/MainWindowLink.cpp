@@ -9,6 +9,7 @@
 #include "link/keySerial.h"
 #include "wire/Log.h"
 #include "wire/Message.h"
+#include "wire/Trace.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -28,7 +29,7 @@ void MainWindow::process_mess(const QString& message)
 void MainWindow::send_mess(const QString& message)
 {
     const QString text = linkMode::widened(message, linkMode);
-    qCDebug(logLink).noquote() << "out" << wire::toPrintable(text);
+    qCDebug(logLink).noquote() << wire::TraceLine::now(false, text).text();
     QSerialPort* port = serial->port();
     if (port != nullptr && port->isOpen() && port->bytesToWrite() < MostUnsentBytes) {
         port->write(text.toLatin1());

@@ -1,7 +1,7 @@
 #include "link/keySerial.h"
 
 #include "wire/Log.h"
-#include "wire/Message.h"
+#include "wire/Trace.h"
 
 #include <QScopedValueRollback>
 #include <QSerialPortInfo>
@@ -49,7 +49,7 @@ void keySerial::serial_data_in()
     {
         const QScopedValueRollback<bool> handling(m_handling, true);
         while (const auto message = m_buffer.next()) {
-            qCDebug(logLink).noquote() << "in " << wire::toPrintable(*message);
+            qCDebug(logLink).noquote() << wire::TraceLine::now(true, *message).text();
             emit valid_mess_in(*message);
         }
     }

@@ -1,2 +1,6 @@
+qn740_test(app Dispatcher)
 qn740_test(app MainMenuScreens)
+qn740_test(app MainWindow)
+qn740_test(app SetGov)
 qn740_test(app SmallMessages)
+qn740_test(app Views)
