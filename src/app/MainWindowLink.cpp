@@ -90,6 +90,7 @@ void MainWindow::process_config_menu()
     connect(linkDialog, &LinkModeDialog::divToggled, this, &MainWindow::div_tog);
     connect(linkDialog, &LinkModeDialog::freqToggled, this, &MainWindow::freq_tog);
     connect(linkDialog, &LinkModeDialog::closed, this, &MainWindow::enableStatBut1);
+    connect(linkDialog, &LinkModeDialog::closed, this, [this] { linkDialog = nullptr; });
     // sends the mode once, as if it had just been chosen: kept so
     linkDialog->setMode(linkMode);
     linkDialog->showIn(geometry());

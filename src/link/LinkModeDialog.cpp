@@ -15,6 +15,13 @@ constexpr int CloseWidth = 150;
 constexpr int CloseHeight = 55;
 constexpr int ModeHeight = 60;
 
+// The platform's own circle is too small for a finger and hardly seen on the grey.
+QString circleSheet()
+{
+    return QStringLiteral(
+        "QRadioButton::indicator {width: 26px; height: 26px; border: 2px solid black; border-radius: 15px; background-color: white;} QRadioButton::indicator:checked {background-color: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5, fx: 0.5, fy: 0.5, stop: 0 black, stop: 0.55 black, stop: 0.6 white, stop: 1 white);}");
+}
+
 // Takes a touch anywhere in its row, not on the circle and the text alone.
 class ModeButton : public QRadioButton
 {
@@ -61,7 +68,7 @@ QRadioButton* LinkModeDialog::addMode(const char* name, const QString& text)
     auto* mode = new ModeButton(shown);
     mode->setObjectName(QLatin1String(name));
     mode->setMinimumHeight(ModeHeight);
-    mode->setStyleSheet(QStringLiteral("QRadioButton::indicator {width: 30px; height: 30px;}"));
+    mode->setStyleSheet(circleSheet());
     m_layout->addWidget(mode);
     return mode;
 }

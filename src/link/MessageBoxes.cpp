@@ -19,6 +19,7 @@ constexpr int LeastWidth = 600; // of a box with a button
 constexpr int OkHeight = 48;
 constexpr int ScreenMargin = 6;
 constexpr int SmallestFont = 6; // the text itself is twice as high
+constexpr int ScrolledFont = 8;
 
 // A view of a text that is too long for the box's own label: it breaks lines anywhere if it must,
 // and can be scrolled.
@@ -37,17 +38,25 @@ QTextEdit* longText(const QLabel& label)
     return view;
 }
 
-// Sets the text in the largest letters in which it fits the room, in the smallest ones otherwise.
-void setLetters(QTextEdit& view, int largest, QSize room)
+bool fitsIn(QTextEdit& view, int pixels, QSize room)
 {
     QFont font = view.font();
-    for (int pixels = largest; pixels >= SmallestFont; --pixels) {
-        font.setPixelSize(pixels);
-        view.document()->setDefaultFont(font);
-        view.document()->setTextWidth(room.width());
-        if (view.document()->size().height() <= room.height()) {
-            break;
-        }
+    font.setPixelSize(pixels);
+    view.document()->setDefaultFont(font);
+    view.document()->setTextWidth(room.width());
+    return view.document()->size().height() <= room.height();
+}
+
+// Sets the text in the largest letters in which it fits the room; if there are none, in letters in
+// which it is easily read while it is scrolled.
+void setLetters(QTextEdit& view, int largest, QSize room)
+{
+    int pixels = largest;
+    while (pixels >= SmallestFont && !fitsIn(view, pixels, room)) {
+        --pixels;
+    }
+    if (pixels < SmallestFont) {
+        fitsIn(view, ScrolledFont, room);
     }
     view.setFixedSize(room.width(), qMin(room.height(), qCeil(view.document()->size().height())));
 }
