@@ -7,5 +7,7 @@ function(qn740_system_test class)
 endfunction()
 
 qn740_test(system RfbClient)
+qn740_test(system Screen)
 qn740_system_test(Panel)
 qn740_system_test(Simulator qn740_sim)
+qn740_system_test(Editors)
