@@ -4,6 +4,8 @@
 #include "app/Identity.h"
 #include "app/SplashScreen.h"
 #include "link/LinkMode.h"
+#include "link/LinkModeDialog.h"
+#include "link/MessageBoxes.h"
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
@@ -40,6 +42,7 @@ MainWindow::MainWindow(QWidget* parent)
     , settings(std::make_unique<QSettings>())
     , noK7150(QCoreApplication::arguments().contains(QStringLiteral("-noK7150")))
     , m_dispatcher(std::make_unique<Dispatcher>(*this))
+    , m_messageBoxes(std::make_unique<MessageBoxes>())
 {
     loadPictures();
     showSplash();
@@ -63,7 +66,8 @@ void MainWindow::showSplash()
         std::make_unique<SplashScreen>(QPixmap(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
     m_splash->show();
     QCoreApplication::processEvents();
-    QTimer::singleShot(SplashMs, m_splash.get(), &QWidget::close);
+    // precise: a coarse timer of this length may be most of a second early
+    QTimer::singleShot(SplashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
 }
 
 void MainWindow::setUpStack()
@@ -76,6 +80,7 @@ void MainWindow::setUpStack()
     views = new Views(stack, this);
     connect(&menus->book, &MenuBook::keyboard_response_message, this, &MainWindow::send_mess);
     connect(menus, &MenuMessages::showMenu, this, &MainWindow::showMenu);
+    setUpMainMenus();
     for (const QString& name : {QStringLiteral("Loading"), QStringLiteral("two")}) {
         auto* page = new KeyBoard;
         page->new_keyboard(name, StartPageLastCell, StartPageLastCell);

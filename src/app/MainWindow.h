@@ -16,7 +16,11 @@
 class Dispatcher;
 class keySerial;
 class KeyBoard;
+class LinkModeDialog;
+class MainMenus;
 class MenuMessages;
+class MessageBoxes;
+class QGridLayout;
 class QLabel;
 class QPushButton;
 class QStatusBar;
@@ -57,8 +61,10 @@ public:
 
     QWidget* central = nullptr;
     QStackedLayout* stack = nullptr;
-    Views* views = nullptr;        // which page is shown, and the pages' numbers
-    MenuMessages* menus = nullptr; // the menu pages and the messages that define them
+    Views* views = nullptr;         // which page is shown, and the pages' numbers
+    MenuMessages* menus = nullptr;  // the menu pages and the messages that define them
+    MainMenus* mainMenus = nullptr; // the messages that compose the main menus
+    int paxMenuListIndex = -1;      // position of the PAX main menu in the list of menus
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
     QStatusBar* statusBar_ = nullptr;
@@ -66,10 +72,11 @@ public:
     QPushButton* linkButton = nullptr;
     QPushButton* mainMenuButton = nullptr;
     QPushButton* scopesButton = nullptr;
-    int linkMode = 0;               // 0 none, 1 diversity, 2 frequency diversity
-    bool noK7150 = false;           // started with "-noK7150"
-    bool spectrumAvailable = false; // the spectrum page exists
-    bool ready = false;             // the constructor has come to its end
+    QPointer<LinkModeDialog> linkDialog; // while it is open
+    int linkMode = 0;                    // 0 none, 1 diversity, 2 frequency diversity
+    bool noK7150 = false;                // started with "-noK7150"
+    bool spectrumAvailable = false;      // the spectrum page exists
+    bool ready = false;                  // the constructor has come to its end
     QTimer timer;
 
 public slots:
@@ -137,9 +144,23 @@ private:
     void setUpLink();
     void setUpLook();
     void showMenu(KeyBoard* menu);
+    void setUpMainMenus();
+    void returnToMenus(QWidget* page);
+    QGridLayout* paxDisplayGrid() const;
+
+    // The PAX main menu is shown: the scope and the first spectrum chart move into `place`, at
+    // (0, 0). May be called again while they are there.
+    void paxTakesDisplays(QGridLayout* place);
+    // They go back to their own pages; also before a PAX main menu is deleted, which would take
+    // them along, and when they are there already.
+    void paxReturnsDisplays();
+
+    void setLinkMode(int mode);
+    void chooseLinkMode(int mode);
 
     QPushButton* addStatusButton(const char* name, const QString& text, const QString& sheet);
 
     std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<SplashScreen> m_splash;
+    std::unique_ptr<MessageBoxes> m_messageBoxes;
 };

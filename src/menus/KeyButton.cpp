@@ -36,7 +36,7 @@ QStringList brokenLines(const QString& paragraph, const QFontMetrics& metrics, i
 int textFlags(bool anywhere)
 {
     const int wrap = anywhere ? Qt::TextWrapAnywhere : Qt::TextWordWrap;
-    return Qt::AlignCenter | Qt::TextHideMnemonic | wrap;
+    return Qt::AlignCenter | wrap;
 }
 
 bool fits(const QString& text, const QFont& font, const QSize& room, bool anywhere)
@@ -114,9 +114,12 @@ QSize KeyButton::minimumSizeHint() const
 void KeyButton::initStyleOption(QStyleOptionButton* option) const
 {
     QPushButton::initStyleOption(option);
+    option->text.replace(QLatin1String("&&"), QLatin1String("&"));
     if (!m_looks.testFlag(Key::Shrinking)) {
         option->text =
             fitted(option->text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+        // a lone "&" would be taken for a shortcut and not be drawn
+        option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
     }
 }
 

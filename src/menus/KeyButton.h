@@ -3,9 +3,10 @@
 #include "menus/Key.h"
 
 // A push button that paints its text inside itself, however long it is; text() and font() stay what
-// they were set to. Keys of menu pages keep their font: the text is broken into lines, at blanks
-// where there are any, and elided ("…") where the height is too small for all lines. With the
-// look Key::Shrinking the text gets smaller first, as the buttons of pop-ups have it.
+// they were set to; "&" is shown as it is, and "&&", as keys may have it for one, as one. Keys of
+// menu pages keep their font: the text is broken into lines, at blanks where there are any, and
+// elided ("…") where the height is too small for all lines. With the look Key::Shrinking the text
+// gets smaller first, as the buttons of pop-ups have it.
 class KeyButton : public QPushButton
 {
     Q_OBJECT
@@ -32,7 +33,7 @@ public:
         int pixelSize = 0;     // of the font
         bool anywhere = false; // lines are also broken inside words
     };
-    // In: a text (with "&" as buttons have it), its font with a pixel size, the room in pixels.
+    // In: a text, its font with a pixel size, the room in pixels.
     // Out: how to paint it inside the room; blanks and breaks at its ends are left out.
     static Fit shrunk(const QString& text, const QFont& font, const QSize& room);
 

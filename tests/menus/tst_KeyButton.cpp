@@ -2,6 +2,8 @@
 #include "menus/KeyButton.h"
 #include "support/TestMain.h"
 
+#include <QStyleOptionButton>
+
 class tst_KeyButton : public QObject
 {
     Q_OBJECT
@@ -74,6 +76,25 @@ private slots:
         KeyButton::fitted("Gain", metrics, 0, 0);
         KeyButton::fitted("Gain", metrics, -8, -8);
         QCOMPARE(KeyButton::fitted("", metrics, -8, -8), QString());
+    }
+
+    void an_ampersand_is_shown_as_it_is()
+    {
+        class Painted : public KeyButton
+        {
+        public:
+            using KeyButton::initStyleOption;
+            using KeyButton::KeyButton;
+        };
+        Painted button("Clock & Data");
+        button.resize(200, 60);
+        QStyleOptionButton option;
+        button.initStyleOption(&option);
+        QCOMPARE(option.text, QString("Clock && Data")); // which the style draws with one "&"
+        QCOMPARE(button.text(), QString("Clock & Data"));
+        button.setText("Clock && Data");
+        button.initStyleOption(&option);
+        QCOMPARE(option.text, QString("Clock && Data"));
     }
 
     void the_text_of_the_button_stays_what_it_was_set_to()
@@ -161,6 +182,18 @@ private slots:
     {
         QCOMPARE(
             KeyButton(QString(60, 'W'), nullptr, Key::Shrinking).minimumSizeHint(), QSize(47, 47));
+    }
+
+    void an_ampersand_is_shown_in_a_shrinking_text_too()
+    {
+        const auto picture = [](const QString& text) {
+            KeyButton button(text, nullptr, Key::Shrinking);
+            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            button.resize(200, 60);
+            return button.grab().toImage();
+        };
+        QVERIFY(picture("Clock & Data") != picture("Clock  Data"));
+        QCOMPARE(picture("Clock && Data"), picture("Clock & Data"));
     }
 
     void a_text_on_one_line_gets_smaller_instead_of_broken()
