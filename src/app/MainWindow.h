@@ -16,13 +16,11 @@
 class Dispatcher;
 class keySerial;
 class KeyBoard;
-class LinkModeDialog;
 class MenuMessages;
-class MessageBoxes;
-class QGroupBox;
 class QLabel;
 class QPushButton;
 class QStatusBar;
+class SplashScreen;
 
 // The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
 // It creates the rooms, wires them, and is the one place where a message of the main unit ends up:
@@ -79,6 +77,9 @@ public slots:
     // message: framed. Widens it for the link mode and writes it to the line, in one write.
     void send_mess(const QString& message);
 
+    void process_PING(const QStringList& fields);
+    void process_VER(const QStringList& fields);
+
     // keys and menus
     void process_AK_key(const QStringList& fields);
     void process_SK_key(const QStringList& fields);
@@ -87,9 +88,10 @@ public slots:
     void process_CM_key(const QStringList& fields); // reached by no command word
     void process_MM_key(const QStringList& fields);
     void process_MM_key_PAX(const QStringList& fields);
+    void process_PAX(const QStringList& fields);
     void process_EI_key(const QStringList& fields);
     void process_IK_key(const QStringList& fields);
-    void process_CLEAR();
+    void process_CLEAR(const QStringList& fields);
     void process_special_menu();
     void goto_main_menu();
     void paxMenuEnable(bool on);
@@ -127,12 +129,17 @@ signals:
 protected:
     // The window cannot be closed.
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void showSplash();
     void setUpStack();
     void setUpLink();
     void setUpLook();
+    void showMenu(KeyBoard* menu);
 
-    Dispatcher* m_dispatcher = nullptr;
+    QPushButton* addStatusButton(const char* name, const QString& text, const QString& sheet);
+
+    std::unique_ptr<Dispatcher> m_dispatcher;
+    std::unique_ptr<SplashScreen> m_splash;
 };

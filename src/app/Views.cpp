@@ -1,10 +1,23 @@
 #include "app/Views.h"
 
+#include <QLabel>
+
 Views::Views(QStackedLayout* stack, QObject* parent)
     : QObject(parent)
     , m_stack(stack)
 {
     connect(stack, &QStackedLayout::widgetRemoved, this, &Views::removed);
+}
+
+void Views::addWaitingPage()
+{
+    auto* label = new QLabel(QStringLiteral("Waiting for the main unit"));
+    label->setObjectName(QStringLiteral("waitingPage"));
+    label->setAlignment(Qt::AlignCenter);
+    label->setStyleSheet(
+        QStringLiteral("background-color: black; color: #919191; font-size: 22px;"));
+    m_waiting = label;
+    m_stack->addWidget(label);
 }
 
 void Views::set(Page Views::*page, QWidget* widget)
@@ -34,5 +47,9 @@ void Views::removed(int index)
         if (there && page->m_index > index) {
             --page->m_index;
         }
+    }
+    // the stack shows whatever page comes next when the one on the screen goes
+    if (m_current == Menus && menu.m_widget == nullptr && m_waiting != nullptr) {
+        m_stack->setCurrentWidget(m_waiting);
     }
 }

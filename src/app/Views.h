@@ -34,6 +34,9 @@ public:
     // stack: the window's stacked layout, not owned.
     explicit Views(QStackedLayout* stack, QObject* parent = nullptr);
 
+    // Adds the page that is shown in place of a menu page that is gone, until the next one comes.
+    void addWaitingPage();
+
     // Makes `widget`, which is in the stack, the page that `page` stands for.
     void set(Page Views::*page, QWidget* widget);
 
@@ -59,5 +62,6 @@ private:
     void removed(int index);
 
     QStackedLayout* m_stack;
+    QPointer<QWidget> m_waiting;
     View m_current = Menus;
 };

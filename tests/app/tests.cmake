@@ -1,0 +1,4 @@
+qn740_test(app Dispatcher)
+qn740_test(app MainWindow)
+qn740_test(app SetGov)
+qn740_test(app Views)

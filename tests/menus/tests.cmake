@@ -1,1 +1,8 @@
 qn740_test(menus Key)
+qn740_test(menus KeyBoard)
+qn740_test(menus KeyButton)
+qn740_test(menus KeyDefinition)
+qn740_test(menus KeyUnknown)
+qn740_test(menus MenuBook)
+qn740_test(menus MenuMessages)
+qn740_test(menus StackLayout)

@@ -1,6 +1,8 @@
 #include "menus/Key.h"
-#include "support/Screen.h"
+#include "menus/KeyStyle.h"
 #include "support/TestMain.h"
+
+#include <QSignalSpy>
 
 class tst_Key : public QObject
 {
@@ -11,9 +13,223 @@ private slots:
     {
         const Key key;
         QVERIFY(key.label.isEmpty() && key.keyId.isEmpty() && key.command.isEmpty());
+        QVERIFY(key.units.isEmpty() && key.options.isEmpty() && key.padText.isEmpty());
         QVERIFY(key.linkedKeys.isEmpty() && key.itemIds.isEmpty());
         QVERIFY(!key.tog());
         QVERIFY(key.GetKey() == nullptr);
+    }
+
+    void type_numbers_are_those_of_the_main_unit()
+    {
+        QCOMPARE(int(Key::Toggle), 0);
+        QCOMPARE(int(Key::Number), 1);
+        QCOMPARE(int(Key::Selection), 2);
+        QCOMPARE(int(Key::Slider), 3);
+        QCOMPARE(int(Key::File), 4);
+        QCOMPARE(int(Key::Command), 5);
+        QCOMPARE(int(Key::Address), 6);
+    }
+
+    void styles_follow_state_and_size_data()
+    {
+        QTest::addColumn<bool>("large");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("tog");
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QString>("sheet");
+        const QString tail = " QPushButton:pressed {background-color: #4169e1;}";
+        const QString smallGrey =
+            "QPushButton {background-color: #919191; border-width: 2px; border-style: solid; "
+            "border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480}" +
+            tail;
+        const QString largeGrey =
+            "QPushButton {background-color:#919191; border-width: 2px; border-style: solid; "
+            "border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503}" +
+            tail;
+        const QString smallGreen =
+            "QPushButton {background-color: green; border-width: 2px; border-style: solid; "
+            "border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480}" +
+            tail;
+        const QString largeGreen =
+            "QPushButton {background-color: green; border-width: 2px; border-style: solid; "
+            "border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503;}" +
+            tail;
+        const QString smallDark =
+            "QPushButton {background-color: #2f4f4f; color:white; border-width: 2px; border-style: "
+            "solid; border-color: #fffacd; font-size: 16px; border-radius: 4px; font-weight: 480}" +
+            tail;
+        const QString largeDark =
+            "QPushButton {background-color: #2f4f4f; color:white; border-width: 2px; border-style: "
+            "solid; border-color: #fffacd; font-size: 22px; border-radius: 4px; font-weight: 503;}" +
+            tail;
+        QTest::newRow("enabled small") << false << 1 << false << true << smallGrey;
+        QTest::newRow("enabled large") << true << 1 << false << true << largeGrey;
+        QTest::newRow("toggle off small") << false << 0 << false << true << smallGrey;
+        QTest::newRow("toggle on small") << false << 0 << true << true << smallGreen;
+        QTest::newRow("toggle on large") << true << 0 << true << true << largeGreen;
+        QTest::newRow("disabled small") << false << 0 << false << false << smallDark;
+        QTest::newRow("disabled large") << true << 1 << false << false << largeDark;
+        QTest::newRow("disabled toggle that is on") << false << 0 << true << false << smallDark;
+        QTest::newRow("a command key that is on stays grey")
+            << false << 5 << true << true << smallGrey;
+    }
+
+    void styles_follow_state_and_size()
+    {
+        QFETCH(bool, large);
+        QFETCH(int, type);
+        QFETCH(bool, tog);
+        QFETCH(bool, enabled);
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, large);
+        key.type = type;
+        key.tog_ = tog;
+        if (enabled) {
+            key.setEnabled();
+        } else {
+            key.setDisabled();
+        }
+        QCOMPARE(button.isEnabled(), enabled);
+        QTEST(button.styleSheet(), "sheet");
+    }
+
+    void setting_the_toggle_colours_an_enabled_toggle_key_only_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QString>("sheet");
+        QTest::newRow("enabled toggle") << 0 << true << keyStyle::toggled(false);
+        QTest::newRow("disabled toggle keeps the dark style")
+            << 0 << false << keyStyle::disabled(false);
+        QTest::newRow("command key") << 5 << true << keyStyle::enabled(false);
+        QTest::newRow("number key") << 1 << true << keyStyle::enabled(false);
+    }
+
+    void setting_the_toggle_colours_an_enabled_toggle_key_only()
+    {
+        QFETCH(int, type);
+        QFETCH(bool, enabled);
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, false);
+        key.type = type;
+        if (enabled) {
+            key.setEnabled();
+        } else {
+            key.setDisabled();
+        }
+        key.setTog(true);
+        QVERIFY(key.tog());
+        QTEST(button.styleSheet(), "sheet");
+    }
+
+    void setting_the_toggle_off_gives_the_grey_style_back()
+    {
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, true);
+        key.setTog(true);
+        QCOMPARE(button.styleSheet(), keyStyle::toggled(true));
+        key.setTog(false);
+        QCOMPARE(button.styleSheet(), keyStyle::enabled(true));
+    }
+
+    void a_key_shows_and_hides_its_button()
+    {
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, false);
+        key.show();
+        QVERIFY(button.isVisible());
+        key.hide();
+        QVERIFY(!button.isVisible());
+    }
+
+    void a_key_without_a_button_takes_every_call()
+    {
+        Key key;
+        {
+            QPushButton button;
+            key.Set_Key(&button, false);
+        }
+        QVERIFY(key.GetKey() == nullptr);
+        key.setEnabled();
+        key.setDisabled();
+        key.show();
+        key.hide();
+        key.setTog(true);
+        QVERIFY(key.tog());
+    }
+
+    void the_display_state_is_applied_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("visible");
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("0 disabled and shown") << 0 << true << false;
+        QTest::newRow("1 enabled and shown") << 1 << true << true;
+        QTest::newRow("2 hidden") << 2 << false << true;
+        QTest::newRow("3 changes nothing") << 3 << true << true;
+        QTest::newRow("-1 changes nothing") << -1 << true << true;
+    }
+
+    void the_display_state_is_applied()
+    {
+        QFETCH(int, state);
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, false);
+        key.setEnabled();
+        key.show();
+        key.state = state;
+        key.applyState();
+        QTEST(button.isVisible(), "visible");
+        QTEST(button.isEnabled(), "enabled");
+    }
+
+    void toggle_and_command_keys_send_their_new_state_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("toggle") << 0;
+        QTest::newRow("command") << 5;
+    }
+
+    void toggle_and_command_keys_send_their_new_state()
+    {
+        QFETCH(int, type);
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, false);
+        key.setEnabled();
+        key.type = type;
+        key.command = "R1:AGC:";
+        QSignalSpy sent(&key, &Key::response_message);
+        key.key_button_pushed();
+        key.key_button_pushed();
+        QCOMPARE(sent.count(), 2);
+        QCOMPARE(sent.at(0).at(0).toString(), QString("\x02R1:AGC:1\x04"));
+        QCOMPARE(sent.at(1).at(0).toString(), QString("\x02R1:AGC:0\x04"));
+    }
+
+    void a_press_does_not_change_the_colour()
+    {
+        QPushButton button;
+        Key key;
+        key.Set_Key(&button, false);
+        key.setEnabled();
+        key.key_button_pushed();
+        QVERIFY(key.tog());
+        QCOMPARE(button.styleSheet(), keyStyle::enabled(false));
+    }
+
+    void a_message_has_no_separator_between_command_and_value()
+    {
+        Key key;
+        key.command = "D1:BR ";
+        QCOMPARE(key.message("5"),
+            QString("\x02"
+                    "D1:BR 5\x04"));
     }
 };
 

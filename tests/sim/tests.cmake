@@ -1,0 +1,6 @@
+qn740_test(sim FrameSplitter qn740_sim)
+qn740_test(sim MainUnit qn740_sim)
+qn740_test(sim MenuFile qn740_sim)
+qn740_test(sim PseudoTerminal qn740_sim)
+qn740_test(sim UnitDevices qn740_sim)
+qn740_test(sim UnitKeys qn740_sim)

@@ -1,0 +1,3 @@
+qn740_test(wire Message)
+qn740_test(wire SerialLine)
+qn740_test(wire Trace)

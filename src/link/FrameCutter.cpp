@@ -1,0 +1,43 @@
+#include "link/FrameCutter.h"
+
+#include "wire/Message.h"
+
+void FrameCutter::append(const QString& characters)
+{
+    // what was handed out or dropped is given back once an append, not once a message
+    m_buffer.remove(0, m_begin);
+    m_searched -= m_begin;
+    m_begin = 0;
+    m_buffer += characters;
+}
+
+std::optional<QString> FrameCutter::next()
+{
+    if (size() == 0) {
+        return std::nullopt;
+    }
+    const qsizetype stx = m_buffer.indexOf(wire::Stx, m_begin);
+    if (stx < 0) {
+        clear();
+        return std::nullopt;
+    }
+    if (stx != m_begin) {
+        ++m_begin;
+    }
+    const qsizetype eot = m_buffer.indexOf(wire::Eot, qMax(m_begin, m_searched));
+    if (eot < 0) {
+        m_searched = m_buffer.size();
+        return std::nullopt;
+    }
+    const QString message = m_buffer.mid(m_begin, eot - m_begin + 1);
+    m_begin = eot;
+    m_searched = eot;
+    return message;
+}
+
+void FrameCutter::clear()
+{
+    m_buffer.clear();
+    m_begin = 0;
+    m_searched = 0;
+}

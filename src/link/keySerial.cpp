@@ -1,0 +1,73 @@
+#include "link/keySerial.h"
+
+#include "wire/Log.h"
+#include "wire/Trace.h"
+
+#include <QScopedValueRollback>
+#include <QSerialPortInfo>
+
+namespace {
+constexpr qint32 BaudRate = 115200;
+constexpr qint64 MostBytesARead = 1024;
+} // namespace
+
+keySerial::keySerial() = default;
+
+keySerial::~keySerial() = default;
+
+void keySerial::check_serial()
+{
+    const auto ports = QSerialPortInfo::availablePorts();
+    Q_UNUSED(ports)
+}
+
+bool keySerial::open_serial(const QString& name)
+{
+    m_line = std::make_unique<SerialLine>(&logLink);
+    const bool ok = m_line->open(name, BaudRate);
+    connect(&m_line->port(), &QSerialPort::readyRead, this, &keySerial::serial_data_in);
+    m_buffer.clear();
+    return ok;
+}
+
+QString keySerial::name() const
+{
+    return m_line ? m_line->name() : QString();
+}
+
+QSerialPort* keySerial::port()
+{
+    return m_line ? &m_line->port() : nullptr;
+}
+
+void keySerial::serial_data_in()
+{
+    if (m_handling || !m_line) {
+        return;
+    }
+    m_buffer.append(QString::fromLatin1(m_line->port().read(MostBytesARead)));
+    {
+        const QScopedValueRollback<bool> handling(m_handling, true);
+        while (const auto message = m_buffer.next()) {
+            qCDebug(logLink).noquote() << wire::TraceLine::now(true, *message).text();
+            emit valid_mess_in(*message);
+        }
+    }
+    takeNextTurn();
+}
+
+void keySerial::takeNextTurn()
+{
+    // bytes that are left are not announced again until others follow them
+    if (m_turnQueued || m_line->port().bytesAvailable() == 0) {
+        return;
+    }
+    m_turnQueued = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_turnQueued = false;
+            serial_data_in();
+        },
+        Qt::QueuedConnection);
+}

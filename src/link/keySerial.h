@@ -1,0 +1,52 @@
+#pragma once
+
+#include "link/FrameCutter.h"
+#include "wire/SerialLine.h"
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+// The serial link to the main unit: collects the bytes of its line and hands on whole messages.
+//
+// It does not send; the main window writes to port() itself. One message is handled to its end
+// before the next one is cut, also when its handler opens a modal editor.
+class keySerial : public QObject
+{
+    Q_OBJECT
+
+public:
+    keySerial();
+    ~keySerial() override;
+
+    // Looks at the serial ports of the system and does nothing with what it sees.
+    void check_serial();
+
+    // Opens the line at 115200 baud. name: a device without a directory ("ttyO1"). Out: whether it
+    // is open. It is never opened again; a line that is lost stays closed.
+    bool open_serial(const QString& name);
+
+    // The device name that was opened; empty before.
+    QString name() const;
+
+    // The port; nullptr before open_serial().
+    QSerialPort* port();
+
+public slots:
+    // Takes what the port has, 1024 bytes at most, and emits the messages that are complete. If the
+    // port has more, the next turn comes from the event loop.
+    void serial_data_in();
+
+signals:
+    // One message, from its first character to its EOT.
+    void valid_mess_in(QString message);
+
+private:
+    void takeNextTurn();
+
+    std::unique_ptr<SerialLine> m_line;
+    FrameCutter m_buffer;
+    bool m_handling = false;
+    bool m_turnQueued = false;
+};

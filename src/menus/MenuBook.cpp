@@ -1,0 +1,78 @@
+#include "menus/MenuBook.h"
+
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+
+namespace {
+constexpr int LastRow = 5;
+constexpr int LastCol = 5;
+} // namespace
+
+MenuBook::MenuBook(QStackedLayout* stack, QObject* parent)
+    : QObject(parent)
+    , m_stack(stack)
+{
+    connect(stack, &QStackedLayout::widgetRemoved, this, &MenuBook::removed);
+}
+
+MenuBook::~MenuBook() = default;
+
+KeyBoard* MenuBook::find(const QString& name) const
+{
+    for (KeyBoard* menu : pages) {
+        if (menu->name == name) {
+            return menu;
+        }
+    }
+    return nullptr;
+}
+
+Key* MenuBook::findKey(const KeyBoard* menu, const QString& keyId)
+{
+    if (menu == nullptr) {
+        return nullptr;
+    }
+    for (Key* key : menu->keys) {
+        if (key->keyId == keyId) {
+            return key;
+        }
+    }
+    return nullptr;
+}
+
+KeyBoard* MenuBook::findOrCreate(const QString& name)
+{
+    KeyBoard* menu = find(name);
+    if (menu == nullptr) {
+        menu = new KeyBoard;
+        menu->new_keyboard(name, LastRow, LastCol);
+        add(menu);
+    }
+    return menu;
+}
+
+void MenuBook::add(KeyBoard* menu)
+{
+    menu->setParent(this);
+    pages += menu;
+    menu->stackIndex = m_stack->addWidget(menu->frame);
+    connect(menu, &KeyBoard::keyboard_response_message, this, &MenuBook::keyboard_response_message);
+}
+
+void MenuBook::clear()
+{
+    for (KeyBoard* menu : std::as_const(pages)) {
+        menu->deleteKeys();
+        menu->deleteLater();
+    }
+    pages.clear();
+}
+
+void MenuBook::removed(int index)
+{
+    for (KeyBoard* menu : std::as_const(pages)) {
+        if (menu->stackIndex > index) {
+            --menu->stackIndex;
+        }
+    }
+}

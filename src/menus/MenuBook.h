@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QStackedLayout>
+#include <QString>
+
+class Key;
+class KeyBoard;
+
+// All menus of the panel, in the order of creation, each with its page in the main window's stack.
+//
+// The book keeps the menus' stack numbers true: when a page leaves the stack, the numbers above it
+// go down by one.
+class MenuBook : public QObject
+{
+    Q_OBJECT
+
+public:
+    // stack: where the menus' pages go, not owned.
+    explicit MenuBook(QStackedLayout* stack, QObject* parent = nullptr);
+    ~MenuBook() override;
+
+    // Out: the first menu of this name, nullptr when there is none.
+    KeyBoard* find(const QString& name) const;
+
+    // Out: the first key with this identifier in the menu; nullptr when there is none or no menu.
+    static Key* findKey(const KeyBoard* menu, const QString& keyId);
+
+    // Out: the menu of this name; a plain one of 6 by 6 cells is made when there is none.
+    KeyBoard* findOrCreate(const QString& name);
+
+    // Takes over a menu that has been built: it becomes the last of the list and gets its page in
+    // the stack.
+    void add(KeyBoard* menu);
+
+    // Schedules all menus and their keys for deletion and forgets them. Their pages leave the stack
+    // when that is carried out.
+    void clear();
+
+    QList<KeyBoard*> pages;
+
+signals:
+    // What any key of any menu sends.
+    void keyboard_response_message(QString message);
+
+private:
+    void removed(int index);
+
+    QStackedLayout* m_stack;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "menus/MenuBook.h"
+
+#include <QObject>
+#include <QStringList>
+
+// The messages by which the main unit defines menus and keys and changes what they show. All take
+// the fields behind the command word; unknown menus and keys are ignored, but for the target menus
+// of defineKey() and copyKey(), which are created.
+class MenuMessages : public QObject
+{
+    Q_OBJECT
+
+public:
+    // stack: the main window's, for the menus' pages.
+    explicit MenuMessages(QStackedLayout* stack, QObject* parent = nullptr);
+
+    // "AK": adds a key, or updates the one that is there and the keys linked with it. For the
+    // fields see KeyDefinition.
+    void defineKey(const QStringList& fields);
+
+    // Copies a key into another menu and links the two both ways. Fields: target menu, source menu,
+    // source key.
+    void copyKey(const QStringList& fields);
+
+    // "CV": value and toggle. Fields: menu, key, value, "1" for on.
+    void changeValue(const QStringList& fields);
+
+    // "CK": display state. Fields: menu, key, 0 disabled, 1 enabled, 2 hidden.
+    void changeState(const QStringList& fields);
+
+    // "SK": asks by showMenu() for the menu that field 0 names.
+    void selectMenu(const QStringList& fields);
+
+    MenuBook book;
+
+signals:
+    // The main unit wants this menu shown.
+    void showMenu(KeyBoard* menu);
+
+private:
+    static void addToMainMenu(KeyBoard* menu, const struct KeyDefinition& definition);
+};

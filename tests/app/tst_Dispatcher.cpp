@@ -1,0 +1,223 @@
+#include "app/Dispatcher.h"
+#include "app/MainWindow.h"
+#include "link/keySerial.h"
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+class tst_Dispatcher : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_pty = &m_devices->add("ttyO1");
+        m_window = std::make_unique<MainWindow>();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_devices.reset();
+    }
+
+    void the_table_has_all_words_in_their_order()
+    {
+        QCOMPARE(Dispatcher::words(),
+            (QStringList{"AK", "SK", "CK", "CV", "CM", "SB", "DB", "PING", "Slave", "SQ", "SM",
+                "VER", "SH", "MS", "PAX", "LC", "EI", "SP", "IK", "SF", "HM", "ST", "PM",
+                "CLEAR"}));
+    }
+
+    void words_are_matched_letter_for_letter_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("known");
+        QTest::newRow("PING") << "\x02PING\x04" << true;
+        QTest::newRow("AK without a field") << "\x02"
+                                               "AK\x04"
+                                            << true;
+        QTest::newRow("lower case") << "\x02"
+                                       "ak\x04"
+                                    << false;
+        QTest::newRow("a blank in front") << "\x02 PING\x04" << false;
+        QTest::newRow("junk in front") << "x\x02PING\x04" << false;
+        QTest::newRow("unknown") << "\x02XY,1\x04" << false;
+        QTest::newRow("empty body") << "\x02\x04" << false;
+        QTest::newRow("one character") << "\x04" << false;
+        QTest::newRow("nothing") << "" << false;
+    }
+
+    void words_are_matched_letter_for_letter()
+    {
+        QFETCH(QString, message);
+        QTEST(Dispatcher(*m_window).dispatch(message), "known");
+    }
+
+    void the_queries_are_answered_over_the_line_data()
+    {
+        QTest::addColumn<QByteArray>("query");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("PING") << framed("PING") << framed("PONG");
+        QTest::newRow("PING with fields") << framed("PING,1,2") << framed("PONG");
+        QTest::newRow("VER has no command word") << framed("VER") << framed("1.1.6.4");
+    }
+
+    void the_queries_are_answered_over_the_line()
+    {
+        QFETCH(QByteArray, query);
+        QFETCH(QByteArray, answer);
+        m_pty->takeReceived();
+        m_pty->write(query);
+        QTRY_COMPARE(m_pty->received(), answer);
+    }
+
+    void unknown_and_malformed_messages_get_no_answer()
+    {
+        m_pty->takeReceived();
+        m_pty->write("\x02ping\x04\x02\x04\x04junk\x02XX,,,\x04xy\x02PING\x04" + framed("VER"));
+        QTRY_COMPARE(m_pty->received(), framed("1.1.6.4"));
+    }
+
+    void short_lists_and_empty_fields_harm_nobody()
+    {
+        m_pty->takeReceived();
+        for (const QString& word : Dispatcher::words()) {
+            for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
+                // these two open editors or boxes that the operator has to close
+                if (word != "IK" && word != "DB" && word != "Slave") {
+                    QVERIFY(m_pty->write(framed(word.toLatin1() + fields)));
+                }
+            }
+        }
+        m_pty->takeReceived();
+        m_pty->write(framed("VER,end"));
+        QTRY_VERIFY(m_pty->received().endsWith(framed("1.1.6.4")));
+    }
+
+    void every_message_is_widened_for_the_link_mode_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QByteArray>("sent");
+        QTest::newRow("none") << 0 << framed("D2:FREQ R1:AGC");
+        QTest::newRow("diversity") << 1 << framed("D1 D2 D3:FREQ R1 R2:AGC");
+        QTest::newRow("frequency diversity") << 2 << framed("D1 D2 D3:FREQ R1:AGC");
+    }
+
+    void every_message_is_widened_for_the_link_mode()
+    {
+        QFETCH(int, mode);
+        m_window->linkMode = mode;
+        m_pty->takeReceived();
+        m_window->send_mess("\x02"
+                            "D2:FREQ R1:AGC\x04");
+        QTEST(waitForBytes(), "sent");
+    }
+
+    void bytes_go_out_as_latin_1()
+    {
+        m_pty->takeReceived();
+        m_window->send_mess(QString::fromLatin1("\x02\xe9\xff\x04"));
+        QCOMPARE(waitForBytes(), QByteArray("\x02\xe9\xff\x04"));
+    }
+
+    void sending_on_a_lost_line_is_ignored()
+    {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        m_pty->close();
+        QTRY_VERIFY(!m_window->serial->port()->isOpen());
+        m_window->send_mess("\x02Main\x04");
+        QVERIFY(!m_window->serial->port()->isOpen());
+    }
+
+    void a_unit_that_asks_and_never_reads_does_not_fill_the_memory()
+    {
+        QByteArray burst;
+        for (int i = 0; i < 1000; ++i) {
+            burst += framed("PING");
+        }
+        // 300,000 answers of 6 bytes, of which nobody reads one
+        for (int i = 0; i < 300; ++i) {
+            QVERIFY(m_pty->write(burst));
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(m_window->serial->port()->bytesToWrite() > (1 << 20) - 6, 60000);
+        QVERIFY(m_window->serial->port()->bytesToWrite() <= (1 << 20) + 6);
+    }
+
+    void clear_deletes_every_menu()
+    {
+        m_window->process_mess("\x02"
+                               "AK,M,k,L,5,C,,0,,0,0,1\x04");
+        const QPointer<KeyBoard> menu = m_window->menus->book.find("M");
+        const QPointer<Key> key = menu->keys.first();
+        const QPointer<QPushButton> button = menu->buttons.first();
+        const QPointer<QGroupBox> frame = menu->frame;
+        m_window->process_mess("\x02"
+                               "CLEAR\x04");
+        QVERIFY(m_window->menus->book.pages.isEmpty());
+        QTRY_VERIFY(menu == nullptr && key == nullptr && button == nullptr && frame == nullptr);
+    }
+
+    void clear_and_new_menus_in_one_write_show_the_right_pages()
+    {
+        const auto menus = [](const char* round) {
+            QByteArray bytes;
+            for (const char* name : {"A", "B", "C"}) {
+                bytes += framed(QByteArray("AK,") + name + ",k," + name + round + ",5,X,,0,,0,0,1");
+            }
+            return bytes;
+        };
+        m_window->show();
+        m_pty->write(menus("1") + framed("SK,B"));
+        QTRY_COMPARE(shownKey(), QString("B1"));
+        m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
+        QTRY_COMPARE(shownKey(), QString("C2"));
+        QTRY_COMPARE(m_window->stack->count(), 4); // the waiting page and the three
+        m_pty->write(framed("SK,A"));
+        QTRY_COMPARE(shownKey(), QString("A2"));
+        for (const KeyBoard* menu : m_window->menus->book.pages) {
+            QCOMPARE(m_window->stack->widget(menu->stackIndex), menu->frame.data());
+        }
+    }
+
+    void the_debug_log_can_be_read_back()
+    {
+        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} in \\\\x02PING\\\\x04$"));
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"));
+        m_pty->write(framed("PING"));
+        QTRY_VERIFY(m_pty->received().contains(framed("PONG")));
+        QLoggingCategory::setFilterRules("");
+    }
+
+private:
+    QByteArray waitForBytes()
+    {
+        [this] { QTRY_VERIFY(m_pty->received().endsWith('\x04')); }();
+        return m_pty->received();
+    }
+
+    QString shownKey() const
+    {
+        for (const QPushButton* button :
+            m_window->stack->currentWidget()->findChildren<QPushButton*>()) {
+            if (button->isVisible()) {
+                return button->text();
+            }
+        }
+        return {};
+    }
+
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_pty = nullptr;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+QN740_TEST_MAIN(tst_Dispatcher)
+#include "tst_Dispatcher.moc"

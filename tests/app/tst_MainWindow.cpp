@@ -1,0 +1,292 @@
+#include "app/MainWindow.h"
+#include "link/keySerial.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "support/Pty.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QSplashScreen>
+#include <QStatusBar>
+
+namespace {
+QSplashScreen* splash()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* screen = qobject_cast<QSplashScreen*>(widget)) {
+            return screen;
+        }
+    }
+    return nullptr;
+}
+} // namespace
+
+class tst_MainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_pty = &m_devices->add("ttyO1");
+        m_window = std::make_unique<MainWindow>();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_devices.reset();
+    }
+
+    void the_window_is_frameless_and_800_by_480()
+    {
+        m_window->show();
+        QCOMPARE(m_window->size(), QSize(800, 480));
+        QVERIFY(m_window->windowFlags() & Qt::FramelessWindowHint);
+        QCOMPARE(m_window->windowType(), Qt::Window);
+        QVERIFY(m_window->ready);
+        QCOMPARE(m_window->styleSheet(),
+            QString("QMainWindow {background-color: black; border-width: 2px; border-style: solid; "
+                    "border-color: black; font-size: 16px;}                        "
+                    ".QWidget{background-color: black;} QPushButton:pressed {background-color: "
+                    "#4169e1;} "));
+    }
+
+    void no_pointer_is_shown()
+    {
+        QCOMPARE(m_window->cursor().shape(), Qt::BlankCursor);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::BlankCursor);
+        m_window.reset();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+    }
+
+    void the_start_pages_are_plain_menus_and_loading_is_shown()
+    {
+        const auto& pages = m_window->menus->book.pages;
+        QCOMPARE(pages.size(), 2);
+        QCOMPARE(pages.at(0)->name, QString("Loading"));
+        QCOMPARE(pages.at(1)->name, QString("two"));
+        for (int i = 0; i < 2; ++i) {
+            QCOMPARE(pages.at(i)->maxRow, 5);
+            QCOMPARE(pages.at(i)->maxCol, 5);
+            QCOMPARE(pages.at(i)->stackIndex, i);
+        }
+        QCOMPARE(m_window->stack->currentIndex(), 0);
+        QCOMPARE(m_window->centralWidget(), m_window->central);
+        QCOMPARE(m_window->central->layout(), m_window->stack);
+        QCOMPARE(m_window->mainMenuIndex(), -1);
+        QCOMPARE(m_window->paxMenuIndex(), -1);
+    }
+
+    void the_splash_stays_on_top_for_its_time_and_when_it_is_touched()
+    {
+        m_window->show();
+        QSplashScreen* screen = splash();
+        QVERIFY(screen != nullptr && screen->isVisible());
+        QVERIFY(screen->windowFlags() & Qt::WindowStaysOnTopHint);
+        QVERIFY(screen->windowFlags() & Qt::FramelessWindowHint);
+        QCOMPARE(screen->styleSheet(), QString("QPixmap {background-color: black}"));
+        QVERIFY(!screen->pixmap().isNull());
+        clickOn(screen);
+        QTest::qWait(100);
+        QVERIFY(screen->isVisible());
+    }
+
+    void the_splash_goes_after_15_seconds()
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QTRY_VERIFY_WITH_TIMEOUT(!splash()->isVisible(), 40000);
+        QVERIFY2(elapsed.elapsed() > 14000, QByteArray::number(elapsed.elapsed()));
+    }
+
+    void the_status_bar_has_its_parts_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("sheet");
+        QTest::newRow("linking") << "linkButton"
+                                 << "Linking"
+                                 << "background-color: #4682b4";
+        QTest::newRow("main menu") << "mainMenuButton"
+                                   << "Main Menu"
+                                   << "background-color: #008080";
+        QTest::newRow("scopes") << "scopesButton"
+                                << "Scopes"
+                                << "background-color: #2e8b57";
+    }
+
+    void the_status_bar_has_its_parts()
+    {
+        QFETCH(QString, name);
+        const auto* button = m_window->findChild<QPushButton*>(name);
+        QVERIFY(button != nullptr);
+        QTEST(button->text(), "text");
+        QTEST(button->styleSheet(), "sheet");
+        QCOMPARE(button->minimumHeight(), 30);
+        QCOMPARE(button->parentWidget()->styleSheet(), QString("background-color: #919191 ;"));
+    }
+
+    void the_status_bar_starts_with_the_start_up_message()
+    {
+        QCOMPARE(m_window->statusBar(), m_window->statusBar_);
+        QCOMPARE(m_window->statusBar_->currentMessage(), QString("TORVA QN740 - Start Up"));
+        QCOMPARE(m_window->statusBar_->minimumHeight(), 50);
+        QVERIFY(!m_window->statusBar_->isSizeGripEnabled());
+        QCOMPARE(m_window->statusBar_->styleSheet(),
+            QString("QStatusBar {background-color: #919191 ;  font-size: 16px; border-width: 2px; "
+                    "border-style: solid; border-color: yellow;}"));
+        QCOMPARE(m_window->findChild<QLabel*>("statusLabel")->text(), QString());
+        QCOMPARE(m_window->findChild<QLabel*>("versionLabel")->text(), QString(" v1.1.6.4 "));
+    }
+
+    void the_parts_stand_from_left_to_right()
+    {
+        m_window->show();
+        int right = -1;
+        for (const char* name :
+            {"statusLabel", "linkButton", "mainMenuButton", "scopesButton", "versionLabel"}) {
+            const auto* part = m_window->findChild<QWidget*>(name);
+            const int left = part->mapTo(m_window.get(), QPoint(0, 0)).x();
+            QVERIFY2(left > right, name);
+            right = left;
+        }
+        QVERIFY(right < 800);
+    }
+
+    void a_close_request_leaves_the_window_open()
+    {
+        m_window->show();
+        QVERIFY(!m_window->close());
+        QVERIFY(m_window->isVisible());
+    }
+
+    void the_link_button_is_enabled_again_by_its_slot()
+    {
+        m_window->linkButton->setEnabled(false);
+        m_window->enableStatBut1();
+        QVERIFY(m_window->linkButton->isEnabled());
+    }
+
+    void the_diagnostic_slot_shows_its_box()
+    {
+        QString text;
+        whenModal([&](QWidget* dialog) {
+            text = qobject_cast<QMessageBox*>(dialog)->text();
+            dialog->close();
+        });
+        m_window->button_pushed();
+        QCOMPARE(text, QString("A button was pushed"));
+    }
+
+    void the_panel_comes_up_without_its_line()
+    {
+        m_window.reset();
+        m_devices->remove("ttyO1");
+        MainWindow window;
+        QVERIFY(window.ready);
+        QCOMPARE(window.serial->name(), QString("ttyO1"));
+        QVERIFY(!window.serial->port()->isOpen());
+        window.send_mess("\x02Main\x04");
+        QCOMPARE(window.stack->currentIndex(), 0);
+    }
+
+    void sk_shows_a_menu_and_says_so()
+    {
+        m_window->show();
+        unit("AK,Tuner CH1,k,L,5,C,,0,,0,0,1");
+        QCOMPARE(m_window->stack->currentIndex(), 0);
+        unit("SK,Tuner CH1");
+        QCOMPARE(m_window->stack->currentWidget(), menu("Tuner CH1")->frame.data());
+        QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - Tuner CH1"));
+        unit("SK,Unknown");
+        QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - Tuner CH1"));
+    }
+
+    void sk_only_records_the_menu_while_a_display_is_up()
+    {
+        unit("AK,A,k,L,5,C,,0,,0,0,1");
+        m_window->views->setCurrent(Views::Scopes);
+        unit("SK,A");
+        QCOMPARE(m_window->stack->currentIndex(), 0);
+        QCOMPARE(m_window->views->menu.index(), menu("A")->stackIndex);
+        QCOMPARE(m_window->statusBar_->currentMessage(), QString("TORVA QN740 - Start Up"));
+    }
+
+    void every_key_of_a_full_page_lies_on_the_screen_whole()
+    {
+        m_window->show();
+        for (int i = 0; i < 36; ++i) {
+            unit(QString("AK,Full,k%1,Setting %1,%2,C,,0,,0,0,1").arg(i).arg(i % 7));
+        }
+        unit("SK,Full");
+        QCOMPARE(m_window->size(), QSize(800, 480));
+        QTest::qWait(0);
+        const QRect area(
+            m_window->central->mapTo(m_window.get(), QPoint()), m_window->central->size());
+        QVERIFY(QRect(0, 0, 800, 480).contains(area));
+        QList<QRect> keys;
+        for (const QPushButton* button : menu("Full")->buttons) {
+            QVERIFY(button->isVisible());
+            const QRect key(button->mapTo(m_window.get(), QPoint()), button->size());
+            QVERIFY2(area.contains(key), qPrintable(button->text()));
+            QVERIFY(key.width() >= 110 && key.height() >= 51);
+            for (const QRect& other : keys) {
+                QVERIFY(!key.intersects(other));
+            }
+            keys += key;
+        }
+        QCOMPARE(keys.size(), 36);
+    }
+
+    void the_window_never_grows_data()
+    {
+        QTest::addColumn<int>("keys");
+        QTest::newRow("two sub-pages") << 37;
+        QTest::newRow("five sub-pages") << 150;
+    }
+
+    void the_window_never_grows()
+    {
+        QFETCH(int, keys);
+        m_window->show();
+        for (int i = 0; i < keys; ++i) {
+            unit(QString(
+                "AK,Full,k%1,A label of sixty characters that is far too long for a key %1,5,C,,0,,0,0,1")
+                     .arg(i));
+        }
+        unit("SK,Full");
+        unit(QString("SB,0,%1").arg(QString(500, 'w')));
+        QTest::qWait(0);
+        QCOMPARE(m_window->size(), QSize(800, 480));
+        QVERIFY(m_window->rect().contains(m_window->scopesButton->mapTo(
+            m_window.get(), m_window->scopesButton->rect().bottomRight())));
+    }
+
+    void a_press_on_the_glass_reaches_the_unit()
+    {
+        m_window->show();
+        splash()->hide();
+        unit("AK,A,k,Press,0,R1:AGC:,,0,,0,0,1");
+        unit("SK,A");
+        QTest::qWait(0);
+        m_pty->takeReceived();
+        clickOn(menu("A")->buttons.first());
+        QTRY_COMPARE(m_pty->received(), framed("R1:AGC:1"));
+    }
+
+private:
+    void unit(const QString& body) { m_window->process_mess('\x02' + body + '\x04'); }
+    KeyBoard* menu(const QString& name) const { return m_window->menus->book.find(name); }
+
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_pty = nullptr;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+QN740_TEST_MAIN(tst_MainWindow)
+#include "tst_MainWindow.moc"

@@ -1,0 +1,68 @@
+#include "app/SetGov.h"
+#include "support/TestMain.h"
+
+#include <QElapsedTimer>
+
+class tst_SetGov : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        m_path = qgetenv("PATH");
+        qputenv("PATH", m_directory->path().toLocal8Bit() + ":/usr/bin:/bin");
+    }
+
+    void cleanup() { qputenv("PATH", m_path); }
+
+    void the_governor_is_set_to_performance()
+    {
+        makeProgram("echo \"$#:$1:$2\" > " + m_directory->filePath("arguments"));
+        SetGov().changeGov();
+        QFile arguments(m_directory->filePath("arguments"));
+        QVERIFY(arguments.open(QIODevice::ReadOnly));
+        QCOMPARE(arguments.readAll(), QByteArray("2:--governor:performance\n"));
+    }
+
+    void a_missing_program_is_ignored()
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        SetGov().changeGov();
+        QVERIFY(elapsed.elapsed() < 5000);
+    }
+
+    void a_failing_program_is_ignored()
+    {
+        makeProgram("exit 3");
+        SetGov().changeGov();
+        QVERIFY(!QFile::exists(m_directory->filePath("arguments")));
+    }
+
+    void a_program_that_hangs_is_left_after_a_second()
+    {
+        makeProgram("exec sleep 60");
+        QElapsedTimer elapsed;
+        elapsed.start();
+        SetGov().changeGov();
+        QVERIFY2(elapsed.elapsed() >= 900, QByteArray::number(elapsed.elapsed()));
+        QVERIFY2(elapsed.elapsed() < 20000, QByteArray::number(elapsed.elapsed()));
+    }
+
+private:
+    void makeProgram(const QString& body)
+    {
+        QFile program(m_directory->filePath("cpufreq-set"));
+        QVERIFY(program.open(QIODevice::WriteOnly));
+        program.write("#!/bin/sh\n" + body.toLocal8Bit() + "\n");
+        program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    QByteArray m_path;
+};
+
+QN740_TEST_MAIN(tst_SetGov)
+#include "tst_SetGov.moc"

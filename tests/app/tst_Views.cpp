@@ -1,0 +1,124 @@
+#include "app/Views.h"
+#include "support/TestMain.h"
+
+#include <QLabel>
+
+class tst_Views : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_area = std::make_unique<QWidget>();
+        m_stack = new QStackedLayout(m_area.get());
+        m_views = std::make_unique<Views>(m_stack);
+        for (const char* name : {"a", "b", "c", "d"}) {
+            m_stack->addWidget(new QLabel(name));
+        }
+    }
+
+    void cleanup()
+    {
+        m_views.reset();
+        m_area.reset();
+    }
+
+    void numbers_start_at_minus_1_in_the_menus_view()
+    {
+        for (const Views::Page* page : {&m_views->menu, &m_views->mainMenu, &m_views->paxMenu,
+                 &m_views->scopes, &m_views->spectrum}) {
+            QCOMPARE(page->index(), -1);
+        }
+        QCOMPARE(int(m_views->current()), 0);
+        QVERIFY(!m_views->displayActive());
+    }
+
+    void a_display_is_active_in_every_view_but_the_menus()
+    {
+        for (const Views::View view : {Views::Scopes, Views::Spectrum}) {
+            m_views->setCurrent(view);
+            QVERIFY(m_views->displayActive());
+        }
+        QCOMPARE(int(Views::Scopes), 1);
+        QCOMPARE(int(Views::Spectrum), 2);
+    }
+
+    void a_page_is_shown_wherever_it_has_moved()
+    {
+        m_views->set(&Views::mainMenu, m_stack->widget(3));
+        m_views->set(&Views::scopes, m_stack->widget(1));
+        delete m_stack->widget(0);
+        delete m_stack->widget(1); // "c"
+        QCOMPARE(m_views->scopes.index(), 0);
+        QCOMPARE(m_views->mainMenu.index(), 1);
+        m_views->show(&Views::scopes);
+        QCOMPARE(shown(), QString("b"));
+        m_views->show(&Views::mainMenu);
+        QCOMPARE(shown(), QString("d"));
+    }
+
+    void the_number_of_a_page_that_is_gone_stays_and_shows_nothing()
+    {
+        m_views->set(&Views::mainMenu, m_stack->widget(1));
+        delete m_stack->widget(1);
+        QCOMPARE(m_views->mainMenu.index(), 1);
+        delete m_stack->widget(0);
+        QCOMPARE(m_views->mainMenu.index(), 1);
+        const QString before = shown();
+        m_views->show(&Views::mainMenu);
+        QCOMPARE(shown(), before);
+    }
+
+    void a_page_that_was_never_there_shows_nothing()
+    {
+        m_views->show(&Views::paxMenu);
+        QCOMPARE(shown(), QString("a"));
+    }
+
+    void showing_a_menu_remembers_it_and_leaves_the_displays()
+    {
+        m_views->setCurrent(Views::Scopes);
+        m_views->showMenu(m_stack->widget(2));
+        QCOMPARE(m_views->menu.index(), 2);
+        QVERIFY(!m_views->displayActive());
+        QCOMPARE(shown(), QString("c"));
+    }
+
+    void when_the_menu_on_the_screen_goes_the_waiting_page_comes()
+    {
+        m_views->addWaitingPage();
+        m_views->showMenu(m_stack->widget(0));
+        delete m_stack->widget(0);
+        QCOMPARE(shown(), QString("Waiting for the main unit"));
+    }
+
+    void when_another_page_goes_the_menu_stays()
+    {
+        m_views->addWaitingPage();
+        m_views->showMenu(m_stack->widget(2));
+        delete m_stack->widget(0);
+        QCOMPARE(shown(), QString("c"));
+    }
+
+    void when_a_menu_goes_behind_a_display_the_display_stays()
+    {
+        m_views->addWaitingPage();
+        m_views->showMenu(m_stack->widget(0));
+        m_views->set(&Views::scopes, m_stack->widget(2));
+        m_views->setCurrent(Views::Scopes);
+        m_views->show(&Views::scopes);
+        delete m_stack->widget(0);
+        QCOMPARE(shown(), QString("c"));
+    }
+
+private:
+    QString shown() const { return qobject_cast<QLabel*>(m_stack->currentWidget())->text(); }
+
+    std::unique_ptr<QWidget> m_area;
+    QStackedLayout* m_stack = nullptr;
+    std::unique_ptr<Views> m_views;
+};
+
+QN740_TEST_MAIN(tst_Views)
+#include "tst_Views.moc"

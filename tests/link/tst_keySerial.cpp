@@ -1,0 +1,174 @@
+#include "link/keySerial.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+
+class tst_keySerial : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_pty = &m_devices->add("ttyO1");
+        m_serial = std::make_unique<keySerial>();
+        m_messages.clear();
+        connect(m_serial.get(), &keySerial::valid_mess_in, this,
+            [this](const QString& message) { m_messages += message; });
+    }
+
+    void cleanup()
+    {
+        m_serial.reset();
+        m_devices.reset();
+    }
+
+    void a_new_link_has_no_port_and_no_name()
+    {
+        QVERIFY(m_serial->port() == nullptr);
+        QVERIFY(m_serial->name().isEmpty());
+        m_serial->serial_data_in();
+        QVERIFY(m_messages.isEmpty());
+    }
+
+    void the_line_is_opened_as_the_main_unit_expects_it()
+    {
+        m_serial->check_serial();
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QCOMPARE(m_serial->name(), QString("ttyO1"));
+        QCOMPARE(m_serial->port()->baudRate(), 115200);
+        QCOMPARE(m_serial->port()->dataBits(), QSerialPort::Data8);
+        QCOMPARE(m_serial->port()->parity(), QSerialPort::NoParity);
+        QCOMPARE(m_serial->port()->stopBits(), QSerialPort::OneStop);
+        QCOMPARE(m_serial->port()->flowControl(), QSerialPort::NoFlowControl);
+    }
+
+    void an_absent_line_is_reported_by_the_result_alone()
+    {
+        m_devices->remove("ttyO1");
+        QVERIFY(!m_serial->open_serial("ttyO1"));
+        QCOMPARE(m_serial->name(), QString("ttyO1"));
+    }
+
+    void a_frame_in_pieces_is_one_message()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        m_pty->write("\x02PI");
+        QTest::qWait(50);
+        QVERIFY(m_messages.isEmpty());
+        m_pty->write("NG\x04");
+        QTRY_COMPARE(m_messages, QStringList{"\x02PING\x04"});
+    }
+
+    void bytes_are_latin_1()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        m_pty->write("\x02\xe9\x80\xff\x04");
+        QTRY_COMPARE(m_messages.size(), 1);
+        QCOMPARE(m_messages.first(), QString::fromLatin1("\x02\xe9\x80\xff\x04"));
+    }
+
+    void all_byte_values_inside_a_frame_are_kept()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QByteArray body;
+        for (int i = 0; i < 256; ++i) {
+            if (i != 4) {
+                body += static_cast<char>(i);
+            }
+        }
+        m_pty->write(framed(body));
+        QTRY_COMPARE(m_messages.size(), 1);
+        QCOMPARE(m_messages.first().toLatin1(), framed(body));
+    }
+
+    void a_burst_of_5000_frames_is_handled_in_order_with_nothing_left()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QByteArray burst;
+        for (int i = 0; i < 5000; ++i) {
+            burst += framed("SB,0,message number " + QByteArray::number(i));
+        }
+        QVERIFY(m_pty->write(burst));
+        QTRY_COMPARE_WITH_TIMEOUT(m_messages.size(), 5000, 30000);
+        for (int i = 0; i < 5000; ++i) {
+            QCOMPARE(m_messages.at(i), QString("\x02SB,0,message number %1\x04").arg(i));
+        }
+        QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
+    }
+
+    void a_read_takes_1024_bytes_and_the_next_turn_comes_by_itself()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        // more than one read in the port before the first turn
+        disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
+        const QByteArray frame = framed(QByteArray(98, 'x'));
+        for (int i = 0; i < 30; ++i) {
+            m_pty->write(frame);
+        }
+        QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
+        m_serial->serial_data_in();
+        QCOMPARE(m_serial->port()->bytesAvailable(), qint64(3000 - 1024));
+        QCOMPARE(m_messages.size(), 10);
+        QTRY_COMPARE(m_messages.size(), 30);
+        QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
+    }
+
+    void a_handler_with_an_event_loop_of_its_own_gets_each_message_once_and_in_order()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QStringList entered;
+        int depth = 0;
+        int deepest = 0;
+        connect(m_serial.get(), &keySerial::valid_mess_in, this, [&](const QString& message) {
+            entered += message;
+            deepest = qMax(deepest, ++depth);
+            if (entered.size() == 1) {
+                m_pty->write(framed("third")); // while the first is being handled
+                QEventLoop editor;
+                QTimer::singleShot(200, &editor, &QEventLoop::quit);
+                editor.exec();
+            }
+            --depth;
+        });
+        m_pty->write(framed("first") + framed("second"));
+        QTRY_COMPARE(entered,
+            (QStringList{"\x02"
+                         "first\x04",
+                "\x02second\x04", "\x02third\x04"}));
+        QCOMPARE(deepest, 1);
+    }
+
+    void a_frame_of_200_kB_without_an_end_waits_and_is_then_one_message()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        const QByteArray body(200 * 1024, 'x');
+        QVERIFY(m_pty->write('\x02' + body));
+        QVERIFY(m_messages.isEmpty());
+        QVERIFY(m_pty->write("\x04"));
+        QTRY_COMPARE_WITH_TIMEOUT(m_messages.size(), 1, 30000);
+        QCOMPARE(m_messages.first().size(), body.size() + 2);
+    }
+
+    void a_lost_line_is_closed_and_stays_closed()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        m_pty->close();
+        QTRY_VERIFY(!m_serial->port()->isOpen());
+        m_devices->add("ttyO1");
+        QTest::qWait(2500);
+        QVERIFY(!m_serial->port()->isOpen());
+    }
+
+private:
+    std::unique_ptr<DeviceDirectory> m_devices;
+    std::unique_ptr<keySerial> m_serial;
+    Pty* m_pty = nullptr;
+    QStringList m_messages;
+};
+
+QN740_TEST_MAIN(tst_keySerial)
+#include "tst_keySerial.moc"

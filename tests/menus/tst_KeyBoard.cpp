@@ -1,0 +1,375 @@
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/KeyStyle.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+
+namespace {
+
+void addKeys(KeyBoard& menu, int count)
+{
+    for (int i = 1; i <= count; ++i) {
+        const QString name = QString("key %1").arg(i);
+        menu.add_keyboard_button(name, name, 5, name, "", 0, "", 0, false, 1, false, nullptr);
+    }
+}
+
+void addFixed(KeyBoard& menu, int row, int col)
+{
+    menu.add_keyboard_button_fixed(
+        "fixed", "f", 5, "F", "", 0, "", 0, false, 1, false, nullptr, row, col);
+}
+
+QGridLayout* gridOf(const KeyBoard& menu, int page)
+{
+    return qobject_cast<QGridLayout*>(menu.pages->widget(page)->layout());
+}
+
+QString textAt(QGridLayout* grid, int row, int col)
+{
+    QLayoutItem* item = grid->itemAtPosition(row, col);
+    auto* button = item != nullptr ? qobject_cast<QPushButton*>(item->widget()) : nullptr;
+    return button != nullptr ? button->text() : QString();
+}
+
+// The keys of a sub-page, row by row; empty cells are left out.
+QStringList textsOf(QGridLayout* grid)
+{
+    QStringList texts;
+    for (int row = 0; row < 6; ++row) {
+        for (int col = 0; col < 6; ++col) {
+            const QString text = textAt(grid, row, col);
+            if (!text.isEmpty()) {
+                texts += text;
+            }
+        }
+    }
+    return texts;
+}
+
+QStringList keyNames(int first, int last)
+{
+    QStringList names;
+    for (int i = first; i <= last; ++i) {
+        names += QString("key %1").arg(i);
+    }
+    return names;
+}
+
+} // namespace
+
+class tst_KeyBoard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_new_menu_is_empty()
+    {
+        const KeyBoard menu;
+        QVERIFY(menu.keys.isEmpty() && menu.buttons.isEmpty() && menu.name.isEmpty());
+        QVERIFY(!menu.isPAXMainMenu());
+    }
+
+    void a_plain_menu_has_its_frame_and_geometry()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("Tuner CH1", 5, 5);
+        QCOMPARE(menu.name, QString("Tuner CH1"));
+        QCOMPARE(menu.frame->title(), QString("Tuner CH1 Menu"));
+        QCOMPARE(menu.frame->styleSheet(),
+            QString("QGroupBox {background-color: black; border-width: 2px; border-style: solid;   "
+                    "                         border-color: white; font-size: 12px; color: yellow; "
+                    "border-radius: 4px;}"));
+        QCOMPARE(menu.frame->layout()->contentsMargins(), QMargins(4, 15, 4, 4));
+        QCOMPARE(menu.titleLabel->text(), QString("QN740 - Menu - Tuner CH1"));
+        QVERIFY(!menu.mainMenu);
+        QVERIFY(menu.chan1Grid == nullptr && menu.optGrid == nullptr);
+        QCOMPARE(menu.pages->count(), 1);
+        QCOMPARE(menu.row, 0);
+        QCOMPARE(menu.col, 0);
+        for (int i = 0; i <= 5; ++i) {
+            QCOMPARE(menu.grid->columnMinimumWidth(i), 150);
+            QCOMPARE(menu.grid->rowMinimumHeight(i), 80);
+        }
+        QCOMPARE(menu.grid->columnMinimumWidth(6), 0);
+    }
+
+    void a_key_gets_everything_it_is_given()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        Key source;
+        menu.add_keyboard_button(
+            "Label", "id", 0, "CMD", "units", 3, "options", 1.5, true, 2, true, &source);
+        const Key* key = menu.keys.first();
+        QCOMPARE(key->label, QString("Label"));
+        QCOMPARE(key->keyId, QString("id"));
+        QCOMPARE(key->type, 0);
+        QCOMPARE(key->command, QString("CMD"));
+        QCOMPARE(key->units, QString("units"));
+        QCOMPARE(key->param, 3);
+        QCOMPARE(key->options, QString("options"));
+        QCOMPARE(key->value, 1.5);
+        QVERIFY(key->tog());
+        QCOMPARE(key->state, 2);
+        QCOMPARE(key->linkedKeys.size(), 1);
+        QCOMPARE(key->linkedKeys.first().data(), &source);
+        QVERIFY(!key->large);
+        QCOMPARE(menu.buttons, QList<QPushButton*>{key->GetKey()});
+        QCOMPARE(key->GetKey()->text(), QString("Label"));
+        QCOMPARE(key->GetKey()->maximumHeight(), 100);
+        QCOMPARE(key->GetKey()->styleSheet(), keyStyle::toggled(false));
+    }
+
+    void a_key_that_is_not_linked_has_no_linked_keys()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        Key source;
+        menu.add_keyboard_button("", "", 1, "", "", 0, "", 0, false, 1, false, &source);
+        QVERIFY(menu.keys.first()->linkedKeys.isEmpty());
+        QCOMPARE(menu.buttons.first()->styleSheet(), keyStyle::enabled(false));
+    }
+
+    void keys_flow_row_by_row()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 36);
+        QCOMPARE(menu.pages->count(), 1);
+        QCOMPARE(textsOf(gridOf(menu, 0)), keyNames(1, 36));
+        QCOMPARE(textAt(gridOf(menu, 0), 0, 5), QString("key 6"));
+        QCOMPARE(textAt(gridOf(menu, 0), 1, 0), QString("key 7"));
+        QCOMPARE(textAt(gridOf(menu, 0), 5, 5), QString("key 36"));
+    }
+
+    void the_37th_key_opens_a_second_page()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 37);
+        QCOMPARE(menu.pages->count(), 2);
+        QCOMPARE(textsOf(gridOf(menu, 0)), keyNames(1, 35) + QStringList{"More..."});
+        QCOMPARE(textAt(gridOf(menu, 0), 5, 5), QString("More..."));
+        QCOMPARE(textAt(gridOf(menu, 1), 0, 0), QString("key 36"));
+        QCOMPARE(textAt(gridOf(menu, 1), 0, 1), QString("key 37"));
+        QCOMPARE(textAt(gridOf(menu, 1), 5, 5), QString("More..."));
+        QCOMPARE(gridOf(menu, 1)->columnMinimumWidth(5), 150);
+        QCOMPARE(gridOf(menu, 1)->rowMinimumHeight(5), 80);
+    }
+
+    void later_pages_keep_the_last_cell_for_more()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 35 + 35 + 35 + 1);
+        QCOMPARE(menu.pages->count(), 4);
+        QCOMPARE(textsOf(gridOf(menu, 1)), keyNames(36, 70) + QStringList{"More..."});
+        QCOMPARE(textsOf(gridOf(menu, 2)), keyNames(71, 105) + QStringList{"More..."});
+        QCOMPARE(textsOf(gridOf(menu, 3)), QStringList({"key 106", "More..."}));
+    }
+
+    void more_has_its_own_look()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 37);
+        for (int page = 0; page < 2; ++page) {
+            const auto* more =
+                qobject_cast<QPushButton*>(gridOf(menu, page)->itemAtPosition(5, 5)->widget());
+            QCOMPARE(more->maximumHeight(), 100);
+            QCOMPARE(more->styleSheet(),
+                QString(
+                    "QPushButton {background-color: black; color: aliceblue; border-width: 1px; "
+                    "border-style: solid; border-color: white; font-size: 18px; border-radius: "
+                    "2px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}"));
+        }
+    }
+
+    void more_leads_to_the_next_page_and_from_the_last_to_the_first()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 72);
+        QList<int> shown;
+        for (int i = 0; i < 4; ++i) {
+            auto* grid = gridOf(menu, menu.pages->currentIndex());
+            qobject_cast<QPushButton*>(grid->itemAtPosition(5, 5)->widget())->click();
+            shown += menu.pages->currentIndex();
+        }
+        QCOMPARE(shown, (QList<int>{1, 2, 0, 1}));
+    }
+
+    void what_a_key_sends_leaves_the_menu_unchanged()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 2);
+        QSignalSpy sent(&menu, &KeyBoard::keyboard_response_message);
+        menu.buttons.at(1)->click();
+        menu.kb_response_message("D1:anything");
+        QCOMPARE(sent.count(), 2);
+        QCOMPARE(sent.at(0).at(0).toString(), QString("\x02key 21\x04"));
+        QCOMPARE(sent.at(1).at(0).toString(), QString("D1:anything"));
+    }
+
+    void the_main_menu_has_four_groups()
+    {
+        KeyBoard menu;
+        menu.new_mm_keyboard("Main", 5, 5);
+        QVERIFY(menu.mainMenu);
+        QVERIFY(!menu.isPAXMainMenu());
+        QVERIFY(menu.frame->title().isEmpty());
+        QCOMPARE(menu.chan1Box->title(), QString("Channel 1"));
+        QCOMPARE(menu.chan2Box->title(), QString("Channel 2"));
+        QCOMPARE(menu.combBox->title(), QString("Combiner"));
+        QCOMPARE(menu.optBox->title(), QString("Options"));
+        for (const QGroupBox* box : {menu.chan1Box, menu.chan2Box, menu.combBox, menu.optBox}) {
+            QCOMPARE(box->styleSheet(),
+                QString("QGroupBox {background-color: black; border-width: 2px; border-style: "
+                        "solid; border-color: white; font-size: 12px; color: yellow; "
+                        "border-radius: 4px;}                           "));
+        }
+        for (const QGridLayout* grid : {menu.chan1Grid, menu.chan2Grid, menu.combGrid}) {
+            QCOMPARE(grid->columnMinimumWidth(0), 150);
+            QCOMPARE(grid->columnMinimumWidth(1), 150);
+            for (int row = 0; row < 5; ++row) {
+                QCOMPARE(grid->rowMinimumHeight(row), 80);
+            }
+            QCOMPARE(grid->contentsMargins(), QMargins(4, 15, 4, 4));
+        }
+        for (int col = 0; col < 6; ++col) {
+            QCOMPARE(menu.optGrid->columnMinimumWidth(col), 150);
+        }
+        QCOMPARE(menu.optGrid->rowMinimumHeight(0), 40);
+        QCOMPARE(menu.optGrid->contentsMargins(), QMargins(4, 15, 4, 4));
+        QCOMPARE(menu.grid->itemAtPosition(0, 0)->widget(), menu.chan1Box);
+        QCOMPARE(menu.grid->itemAtPosition(0, 1)->widget(), menu.chan2Box);
+        QCOMPARE(menu.grid->itemAtPosition(0, 2)->widget(), menu.combBox);
+        for (int col = 0; col < 3; ++col) {
+            QCOMPARE(menu.grid->itemAtPosition(1, col)->widget(), menu.optBox);
+        }
+    }
+
+    void the_pax_main_menu_has_large_keys_and_three_groups_without_titles()
+    {
+        KeyBoard menu;
+        menu.new_PAX_mm_keyboard("PAX", 5, 2);
+        QVERIFY(menu.mainMenu);
+        QVERIFY(menu.isPAXMainMenu());
+        QVERIFY(menu.combGrid == nullptr && menu.combBox == nullptr);
+        for (const QGroupBox* box : {menu.chan1Box, menu.chan2Box, menu.optBox}) {
+            QVERIFY(box->title().isEmpty());
+            QCOMPARE(box->styleSheet(),
+                QString("QGroupBox {background-color: black; border-style: none;}"));
+        }
+        QCOMPARE(menu.chan1Grid->columnMinimumWidth(1), 150);
+        QCOMPARE(menu.chan1Grid->rowMinimumHeight(4), 80);
+        QCOMPARE(menu.chan1Grid->contentsMargins(), QMargins(2, 2, 2, 2));
+        QCOMPARE(menu.chan2Grid->columnMinimumWidth(0), 330);
+        QCOMPARE(menu.optGrid->columnMinimumWidth(0), 150);
+        QCOMPARE(menu.optGrid->rowMinimumHeight(0), 60);
+        QCOMPARE(menu.optGrid->contentsMargins(), QMargins(1, 1, 1, 1));
+        QCOMPARE(menu.grid->contentsMargins(), QMargins(1, 1, 1, 1));
+        QCOMPARE(menu.grid->itemAtPosition(0, 0)->widget(), menu.chan1Box);
+        QCOMPARE(menu.grid->itemAtPosition(0, 1)->widget(), menu.chan2Box);
+        for (int col = 0; col < 2; ++col) {
+            QCOMPARE(menu.grid->itemAtPosition(1, col)->widget(), menu.optBox);
+        }
+        addFixed(menu, 0, 0);
+        QVERIFY(menu.keys.first()->large);
+        QCOMPARE(menu.buttons.first()->styleSheet(), keyStyle::enabled(true));
+    }
+
+    void fixed_keys_go_to_the_group_of_their_cell_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("col");
+        QTest::addColumn<QString>("group");
+        QTest::addColumn<int>("groupRow");
+        QTest::addColumn<int>("groupCol");
+        QTest::newRow("0,0") << 0 << 0 << "Channel 1" << 0 << 0;
+        QTest::newRow("4,1") << 4 << 1 << "Channel 1" << 4 << 1;
+        QTest::newRow("2,2") << 2 << 2 << "Channel 2" << 2 << 0;
+        QTest::newRow("3,3") << 3 << 3 << "Channel 2" << 3 << 1;
+        QTest::newRow("1,4") << 1 << 4 << "Combiner" << 1 << 0;
+        QTest::newRow("0,5") << 0 << 5 << "Combiner" << 0 << 1;
+        QTest::newRow("5,0") << 5 << 0 << "Options" << 0 << 0;
+        QTest::newRow("5,9") << 5 << 9 << "Options" << 0 << 9;
+        QTest::newRow("7,1") << 7 << 1 << "Options" << 0 << 1;
+        QTest::newRow("0,6 nowhere") << 0 << 6 << "" << 0 << 0;
+        QTest::newRow("0,-1 nowhere") << 0 << -1 << "" << 0 << 0;
+        QTest::newRow("-1,0 nowhere") << -1 << 0 << "" << 0 << 0;
+        QTest::newRow("5,-1 nowhere") << 5 << -1 << "" << 0 << 0;
+    }
+
+    void fixed_keys_go_to_the_group_of_their_cell()
+    {
+        QFETCH(int, row);
+        QFETCH(int, col);
+        QFETCH(QString, group);
+        QFETCH(int, groupRow);
+        QFETCH(int, groupCol);
+        KeyBoard menu;
+        menu.new_mm_keyboard("Main", 5, 5);
+        addFixed(menu, row, col);
+        QCOMPARE(menu.keys.size(), 1);
+        QPushButton* button = menu.buttons.first();
+        QSignalSpy sent(&menu, &KeyBoard::keyboard_response_message);
+        button->click();
+        QCOMPARE(sent.count(), 1);
+        if (group.isEmpty()) {
+            menu.frame->show();
+            QVERIFY(!button->isVisible());
+            return;
+        }
+        auto* box = qobject_cast<QGroupBox*>(button->parentWidget());
+        QCOMPARE(box->title(), group);
+        auto* grid = qobject_cast<QGridLayout*>(box->layout());
+        QCOMPARE(grid->itemAtPosition(groupRow, groupCol)->widget(), button);
+    }
+
+    void the_pax_main_menu_has_no_combiner_group_to_go_to()
+    {
+        KeyBoard menu;
+        menu.new_PAX_mm_keyboard("PAX", 5, 2);
+        addFixed(menu, 0, 4);
+        addFixed(menu, 1, 5);
+        QCOMPARE(menu.keys.size(), 2);
+        menu.frame->show();
+        QVERIFY(!menu.buttons.at(0)->isVisible());
+        QVERIFY(!menu.buttons.at(1)->isVisible());
+    }
+
+    void a_menu_takes_its_widgets_with_it()
+    {
+        auto menu = std::make_unique<KeyBoard>();
+        menu->new_mm_keyboard("Main", 5, 5);
+        addFixed(*menu, 0, 0);
+        addFixed(*menu, 0, 7);
+        const QPointer<QGroupBox> frame = menu->frame;
+        const QPointer<QPushButton> shown = menu->buttons.at(0);
+        const QPointer<QPushButton> hidden = menu->buttons.at(1);
+        const QPointer<Key> key = menu->keys.at(0);
+        menu.reset();
+        QVERIFY(frame == nullptr && shown == nullptr && hidden == nullptr && key == nullptr);
+    }
+
+    void deleting_the_keys_is_deferred_and_the_lists_are_empty_at_once()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        addKeys(menu, 3);
+        const QPointer<QPushButton> button = menu.buttons.at(0);
+        const QPointer<Key> key = menu.keys.at(0);
+        menu.deleteKeys();
+        QVERIFY(menu.keys.isEmpty() && menu.buttons.isEmpty());
+        QVERIFY(button != nullptr && key != nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(button == nullptr && key == nullptr);
+    }
+};
+
+QN740_TEST_MAIN(tst_KeyBoard)
+#include "tst_KeyBoard.moc"

@@ -1,0 +1,73 @@
+#include "menus/Key.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QMessageBox>
+#include <QSignalSpy>
+
+class tst_KeyUnknown : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_key_of_unknown_type_reports_itself_and_sends_nothing_data()
+    {
+        QTest::addColumn<int>("type");
+        for (const int type : {7, -1, 99}) {
+            QTest::addRow("%d", type) << type;
+        }
+    }
+
+    void a_key_of_unknown_type_reports_itself_and_sends_nothing()
+    {
+        QFETCH(int, type);
+        QPushButton button("Antenna");
+        Key key;
+        key.Set_Key(&button, false);
+        key.type = type;
+        key.command = "R1:ANT";
+        QSignalSpy sent(&key, &Key::response_message);
+        QString text;
+        whenModal([&](QWidget* dialog) {
+            text = qobject_cast<QMessageBox*>(dialog)->text();
+            dialog->close();
+        });
+        key.key_button_pushed();
+        QCOMPARE(text, QString("A key_button was pushed Antenna R1:ANT"));
+        QCOMPARE(sent.count(), 0);
+    }
+
+    void a_key_may_go_while_its_box_is_open()
+    {
+        auto* button = new QPushButton("Antenna");
+        auto* key = new Key;
+        key->Set_Key(button, false);
+        key->type = 7;
+        whenModal([&](QWidget* dialog) {
+            delete key;
+            delete button;
+            dialog->close();
+        });
+        key->key_button_pushed();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+
+    void texts_with_place_markers_are_shown_as_they_are()
+    {
+        QPushButton button("50 %2");
+        Key key;
+        key.Set_Key(&button, false);
+        key.type = 7;
+        key.command = "X";
+        QString text;
+        whenModal([&](QWidget* dialog) {
+            text = qobject_cast<QMessageBox*>(dialog)->text();
+            dialog->close();
+        });
+        key.key_button_pushed();
+        QCOMPARE(text, QString("A key_button was pushed 50 %2 X"));
+    }
+};
+
+QN740_TEST_MAIN(tst_KeyUnknown)
+#include "tst_KeyUnknown.moc"

@@ -1,0 +1,119 @@
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuBook.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+
+class tst_MenuBook : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_area = std::make_unique<QWidget>();
+        m_stack = new QStackedLayout(m_area.get());
+        m_book = std::make_unique<MenuBook>(m_stack);
+    }
+
+    void cleanup()
+    {
+        m_book.reset();
+        m_area.reset();
+    }
+
+    void an_unknown_menu_is_found_by_nobody_until_it_is_made()
+    {
+        QVERIFY(m_book->find("A") == nullptr);
+        KeyBoard* menu = m_book->findOrCreate("A");
+        QCOMPARE(m_book->find("A"), menu);
+        QCOMPARE(m_book->findOrCreate("A"), menu);
+        QCOMPARE(m_book->pages, QList<KeyBoard*>{menu});
+        QCOMPARE(menu->maxRow, 5);
+        QCOMPARE(menu->maxCol, 5);
+        QCOMPARE(m_stack->widget(menu->stackIndex), menu->frame.data());
+    }
+
+    void names_are_compared_letter_for_letter()
+    {
+        m_book->findOrCreate("Main");
+        QVERIFY(m_book->find("main") == nullptr);
+        QVERIFY(m_book->find("Main ") == nullptr);
+    }
+
+    void of_two_menus_or_keys_of_one_name_the_first_is_found()
+    {
+        KeyBoard* first = m_book->findOrCreate("A");
+        auto* second = new KeyBoard;
+        second->new_keyboard("A", 5, 5);
+        m_book->add(second);
+        QCOMPARE(m_book->find("A"), first);
+        for (int i = 0; i < 2; ++i) {
+            first->add_keyboard_button("", "k", 5, "", "", 0, "", 0, false, 1, false, nullptr);
+        }
+        QCOMPARE(MenuBook::findKey(first, "k"), first->keys.at(0));
+        QVERIFY(MenuBook::findKey(first, "x") == nullptr);
+        QVERIFY(MenuBook::findKey(nullptr, "k") == nullptr);
+    }
+
+    void what_keys_send_leaves_the_book()
+    {
+        QSignalSpy sent(m_book.get(), &MenuBook::keyboard_response_message);
+        KeyBoard* menu = m_book->findOrCreate("A");
+        menu->add_keyboard_button("", "k", 5, "GO", "", 0, "", 0, false, 1, false, nullptr);
+        menu->buttons.first()->click();
+        QCOMPARE(sent.count(), 1);
+        QCOMPARE(sent.first().first().toString(), QString("\x02GO1\x04"));
+    }
+
+    void clearing_forgets_at_once_and_deletes_later()
+    {
+        KeyBoard* menu = m_book->findOrCreate("A");
+        const QPointer<KeyBoard> guard = menu;
+        m_book->clear();
+        QVERIFY(m_book->find("A") == nullptr);
+        QVERIFY(guard != nullptr);
+        QCOMPARE(m_stack->count(), 1);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(guard == nullptr);
+        QCOMPARE(m_stack->count(), 0);
+    }
+
+    void stack_numbers_follow_their_page_when_others_go()
+    {
+        for (const char* name : {"A", "B", "C"}) {
+            m_book->findOrCreate(name);
+        }
+        m_book->clear();
+        QList<KeyBoard*> menus;
+        for (const char* name : {"A", "D", "E"}) {
+            menus += m_book->findOrCreate(name);
+        }
+        QCOMPARE(menus.at(0)->stackIndex, 3);
+        QCOMPARE(menus.at(2)->stackIndex, 5);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(m_stack->count(), 3);
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(menus.at(i)->stackIndex, i);
+            QCOMPARE(m_stack->widget(i), menus.at(i)->frame.data());
+        }
+    }
+
+    void pages_below_the_one_that_goes_keep_their_number()
+    {
+        KeyBoard* menu = m_book->findOrCreate("A");
+        auto* other = new QWidget;
+        m_stack->addWidget(other);
+        delete other;
+        QCOMPARE(menu->stackIndex, 0);
+    }
+
+private:
+    std::unique_ptr<QWidget> m_area;
+    QStackedLayout* m_stack = nullptr;
+    std::unique_ptr<MenuBook> m_book;
+};
+
+QN740_TEST_MAIN(tst_MenuBook)
+#include "tst_MenuBook.moc"

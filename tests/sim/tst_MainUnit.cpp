@@ -1,0 +1,222 @@
+#include "sim/MainUnit.h"
+#include "sim/PseudoTerminal.h"
+#include "support/LineEnd.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
+namespace {
+
+constexpr auto AgcKey = "AK,Tuner,agc,AGC,0,R1:AGC:,,0,,0,0,1";
+
+MenuStep message(const QString& body)
+{
+    return {MenuStep::Kind::Message, body, 0};
+}
+
+MenuStep wait(int ms)
+{
+    return {MenuStep::Kind::Wait, {}, ms};
+}
+
+QByteArray frames(const QList<QByteArray>& bodies)
+{
+    QByteArray all;
+    for (const QByteArray& body : bodies) {
+        all += framed(body);
+    }
+    return all;
+}
+
+} // namespace
+
+class tst_MainUnit : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothing_is_sent_before_the_panel_is_there()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message("PING")});
+        const QSignalSpy sent(&unit, &MainUnit::sent);
+        QTest::qWait(200);
+        QCOMPARE(sent.size(), 0);
+    }
+
+    void the_version_is_asked_first_and_the_menus_wait_for_the_answer()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(AgcKey), message("SK,Tuner")});
+        LineEnd panel(line.slavePath());
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner"}));
+        QCOMPARE(unit.panelVersion(), QString("1.1.6.4"));
+    }
+
+    void a_panel_without_an_answer_gets_its_menus_after_a_second()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message("PING")});
+        LineEnd panel(line.slavePath());
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QTRY_COMPARE(panel.received(), frames({"VER", "PING"}));
+        QVERIFY(elapsed.elapsed() >= 800);
+        QVERIFY(unit.panelVersion().isEmpty());
+    }
+
+    void an_answer_that_is_no_version_starts_nothing()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message("PING")});
+        QSignalSpy received(&unit, &MainUnit::received);
+        LineEnd panel(line.slavePath());
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        QVERIFY(panel.write(framed("PONG")));
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(panel.received(), framed("VER"));
+    }
+
+    void a_wait_holds_the_menus_but_no_answer()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(AgcKey), wait(600), message("SK,Tuner")});
+        LineEnd panel(line.slavePath());
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
+        QVERIFY(panel.write(framed("R1:AGC:1")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "CV,Tuner,agc,0,1", "SK,Tuner"}));
+    }
+
+    void a_key_is_confirmed_with_the_values_that_the_unit_keeps()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(AgcKey)});
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
+        QVERIFY(panel.write(framed("R1:AGC:1")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "CV,Tuner,agc,0,1"}));
+        QCOMPARE(unit.keys().field("Tuner", "agc", 9), QString("1"));
+    }
+
+    void what_is_typed_before_comes_after_the_menus()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message("CLEAR"), wait(50), message("PING")});
+        QVERIFY(unit.type(message("DB,Text")));
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", "CLEAR", "PING", "DB,Text"}));
+    }
+
+    void what_is_typed_later_goes_out_at_once_and_with_its_waits()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {});
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        QVERIFY(unit.type(message("PING")));
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QVERIFY(unit.type(wait(300)));
+        QVERIFY(unit.type(message("VER")));
+        QTRY_COMPARE(panel.received(), frames({"VER", "PING"}));
+        QTRY_COMPARE(panel.received(), frames({"VER", "PING", "VER"}));
+        QVERIFY(elapsed.elapsed() >= 290);
+    }
+
+    void too_much_typing_is_refused()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {});
+        for (int i = 0; i < MainUnit::MostTyped; ++i) {
+            QVERIFY(unit.type(message("PING")));
+        }
+        QVERIFY(!unit.type(message("PING")));
+    }
+
+    void a_panel_that_comes_again_gets_everything_again()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(AgcKey)});
+        for (int round = 0; round < 3; ++round) {
+            LineEnd panel(line.slavePath());
+            QTRY_COMPARE(panel.received(), framed("VER"));
+            QVERIFY(panel.write(framed("1.1.6.4")));
+            QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
+            QVERIFY(panel.write(framed("R1:AGC:1")));
+            QTRY_VERIFY(panel.received().endsWith(framed("CV,Tuner,agc,0,1")));
+            panel.close();
+            QTRY_VERIFY(!line.isOpen());
+        }
+    }
+
+    void a_panel_that_goes_in_the_middle_leaves_the_rest_unsent()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message("CLEAR"), wait(200), message("PING")});
+        QSignalSpy sent(&unit, &MainUnit::sent);
+        LineEnd panel(line.slavePath());
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(sent.size(), 2);
+        panel.close();
+        QTRY_VERIFY(!line.isOpen());
+        QTest::qWait(400); // twice the wait that was under way
+        QCOMPARE(sent.size(), 2);
+    }
+
+    void the_link_mode_is_remembered()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {});
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("Slave,2")));
+        QTRY_COMPARE(unit.linkMode(), 2);
+        QVERIFY(panel.write(framed("Slave,7") + framed("Slave,x") + framed("Slave,1")));
+        QTRY_COMPARE(unit.linkMode(), 1);
+    }
+
+    void everything_received_is_told_framed_or_not()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {});
+        QSignalSpy received(&unit, &MainUnit::received);
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("Main") + "D1:SPEN:1"));
+        QTRY_COMPARE(received.size(), 2);
+        QCOMPARE(received.at(0), (QVariantList{"Main", true}));
+        QCOMPARE(received.at(1), (QVariantList{"D1:SPEN:1", false}));
+    }
+
+    void ten_thousand_messages_arrive_in_order_at_a_slow_reader()
+    {
+        QList<MenuStep> menus;
+        QByteArray expected = framed("VER");
+        for (int i = 0; i < 10000; ++i) {
+            menus.append(message("SB,0,Number " + QString::number(i)));
+            expected += framed("SB,0,Number " + QByteArray::number(i));
+        }
+        PseudoTerminal line;
+        MainUnit unit(line, menus);
+        QSignalSpy done(&unit, &MainUnit::menusSent);
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY(line.pendingBytes() > 0);
+        QCOMPARE(done.size(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received().size(), expected.size(), 60000);
+        QCOMPARE(panel.received(), expected);
+        QCOMPARE(done.size(), 1);
+    }
+};
+
+QN740_TEST_MAIN(tst_MainUnit)
+#include "tst_MainUnit.moc"

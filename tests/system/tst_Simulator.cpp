@@ -1,0 +1,243 @@
+#include "sim/MenuFile.h"
+#include "support/LineEnd.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <csignal>
+
+namespace {
+
+constexpr int LongMs = 20000;
+
+// The real program, with its output collected.
+class Program : public QProcess
+{
+public:
+    explicit Program(const QStringList& arguments)
+    {
+        start(QStringLiteral(QN740_SIM), arguments);
+        waitForStarted(LongMs);
+    }
+    ~Program() override
+    {
+        if (state() != NotRunning) {
+            kill();
+            waitForFinished(LongMs);
+        }
+    }
+
+    const QByteArray& output() { return m_output += readAllStandardOutput(); }
+    const QByteArray& errors() { return m_errors += readAllStandardError(); }
+    bool has(const QByteArray& line) { return ('\n' + output()).contains('\n' + line + '\n'); }
+    bool ends() { return state() == NotRunning || waitForFinished(LongMs); }
+
+private:
+    QByteArray m_output;
+    QByteArray m_errors;
+};
+
+QByteArray builtInFrames()
+{
+    QByteArray all;
+    const MenuFile menus = MenuFile::builtIn();
+    for (const MenuStep& step : menus.steps()) {
+        if (step.kind == MenuStep::Kind::Message) {
+            all += framed(step.body.toLatin1());
+        }
+    }
+    return all;
+}
+
+} // namespace
+
+class tst_Simulator : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_parent;
+    QString m_directory;
+
+    QString device() const { return m_directory + "/ttyO1"; }
+
+    QString fileWith(const QByteArray& text) const
+    {
+        QFile file(m_parent.filePath("test.menu"));
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+        return file.fileName();
+    }
+
+private slots:
+    void initTestCase() { m_directory = m_parent.filePath("dev"); }
+
+    void the_panel_is_asked_for_its_version_and_gets_the_built_in_menus()
+    {
+        Program program({"--dir", m_directory});
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: ready " + m_directory.toUtf8()), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.isOpen());
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), framed("VER"), LongMs);
+        QTRY_VERIFY(program.has("sim: panel opened ttyO1"));
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        const QByteArray expected = framed("VER") + builtInFrames();
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), expected, LongMs);
+        QTRY_VERIFY(program.has("panel: 1.1.6.4"));
+        QTRY_VERIFY(program.has("sim: menus sent"));
+        panel.close();
+        QTRY_VERIFY(program.has("sim: panel closed ttyO1"));
+    }
+
+    void keys_are_confirmed_and_printed()
+    {
+        const QString menu = fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\n"
+                                      "AK,Menu,go,Go,5,SK:Other:,,0,,0,0,1\n");
+        Program program({"--dir", m_directory, "--menu", menu});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: menus sent"), LongMs);
+        QVERIFY(panel.write(framed("R1:KEY:1")));
+        QTRY_VERIFY(panel.received().endsWith(framed("CV,Menu,key,0,1")));
+        QVERIFY(panel.write(framed("SK:Other:1")));
+        QTRY_VERIFY(panel.received().endsWith(framed("SK,Other")));
+        QVERIFY(panel.write(framed("a\\b\nc")));
+        QVERIFY(panel.write("D1:SPEN:1"));
+        QTRY_VERIFY(program.has("panel (unframed): D1:SPEN:1"));
+        QVERIFY(program.output().contains("panel: 1.1.6.4\nsim: menus sent\npanel: R1:KEY:1\n"
+                                          "panel: SK:Other:1\npanel: a\\\\b\\x0ac\n"));
+    }
+
+    void lines_on_standard_input_are_sent_and_its_end_ends_nothing()
+    {
+        Program program({"--dir", m_directory, "--no-menus"});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), framed("VER"), LongMs);
+        program.write("# comment\n\nPING\nnonsense\nwait 10\nDB,Text,1");
+        program.closeWriteChannel();
+        QTRY_COMPARE_WITH_TIMEOUT(
+            panel.received(), framed("VER") + framed("PING") + framed("DB,Text,1"), LongMs);
+        QTRY_COMPARE(program.errors(), QByteArray("refused: unknown command word \"nonsense\"\n"));
+        QVERIFY(panel.write(framed("PONG")));
+        QTRY_VERIFY(program.has("panel: PONG"));
+        QCOMPARE(program.state(), QProcess::Running);
+    }
+
+    void the_trace_shows_both_directions_with_times()
+    {
+        Program program({"--dir", m_directory, "--no-menus", "--trace"});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        const LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("panel: 1.1.6.4"), LongMs);
+        const QRegularExpression both("\ntrace: \\d+\\.\\d{3} > VER\n.*trace: \\d+\\.\\d{3} < "
+                                      "1\\.1\\.6\\.4\npanel: 1\\.1\\.6\\.4\n",
+            QRegularExpression::DotMatchesEverythingOption);
+        QVERIFY2(both.match(program.output()).hasMatch(), program.output());
+    }
+
+    void a_termination_ends_it_and_takes_the_directory_along_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGINT") << SIGINT;
+    }
+
+    void a_termination_ends_it_and_takes_the_directory_along()
+    {
+        QFETCH(int, number);
+        Program program({});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().contains('\n'), LongMs);
+        const QString directory = program.output().trimmed().mid(int(strlen("sim: ready ")));
+        QVERIFY(QFile::exists(directory + "/ttyO1"));
+        const LineEnd panel(directory + "/ttyO1");
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: panel opened ttyO1"), LongMs);
+        ::kill(pid_t(program.processId()), number);
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+        QVERIFY(!QFile::exists(directory));
+    }
+
+    void a_faulty_menu_file_is_refused_with_all_its_faults_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::newRow("to play") << "--menu";
+        QTest::newRow("to check") << "--check";
+    }
+
+    void a_faulty_menu_file_is_refused_with_all_its_faults()
+    {
+        QFETCH(QString, option);
+        const QString path = fileWith("PING\nAK,Menu\nXY\n");
+        Program program({option, path});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 1);
+        const QByteArray name = path.toUtf8();
+        QCOMPARE(program.errors(),
+            name + ":2: AK needs 11 fields, this has 1\n" + name +
+                ":3: unknown command word \"XY\"\n");
+        QCOMPARE(program.output(), QByteArray());
+    }
+
+    void a_good_menu_file_passes_the_check()
+    {
+        const QString path = fileWith("PING\nwait 5\nVER\n");
+        Program program({"--check", path});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 0);
+        QCOMPARE(program.output(), path.toUtf8() + ": 2 messages, no fault\n");
+    }
+
+    void a_missing_menu_file_is_told()
+    {
+        Program program({"--menu", m_parent.filePath("none.menu")});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 1);
+        QVERIFY(program.errors().startsWith(m_parent.filePath("none.menu").toUtf8() + ": "));
+    }
+
+    void a_directory_that_cannot_be_used_is_told()
+    {
+        Program program({"--dir", "/proc/none"});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 1);
+        QCOMPARE(program.errors(), QByteArray("qn740-sim: /proc/none: cannot be made\n"));
+    }
+
+    void help_has_the_options_and_examples()
+    {
+        Program program({"--help"});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 0);
+        for (const char* text : {"--dir", "--menu", "--check", "--trace", "--no-menus",
+                 "Examples:", "QN740_DEV=", "SK:Some Menu:"}) {
+            QVERIFY2(program.output().contains(text), text);
+        }
+    }
+
+    void an_unknown_argument_is_an_error_data()
+    {
+        QTest::addColumn<QString>("argument");
+        QTest::newRow("option") << "--nonsense";
+        QTest::newRow("plain") << "nonsense";
+    }
+
+    void an_unknown_argument_is_an_error()
+    {
+        QFETCH(QString, argument);
+        Program program({argument});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 1);
+        QVERIFY(program.errors().contains("nonsense"));
+    }
+};
+
+QN740_TEST_MAIN(tst_Simulator)
+#include "tst_Simulator.moc"

@@ -1,0 +1,80 @@
+#include "tour/Tour.h"
+
+#include "app/MainWindow.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "menus/StackLayout.h"
+
+namespace {
+
+// "Tuner CH1" and page 2 of 3 become "menu-tuner-ch1-2"
+QString menuPictureName(const KeyBoard& menu, int page)
+{
+    QString name;
+    for (const QChar c : menu.name.toLower()) {
+        name += c.isLetterOrNumber() ? c : QChar('-');
+    }
+    return QString("menu-%1%2").arg(name, page > 0 ? QString("-%1").arg(page + 1) : QString());
+}
+
+void visitMenu(Tour& tour, const QString& name)
+{
+    tour.unit("SK," + name);
+    const KeyBoard& menu = *tour.menu(name);
+    const int pages = menu.pages != nullptr ? menu.pages->count() : 1;
+    for (int page = 0; page < pages; ++page) {
+        Tour::settle();
+        tour.picture(menuPictureName(menu, page));
+        if (pages > 1) {
+            tour.pressButton(menu.frame, "More...");
+        }
+    }
+}
+
+} // namespace
+
+void visitStart(Tour& tour)
+{
+    tour.picture("start-menu");
+    tour.unit("CLEAR");
+    Tour::settle();
+    tour.picture("waiting");
+}
+
+void visitMenus(Tour& tour)
+{
+    for (const char* name : {"Tuner CH1", "Demod 1", "Outputs", "System"}) {
+        visitMenu(tour, name);
+    }
+    for (int state = 0; state < 3; ++state) {
+        for (int type = 0; type <= 6; ++type) {
+            for (int tog = 0; tog < (type == 0 || type == 5 ? 2 : 1); ++tog) {
+                const QString id = QString("%1%2%3").arg(state).arg(type).arg(tog);
+                static const QStringList states{"disabled", "enabled", "hidden"};
+                tour.unit(QString("AK,Key states,%1,type %2 %3 %4,%2,X,,0,,0,%5,%6")
+                              .arg(id)
+                              .arg(type)
+                              .arg(tog == 1 ? "on" : "off", states.at(state))
+                              .arg(tog)
+                              .arg(state));
+                tour.unit(QString("CK,Key states,%1,%2").arg(id).arg(state));
+            }
+        }
+    }
+    tour.unit("AK,Key states,long,A label of more characters than one key can hold and then "
+              "some,1,X,,0,,0,0,1");
+    visitMenu(tour, "Key states");
+}
+
+void visitAllMenus(Tour& tour)
+{
+    QStringList names;
+    for (const KeyBoard* menu : tour.window().menus->book.pages) {
+        if (menu->name != "Loading" && menu->name != "two") {
+            names += menu->name;
+        }
+    }
+    for (const QString& name : names) {
+        visitMenu(tour, name);
+    }
+}

@@ -1,0 +1,128 @@
+#include "support/Pty.h"
+#include "support/TestMain.h"
+#include "wire/Log.h"
+#include "wire/SerialLine.h"
+
+#include <QSignalSpy>
+
+#include <ctime>
+
+namespace {
+double cpuSeconds()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+} // namespace
+
+class tst_SerialLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_devices = std::make_unique<DeviceDirectory>(); }
+    void cleanup() { m_devices.reset(); }
+
+    void devices_are_looked_up_in_the_directory_of_the_environment()
+    {
+        QCOMPARE(SerialLine::devicePath("ttyO1"), m_devices->path() + "/ttyO1");
+        qunsetenv("QN740_DEV");
+        QCOMPARE(SerialLine::devicePath("ttyO1"), QString("/dev/ttyO1"));
+    }
+
+    void an_open_line_has_eight_data_bits_no_parity_one_stop_bit_data()
+    {
+        QTest::addColumn<int>("baudRate");
+        for (const int rate : {115200, 230400, 921600}) {
+            QTest::addRow("%d", rate) << rate;
+        }
+    }
+
+    void an_open_line_has_eight_data_bits_no_parity_one_stop_bit()
+    {
+        QFETCH(int, baudRate);
+        m_devices->add("ttyX");
+        SerialLine line(&logLink);
+        QVERIFY(line.open("ttyX", baudRate, SerialLine::Reopen::Never, 4096));
+        QCOMPARE(line.name(), QString("ttyX"));
+        QSerialPort& port = line.port();
+        QCOMPARE(port.baudRate(QSerialPort::Input), baudRate);
+        QCOMPARE(port.baudRate(QSerialPort::Output), baudRate);
+        QCOMPARE(port.dataBits(), QSerialPort::Data8);
+        QCOMPARE(port.parity(), QSerialPort::NoParity);
+        QCOMPARE(port.stopBits(), QSerialPort::OneStop);
+        QCOMPARE(port.flowControl(), QSerialPort::NoFlowControl);
+        QCOMPARE(port.readBufferSize(), qint64(4096));
+        QCOMPARE(port.openMode(), QIODevice::ReadWrite);
+    }
+
+    void all_byte_values_pass_both_ways()
+    {
+        Pty& pty = m_devices->add("ttyX");
+        SerialLine line(&logLink);
+        QVERIFY(line.open("ttyX", 115200));
+        QByteArray all;
+        for (int i = 0; i < 256; ++i) {
+            all += static_cast<char>(i);
+        }
+        QVERIFY(pty.write(all));
+        QTRY_COMPARE(line.port().bytesAvailable(), qint64(256));
+        QCOMPARE(line.port().readAll(), all);
+        line.port().write(all);
+        QTRY_COMPARE(pty.received(), all);
+    }
+
+    void an_absent_device_is_not_opened()
+    {
+        SerialLine line(&logLink);
+        QVERIFY(!line.open("ttyX", 115200));
+        QVERIFY(!line.isOpen());
+    }
+
+    void a_line_whose_other_end_goes_away_is_closed_and_logged_once()
+    {
+        Pty& pty = m_devices->add("ttyX");
+        SerialLine line(&logLink);
+        QSignalSpy lost(&line, &SerialLine::lost);
+        QVERIFY(line.open("ttyX", 115200));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyX was lost: .*"));
+        pty.close();
+        QTRY_COMPARE(lost.count(), 1);
+        QVERIFY(!line.isOpen());
+        // what a loop at full speed would burn in this time is many times more
+        const double before = cpuSeconds();
+        QTest::qWait(1000);
+        QVERIFY(cpuSeconds() - before < 0.3);
+        QCOMPARE(lost.count(), 1);
+    }
+
+    void a_line_that_is_to_be_reopened_comes_back()
+    {
+        SerialLine line(&logLink);
+        QSignalSpy opened(&line, &SerialLine::opened);
+        QVERIFY(!line.open("ttyX", 115200, SerialLine::Reopen::EveryTwoSeconds));
+        m_devices->add("ttyX");
+        QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, 20000);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyX was lost: .*"));
+        Pty& again = m_devices->add("ttyX");
+        QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 2, 20000);
+        line.port().write("back");
+        QTRY_COMPARE(again.received(), QByteArray("back"));
+    }
+
+    void a_line_that_is_closed_is_not_tried_again()
+    {
+        SerialLine line(&logLink);
+        QVERIFY(!line.open("ttyX", 115200, SerialLine::Reopen::EveryTwoSeconds));
+        line.close();
+        QSignalSpy opened(&line, &SerialLine::opened);
+        m_devices->add("ttyX");
+        QTest::qWait(2500);
+        QCOMPARE(opened.count(), 0);
+    }
+
+private:
+    std::unique_ptr<DeviceDirectory> m_devices;
+};
+
+QN740_TEST_MAIN(tst_SerialLine)
+#include "tst_SerialLine.moc"

@@ -1,0 +1,74 @@
+#include "support/TestMain.h"
+#include "wire/Trace.h"
+
+class tst_Trace : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_line_has_time_direction_and_printable_frame()
+    {
+        QCOMPARE((wire::TraceLine{12.3456, true, "\x02PING\x04"}.text()),
+            QString("12.346 in \\x02PING\\x04"));
+        QCOMPARE((wire::TraceLine{0, false,
+                     "\x02"
+                     "a\xff\x04"}
+                         .text()
+                         .left(10)),
+            QString("0.000 out "));
+    }
+
+    void a_line_is_read_back_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::newRow("bare") << "12.345 in \\x02PING\\x04";
+        QTest::newRow("as the log writes it") << "qn740.link: 12.345 in \\x02PING\\x04";
+        QTest::newRow("with a time of the log's own")
+            << "2026-01-01T10:00:00.123 qn740.link: 12.345 in \\x02PING\\x04";
+    }
+
+    void a_line_is_read_back()
+    {
+        QFETCH(QString, line);
+        const auto read = wire::TraceLine::fromText(line);
+        QVERIFY(read);
+        QCOMPARE(read->seconds, 12.345);
+        QVERIFY(read->in);
+        QCOMPARE(read->frame, QString("\x02PING\x04"));
+    }
+
+    void all_characters_survive()
+    {
+        QString all;
+        for (int code = 0; code < 256; ++code) {
+            all += QChar(code);
+        }
+        const auto read = wire::TraceLine::fromText(wire::TraceLine{1, false, all}.text());
+        QVERIFY(read && !read->in);
+        QCOMPARE(read->frame, all);
+    }
+
+    void another_line_is_none_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::newRow("empty") << "";
+        QTest::newRow("prose") << "ttyO1 was lost: no such device";
+        QTest::newRow("no decimals") << "12 in x";
+        QTest::newRow("no direction") << "12.345 up x";
+    }
+
+    void another_line_is_none()
+    {
+        QFETCH(QString, line);
+        QVERIFY(!wire::TraceLine::fromText(line));
+    }
+
+    void time_goes_on()
+    {
+        const double first = wire::TraceLine::now(true, "").seconds;
+        QTRY_VERIFY(wire::TraceLine::now(true, "").seconds > first);
+    }
+};
+
+QN740_TEST_MAIN(tst_Trace)
+#include "tst_Trace.moc"
