@@ -12,6 +12,7 @@ constexpr int DotEdgeStrength = 75;
 constexpr int RunStrength = 70;
 constexpr int FadeOf256 = 225; // 0.88 a block
 constexpr int WhiteFrom = 160; // density from which the colour turns white
+constexpr int MostWhite = 150; // of 255: the line colour is still to be told
 constexpr int SkipPixels = 8;
 
 // One pixel over another, the upper one premultiplied.
@@ -48,7 +49,7 @@ void DensityImage::setColor(const QColor& color)
     for (int d = 0; d <= Brightest; ++d) {
         // a faint pixel is still to be seen on black: alpha grows with the square root
         const int alpha = static_cast<int>(std::lround(std::sqrt(d / 255.0) * Brightest));
-        const int white = std::max(0, d - WhiteFrom) * 200 / (Brightest - WhiteFrom);
+        const int white = std::max(0, d - WhiteFrom) * MostWhite / (Brightest - WhiteFrom);
         const auto part = [&](int c) { return c + (Brightest - c) * white / Brightest; };
         m_colors[static_cast<size_t>(d)] =
             qPremultiply(qRgba(part(color.red()), part(color.green()), part(color.blue()), alpha));

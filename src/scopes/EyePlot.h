@@ -2,6 +2,7 @@
 
 #include "scopes/DensityImage.h"
 #include "scopes/Interpolator.h"
+#include "scopes/IqBlock.h"
 #include "scopes/PlotContent.h"
 
 #include <QVector>
@@ -18,8 +19,8 @@
 class EyePlot : public PlotContent
 {
 public:
-    static constexpr int Factor = 8;           // points for each sample
-    static constexpr int SamplesPerSymbol = 4; // of the demodulators' eye blocks
+    static constexpr int Factor = 8; // points for each sample
+    static constexpr int SamplesPerSymbol = iqBlock::EyeSamplesPerSymbol;
     static constexpr int SymbolsPerTrace = 2;
     static constexpr int PointsPerTrace = Factor * SamplesPerSymbol * SymbolsPerTrace + 1;
 

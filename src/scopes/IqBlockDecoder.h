@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scopes/IqBlock.h"
+
 #include <QVector>
 
 #include <array>
@@ -14,9 +16,9 @@
 class IqBlockDecoder
 {
 public:
-    static constexpr int Records = 256;
-    static constexpr int RecordBytes = 6;
-    static constexpr int BlockBytes = Records * RecordBytes;
+    static constexpr int Records = iqBlock::Records;
+    static constexpr int RecordBytes = iqBlock::RecordBytes;
+    static constexpr int BlockBytes = iqBlock::Bytes;
     static constexpr int SyncBytes = 3 * RecordBytes; // what the hunt looks at
     static constexpr double Scale = 3.0517578125e-05; // 1/32768: samples run from -1 to 1
 

@@ -16,7 +16,7 @@ constexpr int BadgeFontPixels = 15;
 
 // margins of the data area, in pixels, wide enough for "-0.05" and a label
 constexpr int LeftMargin = 58;
-constexpr int TopMargin = 8;
+constexpr int TopMargin = 10;
 constexpr int RightMargin = 14;
 constexpr int TickMargin = 24;
 constexpr int LabelMargin = 18;
@@ -135,13 +135,6 @@ void PlotView::drawFrame()
     m_frame = toPixmap(width(), height());
     m_area = axisRect()->rect().intersected(rect());
     m_grid = m_frame.copy(m_area).toImage().convertToFormat(QImage::Format_RGB32);
-    if (!m_axes.badge.isEmpty()) {
-        QPainter painter(&m_grid);
-        painter.setFont(pixelFont(font(), BadgeFontPixels));
-        painter.setPen(QColor::fromRgb(BadgeColor));
-        painter.drawText(
-            m_grid.rect().adjusted(6, 4, -6, -4), Qt::AlignTop | Qt::AlignRight, m_axes.badge);
-    }
     if (m_picture.size() != m_grid.size()) {
         m_picture = QImage(m_grid.size(), QImage::Format_RGB32);
     }
@@ -154,6 +147,20 @@ void PlotView::drawFrame()
 bool PlotView::frameIsStale()
 {
     return m_frameDirty || (m_content != nullptr && m_content->axes() != m_axes);
+}
+
+// Over the data, which may fill the corner.
+void PlotView::drawBadge(QPainter& painter) const
+{
+    if (m_axes.badge.isEmpty()) {
+        return;
+    }
+    painter.setFont(pixelFont(font(), BadgeFontPixels));
+    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 2);
+    const QRect box(m_area.topRight() + QPoint(-size.width() - 3, 4), size);
+    painter.fillRect(box, Qt::black);
+    painter.setPen(QColor::fromRgb(BadgeColor));
+    painter.drawText(box, Qt::AlignCenter, m_axes.badge);
 }
 
 void PlotView::paintEvent(QPaintEvent* event)
@@ -178,6 +185,7 @@ void PlotView::paintEvent(QPaintEvent* event)
         m_content->paint(m_picture);
     }
     painter.drawImage(m_area.topLeft(), m_picture);
+    drawBadge(painter);
     ++m_paintCount;
     m_lastPaintMs = static_cast<int>(elapsed.elapsed());
 }

@@ -44,6 +44,7 @@ private:
     bool frameIsStale();
     void drawFrame();
     void layOutArea();
+    void drawBadge(QPainter& painter) const;
 
     PlotContent* m_content = nullptr;
     PlotAxes m_axes;

@@ -7,16 +7,20 @@ namespace {
 // Room at the edge of a fitted range, so that the outermost points are seen whole.
 constexpr double Room = 1.05;
 
-// The smallest range of the series 1, 0.5, 0.2, 0.1, ... that holds `peak`.
+// The ranges of one decade, from which the others follow.
+constexpr double Decade[] = {1.0, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15};
+
+// The smallest range of the series that holds `peak`, between Smallest and 1.
 double fitting(double peak)
 {
     double limit = 1.0;
-    for (int step = 0;; ++step) {
-        const double smaller = step % 3 == 1 ? limit * 0.4 : limit * 0.5;
-        if (peak * Room > smaller || smaller < 0.99 * RangeKeeper::Smallest) {
-            break;
+    for (int divisor = 1; divisor * RangeKeeper::Smallest <= 1.0; divisor *= 10) {
+        for (const double range : Decade) {
+            if (peak * Room > range / divisor || range / divisor < RangeKeeper::Smallest) {
+                return limit;
+            }
+            limit = range / divisor;
         }
-        limit = smaller;
     }
     return limit;
 }

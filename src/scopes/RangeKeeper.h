@@ -2,9 +2,10 @@
 
 // The half-range of a plot's axes: 1 when it is fixed, else fitted to what the blocks hold.
 //
-// A fitted range is one of 1, 0.5, 0.2, 0.1, ... so that the scale stays readable. It grows with
-// the first block that is larger, and shrinks only after ShrinkAfter blocks in a row that would all
-// fit into the smaller one, so that it does not jump with a signal that fades in and out.
+// A fitted range is one of 1, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15, 0.1, ... so that the scale stays
+// readable. It grows with the first block that is larger, and shrinks only after ShrinkAfter blocks
+// in a row that would all fit into the smaller one, so that it does not jump with a signal that
+// fades in and out.
 class RangeKeeper
 {
 public:

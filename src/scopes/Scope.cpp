@@ -42,6 +42,10 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     , m_eyeQ(QStringLiteral("Q (full scale)"))
     , m_lineColor(LineColors[0])
 {
+    QPalette black = palette();
+    black.setColor(QPalette::Window, Qt::black);
+    setPalette(black);
+    setAutoFillBackground(true);
     setUpPlots();
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
@@ -92,6 +96,7 @@ void Scope::layOutPlots()
     m_plotQ->setVisible(m_plotsShown && withQ);
     m_plotI->update();
     fixIsize();
+    layout()->activate();
 }
 
 void Scope::fixIsize()

@@ -19,6 +19,10 @@ ScopesPage::ScopesPage(QWidget* parent)
     : QWidget(parent)
 {
     setObjectName(QStringLiteral("scopesPage"));
+    QPalette black = palette();
+    black.setColor(QPalette::Window, Qt::black);
+    setPalette(black);
+    setAutoFillBackground(true);
     auto* page = new QGridLayout(this);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSpacing(Spacing);
