@@ -1,0 +1,1 @@
+qn740_bench(scopes Scopes)
