@@ -47,6 +47,7 @@ MainWindow::MainWindow(QWidget* parent)
     setUpLink();
     setUpLook();
     Set_Status_Bar();
+    setup_scopes();
     get_settings();
     ready = true;
 }

@@ -20,6 +20,8 @@ class MenuMessages;
 class QLabel;
 class QPushButton;
 class QStatusBar;
+class ScopesPage;
+class SerialLine;
 class SplashScreen;
 
 // The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
@@ -51,6 +53,13 @@ public:
     // at all, so that only killbox() closes it.
     void main_messagebox(const QString& text, bool okButton);
 
+    // Builds the scopes page with its three scopes and opens the line for re-sent messages.
+    void setup_scopes();
+    // Out: whether any demodulator's scope port is open.
+    bool scope_available() const;
+    // color: a number of "LC"; trace: 0 to 2 for the scope of Demod 1 to 3, others: nothing.
+    void setScopeLineColor(int color, int trace);
+
     int mainMenuIndex() const { return views->mainMenu.index(); }
     int paxMenuIndex() const { return views->paxMenu.index(); }
     bool displayActive() const { return views->displayActive(); }
@@ -59,6 +68,7 @@ public:
     QStackedLayout* stack = nullptr;
     Views* views = nullptr;        // which page is shown, and the pages' numbers
     MenuMessages* menus = nullptr; // the menu pages and the messages that define them
+    ScopesPage* scopes = nullptr;  // the page of the three scopes
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
     QStatusBar* statusBar_ = nullptr;
@@ -112,6 +122,23 @@ public slots:
     void process_SM(const QStringList& fields);
     void process_SQ(const QStringList& fields);
     void process_PM(const QStringList& fields);
+    // The mode buttons of Demod 1, Demod 2 and Demod 3: open the list of modes.
+    void togglePlotType_ch1();
+    void togglePlotType_ch2();
+    void togglePlotType_comb();
+    // choice: what the list of modes answered; empty: cancelled.
+    void applyScopeChoice(int demodulator, const QString& choice);
+    // What the scopes of Demod 1, 2 and 3 have received.
+    void eye_1_msg(QVector<double> i, QVector<double> q);
+    void eye_2_msg(QVector<double> i, QVector<double> q);
+    void eye_3_msg(QVector<double> i, QVector<double> q);
+    void sdi_1_msg(QByteArray record);
+    void sdi_2_msg(QByteArray record);
+    void sdi_3_msg(QByteArray record);
+    // Messages that come in on the re-send line go out to the main unit.
+    void send_scope_mess(const QString& message);
+    void scope_resend_read();
+    void scope_resend_error(QSerialPort::SerialPortError error);
 
     // spectrum
     void process_SF_key(const QStringList& fields);
@@ -137,9 +164,14 @@ private:
     void setUpLink();
     void setUpLook();
     void showMenu(KeyBoard* menu);
+    void chooseScopeMode(int demodulator);
+    void noteBlock(int demodulator, const QVector<double>& i, const QVector<double>& q);
+    void noteRecord(int demodulator, const QByteArray& record);
 
     QPushButton* addStatusButton(const char* name, const QString& text, const QString& sheet);
 
     std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<SplashScreen> m_splash;
+    SerialLine* m_scopeResend = nullptr;
+    QString m_resent; // what came in on the re-send line and has no end yet
 };

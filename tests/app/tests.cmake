@@ -1,4 +1,5 @@
 qn740_test(app Dispatcher)
 qn740_test(app MainWindow)
+qn740_test(app MainWindowScopes)
 qn740_test(app SetGov)
 qn740_test(app Views)
