@@ -70,7 +70,7 @@ int main(int argc, char** argv)
         std::printf("%s: %.2f %% of a core over %d s, %d blocks (%.2f a second), %d paintings\n",
             shown ? "page shown" : "page hidden", (cpuSeconds() - before) * 100.0 / seconds,
             seconds, blocks, static_cast<double>(blocks) / seconds, countPaints() - paints);
-        QApplication::quit();
+        QCoreApplication::exit(0); // quit() would ask the window, which never closes
     });
     return QApplication::exec();
 }

@@ -17,6 +17,11 @@ constexpr int LampHeight = 22;
 constexpr int LampColumn = 1; // behind the bar of channel 1
 constexpr int BarColumn1 = LampColumn + StcMagPhasePlot::ScaleLabels;
 
+QString unlit()
+{
+    return QStringLiteral("QLabel{background:black;}");
+}
+
 } // namespace
 
 StcMagPhasePlot::StcMagPhasePlot(QWidget* parent)
@@ -43,7 +48,7 @@ StcMagPhasePlot::StcMagPhasePlot(QWidget* parent)
         label->setObjectName(QStringLiteral("phaseLabel%1").arg(lamp));
         label->setProperty("lamp", true);
         label->setMinimumHeight(LampHeight);
-        label->setStyleSheet(sheet(QStringLiteral("black")));
+        label->setStyleSheet(unlit());
         m_lamps.append(label);
         grid->addWidget(label, 0, LampColumn + lamp);
         const QString degrees = QString::number(lamp * StepDegrees) + QChar(0x00b0);
@@ -91,8 +96,7 @@ QString StcMagPhasePlot::colorOf(int lamp)
         QStringLiteral("green"), QStringLiteral("green"), QStringLiteral("yellow"),
         QStringLiteral("yelow"), QStringLiteral("yellow"), QStringLiteral("red"),
         QStringLiteral("red"), QStringLiteral("red")};
-    return lamp >= 0 && lamp < ScaleLabels ? colors[static_cast<size_t>(lamp)]
-                                           : QStringLiteral("black");
+    return lamp >= 0 && lamp < ScaleLabels ? colors[static_cast<size_t>(lamp)] : QString();
 }
 
 QString StcMagPhasePlot::sheet(const QString& color)
@@ -106,7 +110,7 @@ void StcMagPhasePlot::updateDisplay()
     m_bar1->setValue(std::clamp(m_magnitude1, 0, FullMagnitude));
     const int lit = lampOf(m_phase);
     for (int lamp = 0; lamp < ScaleLabels; ++lamp) {
-        const QString wanted = sheet(lamp == lit ? colorOf(lamp) : QStringLiteral("black"));
+        const QString wanted = lamp == lit ? sheet(colorOf(lamp)) : unlit();
         if (m_lamps.at(lamp)->styleSheet() != wanted) {
             m_lamps.at(lamp)->setStyleSheet(wanted);
         }

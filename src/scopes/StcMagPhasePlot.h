@@ -32,9 +32,11 @@ public:
 
     // Out: the lamp that stands for a phase difference, -1 for none.
     static int lampOf(double difference);
-    // Out: the colour of a lamp as its style sheet names it; "black" for an unlit one.
-    static QString sheet(const QString& color);
+    // Out: the colour of a lamp, 0 to ScaleLabels - 1, as its style sheet names it when lit; empty
+    // for another number.
     static QString colorOf(int lamp);
+    // Out: the style sheet of a lit lamp.
+    static QString sheet(const QString& color);
 
 private:
     QLabel* caption(const QString& text);
