@@ -129,12 +129,12 @@ public slots:
     // choice: what the list of modes answered; empty: cancelled.
     void applyScopeChoice(int demodulator, const QString& choice);
     // What the scopes of Demod 1, 2 and 3 have received.
-    void eye_1_msg(QVector<double> i, QVector<double> q);
-    void eye_2_msg(QVector<double> i, QVector<double> q);
-    void eye_3_msg(QVector<double> i, QVector<double> q);
-    void sdi_1_msg(QByteArray record);
-    void sdi_2_msg(QByteArray record);
-    void sdi_3_msg(QByteArray record);
+    void eye_1_msg(const QVector<double>& i, const QVector<double>& q);
+    void eye_2_msg(const QVector<double>& i, const QVector<double>& q);
+    void eye_3_msg(const QVector<double>& i, const QVector<double>& q);
+    void sdi_1_msg(const QByteArray& record);
+    void sdi_2_msg(const QByteArray& record);
+    void sdi_3_msg(const QByteArray& record);
     // Messages that come in on the re-send line go out to the main unit.
     void send_scope_mess(const QString& message);
     void scope_resend_read();

@@ -158,32 +158,32 @@ void MainWindow::process_PM(const QStringList& fields)
     display->updateDisplay();
 }
 
-void MainWindow::eye_1_msg(QVector<double> i, QVector<double> q)
+void MainWindow::eye_1_msg(const QVector<double>& i, const QVector<double>& q)
 {
     noteBlock(1, i, q);
 }
 
-void MainWindow::eye_2_msg(QVector<double> i, QVector<double> q)
+void MainWindow::eye_2_msg(const QVector<double>& i, const QVector<double>& q)
 {
     noteBlock(2, i, q);
 }
 
-void MainWindow::eye_3_msg(QVector<double> i, QVector<double> q)
+void MainWindow::eye_3_msg(const QVector<double>& i, const QVector<double>& q)
 {
     noteBlock(3, i, q);
 }
 
-void MainWindow::sdi_1_msg(QByteArray record)
+void MainWindow::sdi_1_msg(const QByteArray& record)
 {
     noteRecord(1, record);
 }
 
-void MainWindow::sdi_2_msg(QByteArray record)
+void MainWindow::sdi_2_msg(const QByteArray& record)
 {
     noteRecord(2, record);
 }
 
-void MainWindow::sdi_3_msg(QByteArray record)
+void MainWindow::sdi_3_msg(const QByteArray& record)
 {
     noteRecord(3, record);
 }

@@ -109,14 +109,15 @@ void EyePlot::drawTrace(const double* points)
     const double middle = (height - 1) / 2.0;
     const double scale = middle / m_limit;
     const double farthest = 2.0 * height; // outside, and still a small integer
+    const double rounding = middle + 0.5;
     int previous = 0;
     for (int x = 0; x < width; ++x) {
         const double at = x * perColumn;
         const int left = std::min(static_cast<int>(at), PointsPerTrace - 2);
         const double part = at - left;
         const double value = points[left] + (points[left + 1] - points[left]) * part;
-        const double row = middle - value * scale;
-        const int y = static_cast<int>(std::max(-farthest, std::min(farthest, row)) + 0.5);
+        const double row = rounding - value * scale;
+        const int y = static_cast<int>(std::max(-farthest, std::min(farthest, row)));
         // from beside the column before to here: no gap on a steep edge, no pixel twice
         const int from = x == 0 || previous == y ? y : previous + (y > previous ? 1 : -1);
         m_image.addRun(x, from, y);

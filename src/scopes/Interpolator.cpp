@@ -7,7 +7,7 @@ namespace {
 
 constexpr double Pi = 3.14159265358979323846;
 constexpr double KaiserBeta = 6.0;
-constexpr int PhaseTaps = 2 * Interpolator::HalfTaps;
+constexpr qsizetype PhaseTaps = qsizetype{2} * Interpolator::HalfTaps;
 
 double sinc(double x)
 {

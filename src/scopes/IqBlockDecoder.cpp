@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr qsizetype Stride = IqBlockDecoder::RecordBytes;
+
 // the indexes 0, 1 and 2, big-endian, each in front of four bytes of samples
 bool startsBlock(const char* p)
 {
@@ -17,13 +19,13 @@ int countInOrder(const char* block)
 {
     int wrong = 0;
     for (int k = 0; k < IqBlockDecoder::Records; ++k) {
-        wrong |= qFromBigEndian<quint16>(block + k * IqBlockDecoder::RecordBytes) ^ k;
+        wrong |= qFromBigEndian<quint16>(block + k * Stride) ^ k;
     }
     if (wrong == 0) {
         return IqBlockDecoder::Records;
     }
     int good = 0;
-    while (qFromBigEndian<quint16>(block + good * IqBlockDecoder::RecordBytes) == good) {
+    while (qFromBigEndian<quint16>(block + good * Stride) == good) {
         ++good;
     }
     return good;
@@ -91,7 +93,7 @@ void IqBlockDecoder::decode(const char* block)
     int maxI = 0;
     int maxQ = 0;
     for (int k = 0; k < good; ++k) {
-        const char* record = block + k * RecordBytes;
+        const char* record = block + k * Stride;
         const int sampleI = qFromBigEndian<qint16>(record + 2);
         const int sampleQ = qFromBigEndian<qint16>(record + 4);
         maxI = qMax(maxI, qAbs(sampleI));

@@ -99,10 +99,9 @@ QSize PlotView::minimumSizeHint() const
     return {LeftMargin + RightMargin + 20, TopMargin + TickMargin + LabelMargin + 20};
 }
 
-void PlotView::resizeEvent(QResizeEvent* event)
+void PlotView::resizeEvent(QResizeEvent* /*event*/)
 {
     // without the base class, which would paint a picture of its own that nobody sees
-    QWidget::resizeEvent(event);
     m_frameDirty = true;
 }
 

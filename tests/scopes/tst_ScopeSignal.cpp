@@ -262,6 +262,7 @@ private slots:
         page.magPhasePlot()->setCh0MagHold(72);
         page.magPhasePlot()->setCh1MagHold(55);
         page.magPhasePlot()->updateDisplay();
+        page.grab();
         keep(page, QStringLiteral("page"));
         keep(*page.scope(3), QStringLiteral("sdi"));
         keep(*page.magPhasePlot(), QStringLiteral("magphase"));

@@ -8,4 +8,5 @@ endfunction()
 
 qn740_test(system RfbClient)
 qn740_system_test(Panel)
+qn740_system_test(ScopesOnDesk)
 qn740_system_test(Simulator qn740_sim)
