@@ -43,6 +43,7 @@ private slots:
         QCOMPARE(m_serial->port()->parity(), QSerialPort::NoParity);
         QCOMPARE(m_serial->port()->stopBits(), QSerialPort::OneStop);
         QCOMPARE(m_serial->port()->flowControl(), QSerialPort::NoFlowControl);
+        QCOMPARE(m_serial->port()->readBufferSize(), qint64(1 << 20));
     }
 
     void an_absent_line_is_reported_by_the_result_alone()
