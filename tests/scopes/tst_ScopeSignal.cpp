@@ -193,7 +193,7 @@ private slots:
         add("16qam", "16qam:snr=20");
         add("qpsk 8 dB", "qpsk:snr=8");
         add("qpsk offset", "qpsk:snr=20:offset=0.0003");
-        add("16qam clipped", "16qam:snr=30:level=0.8:clip=0.85");
+        add("16qam clipped", "16qam:snr=30:level=0.7:clip=0.6");
         add("16qam overdriven", "16qam:snr=30:level=1");
         add("qpsk phase noise", "qpsk:snr=30:phase=6");
         add("16qam imbalance", "16qam:snr=30:imbalance=3:skew=8");

@@ -74,6 +74,7 @@ private:
 // The stations of the walk, one for each part of the panel.
 void visitStart(Tour& tour);
 void visitMenus(Tour& tour);
+void visitScopes(Tour& tour);
 
 // Instead of the stations, for menus that are somebody's own: every page of every menu.
 void visitAllMenus(Tour& tour);
