@@ -16,7 +16,11 @@
 class Dispatcher;
 class keySerial;
 class KeyBoard;
+class LinkModeDialog;
+class MainMenus;
 class MenuMessages;
+class MessageBoxes;
+class QGridLayout;
 class QLabel;
 class QPushButton;
 class QStatusBar;
@@ -66,9 +70,11 @@ public:
 
     QWidget* central = nullptr;
     QStackedLayout* stack = nullptr;
-    Views* views = nullptr;        // which page is shown, and the pages' numbers
-    MenuMessages* menus = nullptr; // the menu pages and the messages that define them
-    ScopesPage* scopes = nullptr;  // the page of the three scopes
+    Views* views = nullptr;         // which page is shown, and the pages' numbers
+    MenuMessages* menus = nullptr;  // the menu pages and the messages that define them
+    MainMenus* mainMenus = nullptr; // the messages that compose the main menus
+    int paxMenuListIndex = -1;      // position of the PAX main menu in the list of menus
+    ScopesPage* scopes = nullptr;   // the page of the three scopes
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
     QStatusBar* statusBar_ = nullptr;
@@ -76,10 +82,11 @@ public:
     QPushButton* linkButton = nullptr;
     QPushButton* mainMenuButton = nullptr;
     QPushButton* scopesButton = nullptr;
-    int linkMode = 0;               // 0 none, 1 diversity, 2 frequency diversity
-    bool noK7150 = false;           // started with "-noK7150"
-    bool spectrumAvailable = false; // the spectrum page exists
-    bool ready = false;             // the constructor has come to its end
+    QPointer<LinkModeDialog> linkDialog; // while it is open
+    int linkMode = 0;                    // 0 none, 1 diversity, 2 frequency diversity
+    bool noK7150 = false;                // started with "-noK7150"
+    bool spectrumAvailable = false;      // the spectrum page exists
+    bool ready = false;                  // the constructor has come to its end
     QTimer timer;
 
 public slots:
@@ -167,6 +174,21 @@ private:
     void chooseScopeMode(int demodulator);
     void noteBlock(int demodulator, const QVector<double>& i, const QVector<double>& q);
     void noteRecord(int demodulator, const QByteArray& record);
+    void setUpMainMenus();
+    void returnToMenus(QWidget* page);
+    QGridLayout* paxDisplayGrid() const;
+
+    // The PAX main menu is shown: the scope and the first spectrum chart move into `place`, at
+    // (0, 0). May be called again while they are there.
+    void paxTakesDisplays(QGridLayout* place);
+    // They go back to their own pages; also before a PAX main menu is deleted, which would take
+    // them along, and when they are there already.
+    void paxReturnsDisplays();
+    void paxTakesScope(QGridLayout* place);
+    void paxReturnsScope();
+
+    void setLinkMode(int mode);
+    void chooseLinkMode(int mode);
 
     QPushButton* addStatusButton(const char* name, const QString& text, const QString& sheet);
 
@@ -174,4 +196,5 @@ private:
     std::unique_ptr<SplashScreen> m_splash;
     SerialLine* m_scopeResend = nullptr;
     QString m_resent; // what came in on the re-send line and has no end yet
+    std::unique_ptr<MessageBoxes> m_messageBoxes;
 };

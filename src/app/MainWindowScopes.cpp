@@ -8,6 +8,7 @@
 #include "wire/Message.h"
 #include "wire/SerialLine.h"
 
+#include <QGridLayout>
 #include <QPushButton>
 
 namespace {
@@ -16,6 +17,7 @@ constexpr qint32 ResendBaudRate = 115200;
 constexpr qsizetype LongestResent = 1024; // of a message without an end
 constexpr int ModeRows = 3;
 constexpr int ModeColumns = 3;
+constexpr int PaxDemodulator = 3; // the combiner's
 
 } // namespace
 
@@ -44,6 +46,30 @@ void MainWindow::setup_scopes()
         &m_scopeResend->port(), &QSerialPort::errorOccurred, this, &MainWindow::scope_resend_error);
     m_scopeResend->open(
         QStringLiteral("ttyUSB4"), ResendBaudRate, SerialLine::Reopen::EveryTwoSeconds);
+}
+
+void MainWindow::paxTakesScope(QGridLayout* place)
+{
+    Scope* const scope = scopes != nullptr ? scopes->scope(PaxDemodulator) : nullptr;
+    if (scope != nullptr) {
+        scope->setDisableFixIsize(true);
+        place->addWidget(scope, 0, 0);
+        scope->show();
+    }
+}
+
+void MainWindow::paxReturnsScope()
+{
+    Scope* const scope = scopes != nullptr ? scopes->scope(PaxDemodulator) : nullptr;
+    QGridLayout* const home = scopes != nullptr ? scopes->scopeGrid(PaxDemodulator) : nullptr;
+    if (scope == nullptr || home == nullptr) {
+        return;
+    }
+    scope->setDisableFixIsize(false);
+    if (scope->parentWidget() != home->parentWidget()) {
+        home->addWidget(scope, 0, 0);
+        scope->show();
+    }
 }
 
 bool MainWindow::scope_available() const

@@ -350,6 +350,48 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("D1 D2 D3:ABC,1") + framed("D2:DSDM:1"));
     }
 
+    void the_pax_main_menu_takes_the_combiner_s_scope_and_gives_it_back()
+    {
+        Scope* scope = m_window->scopes->scope(3);
+        QWidget* home = scope->parentWidget();
+        send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");
+        send("MS,Pax,Tuner CH1,1");
+        send("PAX,1");
+        QVERIFY(scope->disableFixIsize());
+        QTRY_VERIFY(scope->isVisible());
+        QCOMPARE(m_window->stack->currentIndex(), m_window->paxMenuIndex());
+        QVERIFY(m_window->stack->currentWidget()->isAncestorOf(scope));
+        QSignalSpy blocks(scope, &Scope::rcv_eye_msg);
+        QVERIFY(m_scopeLines[3]->write(steady(16384, 16384)));
+        QTRY_COMPARE(blocks.size(), 1);
+        const QRect place(scope->mapTo(m_window.get(), QPoint()), scope->size());
+        QVERIFY(m_window->rect().contains(place));
+        const QString directory = qEnvironmentVariable("QN740_PICTURES");
+        if (!directory.isEmpty()) {
+            QVERIFY(grabScreen().save(directory + QStringLiteral("/pax.png")));
+        }
+        send("PAX,0");
+        QVERIFY(!scope->disableFixIsize());
+        QCOMPARE(scope->parentWidget(), home);
+        // a second return changes nothing
+        send("PAX,0");
+        QCOMPARE(scope->parentWidget(), home);
+        clickOnScopes();
+        QTRY_VERIFY(scope->isVisible());
+    }
+
+    void the_scope_outlives_the_pax_main_menu()
+    {
+        const QPointer<Scope> scope = m_window->scopes->scope(3);
+        send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");
+        send("MS,Pax,Tuner CH1,1");
+        send("PAX,1");
+        send("CLEAR");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(scope != nullptr);
+        QVERIFY(m_window->scopes->isAncestorOf(scope));
+    }
+
     void nothing_lies_outside_the_screen()
     {
         clickOnScopes();
