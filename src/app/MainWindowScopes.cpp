@@ -97,7 +97,8 @@ void MainWindow::menus_scopes_toggle()
         views->show(&Views::spectrum);
         scopesButton->setText(QStringLiteral("Menu"));
     } else {
-        views->showMenus();
+        views->setCurrent(Views::Menus);
+        views->show(&Views::menu);
         scopesButton->setText(QStringLiteral("Scopes"));
     }
 }

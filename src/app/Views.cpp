@@ -40,16 +40,6 @@ void Views::showMenu(QWidget* widget)
     show(&Views::menu);
 }
 
-void Views::showMenus()
-{
-    m_current = Menus;
-    if (menu.m_widget != nullptr) {
-        show(&Views::menu);
-    } else if (m_waiting != nullptr) {
-        m_stack->setCurrentWidget(m_waiting);
-    }
-}
-
 void Views::removed(int index)
 {
     for (Page* page : {&menu, &mainMenu, &paxMenu, &scopes, &spectrum}) {

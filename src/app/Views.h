@@ -46,9 +46,6 @@ public:
     // Shows a menu page and remembers it as the menu page last shown; the view is Menus.
     void showMenu(QWidget* widget);
 
-    // Goes back to the menu page last shown, or to the waiting page when that is gone.
-    void showMenus();
-
     View current() const { return m_current; }
     void setCurrent(View view) { m_current = view; }
 
