@@ -1,3 +1,4 @@
+#include "sim/CardPort.h"
 #include "sim/InputLines.h"
 #include "sim/MainUnit.h"
 #include "sim/MenuFile.h"
@@ -9,6 +10,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
@@ -33,14 +35,22 @@ A menu file, and what is typed on standard input, has one message a line:
 "\xHH" stands for the byte HH, "\\" for a backslash. A key whose command is
 "SK:Some Menu:" opens that menu.
 
+The spectral cards ttyUSB11 to ttyUSB13 answer the panel's requests with spectra
+whose carriers are as wide as "D1:RATE:5000000" makes them. The K7150 type comes up
+in the panel on "ST,1", the older one is for a panel started with -noK7150.
+
 Examples:
   qn740-sim --dir /tmp/dev           then: QN740_DEV=/tmp/dev qn740-panel
   qn740-sim --menu my.menu           another set of menus
   qn740-sim --check my.menu          only say what is wrong with it
   echo 'DB,Antenna fault,1' | qn740-sim --dir /tmp/dev
-  qn740-sim --no-menus --trace       type every message by hand, see both ways)";
+  qn740-sim --no-menus --trace       type every message by hand, see both ways
+  qn740-sim --card older --card-fault cut,no-reply=20)";
 
 const QString PanelLine = QStringLiteral("ttyO1");
+const QString CardLine = QStringLiteral("ttyUSB%1");
+constexpr int FirstCardLine = 11;
+constexpr int CardLines = 3;
 
 struct Options
 {
@@ -49,7 +59,43 @@ struct Options
     QString check;
     bool noMenus = false;
     bool trace = false;
+    QString card;
+    QString cardFaults;
+    QString cardPoints;
+    QString cardSeed;
 };
+
+// What the card ports are to answer.
+struct CardPlan
+{
+    bool none = false;
+    CardPort::Type type = CardPort::Type::K7150;
+    std::array<int, CardFaults::Count> faults{};
+    int points = CardPort::DefaultPoints;
+    quint32 seed = 1;
+    QString error; // why it cannot be done; empty when it can
+};
+
+CardPlan cardPlan(const Options& options)
+{
+    CardPlan plan;
+    plan.none = options.card == QLatin1String("none");
+    const bool older = options.card == QLatin1String("older");
+    plan.type = older ? CardPort::Type::Older : CardPort::Type::K7150;
+    plan.faults = CardFaults::fromText(options.cardFaults, plan.error);
+    bool pointsOk = false;
+    bool seedOk = false;
+    plan.points = options.cardPoints.toInt(&pointsOk);
+    plan.seed = options.cardSeed.toUInt(&seedOk);
+    if (!plan.none && !older && options.card != QLatin1String("k7150")) {
+        plan.error = QStringLiteral("no card: \"%1\"").arg(options.card);
+    } else if (!pointsOk || plan.points < 1 || plan.points > CardPort::MostPoints) {
+        plan.error = QStringLiteral("no number of points: \"%1\"").arg(options.cardPoints);
+    } else if (!seedOk) {
+        plan.error = QStringLiteral("no seed: \"%1\"").arg(options.cardSeed);
+    }
+    return plan;
+}
 
 // Ends the program itself at --help, --version and options that it does not know.
 Options parseOptions(const QCoreApplication& application)
@@ -67,11 +113,26 @@ Options parseOptions(const QCoreApplication& application)
         QStringLiteral("no-menus"), QStringLiteral("Send no menus, only what is typed."));
     const QCommandLineOption trace(
         QStringLiteral("trace"), QStringLiteral("Print every message both ways with its time."));
+    const QCommandLineOption card(QStringLiteral("card"),
+        QStringLiteral("The spectral cards: k7150 (default), older or none."),
+        QStringLiteral("TYPE"), QStringLiteral("k7150"));
+    const QCommandLineOption cardFault(QStringLiteral("card-fault"),
+        QStringLiteral("Spoil 10 percent of the cards' replies, or as many as \"=20\" says: "
+                       "no-reply, late, cut, noise, wrong-address, wrong-length, or several with "
+                       "\",\" between."),
+        QStringLiteral("FAULTS"));
+    const QCommandLineOption cardPoints(QStringLiteral("card-points"),
+        QStringLiteral("Points of a spectrum, 1 to 9999 (default: 1024)."),
+        QStringLiteral("NUMBER"), QString::number(CardPort::DefaultPoints));
+    const QCommandLineOption cardSeed(QStringLiteral("card-seed"),
+        QStringLiteral("The seed of spectra and faults (default: 1)."), QStringLiteral("NUMBER"),
+        QStringLiteral("1"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(Description));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({directory, menu, check, noMenus, trace});
+    parser.addOptions({card, cardFault, cardPoints, cardSeed});
     parser.process(application);
     if (!parser.positionalArguments().isEmpty()) {
         Printer::error(QStringLiteral("qn740-sim: unexpected argument \"%1\"; see --help")
@@ -79,7 +140,8 @@ Options parseOptions(const QCoreApplication& application)
         std::exit(1);
     }
     return {parser.value(directory), parser.value(menu), parser.value(check), parser.isSet(noMenus),
-        parser.isSet(trace)};
+        parser.isSet(trace), parser.value(card), parser.value(cardFault), parser.value(cardPoints),
+        parser.value(cardSeed)};
 }
 
 int fail(const QStringList& errors)
@@ -119,8 +181,27 @@ void typeLine(MainUnit& unit, const QByteArray& text)
     }
 }
 
+// Out: whether all card ports are there; they live as long as the devices.
+bool addCardPorts(UnitDevices& devices, const CardPlan& plan, CardSpectrum& spectrum)
+{
+    for (int port = 0; port < CardLines && !plan.none; ++port) {
+        PseudoTerminal* line = devices.add(CardLine.arg(FirstCardLine + port));
+        if (line == nullptr) {
+            return false;
+        }
+        const CardFaults faults(plan.faults, plan.seed + static_cast<quint32>(port));
+        new CardPort(plan.type, *line, spectrum, faults, plan.points, line);
+    }
+    return true;
+}
+
 int play(const Options& options, const MenuFile& menus)
 {
+    const CardPlan cards = cardPlan(options);
+    if (!cards.error.isEmpty()) {
+        return fail({QLatin1String("qn740-sim: ") + cards.error});
+    }
+    CardSpectrum spectrum(cards.seed);
     const TerminationSignals signals_;
     QObject::connect(&signals_, &TerminationSignals::terminate, qApp, &QCoreApplication::quit);
     UnitDevices devices(options.directory);
@@ -132,6 +213,11 @@ int play(const Options& options, const MenuFile& menus)
     QObject::connect(line, &PseudoTerminal::opened, &printer,
         [&printer] { printer.event(QLatin1String("panel opened ") + PanelLine); });
     MainUnit unit(*line, menus.steps());
+    if (!addCardPorts(devices, cards, spectrum)) {
+        return fail({QLatin1String("qn740-sim: ") + devices.errorString()});
+    }
+    QObject::connect(&unit, &MainUnit::received, &unit,
+        [&spectrum](const QString& body) { spectrum.takeCommand(body); });
     QObject::connect(&unit, &MainUnit::received, &printer, &Printer::fromPanel);
     QObject::connect(&unit, &MainUnit::sent, &printer, &Printer::toPanel);
     QObject::connect(&unit, &MainUnit::menusSent, &printer,

@@ -62,6 +62,7 @@ SpectralCard::SpectralCard(QWidget* parent, int window, const QString& portName)
     // a port that comes later, or comes back
     connect(m_buses[0], &Rs422Bus::opened, this, &SpectralCard::busOpened);
     connectCombos();
+    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one comes early
     m_timer.setInterval(PollMs);
     connect(&m_timer, &QTimer::timeout, this, &SpectralCard::timerTimeOut);
     connect(m_buses[0], &Rs422Bus::messageQueueFlag, this, &SpectralCard::queFlag);
