@@ -211,7 +211,7 @@ namespace rules {
 
 QString fault(const QString& body)
 {
-    const QString reason = unsendable(body);
+    QString reason = unsendable(body);
     if (!reason.isEmpty()) {
         return reason;
     }

@@ -1,6 +1,7 @@
 #include "sim/Printer.h"
 
 #include "wire/Message.h"
+#include "wire/Trace.h"
 
 #include <cstdio>
 
@@ -19,7 +20,6 @@ Printer::Printer(bool trace, QObject* parent)
     : QObject(parent)
     , m_trace(trace)
 {
-    m_since.start();
 }
 
 void Printer::event(const QString& text) const
@@ -29,7 +29,7 @@ void Printer::event(const QString& text) const
 
 void Printer::fromPanel(const QString& text, bool framed) const
 {
-    traced('<', text);
+    traced(false, framed ? wire::frame(text) : text);
     print(stdout,
         (framed ? QLatin1String("panel: ") : QLatin1String("panel (unframed): ")) +
             wire::toPrintable(text));
@@ -37,7 +37,7 @@ void Printer::fromPanel(const QString& text, bool framed) const
 
 void Printer::toPanel(const QString& body) const
 {
-    traced('>', body);
+    traced(true, wire::frame(body));
 }
 
 void Printer::error(const QString& text)
@@ -45,12 +45,9 @@ void Printer::error(const QString& text)
     print(stderr, text);
 }
 
-void Printer::traced(char direction, const QString& text) const
+void Printer::traced(bool in, const QString& frame) const
 {
     if (m_trace) {
-        const QString seconds = QString::number(double(m_since.elapsed()) / 1000.0, 'f', 3);
-        print(stdout,
-            QStringLiteral("trace: %1 %2 ").arg(seconds, QString(QLatin1Char(direction))) +
-                wire::toPrintable(text));
+        print(stdout, QLatin1String("trace: ") + wire::TraceLine::now(in, frame).text());
     }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 
@@ -11,11 +10,11 @@
 //     sim: menus sent
 //     panel: BODY                 a message from the panel, without its frame
 //     panel (unframed): TEXT      what stood in no frame
-//     trace: SECONDS > BODY       with the trace switched on, every message to (>) and from (<) the
-//     trace: SECONDS < BODY       panel; seconds since the start
+//     trace: SECONDS in FRAME     with the trace switched on, every frame into the panel and out of
+//     trace: SECONDS out FRAME    it with its STX and EOT, as the panel's own debug log has them
 //
-// BODY and TEXT are printable ASCII: "\xHH" stands for the byte HH, "\\" for a backslash. So each
-// can be pasted into a menu file.
+// BODY, TEXT and FRAME are printable ASCII: "\xHH" stands for the byte HH, "\\" for a backslash. So
+// a BODY can be pasted into a menu file.
 class Printer : public QObject
 {
     Q_OBJECT
@@ -31,8 +30,7 @@ public:
     static void error(const QString& text);
 
 private:
-    void traced(char direction, const QString& text) const;
+    void traced(bool in, const QString& frame) const;
 
-    QElapsedTimer m_since;
     bool m_trace;
 };

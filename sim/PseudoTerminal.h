@@ -20,7 +20,7 @@ class PseudoTerminal : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype DefaultLimit = 1024 * 1024;
+    static constexpr qsizetype DefaultLimit = 1048576;
 
     // limit: the most bytes that are held for a panel that does not read.
     explicit PseudoTerminal(qsizetype limit = DefaultLimit, QObject* parent = nullptr);

@@ -15,7 +15,7 @@ constexpr int LongestWriteMs = 5000;
 } // namespace
 
 Pty::Pty()
-    : m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK))
+    : m_master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))
 {
     if (m_master < 0 || ::grantpt(m_master) != 0 || ::unlockpt(m_master) != 0) {
         qFatal("no pseudo-terminal");

@@ -1,4 +1,11 @@
+# qn740_system_test(CLASS [LIBRARY ...]): a test that starts the real programs.
+function(qn740_system_test class)
+    qn740_test(system ${class} ${ARGN})
+    add_dependencies(tst_${class} qn740-sim qn740-panel)
+    target_compile_definitions(tst_${class} PRIVATE
+        QN740_SIM="$<TARGET_FILE:qn740-sim>" QN740_PANEL="$<TARGET_FILE:qn740-panel>")
+endfunction()
+
 qn740_test(system RfbClient)
-qn740_test(system Simulator qn740_sim)
-add_dependencies(tst_Simulator qn740-sim)
-target_compile_definitions(tst_Simulator PRIVATE QN740_SIM="$<TARGET_FILE:qn740-sim>")
+qn740_system_test(Panel)
+qn740_system_test(Simulator qn740_sim)

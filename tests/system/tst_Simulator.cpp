@@ -1,10 +1,10 @@
 #include "sim/MenuFile.h"
 #include "support/LineEnd.h"
+#include "support/Program.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -12,34 +12,7 @@
 
 namespace {
 
-constexpr int LongMs = 20000;
-
-// The real program, with its output collected.
-class Program : public QProcess
-{
-public:
-    explicit Program(const QStringList& arguments)
-    {
-        start(QStringLiteral(QN740_SIM), arguments);
-        waitForStarted(LongMs);
-    }
-    ~Program() override
-    {
-        if (state() != NotRunning) {
-            kill();
-            waitForFinished(LongMs);
-        }
-    }
-
-    const QByteArray& output() { return m_output += readAllStandardOutput(); }
-    const QByteArray& errors() { return m_errors += readAllStandardError(); }
-    bool has(const QByteArray& line) { return ('\n' + output()).contains('\n' + line + '\n'); }
-    bool ends() { return state() == NotRunning || waitForFinished(LongMs); }
-
-private:
-    QByteArray m_output;
-    QByteArray m_errors;
-};
+constexpr int LongMs = Program::LongMs;
 
 QByteArray builtInFrames()
 {
@@ -77,7 +50,7 @@ private slots:
 
     void the_panel_is_asked_for_its_version_and_gets_the_built_in_menus()
     {
-        Program program({"--dir", m_directory});
+        Program program(QN740_SIM, {"--dir", m_directory});
         QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: ready " + m_directory.toUtf8()), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.isOpen());
@@ -96,7 +69,7 @@ private slots:
     {
         const QString menu = fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\n"
                                       "AK,Menu,go,Go,5,SK:Other:,,0,,0,0,1\n");
-        Program program({"--dir", m_directory, "--menu", menu});
+        Program program(QN740_SIM, {"--dir", m_directory, "--menu", menu});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
@@ -114,7 +87,7 @@ private slots:
 
     void lines_on_standard_input_are_sent_and_its_end_ends_nothing()
     {
-        Program program({"--dir", m_directory, "--no-menus"});
+        Program program(QN740_SIM, {"--dir", m_directory, "--no-menus"});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
@@ -131,13 +104,14 @@ private slots:
 
     void the_trace_shows_both_directions_with_times()
     {
-        Program program({"--dir", m_directory, "--no-menus", "--trace"});
+        Program program(QN740_SIM, {"--dir", m_directory, "--no-menus", "--trace"});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         const LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_VERIFY_WITH_TIMEOUT(program.has("panel: 1.1.6.4"), LongMs);
-        const QRegularExpression both("\ntrace: \\d+\\.\\d{3} > VER\n.*trace: \\d+\\.\\d{3} < "
-                                      "1\\.1\\.6\\.4\npanel: 1\\.1\\.6\\.4\n",
+        const QRegularExpression both("\ntrace: \\d+\\.\\d{3} in \\\\x02VER\\\\x04\n.*"
+                                      "trace: \\d+\\.\\d{3} out \\\\x021\\.1\\.6\\.4\\\\x04\n"
+                                      "panel: 1\\.1\\.6\\.4\n",
             QRegularExpression::DotMatchesEverythingOption);
         QVERIFY2(both.match(program.output()).hasMatch(), program.output());
     }
@@ -152,7 +126,7 @@ private slots:
     void a_termination_ends_it_and_takes_the_directory_along()
     {
         QFETCH(int, number);
-        Program program({});
+        Program program(QN740_SIM, {});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().contains('\n'), LongMs);
         const QString directory = program.output().trimmed().mid(int(strlen("sim: ready ")));
         QVERIFY(QFile::exists(directory + "/ttyO1"));
@@ -176,7 +150,7 @@ private slots:
     {
         QFETCH(QString, option);
         const QString path = fileWith("PING\nAK,Menu\nXY\n");
-        Program program({option, path});
+        Program program(QN740_SIM, {option, path});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         const QByteArray name = path.toUtf8();
@@ -189,7 +163,7 @@ private slots:
     void a_good_menu_file_passes_the_check()
     {
         const QString path = fileWith("PING\nwait 5\nVER\n");
-        Program program({"--check", path});
+        Program program(QN740_SIM, {"--check", path});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         QCOMPARE(program.output(), path.toUtf8() + ": 2 messages, no fault\n");
@@ -197,7 +171,7 @@ private slots:
 
     void a_missing_menu_file_is_told()
     {
-        Program program({"--menu", m_parent.filePath("none.menu")});
+        Program program(QN740_SIM, {"--menu", m_parent.filePath("none.menu")});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         QVERIFY(program.errors().startsWith(m_parent.filePath("none.menu").toUtf8() + ": "));
@@ -205,7 +179,7 @@ private slots:
 
     void a_directory_that_cannot_be_used_is_told()
     {
-        Program program({"--dir", "/proc/none"});
+        Program program(QN740_SIM, {"--dir", "/proc/none"});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         QCOMPARE(program.errors(), QByteArray("qn740-sim: /proc/none: cannot be made\n"));
@@ -213,7 +187,7 @@ private slots:
 
     void help_has_the_options_and_examples()
     {
-        Program program({"--help"});
+        Program program(QN740_SIM, {"--help"});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         for (const char* text : {"--dir", "--menu", "--check", "--trace", "--no-menus",
@@ -232,7 +206,7 @@ private slots:
     void an_unknown_argument_is_an_error()
     {
         QFETCH(QString, argument);
-        Program program({argument});
+        Program program(QN740_SIM, {argument});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         QVERIFY(program.errors().contains("nonsense"));

@@ -1,0 +1,47 @@
+#include "menus/ListGrid.h"
+
+#include <array>
+
+namespace {
+
+constexpr int Rows = 4;
+
+// Up to so many choices a list has this grid.
+struct GridRow
+{
+    qsizetype upTo;
+    ListGrid grid;
+};
+constexpr std::array GridRows{
+    GridRow{16, {4, 4}},
+    GridRow{21, {4, 5}},
+    GridRow{47, {6, 6}},
+    GridRow{51, {6, 9}},
+};
+constexpr ListGrid LargestGrid{9, 6};
+
+// a short list of files has short names too
+constexpr int ShortFileList = 16;
+constexpr int FileColumns = 4;
+constexpr int FileColumnsOfLong = 5;
+
+} // namespace
+
+ListGrid ListGrid::forChoices(const QString& options, int param)
+{
+    if (param >= 1) {
+        return {Rows, param};
+    }
+    const qsizetype count = options.count(QLatin1Char(':')) + 1;
+    for (const GridRow& row : GridRows) {
+        if (count <= row.upTo) {
+            return row.grid;
+        }
+    }
+    return LargestGrid;
+}
+
+ListGrid ListGrid::forFiles(const QString& options)
+{
+    return {Rows, options.size() < ShortFileList ? FileColumns : FileColumnsOfLong};
+}

@@ -1,0 +1,85 @@
+#include "popups/FileNameEdit.h"
+
+#include "popups/ChoiceStyle.h"
+#include "popups/FitButton.h"
+#include "popups/KeyBoardWidget.h"
+#include "popups/PopUpWindow.h"
+
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QIcon>
+
+namespace {
+
+constexpr int Margin = 8;
+constexpr int FieldHeight = 60;
+constexpr int CancelWidth = 120;
+
+QString fieldStyle()
+{
+    return QStringLiteral("QLineEdit {background-color:white; color:black; font-size: 26px;}");
+}
+
+} // namespace
+
+// in the global namespace, as the macro wants it; the library's pictures are not linked otherwise
+static void useMyResources()
+{
+    Q_INIT_RESOURCE(MyResources);
+}
+
+FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
+    : QWidget(nullptr)
+    , m_dialog(new QDialog(this, popUpWindow::Titled))
+    , m_field(new QLineEdit)
+    , m_keys(new KeyBoardWidget(m_field, true, nullptr))
+{
+    useMyResources();
+    m_dialog->setObjectName(QStringLiteral("FileNameEdit"));
+    m_dialog->setWindowIcon(QIcon(QStringLiteral(":/MyFiles/TORVA-globe.png")));
+    m_dialog->setWindowTitle(QStringLiteral("Enter Store File Name"));
+    m_dialog->setStyleSheet(choiceStyle::fileDialog());
+
+    m_field->setStyleSheet(fieldStyle());
+    m_field->setFixedHeight(FieldHeight);
+    m_field->setText(text);
+    // the board has no window frame to close the dialog with
+    auto* cancel = new FitButton(QStringLiteral("Cancel"));
+    cancel->setStyleSheet(choiceStyle::cancel());
+    cancel->setFixedSize(CancelWidth, FieldHeight);
+    cancel->setFocusPolicy(Qt::NoFocus);
+
+    auto* column = new QVBoxLayout(m_dialog);
+    column->setContentsMargins(Margin, Margin, Margin, Margin);
+    auto* line = new QHBoxLayout;
+    line->addWidget(m_field);
+    line->addWidget(cancel);
+    column->addLayout(line);
+    column->addWidget(m_keys);
+
+    connect(m_keys, &KeyBoardWidget::ret_pushed, m_dialog, &QDialog::accept);
+    connect(m_field, &QLineEdit::returnPressed, m_dialog, &QDialog::accept);
+    connect(cancel, &QPushButton::clicked, m_dialog, &QDialog::reject);
+    connect(m_dialog, &QDialog::rejected, this, &FileNameEdit::fn_can);
+
+    // the parent may go while the dialog is open, and would take this along
+    const QPointer<QWidget> later(parent);
+    popUpWindow::place(*m_dialog);
+    m_field->setFocus();
+    m_dialog->exec();
+    if (later != nullptr) {
+        setParent(later);
+    }
+}
+
+QString FileNameEdit::text() const
+{
+    return m_field != nullptr ? m_field->text() : QString();
+}
+
+void FileNameEdit::fn_can()
+{
+    if (m_field != nullptr) {
+        m_field->clear();
+    }
+}

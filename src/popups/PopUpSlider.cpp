@@ -1,0 +1,223 @@
+#include "popups/PopUpSlider.h"
+
+#include "popups/FitButton.h"
+#include "popups/PopUpWindow.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QSlider>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int ReadoutHeight = 40;
+constexpr int SliderHeight = 100;
+constexpr int Width = 400;
+constexpr int WidthOfManySteps = 630;
+constexpr int FirstRepeatMs = 500;
+constexpr int NextRepeatMs = 200;
+constexpr int MostInARow = 9;
+constexpr int ButtonWidth = 80;
+constexpr int ButtonHeight = 60;
+constexpr int ButtonHeightOfManyRows = 47;
+constexpr int ButtonFont = 22;
+
+QString sliderStyle()
+{
+    return QStringLiteral(
+        "QSlider::groove:horizontal { border: 10px solid #00008B; height: 8px; background: #4682b4; margin: 2px 0;}                         QSlider::handle:horizontal { background: #919191; border: 6px black; width: 50px; margin: -24px 0; border-radius: 25px;}                         QSlider::add-page:horizontal { background: #4682B4;}                         QSlider::sub-page:horizontal { background: #00008B;} ");
+}
+
+QString downStyle()
+{
+    return QStringLiteral(
+        "QPushButton {background-color:blue; color:white;} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+QString upStyle()
+{
+    return QStringLiteral(
+        "QPushButton {background-color:orange; color:white;} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+// with a border the faces have the colours of their own sheets, and no gradient
+QString rowStyle()
+{
+    return QStringLiteral("QPushButton {border: 2px solid black; border-radius: 4px;}");
+}
+
+QString okStyle()
+{
+    return QStringLiteral(
+        "QPushButton {background-color:green; color:white;} QPushButton:pressed {background-color: #4169e1;}");
+}
+
+FitButton* newSliderButton(const QString& text, const QString& sheet, bool repeats)
+{
+    auto* button = new FitButton(text);
+    button->setStyleSheet(sheet);
+    QFont font = button->font();
+    font.setPixelSize(ButtonFont);
+    button->setFont(font);
+    button->setOneLine(true);
+    if (repeats) {
+        button->setAutoRepeat(true);
+        button->setAutoRepeatDelay(FirstRepeatMs);
+        button->setAutoRepeatInterval(NextRepeatMs);
+    }
+    return button;
+}
+
+// The buttons from left to right, on as few rows as hold them.
+void fillRows(QGridLayout& layout, const QList<FitButton*>& buttons)
+{
+    const auto count = static_cast<int>(buttons.size());
+    const int rows = (count + MostInARow - 1) / MostInARow;
+    const int columns = (count + rows - 1) / rows;
+    for (int i = 0; i < count; ++i) {
+        buttons.at(i)->setMinimumSize(
+            ButtonWidth, rows > 1 ? ButtonHeightOfManyRows : ButtonHeight);
+        layout.addWidget(buttons.at(i), i / columns, i % columns);
+        layout.setColumnStretch(i % columns, 1);
+    }
+}
+
+} // namespace
+
+PopUpSlider::PopUpSlider(QObject* parent)
+    : Key(parent)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(ThrottleMs);
+    // a coarse one may fire early, and two messages would come too near
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &PopUpSlider::timerDone);
+}
+
+void PopUpSlider::new_pop_slider(const QString& name, const QString& messageCommand,
+    const QString& range, float currentValue, int readoutType, const QString& steps)
+{
+    command = messageCommand;
+    label = name;
+    m_value = SliderValue(name, messageCommand, range, readoutType);
+    const QList<int> stepList = SliderValue::steps(steps);
+
+    QDialog dialog(nullptr, popUpWindow::Titled);
+    dialog.setObjectName(QStringLiteral("PopUpSlider"));
+    dialog.setWindowTitle(QStringLiteral("Set ") + name + QStringLiteral(" Value"));
+    dialog.setMinimumWidth(stepList.size() > 1 ? WidthOfManySteps : Width);
+
+    auto* readout = new QLabel(m_value.readout(static_cast<double>(currentValue)));
+    readout->setObjectName(QStringLiteral("readoutLabel"));
+    readout->setAlignment(Qt::AlignCenter);
+    readout->setMinimumHeight(ReadoutHeight);
+    readout->setStyleSheet(QStringLiteral("font: 22px"));
+    auto* slider = new QSlider(Qt::Horizontal);
+    slider->setRange(m_value.minimum(), m_value.maximum());
+    slider->setValue(m_value.position(static_cast<double>(currentValue)));
+    slider->setMinimumHeight(SliderHeight);
+    slider->setStyleSheet(sliderStyle());
+    m_readout = readout;
+    m_slider = slider;
+    connect(slider, &QSlider::valueChanged, this, &PopUpSlider::send_message);
+
+    auto* column = new QVBoxLayout(&dialog);
+    column->addWidget(readout);
+    column->addWidget(slider);
+    column->addWidget(newButtonRow(dialog, stepList));
+
+    popUpWindow::place(dialog);
+    const QPointer<PopUpSlider> self(this);
+    const int result = dialog.exec();
+    if (self != nullptr) {
+        m_result = result;
+    }
+}
+
+QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
+{
+    auto* ok = newSliderButton(QStringLiteral("OK"), okStyle(), false);
+    connect(ok, &QPushButton::clicked, &dialog, &QDialog::reject);
+    QList<FitButton*> buttons{ok};
+    if (steps.isEmpty()) {
+        auto* down = newSliderButton(QStringLiteral("DOWN"), downStyle(), true);
+        connect(down, &QPushButton::clicked, this, &PopUpSlider::decreament_slider);
+        auto* up = newSliderButton(QStringLiteral("UP"), upStyle(), true);
+        up->setRimmed(true); // white on orange is hard to read
+        connect(up, &QPushButton::clicked, this, &PopUpSlider::increament_slider);
+        buttons = {down, ok, up};
+    }
+    for (const int step : steps) {
+        auto* down = newSliderButton(QStringLiteral("< -%1").arg(step), downStyle(), true);
+        connect(down, &QPushButton::clicked, this, [this, step] { change_slide(-step); });
+        buttons.prepend(down);
+        auto* up = newSliderButton(QStringLiteral("+%1 >").arg(step), upStyle(), true);
+        up->setRimmed(true);
+        connect(up, &QPushButton::clicked, this, [this, step] { change_slide(step); });
+        buttons.append(up);
+    }
+    auto* row = new QWidget;
+    row->setStyleSheet(rowStyle());
+    auto* layout = new QGridLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    fillRows(*layout, buttons);
+    return row;
+}
+
+void PopUpSlider::deleteWhenSent()
+{
+    m_deleteWhenSent = true;
+    if (!m_throttle.isWaiting()) {
+        deleteLater();
+    }
+}
+
+void PopUpSlider::send_message()
+{
+    if (m_slider == nullptr) {
+        return;
+    }
+    const int position = m_slider->value();
+    if (m_readout != nullptr) {
+        m_readout->setText(m_value.readout(position));
+    }
+    if (const auto message = m_throttle.offer(m_value.message(position))) {
+        send(*message);
+    }
+}
+
+void PopUpSlider::timerDone()
+{
+    if (const auto message = m_throttle.expired()) {
+        send(*message);
+    } else if (m_deleteWhenSent) {
+        deleteLater();
+    }
+}
+
+void PopUpSlider::send(const QString& message)
+{
+    // first the timer: whoever takes the message may delete this
+    m_timer.start();
+    emit response_message(message);
+}
+
+void PopUpSlider::increament_slider()
+{
+    change_slide(1);
+}
+
+void PopUpSlider::decreament_slider()
+{
+    change_slide(-1);
+}
+
+void PopUpSlider::change_slide(int step)
+{
+    if (m_slider == nullptr) {
+        return;
+    }
+    if (const auto position = m_value.stepped(m_slider->value(), step)) {
+        m_slider->setValue(*position);
+    }
+}

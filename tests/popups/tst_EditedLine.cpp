@@ -1,0 +1,80 @@
+#include "popups/EditedLine.h"
+#include "support/TestMain.h"
+
+class tst_EditedLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void keys_edit_at_the_cursor_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<int>("cursor");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<int>("newCursor");
+        QTest::addColumn<bool>("selected");
+        QTest::newRow("first character") << "" << 0 << "a"
+                                         << "a" << 1 << true;
+        QTest::newRow("in the middle") << "ac" << 1 << "b"
+                                       << "abc" << 2 << true;
+        QTest::newRow("at the end") << "ab" << 2 << "7"
+                                    << "ab7" << 3 << true;
+        QTest::newRow("backspace") << "abc" << 2 << "BACKSPACE"
+                                   << "ac" << 1 << false;
+        QTest::newRow("backspace in any case") << "abc" << 3 << "BackSpace"
+                                               << "ab" << 2 << false;
+        QTest::newRow("backspace at the start") << "abc" << 0 << "BACKSPACE"
+                                                << "abc" << 0 << false;
+        QTest::newRow("del") << "abc" << 1 << "DEL"
+                             << "ac" << 1 << false;
+        QTest::newRow("del contained") << "abc" << 0 << "a del key"
+                                       << "bc" << 0 << false;
+        QTest::newRow("del at the end") << "abc" << 3 << "DEL"
+                                        << "abc" << 3 << false;
+        QTest::newRow("left") << "abc" << 2 << "<<-"
+                              << "abc" << 1 << false;
+        QTest::newRow("left at the start") << "abc" << 0 << "<<-"
+                                           << "abc" << 0 << false;
+        QTest::newRow("right") << "abc" << 2 << "->>"
+                               << "abc" << 3 << false;
+        QTest::newRow("right at the end") << "abc" << 3 << "->>"
+                                          << "abc" << 3 << false;
+        QTest::newRow("caps") << "abc" << 1 << "CAPS"
+                              << "abc" << 1 << false;
+        QTest::newRow("no text") << "abc" << 1 << ""
+                                 << "abc" << 1 << false;
+        QTest::newRow("cursor behind the end") << "abc" << 99 << "d"
+                                               << "abcd" << 4 << true;
+        QTest::newRow("cursor before the start") << "abc" << -9 << "BACKSPACE"
+                                                 << "abc" << 0 << false;
+    }
+    void keys_edit_at_the_cursor()
+    {
+        QFETCH(QString, before);
+        QFETCH(int, cursor);
+        QFETCH(QString, key);
+        const EditedLine line = EditedLine{before, cursor, false}.after(key, 100);
+        QTEST(line.text, "after");
+        QTEST(line.cursor, "newCursor");
+        QTEST(line.insertedSelected, "selected");
+    }
+
+    void a_full_line_takes_no_more()
+    {
+        const EditedLine line = EditedLine{"abc", 1, true}.after("x", 3);
+        QCOMPARE(line.text, QString("abc"));
+        QCOMPARE(line.cursor, 1);
+        QVERIFY(!line.insertedSelected);
+    }
+
+    void return_is_known_in_any_case_as_contained_text()
+    {
+        QVERIFY(EditedLine::isReturn("RETURN"));
+        QVERIFY(EditedLine::isReturn("the Return key"));
+        QVERIFY(!EditedLine::isReturn("R"));
+    }
+};
+
+QN740_TEST_MAIN(tst_EditedLine)
+#include "tst_EditedLine.moc"

@@ -1,0 +1,164 @@
+#include "popups/KeyBoardWidget.h"
+#include "popups/PushButtonKey.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+class tst_KeyBoardWidget : public QObject
+{
+    Q_OBJECT
+
+    QWidget* m_window = nullptr;
+    QLineEdit* m_field = nullptr;
+    KeyBoardWidget* m_keys = nullptr;
+
+    void press(const QString& text)
+    {
+        QPushButton* key = buttonWithText(m_keys, text);
+        QVERIFY2(key != nullptr, qPrintable(text));
+        clickOn(key);
+    }
+
+private slots:
+    void init()
+    {
+        m_window = new QWidget;
+        auto* layout = new QVBoxLayout(m_window);
+        m_field = new QLineEdit;
+        m_keys = new KeyBoardWidget(m_field, true, nullptr);
+        layout->addWidget(m_field);
+        layout->addWidget(m_keys);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    }
+    void cleanup() { delete m_window; }
+
+    void the_keys_stand_in_four_rows()
+    {
+        const QStringList rows{"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL", "q w e r t y u i o p",
+            "CAPS a s d f g h j k l", "RETURN <<- ->> z x c v b n m"};
+        QList<PushButtonKey*> keys = m_keys->findChildren<PushButtonKey*>();
+        std::sort(keys.begin(), keys.end(), [](PushButtonKey* a, PushButtonKey* b) {
+            return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
+        });
+        QMap<int, QStringList> found;
+        for (const PushButtonKey* key : keys) {
+            found[key->y()] += key->text();
+            QVERIFY(key->width() >= 47 && key->height() >= 47);
+        }
+        QCOMPARE(found.size(), 4);
+        QStringList lines;
+        for (const QStringList& row : found) {
+            lines += row.join(' ');
+        }
+        QCOMPARE(lines, rows);
+        QVERIFY(m_window->width() <= 795);
+    }
+
+    void typing_inserts_at_the_cursor_and_selects_the_character()
+    {
+        press("a");
+        press("b");
+        QCOMPARE(m_field->text(), QString("ab"));
+        QCOMPARE(m_field->selectedText(), QString("b"));
+        QCOMPARE(m_field->cursorPosition(), 2);
+        press("<<-");
+        press("7");
+        QCOMPARE(m_field->text(), QString("a7b"));
+        QCOMPARE(m_field->cursorPosition(), 2);
+    }
+
+    void the_command_keys_edit_and_move()
+    {
+        m_field->setText("abcd");
+        m_field->setCursorPosition(2);
+        press("BACKSPACE");
+        QCOMPARE(m_field->text(), QString("acd"));
+        QCOMPARE(m_field->cursorPosition(), 1);
+        press("DEL");
+        QCOMPARE(m_field->text(), QString("ad"));
+        QCOMPARE(m_field->cursorPosition(), 1);
+        press("->>");
+        QCOMPARE(m_field->cursorPosition(), 2);
+        press("->>");
+        QCOMPARE(m_field->cursorPosition(), 2);
+    }
+
+    void backspace_takes_the_character_just_typed()
+    {
+        press("a");
+        press("b");
+        press("BACKSPACE");
+        QCOMPARE(m_field->text(), QString("a"));
+    }
+
+    void return_tells_the_owner_and_changes_nothing()
+    {
+        QSignalSpy spy(m_keys, &KeyBoardWidget::ret_pushed);
+        m_field->setText("abc");
+        press("RETURN");
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(m_field->text(), QString("abc"));
+    }
+
+    void caps_changes_all_letters_and_what_they_type()
+    {
+        QSignalSpy spy(m_keys, &KeyBoardWidget::capsPushed);
+        press("CAPS");
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(spy.first().first().toBool(), true);
+        press("Q");
+        press("CAPS");
+        press("q");
+        QCOMPARE(m_field->text(), QString("Qq"));
+    }
+
+    void the_field_has_the_focus_after_a_key()
+    {
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window));
+        m_field->clearFocus();
+        press("a");
+        QVERIFY(m_field->hasFocus());
+    }
+
+    void a_new_key_belongs_to_the_keyboard()
+    {
+        PushButtonKey* key = m_keys->newKey("x");
+        emit key->keyPressed("x");
+        QCOMPARE(m_field->text(), QString("x"));
+        emit m_keys->capsPushed(true);
+        QCOMPARE(key->text(), QString("X"));
+        QSignalSpy spy(m_keys, &KeyBoardWidget::capsPushed);
+        emit key->capLocksChanged(false);
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(key->text(), QString("x"));
+    }
+
+    void without_a_field_nothing_happens()
+    {
+        QSignalSpy spy(m_keys, &KeyBoardWidget::ret_pushed);
+        delete m_field;
+        QVERIFY(m_keys->textEdit() == nullptr);
+        press("a");
+        press("RETURN");
+        QVERIFY(spy.isEmpty());
+        QLineEdit other;
+        m_keys->setTextEdit(other);
+        press("b");
+        QCOMPARE(other.text(), QString("b"));
+        const KeyBoardWidget bare(nullptr, false, nullptr);
+        QVERIFY(bare.textEdit() == nullptr);
+    }
+
+    void a_full_field_takes_no_more()
+    {
+        m_field->setMaxLength(2);
+        m_field->setText("ab");
+        m_field->setCursorPosition(0);
+        press("x");
+        QCOMPARE(m_field->text(), QString("ab"));
+    }
+};
+
+QN740_TEST_MAIN(tst_KeyBoardWidget)
+#include "tst_KeyBoardWidget.moc"

@@ -1,0 +1,277 @@
+#include "popups/PopUpSlider.h"
+#include "support/PopUps.h"
+#include "support/TestMain.h"
+
+#include <QSlider>
+
+#include <cmath>
+
+class tst_PopUpSlider : public QObject
+{
+    Q_OBJECT
+
+    static void run(PopUpSlider& popUp, const QString& name, const QString& range, float value,
+        int type, const QString& steps, const std::function<void(QWidget*, QSlider*)>& then)
+    {
+        popUps::whenOpen([&](QWidget* modal) {
+            then(modal, modal->findChild<QSlider*>());
+            popUps::dialog(modal)->reject();
+        });
+        popUp.new_pop_slider(name, "VOL", range, value, type, steps);
+    }
+
+    static QString readout(const QWidget* modal)
+    {
+        return modal->findChild<QLabel*>("readoutLabel")->text();
+    }
+
+    static QString sent(int value) { return QString("\x02VOL%1\x04").arg(value); }
+
+    static QStringList texts(const QWidget* modal)
+    {
+        QList<QPushButton*> buttons = modal->findChildren<QPushButton*>();
+        std::sort(buttons.begin(), buttons.end(), [](QPushButton* a, QPushButton* b) {
+            return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
+        });
+        QStringList all;
+        for (const QPushButton* button : buttons) {
+            all += button->text();
+        }
+        return all;
+    }
+
+private slots:
+    void the_dialog_is_as_given()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "100 0", 50, 0, "", [](QWidget* modal, QSlider* slider) {
+            QCOMPARE(modal->objectName(), QString("PopUpSlider"));
+            QCOMPARE(modal->windowTitle(), QString("Set Volume Value"));
+            QCOMPARE(readout(modal), QString("50.00%"));
+            const auto* label = modal->findChild<QLabel*>("readoutLabel");
+            QCOMPARE(label->styleSheet(), QString("font: 22px"));
+            QVERIFY(label->height() >= 40);
+            QCOMPARE(slider->minimum(), 0);
+            QCOMPARE(slider->maximum(), 100);
+            QCOMPARE(slider->value(), 50);
+            QVERIFY(slider->height() >= 100);
+            QCOMPARE(texts(modal), (QStringList{"DOWN", "OK", "UP"}));
+            QVERIFY(modal->width() >= 400);
+            QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
+        });
+    }
+
+    void steps_stand_in_mirrored_order_around_ok()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "100 0", 50, 0, "1:5:10", [](QWidget* modal, QSlider*) {
+            QCOMPARE(texts(modal),
+                (QStringList{"< -10", "< -5", "< -1", "OK", "+1 >", "+5 >", "+10 >"}));
+            QVERIFY(modal->width() >= 630);
+            for (const QPushButton* button : modal->findChildren<QPushButton*>()) {
+                const bool repeats = button->text() != "OK";
+                QCOMPARE(button->autoRepeat(), repeats);
+                QVERIFY(!repeats || button->autoRepeatDelay() == 500);
+                QVERIFY(!repeats || button->autoRepeatInterval() == 200);
+                QVERIFY(button->width() >= 47 && button->height() >= 47);
+            }
+            QCOMPARE(buttonWithText(modal, "< -5")->styleSheet(),
+                QString("QPushButton {background-color:blue; color:white;} QPushButton:pressed "
+                        "{background-color: #4169e1;}"));
+            QCOMPARE(buttonWithText(modal, "+5 >")->styleSheet(),
+                QString("QPushButton {background-color:orange; color:white;} QPushButton:pressed "
+                        "{background-color: #4169e1;}"));
+            QCOMPARE(buttonWithText(modal, "OK")->styleSheet(),
+                QString("QPushButton {background-color:green; color:white;} QPushButton:pressed "
+                        "{background-color: #4169e1;}"));
+        });
+    }
+
+    void every_layout_lies_inside_the_screen_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::newRow("none") << "";
+        QTest::newRow("one") << "5";
+        QTest::newRow("four") << "1:10:100:1000";
+        QTest::newRow("twenty") << QString("1000000:").repeated(20);
+        QTest::newRow("hundred") << QString("1:").repeated(100);
+    }
+    void every_layout_lies_inside_the_screen()
+    {
+        QFETCH(QString, steps);
+        PopUpSlider popUp;
+        run(popUp, QString(60, 'W'), "9000000 0", 50, 10, steps, [](QWidget* modal, QSlider*) {
+            QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
+            for (const QPushButton* button : modal->findChildren<QPushButton*>()) {
+                QVERIFY(button->width() >= 47 && button->height() >= 47);
+            }
+        });
+    }
+
+    void a_change_is_shown_and_sent_at_once()
+    {
+        PopUpSlider popUp;
+        QSignalSpy spy(&popUp, &Key::response_message);
+        run(popUp, "Volume", "100 0", 50, 0, "", [&](QWidget* modal, QSlider*) {
+            QVERIFY(spy.isEmpty());
+            popUps::press(modal, "UP");
+            QCOMPARE(readout(modal), QString("51.00%"));
+            QCOMPARE(spy.size(), 1);
+            QCOMPARE(spy.first().first().toString(), sent(51));
+        });
+    }
+
+    void of_ten_changes_the_first_and_the_last_are_sent()
+    {
+        PopUpSlider popUp;
+        QSignalSpy spy(&popUp, &Key::response_message);
+        run(popUp, "Volume", "100 0", 50, 0, "", [&](QWidget*, QSlider* slider) {
+            for (int value = 51; value <= 60; ++value) {
+                slider->setValue(value);
+            }
+            QCOMPARE(spy.size(), 1);
+            QTRY_COMPARE(spy.size(), 2);
+            QCOMPARE(spy.at(0).first().toString(), sent(51));
+            QCOMPARE(spy.at(1).first().toString(), sent(60));
+        });
+    }
+
+    void no_two_messages_are_nearer_than_the_throttle()
+    {
+        PopUpSlider popUp;
+        QElapsedTimer clock;
+        QList<qint64> times;
+        clock.start();
+        connect(&popUp, &Key::response_message, this, [&] { times += clock.elapsed(); });
+        run(popUp, "Volume", "1000 0", 0, 10, "", [&](QWidget*, QSlider* slider) {
+            int value = 0;
+            const QDeadlineTimer limit(60'000);
+            while (times.size() < 4 && !limit.hasExpired()) {
+                slider->setValue(++value % 1000);
+                QTest::qWait(5);
+            }
+        });
+        QVERIFY(times.size() >= 4);
+        for (int i = 1; i < times.size(); ++i) {
+            // both are cut to whole milliseconds
+            QVERIFY2(times.at(i) - times.at(i - 1) >= PopUpSlider::ThrottleMs - 1,
+                qPrintable(QString::number(times.at(i) - times.at(i - 1))));
+        }
+    }
+
+    void a_step_past_the_end_is_ignored()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "100 0", 97, 0, "5", [](QWidget* modal, QSlider* slider) {
+            popUps::press(modal, "+5 >");
+            QCOMPARE(slider->value(), 97);
+            popUps::press(modal, "< -5");
+            QCOMPARE(slider->value(), 92);
+            popUps::press(modal, "+5 >");
+            QCOMPARE(slider->value(), 97);
+        });
+    }
+
+    void up_and_down_stop_at_the_ends()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "2 1", 1, 10, "", [](QWidget* modal, QSlider* slider) {
+            popUps::press(modal, "DOWN");
+            QCOMPARE(slider->value(), 1);
+            popUps::press(modal, "UP");
+            popUps::press(modal, "UP");
+            QCOMPARE(slider->value(), 2);
+            popUps::press(modal, "DOWN");
+            QCOMPARE(slider->value(), 1);
+        });
+    }
+
+    void bad_ranges_and_values_do_no_harm_data()
+    {
+        QTest::addColumn<QString>("range");
+        QTest::addColumn<float>("value");
+        QTest::newRow("empty") << "" << 5.0F;
+        QTest::newRow("zero") << "0 0" << 5.0F;
+        QTest::newRow("equal") << "4 4" << 5.0F;
+        QTest::newRow("swapped") << "0 100" << 5.0F;
+        QTest::newRow("junk") << "a b c" << 5.0F;
+        QTest::newRow("no number") << "100 0" << std::nanf("");
+        QTest::newRow("infinite") << "100 0" << HUGE_VALF;
+        QTest::newRow("far") << "1e300 -1e300" << 1e30F;
+    }
+    void bad_ranges_and_values_do_no_harm()
+    {
+        QFETCH(QString, range);
+        QFETCH(float, value);
+        for (const int type : {0, 9, 10}) {
+            PopUpSlider popUp;
+            run(popUp, "Volume", range, value, type, "7", [&](QWidget* modal, QSlider* slider) {
+                QVERIFY(slider->value() >= slider->minimum());
+                QVERIFY(slider->value() <= slider->maximum());
+                popUps::press(modal, "+7 >");
+                popUps::press(modal, "< -7");
+                QVERIFY(!readout(modal).contains("inf") && !readout(modal).contains("nan"));
+            });
+        }
+    }
+
+    void ok_closes_by_reject_and_sends_nothing()
+    {
+        PopUpSlider popUp;
+        QSignalSpy spy(&popUp, &Key::response_message);
+        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "OK"); });
+        popUp.new_pop_slider("Volume", "VOL", "100 0", 50, 0, "");
+        QCOMPARE(popUp.result(), static_cast<int>(QDialog::Rejected));
+        QVERIFY(spy.isEmpty());
+    }
+
+    void the_last_position_is_sent_after_the_dialog_has_closed()
+    {
+        QPointer<PopUpSlider> popUp = new PopUpSlider(qApp);
+        QSignalSpy spy(popUp, &Key::response_message);
+        run(*popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider* slider) {
+            slider->setValue(51);
+            slider->setValue(60);
+        });
+        popUp->deleteWhenSent();
+        QCOMPARE(spy.size(), 1);
+        QTRY_COMPARE(spy.size(), 2);
+        QCOMPARE(spy.at(1).first().toString(), sent(60));
+        QTRY_VERIFY(popUp == nullptr);
+    }
+
+    void without_a_position_that_waits_it_is_deleted_at_once()
+    {
+        QPointer<PopUpSlider> popUp = new PopUpSlider(qApp);
+        run(*popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider*) {});
+        popUp->deleteWhenSent();
+        QCoreApplication::sendPostedEvents(popUp, QEvent::DeferredDelete);
+        QVERIFY(popUp == nullptr);
+    }
+
+    void slots_without_a_dialog_do_nothing()
+    {
+        PopUpSlider popUp;
+        QSignalSpy spy(&popUp, &Key::response_message);
+        popUp.send_message();
+        popUp.timerDone();
+        popUp.increament_slider();
+        popUp.decreament_slider();
+        popUp.change_slide(5);
+        QVERIFY(spy.isEmpty());
+    }
+
+    void who_takes_a_message_may_delete_the_slider()
+    {
+        auto* popUp = new PopUpSlider;
+        connect(popUp, &Key::response_message, qApp, [popUp] { delete popUp; });
+        popUps::whenOpen([](QWidget* modal) {
+            modal->findChild<QSlider*>()->setValue(51);
+            popUps::dialog(modal)->reject();
+        });
+        popUp->new_pop_slider("Volume", "VOL", "100 0", 50, 0, "");
+    }
+};
+
+QN740_TEST_MAIN(tst_PopUpSlider)
+#include "tst_PopUpSlider.moc"

@@ -1,0 +1,87 @@
+#include "popups/PushButtonKey.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+class tst_PushButtonKey : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_press_says_the_text_when_it_is_let_go()
+    {
+        PushButtonKey key("q");
+        key.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&key));
+        QSignalSpy pressed(&key, &PushButtonKey::keyPressed);
+        QTest::mousePress(&key, Qt::LeftButton);
+        QVERIFY(pressed.isEmpty());
+        QCOMPARE(key.styleSheet(),
+            QString("background-color: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1,stop: 0 #8C8F8C, "
+                    "stop: 1 #000000);"));
+        QTest::mouseRelease(&key, Qt::LeftButton);
+        QCOMPARE(pressed.size(), 1);
+        QCOMPARE(pressed.first().first().toString(), QString("q"));
+        QCOMPARE(
+            key.styleSheet(), QString("color:white;border: 1px solid #000000;border-radius:6px;"));
+    }
+
+    void command_keys_have_a_look_of_their_own()
+    {
+        QCOMPARE(PushButtonKey("DEL").styleSheet(), QString("background:lightgray;color:darkred;"));
+    }
+
+    void caps_toggles_at_each_press()
+    {
+        PushButtonKey key("CAPS");
+        QSignalSpy changed(&key, &PushButtonKey::capLocksChanged);
+        key.click();
+        key.click();
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(changed.at(0).first().toBool(), true);
+        QCOMPARE(changed.at(1).first().toBool(), false);
+    }
+
+    void other_keys_do_not_touch_the_caps_lock()
+    {
+        for (const QString& text : {QString("c"), QString("DEL"), QString("BACKSPACE")}) {
+            PushButtonKey key(text);
+            QSignalSpy changed(&key, &PushButtonKey::capLocksChanged);
+            key.click();
+            QVERIFY(changed.isEmpty());
+        }
+    }
+
+    void the_caps_lock_changes_single_characters_only_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("on");
+        QTest::addColumn<QString>("off");
+        QTest::newRow("letter") << "Q"
+                                << "Q"
+                                << "q";
+        QTest::newRow("digit") << "7"
+                               << "7"
+                               << "7";
+        QTest::newRow("command") << "RETURN"
+                                 << "RETURN"
+                                 << "RETURN";
+        QTest::newRow("arrow") << "<<-"
+                               << "<<-"
+                               << "<<-";
+        QTest::newRow("lower command") << "del"
+                                       << "del"
+                                       << "del";
+    }
+    void the_caps_lock_changes_single_characters_only()
+    {
+        QFETCH(QString, text);
+        PushButtonKey key(text);
+        key.getCapLocksChanged(false);
+        QTEST(key.text(), "off");
+        key.getCapLocksChanged(true);
+        QTEST(key.text(), "on");
+    }
+};
+
+QN740_TEST_MAIN(tst_PushButtonKey)
+#include "tst_PushButtonKey.moc"

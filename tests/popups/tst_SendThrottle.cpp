@@ -1,0 +1,58 @@
+#include "popups/SendThrottle.h"
+#include "support/TestMain.h"
+
+class tst_SendThrottle : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_first_message_leaves_at_once()
+    {
+        SendThrottle throttle;
+        QVERIFY(!throttle.isWaiting());
+        QCOMPARE(throttle.offer("1"), std::optional<QString>("1"));
+        QVERIFY(throttle.isWaiting());
+    }
+
+    void of_those_that_come_meanwhile_only_the_last_one_leaves()
+    {
+        SendThrottle throttle;
+        throttle.offer("1");
+        for (int i = 2; i <= 10; ++i) {
+            QCOMPARE(throttle.offer(QString::number(i)), std::nullopt);
+        }
+        QCOMPARE(throttle.expired(), std::optional<QString>("10"));
+    }
+
+    void a_late_message_makes_the_next_one_wait_too()
+    {
+        SendThrottle throttle;
+        throttle.offer("1");
+        throttle.offer("2");
+        throttle.expired();
+        QVERIFY(throttle.isWaiting());
+        QCOMPARE(throttle.offer("3"), std::nullopt);
+        QCOMPARE(throttle.expired(), std::optional<QString>("3"));
+    }
+
+    void nothing_leaves_twice()
+    {
+        SendThrottle throttle;
+        throttle.offer("1");
+        throttle.offer("2");
+        throttle.offer("1");
+        QCOMPARE(throttle.expired(), std::nullopt);
+        QVERIFY(!throttle.isWaiting());
+    }
+
+    void after_a_pause_the_next_message_leaves_at_once()
+    {
+        SendThrottle throttle;
+        throttle.offer("1");
+        throttle.expired();
+        QCOMPARE(throttle.offer("2"), std::optional<QString>("2"));
+    }
+};
+
+QN740_TEST_MAIN(tst_SendThrottle)
+#include "tst_SendThrottle.moc"

@@ -1,0 +1,37 @@
+#include "support/Program.h"
+
+#include <QFile>
+#include <QProcessEnvironment>
+
+#include <unistd.h>
+
+Program::Program(const QString& path, const QStringList& arguments, const QStringList& environment)
+{
+    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
+    for (const QString& entry : environment) {
+        all.insert(entry.section('=', 0, 0), entry.section('=', 1));
+    }
+    setProcessEnvironment(all);
+    start(path, arguments);
+    waitForStarted(LongMs);
+}
+
+Program::~Program()
+{
+    if (state() != NotRunning) {
+        kill();
+        waitForFinished(LongMs);
+    }
+}
+
+double Program::cpuSeconds() const
+{
+    QFile file(QString("/proc/%1/stat").arg(processId()));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    // the second field, the name in brackets, may hold blanks; user and system time are 14 and 15
+    const QList<QByteArray> fields = file.readAll().split(')').last().trimmed().split(' ');
+    const double ticks = fields.value(11).toDouble() + fields.value(12).toDouble();
+    return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
