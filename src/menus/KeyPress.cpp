@@ -1,25 +1,50 @@
 // What a press of a key does; the one file of this room that knows the modal editors.
+//
+// An editor runs inside the call, and the key may be gone, with all of its fields, when it closes:
+// the fields are copied before, and nothing is sent for a key that is gone.
 #include "menus/Key.h"
 
 #include "menus/ListGrid.h"
 #include "popups/PopUpFileBoard.h"
+#include "popups/PopUpIpPad.h"
 #include "popups/PopUpKeyBoard.h"
+#include "popups/PopUpNumberPad.h"
 #include "popups/PopUpSlider.h"
 
 #include <QCoreApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 
 #include <algorithm>
 #include <limits>
 
 namespace {
 
-// A key may be gone, with all of its fields, when its editor closes: the fields are copied first
-// and nothing is sent for a key that is gone.
+constexpr int ValueDecimals = 6;
+constexpr int WidestReport = 740;
+
+QString buttonText(const Key& key)
+{
+    return key.button != nullptr ? key.button->text() : key.label;
+}
+
+// Sends what an editor has returned; an empty text is a cancelled one.
 void sendUnlessEmpty(const QPointer<Key>& key, const QString& text)
 {
     if (key != nullptr && !text.isEmpty()) {
         emit key->response_message(key->message(text));
+    }
+}
+
+void pressNumber(const QPointer<Key>& key)
+{
+    PopUpNumberPad pad;
+    QObject::connect(&pad, &Key::response_message, key.data(), &Key::response_message);
+    const double value = pad.new_pop_NumberPad(key->label, key->units, key->value, key->param,
+        key->options, key->command, key->padText, key->large);
+    if (value > PopUpNumberPad::CancelBound) {
+        sendUnlessEmpty(key, QString::number(value, 'f', ValueDecimals));
     }
 }
 
@@ -59,6 +84,24 @@ void pressFile(const QPointer<Key>& key)
     sendUnlessEmpty(key, popUp.new_pop_fileboard(options, label, grid.rows, grid.columns));
 }
 
+void pressAddress(const QPointer<Key>& key)
+{
+    PopUpIpPad pad;
+    sendUnlessEmpty(key, pad.new_pop_IP_NumberPad(key->label, buttonText(*key)));
+}
+
+void reportItself(const Key& key)
+{
+    QMessageBox box;
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QStringLiteral("A key_button was pushed %1 %2").arg(buttonText(key), key.command));
+    // a word as wide as the screen would push the box out of it
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+        label->setMaximumWidth(WidestReport);
+    }
+    box.exec();
+}
+
 } // namespace
 
 void Key::key_button_pushed()
@@ -70,6 +113,9 @@ void Key::key_button_pushed()
         tog_ = !tog_;
         emit response_message(message(tog_ ? QStringLiteral("1") : QStringLiteral("0")));
         break;
+    case Number:
+        pressNumber(this);
+        break;
     case Selection:
         pressSelection(this);
         break;
@@ -79,15 +125,11 @@ void Key::key_button_pushed()
     case File:
         pressFile(this);
         break;
-    case Number:
     case Address:
+        pressAddress(this);
         break;
-    default: {
-        const QString text = button != nullptr ? button->text() : label;
-        QMessageBox box;
-        box.setText(QStringLiteral("A key_button was pushed %1 %2").arg(text, command));
-        box.exec();
+    default:
+        reportItself(*this);
         break;
-    }
     }
 }

@@ -1,0 +1,134 @@
+#include "popups/NumberEntry.h"
+
+#include "popups/EntryType.h"
+#include "popups/NumberRanges.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr int StartBlanks = 6;
+constexpr int BlanksAfterError = 7; // one more than at the start: kept so
+constexpr int HexadecimalBase = 16;
+constexpr QChar Blank{u' '};
+constexpr QChar Minus{u'-'};
+
+// longer entries are shortened in the middle where they are shown in the error box
+constexpr qsizetype LongestShown = 36;
+constexpr qsizetype ShownEnd = 12;
+
+QString blanks(int count)
+{
+    return QString(count, Blank);
+}
+
+double factor(int multiplier)
+{
+    switch (multiplier) {
+    case NumberEntry::Thousand:
+        return 1000.0;
+    case NumberEntry::Million:
+        return 1000000.0;
+    default:
+        return 1.0;
+    }
+}
+
+QString prefix(int multiplier)
+{
+    switch (multiplier) {
+    case NumberEntry::Thousand:
+        return QStringLiteral(" K");
+    case NumberEntry::Million:
+        return QStringLiteral(" M");
+    default:
+        return QStringLiteral(" ");
+    }
+}
+
+} // namespace
+
+NumberEntry::NumberEntry(int type)
+    : m_type(type)
+    , m_text(blanks(StartBlanks))
+{
+}
+
+QString NumberEntry::display() const
+{
+    return m_type == entryType::Frequency ? m_text + QStringLiteral(" MHz ") : m_text;
+}
+
+void NumberEntry::append(const QString& characters)
+{
+    m_text += characters;
+}
+
+void NumberEntry::backspace()
+{
+    // a negative entry cannot be shortened: kept so
+    if (!negative() && m_text.size() > StartBlanks) {
+        m_text.chop(1);
+    }
+}
+
+void NumberEntry::minus()
+{
+    if (!negative()) {
+        m_text = QStringLiteral("       -") + m_text.mid(m_text.count(Blank));
+    }
+}
+
+void NumberEntry::plus()
+{
+    if (negative()) {
+        m_text.remove(m_text.indexOf(Minus), 1);
+    }
+}
+
+bool NumberEntry::clear()
+{
+    if (m_text == blanks(StartBlanks)) {
+        return false;
+    }
+    m_text = blanks(StartBlanks);
+    return true;
+}
+
+NumberEntry::Checked NumberEntry::check(const NumberRanges& ranges, int multiplier) const
+{
+    const QString typed = m_text.trimmed();
+    bool isNumber = false;
+    double value = 0.0;
+    if (m_type == entryType::Hexadecimal) {
+        value = static_cast<double>(typed.toULongLong(&isNumber, HexadecimalBase));
+    } else {
+        value = typed.toDouble(&isNumber);
+    }
+    if (!isNumber) {
+        return {};
+    }
+    value *= factor(multiplier);
+    return {std::isfinite(value) && ranges.contains(value), value};
+}
+
+QString NumberEntry::errorText(int multiplier) const
+{
+    QString shown = m_text;
+    if (shown.size() > LongestShown) {
+        shown = shown.left(LongestShown - ShownEnd - 1) + QChar(0x2026) + shown.right(ShownEnd);
+    }
+    return QStringLiteral("<font size = 5>Invalid Entry %1 %2%3</font>")
+        .arg(shown.toHtmlEscaped(), prefix(multiplier), entryType::unit(m_type));
+}
+
+QString NumberEntry::clearAfterError()
+{
+    m_text = blanks(BlanksAfterError);
+    return m_text + entryType::unit(m_type);
+}
+
+bool NumberEntry::negative() const
+{
+    return m_text.contains(Minus);
+}

@@ -1,0 +1,319 @@
+#include "menus/Key.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QSignalSpy>
+
+namespace {
+
+// A key with a button, and what it has sent.
+struct Pressed
+{
+    explicit Pressed(int type)
+        : button(Key::newButton("Button"))
+        , key(new Key)
+        , sent(key, &Key::response_message)
+    {
+        key->type = type;
+        key->command = "CMD ";
+        key->label = "Label";
+        key->Set_Key(button.get(), false);
+        QObject::connect(button.get(), &QPushButton::clicked, key, &Key::key_button_pushed);
+    }
+    ~Pressed() { delete key; }
+    Pressed(const Pressed&) = delete;
+    Pressed& operator=(const Pressed&) = delete;
+
+    // What the operator does in the modal editor that the press opens; closes what is left open.
+    void press(const std::function<void(QWidget*)>& script)
+    {
+        whenModal([script](QWidget* dialog) {
+            const QPointer<QWidget> guard(dialog);
+            script(dialog);
+            if (guard != nullptr && guard->isVisible()) {
+                guard->close();
+            }
+        });
+        button->click();
+    }
+    QStringList messages() const
+    {
+        QStringList list;
+        for (const QList<QVariant>& arguments : sent) {
+            list += arguments.at(0).toString();
+        }
+        return list;
+    }
+
+    std::unique_ptr<QPushButton> button;
+    QPointer<Key> key;
+    QSignalSpy sent;
+};
+
+void click(const QWidget* dialog, const QStringList& keys)
+{
+    for (const QString& key : keys) {
+        QPushButton* button = buttonWithText(dialog, key);
+        QVERIFY2(button != nullptr, qPrintable(key));
+        clickOn(button);
+    }
+}
+
+QString labelText(const QWidget* dialog, const char* name)
+{
+    const auto* label = dialog->findChild<QLabel*>(name);
+    return label != nullptr ? label->text() : QString("(no label)");
+}
+
+} // namespace
+
+class tst_KeyPress : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(QApplication::activeModalWidget(), nullptr); }
+
+    void a_toggle_sends_its_new_state_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("toggle") << 0;
+        QTest::newRow("command") << 5;
+    }
+    void a_toggle_sends_its_new_state()
+    {
+        QFETCH(int, type);
+        Pressed it(type);
+        it.key->setEnabled();
+        const QString grey = it.button->styleSheet();
+        it.button->click();
+        QVERIFY(it.key->tog());
+        it.button->click();
+        QVERIFY(!it.key->tog());
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "CMD 1\x04",
+                "\x02"
+                "CMD 0\x04"}));
+        it.button->click();
+        QCOMPARE(it.button->styleSheet(), grey);
+    }
+
+    void a_number_is_sent_with_six_decimals()
+    {
+        Pressed it(Key::Number);
+        it.key->units = "950 2150";
+        it.key->param = 1;
+        it.press([](QWidget* pad) { click(pad, {"1", "2", "3", "4", ".", "5", "MHz"}); });
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "CMD 1234.500000\x04"}));
+    }
+
+    void a_zero_is_sent()
+    {
+        Pressed it(Key::Number);
+        it.key->units = "0 1";
+        it.press([](QWidget* pad) { click(pad, {"0", "Enter"}); });
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "CMD 0.000000\x04"}));
+    }
+
+    void a_cancelled_number_sends_nothing()
+    {
+        for (const int type : {0, 5}) {
+            Pressed it(Key::Number);
+            it.key->units = "0 1";
+            it.key->param = type;
+            bool open = false;
+            it.press([&open](QWidget* pad) {
+                open = pad->objectName() == "PopUpNumberPad";
+                click(pad, {"CE/Cancel"});
+            });
+            QVERIFY(open);
+            QVERIFY(it.messages().isEmpty());
+        }
+    }
+
+    void a_special_value_at_the_cancel_bound_sends_nothing_data()
+    {
+        QTest::addColumn<QString>("special");
+        QTest::addColumn<QStringList>("sent");
+        QTest::newRow("at") << "-8000000000 Off" << QStringList();
+        QTest::newRow("above") << "-7999999999 Off"
+                               << QStringList{"\x02"
+                                              "CMD -7999999999.000000\x04"};
+    }
+    void a_special_value_at_the_cancel_bound_sends_nothing()
+    {
+        QFETCH(QString, special);
+        Pressed it(Key::Number);
+        it.key->param = 6;
+        it.key->options = special;
+        it.press([](QWidget* pad) { click(pad, {"Off"}); });
+        QTEST(it.messages(), "sent");
+    }
+
+    void the_number_pad_gets_the_fields_of_the_key()
+    {
+        Pressed it(Key::Number);
+        it.key->units = "5 6";
+        it.key->value = 5.5;
+        it.key->param = 6;
+        it.key->options = "-1 Auto";
+        it.press([](QWidget* pad) {
+            QCOMPARE(pad->windowTitle(), "Label");
+            QCOMPARE(labelText(pad, "rangeLabel"), "Valid Range(s): 5 to 6");
+            QCOMPARE(labelText(pad, "currentValueLabel"), "      Current Value: 5.50      ");
+            QVERIFY(buttonWithText(pad, "7")->y() < buttonWithText(pad, "1")->y());
+            click(pad, {"Auto"});
+        });
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "CMD -1.000000\x04"}));
+    }
+
+    void a_large_key_opens_its_pad_mirrored_and_with_its_text()
+    {
+        Pressed it(Key::Number);
+        it.key->large = true;
+        it.key->padText = "Locked";
+        it.press([](QWidget* pad) {
+            QCOMPARE(labelText(pad, "currentValueLabel"), "Locked");
+            QVERIFY(buttonWithText(pad, "7")->y() > buttonWithText(pad, "1")->y());
+        });
+    }
+
+    void live_steps_leave_through_the_key()
+    {
+        Pressed it(Key::Number);
+        it.key->units = "70 140";
+        it.key->param = 1;
+        it.key->value = 100.0;
+        it.press([](QWidget* pad) { click(pad, {"Step Up", "CE/Cancel"}); });
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "CMD 100.1\x04"}));
+    }
+
+    void an_address_is_sent_as_it_was_typed()
+    {
+        Pressed it(Key::Address);
+        it.press([](QWidget* pad) {
+            QCOMPARE(pad->objectName(), "PopUpIpPad");
+            QCOMPARE(labelText(pad, "titleLabel"), "Label");
+            QCOMPARE(pad->windowTitle(), "IPv4: Button");
+            click(pad, {"1", "9", "2", "1", ".", "2", ".", "3", "Enter"});
+        });
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "CMD 192.1.2.3\x04"}));
+    }
+
+    void a_cancelled_address_sends_nothing()
+    {
+        Pressed it(Key::Address);
+        it.press([](QWidget* pad) { click(pad, {"1", "CE/Cancel", "CE/Cancel"}); });
+        QVERIFY(it.messages().isEmpty());
+    }
+
+    void the_result_of_an_editor_whose_key_is_gone_goes_nowhere_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("number") << 1 << QStringList{"1", "Enter"};
+        QTest::newRow("address") << 6 << QStringList{"1", ".", "2", ".", "3", ".", "4", "Enter"};
+    }
+    void the_result_of_an_editor_whose_key_is_gone_goes_nowhere()
+    {
+        QFETCH(int, type);
+        QFETCH(QStringList, keys);
+        Pressed it(type);
+        it.key->units = "0 10";
+        bool closed = false;
+        it.press([&](QWidget* pad) {
+            delete it.key;
+            click(pad, keys);
+            closed = !pad->isVisible();
+        });
+        QVERIFY(closed);
+        QVERIFY(it.messages().isEmpty());
+    }
+
+    void a_live_step_of_a_key_that_is_gone_goes_nowhere()
+    {
+        Pressed it(Key::Number);
+        it.key->units = "70 140";
+        it.key->param = 1;
+        it.key->value = 100.0;
+        it.press([&it](QWidget* pad) {
+            delete it.key;
+            click(pad, {"Step Up"});
+            QCOMPARE(labelText(pad, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
+        });
+        QVERIFY(it.messages().isEmpty());
+    }
+
+    void the_result_goes_to_a_key_that_was_changed_meanwhile()
+    {
+        Pressed it(Key::Number);
+        it.key->units = "0 10";
+        it.press([&it](QWidget* pad) {
+            it.key->command = "NEW ";
+            it.key->units = "20 30";
+            it.button.reset();
+            click(pad, {"7", "Enter"});
+        });
+        QCOMPARE(it.messages(),
+            (QStringList{"\x02"
+                         "NEW 7.000000\x04"}));
+    }
+
+    void an_unknown_type_only_reports_itself_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("7") << 7;
+        QTest::newRow("-1") << -1;
+    }
+    void an_unknown_type_only_reports_itself()
+    {
+        QFETCH(int, type);
+        Pressed it(type);
+        bool seen = false;
+        it.press([&seen](QWidget* top) {
+            auto* box = qobject_cast<QMessageBox*>(top);
+            QVERIFY(box != nullptr);
+            QCOMPARE(box->text(), "A key_button was pushed Button CMD ");
+            seen = true;
+        });
+        QVERIFY(seen);
+        QVERIFY(it.messages().isEmpty());
+    }
+
+    void the_report_of_an_unknown_type_lies_inside_the_screen()
+    {
+        Pressed it(99);
+        it.button->setText(QString(60, 'W'));
+        it.key->command = QString(60, 'M');
+        QRect frame;
+        it.press([&frame](QWidget* box) { frame = box->frameGeometry(); });
+        QVERIFY(!frame.isEmpty());
+        QVERIFY2(QRect(0, 0, 800, 480).contains(frame),
+            qPrintable(QString("%1 wide at %2").arg(frame.width()).arg(frame.x())));
+    }
+
+    void markup_in_the_report_of_an_unknown_type_is_text()
+    {
+        Pressed it(99);
+        it.button->setText("<b>x</b>");
+        it.press([](QWidget* box) {
+            QCOMPARE(qobject_cast<QMessageBox*>(box)->textFormat(), Qt::PlainText);
+        });
+    }
+};
+
+QN740_TEST_MAIN(tst_KeyPress)
+#include "tst_KeyPress.moc"

@@ -1,0 +1,256 @@
+#include "popups/NumberEntry.h"
+#include "popups/NumberRanges.h"
+#include "support/TestMain.h"
+
+namespace {
+
+NumberEntry typed(const QString& characters, int type = 0)
+{
+    NumberEntry entry(type);
+    entry.append(characters);
+    return entry;
+}
+
+NumberEntry::Checked checked(
+    const QString& characters, int type, const QString& ranges, int multiplier = 0)
+{
+    return typed(characters, type).check(NumberRanges(ranges, type), multiplier);
+}
+
+} // namespace
+
+class tst_NumberEntry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void an_entry_starts_as_six_blanks()
+    {
+        QCOMPARE(NumberEntry().text(), "      ");
+        QCOMPARE(NumberEntry(0).display(), "      ");
+        QCOMPARE(NumberEntry(1).display(), "       MHz ");
+        QCOMPARE(NumberEntry(3).display(), "      ");
+    }
+
+    void characters_go_to_the_end_without_limit()
+    {
+        NumberEntry entry = typed("1");
+        entry.append("2.");
+        QCOMPARE(entry.text(), "      12.");
+        QCOMPARE(typed("12", 1).display(), "      12 MHz ");
+        entry.append(QString(5000, '9'));
+        QCOMPARE(entry.text().size(), 5009);
+    }
+
+    void backspace_takes_the_last_character_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("digits") << "12"
+                                << "      1";
+        QTest::newRow("zero") << "0"
+                              << "      ";
+        QTest::newRow("nothing") << ""
+                                 << "      ";
+        QTest::newRow("point alone") << "."
+                                     << "      ";
+        QTest::newRow("no number") << "1.2.3"
+                                   << "      1.2.";
+        QTest::newRow("letters") << "BE"
+                                 << "      B";
+    }
+    void backspace_takes_the_last_character()
+    {
+        QFETCH(QString, before);
+        NumberEntry entry = typed(before, 8);
+        entry.backspace();
+        QTEST(entry.text(), "after");
+    }
+
+    void backspace_does_nothing_to_a_negative_entry()
+    {
+        NumberEntry entry = typed("12");
+        entry.minus();
+        entry.backspace();
+        QCOMPARE(entry.text(), "       -12");
+    }
+
+    void backspace_leaves_six_blanks()
+    {
+        NumberEntry entry;
+        entry.clearAfterError();
+        QCOMPARE(entry.text(), "       ");
+        entry.backspace();
+        QCOMPARE(entry.text(), "      ");
+        entry.backspace();
+        QCOMPARE(entry.text(), "      ");
+    }
+
+    void minus_puts_seven_blanks_and_a_minus_in_front()
+    {
+        NumberEntry entry = typed("12");
+        entry.minus();
+        QCOMPARE(entry.text(), "       -12");
+        NumberEntry first;
+        first.minus();
+        QCOMPARE(first.text(), "       -");
+        first.append("5");
+        QCOMPARE(first.check(NumberRanges("-5 -5", 0), 0).value, -5.0);
+    }
+
+    void a_second_minus_changes_nothing_data()
+    {
+        QTest::addColumn<QString>("rest");
+        for (const char* rest : {"", "5", "0", "0."}) {
+            QTest::addRow("'-%s'", rest) << QString(rest);
+        }
+    }
+    void a_second_minus_changes_nothing()
+    {
+        QFETCH(QString, rest);
+        NumberEntry entry;
+        entry.minus();
+        entry.append(rest);
+        entry.minus();
+        QCOMPARE(entry.text(), "       -" + rest);
+    }
+
+    void plus_takes_the_minus_away()
+    {
+        NumberEntry entry = typed("12");
+        entry.plus();
+        QCOMPARE(entry.text(), "      12");
+        entry.minus();
+        entry.plus();
+        QCOMPARE(entry.text(), "       12");
+        entry.plus();
+        QCOMPARE(entry.text(), "       12");
+        entry.minus();
+        QCOMPARE(entry.text(), "       -12");
+    }
+
+    void plus_takes_a_lone_minus_away()
+    {
+        NumberEntry entry;
+        entry.minus();
+        entry.plus();
+        QCOMPARE(entry.text(), "       ");
+    }
+
+    void clearing_works_in_two_stages()
+    {
+        NumberEntry entry = typed("12");
+        QVERIFY(entry.clear());
+        QCOMPARE(entry.text(), "      ");
+        QVERIFY(!entry.clear());
+        QCOMPARE(entry.text(), "      ");
+    }
+
+    void seven_blanks_after_an_error_are_cleared_before_the_pad_is_left()
+    {
+        NumberEntry entry;
+        entry.clearAfterError();
+        QVERIFY(entry.clear());
+        QVERIFY(!entry.clear());
+    }
+
+    void an_error_leaves_seven_blanks_and_the_unit()
+    {
+        const QStringList units{"", "MHz", "bps", "Hz", "Rads", "%", "", "", ""};
+        for (int type = 0; type < units.size(); ++type) {
+            NumberEntry entry = typed("9", type);
+            QCOMPARE(entry.clearAfterError(), "       " + units.at(type));
+            QCOMPARE(entry.text(), "       ");
+        }
+    }
+
+    void what_is_valid_data()
+    {
+        QTest::addColumn<QString>("characters");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("ranges");
+        QTest::addColumn<int>("multiplier");
+        QTest::addColumn<bool>("valid");
+        QTest::addColumn<double>("value");
+        QTest::newRow("low") << "1" << 0 << "1 5" << 0 << true << 1.0;
+        QTest::newRow("high") << "5" << 0 << "1 5" << 0 << true << 5.0;
+        QTest::newRow("below") << "0.9" << 0 << "1 5" << 0 << false << 0.9;
+        QTest::newRow("second range") << "12" << 0 << "10 20:1 5" << 0 << true << 12.0;
+        QTest::newRow("no range") << "1" << 0 << "" << 0 << false << 1.0;
+        QTest::newRow("kilo") << "2" << 2 << "2000 2000" << 3 << true << 2000.0;
+        QTest::newRow("mega") << "2.5" << 3 << "1000000 3000000" << 6 << true << 2500000.0;
+        QTest::newRow("kilo out") << "2" << 2 << "1 5" << 3 << false << 2000.0;
+        QTest::newRow("other multiplier") << "2" << 2 << "1 5" << 4 << true << 2.0;
+        QTest::newRow("percent") << "50" << 5 << "0 100" << 0 << true << 50.0;
+        QTest::newRow("blank") << "" << 0 << "0 0" << 0 << false << 0.0;
+        QTest::newRow("blank PIN") << "" << 7 << "0 9999" << 0 << false << 0.0;
+        QTest::newRow("blank hexadecimal") << "" << 8 << "0 10" << 0 << false << 0.0;
+        QTest::newRow("two points") << "1.2.3" << 0 << "0 9" << 0 << false << 0.0;
+        QTest::newRow("point alone") << "." << 0 << "0 9" << 0 << false << 0.0;
+        QTest::newRow("minus alone") << "-" << 0 << "-9 9" << 0 << false << 0.0;
+        QTest::newRow("leading point") << ".5" << 0 << "0 9" << 0 << true << 0.5;
+        QTest::newRow("trailing point") << "5." << 0 << "0 9" << 0 << true << 5.0;
+        QTest::newRow("leading zeros") << "007" << 7 << "0 9999" << 0 << true << 7.0;
+        QTest::newRow("nan") << "nan" << 0 << "0 9" << 0 << false << 0.0;
+        QTest::newRow("too large") << QString(400, '9') << 0 << "0 inf" << 0 << false << 0.0;
+        QTest::newRow("hexadecimal") << "BEEF" << 8 << "0 65535" << 0 << true << 48879.0;
+        QTest::newRow("lower-case hexadecimal") << "ff" << 8 << "255 255" << 0 << true << 255.0;
+        QTest::newRow("digits are hexadecimal") << "10" << 8 << "16 16" << 0 << true << 16.0;
+        QTest::newRow("1E5 is no power of ten") << "1E5" << 8 << "485 485" << 0 << true << 485.0;
+        QTest::newRow("64 bits") << QString(16, 'F') << 8 << "0 1e20" << 0 << true
+                                 << 18446744073709551615.0;
+        QTest::newRow("65 bits") << QString(17, 'F') << 8 << "0 1e30" << 0 << false << 0.0;
+    }
+    void what_is_valid()
+    {
+        QFETCH(QString, characters);
+        QFETCH(int, type);
+        QFETCH(QString, ranges);
+        QFETCH(int, multiplier);
+        const NumberEntry::Checked result = checked(characters, type, ranges, multiplier);
+        QTEST(result.valid, "valid");
+        QFETCH(bool, valid);
+        if (valid) {
+            QTEST(result.value, "value");
+        }
+    }
+
+    void the_error_text_names_entry_prefix_and_unit_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("multiplier");
+        QTest::addColumn<QString>("text");
+        const auto row = [](int type, int multiplier, const char* end) {
+            QTest::addRow("%d %d", type, multiplier)
+                << type << multiplier
+                << QString("<font size = 5>Invalid Entry       2 %1</font>").arg(end);
+        };
+        row(0, 0, " ");
+        row(1, 0, " MHz");
+        row(2, 0, " bps");
+        row(2, 3, " Kbps");
+        row(2, 6, " Mbps");
+        row(3, 3, " KHz");
+        row(4, 0, " Rads");
+        row(5, 0, " %");
+        row(8, 0, " ");
+    }
+    void the_error_text_names_entry_prefix_and_unit()
+    {
+        QFETCH(int, type);
+        QFETCH(int, multiplier);
+        QTEST(typed("2", type).errorText(multiplier), "text");
+    }
+
+    void a_long_entry_is_shortened_in_the_error_text()
+    {
+        const QString text = typed("1" + QString(500, '0') + "7").errorText(0);
+        QVERIFY(text.startsWith("<font size = 5>Invalid Entry       1000"));
+        QVERIFY(text.contains(QChar(0x2026)));
+        QVERIFY(text.endsWith("0007  </font>"));
+        QVERIFY(text.size() < 90);
+    }
+};
+
+QN740_TEST_MAIN(tst_NumberEntry)
+#include "tst_NumberEntry.moc"

@@ -1,0 +1,325 @@
+#include "popups/PopUpIpPad.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QMessageBox>
+
+namespace {
+
+constexpr int LeastKey = 47;
+const QRect ScreenArea(0, 0, 800, 480);
+
+// Lets the script play the operator in the next modal dialog and closes what it has left open.
+void play(const std::function<void(QWidget*)>& script)
+{
+    whenModal([script](QWidget* dialog) {
+        const QPointer<QWidget> guard(dialog);
+        script(dialog);
+        if (guard != nullptr && guard->isVisible()) {
+            guard->close();
+        }
+    });
+}
+
+QString run(PopUpIpPad& pad, const std::function<void(QWidget*)>& script,
+    const QString& title = "Address", const QString& current = "10.0.0.1")
+{
+    play(script);
+    return pad.new_pop_IP_NumberPad(title, current);
+}
+
+QString run(const std::function<void(QWidget*)>& script)
+{
+    PopUpIpPad pad;
+    return run(pad, script);
+}
+
+// Out: whether all keys were there and got a click. keys: one character each.
+bool type(const QWidget* dialog, const QString& keys)
+{
+    for (const QChar key : keys) {
+        QPushButton* button = buttonWithText(dialog, key);
+        if (button == nullptr) {
+            return false;
+        }
+        clickOn(button);
+    }
+    return true;
+}
+
+void press(const QWidget* dialog, const char* key)
+{
+    QPushButton* button = buttonWithText(dialog, key);
+    QVERIFY2(button != nullptr, key);
+    clickOn(button);
+}
+
+QString entry(const QWidget* dialog)
+{
+    return dialog->findChild<QLabel*>("entryLabel")->text();
+}
+
+QRect place(const QWidget* dialog, const QWidget* child)
+{
+    return {child->mapTo(dialog, QPoint(0, 0)), child->size()};
+}
+
+int topLevels()
+{
+    return static_cast<int>(QApplication::topLevelWidgets().size());
+}
+
+} // namespace
+
+class tst_PopUpIpPad : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(QApplication::activeModalWidget(), nullptr); }
+
+    void the_dialog_has_a_frame_with_the_current_address()
+    {
+        run([](QWidget* dialog) {
+            QCOMPARE(dialog->objectName(), "PopUpIpPad");
+            QCOMPARE(dialog->windowTitle(), "IPv4: 10.0.0.1");
+            QVERIFY(!(dialog->windowFlags() & Qt::FramelessWindowHint));
+            QVERIFY(dialog->windowFlags() & Qt::CustomizeWindowHint);
+            QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
+            QCOMPARE(
+                dialog->styleSheet(), "QMenuBar {background-color: #F5F5F5; font-size: 12px;}");
+            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->text(), "Address");
+            QCOMPARE(dialog->findChild<QLabel*>("currentValueLabel")->text(), "IPv4: 10.0.0.1");
+            QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
+        });
+    }
+
+    void nothing_overlaps_and_every_key_can_be_touched_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("current");
+        QTest::newRow("plain") << "Address"
+                               << "10.0.0.1";
+        QTest::newRow("long") << QString(60, 'W') << QString(60, 'W');
+        QTest::newRow("endless") << QString(1000, 'W') << QString(1000, 'W');
+    }
+    void nothing_overlaps_and_every_key_can_be_touched()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, current);
+        PopUpIpPad pad;
+        bool ran = false;
+        run(
+            pad,
+            [&ran](QWidget* dialog) {
+                QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
+                const auto keys = dialog->findChildren<QPushButton*>();
+                QCOMPARE(keys.size(), 14);
+                QList<QWidget*> widgets(keys.cbegin(), keys.cend());
+                const auto labels = dialog->findChildren<QLabel*>();
+                for (QLabel* label : labels) {
+                    if (label->isVisible()) {
+                        widgets += label;
+                    }
+                }
+                QCOMPARE(widgets.size(), 17);
+                for (const QWidget* widget : widgets) {
+                    const QRect its = place(dialog, widget);
+                    QVERIFY(dialog->rect().contains(its));
+                    for (const QWidget* other : widgets) {
+                        QVERIFY(other == widget || !its.intersects(place(dialog, other)));
+                    }
+                }
+                for (const QPushButton* key : keys) {
+                    QVERIFY(key->width() >= LeastKey && key->height() >= LeastKey);
+                    QCOMPARE(dialog->childAt(place(dialog, key).center()), key);
+                }
+                ran = true;
+            },
+            title, current);
+        QVERIFY(ran);
+    }
+
+    void the_keys_stand_as_on_a_calculator()
+    {
+        run([](QWidget* dialog) {
+            const auto at = [dialog](const char* key) {
+                return place(dialog, buttonWithText(dialog, key)).center();
+            };
+            const QList<QList<const char*>> rows{{"7", "8", "9", "BackSpace"}, {"4", "5", "6"},
+                {"1", "2", "3"}, {"0", ".", "CE/Cancel", "Enter"}};
+            for (int row = 0; row < rows.size(); ++row) {
+                for (int column = 0; column < rows.at(row).size(); ++column) {
+                    const QPoint its = at(rows.at(row).at(column));
+                    QCOMPARE(its.y(), at(rows.at(row).at(0)).y());
+                    QCOMPARE(its.x(), at(rows.at(column < 3 ? 0 : 3).at(column)).x());
+                    QVERIFY(row == 0 || its.y() > at(rows.at(row - 1).at(0)).y());
+                    QVERIFY(column == 0 || its.x() > at(rows.at(row).at(column - 1)).x());
+                }
+            }
+            QVERIFY(dialog->findChild<QLabel*>("entryLabel")->width() >= 250);
+        });
+    }
+
+    void the_styles_are_the_systems_own()
+    {
+        run([](QWidget* dialog) {
+            const auto sheet = [dialog](const char* key) {
+                return buttonWithText(dialog, key)->styleSheet();
+            };
+            QCOMPARE(sheet("1"),
+                "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
+            QCOMPARE(sheet("."), sheet("1"));
+            QCOMPARE(sheet("CE/Cancel"),
+                "QPushButton {background-color:red; color:white; font-size: 26px;  } QPushButton:pressed {background-color: #4169e1;}");
+            QCOMPARE(sheet("BackSpace"),
+                "QPushButton {background-color:#b0c4de; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
+            QCOMPARE(sheet("Enter"),
+                "QPushButton {background-color:green; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
+            QCOMPARE(dialog->findChild<QLabel*>("entryLabel")->styleSheet(),
+                "background-color: white; font-size: 32px");
+            QCOMPARE(buttonWithText(dialog, "1")->maximumHeight(), 100);
+            // readable, although its sheet names no size
+            QCOMPARE(QFontInfo(buttonWithText(dialog, "Enter")->font()).pixelSize(), 26);
+        });
+    }
+
+    void an_address_is_returned_as_it_was_typed()
+    {
+        QCOMPARE(run([](QWidget* dialog) {
+            QVERIFY(type(dialog, "192168001"));
+            QCOMPARE(entry(dialog), "192.168.001");
+            QVERIFY(type(dialog, ".2"));
+            press(dialog, "Enter");
+            QVERIFY(!dialog->isVisible());
+        }),
+            "192.168.001.2");
+    }
+
+    void backspace_takes_the_last_character()
+    {
+        run([](QWidget* dialog) {
+            QVERIFY(type(dialog, "1234"));
+            press(dialog, "BackSpace");
+            QCOMPARE(entry(dialog), "123.");
+        });
+    }
+
+    void clear_clears_first_and_cancels_then()
+    {
+        QCOMPARE(run([](QWidget* dialog) {
+            QVERIFY(type(dialog, "1.2.3.4"));
+            press(dialog, "CE/Cancel");
+            QCOMPARE(entry(dialog), "");
+            QVERIFY(dialog->isVisible());
+            press(dialog, "CE/Cancel");
+            QVERIFY(!dialog->isVisible());
+        }),
+            "");
+    }
+
+    void an_invalid_address_stays_and_is_explained()
+    {
+        QCOMPARE(run([](QWidget* dialog) {
+            bool seen = false;
+            play([&seen](QWidget* top) {
+                auto* box = qobject_cast<QMessageBox*>(top);
+                QVERIFY(box != nullptr);
+                QCOMPARE(box->text(), "Invalid Entry");
+                QCOMPARE(box->informativeText(), "Expected Format #.#.#.# \n[# is from 0 to 255]");
+                QCOMPARE(box->windowTitle(), "IPv4 Format");
+                QCOMPARE(box->width(), 300);
+                QVERIFY(!box->windowIcon().isNull());
+                QVERIFY(ScreenArea.contains(box->frameGeometry()));
+                seen = true;
+                clickOn(box->button(QMessageBox::Ok));
+            });
+            QVERIFY(type(dialog, "256.1.1.1"));
+            press(dialog, "Enter");
+            QVERIFY(seen);
+            QVERIFY(dialog->isVisible());
+            QCOMPARE(entry(dialog), "256.1.1.1");
+        }),
+            "");
+    }
+
+    void an_address_that_was_refused_is_not_returned_by_cancelling()
+    {
+        QCOMPARE(run([](QWidget* dialog) {
+            play([](QWidget* box) { box->close(); });
+            QVERIFY(type(dialog, "1.2.3"));
+            press(dialog, "Enter");
+            press(dialog, "CE/Cancel");
+            press(dialog, "CE/Cancel");
+        }),
+            "");
+    }
+
+    void every_opening_starts_empty()
+    {
+        PopUpIpPad pad;
+        run(pad, [](QWidget* dialog) { QVERIFY(type(dialog, "1.2")); });
+        run(pad, [](QWidget* dialog) { QCOMPARE(entry(dialog), ""); });
+    }
+
+    void a_pad_that_is_open_is_not_opened_twice()
+    {
+        PopUpIpPad pad;
+        run(pad, [&pad](QWidget* dialog) {
+            QCOMPARE(pad.new_pop_IP_NumberPad("b", ""), "");
+            QCOMPARE(QApplication::activeModalWidget(), dialog);
+        });
+    }
+
+    void a_pad_deleted_while_it_is_open_is_cancelled()
+    {
+        const int before = topLevels();
+        auto* pad = new PopUpIpPad;
+        play([pad](QWidget* /*dialog*/) { delete pad; });
+        QCOMPARE(pad->new_pop_IP_NumberPad("a", "b"), "");
+        QCOMPARE(topLevels(), before);
+    }
+
+    void a_pad_deleted_under_its_error_box_is_cancelled()
+    {
+        const int before = topLevels();
+        auto* pad = new PopUpIpPad;
+        play([pad](QWidget* dialog) {
+            play([pad](QWidget* box) {
+                QVERIFY(qobject_cast<QMessageBox*>(box) != nullptr);
+                delete pad;
+            });
+            buttonWithText(dialog, "Enter")->click();
+        });
+        QCOMPARE(pad->new_pop_IP_NumberPad("a", "b"), "");
+        QCOMPARE(topLevels(), before);
+    }
+
+    void slots_of_a_closed_pad_are_harmless()
+    {
+        PopUpIpPad pad;
+        pad.num_button_clicked("1");
+        pad.backspace();
+        pad.clear_entry();
+    }
+
+    void opening_and_cancelling_leaves_nothing_behind()
+    {
+        PopUpIpPad pad;
+        const auto openAndCancel = [&pad] {
+            run(pad, [](QWidget* dialog) { press(dialog, "CE/Cancel"); });
+        };
+        openAndCancel();
+        const int before = topLevels();
+        for (int i = 0; i < 200; ++i) {
+            openAndCancel();
+        }
+        QCOMPARE(topLevels(), before);
+        QCOMPARE(pad.findChildren<QObject*>().size(), 0);
+    }
+};
+
+QN740_TEST_MAIN(tst_PopUpIpPad)
+#include "tst_PopUpIpPad.moc"
