@@ -47,6 +47,10 @@ MainWindow::MainWindow(QWidget* parent)
     setUpLink();
     setUpLook();
     Set_Status_Bar();
+    if (noK7150) {
+        spectrumAvailable = false;
+        setUpSpectrum();
+    }
     get_settings();
     ready = true;
 }

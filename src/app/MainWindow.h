@@ -19,7 +19,9 @@ class KeyBoard;
 class MenuMessages;
 class QLabel;
 class QPushButton;
+class QGridLayout;
 class QStatusBar;
+class SpectralCard;
 class SplashScreen;
 
 // The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
@@ -51,14 +53,30 @@ public:
     // at all, so that only killbox() closes it.
     void main_messagebox(const QString& text, bool okButton);
 
+    // Out: whether any demodulator's scope port is open.
+    bool scope_available() const;
+    // color: a number of "LC"; trace: 0 to 2 for the scope of Demod 1 to 3, others: nothing.
+    void setScopeLineColor(int color, int trace);
+
+    // Builds the spectrum page, if it is not there yet: with "-noK7150" for a card of the older
+    // type on the first of its three ports that opens, otherwise for a K7150 on all three.
+    void setUpSpectrum();
+
+    // Puts the first spectrum chart into `place`, at (1, 0), and hides the two others; may be
+    // called again while it is there. returnChart() brings everything back; it may be called at any
+    // time.
+    void lendChart(QGridLayout* place);
+    void returnChart();
+
     int mainMenuIndex() const { return views->mainMenu.index(); }
     int paxMenuIndex() const { return views->paxMenu.index(); }
     bool displayActive() const { return views->displayActive(); }
 
     QWidget* central = nullptr;
     QStackedLayout* stack = nullptr;
-    Views* views = nullptr;        // which page is shown, and the pages' numbers
-    MenuMessages* menus = nullptr; // the menu pages and the messages that define them
+    Views* views = nullptr;               // which page is shown, and the pages' numbers
+    MenuMessages* menus = nullptr;        // the menu pages and the messages that define them
+    SpectralCard* spectralCard = nullptr; // the spectrum page, nullptr while there is none
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
     QStatusBar* statusBar_ = nullptr;
@@ -138,8 +156,11 @@ private:
     void setUpLook();
     void showMenu(KeyBoard* menu);
 
+    QString firstCardPort() const;
+
     QPushButton* addStatusButton(const char* name, const QString& text, const QString& sheet);
 
     std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<SplashScreen> m_splash;
+    QList<int> m_chartsBefore; // chart areas that were shown before the first chart was lent
 };

@@ -1,4 +1,6 @@
 qn740_test(app Dispatcher)
 qn740_test(app MainWindow)
+qn740_test(app OlderCard)
 qn740_test(app SetGov)
+qn740_test(app SpectrumMessages)
 qn740_test(app Views)
