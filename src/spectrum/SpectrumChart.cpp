@@ -10,6 +10,7 @@ namespace {
 
 constexpr int TitleHeight = 20;
 constexpr int TitleGap = 6;
+constexpr int LineHeight = 15;
 constexpr int RightMargin = 16;
 constexpr int TextPixels = 12;
 constexpr int ReadoutMs = 250; // numbers that change faster cannot be read
@@ -140,7 +141,9 @@ void SpectrumChart::updateTickTexts()
     }
     // the outer label reaches beyond the plot
     const int beyond = metrics.horizontalAdvance(labels.last()) / 2 - 6;
-    axisRect()->setMargins(QMargins(0, TitleHeight, qMax(RightMargin, beyond), 0));
+    QMargins margins = axisRect()->margins();
+    margins.setRight(qMax(RightMargin, beyond));
+    axisRect()->setMargins(margins);
     auto ticker = qSharedPointerCast<QCPAxisTickerText>(xAxis->ticker());
     ticker->clear();
     ticker->addTicks(tickPositions(), labels);
@@ -158,6 +161,7 @@ void SpectrumChart::resizeEvent(QResizeEvent* event)
 void SpectrumChart::setTitle(const QString& title)
 {
     m_title = title;
+    updateReadout();
     replot(rpQueuedReplot);
 }
 
@@ -297,27 +301,55 @@ void SpectrumChart::clearMarker()
     schedulePaint();
 }
 
-void SpectrumChart::updateReadout()
+// What the read-out says, and the same with the widest numbers it may come to show, so that the
+// lines do not jump when a number gets longer.
+QVector<SpectrumChart::Part> SpectrumChart::readoutParts() const
 {
-    QStringList parts;
+    QVector<Part> parts;
     if (m_trace.averaging() > 1) {
-        parts += QStringLiteral("Avg %1").arg(m_trace.averaging());
+        const QString text = QStringLiteral("Avg %1").arg(m_trace.averaging());
+        parts += {text, text};
     }
     if (m_trace.maxHold()) {
-        parts += QStringLiteral("Max Hold");
+        parts += {QStringLiteral("Max Hold"), QStringLiteral("Max Hold")};
     }
-    if (peak().valid) {
-        parts += readingText(QStringLiteral("Peak %1 MHz %2 dB"), peak());
+    const Reading widest{true, m_centre, -100.0};
+    const QString peakPattern = QStringLiteral("Peak %1 MHz %2 dB");
+    const Reading highest = peak();
+    parts += {highest.valid ? readingText(peakPattern, highest) : QString(),
+        readingText(peakPattern, widest)};
+    if (m_hasMarker) {
+        const QString pattern = QStringLiteral("Marker %1 MHz %2 dB");
+        const Reading marked = marker();
+        parts +=
+            {marked.valid ? readingText(pattern, marked) : QString(), readingText(pattern, widest)};
     }
-    if (marker().valid) {
-        parts += readingText(QStringLiteral("Marker %1 MHz %2 dB"), marker());
+    return parts;
+}
+
+void SpectrumChart::updateReadout()
+{
+    const QFontMetrics metrics(chartFont());
+    const QString gap(QLatin1String("   "));
+    const int room = plotRect().width() - TitleGap;
+    QStringList lines(QString{});
+    QString widest;
+    for (const Part& part : readoutParts()) {
+        const QString longer = widest.isEmpty() ? part.widest : widest + gap + part.widest;
+        const bool fits = widest.isEmpty() || metrics.horizontalAdvance(longer) <= room;
+        if (!fits) {
+            lines += QString();
+        }
+        widest = fits ? longer : part.widest;
+        QString& line = lines.last();
+        line += line.isEmpty() || part.text.isEmpty() ? part.text : gap + part.text;
     }
-    const QString line = parts.join(QLatin1String("   "));
-    const int room = plotRect().width() - 8;
-    const bool oneLine = QFontMetrics(chartFont()).horizontalAdvance(line) <= room;
-    m_readoutText = oneLine ? line : parts.join(QLatin1Char('\n'));
+    const int beside = metrics.horizontalAdvance(m_title) + 2 * TitleGap;
+    m_besideTitle = lines.size() == 1 && metrics.horizontalAdvance(widest) + beside <= room;
+    lines.removeAll(QString());
+    m_readoutText = lines.join(QLatin1Char('\n'));
     m_readoutLines.clear();
-    for (const QString& text : m_readoutText.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+    for (const QString& text : std::as_const(lines)) {
         QStaticText prepared(text);
         prepared.setTextFormat(Qt::PlainText);
         prepared.setPerformanceHint(QStaticText::AggressiveCaching);
@@ -325,6 +357,18 @@ void SpectrumChart::updateReadout()
         m_readoutLines += prepared;
     }
     m_readoutStale = false;
+    setHeadHeight(TitleHeight +
+        (m_besideTitle ? 0 : static_cast<int>(qMax(qsizetype{1}, lines.size())) * LineHeight));
+}
+
+void SpectrumChart::setHeadHeight(int height)
+{
+    QMargins margins = axisRect()->margins();
+    if (margins.top() != height) {
+        margins.setTop(height);
+        axisRect()->setMargins(margins);
+        replot(rpQueuedReplot);
+    }
 }
 
 void SpectrumChart::schedulePaint()
@@ -466,28 +510,17 @@ void SpectrumChart::paintMarker(QPainter& painter) const
         at + QPointF(0, Symbol), at + QPointF(-Symbol, 0)}));
 }
 
+// beside the title where there is room, otherwise in lines of its own between title and plot
 void SpectrumChart::paintReadout(QPainter& painter) const
 {
-    if (m_readoutLines.isEmpty()) {
-        return;
-    }
-    const QRect plot = plotRect();
     const QFontMetrics metrics(chartFont());
-    const double first = m_readoutLines.first().size().width();
-    // beside the title where there is room, otherwise at the top of the plot
-    const bool beside = m_readoutLines.size() == 1 &&
-        metrics.horizontalAdvance(m_title) + TitleGap + first + 16 < plot.width();
     painter.setFont(chartFont());
     painter.setPen(Text);
-    double y = (beside ? 0 : plot.top()) + (TitleHeight - metrics.height()) / 2;
+    const int right = plotRect().right();
+    int y = m_besideTitle ? (TitleHeight - metrics.height()) / 2 : TitleHeight - 2;
     for (const QStaticText& line : m_readoutLines) {
-        const QPointF at(plot.right() - line.size().width() - (beside ? 0 : 4), y);
-        if (!beside) {
-            // the trace shines through
-            painter.fillRect(QRectF(at, line.size()), QColor(0, 0, 0, 160));
-        }
-        painter.drawStaticText(at, line);
-        y += metrics.height();
+        painter.drawStaticText(QPointF(right - line.size().width(), y), line);
+        y += LineHeight;
     }
 }
 

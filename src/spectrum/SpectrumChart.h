@@ -74,8 +74,8 @@ public:
     // frequency: in MHz; outside the span there is no marker.
     void setMarker(double frequency);
     void clearMarker();
-    // What stands at the top right: averaging, max hold, peak and marker, on several lines where
-    // one is too short.
+    // What stands above the plot at the right: averaging, max hold, peak and marker, on several
+    // lines where one is too short.
     QString readout() const { return m_readoutText; }
 
 protected:
@@ -89,7 +89,14 @@ private:
     void setUpAxes();
     void updateAxes();
     void updateTickTexts();
+    struct Part
+    {
+        QString text;
+        QString widest;
+    };
+    QVector<Part> readoutParts() const;
     void updateReadout();
+    void setHeadHeight(int height);
     void readoutDue();
     void schedulePaint();
     void composeFrame();
@@ -117,6 +124,7 @@ private:
     double m_centre = SpanCentreMHz;
     double m_markerOffset = 0.0; // MHz from the centre
     bool m_hasMarker = false;
+    bool m_besideTitle = false;
     bool m_frameStale = true;
     bool m_readoutStale = false;
 };
