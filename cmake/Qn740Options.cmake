@@ -1,6 +1,9 @@
 # What every target of this project is built with; nothing of it reaches a project that uses the library.
 add_library(qn740_options INTERFACE)
-target_compile_options(qn740_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+target_compile_options(qn740_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(QN740_WERROR)
+    target_compile_options(qn740_options INTERFACE -Werror)
+endif()
 if(QN740_SANITIZE)
     target_compile_options(qn740_options INTERFACE
         -O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=undefined)

@@ -67,7 +67,8 @@ void MainWindow::showSplash()
         std::make_unique<SplashScreen>(QPixmap(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
     m_splash->show();
     QCoreApplication::processEvents();
-    QTimer::singleShot(SplashMs, m_splash.get(), &QWidget::close);
+    // precise: a coarse timer of this length may be most of a second early
+    QTimer::singleShot(SplashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
 }
 
 void MainWindow::setUpStack()

@@ -9,6 +9,8 @@
 namespace {
 constexpr qint32 BaudRate = 115200;
 constexpr qint64 MostBytesARead = 1024;
+// what may wait in the port while a modal editor keeps a handler busy
+constexpr qint64 MostBytesWaiting = 1 << 20;
 } // namespace
 
 keySerial::keySerial() = default;
@@ -24,7 +26,7 @@ void keySerial::check_serial()
 bool keySerial::open_serial(const QString& name)
 {
     m_line = std::make_unique<SerialLine>(&logLink);
-    const bool ok = m_line->open(name, BaudRate);
+    const bool ok = m_line->open(name, BaudRate, SerialLine::Reopen::Never, MostBytesWaiting);
     connect(&m_line->port(), &QSerialPort::readyRead, this, &keySerial::serial_data_in);
     m_buffer.clear();
     return ok;

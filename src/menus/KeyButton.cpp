@@ -1,7 +1,6 @@
 #include "menus/KeyButton.h"
 
 #include <QStyleOptionButton>
-#include <QTextLayout>
 
 namespace {
 
@@ -61,4 +60,6 @@ void KeyButton::initStyleOption(QStyleOptionButton* option) const
 {
     QPushButton::initStyleOption(option);
     option->text = fitted(option->text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+    // a lone "&" would be taken for a shortcut and not be drawn
+    option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }

@@ -3,8 +3,8 @@
 #include <QPushButton>
 
 // A push button whose text is broken into lines that fit its width when it is painted, at blanks
-// where there are any, and elided ("…") where the height is too small for all lines. text() stays
-// what it was set to.
+// where there are any, and elided ("…") where the height is too small for all lines. An "&"
+// is shown as it is; text() stays what it was set to.
 class KeyButton : public QPushButton
 {
     Q_OBJECT

@@ -88,7 +88,7 @@ private slots:
         m_pty->takeReceived();
         for (const QString& word : Dispatcher::words()) {
             for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
-                // these two open editors or boxes that the operator has to close
+                // these open editors and boxes, or answer by themselves
                 if (word != "IK" && word != "DB" && word != "Slave") {
                     QVERIFY(m_pty->write(framed(word.toLatin1() + fields)));
                 }

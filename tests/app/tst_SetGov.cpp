@@ -36,9 +36,9 @@ private slots:
 
     void a_failing_program_is_ignored()
     {
-        makeProgram("exit 3");
+        makeProgram("echo > " + m_directory->filePath("started") + "; exit 3");
         SetGov().changeGov();
-        QVERIFY(!QFile::exists(m_directory->filePath("arguments")));
+        QVERIFY(QFile::exists(m_directory->filePath("started")));
     }
 
     void a_program_that_hangs_is_left_after_a_second()

@@ -43,6 +43,7 @@ private slots:
         QCOMPARE(m_serial->port()->parity(), QSerialPort::NoParity);
         QCOMPARE(m_serial->port()->stopBits(), QSerialPort::OneStop);
         QCOMPARE(m_serial->port()->flowControl(), QSerialPort::NoFlowControl);
+        QCOMPARE(m_serial->port()->readBufferSize(), qint64(1 << 20));
     }
 
     void an_absent_line_is_reported_by_the_result_alone()
@@ -138,6 +139,30 @@ private slots:
             (QStringList{"\x02"
                          "first\x04",
                 "\x02second\x04", "\x02third\x04"}));
+        QCOMPARE(deepest, 1);
+    }
+
+    void a_handler_that_runs_in_a_turn_of_its_own_is_not_entered_twice_either()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QStringList entered;
+        int depth = 0;
+        int deepest = 0;
+        connect(m_serial.get(), &keySerial::valid_mess_in, this, [&](const QString& message) {
+            entered += message.left(8);
+            deepest = qMax(deepest, ++depth);
+            if (entered.size() == 2) {
+                m_pty->write(framed("third"));
+                QEventLoop editor;
+                QTimer::singleShot(200, &editor, &QEventLoop::quit);
+                editor.exec();
+            }
+            --depth;
+        });
+        // the first frame fills a whole read, the second waits for the turn after it, in which the
+        // port announces new bytes also to an event loop inside the handler
+        m_pty->write(framed(QByteArray(1022, 'x')) + framed("second"));
+        QTRY_COMPARE(entered, (QStringList{"\x02xxxxxxx", "\x02second\x04", "\x02third\x04"}));
         QCOMPARE(deepest, 1);
     }
 

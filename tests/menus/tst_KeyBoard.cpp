@@ -77,6 +77,7 @@ private slots:
         menu.new_keyboard("Tuner CH1", 5, 5);
         QCOMPARE(menu.name, QString("Tuner CH1"));
         QCOMPARE(menu.frame->title(), QString("Tuner CH1 Menu"));
+        QCOMPARE(int(menu.frame->alignment()), 0x20);
         QCOMPARE(menu.frame->styleSheet(),
             QString("QGroupBox {background-color: black; border-width: 2px; border-style: solid;   "
                     "                         border-color: white; font-size: 12px; color: yellow; "

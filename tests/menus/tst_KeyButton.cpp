@@ -2,6 +2,8 @@
 #include "menus/KeyButton.h"
 #include "support/TestMain.h"
 
+#include <QStyleOptionButton>
+
 class tst_KeyButton : public QObject
 {
     Q_OBJECT
@@ -58,6 +60,22 @@ private slots:
         KeyButton::fitted("Gain", metrics, 0, 0);
         KeyButton::fitted("Gain", metrics, -8, -8);
         QCOMPARE(KeyButton::fitted("", metrics, -8, -8), QString());
+    }
+
+    void an_ampersand_is_shown_as_it_is()
+    {
+        class Painted : public KeyButton
+        {
+        public:
+            using KeyButton::initStyleOption;
+            using KeyButton::KeyButton;
+        };
+        Painted button("Clock & Data");
+        button.resize(200, 60);
+        QStyleOptionButton option;
+        button.initStyleOption(&option);
+        QCOMPARE(option.text, QString("Clock && Data")); // which the style draws with one "&"
+        QCOMPARE(button.text(), QString("Clock & Data"));
     }
 
     void the_text_of_the_button_stays_what_it_was_set_to()

@@ -109,6 +109,14 @@ private slots:
         QCOMPARE(menu->stackIndex, 0);
     }
 
+    void the_number_of_a_page_that_is_gone_itself_stays()
+    {
+        m_book->findOrCreate("A");
+        KeyBoard* menu = m_book->findOrCreate("B");
+        delete menu->frame;
+        QCOMPARE(menu->stackIndex, 1);
+    }
+
 private:
     std::unique_ptr<QWidget> m_area;
     QStackedLayout* m_stack = nullptr;

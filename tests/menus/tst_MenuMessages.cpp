@@ -89,6 +89,21 @@ private slots:
         QCOMPARE(button->styleSheet(), keyStyle::enabled(false));
     }
 
+    void a_second_definition_only_stores_the_display_state_too()
+    {
+        ak("M,k,L,5,C,,0,,0,0,1");
+        ck("M,k,1");
+        const Key* key = find("M", "k");
+        m_area->show();
+        for (const int state : {0, 2}) {
+            ak(QString("M,k,L,5,C,,0,,0,0,%1").arg(state));
+            QCOMPARE(key->state, state);
+            QVERIFY(key->GetKey()->isEnabled());
+            QVERIFY(!key->GetKey()->isHidden());
+            QCOMPARE(key->GetKey()->styleSheet(), keyStyle::enabled(false));
+        }
+    }
+
     void the_toggle_of_a_definition_colours_the_key()
     {
         ak("M,k,L,0,C,,0,,0,1,1");

@@ -13,8 +13,11 @@ constexpr int LongMs = 40000;
 const QColor Green(0, 128, 0);
 const QColor Grey(0x91, 0x91, 0x91);
 
-// In the first menu row, clear of the splash picture: the second key of six, left of its text.
-constexpr QPoint SecondKey(152, 40);
+// In the first menu row of six keys, clear of the splash picture, left above the keys' texts.
+constexpr QPoint FirstKey(23, 33);
+constexpr QPoint SecondKey(152, 33);
+constexpr QPoint FourthKey(411, 33);
+constexpr QPoint SixthKey(670, 33);
 
 QString vnc(quint16 port)
 {
@@ -42,27 +45,26 @@ private slots:
 
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
-        unit.write(
-            "AK,Test,a,First,5,X:,,0,,0,0,1\nAK,Test,b,Second,0,R1:TEST:,,0,,0,0,1\nSK,Test\n");
-        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(SecondKey), Grey, LongMs);
-        QVERIFY(!screen.picture().isNull());
-        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(780, 40), QColor(Qt::black), LongMs);
+        // the start menu's first key leads to tuner channel 1, whose sixth switches the attenuator
+        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(FirstKey), Grey, LongMs);
+        QVERIFY(screen.click(FirstKey));
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().contains("in \\x02SK,Tuner CH1\\x04\n"), LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(FourthKey), Green, LongMs);
+        QCOMPARE(screen.picture().pixelColor(SixthKey), Grey);
 
-        QVERIFY(screen.click(SecondKey));
-        QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: R1:TEST:1"), LongMs);
-        QVERIFY2(QRegularExpression("trace: \\d+\\.\\d{3} out \\\\x02R1:TEST:1\\\\x04\n")
+        QVERIFY(screen.click(SixthKey));
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: R1:ATTN:1"), LongMs);
+        QVERIFY2(QRegularExpression("trace: \\d+\\.\\d{3} out \\\\x02R1:ATTN:1\\\\x04\n")
                      .match(unit.output())
                      .hasMatch(),
             unit.output());
-        QVERIFY2(QRegularExpression("trace: \\d+\\.\\d{3} in \\\\x02CV,Test,b,0,1\\\\x04\n")
-                     .match(unit.output())
-                     .hasMatch(),
-            unit.output());
-        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(SecondKey), Green, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            unit.output().contains(" in \\x02CV,Tuner CH1,atten,0,1\\x04\n"), LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(SixthKey), Green, LongMs);
 
-        QVERIFY(screen.click(SecondKey));
-        QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: R1:TEST:0"), LongMs);
-        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(SecondKey), Grey, LongMs);
+        QVERIFY(screen.click(SixthKey));
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: R1:ATTN:0"), LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(SixthKey), Grey, LongMs);
     }
 
     void a_key_opens_the_menu_that_it_names()
