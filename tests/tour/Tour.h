@@ -72,6 +72,7 @@ private:
 };
 
 // The stations of the walk, one for each part of the panel.
+void visitSpectrum(Tour& tour);
 void visitStart(Tour& tour);
 void visitMenus(Tour& tour);
 

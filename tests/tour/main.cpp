@@ -32,6 +32,7 @@ int main(int argc, char** argv)
         visitAllMenus(tour);
     } else {
         visitMenus(tour);
+        visitSpectrum(tour);
         visitStart(tour);
     }
     std::printf("%d pictures\n", tour.pictures());
