@@ -4,6 +4,8 @@
 #include "app/Identity.h"
 #include "app/SplashScreen.h"
 #include "link/LinkMode.h"
+#include "link/LinkModeDialog.h"
+#include "link/MessageBoxes.h"
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
@@ -40,6 +42,7 @@ MainWindow::MainWindow(QWidget* parent)
     , settings(std::make_unique<QSettings>())
     , noK7150(QCoreApplication::arguments().contains(QStringLiteral("-noK7150")))
     , m_dispatcher(std::make_unique<Dispatcher>(*this))
+    , m_messageBoxes(std::make_unique<MessageBoxes>())
 {
     loadPictures();
     showSplash();
@@ -81,6 +84,7 @@ void MainWindow::setUpStack()
     views = new Views(stack, this);
     connect(&menus->book, &MenuBook::keyboard_response_message, this, &MainWindow::send_mess);
     connect(menus, &MenuMessages::showMenu, this, &MainWindow::showMenu);
+    setUpMainMenus();
     for (const QString& name : {QStringLiteral("Loading"), QStringLiteral("two")}) {
         auto* page = new KeyBoard;
         page->new_keyboard(name, StartPageLastCell, StartPageLastCell);

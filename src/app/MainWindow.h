@@ -16,10 +16,13 @@
 class Dispatcher;
 class keySerial;
 class KeyBoard;
+class LinkModeDialog;
+class MainMenus;
 class MenuMessages;
+class MessageBoxes;
+class QGridLayout;
 class QLabel;
 class QPushButton;
-class QGridLayout;
 class QStatusBar;
 class SpectralCard;
 class SplashScreen;
@@ -76,6 +79,8 @@ public:
     QStackedLayout* stack = nullptr;
     Views* views = nullptr;               // which page is shown, and the pages' numbers
     MenuMessages* menus = nullptr;        // the menu pages and the messages that define them
+    MainMenus* mainMenus = nullptr;       // the messages that compose the main menus
+    int paxMenuListIndex = -1;            // position of the PAX main menu in the list of menus
     SpectralCard* spectralCard = nullptr; // the spectrum page, nullptr while there is none
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
@@ -84,10 +89,11 @@ public:
     QPushButton* linkButton = nullptr;
     QPushButton* mainMenuButton = nullptr;
     QPushButton* scopesButton = nullptr;
-    int linkMode = 0;               // 0 none, 1 diversity, 2 frequency diversity
-    bool noK7150 = false;           // started with "-noK7150"
-    bool spectrumAvailable = false; // the spectrum page exists
-    bool ready = false;             // the constructor has come to its end
+    QPointer<LinkModeDialog> linkDialog; // while it is open
+    int linkMode = 0;                    // 0 none, 1 diversity, 2 frequency diversity
+    bool noK7150 = false;                // started with "-noK7150"
+    bool spectrumAvailable = false;      // the spectrum page exists
+    bool ready = false;                  // the constructor has come to its end
     QTimer timer;
 
 public slots:
@@ -155,6 +161,19 @@ private:
     void setUpLink();
     void setUpLook();
     void showMenu(KeyBoard* menu);
+    void setUpMainMenus();
+    void returnToMenus(QWidget* page);
+    QGridLayout* paxDisplayGrid() const;
+
+    // The PAX main menu is shown: the scope and the first spectrum chart move into `place`, at
+    // (0, 0). May be called again while they are there.
+    void paxTakesDisplays(QGridLayout* place);
+    // They go back to their own pages; also before a PAX main menu is deleted, which would take
+    // them along, and when they are there already.
+    void paxReturnsDisplays();
+
+    void setLinkMode(int mode);
+    void chooseLinkMode(int mode);
 
     QString firstCardPort() const;
 
@@ -162,5 +181,6 @@ private:
 
     std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<SplashScreen> m_splash;
+    std::unique_ptr<MessageBoxes> m_messageBoxes;
     QList<int> m_chartsBefore; // chart areas that were shown before the first chart was lent
 };

@@ -2,8 +2,6 @@
 #include "app/MainWindow.h"
 
 #include "link/keySerial.h"
-#include "menus/KeyBoard.h"
-#include "menus/MenuMessages.h"
 #include "popups/PopUpKeyBoard.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectralRemote.h"
@@ -100,10 +98,8 @@ void MainWindow::process_ST(const QStringList& fields)
     disconnect(spectralCard, &SpectralCard::updateDemodCh, this, &MainWindow::send_mess);
     connect(spectralCard, &SpectralCard::updateDemodCh, this, &MainWindow::send_mess);
     const QWidget* paxPage = views->paxMenu.widget();
-    for (const KeyBoard* menu : std::as_const(menus->book.pages)) {
-        if (paxPage != nullptr && menu->frame == paxPage && stack->currentWidget() == paxPage) {
-            lendChart(menu->chan2Grid);
-        }
+    if (paxPage != nullptr && stack->currentWidget() == paxPage) {
+        lendChart(paxDisplayGrid());
     }
 }
 

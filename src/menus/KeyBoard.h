@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <array>
+
 class Key;
 
 // One menu as the operator sees it: a framed page of keys on a grid, built up key by key.
@@ -23,6 +25,9 @@ class KeyBoard : public QObject
     Q_OBJECT
 
 public:
+    // How many source menus have a column of their own on the normal main menu.
+    static constexpr int GroupCounters = 6;
+
     KeyBoard();
     ~KeyBoard() override;
 
@@ -68,7 +73,8 @@ public:
     QLabel* titleLabel = nullptr;
     int fixedCol = 0; // next cell for fixed keys of the PAX main menu
     int fixedRow = 0;
-    int row = 0; // next free cell of the flowing placement
+    std::array<int, GroupCounters> groupRows{}; // next free row of each source menu's column
+    int row = 0;                                // next free cell of the flowing placement
     int col = 0;
     bool mainMenu = false;
     StackLayout* pages = nullptr; // sub-pages of a plain menu

@@ -59,6 +59,12 @@ void MenuBook::add(KeyBoard* menu)
     connect(menu, &KeyBoard::keyboard_response_message, this, &MenuBook::keyboard_response_message);
 }
 
+void MenuBook::addPage(QWidget* page)
+{
+    m_stack->addWidget(page);
+    m_otherPages += page;
+}
+
 void MenuBook::clear()
 {
     for (KeyBoard* menu : std::as_const(pages)) {
@@ -66,6 +72,12 @@ void MenuBook::clear()
         menu->deleteLater();
     }
     pages.clear();
+    for (const QPointer<QWidget>& page : std::as_const(m_otherPages)) {
+        if (page != nullptr) {
+            page->deleteLater();
+        }
+    }
+    m_otherPages.clear();
 }
 
 void MenuBook::removed(int index)

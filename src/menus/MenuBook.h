@@ -2,8 +2,10 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QStackedLayout>
 #include <QString>
+#include <QWidget>
 
 class Key;
 class KeyBoard;
@@ -34,8 +36,12 @@ public:
     // the stack.
     void add(KeyBoard* menu);
 
-    // Schedules all menus and their keys for deletion and forgets them. Their pages leave the stack
-    // when that is carried out.
+    // Takes over a page that is no menu of its own; it gets its place in the stack and goes with
+    // the menus.
+    void addPage(QWidget* page);
+
+    // Schedules all menus, their keys and the other pages for deletion and forgets them. They leave
+    // the stack when that is carried out.
     void clear();
 
     QList<KeyBoard*> pages;
@@ -48,4 +54,5 @@ private:
     void removed(int index);
 
     QStackedLayout* m_stack;
+    QList<QPointer<QWidget>> m_otherPages;
 };

@@ -1,5 +1,6 @@
 #include "menus/MenuMessages.h"
 
+#include "menus/GroupCells.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/KeyDefinition.h"
@@ -50,15 +51,9 @@ void MenuMessages::addToMainMenu(KeyBoard* menu, const KeyDefinition& definition
     int row = menu->row;
     int col = menu->col;
     if (definition.fixed && menu->isPAXMainMenu()) {
-        // two columns, row by row
-        row = menu->fixedRow;
-        col = menu->fixedCol;
-        if (menu->fixedCol == 1) {
-            menu->fixedCol = 0;
-            ++menu->fixedRow;
-        } else {
-            ++menu->fixedCol;
-        }
+        const groupCells::Cell cell = groupCells::nextFixed(*menu);
+        row = cell.row;
+        col = cell.col;
     } else {
         ++menu->col;
     }
@@ -105,6 +100,27 @@ void MenuMessages::changeState(const QStringList& fields)
         each.state = state;
         each.applyState();
     });
+}
+
+void MenuMessages::lockChoices(const QStringList& fields)
+{
+    if (fields.size() < 3) {
+        return;
+    }
+    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    if (key == nullptr) {
+        return;
+    }
+    QList<int> positions;
+    const auto items = fields.value(2).split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (const QString& item : items) {
+        bool ok = false;
+        const int position = item.toInt(&ok);
+        if (ok && position >= 0) {
+            positions += position;
+        }
+    }
+    onKeyAndLinked(key, [&](Key& each) { each.itemIds = positions; });
 }
 
 void MenuMessages::selectMenu(const QStringList& fields)

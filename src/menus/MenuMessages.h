@@ -30,6 +30,11 @@ public:
     // "CK": display state. Fields: menu, key, 0 disabled, 1 enabled, 2 hidden.
     void changeState(const QStringList& fields);
 
+    // "EI": which choices of a selection key are shown but cannot be pressed. Fields: menu, key,
+    // positions separated by ":", counted from 0; none frees all of them. Fewer than three fields:
+    // nothing.
+    void lockChoices(const QStringList& fields);
+
     // "SK": asks by showMenu() for the menu that field 0 names.
     void selectMenu(const QStringList& fields);
 

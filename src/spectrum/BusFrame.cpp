@@ -12,7 +12,7 @@ constexpr qsizetype CommandAt = 5;
 constexpr qsizetype FieldSize = 4;
 
 // the longest spectrum has 65,548 bytes
-constexpr qsizetype MostBytes = 256 * 1024;
+constexpr qsizetype MostBytes = qsizetype{256} * 1024;
 
 QString text(const QByteArray& bytes, qsizetype from, qsizetype size)
 {

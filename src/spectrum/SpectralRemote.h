@@ -25,7 +25,7 @@ class SpectralRemote : public QObject
 public:
     static constexpr int MostReaders = 8;
     // A reader's backlog in bytes beyond which spectra are dropped.
-    static constexpr qint64 MostBacklog = 512 * 1024;
+    static constexpr qint64 MostBacklog = qint64{512} * 1024;
 
     explicit SpectralRemote(SpectralCard* card, QObject* parent = nullptr);
     ~SpectralRemote() override;

@@ -447,7 +447,7 @@ void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, c
     const double step =
         static_cast<double>(plot.width() - 1) / static_cast<double>(qMax(qsizetype{1}, count - 1));
     m_line.clear();
-    if (count <= 2 * plot.width()) {
+    if (count <= qsizetype{2} * plot.width()) {
         m_line.reserve(count + 1);
         for (qsizetype i = 0; i < count; ++i) {
             m_line.append(QPointF(plot.left() + static_cast<double>(i) * step, y(levels.at(i))));

@@ -214,7 +214,12 @@ private slots:
         tell("ST,1");
         m_window->spectralCard->setHMarkers(0, {-1.0});
         tell(message);
-        QTEST(m_window->spectralCard->chart(0)->hMarkers(), "levels");
+        QFETCH(QList<double>, levels);
+        const QList<double> shown = m_window->spectralCard->chart(0)->hMarkers();
+        QCOMPARE(shown.size(), levels.size());
+        for (qsizetype i = 0; i < levels.size(); ++i) {
+            QCOMPARE(shown.at(i), levels.at(i));
+        }
     }
 
     void the_page_is_polled_while_it_is_shown()
@@ -290,14 +295,51 @@ private slots:
 
     void st_on_the_pax_menu_puts_the_chart_into_it()
     {
-        auto* page = new KeyBoard;
-        page->new_PAX_mm_keyboard("Pax", 5, 2);
-        m_window->menus->book.add(page);
-        m_window->views->set(&Views::paxMenu, page->frame);
-        m_window->views->showMenu(page->frame);
+        definePaxMenu();
+        tell("PAX,1");
         tell("ST,1");
-        QVERIFY(page->frame->isAncestorOf(m_window->spectralCard->chart(0)));
+        QVERIFY(m_window->views->paxMenu.widget()->isAncestorOf(m_window->spectralCard->chart(0)));
         QVERIFY(!m_window->spectralCard->chartAreaVisible(1));
+    }
+
+    void the_pax_menu_shows_the_first_chart_and_gives_it_back()
+    {
+        definePaxMenu();
+        tell("ST,1");
+        SpectralCard* card = m_window->spectralCard;
+        tell("PAX,1");
+        QVERIFY(m_window->views->paxMenu.widget()->isAncestorOf(card->chart(0)));
+        QVERIFY(card->chart(0)->isVisible());
+        QVERIFY(card->chart(0)->height() >= 100 && card->chart(0)->width() >= 300);
+        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190RFFT000000"});
+        m_cards.at(0)->write(cardSide::k7150Spectrum(0, cardSide::carrier(512, 100, -20)));
+        QTRY_COMPARE(card->chart(0)->peak().level, -20.0);
+        tell("PAX,0");
+        QVERIFY(card->isAncestorOf(card->chart(0)));
+        QVERIFY(card->chartAreaVisible(1) && card->chartAreaVisible(2));
+    }
+
+    void the_pax_menu_s_span_key_opens_the_spans()
+    {
+        definePaxMenu();
+        tell("ST,1");
+        tell("PAX,1");
+        QPushButton* key = buttonWithText(m_window->views->paxMenu.widget(), "Span");
+        QVERIFY(key != nullptr);
+        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "40 MHz")); });
+        clickOn(key);
+        QCOMPARE(m_window->spectralCard->getSpan(0), 9);
+    }
+
+    void a_cleared_pax_menu_gives_the_chart_back_first()
+    {
+        definePaxMenu();
+        tell("ST,1");
+        tell("PAX,1");
+        const QPointer<SpectrumChart> chart(m_window->spectralCard->chart(0));
+        tell("CLEAR");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(chart != nullptr && m_window->spectralCard->isAncestorOf(chart));
     }
 
     void a_chart_that_goes_down_with_its_pax_page_comes_anew()
@@ -315,6 +357,12 @@ private slots:
 
 private:
     void tell(const QByteArray& body) { m_window->process_mess(QString::fromLatin1(framed(body))); }
+
+    void definePaxMenu()
+    {
+        tell("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1");
+        tell("MS,Pax,Tuner,freq");
+    }
 
     std::unique_ptr<DeviceDirectory> m_devices;
     Pty* m_unit = nullptr;

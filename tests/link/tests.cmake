@@ -1,3 +1,5 @@
 qn740_test(link FrameCutter)
 qn740_test(link LinkMode)
+qn740_test(link LinkModeDialog)
+qn740_test(link MessageBoxes)
 qn740_test(link keySerial)

@@ -1,0 +1,65 @@
+#include "menus/GroupCells.h"
+
+#include "menus/KeyBoard.h"
+
+#include <QString>
+
+#include <array>
+
+namespace {
+
+struct Column
+{
+    QLatin1String sourceMenu;
+    int col;
+};
+
+// in the order of the counters
+constexpr std::array<Column, KeyBoard::GroupCounters> Columns{{
+    {QLatin1String("Tuner CH1"), 0},
+    {QLatin1String("Tuner CH2"), 2},
+    {QLatin1String("Demod 1"), 1},
+    {QLatin1String("Demod 2"), 3},
+    {QLatin1String("Demod 3"), 5},
+    {QLatin1String("Combiner"), 4},
+}};
+
+int& counter(KeyBoard& menu, std::size_t index)
+{
+    // on the PAX main menu the tuners' counters are those of the fixed cells: kept so
+    if (menu.isPAXMainMenu() && index == 0) {
+        return menu.fixedCol;
+    }
+    if (menu.isPAXMainMenu() && index == 1) {
+        return menu.fixedRow;
+    }
+    return menu.groupRows.at(index);
+}
+
+} // namespace
+
+namespace groupCells {
+
+Cell nextOfColumn(KeyBoard& mainMenu, const QString& sourceMenu)
+{
+    for (std::size_t i = 0; i < Columns.size(); ++i) {
+        if (sourceMenu == Columns.at(i).sourceMenu) {
+            return {counter(mainMenu, i)++, Columns.at(i).col};
+        }
+    }
+    return {};
+}
+
+Cell nextFixed(KeyBoard& mainMenu)
+{
+    const Cell cell{mainMenu.fixedRow, mainMenu.fixedCol};
+    if (mainMenu.fixedCol == 1) {
+        mainMenu.fixedCol = 0;
+        ++mainMenu.fixedRow;
+    } else {
+        ++mainMenu.fixedCol;
+    }
+    return cell;
+}
+
+} // namespace groupCells

@@ -1,0 +1,267 @@
+// Which page the main menu messages bring to the screen, over the line and with real touches.
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "support/Panel.h"
+#include "support/TestMain.h"
+
+#include <QStatusBar>
+
+namespace {
+
+const QByteArray SourceKey("AK,Tuner CH1,k,Source,0,K:,,0,,0,0,1");
+const QByteArray CopyToMain("CM,Main,Tuner CH1,k");
+const QByteArray CopyToPax("MS,Big,Tuner CH1,k");
+
+} // namespace
+
+class tst_MainMenuViews : public QObject
+{
+    Q_OBJECT
+
+    static KeyBoard* menu(const Panel& panel, const char* name)
+    {
+        return panel.window.menus->book.find(QLatin1String(name));
+    }
+
+    static void turn() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+private slots:
+    void init() { linkMode::store(linkMode::None); }
+
+    void main_menu_does_nothing_before_there_is_one()
+    {
+        Panel panel;
+        const QWidget* shown = panel.window.stack->currentWidget();
+        clickOn(panel.window.mainMenuButton);
+        QCOMPARE(panel.heard(), QByteArray());
+        QCOMPARE(panel.window.stack->currentWidget(), shown);
+        QCOMPARE(panel.window.mainMenuIndex(), -1);
+        QCOMPARE(panel.window.paxMenuIndex(), -1);
+        QCOMPARE(panel.window.paxMenuListIndex, -1);
+    }
+
+    void main_menu_shows_it_and_tells_the_main_unit()
+    {
+        Panel panel;
+        panel.say({SourceKey, CopyToMain, "AK,Extra,k,L,0,C,,0,,0,0,1", "SK,Extra"});
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Extra")->frame);
+        QCOMPARE(panel.window.mainMenuIndex(), menu(panel, "Main")->stackIndex);
+        panel.window.views->setCurrent(Views::Scopes);
+        panel.window.scopesButton->setText(QStringLiteral("Menu"));
+        clickOn(panel.window.mainMenuButton);
+        QCOMPARE(panel.heard(), framed("Main"));
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Main")->frame);
+        QCOMPARE(panel.window.views->menu.widget(), menu(panel, "Main")->frame);
+        QCOMPARE(panel.window.views->current(), Views::Menus);
+        QVERIFY(!panel.window.displayActive());
+        QCOMPARE(panel.window.scopesButton->text(), QStringLiteral("Scopes"));
+    }
+
+    void Main_is_sent_unwidened_in_every_link_mode()
+    {
+        for (const int mode : {0, 1, 2}) {
+            linkMode::store(mode);
+            Panel panel;
+            panel.say({SourceKey, CopyToMain});
+            clickOn(panel.window.mainMenuButton);
+            QCOMPARE(panel.heard(), framed("Main"));
+        }
+    }
+
+    void the_number_of_a_main_menu_that_is_gone_stays()
+    {
+        Panel panel;
+        panel.say({SourceKey, CopyToMain, "SK,Main"});
+        panel.say({"CLEAR"});
+        turn();
+        const int index = panel.window.mainMenuIndex();
+        QVERIFY(index >= 0);
+        panel.say({"AK,Old,k,L,0,C,,0,,0,0,1", "CLEAR"});
+        turn();
+        QCOMPARE(panel.window.mainMenuIndex(), index);
+        panel.say({"AK,New,k,L,0,C,,0,,0,0,1", "SK,New"});
+        clickOn(panel.window.mainMenuButton);
+        QCOMPARE(panel.heard(), framed("Main"));
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "New")->frame);
+        panel.say({SourceKey, CopyToMain});
+        clickOn(panel.window.mainMenuButton);
+        QCOMPARE(panel.heard(), framed("Main"));
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Main")->frame);
+    }
+
+    void a_redefinition_at_once_shows_the_right_pages_a_hundred_times()
+    {
+        Panel panel;
+        const auto widgets = [] { return QApplication::allWidgets().size(); };
+        qsizetype before = 0;
+        for (int i = 0; i < 100; ++i) {
+            QList<QByteArray> messages{"CLEAR"};
+            for (int key = 0; key < 40; ++key) {
+                messages += "AK,Tuner CH1,k" + QByteArray::number(key) + ",L,0,C,,0,,0,0,1";
+            }
+            messages += {SourceKey, CopyToMain, CopyToPax, "AK,Extra,k,L,0,C,,0,,0,0,1"};
+            messages += i % 2 == 0 ? "SK,Extra" : "SK,Main";
+            panel.say(messages);
+            turn();
+            QCOMPARE(panel.window.stack->currentWidget(),
+                menu(panel, i % 2 == 0 ? "Extra" : "Main")->frame);
+            clickOn(panel.window.mainMenuButton);
+            QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Main")->frame);
+            panel.say({"PAX,1"});
+            QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Big")->frame);
+            panel.say({"PAX,0"});
+            QVERIFY(i < 2 || widgets() == before);
+            before = widgets();
+        }
+    }
+
+    void a_plain_Main_becomes_the_main_menu_when_CM_names_it()
+    {
+        Panel panel;
+        panel.say({"AK,Main,own,Own,0,C,,0,,0,0,1", SourceKey});
+        QCOMPARE(panel.window.mainMenuIndex(), -1);
+        panel.say({CopyToMain});
+        QCOMPARE(panel.window.mainMenuIndex(), menu(panel, "Main")->stackIndex);
+        clickOn(panel.window.mainMenuButton);
+        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Source")) != nullptr);
+        QVERIFY(buttonWithText(panel.window.central, QStringLiteral("Own")) != nullptr);
+        panel.heard();
+        clickOn(buttonWithText(panel.window.central, QStringLiteral("Source")));
+        QCOMPARE(panel.heard(), framed("K:1"));
+    }
+
+    void a_copy_sends_and_follows_its_source_over_the_line()
+    {
+        Panel panel;
+        panel.say({SourceKey, CopyToMain, "SK,Main"});
+        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Source")) != nullptr);
+        QPushButton* button = buttonWithText(panel.window.central, QStringLiteral("Source"));
+        clickOn(button);
+        QCOMPARE(panel.heard(), framed("K:1"));
+        QVERIFY(!button->styleSheet().contains(QLatin1String("green")));
+        panel.say({"CV,Tuner CH1,k,1,1"});
+        QVERIFY(button->styleSheet().contains(QLatin1String("green")));
+        panel.say({"CK,Tuner CH1,k,2"});
+        QVERIFY(!button->isVisible());
+        panel.say({"CK,Tuner CH1,k,1", "AK,Tuner CH1,k,Renamed,0,K:,,0,,0,1,1"});
+        QVERIFY(button->isVisible());
+        QCOMPARE(button->text(), QStringLiteral("Renamed"));
+    }
+
+    void PAX_shows_its_menu_without_the_status_bar()
+    {
+        Panel panel;
+        panel.say({SourceKey, CopyToPax});
+        QCOMPARE(panel.window.paxMenuIndex(), menu(panel, "Big")->stackIndex);
+        QCOMPARE(panel.window.paxMenuListIndex, 3);
+        panel.window.views->setCurrent(Views::Scopes);
+        QCOMPARE(panel.say({"PAX,1"}), QByteArray());
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Big")->frame);
+        QCOMPARE(panel.window.views->menu.widget(), menu(panel, "Big")->frame);
+        QVERIFY(!panel.window.displayActive());
+        QVERIFY(panel.window.statusBar_->isHidden());
+        // its menu is one like others for "SK"
+        panel.say({"SK,Tuner CH1"});
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
+        panel.say({"PAX,0"});
+        QVERIFY(panel.window.statusBar_->isVisible());
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
+    }
+
+    void PAX_does_nothing_else_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        for (const char* message : {"PAX", "PAX,", "PAX,2", "PAX,on", "PAX,01", "pax,1"}) {
+            QTest::newRow(message) << QByteArray(message);
+        }
+    }
+    void PAX_does_nothing_else()
+    {
+        QFETCH(QByteArray, message);
+        Panel panel;
+        panel.say({SourceKey, CopyToPax, "PAX,1", message});
+        QVERIFY(panel.window.statusBar_->isHidden());
+        panel.say({"PAX,0", message});
+        QVERIFY(panel.window.statusBar_->isVisible());
+    }
+
+    void without_a_PAX_menu_the_status_bar_stays()
+    {
+        Panel panel;
+        const QWidget* shown = panel.window.stack->currentWidget();
+        panel.say({"PAX,1"});
+        QVERIFY(panel.window.statusBar_->isVisible());
+        QCOMPARE(panel.window.stack->currentWidget(), shown);
+    }
+
+    void the_list_position_of_a_PAX_menu_that_is_gone_does_no_harm()
+    {
+        Panel panel;
+        panel.say({SourceKey, CopyToPax, "PAX,1", "CLEAR"});
+        turn();
+        QCOMPARE(panel.window.paxMenuListIndex, 3);
+        panel.say({"PAX,0", "PAX,1"}); // the list is empty
+        panel.say({"AK,A,k,L,0,C,,0,,0,0,1", "AK,B,k,L,0,C,,0,,0,0,1", "AK,C,k,L,0,C,,0,,0,0,1",
+            "AK,D,k,L,0,C,,0,,0,0,1", "SK,D", "PAX,0", "PAX,1"}); // another menu's
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "D")->frame);
+        panel.say({SourceKey, CopyToPax, "PAX,1"});
+        QCOMPARE(panel.window.paxMenuListIndex, 5);
+        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Big")->frame);
+    }
+
+    void the_special_menu_becomes_the_main_menu()
+    {
+        Panel panel;
+        panel.say({"AK,Main,own,Own,0,C:,,0,,0,0,1", "AK,Extra,k,L,0,C,,0,,0,0,1", "SK,Extra"});
+        panel.window.process_special_menu();
+        const QPointer<QWidget> page = panel.window.stack->currentWidget();
+        QCOMPARE(page->objectName(), QStringLiteral("specialPage"));
+        QCOMPARE(panel.window.stack->indexOf(page), panel.window.mainMenuIndex());
+        panel.say({"SK,Extra"});
+        clickOn(panel.window.mainMenuButton);
+        QCOMPARE(panel.heard(), framed("Main"));
+        QCOMPARE(panel.window.stack->currentWidget(), page);
+        QTRY_VERIFY(buttonWithText(page, QStringLiteral("Own")) != nullptr);
+        clickOn(buttonWithText(page, QStringLiteral("Own")));
+        QCOMPARE(panel.heard(), framed("C:1"));
+        panel.say({"CLEAR"});
+        turn();
+        QVERIFY(page == nullptr);
+        QCOMPARE(panel.window.stack->currentWidget()->objectName(), QStringLiteral("waitingPage"));
+    }
+
+    void without_a_Main_there_is_no_special_menu()
+    {
+        Panel panel;
+        const QWidget* shown = panel.window.stack->currentWidget();
+        panel.window.process_special_menu();
+        QCOMPARE(panel.window.stack->currentWidget(), shown);
+        QCOMPARE(panel.window.mainMenuIndex(), -1);
+    }
+
+    void the_special_menu_ends_another_view()
+    {
+        Panel panel;
+        panel.say({"AK,Main,own,Own,0,C:,,0,,0,0,1"});
+        panel.window.views->setCurrent(Views::Spectrum);
+        panel.window.process_special_menu();
+        QVERIFY(!panel.window.displayActive());
+        QCOMPARE(panel.window.scopesButton->text(), QStringLiteral("Scopes"));
+    }
+
+    void button_pushed_says_so()
+    {
+        Panel panel;
+        QString text;
+        whenModal([&](QWidget* box) {
+            text = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))->text();
+            box->close();
+        });
+        panel.window.button_pushed();
+        QCOMPARE(text, QStringLiteral("A button was pushed"));
+    }
+};
+
+QN740_TEST_MAIN(tst_MainMenuViews)
+#include "tst_MainMenuViews.moc"

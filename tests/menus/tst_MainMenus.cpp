@@ -1,0 +1,454 @@
+#include "menus/MainMenus.h"
+
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/KeyStyle.h"
+#include "menus/MenuMessages.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+
+namespace {
+
+// Menus in a stack, as the main window has them.
+struct Menus
+{
+    QWidget window;
+    QStackedLayout* stack = new QStackedLayout(&window);
+    MenuMessages messages{stack};
+    MainMenus main{messages.book};
+
+    MenuBook& book = messages.book;
+
+    void key(const char* menu, const char* id, const char* label = "Label")
+    {
+        messages.defineKey({QLatin1String(menu), QLatin1String(id), QLatin1String(label),
+            QStringLiteral("0"), QStringLiteral("C:"), QStringLiteral("u"), QStringLiteral("7"),
+            QStringLiteral("o"), QStringLiteral("2.5"), QStringLiteral("1"), QStringLiteral("0")});
+    }
+    void keys(const char* menu, int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            key(menu, QByteArray::number(i).constData());
+        }
+    }
+    void copy(const char* menu, const char* source, const char* id)
+    {
+        main.copyToMainMenu({QLatin1String(menu), QLatin1String(source), QLatin1String(id)});
+    }
+    void paxCopy(const char* menu, const char* source, const char* id)
+    {
+        main.copyToPaxMenu({QLatin1String(menu), QLatin1String(source), QLatin1String(id)});
+    }
+    KeyBoard* menu(const char* name) const { return messages.book.find(QLatin1String(name)); }
+};
+
+QWidget* at(const QGridLayout* grid, int row, int col)
+{
+    const QLayoutItem* item = grid->itemAtPosition(row, col);
+    return item != nullptr ? item->widget() : nullptr;
+}
+
+} // namespace
+
+class tst_MainMenus : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void CM_for_an_unknown_key_makes_the_menu_and_adds_nothing_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::newRow("no key") << QStringList{"Main", "Tuner CH1", "nokey"};
+        QTest::newRow("no menu") << QStringList{"Main", "Nowhere", "0"};
+        QTest::newRow("two fields") << QStringList{"Main", "Tuner CH1"};
+        QTest::newRow("one field") << QStringList{"Main"};
+    }
+    void CM_for_an_unknown_key_makes_the_menu_and_adds_nothing()
+    {
+        QFETCH(QStringList, fields);
+        Menus menus;
+        menus.key("Tuner CH1", "0");
+        menus.main.copyToMainMenu(fields);
+        const KeyBoard* main = menus.menu("Main");
+        QVERIFY(main != nullptr);
+        QVERIFY(main->mainMenu && !main->isPAXMainMenu());
+        QVERIFY(main->keys.isEmpty());
+        QCOMPARE(main->row, 5);
+        QCOMPARE(main->col, 0);
+        QCOMPARE(main->maxRow, 5);
+        QCOMPARE(main->maxCol, 5);
+        QCOMPARE(menus.stack->widget(main->stackIndex), main->frame);
+    }
+
+    void CM_copies_every_field_and_links_both_ways()
+    {
+        Menus menus;
+        menus.key("Tuner CH1", "f", "RF Frequency");
+        Key* source = menus.menu("Tuner CH1")->keys.first();
+        source->itemIds = {1, 2};
+        menus.copy("Main", "Tuner CH1", "f");
+        const KeyBoard* main = menus.menu("Main");
+        QCOMPARE(main->keys.size(), 1);
+        Key* copy = main->keys.first();
+        QCOMPARE(copy->label, QStringLiteral("RF Frequency"));
+        QCOMPARE(copy->keyId, QStringLiteral("f"));
+        QCOMPARE(copy->type, 0);
+        QCOMPARE(copy->command, QStringLiteral("C:"));
+        QCOMPARE(copy->units, QStringLiteral("u"));
+        QCOMPARE(copy->param, 7);
+        QCOMPARE(copy->options, QStringLiteral("o"));
+        QCOMPARE(copy->value, 2.5);
+        QCOMPARE(copy->tog(), true);
+        QCOMPARE(copy->state, 0);
+        QCOMPARE(copy->itemIds, (QList<int>{1, 2}));
+        QCOMPARE(copy->linkedKeys, QList<QPointer<Key>>{source});
+        QCOMPARE(source->linkedKeys, QList<QPointer<Key>>{copy});
+        QCOMPARE(copy->GetKey()->styleSheet(), keyStyle::toggled(false));
+    }
+
+    void CM_puts_a_copy_into_the_column_of_its_source_data()
+    {
+        QTest::addColumn<QByteArray>("source");
+        QTest::addColumn<int>("group");
+        QTest::addColumn<int>("col");
+        QTest::newRow("tuner 1") << QByteArray("Tuner CH1") << 0 << 0;
+        QTest::newRow("demodulator 1") << QByteArray("Demod 1") << 0 << 1;
+        QTest::newRow("tuner 2") << QByteArray("Tuner CH2") << 1 << 0;
+        QTest::newRow("demodulator 2") << QByteArray("Demod 2") << 1 << 1;
+        QTest::newRow("combiner") << QByteArray("Combiner") << 2 << 0;
+        QTest::newRow("demodulator 3") << QByteArray("Demod 3") << 2 << 1;
+        QTest::newRow("unknown") << QByteArray("Clock") << 0 << 0;
+    }
+    void CM_puts_a_copy_into_the_column_of_its_source()
+    {
+        QFETCH(QByteArray, source);
+        QFETCH(int, group);
+        QFETCH(int, col);
+        Menus menus;
+        menus.keys(source.constData(), 1);
+        menus.copy("Main", source.constData(), "0");
+        const KeyBoard* main = menus.menu("Main");
+        const QList<QGridLayout*> groups{main->chan1Grid, main->chan2Grid, main->combGrid};
+        QCOMPARE(at(groups.at(group), 0, col), main->buttons.first());
+    }
+
+    void the_sixth_copy_goes_to_the_options()
+    {
+        for (const auto& [source, col] : {std::pair{"Tuner CH1", 0}, std::pair{"Demod 3", 5}}) {
+            Menus menus;
+            menus.keys(source, 6);
+            for (const char* id : {"0", "1", "2", "3", "4", "5"}) {
+                menus.copy("Main", source, id);
+            }
+            const KeyBoard* main = menus.menu("Main");
+            const QGridLayout* group = col < 2 ? main->chan1Grid : main->combGrid;
+            for (int row = 0; row < 5; ++row) {
+                QCOMPARE(at(group, row, col % 2), main->buttons.at(row));
+            }
+            QCOMPARE(at(main->optGrid, 0, col), main->buttons.at(5));
+        }
+    }
+
+    void keys_of_a_main_menu_itself_go_to_its_options()
+    {
+        Menus menus;
+        menus.key("Tuner CH1", "0");
+        menus.copy("Main", "Tuner CH1", "0");
+        for (int i = 0; i < 8; ++i) {
+            menus.key("Main", QByteArray::number(100 + i).constData());
+        }
+        const KeyBoard* main = menus.menu("Main");
+        for (int i = 0; i < 8; ++i) {
+            QCOMPARE(at(main->optGrid, 0, i), main->buttons.at(i + 1));
+        }
+    }
+
+    void only_the_name_Main_is_announced()
+    {
+        Menus menus;
+        QSignalSpy named(&menus.main, &MainMenus::mainMenuNamed);
+        menus.key("Tuner CH1", "0");
+        menus.copy("Other", "Tuner CH1", "0");
+        menus.copy("main", "Tuner CH1", "0");
+        QCOMPARE(named.size(), 0);
+        menus.copy("Main", "Nowhere", "0");
+        QCOMPARE(named.size(), 1);
+        QCOMPARE(named.first().first().value<KeyBoard*>(), menus.menu("Main"));
+        menus.copy("Main", "Tuner CH1", "0");
+        QCOMPARE(menus.messages.book.pages.size(), 4);
+    }
+
+    void copies_flow_into_a_plain_Main()
+    {
+        Menus menus;
+        QSignalSpy named(&menus.main, &MainMenus::mainMenuNamed);
+        menus.keys("Main", 2);
+        menus.keys("Combiner", 1);
+        menus.copy("Main", "Combiner", "0");
+        const KeyBoard* main = menus.menu("Main");
+        QVERIFY(!main->mainMenu);
+        QCOMPARE(named.size(), 1);
+        QCOMPARE(at(main->grid, 0, 2), main->buttons.at(2));
+        QCOMPARE(main->keys.at(2)->linkedKeys.size(), 1);
+    }
+
+    void a_source_key_and_its_copy_change_together()
+    {
+        Menus menus;
+        menus.key("Demod 1", "k", "Old");
+        menus.copy("Main", "Demod 1", "k");
+        menus.paxCopy("PAX", "Demod 1", "k");
+        Key* source = menus.menu("Demod 1")->keys.first();
+        Key* copy = menus.menu("Main")->keys.first();
+        Key* pax = menus.menu("PAX")->keys.first();
+        const QList<Key*> all{source, copy, pax};
+
+        menus.messages.changeValue({"Demod 1", "k", "7", "0"});
+        for (const Key* key : all) {
+            QCOMPARE(key->value, 7.0);
+            QVERIFY(!key->tog());
+            QCOMPARE(key->GetKey()->styleSheet(), keyStyle::enabled(key == pax));
+        }
+        menus.messages.changeState({"Demod 1", "k", "0"});
+        for (const Key* key : all) {
+            QCOMPARE(key->state, 0);
+            QVERIFY(!key->GetKey()->isEnabled());
+            QCOMPARE(key->GetKey()->styleSheet(), keyStyle::disabled(key == pax));
+        }
+        menus.messages.changeState({"Demod 1", "k", "2"});
+        for (const Key* key : all) {
+            QVERIFY(key->GetKey()->isHidden());
+        }
+        menus.key("Demod 1", "k", "New");
+        for (const Key* key : all) {
+            QCOMPARE(key->label, QStringLiteral("New"));
+            QCOMPARE(key->GetKey()->text(), QStringLiteral("New"));
+            QCOMPARE(key->value, 7.0);
+        }
+        menus.messages.lockChoices({"Demod 1", "k", "0:2:x:-1:5"});
+        for (const Key* key : all) {
+            QCOMPARE(key->itemIds, (QList<int>{0, 2, 5}));
+        }
+        // what is said of the copy reaches the source
+        menus.messages.changeValue({"Main", "k", "9", "1"});
+        QCOMPARE(source->value, 9.0);
+        QVERIFY(source->tog());
+        QCOMPARE(pax->value, 7.0);
+    }
+
+    void a_copy_lives_on_without_its_source()
+    {
+        Menus menus;
+        menus.key("Demod 1", "k");
+        menus.copy("Main", "Demod 1", "k");
+        delete menus.menu("Demod 1")->keys.takeFirst();
+        menus.messages.changeValue({"Main", "k", "4", "1"});
+        menus.messages.changeState({"Main", "k", "0"});
+        menus.key("Main", "k", "New");
+        menus.messages.lockChoices({"Main", "k", "1"});
+        const Key* copy = menus.menu("Main")->keys.first();
+        QCOMPARE(copy->value, 4.0);
+        QCOMPARE(copy->label, QStringLiteral("New"));
+        QCOMPARE(copy->itemIds, QList<int>{1});
+    }
+
+    void MS_makes_the_PAX_main_menu_with_its_Span_key_first()
+    {
+        Menus menus;
+        QSignalSpy made(&menus.main, &MainMenus::paxMenuMade);
+        QSignalSpy span(&menus.main, &MainMenus::spanClicked);
+        menus.key("Tuner CH1", "0");
+        menus.paxCopy("PAX", "Tuner CH1", "nokey");
+        const KeyBoard* pax = menus.menu("PAX");
+        QVERIFY(pax->isPAXMainMenu());
+        QCOMPARE(pax->maxRow, 5);
+        QCOMPARE(pax->maxCol, 2);
+        QCOMPARE(pax->row, 5);
+        QCOMPARE(pax->col, 1);
+        QVERIFY(pax->keys.isEmpty());
+        QCOMPARE(made.size(), 1);
+        QCOMPARE(made.first().at(1).toInt(), 1);
+        auto* button = qobject_cast<QPushButton*>(at(pax->optGrid, 0, 0));
+        QVERIFY(button != nullptr);
+        QCOMPARE(button->text(), QStringLiteral("Span"));
+        QCOMPARE(button->styleSheet(), keyStyle::enabled(true));
+        QCOMPARE(button->maximumHeight(), 100);
+        button->click();
+        QCOMPARE(span.size(), 1);
+        menus.paxCopy("PAX", "Tuner CH1", "0");
+        QCOMPARE(made.size(), 1);
+        menus.key("PAX", "own");
+        QCOMPARE(at(pax->optGrid, 0, 1), pax->buttons.at(1));
+    }
+
+    void MS_fills_the_left_group_two_keys_to_a_row()
+    {
+        Menus menus;
+        menus.keys("Combiner", 5);
+        menus.keys("Anything", 5);
+        for (const char* id : {"0", "1", "2", "3", "4"}) {
+            menus.paxCopy("PAX", "Combiner", id);
+            menus.paxCopy("PAX", "Anything", id);
+        }
+        const KeyBoard* pax = menus.menu("PAX");
+        for (int i = 0; i < 10; ++i) {
+            QCOMPARE(at(pax->chan1Grid, i / 2, i % 2), pax->buttons.at(i));
+            QVERIFY(pax->keys.at(i)->large);
+        }
+        QCOMPARE(pax->keys.at(1)->linkedKeys.first(), menus.menu("Anything")->keys.first());
+    }
+
+    void a_key_placed_fixed_and_a_copy_share_the_PAX_cells()
+    {
+        Menus menus;
+        menus.key("Combiner", "0");
+        menus.paxCopy("PAX", "Combiner", "0");
+        menus.messages.defineKey({"PAX", "own", "L", "0", "C", "", "0", "", "0", "0", "1", "1"});
+        menus.paxCopy("PAX", "Combiner", "0");
+        const KeyBoard* pax = menus.menu("PAX");
+        QCOMPARE(at(pax->chan1Grid, 0, 0), pax->buttons.at(0));
+        QCOMPARE(at(pax->chan1Grid, 0, 1), pax->buttons.at(1));
+        QCOMPARE(at(pax->chan1Grid, 1, 0), pax->buttons.at(2));
+    }
+
+    void a_copy_without_a_group_on_the_PAX_main_menu_is_not_shown()
+    {
+        Menus menus;
+        menus.keys("Combiner", 1);
+        menus.keys("Demod 3", 1);
+        menus.paxCopy("PAX", "Nowhere", "0");
+        menus.copy("PAX", "Combiner", "0");
+        menus.copy("PAX", "Demod 3", "0");
+        const KeyBoard* pax = menus.menu("PAX");
+        QCOMPARE(pax->keys.size(), 2);
+        QVERIFY(pax->buttons.at(0)->isHidden());
+        QVERIFY(pax->buttons.at(1)->isHidden());
+    }
+
+    void the_special_page_takes_the_keys_by_their_cells()
+    {
+        Menus menus;
+        menus.keys("Main", 36);
+        const KeyBoard* main = menus.menu("Main");
+        const QList<QPushButton*> buttons = main->buttons;
+        const int pages = menus.stack->count();
+        QWidget* page = menus.main.regroupMain();
+        QVERIFY(page != nullptr);
+        QCOMPARE(menus.stack->count(), pages + 1);
+        QCOMPARE(menus.stack->indexOf(page), pages);
+
+        auto* outer = qobject_cast<QGridLayout*>(page->layout());
+        const QStringList titles{"Channel 1", "Channel 2", "Combiner"};
+        for (int group = 0; group < 3; ++group) {
+            auto* box = qobject_cast<QGroupBox*>(at(outer, 0, group));
+            QCOMPARE(box->title(), titles.at(group));
+            QCOMPARE(box->styleSheet(),
+                QStringLiteral(
+                    "QGroupBox {background-color: black; border-width: 2px; border-style: solid; border-color: white; font-size: 12px; color: yellow; border-radius: 4px;}"));
+            auto* grid = qobject_cast<QGridLayout*>(box->layout());
+            QCOMPARE(grid->contentsMargins(), QMargins(4, 15, 4, 4));
+            for (int row = 0; row < 5; ++row) {
+                QCOMPARE(grid->rowMinimumHeight(row), 80);
+                for (int col = 0; col < 2; ++col) {
+                    QCOMPARE(grid->columnMinimumWidth(col), 150);
+                    QCOMPARE(at(grid, row, col), buttons.at(row * 6 + group * 2 + col));
+                }
+            }
+        }
+        for (int col = 0; col < 3; ++col) {
+            QCOMPARE(at(outer, 1, col), at(outer, 1, 0));
+        }
+        auto* options = qobject_cast<QGroupBox*>(at(outer, 1, 0));
+        QCOMPARE(options->title(), QStringLiteral("Options"));
+        auto* grid = qobject_cast<QGridLayout*>(options->layout());
+        QCOMPARE(grid->rowMinimumHeight(0), 40);
+        for (int col = 0; col < 6; ++col) {
+            QCOMPARE(grid->columnMinimumWidth(col), 150);
+            QCOMPARE(at(grid, 0, col), buttons.at(30 + col));
+        }
+    }
+
+    void a_moved_key_still_sends()
+    {
+        Menus menus;
+        menus.key("Main", "k");
+        QSignalSpy sent(&menus.book, &MenuBook::keyboard_response_message);
+        QVERIFY(menus.main.regroupMain() != nullptr);
+        menus.menu("Main")->buttons.first()->click();
+        QCOMPARE(sent.size(), 1);
+        QCOMPARE(sent.first().first().toString(),
+            QStringLiteral("\x02"
+                           "C:0"
+                           "\x04"));
+    }
+
+    void keys_in_the_first_row_leave_the_options_empty()
+    {
+        Menus menus;
+        menus.keys("Main", 6);
+        const QWidget* page = menus.main.regroupMain();
+        const auto boxes = page->findChildren<QGroupBox*>();
+        for (const QGroupBox* box : boxes) {
+            const int expected = box->title() == QLatin1String("Options") ? 0 : 2;
+            QCOMPARE(box->findChildren<QPushButton*>().size(), expected);
+        }
+        QCOMPARE(boxes.size(), 4);
+    }
+
+    void of_two_sub_pages_the_first_is_moved_with_its_More_key()
+    {
+        Menus menus;
+        menus.keys("Main", 40);
+        const QWidget* page = menus.main.regroupMain();
+        const auto moved = page->findChildren<QPushButton*>();
+        QCOMPARE(moved.size(), 36);
+        for (const QGroupBox* box : page->findChildren<QGroupBox*>()) {
+            if (box->title() == QLatin1String("Options")) {
+                auto* grid = qobject_cast<QGridLayout*>(box->layout());
+                auto* more = qobject_cast<QPushButton*>(at(grid, 0, 5));
+                QCOMPARE(more->text(), QStringLiteral("More..."));
+                more->click();
+                QCOMPARE(menus.menu("Main")->pages->currentIndex(), 1);
+            }
+        }
+        QVERIFY(!moved.contains(menus.menu("Main")->buttons.at(35)));
+    }
+
+    void a_second_special_page_is_empty()
+    {
+        Menus menus;
+        menus.keys("Main", 6);
+        QWidget* first = menus.main.regroupMain();
+        QWidget* second = menus.main.regroupMain();
+        QVERIFY(second != nullptr && second != first);
+        QCOMPARE(first->findChildren<QPushButton*>().size(), 6);
+        QCOMPARE(second->findChildren<QPushButton*>().size(), 0);
+        QCOMPARE(second->findChildren<QGroupBox*>().size(), 4);
+    }
+
+    void without_a_plain_Main_there_is_no_special_page()
+    {
+        Menus menus;
+        menus.keys("main", 3);
+        QVERIFY(menus.main.regroupMain() == nullptr);
+        menus.copy("Main", "main", "0");
+        QVERIFY(menus.main.regroupMain() == nullptr);
+        QCOMPARE(menus.menu("Main")->keys.size(), 1);
+    }
+
+    void clearing_takes_special_pages_along()
+    {
+        Menus menus;
+        menus.keys("Main", 3);
+        const QPointer<QWidget> first = menus.main.regroupMain();
+        const QPointer<QWidget> second = menus.main.regroupMain();
+        menus.messages.book.clear();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(first == nullptr && second == nullptr);
+        QCOMPARE(menus.stack->count(), 0);
+    }
+};
+
+QN740_TEST_MAIN(tst_MainMenus)
+#include "tst_MainMenus.moc"

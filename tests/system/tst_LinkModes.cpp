@@ -1,0 +1,151 @@
+// The link mode of the real panel, seen from the main unit's end of the line alone: keys are
+// pressed by the message that presses one at once.
+#include "support/Program.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QTemporaryDir>
+
+#include <csignal>
+
+namespace {
+
+constexpr int LongMs = Program::LongMs;
+
+const QList<QByteArray> LocalCommands{":DSDM", ":NFFT", ":SCBE", ":SRT0", ":B0LB", ":FCS0", ":MFS0",
+    ":DC0E", ":AG0E", ":CF0E", ":MF0E", ":SEI0", ":HI0Z", ":BTEN", ":BTMO", ":BTTL", ":REST",
+    ":BMUX"};
+
+} // namespace
+
+class tst_LinkModes : public QObject
+{
+    Q_OBJECT
+
+    void start()
+    {
+        m_line = &m_devices.add(QStringLiteral("ttyO1"));
+        m_panel = std::make_unique<Program>(
+            QN740_PANEL, QStringList{}, QStringList{"XDG_CONFIG_HOME=" + m_home.path()});
+        QCOMPARE(answer("VER"), framed("1.1.6.4"));
+    }
+
+    // What the panel sends for one message.
+    QByteArray answer(const QByteArray& message)
+    {
+        const QByteArray pong = framed("PONG");
+        m_line->takeReceived();
+        if (!m_line->write(framed(message) + framed("PING")) ||
+            !QTest::qWaitFor([&] { return m_line->received().endsWith(pong); }, LongMs)) {
+            QTest::qFail("the panel does not answer", __FILE__, __LINE__);
+        }
+        QByteArray sent = m_line->takeReceived();
+        sent.chop(pong.size());
+        return sent;
+    }
+
+    // A toggle key with this command is pressed.
+    QByteArray press(const QByteArray& command) { return answer("IK,Key,0," + command + ",,0,"); }
+
+    void killAtOnce()
+    {
+        ::kill(static_cast<pid_t>(m_panel->processId()), SIGKILL);
+        QVERIFY(m_panel->ends());
+        QCOMPARE(m_panel->exitStatus(), QProcess::CrashExit);
+    }
+
+private slots:
+    void initTestCase() { start(); }
+
+    void cleanupTestCase() { m_panel.reset(); }
+
+    void every_prefix_goes_out_as_it_must_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArrayList>("sent"); // in modes 0, 1 and 2
+        const auto row = [](const char* command, const char* diversity, const char* frequency) {
+            QTest::newRow(command)
+                << QByteArray(command) << QByteArrayList{command, diversity, frequency};
+        };
+        row("D1:BR:", "D1 D2 D3:BR:", "D1 D2 D3:BR:");
+        row("D2:BR:", "D1 D2 D3:BR:", "D1 D2 D3:BR:");
+        row("D3:BR:", "D1 D2 D3:BR:", "D1 D2 D3:BR:");
+        row("R1:FREQ:", "R1 R2:FREQ:", "R1:FREQ:");
+        row("R2:FREQ:", "R1 R2:FREQ:", "R2:FREQ:");
+        row("R3:FREQ:", "R3:FREQ:", "R3:FREQ:");
+        row("D4:BR:", "D4:BR:", "D4:BR:");
+        row("D1 D2:BR:", "D1 D1 D2 D3:BR:", "D1 D1 D2 D3:BR:");
+        row("d1:BR:", "d1:BR:", "d1:BR:");
+        row("SYS:LOCK:", "SYS:LOCK:", "SYS:LOCK:");
+        row("D1:A D1:B ", "D1 D2 D3:A D1 D2 D3:B ", "D1 D2 D3:A D1 D2 D3:B ");
+        row("D3:A D1:B ", "D3:A D1 D2 D3:B ", "D3:A D1 D2 D3:B ");
+        row("D3:A D2:B ", "D3:A D1 D2 D3:B ", "D3:A D1 D2 D3:B ");
+        row("R2:A R1:B ", "R2:A R1 R2:B ", "R2:A R1:B ");
+        row("D1:A R2:B ", "D1 D2 D3:A R1 R2:B ", "D1 D2 D3:A R2:B ");
+        row("D1:dsdm ", "D1 D2 D3:dsdm ", "D1 D2 D3:dsdm ");
+        row("D1DSDM:", "D1DSDM:", "D1DSDM:");
+    }
+    void every_prefix_goes_out_as_it_must()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArrayList, sent);
+        for (int mode = 0; mode <= 2; ++mode) {
+            QCOMPARE(answer("Slave," + QByteArray::number(mode)), QByteArray());
+            QCOMPARE(press(command), framed(sent.at(mode) + '1'));
+        }
+    }
+
+    void the_local_commands_stay_with_their_demodulator_data()
+    {
+        QTest::addColumn<QByteArray>("local");
+        for (const QByteArray& local : LocalCommands) {
+            QTest::newRow(local.constData()) << local;
+        }
+        QCOMPARE(LocalCommands.size(), 18);
+    }
+    void the_local_commands_stay_with_their_demodulator()
+    {
+        QFETCH(QByteArray, local);
+        for (int mode = 0; mode <= 2; ++mode) {
+            answer("Slave," + QByteArray::number(mode));
+            for (const char* demodulator : {"D1", "D2", "D3"}) {
+                const QByteArray command = demodulator + local + ':';
+                QCOMPARE(press(command), framed(command + '1'));
+                // anywhere in the message
+                const QByteArray two = "D2:BR " + command;
+                QCOMPARE(press(two), framed(two + '1'));
+            }
+            // receivers are widened all the same
+            QCOMPARE(press("D2" + local + " R1:"),
+                framed("D2" + local + (mode == 1 ? " R1 R2:" : " R1:") + '1'));
+        }
+    }
+
+    void the_mode_is_asked_for_over_the_line()
+    {
+        for (const char* mode : {"1", "2", "0", "2"}) {
+            QCOMPARE(answer(QByteArray("Slave,") + mode), QByteArray());
+            QCOMPARE(answer("Slave"), framed(QByteArray("Slave,") + mode));
+        }
+    }
+
+    void the_mode_survives_a_kill_right_after_its_change()
+    {
+        for (const char* mode : {"1", "2", "0", "1"}) {
+            // the answer says that the change before it was carried out
+            QCOMPARE(answer(QByteArray("Slave,") + mode), QByteArray());
+            killAtOnce();
+            start();
+            QCOMPARE(answer("Slave"), framed(QByteArray("Slave,") + mode));
+        }
+    }
+
+private:
+    QTemporaryDir m_home;
+    DeviceDirectory m_devices;
+    Pty* m_line = nullptr;
+    std::unique_ptr<Program> m_panel;
+};
+
+QN740_TEST_MAIN(tst_LinkModes)
+#include "tst_LinkModes.moc"

@@ -1,0 +1,85 @@
+// The menus that the simulated unit sends at start-up, on the panel.
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "sim/MenuFile.h"
+#include "support/Panel.h"
+#include "support/TestMain.h"
+
+namespace {
+
+// The bodies of the messages that begin with one of these.
+QList<QByteArray> messages(const QList<QByteArray>& beginnings = {QByteArray()})
+{
+    QList<QByteArray> bodies;
+    const MenuFile menus = MenuFile::builtIn();
+    for (const MenuStep& step : menus.steps()) {
+        const QByteArray body = step.body.toLatin1();
+        for (const QByteArray& beginning : beginnings) {
+            if (step.kind == MenuStep::Kind::Message && body.startsWith(beginning)) {
+                bodies += body;
+            }
+        }
+    }
+    return bodies;
+}
+
+} // namespace
+
+class tst_UnitMenus : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { linkMode::store(linkMode::None); }
+
+    void both_main_menus_are_composed_of_keys_that_are_there_data()
+    {
+        QTest::addColumn<QString>("menu");
+        QTest::addColumn<QByteArray>("word");
+        QTest::newRow("main menu") << "Main" << QByteArray("CM,Main,");
+        QTest::newRow("PAX main menu") << "PAX" << QByteArray("MS,PAX,");
+    }
+    void both_main_menus_are_composed_of_keys_that_are_there()
+    {
+        QFETCH(QString, menu);
+        QFETCH(QByteArray, word);
+        Panel panel;
+        panel.say(messages());
+        const KeyBoard* board = panel.window.menus->book.find(menu);
+        QVERIFY(board != nullptr && board->mainMenu);
+        const auto copies = messages({word}).size();
+        QVERIFY(copies >= 8);
+        const auto own = messages({"AK," + menu.toLatin1() + ','}).size();
+        QCOMPARE(board->keys.size(), copies + own);
+        for (qsizetype i = 0; i < copies; ++i) {
+            QCOMPARE(board->keys.at(i)->linkedKeys.size(), 1);
+        }
+        QCOMPARE(board->stackIndex,
+            menu == QLatin1String("Main") ? panel.window.mainMenuIndex()
+                                          : panel.window.paxMenuIndex());
+    }
+
+    void a_copy_follows_the_units_answer()
+    {
+        Panel panel;
+        panel.say(messages());
+        clickOn(panel.window.mainMenuButton);
+        QCOMPARE(panel.heard(), framed("Main"));
+        const KeyBoard* main = panel.window.menus->book.find(QStringLiteral("Main"));
+        const Key* toggle = nullptr;
+        for (const Key* key : main->keys) {
+            if (toggle == nullptr && key->type == Key::Toggle && !key->tog() &&
+                key->GetKey()->isEnabled() && key->GetKey()->isVisible()) {
+                toggle = key;
+            }
+        }
+        QVERIFY(toggle != nullptr);
+        QTRY_VERIFY(toggle->GetKey()->isVisible());
+        clickOn(toggle->GetKey());
+        QCOMPARE(panel.heard(), framed(toggle->command.toLatin1() + '1'));
+    }
+};
+
+QN740_TEST_MAIN(tst_UnitMenus)
+#include "tst_UnitMenus.moc"
