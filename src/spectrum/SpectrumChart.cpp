@@ -315,7 +315,7 @@ QVector<SpectrumChart::Part> SpectrumChart::readoutParts() const
     }
     const Reading widest{true, m_centre, -100.0};
     const QString peakPattern = QStringLiteral("Peak %1 MHz %2 dB");
-    const Reading highest = peak();
+    const Reading& highest = m_shownPeak;
     parts += {highest.valid ? readingText(peakPattern, highest) : QString(),
         readingText(peakPattern, widest)};
     if (m_hasMarker) {
@@ -329,6 +329,7 @@ QVector<SpectrumChart::Part> SpectrumChart::readoutParts() const
 
 void SpectrumChart::updateReadout()
 {
+    m_shownPeak = peak();
     const QFontMetrics metrics(chartFont());
     const QString gap(QLatin1String("   "));
     const int room = plotRect().width() - TitleGap;
@@ -484,11 +485,11 @@ QPointF SpectrumChart::pixelOf(const Reading& reading) const
 
 void SpectrumChart::paintPeak(QPainter& painter) const
 {
-    const Reading highest = peak();
-    if (!highest.valid) {
+    // where the read-out has it: on a noisy top the highest point is another one each time
+    if (!m_shownPeak.valid) {
         return;
     }
-    const QPointF tip = pixelOf(highest) - QPointF(0, 2);
+    const QPointF tip = pixelOf(m_shownPeak) - QPointF(0, 2);
     painter.setPen(QPen(m_color, 0));
     painter.setBrush(Text);
     painter.drawConvexPolygon(

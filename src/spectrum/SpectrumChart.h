@@ -115,6 +115,7 @@ private:
     QString m_readoutText;
     QVector<QStaticText> m_readoutLines;
     QColor m_color;
+    Reading m_shownPeak; // as the read-out has it
     QList<double> m_hMarkers;
     QPixmap m_frame; // everything but trace, markers and read-out
     QPolygonF m_line;
