@@ -372,6 +372,7 @@ private slots:
         for (int i = 0; i < 20; ++i) {
             m_card->timerTimeOut();
         }
+        QCOMPARE(m_card->findChild<Rs422Bus*>()->txCount(), 0); // and none waits
         QTest::qWait(200);
         QCOMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 1);
     }
