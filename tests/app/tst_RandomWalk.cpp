@@ -22,7 +22,7 @@ constexpr int DefaultSteps = 20'000;
 constexpr int StepsAnAnswer = 40;
 constexpr int StepsARound = 1'000;
 constexpr int RoundsToSettle = 5;
-constexpr qsizetype MostGrowth = 512 * 1024;
+constexpr qsizetype MostGrowth = 128 * 1024;
 
 const QStringList PlainNames{QStringLiteral("Tuner CH1"), QStringLiteral("Demod 2"),
     QStringLiteral("Extra"), QStringLiteral("Main"), QStringLiteral("PAX")};
@@ -470,12 +470,6 @@ private slots:
         Panel panel;
         m_panel = &panel;
         standInForScopes();
-        // Qt keeps some 300 bytes of its own at each painting of a coloured button without border
-        const QList<QWidget*> coloured{panel.window.linkButton, panel.window.mainMenuButton,
-            panel.window.scopesButton, panel.window.linkButton->parentWidget()};
-        for (QWidget* each : coloured) {
-            each->setStyleSheet(QString());
-        }
         m_model.add(QStringLiteral("Loading"), true);
         m_model.add(QStringLiteral("two"), true);
         for (int i = 0; i < 2; ++i) {

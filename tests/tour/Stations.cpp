@@ -39,6 +39,14 @@ void visitStart(Tour& tour)
     tour.unit("CLEAR");
     Tour::settle();
     tour.picture("waiting");
+    for (int i = 0; i < 36; ++i) {
+        tour.unit(
+            QString("AK,Main,k%1,Setting %1,%2,X,,0,,0,%3,1").arg(i).arg(i % 7).arg(i % 5 == 0));
+    }
+    tour.unit("SK,Main");
+    tour.window().process_special_menu();
+    Tour::settle();
+    tour.picture("special-menu");
 }
 
 void visitMenus(Tour& tour)

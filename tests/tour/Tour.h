@@ -59,9 +59,11 @@ public:
     bool succeeded() const { return m_failures == 0; }
     int pictures() const { return m_pictures; }
 
+    // Something could not be done.
+    void fail(const QString& reason);
+
 private:
     bool waitForLine(const QString& start, QString* line);
-    void fail(const QString& reason);
 
     QDir m_directory;
     QString m_menuFile;
@@ -75,6 +77,7 @@ private:
 void visitSpectrum(Tour& tour);
 void visitStart(Tour& tour);
 void visitMenus(Tour& tour);
+void visitMainMenus(Tour& tour);
 
 // Instead of the stations, for menus that are somebody's own: every page of every menu.
 void visitAllMenus(Tour& tour);
