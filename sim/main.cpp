@@ -1,15 +1,18 @@
+#include "sim/CardOptions.h"
+#include "sim/CardSpectrum.h"
 #include "sim/InputLines.h"
 #include "sim/MainUnit.h"
 #include "sim/MenuFile.h"
 #include "sim/Printer.h"
 #include "sim/PseudoTerminal.h"
-#include "sim/ScopePort.h"
+#include "sim/ScopeOptions.h"
 #include "sim/TerminationSignals.h"
 #include "sim/UnitDevices.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
@@ -39,6 +42,9 @@ The scope ports ttyUSB1 to ttyUSB3 send as the panel's "D1:DSDM:2" and the unit'
 signal is bpsk, qpsk, oqpsk, 8psk or 16qam, and behind it any of
   :snr=20 (dB)  :phase=3 (degrees rms)  :offset=0.001 (turns a symbol)
   :imbalance=1 (dB)  :skew=5 (degrees)  :clip=0.4  :level=0.5  :rolloff=0.35
+The spectral cards ttyUSB11 to ttyUSB13 answer the panel's requests with spectra
+whose carriers are as wide as "D1:RATE:5000000" makes them. The K7150 type comes up
+in the panel on "ST,1", the older one is for a panel started with -noK7150.
 
 Examples:
   qn740-sim --dir /tmp/dev           then: QN740_DEV=/tmp/dev qn740-panel
@@ -46,14 +52,10 @@ Examples:
   qn740-sim --check my.menu          only say what is wrong with it
   echo 'DB,Antenna fault,1' | qn740-sim --dir /tmp/dev
   qn740-sim --no-menus --trace       type every message by hand, see both ways
-  qn740-sim --signal 16qam:snr=25:phase=2 --scope-fault loss,noise)";
+  qn740-sim --signal 16qam:snr=25:phase=2 --scope-fault loss,noise
+  qn740-sim --card older --card-fault cut,no-reply=20)";
 
 const QString PanelLine = QStringLiteral("ttyO1");
-const QString ScopeLine = QStringLiteral("ttyUSB%1");
-constexpr int ScopePorts = 3;
-// of Demod 1, 2 and 3 when nothing else is asked for
-const QStringList DefaultSignals{
-    QStringLiteral("qpsk"), QStringLiteral("8psk"), QStringLiteral("16qam:snr=25")};
 
 struct Options
 {
@@ -62,44 +64,10 @@ struct Options
     QString check;
     bool noMenus = false;
     bool trace = false;
-    QStringList signalTexts; // one a scope port; the last one goes for those behind it too
-    QString scopeFaults;
-    QString scopeMode;
     QString seed;
+    ScopeOptions scopes;
+    CardOptions cards;
 };
-
-// What the scope ports are to send.
-struct ScopePlan
-{
-    QList<SignalSettings> signalSettings;
-    int faults = 0;
-    int mode = ScopePort::Off;
-    quint32 seed = 1;
-    QString fault; // why it cannot be done; empty when it can
-};
-
-ScopePlan scopePlan(const Options& options)
-{
-    ScopePlan plan;
-    const QStringList& texts = options.signalTexts.isEmpty() ? DefaultSignals : options.signalTexts;
-    for (int port = 0; port < ScopePorts && plan.fault.isEmpty(); ++port) {
-        const QString text = texts.value(port, texts.constLast());
-        plan.signalSettings.append(SignalSettings::fromText(text, plan.fault));
-    }
-    plan.faults = ScopeFaults::fromText(options.scopeFaults);
-    bool seedIsNumber = false;
-    plan.seed = options.seed.toUInt(&seedIsNumber);
-    bool modeIsNumber = false;
-    plan.mode = options.scopeMode.toInt(&modeIsNumber);
-    if (plan.faults < 0) {
-        plan.fault = QStringLiteral("no fault of a scope port: \"%1\"").arg(options.scopeFaults);
-    } else if (!seedIsNumber) {
-        plan.fault = QStringLiteral("no seed: \"%1\"").arg(options.seed);
-    } else if (!modeIsNumber || plan.mode < ScopePort::Off || plan.mode > ScopePort::Sdi) {
-        plan.fault = QStringLiteral("no mode of a scope port: \"%1\"").arg(options.scopeMode);
-    }
-    return plan;
-}
 
 // Ends the program itself at --help, --version and options that it does not know.
 Options parseOptions(const QCoreApplication& application)
@@ -117,17 +85,6 @@ Options parseOptions(const QCoreApplication& application)
         QStringLiteral("no-menus"), QStringLiteral("Send no menus, only what is typed."));
     const QCommandLineOption trace(
         QStringLiteral("trace"), QStringLiteral("Print every message both ways with its time."));
-    const QCommandLineOption signal(QStringLiteral("signal"),
-        QStringLiteral("The signal of the next scope port, from Demod 1 on; the last one given "
-                       "goes for the others too."),
-        QStringLiteral("SIGNAL"));
-    const QCommandLineOption scopeFault(QStringLiteral("scope-fault"),
-        QStringLiteral("Spoil what the scope ports send: index, loss, noise, silence, or several "
-                       "of them with \",\" between."),
-        QStringLiteral("FAULTS"));
-    const QCommandLineOption scopeMode(QStringLiteral("scope-mode"),
-        QStringLiteral("What the scope ports send before the panel asks, 0 to 3 (default: 0)."),
-        QStringLiteral("MODE"), QStringLiteral("0"));
     const QCommandLineOption seed(QStringLiteral("seed"),
         QStringLiteral("The seed of signals and faults (default: 1)."), QStringLiteral("NUMBER"),
         QStringLiteral("1"));
@@ -135,8 +92,9 @@ Options parseOptions(const QCoreApplication& application)
     parser.setApplicationDescription(QLatin1String(Description));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions(
-        {directory, menu, check, noMenus, trace, signal, scopeFault, scopeMode, seed});
+    parser.addOptions({directory, menu, check, noMenus, trace, seed});
+    ScopeOptions::addTo(parser);
+    CardOptions::addTo(parser);
     parser.process(application);
     if (!parser.positionalArguments().isEmpty()) {
         Printer::error(QStringLiteral("qn740-sim: unexpected argument \"%1\"; see --help")
@@ -144,8 +102,8 @@ Options parseOptions(const QCoreApplication& application)
         std::exit(1);
     }
     return {parser.value(directory), parser.value(menu), parser.value(check), parser.isSet(noMenus),
-        parser.isSet(trace), parser.values(signal), parser.value(scopeFault),
-        parser.value(scopeMode), parser.value(seed)};
+        parser.isSet(trace), parser.value(seed), ScopeOptions::from(parser),
+        CardOptions::from(parser)};
 }
 
 int fail(const QStringList& errors)
@@ -185,29 +143,19 @@ void typeLine(MainUnit& unit, const QByteArray& text)
     }
 }
 
-// Out: whether all three scope ports are there; they live as long as the devices.
-bool addScopePorts(UnitDevices& devices, const MainUnit& unit, const ScopePlan& plan)
-{
-    for (int port = 0; port < ScopePorts; ++port) {
-        PseudoTerminal* line = devices.add(ScopeLine.arg(port + 1));
-        if (line == nullptr) {
-            return false;
-        }
-        auto* scope = new ScopePort(port + 1, *line, plan.signalSettings.at(port), plan.faults,
-            plan.seed + static_cast<quint32>(port), line);
-        scope->setMode(plan.mode);
-        QObject::connect(&unit, &MainUnit::received, scope, &ScopePort::takeCommand);
-        QObject::connect(&unit, &MainUnit::sent, scope, &ScopePort::takeMessage);
-    }
-    return true;
-}
-
 int play(const Options& options, const MenuFile& menus)
 {
-    const ScopePlan plan = scopePlan(options);
-    if (!plan.fault.isEmpty()) {
-        return fail({QLatin1String("qn740-sim: ") + plan.fault});
+    bool seedIsNumber = false;
+    const quint32 seed = options.seed.toUInt(&seedIsNumber);
+    if (!seedIsNumber) {
+        return fail({QStringLiteral("qn740-sim: no seed: \"%1\"").arg(options.seed)});
     }
+    for (const QString& fault : {options.scopes.fault, options.cards.fault}) {
+        if (!fault.isEmpty()) {
+            return fail({QLatin1String("qn740-sim: ") + fault});
+        }
+    }
+    CardSpectrum spectrum(seed);
     const TerminationSignals signals_;
     QObject::connect(&signals_, &TerminationSignals::terminate, qApp, &QCoreApplication::quit);
     UnitDevices devices(options.directory);
@@ -219,9 +167,12 @@ int play(const Options& options, const MenuFile& menus)
     QObject::connect(line, &PseudoTerminal::opened, &printer,
         [&printer] { printer.event(QLatin1String("panel opened ") + PanelLine); });
     MainUnit unit(*line, menus.steps());
-    if (!addScopePorts(devices, unit, plan)) {
+    if (!options.scopes.addPorts(devices, unit, seed) ||
+        !options.cards.addPorts(devices, spectrum, seed)) {
         return fail({QLatin1String("qn740-sim: ") + devices.errorString()});
     }
+    QObject::connect(&unit, &MainUnit::received, &unit,
+        [&spectrum](const QString& body) { spectrum.takeCommand(body); });
     QObject::connect(&unit, &MainUnit::received, &printer, &Printer::fromPanel);
     QObject::connect(&unit, &MainUnit::sent, &printer, &Printer::toPanel);
     QObject::connect(&unit, &MainUnit::menusSent, &printer,

@@ -51,6 +51,10 @@ MainWindow::MainWindow(QWidget* parent)
     setUpLook();
     Set_Status_Bar();
     setup_scopes();
+    if (noK7150) {
+        spectrumAvailable = false;
+        setUpSpectrum();
+    }
     get_settings();
     ready = true;
 }

@@ -26,6 +26,7 @@ class QPushButton;
 class QStatusBar;
 class ScopesPage;
 class SerialLine;
+class SpectralCard;
 class SplashScreen;
 
 // The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
@@ -64,17 +65,28 @@ public:
     // color: a number of "LC"; trace: 0 to 2 for the scope of Demod 1 to 3, others: nothing.
     void setScopeLineColor(int color, int trace);
 
+    // Builds the spectrum page, if it is not there yet: with "-noK7150" for a card of the older
+    // type on the first of its three ports that opens, otherwise for a K7150 on all three.
+    void setUpSpectrum();
+
+    // Puts the first spectrum chart into `place`, at (1, 0), and hides the two others; may be
+    // called again while it is there. returnChart() brings everything back; it may be called at any
+    // time.
+    void lendChart(QGridLayout* place);
+    void returnChart();
+
     int mainMenuIndex() const { return views->mainMenu.index(); }
     int paxMenuIndex() const { return views->paxMenu.index(); }
     bool displayActive() const { return views->displayActive(); }
 
     QWidget* central = nullptr;
     QStackedLayout* stack = nullptr;
-    Views* views = nullptr;         // which page is shown, and the pages' numbers
-    MenuMessages* menus = nullptr;  // the menu pages and the messages that define them
-    MainMenus* mainMenus = nullptr; // the messages that compose the main menus
-    int paxMenuListIndex = -1;      // position of the PAX main menu in the list of menus
-    ScopesPage* scopes = nullptr;   // the page of the three scopes
+    Views* views = nullptr;               // which page is shown, and the pages' numbers
+    MenuMessages* menus = nullptr;        // the menu pages and the messages that define them
+    MainMenus* mainMenus = nullptr;       // the messages that compose the main menus
+    int paxMenuListIndex = -1;            // position of the PAX main menu in the list of menus
+    ScopesPage* scopes = nullptr;         // the page of the three scopes
+    SpectralCard* spectralCard = nullptr; // the spectrum page, nullptr while there is none
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
     QStatusBar* statusBar_ = nullptr;
@@ -190,6 +202,8 @@ private:
     void setLinkMode(int mode);
     void chooseLinkMode(int mode);
 
+    QString firstCardPort() const;
+
     QPushButton* addStatusButton(const char* name, const QString& text, const QString& sheet);
 
     std::unique_ptr<Dispatcher> m_dispatcher;
@@ -197,4 +211,5 @@ private:
     SerialLine* m_scopeResend = nullptr;
     QString m_resent; // what came in on the re-send line and has no end yet
     std::unique_ptr<MessageBoxes> m_messageBoxes;
+    QList<int> m_chartsBefore; // chart areas that were shown before the first chart was lent
 };

@@ -148,9 +148,11 @@ QGridLayout* MainWindow::paxDisplayGrid() const
 void MainWindow::paxTakesDisplays(QGridLayout* place)
 {
     paxTakesScope(place);
+    lendChart(place);
 }
 
 void MainWindow::paxReturnsDisplays()
 {
     paxReturnsScope();
+    returnChart();
 }

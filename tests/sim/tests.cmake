@@ -1,3 +1,5 @@
+qn740_test(sim CardPort qn740_sim)
+qn740_test(sim CardSpectrum qn740_sim)
 qn740_test(sim FrameSplitter qn740_sim)
 qn740_test(sim MainUnit qn740_sim)
 qn740_test(sim MenuFile qn740_sim)

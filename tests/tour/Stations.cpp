@@ -74,6 +74,28 @@ void visitMenus(Tour& tour)
     visitMenu(tour, "Key states");
 }
 
+void visitSpectrum(Tour& tour)
+{
+    tour.unit("ST,1");
+    Views& views = *tour.window().views;
+    views.setCurrent(Views::Spectrum);
+    views.show(&Views::spectrum);
+    tour.unit("SF,1,2250.5");
+    tour.unit("SP,0,6");
+    tour.unit("SP,1,3");
+    tour.unit("HM,0,-30,-80");
+    constexpr int SomeSpectraMs = 1500;
+    for (const char* name : {"spectrum-three", "spectrum-two", "spectrum-one"}) {
+        Tour::settle(SomeSpectraMs);
+        tour.picture(name);
+        tour.unit(name == QLatin1String("spectrum-three") ? "SH,2,0" : "SH,1,0");
+    }
+    tour.unit("SH,1,1");
+    tour.unit("SH,2,1");
+    views.setCurrent(Views::Menus);
+    views.show(&Views::menu);
+}
+
 void visitAllMenus(Tour& tour)
 {
     QStringList names;

@@ -74,6 +74,7 @@ private:
 };
 
 // The stations of the walk, one for each part of the panel.
+void visitSpectrum(Tour& tour);
 void visitStart(Tour& tour);
 void visitMenus(Tour& tour);
 void visitMainMenus(Tour& tour);

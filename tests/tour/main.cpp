@@ -32,6 +32,7 @@ int main(int argc, char** argv)
         visitAllMenus(tour);
     } else {
         visitMenus(tour);
+        visitSpectrum(tour);
         visitMainMenus(tour);
         visitEditors(tour);
         visitScopes(tour);

@@ -1,0 +1,2 @@
+qn740_bench(spectrum ReplyBuffer)
+qn740_bench(spectrum SpectrumChart)

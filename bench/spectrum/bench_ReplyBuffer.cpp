@@ -1,0 +1,69 @@
+// What a byte costs in the search for a reply that does not come. The figure must not grow with the
+// bytes that wait already: the last line is the cost of a byte at 160 kB over that at 10 kB.
+#include "spectrum/BusFrame.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+// always looks like the beginning of something
+QByteArray noise(qsizetype size)
+{
+    QByteArray bytes;
+    while (bytes.size() < size) {
+        bytes += "[0190RFF]";
+    }
+    return bytes;
+}
+
+void feed(const QByteArray& bytes, qsizetype piece)
+{
+    bus::ReplyBuffer buffer;
+    CmdMsg message;
+    for (qsizetype at = 0; at < bytes.size(); at += piece) {
+        buffer.append(bytes.mid(at, piece));
+        benchmark::DoNotOptimize(buffer.take(message, bus::Layout::Decimal));
+    }
+}
+
+void waitingForAHeader(benchmark::State& state)
+{
+    const QByteArray bytes = noise(state.range(0));
+    for (auto _ : state) {
+        feed(bytes, state.range(1));
+    }
+    state.SetBytesProcessed(state.iterations() * bytes.size());
+}
+BENCHMARK(waitingForAHeader)->ArgsProduct({{10000, 40000, 160000}, {1, 64}});
+
+double nanosecondsAByte(qsizetype size)
+{
+    const QByteArray bytes = noise(size);
+    std::vector<double> runs;
+    for (int i = 0; i < 11; ++i) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        feed(bytes, 1);
+        runs.push_back(static_cast<double>(elapsed.nsecsElapsed()) / static_cast<double>(size));
+    }
+    std::nth_element(runs.begin(), runs.begin() + 5, runs.end());
+    return runs[5];
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    const double small = nanosecondsAByte(10000);
+    const double large = nanosecondsAByte(160000);
+    std::printf("a byte, one at a time: %.1f ns at 10 kB, %.1f ns at 160 kB, ratio %.2f\n", small,
+        large, large / small);
+}

@@ -1,0 +1,491 @@
+#include "spectrum/SpectralCard.h"
+
+#include "spectrum/SpectrumArea.h"
+#include "spectrum/SpectrumChart.h"
+#include "wire/Log.h"
+#include "wire/Message.h"
+
+#include <QComboBox>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr char StartOfFrame = '[';
+constexpr char EndOfFrame = ']';
+constexpr int CardBaud = 921600;
+constexpr int K7150Baud = 230400;
+constexpr int SpectrumTimeoutMs = 2000;
+constexpr int UnderWayMs = 2500;
+constexpr int PollMs = 50; // 20 spectra a second
+constexpr int Passes = 3;
+constexpr int HighestTrim = 9;
+constexpr int StepsPerDB = 2;
+
+const char* const Look =
+    "QComboBox {background-color: #919191; color: black; border: 2px solid yellow; border-radius: 4px; padding-left: 6px;} "
+    "QComboBox QAbstractItemView {background-color: #919191; color: black; selection-background-color: #4169e1;} "
+    "QPushButton {background-color: #919191; color: black; border: 2px solid yellow; border-radius: 4px; font-size: 15px;} "
+    "QPushButton:checked {background-color: green; color: white;} "
+    "QPushButton:pressed {background-color: #4169e1;}";
+
+void addLevel(QByteArray& points, int dB)
+{
+    if (dB == 0) {
+        return;
+    }
+    for (char& point : points) {
+        point = static_cast<char>(qMin(static_cast<quint8>(point) + dB * StepsPerDB, 255));
+    }
+}
+
+} // namespace
+
+const QVector<SpectralCard::SPANINFO> SpectralCard::m_spanTable = spanTable();
+
+SpectralCard::SpectralCard(QWidget* parent, int window, const QString& portName)
+    : QWidget(parent)
+    , m_address(card::address())
+{
+    QPalette black = palette();
+    black.setColor(QPalette::Window, Qt::black);
+    setPalette(black);
+    setAutoFillBackground(true);
+    setStyleSheet(QLatin1String(Look));
+    initCharts();
+    WindowName(window == 0 ? QStringLiteral("SpectralCard CH.1/CH.2/CMB.1")
+                           : QStringLiteral("SpectralCard CH.3/CH.4/CMB.2"));
+
+    m_buses[0] = newBus(portName, CardBaud);
+    if (m_buses[0]->isOpen()) {
+        busOpened();
+    }
+    // a port that comes later, or comes back
+    connect(m_buses[0], &Rs422Bus::opened, this, &SpectralCard::busOpened);
+    connectCombos();
+    m_timer.setTimerType(Qt::PreciseTimer); // a coarse one comes early
+    m_timer.setInterval(PollMs);
+    connect(&m_timer, &QTimer::timeout, this, &SpectralCard::timerTimeOut);
+    connect(m_buses[0], &Rs422Bus::messageQueueFlag, this, &SpectralCard::queFlag);
+}
+
+SpectralCard::~SpectralCard()
+{
+    // bus and charts may still speak while they are torn down
+    for (Rs422Bus* bus : m_buses) {
+        if (bus != nullptr) {
+            bus->disconnect(this);
+        }
+    }
+}
+
+void SpectralCard::initCharts()
+{
+    if (!m_areas.isEmpty()) {
+        return;
+    }
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    const QVector<QColor> colours = {lineColor(5), lineColor(3), lineColor(1)};
+    for (int channel = 0; channel < card::Channels; ++channel) {
+        auto* area = new SpectrumArea(channel, this);
+        area->chart()->setLineColor(colours.at(channel));
+        layout->addWidget(area, 1);
+        m_areas += area;
+        m_shown.at(static_cast<size_t>(channel)) = true;
+    }
+}
+
+void SpectralCard::connectCombos()
+{
+    const auto box = [this](int channel) { return m_areas.at(channel)->spanBox(); };
+    connect(box(0), &QComboBox::activated, this, &SpectralCard::cboSpan1_SelectedIndexChanged);
+    connect(box(1), &QComboBox::activated, this, &SpectralCard::cboSpan2_SelectedIndexChanged);
+    connect(box(2), &QComboBox::activated, this, &SpectralCard::cboSpan3_SelectedIndexChanged);
+}
+
+Rs422Bus* SpectralCard::newBus(const QString& portName, int baudRate)
+{
+    return new Rs422Bus(portName, StartOfFrame, EndOfFrame, true, baudRate, this);
+}
+
+Rs422Bus* SpectralCard::newK7150Bus(const QString& portName)
+{
+    Rs422Bus* bus = newBus(portName, K7150Baud);
+    // and nothing else: after a lost reply it is the timer that asks again
+    connect(bus, &Rs422Bus::messageReceived, this, &SpectralCard::CommSpectral_Command);
+    bus->setIsK7150Type(true);
+    return bus;
+}
+
+void SpectralCard::busOpened()
+{
+    Rs422Bus* bus = m_buses[0];
+    connect(bus, &Rs422Bus::messageReceived, this, &SpectralCard::CommSpectral_Command,
+        Qt::UniqueConnection);
+    connect(bus, &Rs422Bus::messageTxSuccess, this, &SpectralCard::ComPortTimeOut,
+        Qt::UniqueConnection);
+    sendSerialCmd(card::readName());
+}
+
+void SpectralCard::setK7150(const QString& port1, const QString& port2, const QString& port3)
+{
+    m_k7150Type = true;
+    if (m_buses[0] != nullptr) {
+        m_buses[0]->close();
+        m_buses[0]->deleteLater();
+    }
+    m_askedChannel = -1;
+    m_buses[0] = newK7150Bus(port1);
+    connect(m_buses[0], &Rs422Bus::opened, this, &SpectralCard::initSA);
+    if (m_buses[1] == nullptr) {
+        m_buses[1] = newK7150Bus(port2);
+    }
+    if (m_buses[2] == nullptr) {
+        m_buses[2] = newK7150Bus(port3);
+    }
+    emit cardDetected(card::k7150Name());
+    emit cardVersionUpdated(card::k7150Version());
+}
+
+void SpectralCard::initSA()
+{
+    if (!m_k7150Type) {
+        sendSerialCmd(card::readVersion());
+        sendSerialCmd(card::readSpans());
+        sendSerialCmd(card::readTrims());
+        return;
+    }
+    for (int channel = 0; channel < card::Channels; ++channel) {
+        tell(card::demodulatorSpectrumOn(channel + 1));
+        const SPANINFO& span = m_spanTable.at(getSpan(channel));
+        tell(card::demodulatorSpan(channel + 1, QLatin1String(span.fftParam)));
+    }
+}
+
+void SpectralCard::tell(const QString& body)
+{
+    emit updateDemodCh(wire::frame(body));
+}
+
+void SpectralCard::sendSerialCmd(const QString& command, int timeout)
+{
+    if (m_buses[0] == nullptr) {
+        return;
+    }
+    const QString request = card::request(m_address, command);
+    if (timeout < 1) {
+        m_buses[0]->sendMessage(request);
+    } else {
+        m_buses[0]->sendMessage(request, timeout);
+    }
+}
+
+void SpectralCard::sendSerialCmd(const QString& command)
+{
+    sendSerialCmd(command, 0);
+}
+
+void SpectralCard::UpdateCmds()
+{
+    for (int tried = 0; tried < card::Channels; ++tried) {
+        const int channel = m_channel;
+        const int pass = m_pass;
+        m_channel = static_cast<quint8>((m_channel + 1) % card::Channels);
+        if (m_channel == 0) {
+            m_pass = static_cast<quint8>((m_pass + 1) % Passes);
+        }
+        if (m_shown.at(static_cast<size_t>(channel))) {
+            m_askedChannel = channel;
+            m_lastChannel = channel;
+            m_askedStale = false;
+            m_asked.start();
+            sendSerialCmd(card::readSpectrum(channel, pass), SpectrumTimeoutMs);
+            return;
+        }
+    }
+}
+
+bool SpectralCard::pollUnderWay() const
+{
+    return m_askedChannel >= 0 && m_asked.isValid() && !m_asked.hasExpired(UnderWayMs);
+}
+
+void SpectralCard::timerTimeOut()
+{
+    const bool wanted = isVisible() || m_overRideVisCheck;
+    if (wanted && isOpen() && !pollUnderWay()) {
+        UpdateCmds();
+    }
+}
+
+void SpectralCard::CommSpectral_Command(const CmdMsg& message)
+{
+    if (message.address != m_address) {
+        return;
+    }
+    const QString text = message.data.trimmed();
+    if (message.command == QLatin1String("RFFT")) {
+        takeSpectrum(message);
+    } else if (message.command == card::readName()) {
+        m_name = text;
+        emit cardDetected(m_name);
+        initSA();
+    } else if (message.command == card::readVersion()) {
+        emit cardVersionUpdated(card::nameAndVersion(m_name, text));
+        tell(card::listEntry());
+        tell(card::versionEntry(text));
+    } else if (message.command == card::readSpans()) {
+        takeSpans(text);
+    } else if (message.command == card::readTrims()) {
+        takeTrims(text);
+    }
+}
+
+void SpectralCard::takeSpectrum(const CmdMsg& message)
+{
+    QByteArray points = message.data.toLatin1();
+    int channel = m_lastChannel;
+    if (m_k7150Type) {
+        channel = points.isEmpty() ? -1 : static_cast<quint8>(points.at(0));
+        points.remove(0, 1);
+    }
+    const bool stale = m_askedStale && channel == m_askedChannel;
+    m_askedChannel = -1;
+    m_askedStale = false;
+    // a stale one was measured with the span before this one
+    if (!isChannel(channel) || points.isEmpty() || stale) {
+        return;
+    }
+    addLevel(points, m_trims.at(static_cast<size_t>(channel)));
+    SpectrumChart* chart = m_areas.at(channel)->chart();
+    if (m_averageClearPending.at(static_cast<size_t>(channel))) {
+        chart->restartAverage();
+    }
+    chart->addSpectrum(points);
+    emit specUpdate(points, channel);
+}
+
+void SpectralCard::takeSpans(const QString& text)
+{
+    const QVector<int> spans = card::digits(text);
+    for (int channel = 0; channel < spans.size(); ++channel) {
+        // one that is just being changed was read before the change
+        if (!m_averageClearPending.at(static_cast<size_t>(channel))) {
+            showSpan(channel, spans.at(channel));
+        }
+    }
+}
+
+void SpectralCard::takeTrims(const QString& text)
+{
+    const QVector<int> trims = card::digits(text);
+    for (int channel = 0; channel < trims.size(); ++channel) {
+        m_trims.at(static_cast<size_t>(channel)) = trims.at(channel);
+    }
+}
+
+void SpectralCard::ComPortTimeOut(const QString& request, Rs422Bus::Results result)
+{
+    const bool ours = request.left(m_address.size()) == m_address;
+    if (ours && result == Rs422Bus::NoReply && request.mid(4, 4) == QLatin1String("RFFT")) {
+        m_askedChannel = -1;
+        UpdateCmds();
+    }
+}
+
+void SpectralCard::queFlag(const QString& flag)
+{
+    const int channel = card::clearAverageChannel(flag);
+    if (channel >= 0) {
+        m_averageClearPending.at(static_cast<size_t>(channel)) = false;
+    }
+}
+
+int SpectralCard::getSpan(int channel) const
+{
+    return isChannel(channel) ? m_spans.at(static_cast<size_t>(channel)) : -1;
+}
+
+QStringList SpectralCard::getSpanList() const
+{
+    QStringList labels;
+    for (const SPANINFO& span : m_spanTable) {
+        labels += QLatin1String(span.label);
+    }
+    return labels;
+}
+
+QVector<double> SpectralCard::spanTicks(int span) const
+{
+    return m_spanTable.value(span).ticks;
+}
+
+QStringList SpectralCard::cboSpanItems(int channel) const
+{
+    QStringList items;
+    for (int i = 0; isChannel(channel) && i < m_areas.at(channel)->spanBox()->count(); ++i) {
+        items += m_areas.at(channel)->spanBox()->itemText(i);
+    }
+    return items;
+}
+
+void SpectralCard::cboSpan1_SelectedIndexChanged()
+{
+    SetSpan(0, m_areas.at(0)->spanBox()->currentIndex());
+}
+
+void SpectralCard::cboSpan2_SelectedIndexChanged()
+{
+    SetSpan(1, m_areas.at(1)->spanBox()->currentIndex());
+}
+
+void SpectralCard::cboSpan3_SelectedIndexChanged()
+{
+    SetSpan(2, m_areas.at(2)->spanBox()->currentIndex());
+}
+
+void SpectralCard::setSpanComboBox(int channel, int span)
+{
+    SetSpan(channel, span);
+}
+
+void SpectralCard::showSpan(int channel, int span)
+{
+    if (span != getSpan(channel)) {
+        m_spans.at(static_cast<size_t>(channel)) = span;
+        m_areas.at(channel)->chart()->setSpan(m_spanTable.at(span));
+        m_askedStale = m_askedStale || channel == m_askedChannel;
+        emit spanChanged(channel, span);
+    }
+    m_areas.at(channel)->spanBox()->setCurrentIndex(span);
+}
+
+void SpectralCard::SetSpan(int channel, int span)
+{
+    if (!isChannel(channel) || span < 0 || span >= m_spanTable.size()) {
+        return;
+    }
+    showSpan(channel, span);
+    if (m_k7150Type) {
+        tell(card::demodulatorSpan(channel + 1, QLatin1String(m_spanTable.at(span).fftParam)));
+    } else {
+        m_averageClearPending.at(static_cast<size_t>(channel)) = true;
+        sendSerialCmd(card::setSpan(channel, span));
+    }
+    m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
+}
+
+void SpectralCard::setRf(double rf, int channel)
+{
+    if (isChannel(channel)) {
+        m_areas.at(channel)->chart()->setCentre(rf);
+    }
+}
+
+double SpectralCard::centre(int channel) const
+{
+    return isChannel(channel) ? m_areas.at(channel)->chart()->centre() : 0.0;
+}
+
+void SpectralCard::setHMarkers(int channel, const QList<double>& levels)
+{
+    if (isChannel(channel)) {
+        m_areas.at(channel)->chart()->setHMarkers(levels);
+    }
+}
+
+QColor SpectralCard::lineColor(int colour)
+{
+    // blue and red are lightened: pure blue cannot be read on black
+    static const QVector<QColor> colours = {QColor(0xff, 0x40, 0x40), QColor(0x00, 0xff, 0x00),
+        QColor(0x60, 0x90, 0xff), QColor(0x00, 0xff, 0xff), QColor(0xff, 0x00, 0xff),
+        QColor(0xff, 0xff, 0x00), QColor(0xff, 0xff, 0xff), QColor(0xa0, 0xa0, 0xa4)};
+    return colours.value(colour);
+}
+
+void SpectralCard::setLineColor(int colour, int trace)
+{
+    const QColor color = lineColor(colour);
+    for (int channel = 0; color.isValid() && channel < card::Channels; ++channel) {
+        if (trace == channel || trace == -1) {
+            m_areas.at(channel)->chart()->setLineColor(color);
+        }
+    }
+}
+
+void SpectralCard::setTrim(int channel, int trim)
+{
+    if (isChannel(channel) && trim >= 0 && trim <= HighestTrim) {
+        m_trims.at(static_cast<size_t>(channel)) = trim;
+        sendSerialCmd(card::setTrim(channel, trim));
+    }
+}
+
+SpectrumChart* SpectralCard::chart(int channel) const
+{
+    return isChannel(channel) ? m_areas.at(channel)->chart() : nullptr;
+}
+
+void SpectralCard::returnChartToVbox(int channel)
+{
+    if (isChannel(channel)) {
+        m_areas.at(channel)->takeChartBack();
+    }
+}
+
+void SpectralCard::SetChartAreaName(int channel, const QString& name)
+{
+    if (isChannel(channel)) {
+        m_areas.at(channel)->setName(name);
+    }
+}
+
+void SpectralCard::SetChartAreaVisible(int channel, bool on)
+{
+    if (isChannel(channel)) {
+        m_shown.at(static_cast<size_t>(channel)) = on;
+        m_areas.at(channel)->setVisible(on);
+    }
+}
+
+bool SpectralCard::chartAreaVisible(int channel) const
+{
+    return isChannel(channel) && m_shown.at(static_cast<size_t>(channel));
+}
+
+void SpectralCard::WindowName(const QString& name)
+{
+    setWindowTitle(name);
+    for (SpectrumArea* area : std::as_const(m_areas)) {
+        area->setName(name);
+    }
+}
+
+void SpectralCard::setOverRideVisCheck(bool on)
+{
+    m_overRideVisCheck = on;
+    runTimerWhenNeeded();
+}
+
+void SpectralCard::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    runTimerWhenNeeded();
+}
+
+void SpectralCard::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    runTimerWhenNeeded();
+}
+
+void SpectralCard::runTimerWhenNeeded()
+{
+    const bool needed = isVisible() || m_overRideVisCheck;
+    if (needed && !m_timer.isActive()) {
+        m_timer.start();
+    } else if (!needed) {
+        m_timer.stop();
+    }
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QLocalServer>
+#include <QObject>
+#include <QPointer>
+
+class QLocalSocket;
+class SpectralCard;
+
+// Passes every spectrum of a card on to whoever connects to a local socket, for recording and for
+// plotting elsewhere. The environment variable QN740_SPECTRUM_SOCKET names the socket's path; unset
+// or empty, there is none.
+//
+// One line of JSON a spectrum, levels in dB, frequencies in MHz, lowest frequency first:
+//   {"channel":0,"centre":70,"span":1.199056,"levels":[-98.5,-97,...]}
+//
+// A reader that does not keep up loses whole lines: what it has not taken yet is bounded, and a
+// spectrum for which there is no room is dropped for that reader. What readers send is thrown away.
+class SpectralRemote : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int MostReaders = 8;
+    // A reader's backlog in bytes beyond which spectra are dropped.
+    static constexpr qint64 MostBacklog = qint64{512} * 1024;
+
+    explicit SpectralRemote(SpectralCard* card, QObject* parent = nullptr);
+    ~SpectralRemote() override;
+
+    // Whether the socket is there.
+    bool isListening() const { return m_server.isListening(); }
+    int readers() const { return static_cast<int>(m_readers.size()); }
+    // The bytes that the slowest reader has not taken yet.
+    qint64 backlog() const;
+
+    // points: one byte a point. channel: 0 to 2. centre, span: in MHz. Out: the line, with its end.
+    static QByteArray line(const QByteArray& points, int channel, double centre, double span);
+
+public slots:
+    void forward(const QByteArray& points, int channel);
+
+private:
+    void listen(const QString& path);
+    void takeReaders();
+    void forget(QLocalSocket* reader);
+
+    QPointer<SpectralCard> m_card;
+    QLocalServer m_server;
+    QList<QLocalSocket*> m_readers;
+};

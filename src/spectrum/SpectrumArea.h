@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QComboBox;
+class QPushButton;
+class QVBoxLayout;
+class SpectrumChart;
+
+// The part of the spectrum page that belongs to one channel: its chart and, beside it, the span
+// and the switches for averaging and max hold. The chart can be lent to another page; the rest
+// stays here.
+class SpectrumArea : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // channel: 0 to 2. The chart's title is the name with the channel behind it, "NAME (CH.1)".
+    SpectrumArea(int channel, QWidget* parent);
+    ~SpectrumArea() override;
+
+    void setName(const QString& name);
+
+    // Puts the chart back into this area.
+    void takeChartBack();
+
+    // Never nullptr: a chart that went down with the page it was lent to is made anew.
+    SpectrumChart* chart();
+    QComboBox* spanBox() const { return m_spanBox; }
+
+private:
+    QPushButton* newSwitch(const QString& text, const QString& name);
+    void setUpSpanBox();
+    void newChart();
+
+    int m_channel;
+    QString m_name;
+    QPointer<SpectrumChart> m_chart; // lives elsewhere while it is lent
+    QComboBox* m_spanBox;
+    QVBoxLayout* m_vbox;
+};

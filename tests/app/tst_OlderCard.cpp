@@ -1,0 +1,87 @@
+// The panel as it is started for a card of the older type.
+#include "app/Identity.h"
+#include "app/MainWindow.h"
+#include "spectrum/CardSide.h"
+#include "spectrum/SpectralCard.h"
+#include "support/Pty.h"
+
+#include <QtTest>
+
+class tst_OlderCard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_page_is_built_at_once_on_the_first_port_that_opens_data()
+    {
+        QTest::addColumn<QStringList>("there");
+        QTest::addColumn<QString>("taken");
+        QTest::newRow("all") << QStringList{"ttyUSB11", "ttyUSB12", "ttyUSB13"} << "ttyUSB11";
+        QTest::newRow("second") << QStringList{"ttyUSB12", "ttyUSB13"} << "ttyUSB12";
+        QTest::newRow("third") << QStringList{"ttyUSB13"} << "ttyUSB13";
+        QTest::newRow("none") << QStringList() << "ttyUSB11";
+    }
+
+    void the_page_is_built_at_once_on_the_first_port_that_opens()
+    {
+        QFETCH(QStringList, there);
+        QFETCH(QString, taken);
+        DeviceDirectory devices;
+        devices.add("ttyO1");
+        for (const QString& name : there) {
+            devices.add(name);
+        }
+        const MainWindow window;
+        QVERIFY(window.noK7150);
+        QVERIFY(window.spectralCard != nullptr && !window.spectralCard->k7150Type());
+        QVERIFY(window.spectrumAvailable);
+        QCOMPARE(window.spectralCard->findChild<Rs422Bus*>()->portName(), taken);
+        QCOMPARE(window.spectralCard->isOpen(), !there.isEmpty());
+        QVERIFY(window.views->spectrum.index() >= 0);
+    }
+
+    void the_card_is_asked_for_its_name_and_told_to_the_unit()
+    {
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyO1");
+        Pty& card = devices.add("ttyUSB11");
+        const MainWindow window;
+        QTRY_COMPARE(cardSide::requests(card).value(0), QByteArray("0190RNME000000"));
+        card.write(cardSide::text("RNME", "Sweep"));
+        QTRY_COMPARE(cardSide::requests(card).value(1), QByteArray("0190RVER000000"));
+        card.write(cardSide::text("RVER", "1.0"));
+        QTRY_COMPARE(
+            unit.received(), framed("U0:CLST:0170 SpectralSWeep 0\r") + framed("U0:VER:01.0\r"));
+    }
+
+    void st_keeps_the_older_card()
+    {
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyO1");
+        devices.add("ttyUSB11");
+        MainWindow window;
+        SpectralCard* card = window.spectralCard;
+        window.process_mess(QString::fromLatin1(framed("ST,1")));
+        QCOMPARE(window.spectralCard, card);
+        QVERIFY(!card->k7150Type());
+        QTRY_COMPARE(unit.received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"));
+    }
+};
+
+int main(int argc, char** argv)
+{
+    // as on the unit's command line, behind the test's own arguments
+    QByteArray option("-noK7150");
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.push_back(option.data());
+    arguments.push_back(nullptr);
+    int count = argc + 1;
+    QApplication application(count, arguments.data());
+    identity::apply();
+    identity::applyLook(application);
+    QApplication::setQuitOnLastWindowClosed(false);
+    tst_OlderCard test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_OlderCard.moc"

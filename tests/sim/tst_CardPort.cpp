@@ -1,0 +1,261 @@
+#include "sim/CardPort.h"
+#include "sim/PseudoTerminal.h"
+#include "sim/UnitDevices.h"
+#include "spectrum/BusFrame.h"
+#include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumChart.h"
+#include "support/TestMain.h"
+
+#include <QSerialPort>
+#include <QSignalSpy>
+
+using Type = CardPort::Type;
+
+class tst_CardPort : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<UnitDevices>();
+        m_line = m_devices->add("ttyUSB11");
+        m_spectrum = std::make_unique<CardSpectrum>(1);
+        m_heard.clear();
+        qputenv("QN740_DEV", m_devices->path().toLocal8Bit());
+    }
+
+    void cleanup()
+    {
+        m_port.reset();
+        m_card.reset();
+        m_devices.reset();
+        qunsetenv("QN740_DEV");
+    }
+
+    void requests_are_answered_data()
+    {
+        QTest::addColumn<QByteArray>("request");
+        QTest::addColumn<QByteArray>("reply");
+        QTest::newRow("name") << QByteArray("0190RNME000000")
+                              << QByteArray("[0190RNMESpectralSweep]\r");
+        QTest::newRow("version") << QByteArray("0190RVER000000") << QByteArray("[0190RVER1.23]\r");
+        QTest::newRow("spans") << QByteArray("0190RNFT000000") << QByteArray("[0190RNFT000]\r");
+        QTest::newRow("trims") << QByteArray("0190RTRM000000") << QByteArray("[0190RTRM000]\r");
+        QTest::newRow("set span") << QByteArray("0190CNFT290000") << QByteArray("[0190CNFT29]\r");
+        QTest::newRow("set trim") << QByteArray("0190CTRM140000") << QByteArray("[0190CTRM14]\r");
+    }
+
+    void requests_are_answered()
+    {
+        QFETCH(QByteArray, request);
+        QFETCH(QByteArray, reply);
+        start(Type::Older);
+        m_port->write(bus::frame(QString::fromLatin1(request), '[', ']', true));
+        QTRY_COMPARE(heard(), reply);
+        QCOMPARE(m_card->answered(), 1);
+    }
+
+    void what_is_set_is_read_back()
+    {
+        start(Type::Older);
+        for (const char* request : {"0190CNFT290000", "0190CTRM140000"}) {
+            m_port->write(bus::frame(request, '[', ']', true));
+        }
+        QTRY_COMPARE(m_card->answered(), 2);
+        QCOMPARE(m_spectrum->span(2), 9);
+        QCOMPARE(m_spectrum->trim(1), 4);
+        QTRY_COMPARE(heard().size(), 26);
+        m_heard.clear();
+        m_port->write(bus::frame("0190RNFT000000", '[', ']', true));
+        QTRY_COMPARE(heard(), QByteArray("[0190RNFT009]\r"));
+    }
+
+    void what_is_no_request_is_not_answered_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("refused");
+        QTest::newRow("wrong checksum") << QByteArray("[0190RNME000000]x") << 1;
+        QTest::newRow("no checksum") << QByteArray("[0190RNME000000]") << 0;
+        QTest::newRow("another address") << bus::frame("0180RNME000000", '[', ']', true) << 0;
+        QTest::newRow("unknown command") << bus::frame("0190ABCD000000", '[', ']', true) << 0;
+        QTest::newRow("no such channel") << bus::frame("0190RFFT700000", '[', ']', true) << 0;
+        QTest::newRow("no such span") << bus::frame("0190CNFT9x0000", '[', ']', true) << 0;
+        QTest::newRow("too short") << bus::frame("01", '[', ']', true) << 0;
+        QTest::newRow("noise") << QByteArray(1000, 'x') << 0;
+    }
+
+    void what_is_no_request_is_not_answered()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, refused);
+        start(Type::Older);
+        m_port->write(bytes);
+        QTest::qWait(50);
+        QCOMPARE(m_card->answered(), 0);
+        QCOMPARE(m_card->refused(), refused);
+        QCOMPARE(heard(), QByteArray());
+        // and the next good one is
+        m_port->write(QByteArray(300, 'x') + bus::frame("0190RVER000000", '[', ']', true));
+        m_port->flush();
+        m_port->write(bus::frame("0190RVER000000", '[', ']', true));
+        QTRY_VERIFY(heard().startsWith("[0190RVER1.23]\r"));
+    }
+
+    void a_spectrum_has_the_layout_of_its_type()
+    {
+        start(Type::Older, {}, 512);
+        m_port->write(bus::frame("0190RFFT100000", '[', ']', true));
+        QTRY_COMPARE(heard().size(), 13 + 512);
+        QVERIFY(heard().startsWith("[0190RFFT0512"));
+        m_heard.clear();
+
+        start(Type::K7150, {}, 4096);
+        m_port->write(bus::frame("0190RFFT200000", '[', ']', true));
+        QTRY_COMPARE(heard().size(), 12 + 4096);
+        QCOMPARE(heard().left(12), QByteArray("[0190RFFT\x10\x00\x02", 12));
+    }
+
+    void faults_are_read_from_their_names_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QVector<int>>("percent");
+        QTest::newRow("none") << "" << QVector<int>{0, 0, 0, 0, 0, 0};
+        QTest::newRow("one") << "cut" << QVector<int>{0, 0, 10, 0, 0, 0};
+        QTest::newRow("all") << "no-reply=1,late=2,cut=3,noise=4,wrong-address=5,wrong-length=6"
+                             << QVector<int>{1, 2, 3, 4, 5, 6};
+        QTest::newRow("unknown") << "broken" << QVector<int>();
+        QTest::newRow("no share") << "cut=x" << QVector<int>();
+        QTest::newRow("too much") << "cut=60,late=60" << QVector<int>();
+        QTest::newRow("negative") << "cut=-1" << QVector<int>();
+    }
+
+    void faults_are_read_from_their_names()
+    {
+        QFETCH(QString, text);
+        QFETCH(QVector<int>, percent);
+        QString error;
+        const auto read = CardFaults::fromText(text, error);
+        QCOMPARE(error.isEmpty(), !percent.isEmpty());
+        for (qsizetype i = 0; i < percent.size(); ++i) {
+            QCOMPARE(read.at(static_cast<size_t>(i)), percent.at(i));
+        }
+    }
+
+    void each_fault_spoils_a_reply_in_its_way()
+    {
+        const QByteArray reply = "[0190RFFT0064" + QByteArray(64, 'p');
+        const auto spoilt = [&reply](CardFaults::Fault fault) {
+            std::array<int, CardFaults::Count> percent{};
+            percent.at(fault) = 100;
+            CardFaults faults(percent, 3);
+            const auto result = faults.pass(reply);
+            return result;
+        };
+        QVERIFY(spoilt(CardFaults::NoReply).bytes.isEmpty());
+        QCOMPARE(spoilt(CardFaults::Late).bytes, reply);
+        QVERIFY(spoilt(CardFaults::Late).delayMs > 2000);
+        QVERIFY(spoilt(CardFaults::Cut).bytes.size() < reply.size());
+        QVERIFY(spoilt(CardFaults::Noise).bytes.endsWith(reply));
+        QVERIFY(spoilt(CardFaults::Noise).bytes.size() > reply.size());
+        QVERIFY(spoilt(CardFaults::WrongAddress).bytes.startsWith("[0180RFFT0064"));
+        QVERIFY(spoilt(CardFaults::WrongLength).bytes.startsWith("[0190RFFT9064"));
+        CardFaults none;
+        QCOMPARE(none.pass(reply).bytes, reply);
+    }
+
+    void the_same_seed_spoils_the_same_replies()
+    {
+        QString error;
+        const auto percent = CardFaults::fromText("cut=30,noise=30,no-reply=30", error);
+        CardFaults one(percent, 5);
+        CardFaults same(percent, 5);
+        for (int i = 0; i < 200; ++i) {
+            QCOMPARE(one.pass("[0190RNMEname]\r").bytes, same.pass("[0190RNMEname]\r").bytes);
+        }
+        QVERIFY(one.times(CardFaults::Cut) > 30 && one.times(CardFaults::Noise) > 30);
+    }
+
+    // with the panel's own page at the other end
+
+    void the_page_shows_the_older_card()
+    {
+        m_card = std::make_unique<CardPort>(Type::Older, *m_line, *m_spectrum, CardFaults());
+        SpectralCard page(nullptr, 0, "ttyUSB11");
+        QSignalSpy version(&page, &SpectralCard::cardVersionUpdated);
+        QSignalSpy spectra(&page, &SpectralCard::specUpdate);
+        page.show();
+        QTRY_COMPARE(version.count(), 1);
+        QCOMPARE(version.at(0).at(0).toString(), QString("SpectralSweep Ver:1.23"));
+        page.SetSpan(2, 9);
+        QTRY_COMPARE(m_spectrum->span(2), 9);
+        QTRY_VERIFY(spectra.count() >= 6);
+        for (int channel = 0; channel < 3; ++channel) {
+            QTRY_VERIFY(page.chart(channel)->peak().level > -40.0);
+        }
+    }
+
+    void the_page_shows_the_k7150()
+    {
+        PseudoTerminal* second = m_devices->add("ttyUSB12");
+        PseudoTerminal* third = m_devices->add("ttyUSB13");
+        const CardFaults none;
+        const CardPort first(Type::K7150, *m_line, *m_spectrum, none, 512);
+        const CardPort two(Type::K7150, *second, *m_spectrum, none, 512);
+        const CardPort three(Type::K7150, *third, *m_spectrum, none, 512);
+        SpectralCard page(nullptr, 0, "ttyUSB11");
+        connect(&page, &SpectralCard::updateDemodCh, this,
+            [this](const QString& message) { m_spectrum->takeCommand(message.mid(1).chopped(1)); });
+        page.setK7150("ttyUSB11", "ttyUSB12", "ttyUSB13");
+        page.show();
+        page.SetSpan(1, 6);
+        QCOMPARE(m_spectrum->span(1), 6);
+        for (int channel = 0; channel < 3; ++channel) {
+            QTRY_VERIFY(page.chart(channel)->peak().valid);
+        }
+    }
+
+    void the_page_goes_on_through_every_fault()
+    {
+        QString error;
+        const auto percent =
+            CardFaults::fromText("no-reply=2,cut=5,noise=20,wrong-address=2,wrong-length=2", error);
+        m_card = std::make_unique<CardPort>(
+            Type::Older, *m_line, *m_spectrum, CardFaults(percent, 11), 64);
+        SpectralCard page(nullptr, 0, "ttyUSB11");
+        QSignalSpy spectra(&page, &SpectralCard::specUpdate);
+        page.show();
+        QTRY_VERIFY_WITH_TIMEOUT(spectra.count() > 60, 60000);
+        QVERIFY(m_card->faults().times(CardFaults::Noise) > 5);
+        QVERIFY(m_card->faults().times(CardFaults::Cut) > 0);
+    }
+
+private:
+    void start(Type type, const std::array<int, CardFaults::Count>& percent = {}, int points = 64)
+    {
+        m_port.reset();
+        m_card =
+            std::make_unique<CardPort>(type, *m_line, *m_spectrum, CardFaults(percent, 1), points);
+        m_port = std::make_unique<QSerialPort>();
+        m_port->setPortName(m_devices->path() + "/ttyUSB11");
+        m_port->setBaudRate(921600);
+        QVERIFY(m_port->open(QIODevice::ReadWrite));
+        QTRY_VERIFY(m_line->isOpen());
+    }
+
+    QByteArray heard()
+    {
+        m_heard += m_port->readAll();
+        return m_heard;
+    }
+
+    std::unique_ptr<UnitDevices> m_devices;
+    PseudoTerminal* m_line = nullptr;
+    std::unique_ptr<CardSpectrum> m_spectrum;
+    std::unique_ptr<CardPort> m_card;
+    std::unique_ptr<QSerialPort> m_port;
+    QByteArray m_heard;
+};
+
+QN740_TEST_MAIN(tst_CardPort)
+#include "tst_CardPort.moc"

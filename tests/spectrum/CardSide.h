@@ -1,0 +1,73 @@
+#pragma once
+
+#include "support/Pty.h"
+
+#include <QByteArray>
+#include <QList>
+
+// What a card says and hears, for tests that play one.
+namespace cardSide {
+
+inline QByteArray text(
+    const QByteArray& command, const QByteArray& data, const QByteArray& address = "0190")
+{
+    return "[" + address + command + data + "]\r";
+}
+
+// The older layout: four decimal digits, then the points.
+inline QByteArray spectrum(const QByteArray& points)
+{
+    return "[0190RFFT" + QByteArray::number(points.size()).rightJustified(4, '0') + points;
+}
+
+// The K7150's layout: two bytes with the number of points, the channel, the points.
+inline QByteArray k7150Spectrum(int channel, const QByteArray& points)
+{
+    const auto size = points.size();
+    return "[0190RFFT" + QByteArray(1, static_cast<char>(size >> 8)) +
+        QByteArray(1, static_cast<char>(size & 0xff)) + QByteArray(1, static_cast<char>(channel)) +
+        points;
+}
+
+// The byte of a level in dB.
+inline char level(double dB)
+{
+    return static_cast<char>(qRound((dB + 120.0) * 2.0));
+}
+
+// A flat spectrum with one higher point.
+inline QByteArray carrier(int size, int at, double dB, double floorDB = -100.0)
+{
+    QByteArray points(size, level(floorDB));
+    points[at] = level(dB);
+    return points;
+}
+
+// The requests among the bytes that the card has heard, without their framing. A frame whose
+// checksum is wrong comes as "?".
+inline QList<QByteArray> requests(const QByteArray& heard)
+{
+    QList<QByteArray> list;
+    qsizetype from = 0;
+    while ((from = heard.indexOf('[', from)) >= 0) {
+        const qsizetype to = heard.indexOf(']', from);
+        if (to < 0 || to + 1 >= heard.size()) {
+            break;
+        }
+        unsigned sum = 0;
+        for (qsizetype i = from; i <= to; ++i) {
+            sum += static_cast<unsigned char>(heard.at(i));
+        }
+        const bool right = (sum & 0xff) == static_cast<unsigned char>(heard.at(to + 1));
+        list += right ? heard.mid(from + 1, to - from - 1) : QByteArray("?");
+        from = to + 2;
+    }
+    return list;
+}
+
+inline QList<QByteArray> requests(Pty& pty)
+{
+    return requests(pty.received());
+}
+
+} // namespace cardSide

@@ -1,0 +1,184 @@
+// A hundred thousand transactions over a pseudo-terminal with a card that fails three times in
+// ten.
+#include "spectrum/CardSide.h"
+#include "spectrum/Rs422Bus.h"
+#include "support/TestMain.h"
+
+#include <QFile>
+#include <QSocketNotifier>
+
+#include <random>
+#include <unistd.h>
+
+namespace {
+
+constexpr int Transactions = 100000;
+constexpr int TimeoutMs = 1;
+constexpr int InFlight = 3; // queued ahead, so that the queue is never empty
+
+// bytes of memory in use by this process that no file backs
+qint64 residentBytes()
+{
+    QFile file("/proc/self/statm");
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+}
+
+// A card that answers each request, or fails on purpose in one of six ways.
+class FailingCard : public QObject
+{
+public:
+    FailingCard(Pty& pty, quint32 seed)
+        : m_pty(pty)
+        , m_random(seed)
+        , m_notifier(pty.master(), QSocketNotifier::Read)
+    {
+        connect(&m_notifier, &QSocketNotifier::activated, this, [this] { hear(); });
+    }
+
+    int requests = 0;
+    int good = 0;
+    std::array<int, 6> faults{}; // none, cut, noise before, wrong address, wrong length, late
+    QHash<QByteArray, int> seen;
+
+private:
+    void hear()
+    {
+        m_heard += m_pty.takeReceived();
+        for (const QByteArray& request : cardSide::requests(m_heard)) {
+            ++requests;
+            ++seen[request];
+            answer();
+        }
+        const qsizetype last = m_heard.lastIndexOf(']');
+        if (last >= 0 && last + 1 < m_heard.size()) {
+            m_heard.remove(0, last + 2);
+        }
+    }
+
+    void answer()
+    {
+        const QByteArray points(64, 'p');
+        const auto dice = static_cast<int>(m_random() % 100);
+        const int fault = dice / 5;
+        if (fault >= 6) {
+            ++good;
+            m_pty.write(cardSide::spectrum(points));
+            return;
+        }
+        ++faults.at(static_cast<size_t>(fault));
+        switch (fault) {
+        case 1:
+            m_pty.write(cardSide::spectrum(points).left(40));
+            break;
+        case 2:
+            m_pty.write("]noise]" + cardSide::spectrum(points));
+            break;
+        case 3:
+            m_pty.write("[0180RFFT0064" + points);
+            break;
+        case 4:
+            m_pty.write("[0190RFFT0400" + points);
+            break;
+        case 5:
+            QTimer::singleShot(
+                TimeoutMs + 1, this, [this, points] { m_pty.write(cardSide::spectrum(points)); });
+            break;
+        default:
+            break;
+        }
+    }
+
+    Pty& m_pty;
+    std::mt19937 m_random;
+    QSocketNotifier m_notifier;
+    QByteArray m_heard;
+};
+
+} // namespace
+
+class tst_BusSoak : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void every_request_is_sent_once_and_ends_once()
+    {
+        DeviceDirectory devices;
+        Pty& pty = devices.add("ttyUSB11");
+        Rs422Bus bus("ttyUSB11", '[', ']', true, 921600);
+        FailingCard card(pty, 740);
+        int queued = 0;
+        int answered = 0;
+        int lost = 0;
+        QHash<QString, int> reported;
+        qint64 memoryEarly = 0;
+        qint64 memoryLate = 0;
+        QEventLoop loop;
+
+        const auto top = [&] {
+            while (queued < Transactions && bus.txCount() < InFlight) {
+                bus.sendMessage(QString("0190RFFT%1").arg(queued++, 6, 10, QChar('0')), TimeoutMs);
+            }
+        };
+        const auto ended = [&] {
+            const int all = answered + lost;
+            if (all == Transactions / 5) {
+                memoryEarly = residentBytes();
+            }
+            if (all == Transactions) {
+                memoryLate = residentBytes();
+                loop.quit();
+            }
+            top();
+        };
+        connect(&bus, &Rs422Bus::messageReceived, this, [&](const CmdMsg& message) {
+            if (message.command == "RFFT" && message.addressValue == 190) {
+                ++answered;
+                ended();
+            }
+        });
+        connect(&bus, &Rs422Bus::messageTxSuccess, this, [&](const QString& request) {
+            ++reported[request];
+            ++lost;
+            ended();
+        });
+        QElapsedTimer timer;
+        timer.start();
+        QTimer stuck;
+        stuck.setSingleShot(true);
+        connect(&stuck, &QTimer::timeout, &loop, &QEventLoop::quit);
+        stuck.start(280 * 1000);
+        top();
+        loop.exec();
+        qInfo(
+            "%d transactions in %lld ms: %d answered, %d timed out, %d good replies, resident %lld "
+            "and %lld KiB",
+            answered + lost, static_cast<long long>(timer.elapsed()), answered, lost, card.good,
+            static_cast<long long>(memoryEarly / 1024), static_cast<long long>(memoryLate / 1024));
+
+        QCOMPARE(answered + lost, Transactions);
+        QVERIFY(answered > Transactions / 10 && lost > Transactions / 10);
+        QCOMPARE(card.requests, Transactions);
+        QCOMPARE(int(card.seen.size()), Transactions); // each once, none twice
+        for (const int times : std::as_const(card.seen)) {
+            QCOMPARE(times, 1);
+        }
+        for (const int times : std::as_const(reported)) {
+            QCOMPARE(times, 1);
+        }
+        // each kind of failure took place about one time in twenty
+        for (const int times : card.faults) {
+            QVERIFY2(times > Transactions / 25 && times < Transactions / 16,
+                qPrintable(QString::number(times)));
+        }
+        // the bookkeeping of this test itself grows by less than this
+        const qint64 growth = memoryLate - memoryEarly;
+        QVERIFY2(growth < 24 * 1024 * 1024, qPrintable(QString::number(growth)));
+    }
+};
+
+QN740_TEST_MAIN(tst_BusSoak)
+#include "tst_BusSoak.moc"

@@ -1,0 +1,90 @@
+#include "spectrum/CardCommands.h"
+#include "support/TestMain.h"
+
+class tst_CardCommands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_request_is_the_address_and_ten_characters_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("request");
+        QTest::newRow("short") << "RNME"
+                               << "0190RNME000000";
+        QTest::newRow("empty") << ""
+                               << "01900000000000";
+        QTest::newRow("ten") << "ABCDEFGHIJ"
+                             << "0190ABCDEFGHIJ";
+        QTest::newRow("longer is cut") << "ABCDEFGHIJKLM"
+                                       << "0190ABCDEFGHIJ";
+    }
+
+    void a_request_is_the_address_and_ten_characters()
+    {
+        QFETCH(QString, command);
+        QTEST(card::request("0190", command), "request");
+    }
+
+    void the_words_of_the_card()
+    {
+        QCOMPARE(card::address(), QString("0190"));
+        QCOMPARE(card::readName(), QString("RNME"));
+        QCOMPARE(card::readVersion(), QString("RVER"));
+        QCOMPARE(card::readSpans(), QString("RNFT"));
+        QCOMPARE(card::readTrims(), QString("RTRM"));
+        QCOMPARE(card::readSpectrum(2, 1), QString("RFFT21"));
+        QCOMPARE(card::setSpan(0, 9), QString("CNFT09"));
+        QCOMPARE(card::setTrim(1, 4), QString("CTRM14"));
+        QCOMPARE(card::clearAverage(2), QString("ClrAvg2"));
+        QCOMPARE(card::demodulatorSpan(3, "12"), QString("D3:NFFT:12"));
+        QCOMPARE(card::demodulatorSpectrumOn(1), QString("D1:SPEN:1"));
+        QCOMPARE(card::listEntry(), QString("U0:CLST:0170 SpectralSWeep 0\r"));
+        QCOMPARE(card::versionEntry("1.2"), QString("U0:VER:01.2\r"));
+        QCOMPARE(card::nameAndVersion("%2 name", "1.2"), QString("%2 name Ver:1.2"));
+        QCOMPARE(card::k7150Version(), QString("SDU Ver:1.23"));
+        QCOMPARE(card::k7150Name(), QString("K7150_Spectrum"));
+    }
+
+    void a_marker_names_its_channel_data()
+    {
+        QTest::addColumn<QString>("marker");
+        QTest::addColumn<int>("channel");
+        QTest::newRow("0") << "ClrAvg0" << 0;
+        QTest::newRow("2") << "ClrAvg2" << 2;
+        QTest::newRow("only the seventh character counts") << "ClrAvg19" << 1;
+        QTest::newRow("3") << "ClrAvg3" << -1;
+        QTest::newRow("a letter") << "ClrAvgx" << -1;
+        QTest::newRow("nothing") << "ClrAvg" << -1;
+        QTest::newRow("another word") << "ClrMax1" << -1;
+        QTest::newRow("lower case") << "clravg1" << -1;
+        QTest::newRow("empty") << "" << -1;
+    }
+
+    void a_marker_names_its_channel()
+    {
+        QFETCH(QString, marker);
+        QTEST(card::clearAverageChannel(marker), "channel");
+    }
+
+    void three_digits_are_read_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QVector<int>>("numbers");
+        QTest::newRow("three") << "094" << QVector<int>{0, 9, 4};
+        QTest::newRow("more") << "1230000" << QVector<int>{1, 2, 3};
+        QTest::newRow("fewer") << "12" << QVector<int>();
+        QTest::newRow("a letter") << "1a2" << QVector<int>();
+        QTest::newRow("a sign") << "-12" << QVector<int>();
+        QTest::newRow("empty") << "" << QVector<int>();
+    }
+
+    void three_digits_are_read()
+    {
+        QFETCH(QString, text);
+        QTEST(card::digits(text), "numbers");
+    }
+};
+
+QN740_TEST_MAIN(tst_CardCommands)
+#include "tst_CardCommands.moc"

@@ -1,0 +1,227 @@
+// Ten million bytes of noise, broken replies and good ones through the reply parser, in pieces of
+// every size, beside the plainest possible reading of the same rules.
+#include "spectrum/BusFrame.h"
+#include "spectrum/CardSide.h"
+#include "support/TestMain.h"
+
+#include <optional>
+#include <random>
+
+using bus::Layout;
+using Found = bus::ReplyBuffer::Found;
+
+namespace {
+
+constexpr qsizetype Bytes = 10 * 1000 * 1000;
+
+// The rules written down once more, without any memory of earlier searches.
+struct PlainBuffer
+{
+    QByteArray bytes;
+
+    std::optional<CmdMsg> add(const QByteArray& piece, Layout layout)
+    {
+        bytes += piece;
+        const qsizetype header = bytes.indexOf("[0190RFFT");
+        if (header >= 0) {
+            bytes = bytes.mid(header);
+            return spectrum(layout);
+        }
+        const qsizetype s = bytes.indexOf('[');
+        const qsizetype e = bytes.indexOf("]\r");
+        if (s < 0 || e < 0) {
+            return {};
+        }
+        const QString text = QString::fromLatin1(bytes);
+        const qsizetype length = e - s - 9;
+        const CmdMsg message(text.mid(s + 1, 4), text.mid(s + 5, 4),
+            length < 0 ? text.mid(s + 9) : text.mid(s + 9, length));
+        bytes.clear();
+        return message;
+    }
+
+    std::optional<CmdMsg> spectrum(Layout layout)
+    {
+        const qsizetype n = bytes.size();
+        const QString text = QString::fromLatin1(bytes);
+        QString points;
+        if (layout == Layout::K7150) {
+            if (n < 11) {
+                return {};
+            }
+            const int length =
+                static_cast<quint8>(bytes.at(9)) << 8 | static_cast<quint8>(bytes.at(10));
+            if (n <= length + 11) {
+                return {};
+            }
+            points = text.mid(11, length + 1);
+        } else {
+            if (n < 13) {
+                return {};
+            }
+            const int length = std::max(0, bytes.mid(9, 4).toInt());
+            if (n <= length + 12) {
+                return {};
+            }
+            points = text.mid(13, length);
+        }
+        bytes.clear();
+        return CmdMsg(text.mid(1, 4), text.mid(5, 4), points);
+    }
+};
+
+class Source
+{
+public:
+    explicit Source(quint32 seed)
+        : m_random(seed)
+    {
+    }
+
+    int below(int limit) { return static_cast<int>(m_random() % static_cast<quint32>(limit)); }
+
+    QByteArray noise(int size)
+    {
+        static const QByteArray alphabet = "[]\r0190RFFTRNME\0\xff";
+        QByteArray bytes(size, '\0');
+        const bool nasty = below(2) == 0;
+        for (char& byte : bytes) {
+            byte = nasty ? alphabet.at(below(static_cast<int>(alphabet.size())))
+                         : static_cast<char>(m_random());
+        }
+        return bytes;
+    }
+
+    QByteArray piece()
+    {
+        const QByteArray points = noise(below(700));
+        switch (below(9)) {
+        case 0:
+            return noise(1 + below(200));
+        case 1:
+            return cardSide::spectrum(points);
+        case 2:
+            return cardSide::k7150Spectrum(below(4), points);
+        case 3:
+            return cardSide::text("RNME", noise(below(20)));
+        case 4:
+            return cardSide::spectrum(points).left(below(700));
+        case 5:
+            return "[0190RFFT" + noise(4);
+        case 6:
+            return "[0190RFFT"
+                   "9999";
+        case 7:
+            return QByteArray("[0190RFFT[0190RFFT").left(below(19));
+        default:
+            return "]\r";
+        }
+    }
+
+private:
+    std::mt19937 m_random;
+};
+
+} // namespace
+
+class tst_ReplyFuzz : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ten_million_bytes_are_read_as_the_rules_say_data()
+    {
+        QTest::addColumn<int>("layout");
+        QTest::addColumn<int>("largest");
+        QTest::newRow("decimal, byte by byte") << int(Layout::Decimal) << 1;
+        QTest::newRow("decimal, small pieces") << int(Layout::Decimal) << 16;
+        QTest::newRow("decimal, as they come") << int(Layout::Decimal) << 2000;
+        QTest::newRow("K7150, small pieces") << int(Layout::K7150) << 16;
+        QTest::newRow("K7150, as they come") << int(Layout::K7150) << 2000;
+    }
+
+    void ten_million_bytes_are_read_as_the_rules_say()
+    {
+        QFETCH(int, layout);
+        QFETCH(int, largest);
+        const auto form = static_cast<Layout>(layout);
+        // the five rows together
+        const qsizetype share = Bytes / 5;
+        Source source(740 + static_cast<quint32>(largest + layout));
+        bus::ReplyBuffer buffer;
+        PlainBuffer plain;
+        qsizetype fed = 0;
+        int replies = 0;
+        int clears = 0;
+        QByteArray waiting;
+        while (fed < share) {
+            waiting += source.piece();
+            while (!waiting.isEmpty()) {
+                const QByteArray piece = waiting.left(1 + source.below(largest));
+                waiting.remove(0, piece.size());
+                fed += piece.size();
+                buffer.append(piece);
+                CmdMsg message;
+                const Found found = buffer.take(message, form);
+                const auto expected = plain.add(piece, form);
+                QCOMPARE(found == Found::Reply || found == Found::Spectrum, expected.has_value());
+                if (expected) {
+                    QCOMPARE(message.address, expected->address);
+                    QCOMPARE(message.command, expected->command);
+                    QCOMPARE(message.data, expected->data);
+                    ++replies;
+                }
+                QCOMPARE(buffer.size(), plain.bytes.size());
+            }
+            // as the reply timer does
+            if (source.below(20) == 0) {
+                buffer.clear();
+                plain.bytes.clear();
+                ++clears;
+            }
+        }
+        QVERIFY2(replies > 300, qPrintable(QString::number(replies)));
+        QVERIFY(clears > 100);
+    }
+
+    void a_good_reply_after_any_garbage_is_found()
+    {
+        Source source(1);
+        int found = 0;
+        for (int i = 0; i < 5000; ++i) {
+            QByteArray garbage = source.noise(source.below(400));
+            // a header among the garbage starts a reply of its own
+            garbage.replace("[0190RFFT", "");
+            garbage.replace("[0190RFFT", "");
+            bus::ReplyBuffer buffer;
+            buffer.append(garbage + cardSide::spectrum("points"));
+            CmdMsg message;
+            if (garbage.contains("[0190RFFT")) {
+                continue;
+            }
+            QCOMPARE(buffer.take(message, Layout::Decimal), Found::Spectrum);
+            QCOMPARE(message.data, QString("points"));
+            ++found;
+        }
+        QVERIFY(found > 4900);
+    }
+
+    void a_long_wait_for_a_length_that_never_comes_stays_small()
+    {
+        bus::ReplyBuffer buffer;
+        CmdMsg message;
+        buffer.append("[0190RFFT9999");
+        qsizetype most = 0;
+        int spectra = 0;
+        for (int i = 0; i < 100000; ++i) {
+            buffer.append(QByteArray(100, 'x'));
+            spectra += buffer.take(message, Layout::Decimal) == Found::Spectrum ? 1 : 0;
+            most = qMax(most, buffer.size());
+        }
+        QCOMPARE(spectra, 1);
+        QVERIFY(most < 300 * 1024);
+    }
+};
+
+QN740_TEST_MAIN(tst_ReplyFuzz)
+#include "tst_ReplyFuzz.moc"

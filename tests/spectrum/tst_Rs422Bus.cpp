@@ -1,0 +1,499 @@
+#include "spectrum/CardSide.h"
+#include "spectrum/Rs422Bus.h"
+#include "support/TestMain.h"
+
+#include <QAbstractEventDispatcher>
+#include <QSignalSpy>
+
+namespace {
+
+using Requests = QList<QByteArray>;
+
+// the interval of the newest timer of the bus, which is its reply timer; -1 when none runs
+int replyTimer(Rs422Bus* bus)
+{
+    const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(bus);
+    int newest = -1;
+    int interval = -1;
+    for (const auto& timer : timers) {
+        if (timer.timerId > newest) {
+            newest = timer.timerId;
+            interval = timer.interval;
+        }
+    }
+    return interval;
+}
+
+int timers(Rs422Bus* bus)
+{
+    return static_cast<int>(QAbstractEventDispatcher::instance()->registeredTimers(bus).size());
+}
+
+} // namespace
+
+class tst_Rs422Bus : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_card = &m_devices->add("ttyUSB11");
+        m_bus = std::make_unique<Rs422Bus>("ttyUSB11", '[', ']', true, 921600);
+        m_received = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageReceived);
+        m_lost = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageTxSuccess);
+        m_flags = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageQueueFlag);
+    }
+
+    void cleanup()
+    {
+        m_received.reset();
+        m_lost.reset();
+        m_flags.reset();
+        m_bus.reset();
+        m_devices.reset();
+    }
+
+    // opening
+
+    void the_port_is_open_after_construction()
+    {
+        QVERIFY(m_bus->isOpen());
+        QCOMPARE(m_bus->startOfFrame(), '[');
+        QCOMPARE(m_bus->endOFrame(), ']');
+        QVERIFY(m_bus->isOldProtocol());
+        QVERIFY(!m_bus->getIsK7150Type());
+        QCOMPARE(m_bus->txCount(), 0);
+        QCOMPARE(timers(m_bus.get()), 0);
+        QCOMPARE(m_card->received(), QByteArray());
+    }
+
+    void close_closes_the_port()
+    {
+        m_bus->close();
+        QVERIFY(!m_bus->isOpen());
+    }
+
+    void an_absent_port_is_not_open_and_harms_nothing()
+    {
+        Rs422Bus bus("absent", '[', ']', true, 921600);
+        QSignalSpy lost(&bus, &Rs422Bus::messageTxSuccess);
+        QVERIFY(!bus.isOpen());
+        bus.sendMessage("0190RNME", 1);
+        QTRY_COMPARE(lost.count(), 1);
+        bus.close();
+    }
+
+    void a_port_that_comes_later_is_opened()
+    {
+        Rs422Bus bus("ttyUSB12", '[', ']', true, 921600);
+        QSignalSpy opened(&bus, &Rs422Bus::opened);
+        QVERIFY(!bus.isOpen());
+        Pty& pty = m_devices->add("ttyUSB12");
+        QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, 10000);
+        QVERIFY(bus.isOpen());
+        bus.sendMessage("0190RNME");
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190RNME"});
+    }
+
+    void a_lost_port_ends_its_transaction_by_the_timer()
+    {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("ttyUSB11 was lost"));
+        m_bus->sendMessage("0190RNME", 200);
+        m_card->close();
+        QTRY_VERIFY(!m_bus->isOpen());
+        QTRY_COMPARE(m_lost->count(), 1);
+    }
+
+    void the_frame_characters_and_the_type_can_be_changed()
+    {
+        m_bus->setStartOfFrame('<');
+        m_bus->setEndOFrame('>');
+        m_bus->setIsK7150Type(true);
+        QCOMPARE(m_bus->startOfFrame(), '<');
+        QCOMPARE(m_bus->endOFrame(), '>');
+        QVERIFY(m_bus->getIsK7150Type());
+        m_bus->sendMessage("a");
+        QTRY_COMPARE(m_card->received(), bus::frame("a", '<', '>', true));
+    }
+
+    // sending
+
+    void a_request_is_written_with_frame_and_checksum()
+    {
+        m_bus->sendMessage("0190RNME");
+        QTRY_COMPARE(m_card->received(), QByteArray("[0190RNME]\xb4"));
+        QCOMPARE(m_bus->txCount(), 0);
+    }
+
+    void without_the_old_protocol_no_checksum_is_written()
+    {
+        Pty& pty = m_devices->add("ttyUSB12");
+        Rs422Bus bus("ttyUSB12", '[', ']', false, 921600);
+        bus.sendMessage("0190RNME");
+        QTRY_COMPARE(pty.received(), QByteArray("[0190RNME]"));
+    }
+
+    void requests_go_one_at_a_time_oldest_first()
+    {
+        m_bus->sendMessage("first");
+        m_bus->sendMessage("second");
+        m_bus->sendMessage("third");
+        QCOMPARE(m_bus->txCount(), 2);
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+        QCOMPARE(m_bus->txCount(), 1);
+    }
+
+    void a_message_from_another_thread_is_queued()
+    {
+        m_bus->sendMessage("first");
+        std::unique_ptr<QThread> other(
+            QThread::create([this] { m_bus->sendMessage("from the other"); }));
+        other->start();
+        other->wait();
+        QCOMPARE(m_bus->txCount(), 1);
+    }
+
+    // timeouts, by the value of the timer
+
+    void the_reply_timer_data()
+    {
+        QTest::addColumn<QString>("queued");
+        QTest::addColumn<int>("ms");
+        QTest::addColumn<QByteArray>("sent");
+        const QString own(QChar(0x08));
+        QTest::newRow("usual") << "0190RNME" << 450 << QByteArray("0190RNME");
+        QTest::newRow("own") << own + "2000 0190RFFT" << 2000 << QByteArray("0190RFFT");
+        QTest::newRow("at the cap") << own + "10000 a" << 10000 << QByteArray("a");
+        QTest::newRow("above the cap") << own + "20000 a" << 10000 << QByteArray("a");
+        QTest::newRow("no number") << own + "soon a" << 0 << QByteArray("a");
+        QTest::newRow("too many digits") << own + "99999999999 a" << 0 << QByteArray("a");
+        QTest::newRow("negative") << own + "-5 a" << 0 << QByteArray("a");
+        QTest::newRow("zero") << own + "0 a" << 0 << QByteArray("a");
+        QTest::newRow("blanks belong to the request")
+            << own + "70 a b  c" << 70 << QByteArray("a b  c");
+        QTest::newRow("no blank: an empty request") << own + "300" << 300 << QByteArray("");
+    }
+
+    void the_reply_timer()
+    {
+        QFETCH(QString, queued);
+        QFETCH(int, ms);
+        QFETCH(QByteArray, sent);
+        m_bus->sendMessage(queued);
+        QCOMPARE(replyTimer(m_bus.get()), ms);
+        QTRY_COMPARE(cardSide::requests(*m_card).value(0), sent);
+    }
+
+    void an_own_timeout_is_queued_by_its_own_function()
+    {
+        m_bus->sendMessage("0190RFFT", 20000);
+        QCOMPARE(replyTimer(m_bus.get()), 10000);
+    }
+
+    void a_request_without_reply_is_reported_once_and_not_repeated()
+    {
+        m_bus->sendMessage("0190RNME", 20);
+        QTRY_COMPARE(m_lost->count(), 1);
+        QCOMPARE(m_lost->at(0).at(0).toString(), QString("0190RNME"));
+        QCOMPARE(m_lost->at(0).at(1).value<Rs422Bus::Results>(), Rs422Bus::NoReply);
+        QCOMPARE(int(Rs422Bus::NoReply), 2);
+        QCOMPARE(timers(m_bus.get()), 0);
+        QTest::qWait(100);
+        QCOMPARE(m_lost->count(), 1);
+        QCOMPARE(cardSide::requests(*m_card), Requests{"0190RNME"});
+    }
+
+    void the_next_request_goes_out_after_a_timeout()
+    {
+        m_bus->sendMessage("first", 20);
+        m_bus->sendMessage("second");
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+        QCOMPARE(m_lost->count(), 1);
+    }
+
+    void bytes_of_a_transaction_that_timed_out_are_dropped()
+    {
+        m_bus->sendMessage("first", 300);
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
+        m_card->write("[0190RFFT0010abc");
+        QTRY_COMPARE(m_lost->count(), 1);
+        m_bus->sendMessage("second", 2000);
+        m_card->write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(m_received->count(), 1);
+        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().command, QString("RNME"));
+    }
+
+    void an_answered_request_is_not_reported()
+    {
+        m_bus->sendMessage("0190RNME", 100);
+        m_card->write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(m_received->count(), 1);
+        QTRY_COMPARE(timers(m_bus.get()), 0);
+        QCOMPARE(m_lost->count(), 0);
+    }
+
+    void without_checksums_an_answered_request_is_reported_too()
+    {
+        Pty& pty = m_devices->add("ttyUSB12");
+        Rs422Bus bus("ttyUSB12", '[', ']', false, 921600);
+        QSignalSpy received(&bus, &Rs422Bus::messageReceived);
+        QSignalSpy lost(&bus, &Rs422Bus::messageTxSuccess);
+        bus.sendMessage("0190RNME", 150);
+        QTRY_COMPARE(pty.received(), QByteArray("[0190RNME]"));
+        pty.write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(received.count(), 1);
+        QTRY_COMPARE(lost.count(), 1);
+        QCOMPARE(lost.at(0).at(0).toString(), QString("0190RNME"));
+    }
+
+    void the_timer_of_an_earlier_transaction_ends_nothing()
+    {
+        m_bus->sendMessage("first", 60);
+        m_card->write(cardSide::text("RNME", "a"));
+        QTRY_COMPARE(m_received->count(), 1);
+        m_bus->sendMessage("second", 5000);
+        QCOMPARE(timers(m_bus.get()), 2);
+        QTRY_COMPARE(timers(m_bus.get()), 1); // the first one is gone, the second still runs
+        QCOMPARE(m_lost->count(), 0);
+        m_card->write(cardSide::text("RVER", "b"));
+        QTRY_COMPARE(m_received->count(), 2);
+    }
+
+    // markers
+
+    void markers_before_a_request_are_announced_and_not_sent()
+    {
+        m_bus->sendMessage("busy", 50);
+        m_bus->setMessageQueFlag("one");
+        m_bus->setMessageQueFlag("two");
+        m_bus->sendMessage("request");
+        QCOMPARE(m_flags->count(), 0);
+        QTRY_COMPARE(m_flags->count(), 2);
+        QCOMPARE(m_flags->at(0).at(0).toString(), QString("one"));
+        QCOMPARE(m_flags->at(1).at(0).toString(), QString("two"));
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"busy", "request"}));
+    }
+
+    void a_marker_alone_starts_no_transaction()
+    {
+        m_bus->setMessageQueFlag("alone");
+        QCOMPARE(m_flags->count(), 1);
+        QCOMPARE(timers(m_bus.get()), 0);
+        QCOMPARE(m_card->received(), QByteArray());
+    }
+
+    void a_request_queued_by_a_marker_goes_out_once()
+    {
+        connect(m_bus.get(), &Rs422Bus::messageQueueFlag, m_bus.get(),
+            [this] { m_bus->sendMessage("from the marker"); });
+        m_bus->setMessageQueFlag("flag");
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"from the marker"});
+        QCOMPARE(timers(m_bus.get()), 1);
+    }
+
+    // status queue
+
+    void status_requests_take_turns_when_nothing_is_queued()
+    {
+        QStringList status{"s0", "s1", "s2"};
+        m_bus->addToStatusQueue(status);
+        m_bus->run();
+        for (int i = 1; i <= 4; ++i) {
+            QTRY_COMPARE(cardSide::requests(*m_card).size(), i);
+            m_card->write(cardSide::spectrum("x"));
+        }
+        QTRY_COMPARE(cardSide::requests(*m_card).mid(0, 4), Requests({"s0", "s1", "s2", "s0"}));
+    }
+
+    void a_queued_request_goes_before_the_status()
+    {
+        QStringList status{"s0"};
+        m_bus->addToStatusQueue(status);
+        m_bus->sendMessage("request", 20);
+        QTRY_COMPARE(cardSide::requests(*m_card).mid(0, 2), Requests({"request", "s0"}));
+    }
+
+    void a_status_request_may_have_its_own_timeout()
+    {
+        QStringList status{QChar(0x08) + QString("7000 s0")};
+        m_bus->addToStatusQueue(status);
+        m_bus->run();
+        QCOMPARE(replyTimer(m_bus.get()), 7000);
+    }
+
+    // replies
+
+    void a_spectrum_is_received_data()
+    {
+        QTest::addColumn<bool>("k7150");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("data");
+        QByteArray all;
+        for (int byte = 0; byte < 256; ++byte) {
+            all += static_cast<char>(byte);
+        }
+        QTest::newRow("decimal") << false << cardSide::spectrum(all) << all;
+        QTest::newRow("decimal after ten bytes of noise")
+            << false << "0123456789" + cardSide::spectrum(all) << all;
+        QTest::newRow("K7150") << true << cardSide::k7150Spectrum(2, all) << '\x02' + all;
+        QTest::newRow("K7150 after noise")
+            << true << "[[]0123456" + cardSide::k7150Spectrum(0, all) << QByteArray(1, '\0') + all;
+    }
+
+    void a_spectrum_is_received()
+    {
+        QFETCH(bool, k7150);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, data);
+        m_bus->setIsK7150Type(k7150);
+        m_bus->sendMessage("0190RFFT");
+        QTRY_VERIFY(!m_card->received().isEmpty());
+        m_card->write(bytes);
+        QTRY_COMPARE(m_received->count(), 1);
+        const auto message = m_received->at(0).at(0).value<CmdMsg>();
+        QCOMPARE(message.data.toLatin1(), data);
+        QCOMPARE(message.command, QString("RFFT"));
+        QCOMPARE(message.addressValue, 190);
+    }
+
+    void a_spectrum_split_across_reads_is_assembled()
+    {
+        const QByteArray reply = cardSide::spectrum(QByteArray(600, 'p'));
+        m_bus->sendMessage("0190RFFT", 5000);
+        for (const QByteArray& part : {reply.left(4), reply.mid(4, 7), reply.mid(11, 300)}) {
+            m_card->write(part);
+            QTest::qWait(20);
+            QCOMPARE(m_received->count(), 0);
+        }
+        m_card->write(reply.mid(311));
+        QTRY_COMPARE(m_received->count(), 1);
+        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().data.size(), 600);
+    }
+
+    void a_spectrum_advances_the_queue_at_once()
+    {
+        m_bus->sendMessage("first", 10000);
+        m_bus->sendMessage("second", 10000);
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+    }
+
+    void a_text_reply_does_not_advance_the_queue()
+    {
+        m_bus->sendMessage("first", 400);
+        m_bus->sendMessage("second");
+        m_card->write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(m_received->count(), 1);
+        QCOMPARE(cardSide::requests(*m_card), Requests{"first"});
+        QCOMPARE(m_bus->txCount(), 1);
+        // but its timer does
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+        QCOMPARE(m_lost->count(), 0);
+    }
+
+    void a_request_queued_after_a_text_reply_goes_out_at_once()
+    {
+        m_bus->sendMessage("first", 10000);
+        m_card->write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(m_received->count(), 1);
+        m_bus->sendMessage("second");
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+    }
+
+    void a_second_text_reply_in_the_same_read_is_lost()
+    {
+        m_bus->sendMessage("first", 10000);
+        m_card->write(cardSide::text("RNME", "a") + cardSide::text("RVER", "b"));
+        QTRY_COMPARE(m_received->count(), 1);
+        QTest::qWait(50);
+        QCOMPARE(m_received->count(), 1);
+        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().data, QString("a"));
+    }
+
+    void a_reply_of_another_address_ends_the_transaction_too()
+    {
+        m_bus->sendMessage("0190RNME", 100);
+        m_card->write(cardSide::text("RNME", "x", "AB90"));
+        QTRY_COMPARE(m_received->count(), 1);
+        const auto message = m_received->at(0).at(0).value<CmdMsg>();
+        QCOMPARE(message.addressValue, -1);
+        QCOMPARE(message.getChannelAddressInt(), 0);
+        QCOMPARE(message.getCardAddressInt(), -1);
+        QTRY_COMPARE(timers(m_bus.get()), 0);
+        QCOMPARE(m_lost->count(), 0);
+    }
+
+    void what_the_owner_queues_on_a_text_reply_waits_for_the_timer()
+    {
+        connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(),
+            [this] { m_bus->sendMessage("second"); });
+        m_bus->sendMessage("first", 400);
+        m_card->write(cardSide::text("RNME", "a"));
+        QTRY_COMPARE(m_received->count(), 1);
+        QCOMPARE(m_bus->txCount(), 1);
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+    }
+
+    void a_reply_that_nobody_asked_for_is_passed_on_and_breaks_nothing()
+    {
+        m_card->write(cardSide::text("RNME", "a"));
+        QTRY_COMPARE(m_received->count(), 1);
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(m_received->count(), 2);
+        QCOMPARE(timers(m_bus.get()), 0);
+        m_bus->sendMessage("first", 30);
+        QTRY_COMPARE(m_lost->count(), 1);
+    }
+
+    void a_request_made_on_a_reply_that_nobody_asked_for_is_kept_track_of()
+    {
+        bool once = true;
+        connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(), [this, &once] {
+            if (std::exchange(once, false)) {
+                m_bus->sendMessage("first", 50);
+                m_bus->sendMessage("second", 50);
+            }
+        });
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(m_lost->count(), 2);
+        QCOMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+    }
+
+    void the_bus_may_be_closed_and_deleted_in_a_reply()
+    {
+        Rs422Bus* bus = m_bus.release();
+        connect(bus, &Rs422Bus::messageReceived, bus, [bus] {
+            bus->close();
+            bus->deleteLater();
+        });
+        const QPointer<Rs422Bus> watch(bus);
+        bus->sendMessage("first");
+        m_card->write(cardSide::spectrum("x") + "more");
+        QTRY_VERIFY(watch.isNull());
+    }
+
+    void noise_while_idle_does_not_fill_the_memory()
+    {
+        for (int i = 0; i < 40; ++i) {
+            QVERIFY(m_card->write(QByteArray(8000, '[')));
+        }
+        m_bus->sendMessage("first");
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(m_received->count(), 1);
+    }
+
+private:
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_card = nullptr;
+    std::unique_ptr<Rs422Bus> m_bus;
+    std::unique_ptr<QSignalSpy> m_received;
+    std::unique_ptr<QSignalSpy> m_lost;
+    std::unique_ptr<QSignalSpy> m_flags;
+};
+
+QN740_TEST_MAIN(tst_Rs422Bus)
+#include "tst_Rs422Bus.moc"

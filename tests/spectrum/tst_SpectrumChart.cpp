@@ -1,0 +1,391 @@
+#include "spectrum/CardSide.h"
+#include "spectrum/SpectrumChart.h"
+#include "support/TestMain.h"
+
+namespace {
+
+// pixels of about this colour inside the chart
+int pixels(const QImage& picture, const QColor& color)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor pixel = picture.pixelColor(x, y);
+            count += std::abs(pixel.red() - color.red()) < 24 &&
+                    std::abs(pixel.green() - color.green()) < 24 &&
+                    std::abs(pixel.blue() - color.blue()) < 24
+                ? 1
+                : 0;
+        }
+    }
+    return count;
+}
+
+class CountingChart : public SpectrumChart
+{
+public:
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        ++paints;
+        SpectrumChart::paintEvent(event);
+    }
+};
+
+} // namespace
+
+class tst_SpectrumChart : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_chart = std::make_unique<CountingChart>();
+        m_chart->resize(620, 200);
+        m_chart->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_chart.get()));
+    }
+
+    void the_five_ticks_of_every_span_are_shown_data()
+    {
+        QTest::addColumn<int>("span");
+        QTest::addColumn<QStringList>("labels");
+        QTest::newRow("0") << 0 << QStringList{"69.50", "69.75", "70.00", "70.25", "70.50"};
+        QTest::newRow("1") << 1 << QStringList{"68.50", "69.25", "70.00", "70.75", "71.50"};
+        QTest::newRow("2") << 2 << QStringList{"67.50", "68.75", "70.00", "71.25", "72.50"};
+        QTest::newRow("3") << 3 << QStringList{"66.250", "68.125", "70.000", "71.875", "73.750"};
+        QTest::newRow("4") << 4 << QStringList{"65.0", "67.5", "70.0", "72.5", "75.0"};
+        QTest::newRow("5") << 5 << QStringList{"62.50", "66.25", "70.00", "73.75", "77.50"};
+        QTest::newRow("6") << 6 << QStringList{"60", "65", "70", "75", "80"};
+        QTest::newRow("7") << 7 << QStringList{"57.50", "63.75", "70.00", "76.25", "82.50"};
+        QTest::newRow("8") << 8 << QStringList{"55.0", "62.5", "70.0", "77.5", "85.0"};
+        QTest::newRow("9") << 9 << QStringList{"50", "60", "70", "80", "90"};
+    }
+
+    void the_five_ticks_of_every_span_are_shown()
+    {
+        QFETCH(int, span);
+        QFETCH(QStringList, labels);
+        m_chart->setSpan(spanTable().at(span));
+        QCOMPARE(m_chart->tickPositions(), spanTable().at(span).ticks);
+        QCOMPARE(m_chart->tickLabels(), labels);
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        QCOMPARE(m_chart->xAxis->tickVector(), spanTable().at(span).ticks);
+        QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()), labels);
+        QCOMPARE(m_chart->xAxis->range().size(), spanTable().at(span).spanMHz);
+        QCOMPARE(m_chart->xAxis->range().center(), 70.0);
+    }
+
+    void the_rf_frequency_moves_axis_and_ticks()
+    {
+        m_chart->setSpan(spanTable().at(4));
+        m_chart->setCentre(2250.5);
+        QCOMPARE(
+            m_chart->tickLabels(), QStringList({"2245.5", "2248.0", "2250.5", "2253.0", "2255.5"}));
+        QCOMPARE(m_chart->xAxis->range().center(), 2250.5);
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -20));
+        QCOMPARE(m_chart->peak().frequency, 2250.5);
+    }
+
+    void a_wild_rf_frequency_is_ignored_data()
+    {
+        QTest::addColumn<double>("rf");
+        QTest::newRow("zero") << 0.0;
+        QTest::newRow("negative") << -70.0;
+        QTest::newRow("not a number") << qQNaN();
+        QTest::newRow("infinite") << qInf();
+        QTest::newRow("enormous") << 1e30;
+    }
+
+    void a_wild_rf_frequency_is_ignored()
+    {
+        QFETCH(double, rf);
+        m_chart->setCentre(rf);
+        QCOMPARE(m_chart->centre(), 70.0);
+    }
+
+    void a_narrow_chart_names_three_of_its_ticks()
+    {
+        m_chart->setSpan(spanTable().at(3));
+        m_chart->resize(250, 200);
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()),
+            QStringList({"66.250", "", "70.000", "", "73.750"}));
+        QCOMPARE(m_chart->xAxis->tickVector().size(), 5);
+    }
+
+    void levels_are_numbered_in_fixed_decimals()
+    {
+        QCOMPARE(m_chart->yAxis->numberFormat(), QString("f"));
+        QCOMPARE(m_chart->yAxis->range().lower, -120.0);
+        QVERIFY(m_chart->yAxis->range().upper >= 7.5);
+    }
+
+    void the_points_spread_evenly_over_the_analysed_width_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("at");
+        QTest::addColumn<double>("part"); // of the width, from the left
+        QTest::newRow("first") << 512 << 0 << 0.0;
+        QTest::newRow("last") << 512 << 511 << 1.0;
+        QTest::newRow("a quarter") << 401 << 100 << 0.25;
+        QTest::newRow("one point") << 1 << 0 << 0.5;
+    }
+
+    void the_points_spread_evenly_over_the_analysed_width()
+    {
+        QFETCH(int, size);
+        QFETCH(int, at);
+        QFETCH(double, part);
+        const double width = spanTable().at(9).spanMHz;
+        m_chart->setSpan(spanTable().at(9));
+        m_chart->addSpectrum(cardSide::carrier(size, at, -30.5));
+        QVERIFY(m_chart->peak().valid);
+        QCOMPARE(m_chart->peak().frequency, 70.0 - width / 2 + part * width);
+        QCOMPARE(m_chart->peak().level, -30.5);
+    }
+
+    void the_peak_is_read_out()
+    {
+        QCOMPARE(m_chart->readout(), QString());
+        m_chart->setSpan(spanTable().at(9));
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
+    }
+
+    void the_read_out_follows_at_a_readable_pace()
+    {
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -10.0));
+        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
+        QTRY_COMPARE(m_chart->readout(), QString("Peak 70.000 MHz -10.0 dB"));
+    }
+
+    void the_trace_is_drawn_where_its_level_is()
+    {
+        m_chart->setLineColor(Qt::green);
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-60)));
+        const QImage picture = m_chart->grab().toImage();
+        const QRect plot = m_chart->axisRect()->rect();
+        const int y = qRound(m_chart->yAxis->coordToPixel(-60.0));
+        int found = 0;
+        for (int x = plot.left() + 1; x < plot.right(); ++x) {
+            for (int dy = -2; dy <= 2; ++dy) {
+                if (picture.pixelColor(x, y + dy) == QColor(Qt::green)) {
+                    ++found;
+                    break;
+                }
+            }
+        }
+        QVERIFY2(found > plot.width() - 20, qPrintable(QString::number(found)));
+        QCOMPARE(picture.pixelColor(plot.center().x() + 7, plot.bottom() - 3), QColor(Qt::black));
+    }
+
+    void more_points_than_pixels_keep_every_peak()
+    {
+        m_chart->setLineColor(Qt::green);
+        QByteArray points(4096, cardSide::level(-100));
+        points[1777] = cardSide::level(-10);
+        m_chart->addSpectrum(points);
+        const QImage picture = m_chart->grab().toImage();
+        const QRect plot = m_chart->axisRect()->rect();
+        const int x = plot.left() + 1777 * plot.width() / 4096;
+        const int y = qRound(m_chart->yAxis->coordToPixel(-40.0));
+        int found = 0;
+        for (int dx = -1; dx <= 1; ++dx) {
+            found += picture.pixelColor(x + dx, y) == QColor(Qt::green) ? 1 : 0;
+        }
+        QVERIFY(found > 0);
+    }
+
+    void line_and_max_hold_have_their_colours()
+    {
+        m_chart->setLineColor(QColor(0, 255, 255));
+        m_chart->setMaxHold(true);
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-20)));
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-80)));
+        const QImage picture = m_chart->grab().toImage();
+        QVERIFY(pixels(picture, QColor(0, 255, 255)) > 400);
+        QVERIFY(pixels(picture, QColor(0, 255, 255).darker(200)) > 400);
+    }
+
+    void averaging_and_max_hold_are_named_in_the_read_out()
+    {
+        m_chart->setAveraging(16);
+        m_chart->setMaxHold(true);
+        QCOMPARE(m_chart->readout(), QString("Avg 16   Max Hold"));
+        m_chart->setAveraging(1);
+        m_chart->setMaxHold(false);
+        QCOMPARE(m_chart->readout(), QString());
+    }
+
+    void a_span_change_clears_trace_average_and_max_hold()
+    {
+        m_chart->setAveraging(16);
+        m_chart->setMaxHold(true);
+        m_chart->addSpectrum(QByteArray(64, cardSide::level(-20)));
+        m_chart->setSpan(spanTable().at(5));
+        QCOMPARE(m_chart->trace().size(), 0);
+        m_chart->addSpectrum(QByteArray(64, cardSide::level(-80)));
+        QCOMPARE(m_chart->trace().levels().first(), -80.0F);
+        QCOMPARE(m_chart->trace().held().first(), -80.0F);
+        QCOMPARE(m_chart->trace().averaging(), 16);
+    }
+
+    void horizontal_markers_are_drawn()
+    {
+        m_chart->setHMarkers({-30.0, -90.5});
+        QCOMPARE(m_chart->hMarkers(), QList<double>({-30.0, -90.5}));
+        QCOMPARE(m_chart->itemCount(), 4); // a line and its level each
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        const QImage picture = m_chart->grab().toImage();
+        const int y = qRound(m_chart->yAxis->coordToPixel(-30.0));
+        const QRect plot = m_chart->axisRect()->rect();
+        int coloured = 0;
+        for (int x = plot.left(); x < plot.right(); ++x) {
+            for (int dy = -1; dy <= 1; ++dy) {
+                coloured += picture.pixelColor(x, y + dy).red() > 200 ? 1 : 0;
+            }
+        }
+        QVERIFY2(coloured > plot.width() / 3, qPrintable(QString::number(coloured)));
+        m_chart->setHMarkers({});
+        QCOMPARE(m_chart->itemCount(), 0);
+    }
+
+    void wild_horizontal_markers_are_left_out()
+    {
+        m_chart->setHMarkers({qQNaN(), qInf(), -1e30, 500.0, -50.0});
+        QCOMPARE(m_chart->hMarkers(), QList<double>{-50.0});
+        m_chart->setHMarkers(QList<double>(5000, -10.0));
+        QCOMPARE(m_chart->hMarkers().size(), 64);
+    }
+
+    void a_tap_sets_a_marker_and_reads_it_out()
+    {
+        m_chart->setSpan(spanTable().at(9));
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        tap(0.25);
+        QVERIFY(m_chart->marker().valid);
+        const double width = spanTable().at(9).spanMHz;
+        QVERIFY(std::abs(m_chart->marker().frequency - (70.0 - width / 4)) < width / 100);
+        QCOMPARE(m_chart->marker().level, -100.0);
+        QVERIFY2(
+            m_chart->readout().contains("Marker 59.") && m_chart->readout().endsWith("-100.0 dB"),
+            qPrintable(m_chart->readout()));
+        QVERIFY(pixels(m_chart->grab().toImage(), Qt::white) > 20);
+    }
+
+    void a_tap_on_the_marker_removes_it()
+    {
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        tap(0.5);
+        QVERIFY(m_chart->marker().valid);
+        tap(0.505);
+        QVERIFY(!m_chart->marker().valid);
+    }
+
+    void another_tap_moves_the_marker()
+    {
+        m_chart->addSpectrum(cardSide::carrier(101, 90, -42.5));
+        tap(0.2);
+        tap(0.9);
+        QCOMPARE(m_chart->marker().level, -42.5);
+    }
+
+    void a_tap_beside_the_plot_does_nothing()
+    {
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        QTest::mouseClick(m_chart->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+        QVERIFY(!m_chart->marker().valid);
+    }
+
+    void the_marker_follows_the_trace()
+    {
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        tap(0.5);
+        QCOMPARE(m_chart->marker().level, -42.5);
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -12.5));
+        QCOMPARE(m_chart->marker().level, -12.5);
+    }
+
+    void a_marker_outside_a_new_span_is_removed()
+    {
+        m_chart->setSpan(spanTable().at(9));
+        m_chart->setMarker(85.0);
+        m_chart->setSpan(spanTable().at(0));
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        QVERIFY(!m_chart->marker().valid);
+        m_chart->setSpan(spanTable().at(9));
+        m_chart->setMarker(70.2);
+        m_chart->setSpan(spanTable().at(0));
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        QVERIFY(m_chart->marker().valid);
+        m_chart->setMarker(qQNaN());
+        QVERIFY(!m_chart->marker().valid);
+    }
+
+    void a_marker_before_the_first_spectrum_is_not_read_out()
+    {
+        m_chart->setMarker(70.0);
+        QVERIFY(!m_chart->marker().valid);
+        QCOMPARE(m_chart->readout(), QString());
+    }
+
+    void many_spectra_in_one_turn_are_painted_once()
+    {
+        QTRY_VERIFY(m_chart->paints > 0);
+        QTest::qWait(50);
+        m_chart->paints = 0;
+        for (int i = 0; i < 100; ++i) {
+            m_chart->addSpectrum(cardSide::carrier(512, i, -20));
+        }
+        QTRY_VERIFY(m_chart->paints > 0);
+        QVERIFY2(m_chart->paints <= 2, qPrintable(QString::number(m_chart->paints)));
+    }
+
+    void a_hidden_chart_is_not_painted()
+    {
+        m_chart->hide();
+        QTest::qWait(20);
+        m_chart->paints = 0;
+        m_chart->addSpectrum(cardSide::carrier(512, 1, -20));
+        QTest::qWait(50);
+        QCOMPARE(m_chart->paints, 0);
+        m_chart->show();
+        QTRY_VERIFY(m_chart->paints > 0);
+        QVERIFY(m_chart->peak().valid);
+    }
+
+    void it_lets_what_lies_under_it_paint_first()
+    {
+        QVERIFY(!m_chart->testAttribute(Qt::WA_OpaquePaintEvent));
+    }
+
+    void any_size_of_spectrum_and_of_chart_can_be_painted()
+    {
+        for (const QSize& size : {QSize(1, 1), QSize(60, 60), QSize(330, 120), QSize(800, 430)}) {
+            m_chart->resize(size);
+            for (const int points : {1, 2, 3, 512, 9999, 65535}) {
+                m_chart->addSpectrum(QByteArray(points, '\xff'));
+                m_chart->grab();
+            }
+        }
+    }
+
+private:
+    // part: of the plot's width, from the left
+    void tap(double part)
+    {
+        const QRect plot = m_chart->axisRect()->rect();
+        const QPoint at(plot.left() + qRound(part * (plot.width() - 1)), plot.center().y());
+        QTest::mouseClick(m_chart->windowHandle(), Qt::LeftButton, Qt::NoModifier, at);
+    }
+
+    std::unique_ptr<CountingChart> m_chart;
+};
+
+QN740_TEST_MAIN(tst_SpectrumChart)
+#include "tst_SpectrumChart.moc"

@@ -1,0 +1,185 @@
+#include "spectrum/SpectrumTrace.h"
+#include "support/TestMain.h"
+
+namespace {
+QByteArray bytes(std::initializer_list<int> values)
+{
+    QByteArray list;
+    for (const int value : values) {
+        list += static_cast<char>(value);
+    }
+    return list;
+}
+} // namespace
+
+class tst_SpectrumTrace : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_byte_is_half_a_decibel_data()
+    {
+        QTest::addColumn<int>("byte");
+        QTest::addColumn<double>("dB");
+        QTest::newRow("lowest") << 0 << -120.0;
+        QTest::newRow("one step") << 1 << -119.5;
+        QTest::newRow("above 127") << 200 << -20.0;
+        QTest::newRow("0 dB") << 240 << 0.0;
+        QTest::newRow("highest") << 255 << 7.5;
+    }
+
+    void a_byte_is_half_a_decibel()
+    {
+        QFETCH(int, byte);
+        QFETCH(double, dB);
+        QCOMPARE(SpectrumTrace::level(static_cast<quint8>(byte)), dB);
+        SpectrumTrace trace;
+        trace.add(bytes({byte}));
+        QCOMPARE(double(trace.levels().first()), dB);
+    }
+
+    void a_new_trace_has_nothing()
+    {
+        const SpectrumTrace trace;
+        QCOMPARE(trace.size(), 0);
+        QCOMPARE(trace.peak(), -1);
+        QVERIFY(trace.held().isEmpty());
+    }
+
+    void no_points_change_nothing()
+    {
+        SpectrumTrace trace;
+        trace.add(bytes({10, 20}));
+        trace.add(QByteArray());
+        QCOMPARE(trace.levels(), QVector<float>({-115.0F, -110.0F}));
+    }
+
+    void the_peak_is_the_first_of_the_highest_points()
+    {
+        SpectrumTrace trace;
+        trace.add(bytes({10, 200, 30, 200}));
+        QCOMPARE(trace.peak(), 1);
+        trace.add(bytes({10, 20, 30, 40}));
+        QCOMPARE(trace.peak(), 3);
+    }
+
+    void without_averaging_the_last_spectrum_counts()
+    {
+        SpectrumTrace trace;
+        trace.add(bytes({0}));
+        trace.add(bytes({40}));
+        QCOMPARE(trace.levels().first(), -100.0F);
+    }
+
+    void the_first_spectra_are_averaged_alike_and_then_fade()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(2);
+        trace.add(bytes({0}));
+        trace.add(bytes({40}));
+        QCOMPARE(trace.levels().first(), -110.0F);
+        trace.add(bytes({0}));
+        QCOMPARE(trace.levels().first(), -115.0F);
+    }
+
+    void averaging_narrows_noise()
+    {
+        SpectrumTrace plain;
+        SpectrumTrace averaged;
+        averaged.setAveraging(16);
+        quint32 seed = 1;
+        for (int i = 0; i < 64; ++i) {
+            QByteArray points;
+            for (int k = 0; k < 512; ++k) {
+                seed = seed * 1664525 + 1013904223;
+                points += static_cast<char>(40 + (seed >> 28));
+            }
+            plain.add(points);
+            averaged.add(points);
+        }
+        const auto spread = [](const QVector<float>& levels) {
+            const auto [low, high] = std::minmax_element(levels.begin(), levels.end());
+            return *high - *low;
+        };
+        QVERIFY(spread(averaged.levels()) < spread(plain.levels()) * 0.6F);
+    }
+
+    void max_hold_keeps_the_highest_level_of_each_point()
+    {
+        SpectrumTrace trace;
+        trace.setMaxHold(true);
+        trace.add(bytes({0, 100}));
+        trace.add(bytes({50, 20}));
+        QCOMPARE(trace.held(), QVector<float>({-95.0F, -70.0F}));
+        QCOMPARE(trace.levels(), QVector<float>({-95.0F, -110.0F}));
+    }
+
+    void max_hold_sees_a_burst_that_the_average_does_not()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(16);
+        trace.setMaxHold(true);
+        for (int i = 0; i < 16; ++i) {
+            trace.add(bytes({i == 7 ? 240 : 0}));
+        }
+        QCOMPARE(trace.held().first(), 0.0F);
+        QVERIFY(trace.levels().first() < -100.0F);
+    }
+
+    void switching_max_hold_off_forgets_it()
+    {
+        SpectrumTrace trace;
+        trace.setMaxHold(true);
+        trace.add(bytes({100}));
+        trace.setMaxHold(false);
+        QVERIFY(trace.held().isEmpty());
+        trace.add(bytes({10}));
+        trace.setMaxHold(true);
+        trace.add(bytes({10}));
+        QCOMPARE(trace.held().first(), -115.0F);
+    }
+
+    void another_number_of_points_starts_anew()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(4);
+        trace.setMaxHold(true);
+        trace.add(bytes({200, 200}));
+        trace.add(bytes({0, 0, 0}));
+        QCOMPARE(trace.levels(), QVector<float>(3, -120.0F));
+        QCOMPARE(trace.held(), QVector<float>(3, -120.0F));
+    }
+
+    void a_restart_begins_average_and_max_hold_anew()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(4);
+        trace.setMaxHold(true);
+        trace.add(bytes({200}));
+        trace.restart();
+        trace.add(bytes({0}));
+        QCOMPARE(trace.levels().first(), -120.0F);
+        QCOMPARE(trace.held().first(), -120.0F);
+    }
+
+    void clear_forgets_the_points()
+    {
+        SpectrumTrace trace;
+        trace.add(bytes({200}));
+        trace.clear();
+        QCOMPARE(trace.size(), 0);
+        QCOMPARE(trace.peak(), -1);
+    }
+
+    void a_depth_below_one_is_no_averaging()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(-5);
+        QCOMPARE(trace.averaging(), 1);
+        trace.setAveraging(std::numeric_limits<int>::max());
+        QVERIFY(trace.averaging() <= 1000);
+    }
+};
+
+QN740_TEST_MAIN(tst_SpectrumTrace)
+#include "tst_SpectrumTrace.moc"
