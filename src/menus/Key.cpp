@@ -96,9 +96,9 @@ QString Key::message(const QString& valueText) const
     return wire::frame(command + valueText);
 }
 
-QPushButton* Key::newButton(const QString& text, QWidget* parent)
+QPushButton* Key::newButton(const QString& text, QWidget* parent, ButtonLooks looks)
 {
-    return new KeyButton(text, parent);
+    return new KeyButton(text, parent, looks);
 }
 
 void Key::applyStyle(const QString& sheet)

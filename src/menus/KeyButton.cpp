@@ -1,11 +1,14 @@
 #include "menus/KeyButton.h"
 
+#include <QFontMetrics>
 #include <QStyleOptionButton>
+#include <QStylePainter>
 
 namespace {
 
 // border and a blank pixel on each side, as the style sheets of the keys have it
 constexpr int Margin = 4;
+constexpr int MarginOfShrinking = 3;
 
 // no key can show more characters than this, whatever the main unit sends
 constexpr qsizetype MostCharacters = 400;
@@ -30,11 +33,29 @@ QStringList brokenLines(const QString& paragraph, const QFontMetrics& metrics, i
     return lines;
 }
 
+int textFlags(bool anywhere)
+{
+    const int wrap = anywhere ? Qt::TextWrapAnywhere : Qt::TextWordWrap;
+    return Qt::AlignCenter | wrap;
+}
+
+bool fits(const QString& text, const QFont& font, const QSize& room, bool anywhere)
+{
+    const QRect space(QPoint(0, 0), room);
+    const QRect taken = QFontMetrics(font).boundingRect(space, textFlags(anywhere), text);
+    return taken.width() <= room.width() && taken.height() <= room.height();
+}
+
 } // namespace
 
-KeyButton::KeyButton(const QString& text, QWidget* parent)
+KeyButton::KeyButton(const QString& text, QWidget* parent, Key::ButtonLooks looks)
     : QPushButton(text, parent)
+    , m_looks(looks)
 {
+    if (looks.testFlag(Key::Shrinking)) {
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+        setAutoDefault(false);
+    }
 }
 
 QString KeyButton::fitted(const QString& text, const QFontMetrics& metrics, int width, int height)
@@ -56,10 +77,92 @@ QString KeyButton::fitted(const QString& text, const QFontMetrics& metrics, int 
     return lines.join(QLatin1Char('\n'));
 }
 
+KeyButton::Fit KeyButton::shrunk(const QString& text, const QFont& font, const QSize& room)
+{
+    const QString shown = text.trimmed().left(MostCharacters);
+    QFont tried = font;
+    for (const bool anywhere : {false, true}) {
+        for (int pixels = font.pixelSize(); pixels >= SmallestFont; --pixels) {
+            tried.setPixelSize(pixels);
+            if (fits(shown, tried, room, anywhere)) {
+                return {shown, pixels, anywhere};
+            }
+        }
+    }
+    const int smallest = qMin(font.pixelSize(), SmallestFont);
+    tried.setPixelSize(qMax(1, smallest));
+    QString rest = shown;
+    QString elided;
+    do {
+        rest.chop(1);
+        elided = rest + QChar(0x2026);
+    } while (!rest.isEmpty() && !fits(elided, tried, room, true));
+    return {elided, tried.pixelSize(), true};
+}
+
+QSize KeyButton::sizeHint() const
+{
+    return m_looks.testFlag(Key::Shrinking) ? QSize(Finger, Finger) : QPushButton::sizeHint();
+}
+
+QSize KeyButton::minimumSizeHint() const
+{
+    return m_looks.testFlag(Key::Shrinking) ? QSize(Finger, Finger)
+                                            : QPushButton::minimumSizeHint();
+}
+
 void KeyButton::initStyleOption(QStyleOptionButton* option) const
 {
     QPushButton::initStyleOption(option);
-    option->text = fitted(option->text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
-    // a lone "&" would be taken for a shortcut and not be drawn
-    option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    option->text.replace(QLatin1String("&&"), QLatin1String("&"));
+    if (!m_looks.testFlag(Key::Shrinking)) {
+        option->text =
+            fitted(option->text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+        // a lone "&" would be taken for a shortcut and not be drawn
+        option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    }
+}
+
+void KeyButton::paintEvent(QPaintEvent* event)
+{
+    if (!m_looks.testFlag(Key::Shrinking)) {
+        QPushButton::paintEvent(event);
+        return;
+    }
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QString label = option.text.remove(QLatin1Char('\r'));
+    if (m_looks.testFlag(Key::OneLine)) {
+        label.replace(QLatin1Char(' '), QChar::Nbsp);
+    }
+    option.text.clear();
+    QStylePainter painter(this);
+    painter.drawControl(QStyle::CE_PushButton, option);
+    paintText(painter, label);
+}
+
+void KeyButton::paintText(QPainter& painter, const QString& label)
+{
+    const QRect room = rect().adjusted(
+        MarginOfShrinking, MarginOfShrinking, -MarginOfShrinking, -MarginOfShrinking);
+    if (m_fitText != label || m_fitFont != font() || m_fitRoom != room.size()) {
+        m_fitText = label;
+        m_fitFont = font();
+        m_fitRoom = room.size();
+        m_fit = shrunk(label, font(), room.size());
+    }
+    QFont shown = font();
+    shown.setPixelSize(m_fit.pixelSize);
+    painter.setFont(shown);
+    const int flags = textFlags(m_fit.anywhere);
+    if (m_looks.testFlag(Key::Rimmed)) {
+        painter.setPen(Qt::black);
+        for (const QPoint& side : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1),
+                 QPoint(-1, -1), QPoint(1, 1), QPoint(-1, 1), QPoint(1, -1)}) {
+            painter.drawText(room.translated(side), flags, m_fit.text);
+        }
+    }
+    const auto group = isEnabled() ? QPalette::Normal : QPalette::Disabled;
+    painter.setPen(palette().color(group, QPalette::ButtonText));
+    painter.drawText(room, flags, m_fit.text);
 }

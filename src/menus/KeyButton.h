@@ -1,22 +1,56 @@
 #pragma once
 
-#include <QPushButton>
+#include "menus/Key.h"
 
-// A push button whose text is broken into lines that fit its width when it is painted, at blanks
-// where there are any, and elided ("…") where the height is too small for all lines. An "&"
-// is shown as it is; text() stays what it was set to.
+// A push button that paints its text inside itself, however long it is; text() and font() stay what
+// they were set to; "&" is shown as it is, and "&&", as keys may have it for one, as one. Keys of
+// menu pages keep their font: the text is broken into lines, at blanks where there are any, and
+// elided ("…") where the height is too small for all lines. With the look Key::Shrinking the text
+// gets smaller first, as the buttons of pop-ups have it.
 class KeyButton : public QPushButton
 {
     Q_OBJECT
 
 public:
-    explicit KeyButton(const QString& text, QWidget* parent = nullptr);
+    // The least size of a key under a finger, in pixels (9 mm on a 7-inch panel): what a shrinking
+    // button asks for.
+    static constexpr int Finger = 47;
+    // The smallest size that a text is shrunk to, in pixels.
+    static constexpr int SmallestFont = 12;
+
+    explicit KeyButton(
+        const QString& text, QWidget* parent = nullptr, Key::ButtonLooks looks = Key::Plain);
 
     // In: a text, the metrics of its font, the room for it in pixels. Out: the text with line
     // breaks, every line at most `width` wide and all of them at most `height` high, but one line
     // at least.
     static QString fitted(const QString& text, const QFontMetrics& metrics, int width, int height);
 
+    // How a shrunk text is painted.
+    struct Fit
+    {
+        QString text;          // elided where it must be
+        int pixelSize = 0;     // of the font
+        bool anywhere = false; // lines are also broken inside words
+    };
+    // In: a text, its font with a pixel size, the room in pixels.
+    // Out: how to paint it inside the room; blanks and breaks at its ends are left out.
+    static Fit shrunk(const QString& text, const QFont& font, const QSize& room);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 protected:
     void initStyleOption(QStyleOptionButton* option) const override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintText(QPainter& painter, const QString& label);
+
+    Key::ButtonLooks m_looks;
+    // the last fit and what it was made for: measuring is dear
+    Fit m_fit;
+    QString m_fitText;
+    QFont m_fitFont;
+    QSize m_fitRoom;
 };

@@ -1,6 +1,6 @@
 #include "popups/EntryErrorBox.h"
 
-#include "popups/ScreenPlace.h"
+#include "popups/PopUpDialog.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -14,6 +14,7 @@ namespace {
 
 constexpr int RangeSpacer = 600;
 constexpr int AddressBoxWidth = 300;
+constexpr int AddressPixels = 18;
 constexpr QSize LeastButton(110, 50);
 constexpr int WidestText = 700;
 constexpr int HighestText = 310; // leaves room for the first line and the button
@@ -48,6 +49,9 @@ void EntryErrorBox::showAddressFormat(QWidget* parent)
 {
     const QPointer<EntryErrorBox> box(new EntryErrorBox(parent));
     box->setWindowTitle(QStringLiteral("IPv4 Format"));
+    QFont font = box->font();
+    font.setPixelSize(AddressPixels);
+    box->setFont(font);
     box->setText(QStringLiteral("Invalid Entry"));
     box->setInformativeText(QStringLiteral("Expected Format #.#.#.# \n[# is from 0 to 255]"));
     const QMargins margins = box->layout()->contentsMargins();
@@ -59,7 +63,7 @@ void EntryErrorBox::showAddressFormat(QWidget* parent)
 void EntryErrorBox::showEvent(QShowEvent* event)
 {
     QMessageBox::showEvent(event);
-    screenPlace::centre(this);
+    PopUpDialog::centre(this);
 }
 
 void EntryErrorBox::addSpacer(int width)

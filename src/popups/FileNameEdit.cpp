@@ -1,11 +1,10 @@
 #include "popups/FileNameEdit.h"
 
-#include "popups/ChoiceStyle.h"
-#include "popups/FitButton.h"
+#include "menus/Key.h"
 #include "popups/KeyBoardWidget.h"
-#include "popups/PopUpWindow.h"
+#include "popups/PopUpDialog.h"
+#include "popups/PopUpStyle.h"
 
-#include <QDialog>
 #include <QHBoxLayout>
 #include <QIcon>
 
@@ -30,32 +29,29 @@ static void useMyResources()
 
 FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
     : QWidget(nullptr)
-    , m_dialog(new QDialog(this, popUpWindow::Titled))
+    , m_dialog(new PopUpDialog(QStringLiteral("FileNameEdit"),
+          QStringLiteral("Enter Store File Name"), Qt::WindowFlags(), Margin, this))
     , m_field(new QLineEdit)
     , m_keys(new KeyBoardWidget(m_field, true, nullptr))
 {
     useMyResources();
-    m_dialog->setObjectName(QStringLiteral("FileNameEdit"));
     m_dialog->setWindowIcon(QIcon(QStringLiteral(":/MyFiles/TORVA-globe.png")));
-    m_dialog->setWindowTitle(QStringLiteral("Enter Store File Name"));
-    m_dialog->setStyleSheet(choiceStyle::fileDialog());
+    m_dialog->setStyleSheet(popUpStyle::filesWindow());
 
     m_field->setStyleSheet(fieldStyle());
     m_field->setFixedHeight(FieldHeight);
     m_field->setText(text);
     // the board has no window frame to close the dialog with
-    auto* cancel = new FitButton(QStringLiteral("Cancel"));
-    cancel->setStyleSheet(choiceStyle::cancel());
+    auto* cancel = Key::newButton(QStringLiteral("Cancel"), nullptr, Key::Shrinking);
+    cancel->setStyleSheet(popUpStyle::cancel());
     cancel->setFixedSize(CancelWidth, FieldHeight);
     cancel->setFocusPolicy(Qt::NoFocus);
 
-    auto* column = new QVBoxLayout(m_dialog);
-    column->setContentsMargins(Margin, Margin, Margin, Margin);
     auto* line = new QHBoxLayout;
     line->addWidget(m_field);
     line->addWidget(cancel);
-    column->addLayout(line);
-    column->addWidget(m_keys);
+    m_dialog->column()->addLayout(line);
+    m_dialog->column()->addWidget(m_keys);
 
     connect(m_keys, &KeyBoardWidget::ret_pushed, m_dialog, &QDialog::accept);
     connect(m_field, &QLineEdit::returnPressed, m_dialog, &QDialog::accept);
@@ -64,7 +60,6 @@ FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
 
     // the parent may go while the dialog is open, and would take this along
     const QPointer<QWidget> later(parent);
-    popUpWindow::place(*m_dialog);
     m_field->setFocus();
     m_dialog->exec();
     if (later != nullptr) {

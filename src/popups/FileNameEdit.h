@@ -4,8 +4,8 @@
 #include <QPointer>
 #include <QWidget>
 
-class QDialog;
 class KeyBoardWidget;
+class PopUpDialog;
 
 // Asks for a file name: a text line and the on-screen keyboard, in a modal dialog that runs inside
 // the constructor. What was typed is read with text() afterwards; a cancelled name reads as empty.
@@ -26,7 +26,7 @@ public slots:
     void fn_can();
 
 private:
-    QDialog* m_dialog; // a child, as long as this lives
+    PopUpDialog* m_dialog; // a child, as long as this lives
     QPointer<QLineEdit> m_field;
     KeyBoardWidget* m_keys;
 };

@@ -7,16 +7,48 @@
 
 namespace {
 
+// words are kept whole down to the one, broken anywhere down to the other
+constexpr int SmallestWhole = 12;
 constexpr int SmallestPixels = 9;
 
 // more cannot be read in the smallest font on the whole screen, whatever the main unit sends
 constexpr qsizetype MostCharacters = 2000;
 
-bool fits(const QString& text, const QFont& font, int flags, const QSize& room)
+bool fits(const FittedLabel::Fit& way, const QSize& room)
 {
-    const QRect box =
-        QFontMetrics(font).boundingRect(QRect(QPoint(0, 0), room), Qt::AlignLeft | flags, text);
+    const QRect box = QFontMetrics(way.font).boundingRect(
+        QRect(QPoint(0, 0), room), Qt::AlignLeft | way.flags, way.text);
     return box.width() <= room.width() && box.height() <= room.height();
+}
+
+// The same in smaller and smaller fonts. Out: whether it fits in one of them.
+bool shrink(FittedLabel::Fit* way, const QList<int>& flags, int smallest, const QSize& room)
+{
+    for (int pixels = QFontInfo(way->font).pixelSize();; --pixels) {
+        for (const int tried : flags) {
+            way->flags = tried;
+            if (fits(*way, room)) {
+                return true;
+            }
+        }
+        if (pixels <= smallest) {
+            return false;
+        }
+        way->font.setPixelSize(pixels - 1);
+    }
+}
+
+// Shortens a text that fits in no font, by halves: the longest start of it that fits.
+void elide(FittedLabel::Fit* way, const QSize& room)
+{
+    const QString whole = way->text;
+    qsizetype good = 0;
+    for (qsizetype bad = whole.size(); bad - good > 1;) {
+        const qsizetype tried = (good + bad) / 2;
+        way->text = whole.left(tried) + QChar(0x2026);
+        (fits(*way, room) ? good : bad) = tried;
+    }
+    way->text = whole.left(good) + QChar(0x2026);
 }
 
 } // namespace
@@ -40,28 +72,24 @@ QSize FittedLabel::minimumSizeHint() const
 
 FittedLabel::Fit FittedLabel::fit(const QString& text, const QFont& font, const QSize& room)
 {
-    Fit found{font, 0};
-    for (int pixels = QFontInfo(font).pixelSize();; --pixels) {
-        for (const int flags : {0, static_cast<int>(Qt::TextWordWrap)}) {
-            found.flags = flags;
-            if (fits(text, found.font, flags, room)) {
-                return found;
-            }
-        }
-        if (pixels <= SmallestPixels) {
-            return {found.font, Qt::TextWrapAnywhere};
-        }
-        found.font.setPixelSize(pixels - 1);
+    const QString shown = text.left(MostCharacters);
+    Fit whole{shown, font, 0};
+    if (shown.isEmpty() || shrink(&whole, {0, Qt::TextWordWrap}, SmallestWhole, room)) {
+        return whole;
     }
+    Fit broken{shown, font, 0};
+    if (!shrink(&broken, {Qt::TextWrapAnywhere}, SmallestPixels, room)) {
+        elide(&broken, room);
+    }
+    return broken;
 }
 
 void FittedLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     drawFrame(&painter);
-    const QString shown = text().left(MostCharacters);
-    const Fit way = fit(shown, font(), contentsRect().size());
+    const Fit way = fit(text(), font(), contentsRect().size());
     painter.setFont(way.font);
     style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()) | way.flags,
-        palette(), isEnabled(), shown, foregroundRole());
+        palette(), isEnabled(), way.text, foregroundRole());
 }

@@ -1,18 +1,14 @@
 #include "popups/PadDialog.h"
 
-#include "popups/PadStyle.h"
-#include "popups/ScreenPlace.h"
+#include "popups/PopUpStyle.h"
 
 #include <QFontMetrics>
 #include <QVBoxLayout>
 
 namespace {
 
-constexpr int Width = 795;
-constexpr int Height = 478;
 constexpr int Margin = 3;
 constexpr int Spacing = 3;
-constexpr int TitleHeight = 45;
 constexpr int RangeMargin = 4;        // above and below the lines together
 constexpr int HighestRangeLabel = 52; // three lines; leaves every row of keys its 70 pixels
 constexpr int EntryColumns = 2;
@@ -46,18 +42,16 @@ void setPixels(QWidget* widget, int pixels)
 
 } // namespace
 
-PadDialog::PadDialog(const QString& name, Qt::WindowFlags flags, int columns, int currentColumns)
-    : QDialog(nullptr, Qt::Dialog | flags)
-    , entryLabel(newLabel(QStringLiteral("entryLabel"), padStyle::entry(), this))
+PadDialog::PadDialog(const QString& name, const QString& title, Qt::WindowFlags flags, int columns,
+    int currentColumns)
+    : PopUpDialog(name, title, flags, Margin)
+    , entryLabel(newLabel(QStringLiteral("entryLabel"), popUpStyle::entry(), this))
     , keys(new PadKeys(columns, this))
-    , m_titleLabel(newLabel(QStringLiteral("titleLabel"), padStyle::title(), this))
     , m_rangeLabel(newLabel(QStringLiteral("rangeLabel"), rangeStyle(), this))
     , m_currentValueLabel(
-          newLabel(QStringLiteral("currentValueLabel"), padStyle::currentValue(), this))
+          newLabel(QStringLiteral("currentValueLabel"), popUpStyle::currentValue(), this))
 {
-    setObjectName(name);
-    setFixedSize(Width, Height);
-    m_titleLabel->setFixedHeight(TitleHeight);
+    setFixedSize(Largest);
     m_rangeLabel->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_rangeLabel->setContentsMargins(RangeIndent, 0, RangeIndent, 0);
     setPixels(m_rangeLabel, RangePixels);
@@ -67,17 +61,9 @@ PadDialog::PadDialog(const QString& name, Qt::WindowFlags flags, int columns, in
     keys->addToTop(entryLabel, 0, EntryColumns);
     keys->addToTop(m_currentValueLabel, EntryColumns, currentColumns);
 
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Margin, Margin, Margin, Margin);
-    column->setSpacing(Spacing);
-    column->addWidget(m_titleLabel);
-    column->addWidget(m_rangeLabel);
-    column->addWidget(keys, 1);
-}
-
-void PadDialog::setTitle(const QString& title)
-{
-    m_titleLabel->setText(title);
+    column()->setSpacing(Spacing);
+    column()->addWidget(m_rangeLabel);
+    column()->addWidget(keys, 1);
 }
 
 void PadDialog::setRangeText(const QString& text)
@@ -97,10 +83,4 @@ void PadDialog::setEntryText(const QString& text)
 void PadDialog::setCurrentValueText(const QString& text)
 {
     m_currentValueLabel->setText(text);
-}
-
-void PadDialog::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    screenPlace::centre(this);
 }

@@ -1,7 +1,7 @@
 #include "popups/PadKeys.h"
 
 #include "menus/Key.h"
-#include "popups/PadStyle.h"
+#include "popups/PopUpStyle.h"
 
 #include <QGridLayout>
 
@@ -85,7 +85,7 @@ void PadKeys::addHalfCharacters(const QStringList& texts, int row, int column)
 
 QPushButton* PadKeys::newKey(const QString& text, const QString& sheet)
 {
-    QPushButton* key = Key::newButton(text, this);
+    QPushButton* key = Key::newButton(text, this, Key::Shrinking);
     // also where the sheet names no font size
     QFont large = key->font();
     large.setPixelSize(KeyPixels);
@@ -102,7 +102,7 @@ QPushButton* PadKeys::newKey(const QString& text, const QString& sheet)
 
 QPushButton* PadKeys::newCharacter(const QString& text)
 {
-    QPushButton* key = newKey(text, padStyle::character());
+    QPushButton* key = newKey(text, popUpStyle::character());
     connect(key, &QPushButton::clicked, this, [this, text] { emit character(text); });
     return key;
 }

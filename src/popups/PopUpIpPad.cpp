@@ -62,13 +62,12 @@ QString PopUpIpPad::new_pop_IP_NumberPad(const QString& title, const QString& cu
 
 void PopUpIpPad::buildDialog(const QString& title, const QString& currentAddress)
 {
-    m_dialog = new PadDialog(QStringLiteral("PopUpIpPad"),
-        Qt::CustomizeWindowHint | Qt::WindowTitleHint, Columns, CurrentColumns);
+    m_dialog = new PadDialog(
+        QStringLiteral("PopUpIpPad"), title, Qt::WindowFlags(), Columns, CurrentColumns);
     m_dialog->setStyleSheet(
         QStringLiteral("QMenuBar {background-color: #F5F5F5; font-size: 12px;}"));
     const QString current = QStringLiteral("IPv4: %1").arg(currentAddress);
     m_dialog->setWindowTitle(current);
-    m_dialog->setTitle(title);
     // the panel's screen has no window frames, so that the window title alone would not be seen
     m_dialog->setCurrentValueText(current);
     m_dialog->entryLabel->setMinimumWidth(LeastEntryWidth);

@@ -3,7 +3,7 @@
 #include "popups/EntryErrorBox.h"
 #include "popups/EntryType.h"
 #include "popups/PadDialog.h"
-#include "popups/PadStyle.h"
+#include "popups/PopUpStyle.h"
 #include "wire/Message.h"
 
 #include <array>
@@ -33,12 +33,6 @@ constexpr std::array<Step, 4> Steps{{
 QString stepLabel(int index)
 {
     return QString::fromUtf16(Steps.at(static_cast<std::size_t>(index)).label);
-}
-
-QString cancelStyle()
-{
-    return QStringLiteral(
-        "QPushButton {background-color:red; color:white; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;}");
 }
 
 } // namespace
@@ -93,11 +87,8 @@ PadDialog* PopUpNumberPad::buildDialog(
     const int columns = hexadecimal ? HexadecimalColumns : Columns;
     // "BackSpace" takes the last cell of the first row of a frequency pad
     const int shown = m_entryType == entryType::Frequency ? columns - 1 : columns;
-    m_dialog = new PadDialog(QStringLiteral("PopUpNumberPad"),
-        Qt::FramelessWindowHint | Qt::CustomizeWindowHint | Qt::WindowTitleHint, columns,
-        shown - DisplayColumns);
-    m_dialog->setWindowTitle(title);
-    m_dialog->setTitle(title);
+    m_dialog = new PadDialog(QStringLiteral("PopUpNumberPad"), title, Qt::FramelessWindowHint,
+        columns, shown - DisplayColumns);
     m_dialog->setRangeText(m_ranges.rangeLine(title));
     m_dialog->setCurrentValueText(
         valueText.isEmpty() ? entryType::currentValueText(m_entryType, m_current) : valueText);
@@ -130,10 +121,11 @@ void PopUpNumberPad::addClearAndBackspace()
         back = {1, 4};
     }
     PadKeys* keys = m_dialog->keys;
-    connect(keys->addKey(QStringLiteral("CE/Cancel"), cancelStyle(), clear.row, clear.column),
+    connect(
+        keys->addKey(QStringLiteral("CE/Cancel"), popUpStyle::cancel(), clear.row, clear.column),
         &QPushButton::clicked, this, &PopUpNumberPad::clear_entry);
     connect(keys->addKey(
-                QStringLiteral("BackSpace"), padStyle::lightSteelBlue(), back.row, back.column),
+                QStringLiteral("BackSpace"), popUpStyle::lightSteelBlue(), back.row, back.column),
         &QPushButton::clicked, this, &PopUpNumberPad::backspace);
 }
 
@@ -147,14 +139,14 @@ void PopUpNumberPad::addTypeKeys()
     }
     keys->addCharacter(QStringLiteral("."), 4, 1);
     if (m_entryType == entryType::Signed) {
-        connect(keys->addKey(QStringLiteral("+"), padStyle::lightSteelBlue(), 2, 3),
+        connect(keys->addKey(QStringLiteral("+"), popUpStyle::lightSteelBlue(), 2, 3),
             &QPushButton::clicked, this, &PopUpNumberPad::plus_sign);
-        connect(keys->addKey(QStringLiteral("-"), padStyle::seaGreen(), 3, 3),
+        connect(keys->addKey(QStringLiteral("-"), popUpStyle::seaGreen(), 3, 3),
             &QPushButton::clicked, this, &PopUpNumberPad::minus_sign);
     } else if (m_entryType == entryType::Frequency) {
         addStepKeys();
     } else if (!m_specialValues.isEmpty()) {
-        connect(keys->addKey(specialLabel(), padStyle::blue(), 2, 3), &QPushButton::clicked, this,
+        connect(keys->addKey(specialLabel(), popUpStyle::blue(), 2, 3), &QPushButton::clicked, this,
             &PopUpNumberPad::special_key_ent);
     }
 }
@@ -162,10 +154,10 @@ void PopUpNumberPad::addTypeKeys()
 void PopUpNumberPad::addStepKeys()
 {
     PadKeys* keys = m_dialog->keys;
-    m_stepKey = keys->addKey(stepLabel(m_stepIndex), padStyle::blue(), 1, 3);
+    m_stepKey = keys->addKey(stepLabel(m_stepIndex), popUpStyle::blue(), 1, 3);
     connect(m_stepKey, &QPushButton::clicked, this, &PopUpNumberPad::change_step);
-    QPushButton* up = keys->addKey(QStringLiteral("Step Up"), padStyle::seaGreen(), 2, 3);
-    QPushButton* down = keys->addKey(QStringLiteral("Step Down"), padStyle::seaGreen(), 3, 3);
+    QPushButton* up = keys->addKey(QStringLiteral("Step Up"), popUpStyle::seaGreen(), 2, 3);
+    QPushButton* down = keys->addKey(QStringLiteral("Step Down"), popUpStyle::seaGreen(), 3, 3);
     connect(up, &QPushButton::clicked, this, &PopUpNumberPad::up_rf);
     connect(down, &QPushButton::clicked, this, &PopUpNumberPad::down_rf);
     for (QPushButton* key : {up, down}) {
@@ -196,18 +188,18 @@ void PopUpNumberPad::addConfirmKeys()
     default:
         break;
     }
-    connect(m_dialog->keys->addKey(text, padStyle::green(), 4, column), &QPushButton::clicked, this,
-        &PopUpNumberPad::check_number);
+    connect(m_dialog->keys->addKey(text, popUpStyle::green(), 4, column), &QPushButton::clicked,
+        this, &PopUpNumberPad::check_number);
 }
 
 void PopUpNumberPad::addUnitKeys(const QString& mega, const QString& kilo, const QString& plain)
 {
     PadKeys* keys = m_dialog->keys;
-    connect(keys->addKey(mega, padStyle::green(), 4, 3), &QPushButton::clicked, this,
+    connect(keys->addKey(mega, popUpStyle::green(), 4, 3), &QPushButton::clicked, this,
         &PopUpNumberPad::check_number_x6);
-    connect(keys->addKey(kilo, padStyle::seaGreen(), 3, 3), &QPushButton::clicked, this,
+    connect(keys->addKey(kilo, popUpStyle::seaGreen(), 3, 3), &QPushButton::clicked, this,
         &PopUpNumberPad::check_number_x3);
-    connect(keys->addKey(plain, padStyle::blue(), 2, 3), &QPushButton::clicked, this,
+    connect(keys->addKey(plain, popUpStyle::blue(), 2, 3), &QPushButton::clicked, this,
         &PopUpNumberPad::check_number);
 }
 

@@ -1,15 +1,15 @@
 #include "popups/PopUpSlider.h"
 
-#include "popups/FitButton.h"
-#include "popups/PopUpWindow.h"
+#include "popups/PopUpDialog.h"
+#include "popups/PopUpStyle.h"
 
-#include <QDialog>
 #include <QLabel>
 #include <QSlider>
 #include <QVBoxLayout>
 
 namespace {
 
+constexpr int Margin = 9;
 constexpr int ReadoutHeight = 40;
 constexpr int SliderHeight = 100;
 constexpr int Width = 400;
@@ -46,30 +46,28 @@ QString rowStyle()
     return QStringLiteral("QPushButton {border: 2px solid black; border-radius: 4px;}");
 }
 
-QString okStyle()
+QPushButton* newSliderButton(const QString& text, const QString& sheet, Key::ButtonLooks looks)
 {
-    return QStringLiteral(
-        "QPushButton {background-color:green; color:white;} QPushButton:pressed {background-color: #4169e1;}");
-}
-
-FitButton* newSliderButton(const QString& text, const QString& sheet, bool repeats)
-{
-    auto* button = new FitButton(text);
+    QPushButton* button = Key::newButton(text, nullptr, looks);
     button->setStyleSheet(sheet);
     QFont font = button->font();
     font.setPixelSize(ButtonFont);
     button->setFont(font);
-    button->setOneLine(true);
-    if (repeats) {
-        button->setAutoRepeat(true);
-        button->setAutoRepeatDelay(FirstRepeatMs);
-        button->setAutoRepeatInterval(NextRepeatMs);
-    }
+    return button;
+}
+
+// sheet: with white text. A rim makes it readable on a light face.
+QPushButton* newStepButton(const QString& text, const QString& sheet, Key::ButtonLooks rim = {})
+{
+    QPushButton* button = newSliderButton(text, sheet, rim | Key::OneLine);
+    button->setAutoRepeat(true);
+    button->setAutoRepeatDelay(FirstRepeatMs);
+    button->setAutoRepeatInterval(NextRepeatMs);
     return button;
 }
 
 // The buttons from left to right, on as few rows as hold them.
-void fillRows(QGridLayout& layout, const QList<FitButton*>& buttons)
+void fillRows(QGridLayout& layout, const QList<QPushButton*>& buttons)
 {
     const auto count = static_cast<int>(buttons.size());
     const int rows = (count + MostInARow - 1) / MostInARow;
@@ -102,9 +100,8 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
     m_value = SliderValue(name, messageCommand, range, readoutType);
     const QList<int> stepList = SliderValue::steps(steps);
 
-    QDialog dialog(nullptr, popUpWindow::Titled);
-    dialog.setObjectName(QStringLiteral("PopUpSlider"));
-    dialog.setWindowTitle(QStringLiteral("Set ") + name + QStringLiteral(" Value"));
+    PopUpDialog dialog(QStringLiteral("PopUpSlider"),
+        QStringLiteral("Set ") + name + QStringLiteral(" Value"), Qt::WindowFlags(), Margin);
     dialog.setMinimumWidth(stepList.size() > 1 ? WidthOfManySteps : Width);
 
     auto* readout = new QLabel(m_value.readout(static_cast<double>(currentValue)));
@@ -121,12 +118,10 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
     m_slider = slider;
     connect(slider, &QSlider::valueChanged, this, &PopUpSlider::send_message);
 
-    auto* column = new QVBoxLayout(&dialog);
-    column->addWidget(readout);
-    column->addWidget(slider);
-    column->addWidget(newButtonRow(dialog, stepList));
+    dialog.column()->addWidget(readout);
+    dialog.column()->addWidget(slider);
+    dialog.column()->addWidget(newButtonRow(dialog, stepList));
 
-    popUpWindow::place(dialog);
     const QPointer<PopUpSlider> self(this);
     const int result = dialog.exec();
     if (self != nullptr) {
@@ -136,23 +131,21 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
 
 QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
 {
-    auto* ok = newSliderButton(QStringLiteral("OK"), okStyle(), false);
+    auto* ok = newSliderButton(QStringLiteral("OK"), popUpStyle::plainGreen(), Key::OneLine);
     connect(ok, &QPushButton::clicked, &dialog, &QDialog::reject);
-    QList<FitButton*> buttons{ok};
+    QList<QPushButton*> buttons{ok};
     if (steps.isEmpty()) {
-        auto* down = newSliderButton(QStringLiteral("DOWN"), downStyle(), true);
+        auto* down = newStepButton(QStringLiteral("DOWN"), downStyle());
         connect(down, &QPushButton::clicked, this, &PopUpSlider::decreament_slider);
-        auto* up = newSliderButton(QStringLiteral("UP"), upStyle(), true);
-        up->setRimmed(true); // white on orange is hard to read
+        auto* up = newStepButton(QStringLiteral("UP"), upStyle(), Key::Rimmed);
         connect(up, &QPushButton::clicked, this, &PopUpSlider::increament_slider);
         buttons = {down, ok, up};
     }
     for (const int step : steps) {
-        auto* down = newSliderButton(QStringLiteral("< -%1").arg(step), downStyle(), true);
+        auto* down = newStepButton(QStringLiteral("< -%1").arg(step), downStyle());
         connect(down, &QPushButton::clicked, this, [this, step] { change_slide(-step); });
         buttons.prepend(down);
-        auto* up = newSliderButton(QStringLiteral("+%1 >").arg(step), upStyle(), true);
-        up->setRimmed(true);
+        auto* up = newStepButton(QStringLiteral("+%1 >").arg(step), upStyle(), Key::Rimmed);
         connect(up, &QPushButton::clicked, this, [this, step] { change_slide(step); });
         buttons.append(up);
     }

@@ -1,5 +1,6 @@
 qn740_test(app Dispatcher)
 qn740_test(app Identity)
+qn740_test(app EditorsUnderFire)
 qn740_test(app MainMenuScreens)
 qn740_test(app MainMenuViews)
 qn740_test(app MainWindow)

@@ -8,6 +8,22 @@ class tst_KeyButton : public QObject
 {
     Q_OBJECT
 
+    static QFont font(int pixels)
+    {
+        QFont font = QApplication::font();
+        font.setPixelSize(pixels);
+        return font;
+    }
+
+    static bool isInside(const KeyButton::Fit& fit, const QSize& room)
+    {
+        const int wrap = fit.anywhere ? Qt::TextWrapAnywhere : Qt::TextWordWrap;
+        const QRect taken =
+            QFontMetrics(font(fit.pixelSize))
+                .boundingRect(QRect(QPoint(0, 0), room), Qt::AlignCenter | wrap, fit.text);
+        return taken.width() <= room.width() && taken.height() <= room.height();
+    }
+
 private slots:
     void text_that_fits_is_left_alone()
     {
@@ -76,6 +92,9 @@ private slots:
         button.initStyleOption(&option);
         QCOMPARE(option.text, QString("Clock && Data")); // which the style draws with one "&"
         QCOMPARE(button.text(), QString("Clock & Data"));
+        button.setText("Clock && Data");
+        button.initStyleOption(&option);
+        QCOMPARE(option.text, QString("Clock && Data"));
     }
 
     void the_text_of_the_button_stays_what_it_was_set_to()
@@ -85,6 +104,119 @@ private slots:
         button->resize(60, 60);
         button->grab();
         QCOMPARE(button->text(), QString("Loop Bandwidth of Demodulator 1"));
+    }
+
+    void a_short_text_is_not_shrunk()
+    {
+        const KeyButton::Fit fit = KeyButton::shrunk("Off", font(28), {180, 90});
+        QCOMPARE(fit.text, QString("Off"));
+        QCOMPARE(fit.pixelSize, 28);
+        QVERIFY(!fit.anywhere);
+    }
+
+    void a_shrinking_text_gets_smaller_before_words_are_broken()
+    {
+        const KeyButton::Fit fit = KeyButton::shrunk("Constellation", font(28), {120, 33});
+        QCOMPARE(fit.text, QString("Constellation"));
+        QVERIFY(fit.pixelSize < 28);
+        QVERIFY(!fit.anywhere);
+        QVERIFY(isInside(fit, {120, 33}));
+    }
+
+    void a_shrinking_word_too_wide_at_every_size_is_broken()
+    {
+        const KeyButton::Fit fit = KeyButton::shrunk(QString(40, 'W'), font(18), {180, 90});
+        QCOMPARE(fit.text, QString(40, 'W'));
+        QVERIFY(fit.anywhere);
+        QVERIFY(isInside(fit, {180, 90}));
+    }
+
+    void what_shrinks_and_fits_at_no_size_is_elided()
+    {
+        for (const QSize& room : {QSize(120, 33), QSize(41, 20), QSize(30, 16)}) {
+            const KeyButton::Fit fit = KeyButton::shrunk(QString(500, 'W'), font(28), room);
+            QVERIFY(fit.text.endsWith(QChar(0x2026)));
+            QCOMPARE(fit.pixelSize, KeyButton::SmallestFont);
+            QVERIFY(isInside(fit, room));
+        }
+    }
+
+    void no_room_to_shrink_into_ends()
+    {
+        QCOMPARE(KeyButton::shrunk("abc", font(28), {0, 0}).text, QString(QChar(0x2026)));
+        QCOMPARE(KeyButton::shrunk("abc", font(28), {-6, -6}).text, QString(QChar(0x2026)));
+    }
+
+    void blanks_and_breaks_at_the_end_do_not_move_the_text()
+    {
+        QCOMPARE(KeyButton::shrunk("ten chars!     \n", font(18), {180, 90}).text,
+            QString("ten chars!"));
+    }
+
+    void a_shrunk_text_stays_what_it_was_set_to()
+    {
+        KeyButton button(QString(300, 'W'), nullptr, Key::Shrinking);
+        button.resize(60, 47);
+        button.grab();
+        QCOMPARE(button.text(), QString(300, 'W'));
+    }
+
+    void a_shrunk_text_has_the_colour_of_its_sheet()
+    {
+        KeyButton button("M", nullptr, Key::Shrinking);
+        button.setStyleSheet(
+            "QPushButton {background-color:red; color:white; font-size: 26px; border: 1px solid black}");
+        button.resize(60, 60);
+        const QImage picture = button.grab().toImage();
+        int white = 0;
+        for (int y = 5; y < 55; ++y) {
+            for (int x = 5; x < 55; ++x) {
+                white += picture.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+            }
+        }
+        QVERIFY(white > 40);
+        QCOMPARE(picture.pixelColor(6, 6), QColor(Qt::red));
+    }
+
+    void a_shrinking_button_asks_for_the_size_of_a_finger()
+    {
+        QCOMPARE(
+            KeyButton(QString(60, 'W'), nullptr, Key::Shrinking).minimumSizeHint(), QSize(47, 47));
+    }
+
+    void an_ampersand_is_shown_in_a_shrinking_text_too()
+    {
+        const auto picture = [](const QString& text) {
+            KeyButton button(text, nullptr, Key::Shrinking);
+            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            button.resize(200, 60);
+            return button.grab().toImage();
+        };
+        QVERIFY(picture("Clock & Data") != picture("Clock  Data"));
+        QCOMPARE(picture("Clock && Data"), picture("Clock & Data"));
+    }
+
+    void a_text_on_one_line_gets_smaller_instead_of_broken()
+    {
+        const auto lines = [](Key::ButtonLooks looks) {
+            KeyButton button("< -128", nullptr, looks);
+            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            QFont large = font(40);
+            button.setFont(large);
+            button.resize(100, 100);
+            const QImage picture = button.grab().toImage();
+            int inked = 0;
+            for (int y = 0; y < 100; ++y) {
+                bool ink = false;
+                for (int x = 0; x < 100; ++x) {
+                    ink = ink || picture.pixelColor(x, y).lightness() > 128;
+                }
+                inked += ink ? 1 : 0;
+            }
+            return inked;
+        };
+        QVERIFY(lines(Key::OneLine) < 35);
+        QVERIFY(lines(Key::Shrinking) > 45);
     }
 };
 

@@ -2,12 +2,10 @@
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 
-#include <QFile>
 #include <QGridLayout>
 #include <QSlider>
 
 #include <cmath>
-#include <unistd.h>
 
 // Presses of the keys that open a selection list, a slider or a file board.
 class tst_KeyPressLists : public QObject
@@ -24,35 +22,12 @@ class tst_KeyPressLists : public QObject
         return key;
     }
 
-    // Bytes of this process that are in memory.
-    static qint64 residentBytes()
-    {
-        QFile file("/proc/self/statm");
-        return file.open(QIODevice::ReadOnly)
-            ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE)
-            : 0;
-    }
-
-    static void openAndCancel(int type, const QString& options)
-    {
-        const auto key = newKey(type, options);
-        key->units = "100 0";
-        popUps::whenOpen([type](QWidget* modal) {
-            if (type == Key::File) {
-                popUps::whenOpen([](QWidget* name) { popUps::press(name, "Cancel"); });
-                popUps::press(modal, "New File");
-            }
-            popUps::dialog(modal)->reject();
-        });
-        key->key_button_pushed();
-    }
-
 private slots:
     void a_chosen_value_is_sent()
     {
         const auto key = newKey(Key::Selection, "0 Off:1 On");
         QSignalSpy spy(key.get(), &Key::response_message);
-        popUps::whenOpen([](QWidget* modal) {
+        whenModal([](QWidget* modal) {
             QCOMPARE(modal->windowTitle(), QString("Select Mode value"));
             popUps::press(modal, "On");
         });
@@ -65,7 +40,7 @@ private slots:
     {
         const auto key = newKey(Key::Selection, "0 Off:1 On");
         QSignalSpy spy(key.get(), &Key::response_message);
-        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
         key->key_button_pushed();
         QVERIFY(spy.isEmpty());
     }
@@ -88,7 +63,7 @@ private slots:
         QFETCH(int, column);
         const auto key = newKey(Key::Selection, popUps::list(count, "c"));
         key->param = param;
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             const auto* grid = modal->findChild<QGridLayout*>();
             const QLayoutItem* at = grid->itemAtPosition(row, column);
             QVERIFY(at != nullptr);
@@ -109,7 +84,7 @@ private slots:
         const auto key = newKey(Key::Selection, "0 Off:1 Sixteen charact.");
         key->itemIds = {0};
         key->large = true;
-        popUps::whenOpen([](QWidget* modal) {
+        whenModal([](QWidget* modal) {
             QVERIFY(!buttonWithText(modal, "Off")->isEnabled());
             QVERIFY(buttonWithText(modal, "Sixteen charact.")->styleSheet().contains("28px"));
             popUps::dialog(modal)->reject();
@@ -121,17 +96,17 @@ private slots:
     {
         const auto key = newKey(Key::File, "s1 Night:s2 Day");
         QSignalSpy spy(key.get(), &Key::response_message);
-        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Day"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, "Day"); });
         key->key_button_pushed();
-        popUps::whenOpen([](QWidget* modal) {
-            popUps::whenOpen([](QWidget* name) {
+        whenModal([](QWidget* modal) {
+            whenModal([](QWidget* name) {
                 popUps::press(name, "x");
                 popUps::press(name, "RETURN");
             });
             popUps::press(modal, "New File");
         });
         key->key_button_pushed();
-        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
         key->key_button_pushed();
         QCOMPARE(spy.size(), 2);
         QCOMPARE(spy.at(0).first().toString(), QString("\x02MOD s2\x04"));
@@ -145,7 +120,7 @@ private slots:
         key->param = 10;
         key->value = 42.0;
         QSignalSpy spy(key.get(), &Key::response_message);
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             QCOMPARE(modal->windowTitle(), QString("Set Mode Value"));
             QCOMPARE(modal->findChild<QLabel*>("readoutLabel")->text(), QString("42"));
             popUps::press(modal, "+5 >");
@@ -162,7 +137,7 @@ private slots:
         const auto key = newKey(Key::Slider, "");
         key->units = "100 0";
         QSignalSpy spy(key.get(), &Key::response_message);
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(10);
             modal->findChild<QSlider*>()->setValue(20);
             popUps::press(modal, "OK");
@@ -179,7 +154,7 @@ private slots:
             const auto key = newKey(Key::Slider, "");
             key->units = "100 0";
             key->value = value;
-            popUps::whenOpen([](QWidget* modal) { popUps::dialog(modal)->reject(); });
+            whenModal([](QWidget* modal) { popUps::dialog(modal)->reject(); });
             key->key_button_pushed();
         }
     }
@@ -197,7 +172,7 @@ private slots:
         auto key = newKey(type, type == Key::Slider ? QString() : QString("0 Off:1 On"));
         key->units = "100 0";
         QSignalSpy spy(key.get(), &Key::response_message);
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             key.reset();
             if (type == Key::Slider) {
                 modal->findChild<QSlider*>()->setValue(10);
@@ -211,33 +186,6 @@ private slots:
         QVERIFY(key == nullptr);
         QTRY_VERIFY(qApp->findChildren<Key*>().isEmpty());
         QVERIFY(spy.isEmpty());
-    }
-
-    // QN740_CYCLES sets how often; the memory is checked only where there are enough cycles for
-    // a leak to show
-    void many_cancelled_editors_leave_nothing_behind()
-    {
-        const int wanted = qEnvironmentVariableIntValue("QN740_CYCLES");
-        const int cycles = wanted > 0 ? wanted : 300;
-        const QString choices = popUps::list(17, "c");
-        const auto cycle = [&](int i) {
-            const int types[] = {Key::Selection, Key::Slider, Key::File};
-            openAndCancel(types[i % 3], i % 3 == 1 ? QString("1:5") : choices);
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        };
-        for (int i = 0; i < 60; ++i) {
-            cycle(i);
-        }
-        const auto windows = QApplication::topLevelWidgets().size();
-        const qint64 before = residentBytes();
-        for (int i = 0; i < cycles; ++i) {
-            cycle(i);
-        }
-        QCOMPARE(QApplication::topLevelWidgets().size(), windows);
-        QVERIFY(qApp->findChildren<Key*>().isEmpty());
-        const qint64 grown = residentBytes() - before;
-        qInfo() << cycles << "cycles, resident bytes before" << before << "grown by" << grown;
-        QVERIFY(grown < qint64{8} * 1024 * 1024 || cycles < 1000);
     }
 };
 

@@ -10,7 +10,7 @@ class tst_FileNameEdit : public QObject
 
     static QString run(const QString& initial, const std::function<void(QWidget*)>& then)
     {
-        popUps::whenOpen(then);
+        whenModal(then);
         const FileNameEdit edit(initial, nullptr);
         return edit.text();
     }
@@ -80,7 +80,7 @@ private slots:
     void a_parent_that_goes_meanwhile_takes_nothing_along()
     {
         auto* parent = new QWidget;
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             delete parent;
             popUps::press(modal, "a");
             popUps::press(modal, "RETURN");
@@ -93,7 +93,7 @@ private slots:
     void the_parent_owns_it_afterwards()
     {
         QWidget parent;
-        popUps::whenOpen([](QWidget* modal) { popUps::dialog(modal)->reject(); });
+        whenModal([](QWidget* modal) { popUps::dialog(modal)->reject(); });
         const auto* edit = new FileNameEdit(QString(), &parent);
         QCOMPARE(edit->parentWidget(), &parent);
     }

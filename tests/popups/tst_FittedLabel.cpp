@@ -47,10 +47,23 @@ private slots:
         QVERIFY(QFontMetrics(fit.font).horizontalAdvance(text) <= Room.width());
     }
 
-    void a_text_that_never_fits_ends_in_the_smallest_font()
+    void a_word_that_would_be_tiny_is_broken_instead()
+    {
+        const QString text(73, 'W');
+        const auto fit = FittedLabel::fit(text, eighteen(), Room);
+        QCOMPARE(fit.font.pixelSize(), 18);
+        QCOMPARE(fit.flags, static_cast<int>(Qt::TextWrapAnywhere));
+        QCOMPARE(fit.text, text);
+        QVERIFY(heightOf(text, fit, Room.width()) <= Room.height());
+    }
+
+    void a_text_that_never_fits_ends_in_the_smallest_font_and_an_ellipsis()
     {
         const auto fit = FittedLabel::fit(QString(3000, 'W'), eighteen(), Room);
         QCOMPARE(fit.font.pixelSize(), 9);
+        QVERIFY(fit.text.endsWith(QChar(0x2026)));
+        QVERIFY(heightOf(fit.text, fit, Room.width()) <= Room.height());
+        QVERIFY(fit.text.size() > 200);
     }
 
     void no_room_at_all_ends_too()

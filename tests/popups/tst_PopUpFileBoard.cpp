@@ -9,7 +9,7 @@ class tst_PopUpFileBoard : public QObject
     static QString run(const QString& files, const std::function<void(QWidget*)>& then)
     {
         PopUpFileBoard popUp;
-        popUps::whenOpen(then);
+        whenModal(then);
         return popUp.new_pop_fileboard(files, "Store", 4, 4);
     }
 
@@ -31,7 +31,7 @@ private slots:
     {
         QCOMPARE(run("a1 Night",
                      [](QWidget* modal) {
-                         popUps::whenOpen([](QWidget* name) {
+                         whenModal([](QWidget* name) {
                              popUps::press(name, "x");
                              popUps::press(name, "1");
                              popUps::press(name, "RETURN");
@@ -44,7 +44,7 @@ private slots:
     void a_cancelled_name_leaves_the_board_open()
     {
         const QString answer = run("a1 Night", [](QWidget* modal) {
-            popUps::whenOpen([](QWidget* name) {
+            whenModal([](QWidget* name) {
                 QCOMPARE(name->objectName(), QString("FileNameEdit"));
                 popUps::press(name, "x");
                 popUps::dialog(name)->reject();
@@ -59,7 +59,7 @@ private slots:
     void an_empty_name_leaves_the_board_open()
     {
         const QString answer = run("a1 Night", [](QWidget* modal) {
-            popUps::whenOpen([](QWidget* name) { popUps::press(name, "RETURN"); });
+            whenModal([](QWidget* name) { popUps::press(name, "RETURN"); });
             popUps::press(modal, "New File");
             QVERIFY(modal->isVisible());
             popUps::press(modal, "Night");
@@ -116,7 +116,7 @@ private slots:
         const QString longText(58, 'W');
         for (const QString& text : {QString("file"), longText}) {
             PopUpFileBoard popUp;
-            popUps::whenOpen([&](QWidget* modal) {
+            whenModal([&](QWidget* modal) {
                 QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
                 const auto buttons = modal->findChildren<QPushButton*>();
                 QCOMPARE(buttons.size(), count + 2);
@@ -144,8 +144,8 @@ private slots:
     void the_board_may_be_deleted_while_the_name_is_typed()
     {
         auto* popUp = new PopUpFileBoard;
-        popUps::whenOpen([&](QWidget* modal) {
-            popUps::whenOpen([&](QWidget* name) {
+        whenModal([&](QWidget* modal) {
+            whenModal([&](QWidget* name) {
                 delete popUp;
                 popUps::press(name, "x");
                 popUps::press(name, "RETURN");

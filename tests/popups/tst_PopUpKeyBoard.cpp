@@ -13,7 +13,7 @@ class tst_PopUpKeyBoard : public QObject
         bool keepLarge, const std::function<void(QWidget*)>& then)
     {
         PopUpKeyBoard popUp;
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             then(modal);
             popUps::dialog(modal)->reject();
         });
@@ -23,7 +23,7 @@ class tst_PopUpKeyBoard : public QObject
     static QString pressed(const QString& list, const QString& text)
     {
         PopUpKeyBoard popUp;
-        popUps::whenOpen([&](QWidget* modal) { popUps::press(modal, text); });
+        whenModal([&](QWidget* modal) { popUps::press(modal, text); });
         return popUp.new_pop_keyboard(list, "Mode", 4, 4, false);
     }
 
@@ -51,16 +51,16 @@ private slots:
     void a_second_call_forgets_the_first_selection()
     {
         PopUpKeyBoard popUp;
-        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "On"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, "On"); });
         QCOMPARE(popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false), QString("1"));
-        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
         QCOMPARE(popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false), QString());
     }
 
     void the_dialog_is_as_given()
     {
         PopUpKeyBoard popUp;
-        popUps::whenOpen([](QWidget* modal) {
+        whenModal([](QWidget* modal) {
             QCOMPARE(modal->objectName(), QString("PopUpKeyBoard"));
             QCOMPARE(modal->size(), QSize(795, 478));
             QCOMPARE(modal->windowTitle(), QString("Select I & Q value"));
@@ -161,7 +161,7 @@ private slots:
     void a_long_title_stays_inside()
     {
         PopUpKeyBoard popUp;
-        popUps::whenOpen([](QWidget* modal) {
+        whenModal([](QWidget* modal) {
             QVERIFY(popUps::isInsideScreen(modal));
             QCOMPARE(modal->findChild<QLabel*>("titleLabel")->text().size(), 73);
             popUps::dialog(modal)->reject();
@@ -191,7 +191,7 @@ private slots:
     void the_pop_up_may_be_deleted_while_it_is_open()
     {
         auto* popUp = new PopUpKeyBoard;
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             delete popUp;
             popUps::press(modal, "Off");
         });

@@ -13,7 +13,7 @@ class tst_PopUpSlider : public QObject
     static void run(PopUpSlider& popUp, const QString& name, const QString& range, float value,
         int type, const QString& steps, const std::function<void(QWidget*, QSlider*)>& then)
     {
-        popUps::whenOpen([&](QWidget* modal) {
+        whenModal([&](QWidget* modal) {
             then(modal, modal->findChild<QSlider*>());
             popUps::dialog(modal)->reject();
         });
@@ -219,7 +219,7 @@ private slots:
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
-        popUps::whenOpen([](QWidget* modal) { popUps::press(modal, "OK"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, "OK"); });
         popUp.new_pop_slider("Volume", "VOL", "100 0", 50, 0, "");
         QCOMPARE(popUp.result(), static_cast<int>(QDialog::Rejected));
         QVERIFY(spy.isEmpty());
@@ -265,7 +265,7 @@ private slots:
     {
         auto* popUp = new PopUpSlider;
         connect(popUp, &Key::response_message, qApp, [popUp] { delete popUp; });
-        popUps::whenOpen([](QWidget* modal) {
+        whenModal([](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(51);
             popUps::dialog(modal)->reject();
         });

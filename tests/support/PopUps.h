@@ -15,19 +15,6 @@ inline QDialog* dialog(QWidget* modal)
     return qobject_cast<QDialog*>(modal);
 }
 
-// Calls `then` with the modal dialog as soon as one is up. A check that fails in `then` ends the
-// dialog, or the test would wait for it for ever.
-inline void whenOpen(const std::function<void(QWidget*)>& then)
-{
-    whenModal([then](QWidget* modal) {
-        const QPointer<QWidget> guard(modal);
-        then(modal);
-        if (QTest::currentTestFailed() && guard != nullptr) {
-            dialog(modal)->reject();
-        }
-    });
-}
-
 // Presses the button with this text by a click through the window; a button that is not there
 // fails the test and ends the dialog.
 inline void press(QWidget* modal, const QString& text)

@@ -33,6 +33,7 @@ int main(int argc, char** argv)
     } else {
         visitMenus(tour);
         visitMainMenus(tour);
+        visitEditors(tour);
         visitStart(tour);
     }
     std::printf("%d pictures\n", tour.pictures());

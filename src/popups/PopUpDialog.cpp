@@ -1,10 +1,16 @@
-#include "popups/ScreenPlace.h"
+#include "popups/PopUpDialog.h"
+
+#include "popups/FittedLabel.h"
+#include "popups/PopUpStyle.h"
 
 #include <QApplication>
 #include <QMainWindow>
 #include <QScreen>
+#include <QVBoxLayout>
 
 namespace {
+
+constexpr int TitleHeight = 45;
 
 const QWidget* panelWindow()
 {
@@ -19,9 +25,24 @@ const QWidget* panelWindow()
 
 } // namespace
 
-namespace screenPlace {
+PopUpDialog::PopUpDialog(
+    const QString& name, const QString& title, Qt::WindowFlags flags, int margin, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | flags)
+    , m_column(new QVBoxLayout(this))
+{
+    setObjectName(name);
+    setWindowTitle(title);
+    auto* label = new FittedLabel;
+    label->setObjectName(QStringLiteral("titleLabel"));
+    label->setText(title);
+    label->setStyleSheet(popUpStyle::title());
+    label->setAlignment(Qt::AlignCenter);
+    label->setFixedHeight(TitleHeight);
+    m_column->setContentsMargins(margin, margin, margin, margin);
+    m_column->addWidget(label);
+}
 
-void centre(QWidget* window)
+void PopUpDialog::centre(QWidget* window)
 {
     const QWidget* panel = panelWindow();
     const QRect room = (panel != nullptr ? panel : window)->screen()->availableGeometry();
@@ -39,4 +60,11 @@ void centre(QWidget* window)
     window->move(place.topLeft());
 }
 
-} // namespace screenPlace
+void PopUpDialog::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (minimumSize() != maximumSize()) {
+        setFixedSize(sizeHint().expandedTo(minimumSize()).boundedTo(Largest));
+    }
+    centre(this);
+}

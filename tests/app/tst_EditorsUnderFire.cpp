@@ -1,0 +1,266 @@
+// What the main unit sends while the operator has an editor open: over a real line, into the real
+// window, with real clicks. The editor's result goes to its key, or nowhere when the key is gone.
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "support/Panel.h"
+#include "support/PopUps.h"
+#include "support/TestMain.h"
+
+#include <QSlider>
+
+namespace {
+
+constexpr int LongMs = 20000;
+
+// A way of entering a value: the fields of its key from the type to the value, the buttons that are
+// pressed in the editor, those in the dialog that the last of them opens, and what is sent.
+struct Editor
+{
+    const char* name;
+    const char* fields;
+    QStringList buttons;
+    QStringList buttonsOver;
+    const char* sent;
+};
+
+const QList<Editor>& editors()
+{
+    static const QList<Editor> all{
+        {"number", "1,CMD ,0 100,0,,7", {"4", "2", "Enter"}, {}, "CMD 42.000000"},
+        {"selection", "2,CMD ,,0,0 Off:1 On,0", {"On"}, {}, "CMD 1"},
+        {"slider", "3,CMD ,100 0,10,1:5,50", {"+5 >", "OK"}, {}, "CMD 55"},
+        {"file board", "4,CMD ,,0,s1 Night:s2 Day,0", {"Day"}, {}, "CMD s2"},
+        {"file name", "4,CMD ,,0,s1 Night:s2 Day,0", {"New File"}, {"x", "7", "RETURN"}, "CMD x7"},
+        {"address", "6,CMD ,,0,,0", {"1", ".", "2", ".", "3", ".", "4", "Enter"}, {},
+            "CMD 1.2.3.4"},
+    };
+    return all;
+}
+
+QByteArray definition(const Editor& editor, const QByteArray& label)
+{
+    return "AK,Test,k," + label + ',' + editor.fields + ",0,1";
+}
+
+void pressAll(QWidget* dialog, const QStringList& buttons)
+{
+    const QPointer<QWidget> open(dialog);
+    for (const QString& button : buttons) {
+        QVERIFY(open != nullptr);
+        popUps::press(dialog, button);
+    }
+}
+
+// Opens the editor of the key, does `fire` while the dialog is open into which the value goes, then
+// enters the value.
+void use(Panel& panel, const Editor& editor, const std::function<void(QWidget*)>& fire)
+{
+    const Key* key = MenuBook::findKey(panel.window.menus->book.find("Test"), "k");
+    QVERIFY(key != nullptr && key->GetKey() != nullptr && key->GetKey()->isVisible());
+    whenModal([&](QWidget* dialog) {
+        if (!editor.buttonsOver.isEmpty()) {
+            whenModal([&](QWidget* over) {
+                fire(over);
+                pressAll(over, editor.buttonsOver);
+            });
+        } else {
+            fire(dialog);
+        }
+        pressAll(dialog, editor.buttons);
+    });
+    clickOn(key->GetKey());
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void addEditors()
+{
+    for (const Editor& editor : editors()) {
+        QTest::newRow(editor.name) << int(&editor - editors().constData());
+    }
+}
+
+} // namespace
+
+class tst_EditorsUnderFire : public QObject
+{
+    Q_OBJECT
+
+    void open(const Editor& editor)
+    {
+        m_panel = std::make_unique<Panel>();
+        QCOMPARE(m_panel->say({definition(editor, "Setting"), "SK,Test"}), QByteArray());
+    }
+
+private slots:
+    void init()
+    {
+        linkMode::store(linkMode::None);
+        m_windows = QApplication::topLevelWidgets().size();
+    }
+
+    void cleanup()
+    {
+        m_panel.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(QApplication::topLevelWidgets().size(), m_windows);
+    }
+
+    void a_message_changes_nothing_of_the_result_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QByteArrayList>("messages");
+        QTest::addColumn<QByteArray>("answer");
+        for (const Editor& editor : editors()) {
+            const auto row = [&](const char* name, const QByteArrayList& messages,
+                                 const QByteArray& answer = {}) {
+                QTest::addRow("%s, %s", editor.name, name)
+                    << int(&editor - editors().constData()) << messages << answer;
+            };
+            row("nothing", {});
+            row("AK", {definition(editor, "Another label")});
+            row("AK of another type", {"AK,Test,k,Label,5,CMD ,,0,,0,1,1"});
+            row("CV", {"CV,Test,k,12.5,1"});
+            row("CK disabled", {"CK,Test,k,0"});
+            row("CK hidden", {"CK,Test,k,2"});
+            row("SK", {"AK,Other,x,X,5,X,,0,,0,0,1", "SK,Other"});
+            row("DB with a button", {"DB,Antenna fault,1"});
+            row("DB and KILLBOX", {"DB,Antenna fault", "DB,KILLBOX"});
+            row("KILLBOX", {"DB,KILLBOX"});
+            row("PING", {"PING"}, framed("PONG"));
+            row("VER", {"VER"}, framed("1.1.6.4"));
+            row("a thousand",
+                QByteArrayList(500, "CV,Test,k,3,0") + QByteArrayList(500, "DB,KILLBOX"));
+        }
+    }
+    void a_message_changes_nothing_of_the_result()
+    {
+        QFETCH(int, index);
+        QFETCH(QByteArrayList, messages);
+        QFETCH(QByteArray, answer);
+        const Editor& editor = editors().at(index);
+        open(editor);
+        use(*m_panel, editor, [&](QWidget* dialog) {
+            // say() comes back when a "PING" behind the messages was answered
+            QCOMPARE(m_panel->say(messages), answer);
+            QVERIFY(dialog->isVisible());
+        });
+        QCOMPARE(m_panel->heard(), framed(editor.sent));
+    }
+
+    void a_changed_command_is_the_one_that_is_sent_data()
+    {
+        QTest::addColumn<int>("index");
+        addEditors();
+    }
+    void a_changed_command_is_the_one_that_is_sent()
+    {
+        QFETCH(int, index);
+        const Editor& editor = editors().at(index);
+        open(editor);
+        use(*m_panel, editor, [&](QWidget*) {
+            m_panel->say({definition(editor, "Setting").replace("CMD ", "OTHER ")});
+        });
+        // a slider sends with the command that it was opened with
+        const bool live = QByteArray(editor.name) == "slider";
+        QCOMPARE(m_panel->heard(),
+            framed(
+                live ? QByteArray(editor.sent) : QByteArray(editor.sent).replace("CMD", "OTHER")));
+    }
+
+    void the_result_of_a_key_that_is_gone_goes_nowhere_data()
+    {
+        QTest::addColumn<int>("index");
+        addEditors();
+    }
+    void the_result_of_a_key_that_is_gone_goes_nowhere()
+    {
+        QFETCH(int, index);
+        const Editor& editor = editors().at(index);
+        open(editor);
+        const QPointer<Key> key = MenuBook::findKey(m_panel->window.menus->book.find("Test"), "k");
+        use(*m_panel, editor, [&](QWidget* dialog) {
+            m_panel->say({"CLEAR"});
+            QTRY_VERIFY(key == nullptr);
+            // a key of the same name is another key
+            m_panel->say({definition(editor, "Setting"), "SK,Test"});
+            QVERIFY(dialog->isVisible());
+        });
+        QCOMPARE(m_panel->heard(), QByteArray());
+        // and that one works
+        use(*m_panel, editor, [](QWidget*) {});
+        QCOMPARE(m_panel->heard(), framed(editor.sent));
+    }
+
+    void a_second_editor_opens_over_the_first_and_both_results_are_sent_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("second");
+        for (const Editor& editor : editors()) {
+            for (const Editor& other : editors()) {
+                QTest::addRow("%s, then %s", editor.name, other.name)
+                    << int(&editor - editors().constData()) << int(&other - editors().constData());
+            }
+        }
+    }
+    void a_second_editor_opens_over_the_first_and_both_results_are_sent()
+    {
+        QFETCH(int, index);
+        QFETCH(int, second);
+        const Editor& editor = editors().at(index);
+        const Editor& other = editors().at(second);
+        open(editor);
+        // label, type, command and so on; the value stands behind the text of the pad
+        QByteArrayList fields = QByteArray(other.fields).split(',');
+        fields.insert(fields.size() - 1, QByteArray());
+        const QByteArray message = "IK,Second," + fields.join(',').replace("CMD ", "SEC ");
+        use(*m_panel, editor, [&](QWidget* dialog) {
+            bool done = false;
+            whenModal([&](QWidget* over) {
+                if (!other.buttonsOver.isEmpty()) {
+                    whenModal([&](QWidget* top) { pressAll(top, other.buttonsOver); });
+                }
+                pressAll(over, other.buttons);
+                done = true;
+            });
+            QVERIFY(m_panel->unit.write(framed(message)));
+            QTRY_VERIFY_WITH_TIMEOUT(done, LongMs);
+            QTRY_COMPARE_WITH_TIMEOUT(QApplication::activeModalWidget(), dialog, LongMs);
+        });
+        QCOMPARE(m_panel->heard(),
+            framed(QByteArray(other.sent).replace("CMD", "SEC")) + framed(editor.sent));
+    }
+
+    void the_key_may_go_under_two_editors_data()
+    {
+        QTest::addColumn<int>("index");
+        addEditors();
+    }
+    // the unit is not heard while the editor is open that it has opened itself; what it sends then
+    // is carried out when that one is closed
+    void the_key_may_go_under_two_editors()
+    {
+        QFETCH(int, index);
+        const Editor& editor = editors().at(index);
+        open(editor);
+        use(*m_panel, editor, [&](QWidget*) {
+            bool done = false;
+            whenModal([&](QWidget* over) {
+                QVERIFY(m_panel->unit.write(framed("CLEAR")));
+                popUps::press(over, "On");
+                done = true;
+            });
+            QVERIFY(m_panel->unit.write(framed("IK,Second,2,SEC ,,0,0 Off:1 On")));
+            QTRY_VERIFY_WITH_TIMEOUT(done, LongMs);
+            QTRY_VERIFY_WITH_TIMEOUT(m_panel->window.menus->book.find("Test") == nullptr, LongMs);
+        });
+        QCOMPARE(m_panel->heard(), framed("SEC 1"));
+    }
+
+private:
+    std::unique_ptr<Panel> m_panel;
+    qsizetype m_windows = 0;
+};
+
+QN740_TEST_MAIN(tst_EditorsUnderFire)
+#include "tst_EditorsUnderFire.moc"

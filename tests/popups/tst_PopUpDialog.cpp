@@ -1,0 +1,119 @@
+#include "popups/PopUpDialog.h"
+#include "support/PopUps.h"
+#include "support/TestMain.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+class tst_PopUpDialog : public QObject
+{
+    Q_OBJECT
+
+    // How many light pixels a part of the picture has.
+    static int whitePixels(const QImage& picture, const QRect& part)
+    {
+        int count = 0;
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            for (int x = part.left(); x <= part.right(); ++x) {
+                count += picture.pixelColor(x, y).lightness() > 200 ? 1 : 0;
+            }
+        }
+        return count;
+    }
+
+private slots:
+    void it_has_a_title_of_45_pixels_above_its_contents()
+    {
+        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
+        auto* content = new QWidget;
+        dialog.column()->addWidget(content);
+        const auto* label = dialog.findChild<QLabel*>("titleLabel");
+        QVERIFY(label != nullptr);
+        QCOMPARE(dialog.objectName(), QString("Name"));
+        QCOMPARE(dialog.windowTitle(), QString("Mode"));
+        QCOMPARE(label->text(), QString("Mode"));
+        QCOMPARE(label->minimumHeight(), 45);
+        QCOMPARE(label->maximumHeight(), 45);
+        QCOMPARE(label->alignment(), Qt::AlignCenter);
+        QCOMPARE(dialog.column()->itemAt(0)->widget(), label);
+    }
+
+    void it_is_a_customised_window_with_a_title()
+    {
+        const PopUpDialog framed("Name", "Mode", Qt::WindowFlags(), 6);
+        QVERIFY(framed.windowFlags().testFlag(Qt::CustomizeWindowHint));
+        QVERIFY(framed.windowFlags().testFlag(Qt::WindowTitleHint));
+        QVERIFY(!framed.windowFlags().testFlag(Qt::FramelessWindowHint));
+        const PopUpDialog frameless("Name", "Mode", Qt::FramelessWindowHint, 6);
+        QVERIFY(frameless.windowFlags().testFlag(Qt::FramelessWindowHint));
+    }
+
+    void a_title_asks_for_no_width()
+    {
+        const PopUpDialog dialog("Name", QString(500, 'W'), Qt::WindowFlags(), 6);
+        QVERIFY(dialog.sizeHint().width() < 20);
+    }
+
+    void it_is_as_large_as_its_contents_and_in_the_middle_of_the_screen_data()
+    {
+        QTest::addColumn<QSize>("contents");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("small") << QSize(300, 100) << QSize(312, 157 + 6);
+        QTest::newRow("too large") << QSize(2000, 2000) << QSize(795, 476);
+    }
+    void it_is_as_large_as_its_contents_and_in_the_middle_of_the_screen()
+    {
+        QFETCH(QSize, contents);
+        QFETCH(QSize, size);
+        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
+        auto* content = new QWidget;
+        content->setMinimumSize(contents);
+        dialog.column()->setSpacing(6);
+        dialog.column()->addWidget(content);
+        dialog.show();
+        QCOMPARE(dialog.size(), size);
+        QVERIFY(popUps::isCentred(&dialog));
+        QVERIFY(QRect(0, 0, 800, 480).contains(dialog.frameGeometry()));
+    }
+
+    void every_title_is_painted_inside_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::newRow("short") << "Mode";
+        QTest::newRow("73 wide characters") << QString(73, 'W');
+        QTest::newRow("endless") << QString(2000, 'W');
+        QTest::newRow("markup") << "<b>Mode</b> & more";
+    }
+    void every_title_is_painted_inside()
+    {
+        QFETCH(QString, title);
+        PopUpDialog dialog("Name", title, Qt::WindowFlags(), 6);
+        dialog.setFixedWidth(795);
+        dialog.show();
+        auto* label = dialog.findChild<QLabel*>("titleLabel");
+        QCOMPARE(label->size(), QSize(783, 45));
+        const QImage picture = label->grab().toImage();
+        QCOMPARE(label->text(), title);
+        QVERIFY(whitePixels(picture, QRect(2, 2, 779, 41)) > 20);
+        QCOMPARE(whitePixels(picture, QRect(0, 0, 783, 1)), 0);
+        QCOMPARE(whitePixels(picture, QRect(0, 44, 783, 1)), 0);
+    }
+
+    void an_ampersand_is_shown()
+    {
+        PopUpDialog with("Name", "& & & &", Qt::WindowFlags(), 6);
+        PopUpDialog without("Name", "       ", Qt::WindowFlags(), 6);
+        QList<int> white;
+        for (PopUpDialog* dialog : {&with, &without}) {
+            dialog->setFixedWidth(300);
+            dialog->show();
+            auto* label = dialog->findChild<QLabel*>("titleLabel");
+            white += whitePixels(label->grab().toImage(), QRect(0, 0, 288, 45));
+        }
+        QVERIFY(white.first() > 40);
+        QCOMPARE(white.last(), 0);
+    }
+};
+
+QN740_TEST_MAIN(tst_PopUpDialog)
+#include "tst_PopUpDialog.moc"

@@ -1,0 +1,300 @@
+// Every modal editor from the finger to the unit: the panel's window, pressed by real clicks, and
+// the real simulated unit at the other end of the line. What counts is what the unit has received.
+#include "app/MainWindow.h"
+#include "menus/Key.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "support/PopUps.h"
+#include "support/Program.h"
+#include "support/TestMain.h"
+#include "wire/Trace.h"
+
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QSlider>
+#include <QSplashScreen>
+#include <QTemporaryDir>
+
+namespace {
+
+constexpr int LongMs = 40000;
+
+// The panel's own trace of its line, with the times of the panel.
+QList<wire::TraceLine> panelTrace;
+QtMessageHandler otherHandler = nullptr;
+
+void takeTrace(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (qstrcmp(context.category, "qn740.link") != 0) {
+        otherHandler(type, context, text);
+    } else if (const auto line = wire::TraceLine::fromText(text)) {
+        panelTrace += *line;
+    }
+}
+
+int milliseconds(const wire::TraceLine& line)
+{
+    return qRound(line.seconds * 1000);
+}
+
+} // namespace
+
+class tst_Editors : public QObject
+{
+    Q_OBJECT
+
+    // Lets the unit send a message and waits until the panel has handled it.
+    void say(const QByteArray& message)
+    {
+        const QByteArray answer("panel: 1.1.6.4\n");
+        const auto before = m_unit->output().count(answer);
+        m_unit->write(message + "\nVER\n");
+        QTRY_VERIFY_WITH_TIMEOUT(m_unit->output().count(answer) > before, LongMs);
+    }
+
+    Key* key(const char* menu, const char* id) const
+    {
+        return MenuBook::findKey(m_window->menus->book.find(menu), id);
+    }
+
+    // Presses a key of a menu and, in the editor that opens, does what `then` does.
+    void edit(const char* menu, const char* id, const std::function<void(QWidget*)>& then)
+    {
+        say(QByteArray("SK,") + menu);
+        Key* pressed = key(menu, id);
+        QVERIFY(pressed != nullptr && pressed->GetKey() != nullptr);
+        QVERIFY(pressed->GetKey()->isVisible());
+        whenModal([&then](QWidget* editor) {
+            const QPointer<QWidget> guard(editor);
+            then(editor);
+            if (guard != nullptr && guard->isVisible()) {
+                guard->close();
+                QTest::qFail("the editor is still open", __FILE__, __LINE__);
+            }
+        });
+        clickOn(pressed->GetKey());
+    }
+
+    static void press(QWidget* editor, const QStringList& buttons)
+    {
+        for (const QString& button : buttons) {
+            popUps::press(editor, button);
+        }
+    }
+
+    // What the unit has received that begins with this, with the unit's times.
+    QList<wire::TraceLine> received(const QString& start)
+    {
+        QList<wire::TraceLine> lines;
+        for (const QByteArray& text : m_unit->output().split('\n')) {
+            const auto line = wire::TraceLine::fromText(QString::fromLatin1(text));
+            if (text.startsWith("trace: ") && line && !line->in &&
+                line->frame.startsWith(QChar(0x02) + start)) {
+                lines += *line;
+            }
+        }
+        return lines;
+    }
+
+    QStringList frames(const QString& start)
+    {
+        QStringList all;
+        for (const wire::TraceLine& line : received(start)) {
+            all += line.frame;
+        }
+        return all;
+    }
+
+    static QString frame(const char* body) { return QChar(0x02) + QString(body) + QChar(0x04); }
+
+private slots:
+    void init()
+    {
+        m_parent = std::make_unique<QTemporaryDir>();
+        const QString devices = m_parent->filePath("dev");
+        m_unit = std::make_unique<Program>(QN740_SIM, QStringList{"--dir", devices, "--trace"});
+        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices.toUtf8()), LongMs);
+        qputenv("QN740_DEV", devices.toLocal8Bit());
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<QSplashScreen*>(widget) != nullptr) {
+                widget->hide();
+            }
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: menus sent"), LongMs);
+        say("PING");
+    }
+
+    void cleanup()
+    {
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        m_window.reset();
+        m_unit.reset();
+        m_parent.reset();
+    }
+
+    void a_frequency_that_is_typed_arrives_and_comes_back()
+    {
+        say("AK,Tuner CH1,freq,RF Frequency,1,R1:FREQ:,950 2150,1,,1200,0,1");
+        edit("Tuner CH1", "freq", [](QWidget* pad) {
+            press(pad, {"1", "2", "3", "4", ".", "5", "MHz"});
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_unit->output().contains(" out \\x02R1:FREQ:1234.500000\\x04\n"), LongMs);
+        QCOMPARE(frames("R1:FREQ:"), QStringList{frame("R1:FREQ:1234.500000")});
+        QTRY_COMPARE_WITH_TIMEOUT(key("Tuner CH1", "freq")->value, 1234.5, LongMs);
+    }
+
+    void a_choice_arrives_and_its_key_shows_it()
+    {
+        edit("Combiner", "mode", [](QWidget* list) { press(list, {"Pre-det"}); });
+        QTRY_COMPARE_WITH_TIMEOUT(frames("C1:MODE:"), QStringList{frame("C1:MODE:1")}, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            key("Combiner", "mode")->GetKey()->text(), QString("Combine Mode: Pre-det"), LongMs);
+    }
+
+    void a_stored_file_arrives_by_its_value()
+    {
+        edit("System", "load", [](QWidget* board) { press(board, {"FLIGHT_1"}); });
+        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:LOAD:"), QStringList{frame("SYS:LOAD:2")}, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            key("System", "load")->GetKey()->text(), QString("Load Set-up: FLIGHT_1"), LongMs);
+    }
+
+    void a_new_file_arrives_by_its_name_and_is_offered_from_then_on()
+    {
+        edit("System", "save", [](QWidget* board) {
+            whenModal([](QWidget* name) { press(name, {"n", "e", "w", "7", "RETURN"}); });
+            press(board, {"New File"});
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:SAVE:"), QStringList{frame("SYS:SAVE:new7")}, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            key("System", "save")->GetKey()->text(), QString("Save Set-up: new7"), LongMs);
+        edit("System", "save", [](QWidget* board) { press(board, {"new7"}); });
+        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:SAVE:").last(), frame("SYS:SAVE:3"), LongMs);
+    }
+
+    void an_address_arrives_and_its_key_shows_it()
+    {
+        edit("System", "ip", [](QWidget* pad) {
+            press(pad, {"1", "0", ".", "0", ".", "0", ".", "9", "Enter"});
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:IP:"), QStringList{frame("SYS:IP:10.0.0.9")}, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            key("System", "ip")->GetKey()->text(), QString("IP Address: 10.0.0.9"), LongMs);
+    }
+
+    void each_step_arrives_while_the_pad_is_open()
+    {
+        edit("Tuner CH1", "freq", [this](QWidget* pad) {
+            const QPointer<QWidget> open(pad);
+            QStringList expected;
+            const auto step = [&](const char* button, const char* body) {
+                press(pad, {button});
+                expected += frame(body);
+                QTRY_COMPARE_WITH_TIMEOUT(frames("R1:FREQ:"), expected, LongMs);
+                QVERIFY(open != nullptr && open->isVisible());
+            };
+            step("Step Up", "R1:FREQ:2250.6");
+            step("Step Down", "R1:FREQ:2250.5");
+            press(pad, {QString("Step\r\n0.1 MHz")});
+            step("Step Down", "R1:FREQ:2249.5");
+            press(pad, {QString("Step\r\n1.0 MHz"), QString("Step\r\n10.0 MHz")});
+            step("Step Up", "R1:FREQ:2349.5");
+            press(pad, {"Step Up"}); // out of every range
+            press(pad, {"CE/Cancel"});
+        });
+        say("PING");
+        QCOMPARE(frames("R1:FREQ:").size(), 4);
+        QCOMPARE(key("Tuner CH1", "freq")->value, 2349.5);
+    }
+
+    void a_slider_sends_live_and_its_key_nothing()
+    {
+        edit("Tuner CH1", "squelch", [this](QWidget* slider) {
+            press(slider, {"UP"});
+            QTRY_COMPARE_WITH_TIMEOUT(frames("R1:SQL:"), QStringList{frame("R1:SQL:36")}, LongMs);
+            press(slider, {"OK"});
+        });
+        say("PING");
+        QCOMPARE(frames("R1:SQL:").size(), 1);
+        QCOMPARE(key("Tuner CH1", "squelch")->value, 36.0);
+    }
+
+    // A finger that drags for some seconds, and lifts and closes within the 400 ms.
+    void a_dragged_slider_sends_no_two_messages_nearer_than_400_ms_and_the_last_position()
+    {
+        constexpr int ThrottleMs = 400;
+        constexpr int RoundingMs = 1; // both ends of a gap are cut to whole milliseconds
+        panelTrace.clear();
+        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        otherHandler = qInstallMessageHandler(takeTrace);
+        int last = -1;
+        edit("Tuner CH1", "squelch", [&last](QWidget* dialog) {
+            auto* slider = dialog->findChild<QSlider*>();
+            QWindow* window = dialog->windowHandle();
+            // the handle at its value of 35 of 100
+            const int handleWidth = 50;
+            const int y = slider->height() / 2;
+            const auto at = [&](int value) {
+                const int x = handleWidth / 2 + (slider->width() - handleWidth) * value / 100;
+                return slider->mapTo(dialog, QPoint(x, y));
+            };
+            QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, at(35));
+            QElapsedTimer drag;
+            drag.start();
+            for (int i = 0; drag.elapsed() < 3300; ++i) {
+                QTest::mouseMove(window, at(20 + i * 7 % 70));
+                QTest::qWait(15);
+            }
+            QTest::mouseMove(window, at(95));
+            QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, at(95));
+            last = slider->value();
+            press(dialog, {"OK"});
+        });
+        QVERIFY2(last > 85, QByteArray::number(last));
+        const QString final = frame(("R1:SQL:" + QByteArray::number(last)).constData());
+        QTRY_COMPARE_WITH_TIMEOUT(
+            frames("R1:SQL:").value(frames("R1:SQL:").size() - 1), final, LongMs);
+        say("PING");
+        qInstallMessageHandler(otherHandler);
+        QLoggingCategory::setFilterRules(QString());
+
+        QList<wire::TraceLine> out;
+        QList<int> answered; // when the unit's CV came back
+        for (const wire::TraceLine& line : qAsConst(panelTrace)) {
+            if (!line.in && line.frame.contains("R1:SQL:")) {
+                out += line;
+            } else if (line.in && line.frame.contains("CV,Tuner CH1,squelch,")) {
+                answered += milliseconds(line);
+            }
+        }
+        const QList<wire::TraceLine> wire = received("R1:SQL:");
+        QVERIFY2(out.size() >= 6, QByteArray::number(out.size()));
+        QCOMPARE(wire.size(), out.size());
+        QCOMPARE(answered.size(), out.size());
+        QStringList gaps;
+        for (int i = 1; i < out.size(); ++i) {
+            QCOMPARE(wire.at(i).frame, out.at(i).frame);
+            const int written = milliseconds(out.at(i)) - milliseconds(out.at(i - 1));
+            const int seen = milliseconds(wire.at(i)) - milliseconds(wire.at(i - 1));
+            gaps += QString("%1/%2").arg(written).arg(seen);
+            QVERIFY2(written >= ThrottleMs - RoundingMs, qPrintable(gaps.last()));
+            // the unit may take a message late and so see the next one too near, by no more than
+            // the time that its answer took
+            const int late = answered.at(i - 1) - milliseconds(out.at(i - 1)) + RoundingMs;
+            QVERIFY2(seen >= ThrottleMs - RoundingMs - late, qPrintable(gaps.last()));
+        }
+        qInfo("%d messages in a drag of 3.3 s; gaps in ms as written/as received: %s",
+            int(out.size()), qPrintable(gaps.join(' ')));
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_parent;
+    std::unique_ptr<Program> m_unit;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+QN740_TEST_MAIN(tst_Editors)
+#include "tst_Editors.moc"
