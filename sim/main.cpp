@@ -6,6 +6,7 @@
 #include "sim/PseudoTerminal.h"
 #include "sim/RecordFile.h"
 #include "sim/Replay.h"
+#include "sim/ScopePort.h"
 #include "sim/TerminationSignals.h"
 #include "sim/UnitDevices.h"
 
@@ -38,6 +39,12 @@ A menu file, and what is typed on standard input, has one message a line:
 "\xHH" stands for the byte HH, "\\" for a backslash. A key whose command is
 "SK:Some Menu:" opens that menu.
 
+The scope ports ttyUSB1 to ttyUSB3 send as the panel's "D1:DSDM:2" and the unit's
+"SM,1,3" tell them: 0 nothing, 1 constellation, 2 eye pattern, 3 SDI records. A
+signal is bpsk, qpsk, oqpsk, 8psk or 16qam, and behind it any of
+  :snr=20 (dB)  :phase=3 (degrees rms)  :offset=0.001 (turns a symbol)
+  :imbalance=1 (dB)  :skew=5 (degrees)  :clip=0.4  :level=0.5  :rolloff=0.35
+
 A recording has one line for everything that goes over the line, with the time
 in seconds and anything in front; other lines in the file are skipped:
   12.345 in \x02PING\x04
@@ -58,9 +65,15 @@ Examples:
   qn740-sim --replay talk.log        say it again, at its own pace
   QT_LOGGING_RULES=qn740.link.debug=true qn740-panel 2>panel.log
   qn740-sim --replay panel.log --fast
-  qn740-sim --fault drop=0.01,junk=0.05 --fault burst=0.1 --seed 7)";
+  qn740-sim --fault drop=0.01,junk=0.05 --fault burst=0.1 --seed 7
+  qn740-sim --signal 16qam:snr=25:phase=2 --scope-fault loss,noise)";
 
 const QString PanelLine = QStringLiteral("ttyO1");
+const QString ScopeLine = QStringLiteral("ttyUSB%1");
+constexpr int ScopePorts = 3;
+// of Demod 1, 2 and 3 when nothing else is asked for
+const QStringList DefaultSignals{
+    QStringLiteral("qpsk"), QStringLiteral("8psk"), QStringLiteral("16qam:snr=25")};
 
 struct Options
 {
@@ -69,8 +82,41 @@ struct Options
     QString check;
     bool noMenus = false;
     bool trace = false;
+    QStringList signalTexts; // one a scope port; the last one goes for those behind it too
+    QString scopeFaults;
+    QString scopeMode;
     LineOptions line;
 };
+
+// What the scope ports are to send.
+struct ScopePlan
+{
+    QList<SignalSettings> signalSettings;
+    int faults = 0;
+    int mode = ScopePort::Off;
+    quint32 seed = 1;
+    QString fault; // why it cannot be done; empty when it can
+};
+
+ScopePlan scopePlan(const Options& options)
+{
+    ScopePlan plan;
+    const QStringList& texts = options.signalTexts.isEmpty() ? DefaultSignals : options.signalTexts;
+    for (int port = 0; port < ScopePorts && plan.fault.isEmpty(); ++port) {
+        const QString text = texts.value(port, texts.constLast());
+        plan.signalSettings.append(SignalSettings::fromText(text, plan.fault));
+    }
+    plan.faults = ScopeFaults::fromText(options.scopeFaults);
+    plan.seed = options.line.seed;
+    bool modeIsNumber = false;
+    plan.mode = options.scopeMode.toInt(&modeIsNumber);
+    if (plan.faults < 0) {
+        plan.fault = QStringLiteral("no fault of a scope port: \"%1\"").arg(options.scopeFaults);
+    } else if (!modeIsNumber || plan.mode < ScopePort::Off || plan.mode > ScopePort::Sdi) {
+        plan.fault = QStringLiteral("no mode of a scope port: \"%1\"").arg(options.scopeMode);
+    }
+    return plan;
+}
 
 // Ends the program itself at --help, --version and options that it does not know.
 Options parseOptions(const QCoreApplication& application)
@@ -88,12 +134,23 @@ Options parseOptions(const QCoreApplication& application)
         QStringLiteral("no-menus"), QStringLiteral("Send no menus, only what is typed."));
     const QCommandLineOption trace(
         QStringLiteral("trace"), QStringLiteral("Print every message both ways with its time."));
+    const QCommandLineOption signal(QStringLiteral("signal"),
+        QStringLiteral("The signal of the next scope port, from Demod 1 on; the last one given "
+                       "goes for the others too."),
+        QStringLiteral("SIGNAL"));
+    const QCommandLineOption scopeFault(QStringLiteral("scope-fault"),
+        QStringLiteral("Spoil what the scope ports send: index, loss, noise, silence, or several "
+                       "of them with \",\" between."),
+        QStringLiteral("FAULTS"));
+    const QCommandLineOption scopeMode(QStringLiteral("scope-mode"),
+        QStringLiteral("What the scope ports send before the panel asks, 0 to 3 (default: 0)."),
+        QStringLiteral("MODE"), QStringLiteral("0"));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QString::fromLatin1(Description).arg(LineOptions::faultHelp()));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({directory, menu, check, noMenus, trace});
+    parser.addOptions({directory, menu, check, noMenus, trace, signal, scopeFault, scopeMode});
     LineOptions::addTo(parser);
     parser.process(application);
     if (!parser.positionalArguments().isEmpty()) {
@@ -102,7 +159,8 @@ Options parseOptions(const QCoreApplication& application)
         std::exit(1);
     }
     return {parser.value(directory), parser.value(menu), parser.value(check), parser.isSet(noMenus),
-        parser.isSet(trace), LineOptions::from(parser)};
+        parser.isSet(trace), parser.values(signal), parser.value(scopeFault),
+        parser.value(scopeMode), LineOptions::from(parser)};
 }
 
 int fail(const QStringList& errors)
@@ -174,8 +232,29 @@ int tellScore(const ReplayScore& score, const Printer& printer)
     return score.isGood() ? 0 : 1;
 }
 
+// Out: whether all three scope ports are there; they live as long as the devices.
+bool addScopePorts(UnitDevices& devices, const PanelLink& unit, const ScopePlan& plan)
+{
+    for (int port = 0; port < ScopePorts; ++port) {
+        PseudoTerminal* line = devices.add(ScopeLine.arg(port + 1));
+        if (line == nullptr) {
+            return false;
+        }
+        auto* scope = new ScopePort(port + 1, *line, plan.signalSettings.at(port), plan.faults,
+            plan.seed + static_cast<quint32>(port), line);
+        scope->setMode(plan.mode);
+        QObject::connect(&unit, &PanelLink::received, scope, &ScopePort::takeCommand);
+        QObject::connect(&unit, &PanelLink::sent, scope, &ScopePort::takeMessage);
+    }
+    return true;
+}
+
 int play(const Options& options, const MenuFile& menus, const Recording& recording)
 {
+    const ScopePlan plan = scopePlan(options);
+    if (!plan.fault.isEmpty()) {
+        return fail({QLatin1String("qn740-sim: ") + plan.fault});
+    }
     const TerminationSignals signals_;
     QObject::connect(&signals_, &TerminationSignals::terminate, qApp, &QCoreApplication::quit);
     std::unique_ptr<RecordFile> record;
@@ -197,6 +276,9 @@ int play(const Options& options, const MenuFile& menus, const Recording& recordi
     if (!options.line.replay.isEmpty()) {
         Replay replay(*line, recording,
             options.line.fast ? Replay::Pace::Fast : Replay::Pace::Recorded, faults);
+        if (!addScopePorts(devices, replay, plan)) {
+            return fail({QLatin1String("qn740-sim: ") + devices.errorString()});
+        }
         watch(replay, *line, printer, record.get());
         QObject::connect(&replay, &Replay::finished, qApp,
             [&replay, &printer] { QCoreApplication::exit(tellScore(replay.score(), printer)); });
@@ -204,6 +286,9 @@ int play(const Options& options, const MenuFile& menus, const Recording& recordi
         return QCoreApplication::exec();
     }
     MainUnit unit(*line, menus.steps(), faults);
+    if (!addScopePorts(devices, unit, plan)) {
+        return fail({QLatin1String("qn740-sim: ") + devices.errorString()});
+    }
     watch(unit, *line, printer, record.get());
     QObject::connect(&unit, &MainUnit::menusSent, &printer,
         [&printer] { printer.event(QStringLiteral("menus sent")); });

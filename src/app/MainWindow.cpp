@@ -50,6 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
     setUpLink();
     setUpLook();
     Set_Status_Bar();
+    setup_scopes();
     get_settings();
     ready = true;
 }

@@ -24,6 +24,8 @@ class QGridLayout;
 class QLabel;
 class QPushButton;
 class QStatusBar;
+class ScopesPage;
+class SerialLine;
 class SplashScreen;
 
 // The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
@@ -55,6 +57,13 @@ public:
     // at all, so that only killbox() closes it.
     void main_messagebox(const QString& text, bool okButton);
 
+    // Builds the scopes page with its three scopes and opens the line for re-sent messages.
+    void setup_scopes();
+    // Out: whether any demodulator's scope port is open.
+    bool scope_available() const;
+    // color: a number of "LC"; trace: 0 to 2 for the scope of Demod 1 to 3, others: nothing.
+    void setScopeLineColor(int color, int trace);
+
     int mainMenuIndex() const { return views->mainMenu.index(); }
     int paxMenuIndex() const { return views->paxMenu.index(); }
     bool displayActive() const { return views->displayActive(); }
@@ -65,6 +74,7 @@ public:
     MenuMessages* menus = nullptr;  // the menu pages and the messages that define them
     MainMenus* mainMenus = nullptr; // the messages that compose the main menus
     int paxMenuListIndex = -1;      // position of the PAX main menu in the list of menus
+    ScopesPage* scopes = nullptr;   // the page of the three scopes
     keySerial* serial = nullptr;
     std::unique_ptr<QSettings> settings;
     QStatusBar* statusBar_ = nullptr;
@@ -119,6 +129,23 @@ public slots:
     void process_SM(const QStringList& fields);
     void process_SQ(const QStringList& fields);
     void process_PM(const QStringList& fields);
+    // The mode buttons of Demod 1, Demod 2 and Demod 3: open the list of modes.
+    void togglePlotType_ch1();
+    void togglePlotType_ch2();
+    void togglePlotType_comb();
+    // choice: what the list of modes answered; empty: cancelled.
+    void applyScopeChoice(int demodulator, const QString& choice);
+    // What the scopes of Demod 1, 2 and 3 have received.
+    void eye_1_msg(const QVector<double>& i, const QVector<double>& q);
+    void eye_2_msg(const QVector<double>& i, const QVector<double>& q);
+    void eye_3_msg(const QVector<double>& i, const QVector<double>& q);
+    void sdi_1_msg(const QByteArray& record);
+    void sdi_2_msg(const QByteArray& record);
+    void sdi_3_msg(const QByteArray& record);
+    // Messages that come in on the re-send line go out to the main unit.
+    void send_scope_mess(const QString& message);
+    void scope_resend_read();
+    void scope_resend_error(QSerialPort::SerialPortError error);
 
     // spectrum
     void process_SF_key(const QStringList& fields);
@@ -144,6 +171,9 @@ private:
     void setUpLink();
     void setUpLook();
     void showMenu(KeyBoard* menu);
+    void chooseScopeMode(int demodulator);
+    void noteBlock(int demodulator, const QVector<double>& i, const QVector<double>& q);
+    void noteRecord(int demodulator, const QByteArray& record);
     void setUpMainMenus();
     void returnToMenus(QWidget* page);
     QGridLayout* paxDisplayGrid() const;
@@ -154,6 +184,8 @@ private:
     // They go back to their own pages; also before a PAX main menu is deleted, which would take
     // them along, and when they are there already.
     void paxReturnsDisplays();
+    void paxTakesScope(QGridLayout* place);
+    void paxReturnsScope();
 
     void setLinkMode(int mode);
     void chooseLinkMode(int mode);
@@ -162,5 +194,7 @@ private:
 
     std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<SplashScreen> m_splash;
+    SerialLine* m_scopeResend = nullptr;
+    QString m_resent; // what came in on the re-send line and has no end yet
     std::unique_ptr<MessageBoxes> m_messageBoxes;
 };

@@ -145,6 +145,12 @@ QGridLayout* MainWindow::paxDisplayGrid() const
     return isIt ? menu->chan2Grid : nullptr;
 }
 
-void MainWindow::paxTakesDisplays(QGridLayout* /*place*/) {}
+void MainWindow::paxTakesDisplays(QGridLayout* place)
+{
+    paxTakesScope(place);
+}
 
-void MainWindow::paxReturnsDisplays() {}
+void MainWindow::paxReturnsDisplays()
+{
+    paxReturnsScope();
+}

@@ -52,6 +52,7 @@ void EntryErrorBox::showAddressFormat(QWidget* parent)
     QFont font = box->font();
     font.setPixelSize(AddressPixels);
     box->setFont(font);
+    box->button(QMessageBox::Ok)->setFont(font);
     box->setText(QStringLiteral("Invalid Entry"));
     box->setInformativeText(QStringLiteral("Expected Format #.#.#.# \n[# is from 0 to 255]"));
     const QMargins margins = box->layout()->contentsMargins();

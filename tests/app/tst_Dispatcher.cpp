@@ -176,7 +176,7 @@ private slots:
         QTRY_COMPARE(shownKey(), QString("B1"));
         m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
         QTRY_COMPARE(shownKey(), QString("C2"));
-        QTRY_COMPARE(m_window->stack->count(), 4); // the waiting page and the three
+        QTRY_COMPARE(m_window->stack->count(), 5); // waiting, scopes and the three
         m_pty->write(framed("SK,A"));
         QTRY_COMPARE(shownKey(), QString("A2"));
         for (const KeyBoard* menu : m_window->menus->book.pages) {

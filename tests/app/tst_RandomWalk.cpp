@@ -22,7 +22,9 @@ constexpr int DefaultSteps = 20'000;
 constexpr int StepsAnAnswer = 40;
 constexpr int StepsARound = 1'000;
 constexpr int RoundsToSettle = 5;
-constexpr qsizetype MostGrowth = 128 * 1024;
+// a scope's pictures are larger on the PAX main menu than on their own page
+constexpr qsizetype ScopeOnPax = 640 * 1024;
+constexpr qsizetype MostGrowth = 128 * 1024 + ScopeOnPax;
 
 const QStringList PlainNames{QStringLiteral("Tuner CH1"), QStringLiteral("Demod 2"),
     QStringLiteral("Extra"), QStringLiteral("Main"), QStringLiteral("PAX")};

@@ -47,7 +47,8 @@ private slots:
         QCOMPARE(at(200, 200), QColor(Qt::blue));
         show(error, Qt::green, {180, 180, 100, 100});
         QCOMPARE(at(200, 200), QColor(Qt::green));
-        QCOMPARE(at(160, 160), QColor(Qt::red));
+        QCOMPARE(at(160, 160), QColor(Qt::blue));
+        QCOMPARE(at(110, 110), QColor(Qt::red));
         error.hide();
         QCOMPARE(at(200, 200), QColor(Qt::blue));
     }
@@ -57,8 +58,9 @@ private slots:
         QDialog editor;
         editor.setModal(true);
         QWidget list(nullptr, Qt::Popup);
-        show(list, Qt::blue, {150, 150, 100, 100});
+        list.winId(); // made first, opened last
         show(editor, Qt::red, {100, 100, 300, 300});
+        show(list, Qt::blue, {150, 150, 100, 100});
         QCOMPARE(at(200, 200), QColor(Qt::blue));
     }
 };

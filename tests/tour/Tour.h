@@ -78,6 +78,7 @@ void visitStart(Tour& tour);
 void visitMenus(Tour& tour);
 void visitMainMenus(Tour& tour);
 void visitEditors(Tour& tour);
+void visitScopes(Tour& tour);
 
 // Instead of the stations, for menus that are somebody's own: every page of every menu.
 void visitAllMenus(Tour& tour);

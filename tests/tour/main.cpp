@@ -34,6 +34,7 @@ int main(int argc, char** argv)
         visitMenus(tour);
         visitMainMenus(tour);
         visitEditors(tour);
+        visitScopes(tour);
         visitStart(tour);
     }
     std::printf("%d pictures\n", tour.pictures());

@@ -1,0 +1,2 @@
+qn740_bench(scopes Scopes)
+qn740_bench(scopes PanelCpu)

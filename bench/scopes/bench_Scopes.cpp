@@ -1,0 +1,405 @@
+// What a block of a scope costs, from bytes to decoded samples and from there to painted pixels,
+// each beside the barest code that could do it. The ratios of the same run are printed at the end.
+//
+//   --callgrind=NAME   runs one of the measured pieces 200 times and nothing else, for
+//                      bench/scopes/instructions
+#include "scopes/ConstellationPlot.h"
+#include "scopes/EyePlot.h"
+#include "scopes/IqBlockDecoder.h"
+#include "scopes/PlotView.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QPainter>
+#include <QPointF>
+#include <QtEndian>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <random>
+#include <string>
+#include <time.h>
+#include <vector>
+
+namespace {
+
+constexpr QSize PlotSize(262, 262); // a constellation on the scopes page
+constexpr QSize EyeSize(262, 155);  // one of the two eyes
+constexpr int CallgrindRuns = 200;
+
+// A shaped signal is not needed here: points near four corners, and smooth curves for the eye.
+struct Data
+{
+    QVector<double> i{QVector<double>(256)};
+    QVector<double> q{QVector<double>(256)};
+    QByteArray bytes;
+
+    explicit Data(quint32 seed)
+    {
+        std::mt19937 random(seed);
+        std::normal_distribution<double> noise(0.0, 0.05);
+        for (int k = 0; k < 256; ++k) {
+            i[k] = (random() % 2 == 0 ? -0.5 : 0.5) + noise(random);
+            q[k] = (random() % 2 == 0 ? -0.5 : 0.5) + noise(random);
+        }
+        bytes.resize(1536);
+        for (int k = 0; k < 256; ++k) {
+            char* record = bytes.data() + k * 6;
+            qToBigEndian(static_cast<quint16>(k), record);
+            qToBigEndian(static_cast<qint16>(i.at(k) * 32768), record + 2);
+            qToBigEndian(static_cast<qint16>(q.at(k) * 32768), record + 4);
+        }
+    }
+
+    // Samples of a curve that swings between the decisions, four a symbol.
+    QVector<double> shaped() const
+    {
+        QVector<double> samples(256);
+        for (int k = 0; k < 256; ++k) {
+            const double from = i.at(k / 4);
+            const double to = i.at(std::min(255, k / 4 + 1));
+            const double part = 0.5 - 0.5 * std::cos((k % 4) / 4.0 * 3.14159265358979);
+            samples[k] = from + (to - from) * part;
+        }
+        return samples;
+    }
+};
+
+// ---- from bytes to samples
+
+void decode(IqBlockDecoder& decoder, const QByteArray& bytes)
+{
+    benchmark::DoNotOptimize(decoder.take(bytes.constData(), bytes.size()));
+    benchmark::ClobberMemory();
+}
+
+// The line's own cut: the block comes in pieces, none of them whole.
+void decodeInPieces(IqBlockDecoder& decoder, const QByteArray& bytes)
+{
+    constexpr qsizetype Piece = 184;
+    for (qsizetype at = 0; at < bytes.size(); at += Piece) {
+        decoder.take(bytes.constData() + at, std::min(Piece, bytes.size() - at));
+    }
+    benchmark::ClobberMemory();
+}
+
+// Nothing but the conversion of the same 1,536 bytes.
+void bareLoop(const QByteArray& bytes, QVector<double>& i, QVector<double>& q)
+{
+    const char* record = bytes.constData();
+    double* toI = i.data();
+    double* toQ = q.data();
+    for (int k = 0; k < 256; ++k, record += 6) {
+        toI[k] = qFromBigEndian<qint16>(record + 2) * (1.0 / 32768.0);
+        toQ[k] = qFromBigEndian<qint16>(record + 4) * (1.0 / 32768.0);
+    }
+    benchmark::DoNotOptimize(toI);
+    benchmark::DoNotOptimize(toQ);
+    benchmark::ClobberMemory();
+}
+
+// ---- from samples to pixels
+
+// Paints a plot as the screen does when new data have come: the data area alone, onto the window's
+// picture.
+class Painted
+{
+public:
+    Painted(PlotContent& content, QSize size)
+        : m_window(size, QImage::Format_RGB32)
+    {
+        m_window.fill(Qt::black);
+        m_view.setContent(&content);
+        m_view.resize(size);
+        m_view.grab();
+    }
+    ~Painted() { m_view.setContent(nullptr); }
+
+    void paint()
+    {
+        m_view.render(&m_window, m_view.dataArea().topLeft(), QRegion(m_view.dataArea()),
+            QWidget::RenderFlags());
+    }
+    // Out: whether any pixel has the line's colour, so that nothing is measured that paints
+    // nothing.
+    bool hasData() const
+    {
+        for (int y = 0; y < m_window.height(); ++y) {
+            for (int x = 0; x < m_window.width(); ++x) {
+                const QColor color = m_window.pixelColor(x, y);
+                if (color.red() > color.green() + 60) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+    QSize dataSize() const { return m_view.dataArea().size(); }
+
+private:
+    PlotView m_view;
+    QImage m_window;
+};
+
+// The barest picture of the same points in the same size: cleared, one call, no axes.
+void bareDots(QImage& picture, const std::vector<const Data*>& blocks)
+{
+    picture.fill(Qt::black);
+    QPainter painter(&picture);
+    QPen pen(Qt::red, 3);
+    painter.setPen(pen);
+    const double scaleX = picture.width() / 2.0;
+    const double scaleY = picture.height() / 2.0;
+    QVector<QPointF> points;
+    points.reserve(static_cast<qsizetype>(blocks.size()) * 256);
+    for (const Data* data : blocks) {
+        for (int k = 0; k < 256; ++k) {
+            points.append({scaleX + data->i.at(k) * scaleX, scaleY - data->q.at(k) * scaleY});
+        }
+    }
+    painter.drawPoints(points.constData(), static_cast<int>(points.size()));
+}
+
+void bareTraces(QImage& picture, const std::vector<double>& traces)
+{
+    picture.fill(Qt::black);
+    QPainter painter(&picture);
+    painter.setPen(QPen(Qt::red, 0));
+    const double stepX = (picture.width() - 1.0) / (EyePlot::PointsPerTrace - 1);
+    const double scaleY = picture.height() / 2.0;
+    QVector<QPointF> line(EyePlot::PointsPerTrace);
+    for (size_t at = 0; at < traces.size(); at += EyePlot::PointsPerTrace) {
+        for (int n = 0; n < EyePlot::PointsPerTrace; ++n) {
+            line[n] = {n * stepX, scaleY - traces[at + static_cast<size_t>(n)] * scaleY};
+        }
+        painter.drawPolyline(line.constData(), static_cast<int>(line.size()));
+    }
+}
+
+// QCustomPlot as its examples use it: a graph with scatters, replotted for each block.
+class NaiveConstellation
+{
+public:
+    NaiveConstellation()
+    {
+        m_plot.resize(PlotSize);
+        m_plot.addGraph();
+        m_plot.graph(0)->setLineStyle(QCPGraph::lsNone);
+        m_plot.graph(0)->setPen(QPen(Qt::red));
+        m_plot.graph(0)->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssDisc, 3));
+        m_plot.xAxis->setRange(-1, 1);
+        m_plot.yAxis->setRange(-1, 1);
+    }
+    void paint(const std::vector<const Data*>& blocks)
+    {
+        QVector<double> i;
+        QVector<double> q;
+        for (const Data* data : blocks) {
+            i += data->i;
+            q += data->q;
+        }
+        m_plot.graph(0)->setData(i, q);
+        m_plot.replot(QCustomPlot::rpImmediateRefresh);
+    }
+
+private:
+    QCustomPlot m_plot;
+};
+
+class NaiveEye
+{
+public:
+    NaiveEye()
+    {
+        m_plot.resize(EyeSize);
+        m_plot.xAxis->setRange(0, EyePlot::PointsPerTrace - 1);
+        m_plot.yAxis->setRange(-1, 1);
+        for (int n = 0; n < EyePlot::PointsPerTrace; ++n) {
+            m_keys.append(n);
+        }
+    }
+    void paint(const std::vector<double>& traces)
+    {
+        m_plot.clearGraphs();
+        for (size_t at = 0; at < traces.size(); at += EyePlot::PointsPerTrace) {
+            const auto begin = traces.begin() + static_cast<std::ptrdiff_t>(at);
+            m_plot.addGraph()->setData(
+                m_keys, QVector<double>(begin, begin + EyePlot::PointsPerTrace), true);
+            m_plot.graph()->setPen(QPen(Qt::red));
+        }
+        m_plot.replot(QCustomPlot::rpImmediateRefresh);
+    }
+
+private:
+    QCustomPlot m_plot;
+    QVector<double> m_keys;
+};
+
+// ---- everything that is measured, by name
+
+struct Bench
+{
+    std::vector<Data> blocks;
+    IqBlockDecoder decoder;
+    IqBlockDecoder pieces;
+    QVector<double> bareI{QVector<double>(256)};
+    QVector<double> bareQ{QVector<double>(256)};
+    ConstellationPlot constellation;
+    EyePlot eye{QStringLiteral("I (full scale)")};
+    Painted constellationView{constellation, PlotSize};
+    Painted eyeView{eye, EyeSize};
+    QImage dots{constellationView.dataSize(), QImage::Format_RGB32};
+    QImage lines{eyeView.dataSize(), QImage::Format_RGB32};
+    NaiveConstellation naiveConstellation;
+    NaiveEye naiveEye;
+    std::vector<QVector<double>> shaped;
+    std::vector<std::vector<double>> traces;
+    size_t turn = 0;
+
+    std::vector<std::pair<std::string, std::function<void()>>> pieces_;
+
+    Bench()
+    {
+        for (quint32 seed = 1; seed <= 16; ++seed) {
+            blocks.emplace_back(seed);
+            shaped.push_back(blocks.back().shaped());
+            traces.push_back(eye.traces(shaped.back()));
+        }
+        const auto next = [this]() -> const Data& { return blocks[turn++ % blocks.size()]; };
+        const auto one = [next] { return std::vector<const Data*>{&next()}; };
+        const auto all = [this] {
+            std::vector<const Data*> every;
+            for (const Data& data : blocks) {
+                every.push_back(&data);
+            }
+            return every;
+        };
+        pieces_ = {
+            {"decode/ours", [this, next] { decode(decoder, next().bytes); }},
+            {"decode/ours in pieces of 184",
+                [this, next] { decodeInPieces(pieces, next().bytes); }},
+            {"decode/bare loop", [this, next] { bareLoop(next().bytes, bareI, bareQ); }},
+            {"constellation/ours",
+                [this, next] {
+                    const Data& data = next();
+                    constellation.addBlock(data.i, data.q);
+                    constellationView.paint();
+                }},
+            {"constellation/bare painter", [this, one] { bareDots(dots, one()); }},
+            {"constellation/bare painter, the 16 blocks on the screen",
+                [this, all] { bareDots(dots, all()); }},
+            {"constellation/naive", [this, one] { naiveConstellation.paint(one()); }},
+            {"eye/ours",
+                [this] {
+                    eye.addBlock(shaped[turn++ % shaped.size()]);
+                    eyeView.paint();
+                }},
+            {"eye/bare painter", [this] { bareTraces(lines, traces[turn++ % traces.size()]); }},
+            {"eye/naive", [this] { naiveEye.paint(traces[turn++ % traces.size()]); }},
+        };
+    }
+};
+
+// CPU time of this thread, so that what else runs on the machine does not count.
+double cpuNanoseconds()
+{
+    timespec now{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
+}
+
+// Medians of pieces that take turns, so that what else the machine does meets all of them alike.
+std::map<std::string, double> medians(const Bench& bench)
+{
+    constexpr int Rounds = 301;
+    std::map<std::string, std::vector<double>> times;
+    for (int round = 0; round < Rounds; ++round) {
+        for (const auto& [name, piece] : bench.pieces_) {
+            const int repeats = name.rfind("decode", 0) == 0 ? 200 : 4;
+            piece();
+            const double begin = cpuNanoseconds();
+            for (int k = 0; k < repeats; ++k) {
+                piece();
+            }
+            times[name].push_back((cpuNanoseconds() - begin) / repeats);
+        }
+    }
+    std::map<std::string, double> result;
+    for (auto& [name, values] : times) {
+        std::nth_element(values.begin(), values.begin() + Rounds / 2, values.end());
+        result[name] = values[Rounds / 2];
+    }
+    return result;
+}
+
+void printRatios(const Bench& bench)
+{
+    const auto ns = medians(bench);
+    std::printf("\nmedian of a block, all pieces taking turns\n");
+    for (const auto& [name, piece] : bench.pieces_) {
+        std::printf("  %-58s %10.0f ns\n", name.c_str(), ns.at(name));
+    }
+    const auto ratio = [&](const char* what, const char* one, const char* other, const char* goal) {
+        std::printf("  %-58s %10.2f   (goal: %s)\n", what, ns.at(one) / ns.at(other), goal);
+    };
+    std::printf("ratios\n");
+    ratio("decode: ours / bare loop", "decode/ours", "decode/bare loop", "at most 3");
+    ratio("decode: ours in pieces / bare loop", "decode/ours in pieces of 184", "decode/bare loop",
+        "at most 3");
+    ratio("constellation: ours / bare painter, one block", "constellation/ours",
+        "constellation/bare painter", "at most 1.5");
+    ratio("constellation: ours / bare painter, all that is seen", "constellation/ours",
+        "constellation/bare painter, the 16 blocks on the screen", "at most 1.5");
+    ratio("constellation: naive / ours", "constellation/naive", "constellation/ours", "at least 2");
+    ratio("eye: ours / bare painter, one block", "eye/ours", "eye/bare painter", "at most 1.5");
+    ratio("eye: naive / ours", "eye/naive", "eye/ours", "at least 2");
+}
+
+int runForCallgrind(const Bench& bench, const std::string& wanted)
+{
+    for (const auto& [name, piece] : bench.pieces_) {
+        if (name == wanted) {
+            for (int k = 0; k < CallgrindRuns; ++k) {
+                piece();
+            }
+            return 0;
+        }
+    }
+    for (const auto& [name, piece] : bench.pieces_) {
+        std::printf("%s\n", name.c_str());
+    }
+    return wanted == "list" ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const Bench bench;
+    const std::string option = "--callgrind=";
+    if (argc > 1 && std::string(argv[1]).rfind(option, 0) == 0) {
+        return runForCallgrind(bench, std::string(argv[1]).substr(option.size()));
+    }
+    for (const auto& [name, piece] : bench.pieces_) {
+        benchmark::RegisterBenchmark(name.c_str(), [run = piece](benchmark::State& state) {
+            for (auto _ : state) {
+                run();
+            }
+        });
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    printRatios(bench);
+    if (!bench.constellationView.hasData() || !bench.eyeView.hasData()) {
+        std::fprintf(stderr, "nothing was painted: the figures are void\n");
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,90 @@
+#include "scopes/ConstellationPlot.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr size_t MostWaiting = 4; // what the eye would not see anyway is left out
+
+// NaN is nowhere, infinity far outside; both are cut to what an int holds.
+int toPixel(double value)
+{
+    constexpr double Farthest = 1e6;
+    return static_cast<int>(std::floor(std::max(-Farthest, std::min(Farthest, value)) + 0.5));
+}
+
+} // namespace
+
+void ConstellationPlot::addBlock(const QVector<double>& i, const QVector<double>& q)
+{
+    m_last = {i, q};
+    m_waiting.push_back(m_last);
+    if (m_waiting.size() > MostWaiting) {
+        m_waiting.pop_front();
+    }
+}
+
+void ConstellationPlot::setLimit(double limit)
+{
+    if (limit != m_limit && limit > 0.0) {
+        m_limit = limit;
+        m_image.clear();
+    }
+}
+
+QVector<QPointF> ConstellationPlot::plotted() const
+{
+    QVector<QPointF> points;
+    const qsizetype count = std::min(m_last.i.size(), m_last.q.size());
+    points.reserve(count);
+    for (qsizetype k = 0; k < count; ++k) {
+        points.append({m_last.i.at(k), m_last.q.at(k)});
+    }
+    return points;
+}
+
+PlotAxes ConstellationPlot::axes() const
+{
+    PlotAxes axes;
+    axes.xLabel = QStringLiteral("I (full scale)");
+    axes.yLabel = QStringLiteral("Q (full scale)");
+    axes.xMin = axes.yMin = -m_limit;
+    axes.xMax = axes.yMax = m_limit;
+    axes.xStep = axes.yStep = m_limit / 2.0;
+    axes.square = true;
+    axes.badge = m_badge;
+    return axes;
+}
+
+void ConstellationPlot::resize(QSize size)
+{
+    m_image.resize(size);
+    if (m_waiting.empty() && !m_last.i.isEmpty()) {
+        m_waiting.push_back(m_last);
+    }
+}
+
+void ConstellationPlot::paint(QImage& picture)
+{
+    for (const Block& block : m_waiting) {
+        m_image.fade();
+        draw(block);
+    }
+    m_waiting.clear();
+    m_image.paintOver(picture);
+}
+
+void ConstellationPlot::draw(const Block& block)
+{
+    const double middleX = (m_image.size().width() - 1) / 2.0;
+    const double middleY = (m_image.size().height() - 1) / 2.0;
+    const double scaleX = middleX / m_limit;
+    const double scaleY = middleY / m_limit;
+    const double* const i = block.i.constData();
+    const double* const q = block.q.constData();
+    const qsizetype count = std::min(block.i.size(), block.q.size());
+    for (qsizetype k = 0; k < count; ++k) {
+        m_image.addDot(toPixel(middleX + i[k] * scaleX), toPixel(middleY - q[k] * scaleY));
+    }
+}

@@ -1,0 +1,124 @@
+#include "scopes/DensityImage.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr int Brightest = 255;
+constexpr int DotStrength = 150;
+constexpr int DotEdgeStrength = 75;
+constexpr int RunStrength = 70;
+constexpr int FadeOf256 = 225; // 0.88 a block
+constexpr int WhiteFrom = 160; // density from which the colour turns white
+constexpr int MostWhite = 150; // of 255: the line colour is still to be told
+constexpr int SkipPixels = 8;
+
+// One pixel over another, the upper one premultiplied.
+QRgb blend(QRgb over, QRgb under)
+{
+    const quint32 rest = 256U - qAlpha(over);
+    const quint32 redBlue = (((under & 0x00ff00ffU) * rest) >> 8) & 0x00ff00ffU;
+    const quint32 green = (((under & 0x0000ff00U) * rest) >> 8) & 0x0000ff00U;
+    return 0xff000000U | ((over & 0x00ffffffU) + (redBlue | green));
+}
+
+} // namespace
+
+DensityImage::DensityImage()
+{
+    setColor(Qt::red);
+}
+
+void DensityImage::resize(QSize size)
+{
+    m_width = std::max(0, size.width());
+    m_height = std::max(0, size.height());
+    m_stride = (m_width + SkipPixels - 1) / SkipPixels * SkipPixels;
+    m_density.assign(static_cast<size_t>(m_stride) * static_cast<size_t>(m_height), 0);
+}
+
+void DensityImage::clear()
+{
+    std::fill(m_density.begin(), m_density.end(), quint8{0});
+}
+
+void DensityImage::setColor(const QColor& color)
+{
+    for (int d = 0; d <= Brightest; ++d) {
+        // a faint pixel is still to be seen on black: alpha grows with the square root
+        const int alpha = static_cast<int>(std::lround(std::sqrt(d / 255.0) * Brightest));
+        const int white = std::max(0, d - WhiteFrom) * MostWhite / (Brightest - WhiteFrom);
+        const auto part = [&](int c) { return c + (Brightest - c) * white / Brightest; };
+        m_colors[static_cast<size_t>(d)] =
+            qPremultiply(qRgba(part(color.red()), part(color.green()), part(color.blue()), alpha));
+    }
+}
+
+void DensityImage::fade()
+{
+    for (quint8& d : m_density) {
+        d = static_cast<quint8>((d * FadeOf256) >> 8);
+    }
+}
+
+void DensityImage::hit(int x, int y, int strength)
+{
+    quint8& d =
+        m_density[static_cast<size_t>(y) * static_cast<size_t>(m_stride) + static_cast<size_t>(x)];
+    d = static_cast<quint8>(std::min(Brightest, d + strength));
+}
+
+void DensityImage::addDot(int x, int y)
+{
+    for (int row = std::max(0, y - 1); row <= std::min(m_height - 1, y + 1); ++row) {
+        for (int column = std::max(0, x - 1); column <= std::min(m_width - 1, x + 1); ++column) {
+            hit(column, row, row == y && column == x ? DotStrength : DotEdgeStrength);
+        }
+    }
+}
+
+void DensityImage::addRun(int x, int y0, int y1)
+{
+    if (x < 0 || x >= m_width) {
+        return;
+    }
+    const int last = std::min(m_height - 1, std::max(y0, y1));
+    for (int row = std::max(0, std::min(y0, y1)); row <= last; ++row) {
+        hit(x, row, RunStrength);
+    }
+}
+
+void DensityImage::paintOver(QImage& picture) const
+{
+    if (picture.size() != size() || picture.format() != QImage::Format_RGB32) {
+        return;
+    }
+    for (int y = 0; y < m_height; ++y) {
+        const quint8* const row =
+            m_density.data() + static_cast<size_t>(y) * static_cast<size_t>(m_stride);
+        auto* const line = reinterpret_cast<QRgb*>(picture.scanLine(y));
+        for (int x = 0; x < m_stride; x += SkipPixels) {
+            quint64 eight = 0;
+            std::memcpy(&eight, row + x, sizeof eight);
+            if (eight == 0) {
+                continue;
+            }
+            const int end = std::min(m_width, x + SkipPixels);
+            for (int column = x; column < end; ++column) {
+                if (row[column] != 0) {
+                    line[column] = blend(m_colors[row[column]], line[column]);
+                }
+            }
+        }
+    }
+}
+
+int DensityImage::density(int x, int y) const
+{
+    const bool inside = x >= 0 && y >= 0 && x < m_width && y < m_height;
+    return inside
+        ? m_density[static_cast<size_t>(y) * static_cast<size_t>(m_stride) + static_cast<size_t>(x)]
+        : 0;
+}

@@ -1,0 +1,110 @@
+#include "scopes/IqBlockDecoder.h"
+
+#include <QtEndian>
+
+#include <cstring>
+
+namespace {
+
+constexpr qsizetype Stride = IqBlockDecoder::RecordBytes;
+
+// the indexes 0, 1 and 2, big-endian, each in front of four bytes of samples
+bool startsBlock(const char* p)
+{
+    return p[0] == 0 && p[1] == 0 && p[6] == 0 && p[7] == 1 && p[12] == 0 && p[13] == 2;
+}
+
+// Out: how many records carry the index of their position, counted up to the first that does not.
+int countInOrder(const char* block)
+{
+    int wrong = 0;
+    for (int k = 0; k < IqBlockDecoder::Records; ++k) {
+        wrong |= qFromBigEndian<quint16>(block + k * Stride) ^ k;
+    }
+    if (wrong == 0) {
+        return IqBlockDecoder::Records;
+    }
+    int good = 0;
+    while (qFromBigEndian<quint16>(block + good * Stride) == good) {
+        ++good;
+    }
+    return good;
+}
+
+} // namespace
+
+IqBlockDecoder::IqBlockDecoder()
+    : m_i(Records)
+    , m_q(Records)
+{
+}
+
+qsizetype IqBlockDecoder::take(const char* bytes, qsizetype size)
+{
+    m_blockReady = false;
+    qsizetype taken = 0;
+    while (taken < size && !m_blockReady) {
+        const qsizetype left = size - taken;
+        // a whole block in one piece needs no copy
+        if (m_size == 0 && !m_synced && left >= BlockBytes && startsBlock(bytes + taken)) {
+            decode(bytes + taken);
+            taken += BlockBytes;
+            continue;
+        }
+        const qsizetype n = qMin(left, BlockBytes - m_size);
+        std::memcpy(m_buffer.data() + m_size, bytes + taken, static_cast<size_t>(n));
+        m_size += n;
+        taken += n;
+        if (!m_synced) {
+            hunt();
+        }
+        if (m_synced && m_size == BlockBytes) {
+            m_size = 0;
+            decode(m_buffer.data());
+        }
+    }
+    return taken;
+}
+
+void IqBlockDecoder::hunt()
+{
+    qsizetype from = 0;
+    while (m_size - from >= SyncBytes && !startsBlock(m_buffer.data() + from)) {
+        ++from;
+    }
+    if (from > 0) {
+        m_lostSync = true;
+        m_size -= from;
+        std::memmove(m_buffer.data(), m_buffer.data() + from, static_cast<size_t>(m_size));
+    }
+    if (m_size >= SyncBytes) {
+        m_synced = true;
+        m_maxAbsI = 0;
+        m_maxAbsQ = 0;
+    }
+}
+
+void IqBlockDecoder::decode(const char* block)
+{
+    m_synced = false;
+    const int good = countInOrder(block);
+    double* const i = m_i.data();
+    double* const q = m_q.data();
+    int maxI = 0;
+    int maxQ = 0;
+    for (int k = 0; k < good; ++k) {
+        const char* record = block + k * Stride;
+        const int sampleI = qFromBigEndian<qint16>(record + 2);
+        const int sampleQ = qFromBigEndian<qint16>(record + 4);
+        maxI = qMax(maxI, qAbs(sampleI));
+        maxQ = qMax(maxQ, qAbs(sampleQ));
+        i[k] = sampleI * Scale;
+        q[k] = sampleQ * Scale;
+    }
+    m_maxAbsI = maxI;
+    m_maxAbsQ = maxQ;
+    m_blockReady = good == Records;
+    if (m_blockReady) {
+        i[0] = i[1]; // the first I sample is not one of the signal
+    }
+}

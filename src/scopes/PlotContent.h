@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+// What a plot's frame shows around its data.
+struct PlotAxes
+{
+    QString xLabel; // with its unit; empty: the axis has no label
+    QString yLabel;
+    double xMin = -1.0;
+    double xMax = 1.0;
+    double yMin = -1.0;
+    double yMax = 1.0;
+    double xStep = 0.0; // between two ticks
+    double yStep = 0.0;
+    bool square = false; // both axes equally long
+    QString badge;       // a warning in the corner of the data; mostly empty
+
+    bool operator==(const PlotAxes& other) const
+    {
+        return xLabel == other.xLabel && yLabel == other.yLabel && xMin == other.xMin &&
+            xMax == other.xMax && yMin == other.yMin && yMax == other.yMax &&
+            xStep == other.xStep && yStep == other.yStep && square == other.square &&
+            badge == other.badge;
+    }
+    bool operator!=(const PlotAxes& other) const { return !(*this == other); }
+};
+
+// One kind of plot, without a window: it takes data as they come, and makes pixels of them only
+// when somebody looks. PlotView asks it for its axes, tells it the size of the data area and has it
+// draw.
+class PlotContent
+{
+public:
+    PlotContent() = default;
+    virtual ~PlotContent() = default;
+    PlotContent(const PlotContent&) = delete;
+    PlotContent& operator=(const PlotContent&) = delete;
+
+    virtual PlotAxes axes() const = 0;
+    virtual void setLineColor(const QColor& color) = 0;
+    // The data area in pixels; what was drawn so far is forgotten, the newest data are kept.
+    virtual void resize(QSize size) = 0;
+    // Draws over `picture`, an RGB32 image of that size that holds the grid.
+    virtual void paint(QImage& picture) = 0;
+};

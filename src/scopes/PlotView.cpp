@@ -1,0 +1,190 @@
+#include "scopes/PlotView.h"
+
+#include <QElapsedTimer>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr int ShortestPauseMs = 33;
+constexpr int TickFontPixels = 13;
+constexpr int LabelFontPixels = 14;
+constexpr int BadgeFontPixels = 15;
+
+// margins of the data area, in pixels, wide enough for "-0.05" and a label
+constexpr int LeftMargin = 58;
+constexpr int TopMargin = 10;
+constexpr int RightMargin = 14;
+constexpr int TickMargin = 24;
+constexpr int LabelMargin = 18;
+
+constexpr QRgb AxisColor = 0xffc8c8c8;
+constexpr QRgb TextColor = 0xfff0f0f0;
+constexpr QRgb GridColor = 0xff4a4a4a;
+constexpr QRgb ZeroColor = 0xff808080;
+constexpr QRgb BadgeColor = 0xffffd000;
+
+QFont pixelFont(const QFont& base, int pixels)
+{
+    QFont font(base);
+    font.setPixelSize(pixels);
+    return font;
+}
+
+} // namespace
+
+PlotView::PlotView(QWidget* parent)
+    : QCustomPlot(parent)
+    , m_xTicker(new QCPAxisTickerFixed)
+    , m_yTicker(new QCPAxisTickerFixed)
+{
+    // some platforms show what lies under a modal dialog wrongly with it
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, [this] { update(m_area); });
+    setUpLook();
+}
+
+void PlotView::setUpLook()
+{
+    setBackground(QBrush(Qt::black));
+    axisRect()->setAutoMargins(QCP::msNone);
+    xAxis->setTicker(m_xTicker);
+    yAxis->setTicker(m_yTicker);
+    for (QCPAxis* axis : {xAxis, yAxis}) {
+        axis->setBasePen(QPen(QColor::fromRgb(AxisColor), 1));
+        axis->setTickPen(QPen(QColor::fromRgb(AxisColor), 1));
+        axis->setSubTicks(false);
+        axis->setTickLength(0, 4);
+        axis->setTickLabelColor(QColor::fromRgb(TextColor));
+        axis->setLabelColor(QColor::fromRgb(TextColor));
+        axis->setTickLabelFont(pixelFont(font(), TickFontPixels));
+        axis->setLabelFont(pixelFont(font(), LabelFontPixels));
+        axis->setTickLabelPadding(2);
+        axis->setLabelPadding(1);
+        axis->setNumberFormat(QStringLiteral("g"));
+        axis->setNumberPrecision(4);
+        axis->grid()->setPen(QPen(QColor::fromRgb(GridColor), 1));
+        axis->grid()->setZeroLinePen(QPen(QColor::fromRgb(ZeroColor), 1));
+    }
+    for (QCPAxis* axis : {xAxis2, yAxis2}) {
+        axis->setVisible(true);
+        axis->setTicks(false);
+        axis->setTickLabels(false);
+        axis->setBasePen(QPen(QColor::fromRgb(AxisColor), 1));
+    }
+}
+
+void PlotView::setContent(PlotContent* content)
+{
+    if (m_content != content) {
+        m_content = content;
+        m_frameDirty = true;
+        update();
+    }
+}
+
+void PlotView::dataChanged()
+{
+    if (isVisible() && !m_timer.isActive()) {
+        m_timer.start(std::max(ShortestPauseMs, m_lastPaintMs));
+    }
+}
+
+QSize PlotView::minimumSizeHint() const
+{
+    return {LeftMargin + RightMargin + 20, TopMargin + TickMargin + LabelMargin + 20};
+}
+
+void PlotView::resizeEvent(QResizeEvent* /*event*/)
+{
+    // without the base class, which would paint a picture of its own that nobody sees
+    m_frameDirty = true;
+}
+
+// The data area inside this widget, square and in the middle where that is wanted.
+void PlotView::layOutArea()
+{
+    const int bottom = TickMargin + (m_axes.xLabel.isEmpty() ? 0 : LabelMargin);
+    QMargins margins(LeftMargin, TopMargin, RightMargin, bottom);
+    if (m_axes.square) {
+        const int spareX = width() - margins.left() - margins.right();
+        const int spareY = height() - margins.top() - margins.bottom();
+        const int tooWide = std::max(0, spareX - spareY);
+        const int tooHigh = std::max(0, spareY - spareX);
+        margins += QMargins(tooWide / 2, tooHigh / 2, tooWide - tooWide / 2, tooHigh - tooHigh / 2);
+    }
+    axisRect()->setMargins(margins);
+}
+
+void PlotView::drawFrame()
+{
+    m_axes = m_content != nullptr ? m_content->axes() : PlotAxes();
+    m_xTicker->setTickStep(m_axes.xStep > 0.0 ? m_axes.xStep : 1.0);
+    m_yTicker->setTickStep(m_axes.yStep > 0.0 ? m_axes.yStep : 1.0);
+    xAxis->setLabel(m_axes.xLabel);
+    yAxis->setLabel(m_axes.yLabel);
+    xAxis->setRange(m_axes.xMin, m_axes.xMax);
+    yAxis->setRangeReversed(m_axes.yMin > m_axes.yMax);
+    yAxis->setRange(m_axes.yMin, m_axes.yMax);
+    layOutArea();
+    m_frame = toPixmap(width(), height());
+    m_area = axisRect()->rect().intersected(rect());
+    m_grid = m_frame.copy(m_area).toImage().convertToFormat(QImage::Format_RGB32);
+    if (m_picture.size() != m_grid.size()) {
+        m_picture = QImage(m_grid.size(), QImage::Format_RGB32);
+    }
+    if (m_content != nullptr) {
+        m_content->resize(m_grid.size());
+    }
+    m_frameDirty = false;
+}
+
+bool PlotView::frameIsStale()
+{
+    return m_frameDirty || (m_content != nullptr && m_content->axes() != m_axes);
+}
+
+// Over the data, which may fill the corner.
+void PlotView::drawBadge(QPainter& painter) const
+{
+    if (m_axes.badge.isEmpty()) {
+        return;
+    }
+    painter.setFont(pixelFont(font(), BadgeFontPixels));
+    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 2);
+    const QRect box(m_area.topRight() + QPoint(-size.width() - 3, 4), size);
+    painter.fillRect(box, Qt::black);
+    painter.setPen(QColor::fromRgb(BadgeColor));
+    painter.drawText(box, Qt::AlignCenter, m_axes.badge);
+}
+
+void PlotView::paintEvent(QPaintEvent* event)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    if (frameIsStale()) {
+        drawFrame();
+        if (event->region().boundingRect() != rect()) {
+            update(); // the frame around the data has changed as well
+        }
+    }
+    QPainter painter(this);
+    if (!m_area.contains(event->rect())) {
+        painter.drawPixmap(0, 0, m_frame);
+    }
+    if (m_picture.isNull()) {
+        return;
+    }
+    std::memcpy(m_picture.bits(), m_grid.constBits(), static_cast<size_t>(m_grid.sizeInBytes()));
+    if (m_content != nullptr) {
+        m_content->paint(m_picture);
+    }
+    painter.drawImage(m_area.topLeft(), m_picture);
+    drawBadge(painter);
+    ++m_paintCount;
+    m_lastPaintMs = static_cast<int>(elapsed.elapsed());
+}

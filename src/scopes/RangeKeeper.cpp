@@ -1,0 +1,55 @@
+#include "scopes/RangeKeeper.h"
+
+#include <algorithm>
+
+namespace {
+
+// Room at the edge of a fitted range, so that the outermost points are seen whole.
+constexpr double Room = 1.05;
+
+// The ranges of one decade, from which the others follow.
+constexpr double Decade[] = {1.0, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15};
+
+// The smallest range of the series that holds `peak`, between Smallest and 1.
+double fitting(double peak)
+{
+    double limit = 1.0;
+    for (int divisor = 1; divisor * RangeKeeper::Smallest <= 1.0; divisor *= 10) {
+        for (const double range : Decade) {
+            if (peak * Room > range / divisor || range / divisor < RangeKeeper::Smallest) {
+                return limit;
+            }
+            limit = range / divisor;
+        }
+    }
+    return limit;
+}
+
+} // namespace
+
+void RangeKeeper::setFixed(bool fixed)
+{
+    m_fixed = fixed;
+    m_smaller = 0;
+    m_largestSince = 0.0;
+}
+
+void RangeKeeper::addPeak(double peak)
+{
+    if (!(peak > 0.0)) {
+        return;
+    }
+    const double wanted = fitting(peak);
+    if (wanted >= m_limit) {
+        m_limit = wanted;
+        m_smaller = 0;
+        m_largestSince = 0.0;
+        return;
+    }
+    m_largestSince = std::max(m_largestSince, peak);
+    if (++m_smaller >= ShrinkAfter) {
+        m_limit = fitting(m_largestSince);
+        m_smaller = 0;
+        m_largestSince = 0.0;
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+// The half-range of a plot's axes: 1 when it is fixed, else fitted to what the blocks hold.
+//
+// A fitted range is one of 1, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15, 0.1, ... so that the scale stays
+// readable. It grows with the first block that is larger, and shrinks only after ShrinkAfter blocks
+// in a row that would all fit into the smaller one, so that it does not jump with a signal that
+// fades in and out.
+class RangeKeeper
+{
+public:
+    static constexpr int ShrinkAfter = 15; // blocks: two seconds of the line
+    static constexpr double Smallest = 0.001;
+
+    void setFixed(bool fixed);
+    bool fixed() const { return m_fixed; }
+
+    // In: the largest magnitude of a block. NaN and 0 change nothing.
+    void addPeak(double peak);
+
+    // The axis runs from -limit() to limit().
+    double limit() const { return m_fixed ? 1.0 : m_limit; }
+
+private:
+    double m_limit = 1.0;
+    double m_largestSince = 0.0;
+    int m_smaller = 0; // blocks in a row that would fit into a smaller range
+    bool m_fixed = false;
+};

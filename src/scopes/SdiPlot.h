@@ -1,0 +1,38 @@
+#pragma once
+
+#include "scopes/PlotContent.h"
+
+#include <QByteArray>
+#include <QRgb>
+
+#include <deque>
+
+// SDI records as strips, one above the other: strip n shows byte n of the last records, 0 at its
+// bottom and 255 at its top, the newest at the right. Records are kept, and drawn only by paint().
+class SdiPlot : public PlotContent
+{
+public:
+    static constexpr int RecordBytes = 5;
+    static constexpr int Records = 100; // shown from one edge to the other
+
+    // record: its first RecordBytes bytes count; a shorter one is ignored.
+    void addRecord(const QByteArray& record);
+
+    // 1 to RecordBytes strips; what lies outside is taken as the nearest of the two.
+    void setStripCount(int count);
+    int stripCount() const { return m_strips; }
+
+    // The records on the screen, the oldest first.
+    const std::deque<QByteArray>& records() const { return m_records; }
+
+    PlotAxes axes() const override;
+    void setLineColor(const QColor& color) override { m_color = color; }
+    void resize(QSize size) override { m_size = size; }
+    void paint(QImage& picture) override;
+
+private:
+    QColor m_color = Qt::red;
+    QSize m_size;
+    int m_strips = RecordBytes;
+    std::deque<QByteArray> m_records;
+};

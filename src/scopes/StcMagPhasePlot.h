@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QColor>
+#include <QVector>
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+
+// The magnitude/phase display of the two channels: a bar for each channel's magnitude and, between
+// them, a scale of nine lamps for the phase difference, one for each 22.5° from 0° to 180°.
+//
+// The setters only hold the values; updateDisplay() shows them, so that the three of one message
+// change together.
+class StcMagPhasePlot : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int ScaleLabels = 9;
+    static constexpr int FullMagnitude = 100;
+
+    explicit StcMagPhasePlot(QWidget* parent = nullptr);
+
+    // difference: 0 to 1 for 0° to 180°; what lies outside, NaN included, lights no lamp.
+    void setPhaseDifHold(double difference) { m_phase = difference; }
+    // magnitude: 0 to FullMagnitude; what lies outside is shown as the nearest of the two.
+    void setCh0MagHold(int magnitude) { m_magnitude0 = magnitude; }
+    void setCh1MagHold(int magnitude) { m_magnitude1 = magnitude; }
+
+    void updateDisplay();
+
+    // Out: the lamp that stands for a phase difference, -1 for none.
+    static int lampOf(double difference);
+    // Out: the colour of a lamp, 0 to ScaleLabels - 1, as its style sheet names it when lit; empty
+    // for another number.
+    static QString colorOf(int lamp);
+    // Out: the style sheet of a lit lamp.
+    static QString sheet(const QString& color);
+
+private:
+    QLabel* caption(const QString& text);
+    QProgressBar* newBar(const QString& name);
+
+    double m_phase = -1.0; // no lamp before the first value
+    int m_magnitude0 = 0;
+    int m_magnitude1 = 0;
+    QProgressBar* m_bar0 = nullptr;
+    QProgressBar* m_bar1 = nullptr;
+    QVector<QLabel*> m_lamps;
+};

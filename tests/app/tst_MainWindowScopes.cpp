@@ -1,0 +1,454 @@
+#include "app/MainWindow.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "scopes/PlotView.h"
+#include "scopes/ScopesPage.h"
+#include "scopes/Streams.h"
+#include "support/Pty.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+
+namespace {
+
+QByteArray steady(int i, int q)
+{
+    return streams::block(QVector<int>(256, i), QVector<int>(256, q));
+}
+
+// Presses the button of the list with this text.
+void choose(const QString& text)
+{
+    whenModal([text](QWidget* dialog) {
+        QPushButton* button = buttonWithText(dialog, text);
+        QVERIFY2(button != nullptr, qPrintable(text));
+        clickOn(button);
+    });
+}
+
+} // namespace
+
+class tst_MainWindowScopes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_pty = &m_devices->add(QStringLiteral("ttyO1"));
+        for (int n = 1; n <= 3; ++n) {
+            m_scopeLines[n] = &m_devices->add(QStringLiteral("ttyUSB%1").arg(n));
+        }
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        m_window->resize(800, 480);
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        hideSplash();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_devices.reset();
+    }
+
+    // ---- the cycle of the views
+
+    void without_a_spectrum_the_button_alternates_scopes_and_menus()
+    {
+        QPushButton* button = m_window->scopesButton;
+        QWidget* menu = m_window->stack->currentWidget();
+        QCOMPARE(button->text(), QStringLiteral("Scopes"));
+        for (int round = 0; round < 2; ++round) {
+            clickOn(button);
+            QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+            QCOMPARE(button->text(), QStringLiteral("Menu"));
+            QVERIFY(m_window->displayActive());
+            clickOn(button);
+            QCOMPARE(m_window->stack->currentWidget(), menu);
+            QCOMPARE(button->text(), QStringLiteral("Scopes"));
+            QVERIFY(!m_window->displayActive());
+        }
+    }
+
+    void with_a_spectrum_page_the_button_cycles_scopes_spectrum_menus()
+    {
+        auto* spectrum = new QWidget;
+        m_window->stack->addWidget(spectrum);
+        m_window->views->set(&Views::spectrum, spectrum);
+        m_window->spectrumAvailable = true;
+        QPushButton* button = m_window->scopesButton;
+        QWidget* menu = m_window->stack->currentWidget();
+        for (int round = 0; round < 2; ++round) {
+            clickOn(button);
+            QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+            QCOMPARE(button->text(), QStringLiteral("Spectrum"));
+            clickOn(button);
+            QCOMPARE(m_window->stack->currentWidget(), spectrum);
+            QCOMPARE(button->text(), QStringLiteral("Menu"));
+            clickOn(button);
+            QCOMPARE(m_window->stack->currentWidget(), menu);
+            QCOMPARE(button->text(), QStringLiteral("Scopes"));
+        }
+    }
+
+    void back_from_the_scopes_comes_the_menu_that_was_shown()
+    {
+        send("AK,First,1,One,0,,0,,0,0,0,1");
+        send("AK,Second,1,Two,0,,0,,0,0,0,1");
+        send("SK,Second");
+        QWidget* second = m_window->stack->currentWidget();
+        QVERIFY(second != m_window->menus->book.pages.constFirst()->frame);
+        clickOn(m_window->scopesButton);
+        clickOn(m_window->scopesButton);
+        QCOMPARE(m_window->stack->currentWidget(), second);
+    }
+
+    void the_scopes_are_still_found_after_the_menus_were_cleared()
+    {
+        send("CLEAR");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        clickOn(m_window->scopesButton);
+        QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+        // with no menu left there is nothing to go back to; the next one that comes is shown
+        clickOn(m_window->scopesButton);
+        QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+        QCOMPARE(m_window->scopesButton->text(), QStringLiteral("Scopes"));
+        send("AK,New,1,One,0,,0,,0,0,0,1");
+        send("SK,New");
+        QCOMPARE(m_window->stack->currentWidget(),
+            m_window->menus->book.find(QStringLiteral("New"))->frame);
+    }
+
+    // ---- the choice of a mode
+
+    void choosing_a_mode_sets_the_scope_and_commands_the_demodulator_data()
+    {
+        QTest::addColumn<int>("demodulator");
+        QTest::addColumn<QString>("choice");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("plotType");
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<QByteArray>("sent");
+        QTest::newRow("1 eye") << 1 << "Eye Pattern"
+                               << "Demod 1 Eye Pattern" << 1 << 1 << framed("D1:DSDM:2");
+        QTest::newRow("1 constellation")
+            << 1 << "Constellation"
+            << "Demod 1 Constellation" << 2 << 2 << framed("D1:DSDM:1");
+        QTest::newRow("1 off") << 1 << "Off"
+                               << "Demod 1 Off" << 1 << 0 << framed("D1:DSDM:0");
+        QTest::newRow("2 eye") << 2 << "Eye Pattern"
+                               << "Demod 2 Eye Pattern" << 1 << 1 << framed("D2:DSDM:2");
+        QTest::newRow("2 constellation")
+            << 2 << "Constellation"
+            << "Demod 2 Constellation" << 2 << 2 << framed("D2:DSDM:1");
+        QTest::newRow("2 off") << 2 << "Off"
+                               << "Demod 2 Off" << 1 << 0 << framed("D2:DSDM:0");
+        QTest::newRow("3 eye") << 3 << "Eye Pattern"
+                               << "Demod 3 Eye Pattern" << 1 << 1 << framed("D3:DSDM:2");
+        QTest::newRow("3 constellation")
+            << 3 << "Constellation"
+            << "Demod 3 Constellation" << 2 << 2 << framed("D3:DSDM:1");
+        QTest::newRow("3 off") << 3 << "Off"
+                               << "Demod 3 Off" << 1 << 0 << framed("D3:DSDM:0");
+    }
+
+    void choosing_a_mode_sets_the_scope_and_commands_the_demodulator()
+    {
+        QFETCH(int, demodulator);
+        QFETCH(QString, choice);
+        for (const int linkMode : {0, 1, 2}) {
+            m_window->linkMode = linkMode;
+            clickOnScopes();
+            m_window->process_SM({QString::number(demodulator), QStringLiteral("3")});
+            m_pty->takeReceived();
+            choose(choice);
+            clickOn(m_window->scopes->modeButton(demodulator));
+            QTEST(m_window->scopes->modeButton(demodulator)->text(), "text");
+            QTEST(m_window->scopes->scope(demodulator)->plotType(), "plotType");
+            QTEST(m_window->scopes->storedMode(demodulator), "stored");
+            QFETCH(QByteArray, sent);
+            QTRY_COMPARE(m_pty->received(), sent);
+            for (int other = 1; other <= 3; ++other) {
+                if (other != demodulator) {
+                    QCOMPARE(m_window->scopes->modeButton(other)->text(),
+                        QStringLiteral("Demod %1 Off").arg(other));
+                }
+            }
+        }
+    }
+
+    void the_list_is_titled_and_offers_three_modes()
+    {
+        clickOnScopes();
+        QStringList texts;
+        QString title;
+        whenModal([&](QWidget* dialog) {
+            for (const QPushButton* button : dialog->findChildren<QPushButton*>()) {
+                texts.append(button->text());
+            }
+            title = dialog->windowTitle();
+            clickOn(buttonWithText(dialog, QStringLiteral("Cancel")));
+        });
+        clickOn(m_window->scopes->modeButton(1));
+        QCOMPARE(title, QStringLiteral("Select Scope Mode value"));
+        texts.sort();
+        QCOMPARE(texts,
+            (QStringList{QStringLiteral("Cancel"), QStringLiteral("Constellation"),
+                QStringLiteral("Eye Pattern"), QStringLiteral("Off")}));
+    }
+
+    void cancelling_the_list_sends_nothing()
+    {
+        clickOnScopes();
+        choose(QStringLiteral("Cancel"));
+        clickOn(m_window->scopes->modeButton(3));
+        m_window->send_mess(QString::fromLatin1(framed("END")));
+        QTRY_COMPARE(m_pty->received(), framed("END"));
+        QCOMPARE(m_window->scopes->modeButton(3)->text(), QStringLiteral("Demod 3 Off"));
+    }
+
+    void a_choice_that_the_list_does_not_have_sends_an_empty_message()
+    {
+        m_window->applyScopeChoice(1, QStringLiteral("3"));
+        QTRY_COMPARE(m_pty->received(), framed(""));
+        QCOMPARE(m_window->scopes->modeButton(1)->text(), QStringLiteral("Demod 1 Off"));
+        m_window->applyScopeChoice(1, QString());
+        m_window->applyScopeChoice(1, QStringLiteral("-1"));
+        QTRY_COMPARE(m_pty->received(), framed("") + framed(""));
+    }
+
+    void the_window_may_go_while_the_list_is_open()
+    {
+        clickOnScopes();
+        whenModal([this](QWidget* dialog) {
+            m_window.reset();
+            if (QWidget* left = QApplication::activeModalWidget()) {
+                left->close();
+            }
+            Q_UNUSED(dialog)
+        });
+        m_window->togglePlotType_ch1();
+        QVERIFY(m_window == nullptr);
+    }
+
+    // ---- messages of the main unit
+
+    void sm_sets_a_demodulator_s_display_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<int>("demodulator");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("plotType");
+        QTest::addColumn<int>("stored");
+        QTest::newRow("off") << QByteArray("SM,1,0") << 1 << "Demod 1 Off" << 1 << 0;
+        QTest::newRow("constellation")
+            << QByteArray("SM,2,1") << 2 << "Demod 2 Constellation" << 2 << 2;
+        QTest::newRow("eye") << QByteArray("SM,3,2") << 3 << "Demod 3 Eye Pattern" << 1 << 1;
+        QTest::newRow("sdi") << QByteArray("SM,1,3") << 1 << "Demod 1 SDI" << 0 << 3;
+        for (const char* none : {"SM,4,1", "SM,0,1", "SM,2,4", "SM,2,-1", "SM,2", "SM", "SM,x,1",
+                 "SM,2,x", "SM,,", "SM,99999999999,1"}) {
+            QTest::addRow("%s does nothing", none)
+                << QByteArray(none) << 2 << "Demod 2 Off" << 1 << 0;
+        }
+    }
+
+    void sm_sets_a_demodulator_s_display()
+    {
+        QFETCH(QByteArray, message);
+        QFETCH(int, demodulator);
+        send(message);
+        QTEST(m_window->scopes->modeButton(demodulator)->text(), "text");
+        QTEST(m_window->scopes->scope(demodulator)->plotType(), "plotType");
+        QTEST(m_window->scopes->storedMode(demodulator), "stored");
+    }
+
+    void sq_hides_and_shows_a_demodulator_s_plots()
+    {
+        send("SQ,2,0");
+        QVERIFY(!m_window->scopes->scope(2)->plotsShown());
+        QVERIFY(m_window->scopes->scope(1)->plotsShown());
+        for (const char* none : {"SQ,2", "SQ", "SQ,2,x", "SQ,x,1", "SQ,4,1", "SQ,0,1"}) {
+            send(none);
+            QVERIFY(!m_window->scopes->scope(2)->plotsShown());
+        }
+        QSignalSpy blocks(m_window->scopes->scope(2), &Scope::rcv_eye_msg);
+        QVERIFY(m_scopeLines[2]->write(steady(1, 1)));
+        QTRY_COMPARE(blocks.size(), 1);
+        send("SQ,2,7");
+        QVERIFY(m_window->scopes->scope(2)->plotsShown());
+    }
+
+    void pm_shows_phase_and_magnitudes()
+    {
+        send("PM,0.375,40,60");
+        QCOMPARE(bar("ch0Bar"), 40);
+        QCOMPARE(bar("ch1Bar"), 60);
+        QCOMPARE(lamp(3), QStringLiteral("QLabel{background:yellow;}"));
+        for (const char* none :
+            {"PM", "PM,0", "PM,0,1", "PM,x,1,2", "PM,0,x,2", "PM,0,1,x", "PM,,,"}) {
+            send(none);
+            QCOMPARE(bar("ch0Bar"), 40);
+            QCOMPARE(bar("ch1Bar"), 60);
+            QCOMPARE(lamp(3), QStringLiteral("QLabel{background:yellow;}"));
+        }
+        send("PM,1e300,99999,-4,extra");
+        QCOMPARE(bar("ch0Bar"), 100);
+        QCOMPARE(bar("ch1Bar"), 0);
+        QCOMPARE(lamp(3), QStringLiteral("QLabel{background:black;}"));
+    }
+
+    // ---- scopes' data
+
+    void a_scope_is_available_while_a_port_is_open()
+    {
+        QVERIFY(m_window->scope_available());
+        m_window.reset();
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_window = std::make_unique<MainWindow>();
+        QVERIFY(!m_window->scope_available());
+    }
+
+    void a_trace_s_colour_is_that_of_its_scope()
+    {
+        m_window->setScopeLineColor(1, 2);
+        QCOMPARE(m_window->scopes->scope(3)->lineColor(), QColor(0, 255, 0));
+        for (const int none : {-1, 3, 1000}) {
+            m_window->setScopeLineColor(6, none);
+        }
+        QCOMPARE(m_window->scopes->scope(1)->lineColor(), QColor(255, 0, 0));
+        QCOMPARE(m_window->scopes->scope(3)->lineColor(), QColor(0, 255, 0));
+    }
+
+    void plots_are_painted_only_while_the_page_is_shown()
+    {
+        auto* plot = m_window->scopes->scope(1)->findChild<PlotView*>(QStringLiteral("plotI"));
+        QSignalSpy blocks(m_window->scopes->scope(1), &Scope::rcv_eye_msg);
+        QVERIFY(m_scopeLines[1]->write(steady(1, 1) + steady(2, 2)));
+        QTRY_COMPARE(blocks.size(), 2);
+        QTest::qWait(100); // longer than the pause before a painting
+        QCOMPARE(plot->paintCount(), 0);
+        clickOnScopes();
+        QTRY_VERIFY(plot->paintCount() > 0);
+        const int shown = plot->paintCount();
+        QVERIFY(m_scopeLines[1]->write(steady(1, 1)));
+        QTRY_VERIFY(plot->paintCount() > shown);
+    }
+
+    void what_comes_in_on_the_re_send_line_goes_to_the_main_unit()
+    {
+        m_window.reset();
+        Pty& line = m_devices->add(QStringLiteral("ttyUSB4"));
+        m_pty = &m_devices->add(QStringLiteral("ttyO1"));
+        m_window = std::make_unique<MainWindow>();
+        m_window->linkMode = 1;
+        QVERIFY(line.write("junk\x02"
+                           "D1:A"));
+        QVERIFY(line.write(QByteArray("BC,1\x04\x04more\x02"
+                                      "D2:DSDM:1\x04")));
+        QTRY_COMPARE(m_pty->received(), framed("D1 D2 D3:ABC,1") + framed("D2:DSDM:1"));
+    }
+
+    void the_pax_main_menu_takes_the_combiner_s_scope_and_gives_it_back()
+    {
+        Scope* scope = m_window->scopes->scope(3);
+        QWidget* home = scope->parentWidget();
+        send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");
+        send("MS,Pax,Tuner CH1,1");
+        send("PAX,1");
+        QVERIFY(scope->disableFixIsize());
+        QTRY_VERIFY(scope->isVisible());
+        QCOMPARE(m_window->stack->currentIndex(), m_window->paxMenuIndex());
+        QVERIFY(m_window->stack->currentWidget()->isAncestorOf(scope));
+        QSignalSpy blocks(scope, &Scope::rcv_eye_msg);
+        QVERIFY(m_scopeLines[3]->write(steady(16384, 16384)));
+        QTRY_COMPARE(blocks.size(), 1);
+        const QRect place(scope->mapTo(m_window.get(), QPoint()), scope->size());
+        QVERIFY(m_window->rect().contains(place));
+        const QString directory = qEnvironmentVariable("QN740_PICTURES");
+        if (!directory.isEmpty()) {
+            QVERIFY(grabScreen().save(directory + QStringLiteral("/pax.png")));
+        }
+        send("PAX,0");
+        QVERIFY(!scope->disableFixIsize());
+        QCOMPARE(scope->parentWidget(), home);
+        // a second return changes nothing
+        send("PAX,0");
+        QCOMPARE(scope->parentWidget(), home);
+        clickOnScopes();
+        QTRY_VERIFY(scope->isVisible());
+    }
+
+    void the_scope_outlives_the_pax_main_menu()
+    {
+        const QPointer<Scope> scope = m_window->scopes->scope(3);
+        send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");
+        send("MS,Pax,Tuner CH1,1");
+        send("PAX,1");
+        send("CLEAR");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(scope != nullptr);
+        QVERIFY(m_window->scopes->isAncestorOf(scope));
+    }
+
+    void nothing_lies_outside_the_screen()
+    {
+        clickOnScopes();
+        const QRect screen(0, 0, 800, 480);
+        QCOMPARE(m_window->size(), screen.size());
+        for (QWidget* widget : m_window->scopes->findChildren<QWidget*>()) {
+            if (widget->isVisible()) {
+                const QRect place(widget->mapTo(m_window.get(), QPoint()), widget->size());
+                QVERIFY2(screen.contains(place), qPrintable(widget->objectName()));
+            }
+        }
+        const QString directory = qEnvironmentVariable("QN740_PICTURES");
+        if (!directory.isEmpty()) {
+            QVERIFY(grabScreen().save(directory + QStringLiteral("/window.png")));
+        }
+    }
+
+private:
+    void send(const QByteArray& body) { m_window->process_mess(QString::fromLatin1(framed(body))); }
+
+    void clickOnScopes()
+    {
+        if (m_window->stack->currentWidget() != m_window->scopes) {
+            clickOn(m_window->scopesButton);
+        }
+        QTRY_COMPARE(m_window->stack->currentWidget(), m_window->scopes);
+    }
+
+    void hideSplash()
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget != m_window.get()) {
+                widget->hide();
+            }
+        }
+    }
+
+    int bar(const char* name) const
+    {
+        return m_window->scopes->findChild<QProgressBar*>(QLatin1String(name))->value();
+    }
+
+    QString lamp(int number) const
+    {
+        return m_window->scopes->findChild<QLabel*>(QStringLiteral("phaseLabel%1").arg(number))
+            ->styleSheet();
+    }
+
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_pty = nullptr;
+    std::map<int, Pty*> m_scopeLines;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+QN740_TEST_MAIN(tst_MainWindowScopes)
+#include "tst_MainWindowScopes.moc"

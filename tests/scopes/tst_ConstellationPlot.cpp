@@ -1,0 +1,107 @@
+#include "scopes/ConstellationPlot.h"
+#include "support/TestMain.h"
+
+#include <limits>
+
+namespace {
+QImage black(QSize size)
+{
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(Qt::black);
+    return picture;
+}
+} // namespace
+
+class tst_ConstellationPlot : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_pair_is_drawn_with_i_to_the_right_and_q_upwards()
+    {
+        ConstellationPlot plot;
+        plot.resize({101, 101});
+        plot.addBlock({0.5, -1.0}, {0.2, -1.0});
+        QImage picture = black({101, 101});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 40) > 0);
+        QVERIFY(plot.image().density(0, 100) > 0);
+        QCOMPARE(plot.image().density(50, 50), 0);
+        QVERIFY(picture.pixelColor(75, 40).red() > 150);
+    }
+
+    void both_axes_are_equally_long_and_have_units()
+    {
+        const PlotAxes axes = ConstellationPlot().axes();
+        QVERIFY(axes.square);
+        QCOMPARE(axes.xLabel, QStringLiteral("I (full scale)"));
+        QCOMPARE(axes.yLabel, QStringLiteral("Q (full scale)"));
+        QCOMPARE(axes.xMin, axes.yMin);
+        QCOMPARE(axes.xMax, axes.yMax);
+    }
+
+    void what_is_plotted_can_be_read_back()
+    {
+        ConstellationPlot plot;
+        QVERIFY(plot.plotted().isEmpty());
+        plot.addBlock({0.1, 0.2, 0.3}, {-0.1, -0.2});
+        QCOMPARE(plot.plotted(), (QVector<QPointF>{{0.1, -0.1}, {0.2, -0.2}}));
+    }
+
+    void the_last_blocks_fade()
+    {
+        ConstellationPlot plot;
+        plot.resize({101, 101});
+        QImage picture = black({101, 101});
+        plot.addBlock({0.5}, {0.5});
+        plot.paint(picture);
+        const int fresh = plot.image().density(75, 25);
+        plot.addBlock({-0.5}, {0.5});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 25) < fresh);
+        QCOMPARE(plot.image().density(25, 25), fresh);
+    }
+
+    void a_new_limit_empties_the_screen_and_scales()
+    {
+        ConstellationPlot plot;
+        plot.resize({101, 101});
+        QImage picture = black({101, 101});
+        plot.addBlock({0.25}, {0.25});
+        plot.paint(picture);
+        plot.setLimit(0.5);
+        plot.addBlock({0.25}, {0.25});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 25) > 0);
+        QCOMPARE(plot.image().density(62, 38), 0);
+    }
+
+    void blocks_that_nobody_sees_do_not_pile_up()
+    {
+        ConstellationPlot plot;
+        for (int k = 0; k < 100'000; ++k) {
+            plot.addBlock({0.0}, {0.0});
+        }
+        plot.resize({101, 101});
+        plot.addBlock({0.5}, {0.5});
+        QImage picture = black({101, 101});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 25) > 0);
+    }
+
+    void wild_values_and_sizes_do_no_harm()
+    {
+        const double wild = std::numeric_limits<double>::infinity();
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        ConstellationPlot plot;
+        for (const QSize size : {QSize(100, 50), QSize(1, 1), QSize(0, 0)}) {
+            plot.resize(size);
+            plot.addBlock({wild, -wild, nan, 1e30, 0.0}, {nan, wild, 0.0, -1e30, 1e300});
+            QImage picture = black(size);
+            plot.paint(picture);
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_ConstellationPlot)
+#include "tst_ConstellationPlot.moc"

@@ -1,0 +1,117 @@
+#include "scopes/DensityImage.h"
+#include "support/TestMain.h"
+
+class tst_DensityImage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_dot_is_three_by_three_and_brightest_in_the_middle()
+    {
+        DensityImage image;
+        image.resize({20, 10});
+        image.addDot(5, 4);
+        QVERIFY(image.density(5, 4) > image.density(4, 4));
+        QVERIFY(image.density(4, 3) > 0 && image.density(6, 5) > 0);
+        QCOMPARE(image.density(7, 4), 0);
+        QCOMPARE(image.density(5, 6), 0);
+    }
+
+    void what_lies_outside_is_cut_off()
+    {
+        DensityImage image;
+        image.resize({13, 7});
+        for (const int far : {-1'000'000, -2, -1, 7, 13, 14, 1'000'000}) {
+            image.addDot(far, far);
+            image.addRun(far, 0, 6);
+            image.addRun(3, far, far);
+        }
+        image.addDot(0, 0);
+        image.addDot(12, 6);
+        image.addRun(12, -1'000'000, 1'000'000);
+        QVERIFY(image.density(12, 0) > 0 && image.density(12, 6) > 0);
+        QCOMPARE(image.density(-1, 0), 0);
+        QCOMPARE(image.density(13, 0), 0);
+    }
+
+    void a_run_goes_either_way()
+    {
+        DensityImage image;
+        image.resize({8, 8});
+        image.addRun(2, 6, 3);
+        image.addRun(3, 3, 6);
+        for (int y = 0; y < 8; ++y) {
+            QCOMPARE(image.density(2, y) > 0, y >= 3 && y <= 6);
+            QCOMPARE(image.density(3, y), image.density(2, y));
+        }
+    }
+
+    void hits_add_up_and_fade_away()
+    {
+        DensityImage image;
+        image.resize({8, 8});
+        image.addRun(1, 1, 1);
+        const int once = image.density(1, 1);
+        image.addRun(1, 1, 1);
+        QVERIFY(image.density(1, 1) > once);
+        for (int k = 0; k < 100; ++k) {
+            image.addRun(1, 1, 1);
+        }
+        QCOMPARE(image.density(1, 1), 255);
+        image.fade();
+        QVERIFY(image.density(1, 1) < 255);
+        for (int block = 1; block < 16; ++block) {
+            image.fade();
+        }
+        QVERIFY(image.density(1, 1) <= 40);
+        for (int block = 0; block < 40; ++block) {
+            image.fade();
+        }
+        QCOMPARE(image.density(1, 1), 0);
+    }
+
+    void is_laid_over_the_picture_in_its_colour()
+    {
+        DensityImage image;
+        image.resize({10, 10});
+        image.setColor(Qt::green);
+        image.addRun(4, 4, 4);
+        QImage picture(10, 10, QImage::Format_RGB32);
+        picture.fill(Qt::black);
+        image.paintOver(picture);
+        const QColor faint = picture.pixelColor(4, 4);
+        QVERIFY(faint.green() > 80 && faint.red() == 0 && faint.blue() == 0);
+        QCOMPARE(picture.pixelColor(5, 4), QColor(Qt::black));
+        for (int k = 0; k < 10; ++k) {
+            image.addRun(4, 4, 4);
+        }
+        image.paintOver(picture);
+        QVERIFY(picture.pixelColor(4, 4).green() >= 250 && picture.pixelColor(4, 4).red() > 120);
+    }
+
+    void a_picture_of_another_size_stays_as_it_is()
+    {
+        DensityImage image;
+        image.resize({10, 10});
+        image.addDot(5, 5);
+        QImage picture(9, 10, QImage::Format_RGB32);
+        picture.fill(Qt::blue);
+        const QImage before = picture.copy();
+        image.paintOver(picture);
+        QCOMPARE(picture, before);
+    }
+
+    void no_size_does_no_harm()
+    {
+        DensityImage image;
+        image.addDot(0, 0);
+        image.fade();
+        image.resize({-5, 3});
+        image.addDot(0, 0);
+        image.addRun(0, 0, 5);
+        QCOMPARE(image.density(0, 0), 0);
+    }
+};
+
+QN740_TEST_MAIN(tst_DensityImage)
+#include "tst_DensityImage.moc"

@@ -1,0 +1,207 @@
+#include "scopes/EyePlot.h"
+#include "support/TestMain.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+constexpr double Pi = 3.14159265358979323846;
+
+QImage black(QSize size)
+{
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(Qt::black);
+    return picture;
+}
+
+// A cosine with its crests at the decisions: +1, -1, +1, ...
+QVector<double> alternating(double amplitude)
+{
+    QVector<double> samples;
+    for (int k = 0; k < 256; ++k) {
+        samples.append(amplitude * std::cos(Pi * k / EyePlot::SamplesPerSymbol));
+    }
+    return samples;
+}
+} // namespace
+
+class tst_EyePlot : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_block_is_folded_at_two_symbols()
+    {
+        const EyePlot eye(QStringLiteral("I"));
+        const auto traces = eye.traces(alternating(0.5));
+        QCOMPARE(traces.size() % EyePlot::PointsPerTrace, size_t{0});
+        QCOMPARE(traces.size() / EyePlot::PointsPerTrace, size_t{30});
+        for (size_t at = 0; at < traces.size(); at += EyePlot::PointsPerTrace) {
+            // each trace from a decision over the next one to the next but one
+            QVERIFY(std::abs(traces[at] + 0.5) < 1e-9);
+            QVERIFY(std::abs(traces[at + 32] - 0.5) < 1e-9);
+            QVERIFY(std::abs(traces[at + 64] + 0.5) < 1e-9);
+            QVERIFY(std::abs(traces[at + 16]) < 0.01);
+        }
+    }
+
+    void the_points_between_the_samples_are_interpolated()
+    {
+        const EyePlot eye(QStringLiteral("I"));
+        const auto traces = eye.traces(alternating(0.5));
+        for (int n = 0; n < EyePlot::PointsPerTrace; ++n) {
+            const double expected = -0.5 * std::cos(Pi * n / 32.0);
+            QVERIFY(std::abs(traces[static_cast<size_t>(n)] - expected) < 0.003);
+        }
+    }
+
+    void too_few_samples_give_no_trace_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("traces");
+        QTest::newRow("none") << 0 << 0;
+        QTest::newRow("one") << 1 << 0;
+        QTest::newRow("one short") << 16 << 0;
+        QTest::newRow("just one trace") << 17 << 1;
+        QTest::newRow("a block") << 256 << 30;
+    }
+
+    void too_few_samples_give_no_trace()
+    {
+        QFETCH(int, count);
+        QFETCH(int, traces);
+        const EyePlot eye(QStringLiteral("I"));
+        QCOMPARE(static_cast<int>(eye.traces(QVector<double>(count, 0.1)).size()) /
+                EyePlot::PointsPerTrace,
+            traces);
+    }
+
+    void the_eye_is_drawn_where_its_values_are()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({129, 101});
+        eye.addBlock(alternating(0.5));
+        QImage picture = black({129, 101});
+        eye.paint(picture);
+        const DensityImage& image = eye.image();
+        QVERIFY(image.density(0, 75) > 0);   // -0.5 at the left edge
+        QVERIFY(image.density(64, 25) > 0);  // +0.5 in the middle
+        QVERIFY(image.density(128, 75) > 0); // -0.5 at the right edge
+        QCOMPARE(image.density(64, 50), 0);  // the opening
+        QCOMPARE(image.density(64, 75), 0);
+        // every column is hit
+        for (int x = 0; x < 129; ++x) {
+            int hits = 0;
+            for (int y = 0; y < 101; ++y) {
+                hits += image.density(x, y) > 0 ? 1 : 0;
+            }
+            QVERIFY(hits > 0);
+        }
+        QVERIFY(picture.pixelColor(64, 25).red() > 200);
+    }
+
+    void a_steep_edge_has_no_gap()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({20, 200});
+        eye.addBlock(alternating(0.9));
+        QImage picture = black({20, 200});
+        eye.paint(picture);
+        for (int y = 15; y < 185; ++y) {
+            int hits = 0;
+            for (int x = 0; x < 20; ++x) {
+                hits += eye.image().density(x, y) > 0 ? 1 : 0;
+            }
+            QVERIFY2(hits > 0, qPrintable(QString::number(y)));
+        }
+    }
+
+    void nothing_is_drawn_before_somebody_looks()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({100, 100});
+        eye.addBlock(alternating(0.5));
+        for (int x = 0; x < 100; ++x) {
+            for (int y = 0; y < 100; ++y) {
+                QCOMPARE(eye.image().density(x, y), 0);
+            }
+        }
+    }
+
+    void an_old_block_fades_under_new_ones()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({129, 101});
+        QImage picture = black({129, 101});
+        eye.addBlock(alternating(0.5));
+        eye.paint(picture);
+        const int fresh = eye.image().density(64, 25);
+        for (int block = 0; block < 6; ++block) {
+            eye.addBlock(QVector<double>(256, 0.0));
+            eye.paint(picture);
+        }
+        QVERIFY(eye.image().density(64, 25) < fresh);
+        QVERIFY(eye.image().density(64, 25) > 0);
+        QVERIFY(eye.image().density(64, 50) > 0);
+    }
+
+    void a_new_limit_empties_the_screen_and_scales()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({129, 101});
+        QImage picture = black({129, 101});
+        eye.addBlock(QVector<double>(256, 0.25));
+        eye.paint(picture);
+        eye.setLimit(0.5);
+        QCOMPARE(eye.axes().yMax, 0.5);
+        QCOMPARE(eye.axes().yMin, -0.5);
+        eye.addBlock(QVector<double>(256, 0.25));
+        eye.paint(picture);
+        QVERIFY(eye.image().density(64, 25) > 0);
+        QCOMPARE(eye.image().density(64, 37), 0);
+    }
+
+    void a_new_size_keeps_the_newest_block()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({129, 101});
+        QImage picture = black({129, 101});
+        eye.addBlock(QVector<double>(256, 0.0));
+        eye.paint(picture);
+        eye.resize({65, 51});
+        picture = black({65, 51});
+        eye.paint(picture);
+        QVERIFY(eye.image().density(30, 25) > 0);
+    }
+
+    void wild_values_and_sizes_do_no_harm()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        QVector<double> samples(256, std::numeric_limits<double>::infinity());
+        samples[40] = std::numeric_limits<double>::quiet_NaN();
+        samples[80] = -1e300;
+        samples[120] = 1e30;
+        for (const QSize size : {QSize(100, 50), QSize(1, 1), QSize(0, 0), QSize(2, 2)}) {
+            eye.resize(size);
+            eye.addBlock(samples);
+            QImage picture = black(size);
+            eye.paint(picture);
+        }
+        eye.setLimit(0.0);
+        QCOMPARE(eye.axes().yMax, 1.0);
+    }
+
+    void axes_have_units()
+    {
+        EyePlot eye(QStringLiteral("I (full scale)"));
+        QCOMPARE(eye.axes().xLabel, QStringLiteral("Time (symbols)"));
+        QCOMPARE(eye.axes().yLabel, QStringLiteral("I (full scale)"));
+        QCOMPARE(eye.axes().xMin, -1.0);
+        QCOMPARE(eye.axes().xMax, 1.0);
+        eye.setTimeLabel(false);
+        QVERIFY(eye.axes().xLabel.isEmpty());
+    }
+};
+
+QN740_TEST_MAIN(tst_EyePlot)
+#include "tst_EyePlot.moc"

@@ -1,0 +1,130 @@
+#include "scopes/Interpolator.h"
+#include "support/TestMain.h"
+
+#include <cmath>
+
+namespace {
+constexpr double Pi = 3.14159265358979323846;
+} // namespace
+
+class tst_Interpolator : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_samples_are_kept_exactly()
+    {
+        QVector<double> samples;
+        for (int k = 0; k < 50; ++k) {
+            samples.append(std::sin(k * 1.7) * 0.8);
+        }
+        const QVector<double> points = Interpolator(8).interpolate(samples);
+        QCOMPARE(points.size(), 400);
+        for (int k = 0; k < 50; ++k) {
+            QVERIFY(points.at(k * 8) == samples.at(k));
+        }
+    }
+
+    void a_constant_stays_that_constant()
+    {
+        const QVector<double> points = Interpolator(8).interpolate(QVector<double>(20, 0.625));
+        for (const double point : points) {
+            QVERIFY(std::abs(point - 0.625) < 1e-12);
+        }
+    }
+
+    // a shaped signal of 4 samples a symbol ends between 0.15 and 0.19 of the rate
+    void a_sine_comes_out_as_that_sine_data()
+    {
+        QTest::addColumn<double>("frequency");
+        QTest::addColumn<double>("tolerance");
+        QTest::newRow("0.05") << 0.05 << 0.001;
+        QTest::newRow("0.17") << 0.17 << 0.003;
+        QTest::newRow("0.25") << 0.25 << 0.01;
+        QTest::newRow("0.33") << 0.33 << 0.07;
+    }
+
+    void a_sine_comes_out_as_that_sine()
+    {
+        QFETCH(double, frequency);
+        QFETCH(double, tolerance);
+        QVector<double> samples;
+        for (int k = 0; k < 256; ++k) {
+            samples.append(std::sin(2 * Pi * frequency * k + 0.3));
+        }
+        const QVector<double> points = Interpolator(8).interpolate(samples);
+        double worst = 0.0;
+        for (int n = 8 * 8; n < 8 * 248; ++n) {
+            worst = std::max(
+                worst, std::abs(points.at(n) - std::sin(2 * Pi * frequency * n / 8.0 + 0.3)));
+        }
+        QVERIFY2(worst < tolerance, qPrintable(QString::number(worst)));
+    }
+
+    void the_inner_part_is_the_same()
+    {
+        QVector<double> samples;
+        for (int k = 0; k < 40; ++k) {
+            samples.append(std::cos(k * k * 0.1));
+        }
+        const Interpolator interpolator(8);
+        const QVector<double> all = interpolator.interpolate(samples);
+        QVector<double> inner(20 * 8);
+        interpolator.interpolateInner(samples.constData() + 10, 20, inner.data());
+        QCOMPARE(inner, all.mid(80, 160));
+    }
+
+    void an_odd_factor_is_cut_to_what_is_possible()
+    {
+        QCOMPARE(Interpolator(0).factor(), 1);
+        QCOMPARE(Interpolator(-3).factor(), 1);
+        QCOMPARE(Interpolator(1000).factor(), 64);
+        QCOMPARE(Interpolator(1).interpolate({1.0, 2.0}), (QVector<double>{1.0, 2.0}));
+    }
+
+    void no_samples_give_no_points() { QVERIFY(Interpolator(8).interpolate({}).isEmpty()); }
+
+    void a_step_of_the_filter_answers_an_impulse_with_its_taps()
+    {
+        const double taps[] = {0.5, -0.25, 0.125};
+        double delay[3] = {0.0, 0.0, 0.0};
+        int state = 0;
+        QVector<double> answer;
+        for (const double input : {1.0, 0.0, 0.0, 0.0, 0.0}) {
+            answer.append(firStep(input, 3, taps, delay, state));
+        }
+        QCOMPARE(answer, (QVector<double>{0.5, -0.25, 0.125, 0.0, 0.0}));
+    }
+
+    void a_step_of_the_filter_is_a_convolution_around_the_line_s_end()
+    {
+        const QVector<double> taps{0.1, 0.7, -0.3, 0.05};
+        QVector<double> input;
+        for (int n = 0; n < 23; ++n) {
+            input.append(std::sin(n * 0.9));
+        }
+        double delay[4] = {};
+        int state = 0;
+        for (int n = 0; n < 23; ++n) {
+            double expected = 0.0;
+            for (int k = 0; k < 4 && k <= n; ++k) {
+                expected += taps.at(k) * input.at(n - k);
+            }
+            QCOMPARE(firStep(input.at(n), 4, taps.constData(), delay, state), expected);
+            QVERIFY(state >= 0 && state < 4);
+        }
+    }
+
+    void a_filter_without_taps_or_with_a_wild_position_does_no_harm()
+    {
+        double delay[2] = {};
+        const double taps[] = {1.0, 1.0};
+        int state = 77;
+        QCOMPARE(firStep(1.0, 0, taps, delay, state), 0.0);
+        QCOMPARE(firStep(0.5, 2, taps, delay, state), 0.5);
+        QVERIFY(state >= 0 && state < 2);
+    }
+};
+
+QN740_TEST_MAIN(tst_Interpolator)
+#include "tst_Interpolator.moc"

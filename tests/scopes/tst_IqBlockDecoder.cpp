@@ -1,0 +1,272 @@
+#include "scopes/IqBlockDecoder.h"
+#include "scopes/Streams.h"
+#include "support/TestMain.h"
+
+namespace {
+
+// Feeds all bytes in pieces of at most `most` bytes (random sizes when `random` is given).
+void feed(IqBlockDecoder& decoder, const QByteArray& bytes, streams::Blocks& blocks,
+    std::mt19937* random = nullptr, int most = 1 << 30)
+{
+    qsizetype at = 0;
+    while (at < bytes.size()) {
+        qsizetype piece = random != nullptr ? 1 + static_cast<int>((*random)() % 5000) : most;
+        piece = std::min(piece, bytes.size() - at);
+        const qsizetype end = at + piece;
+        while (at < end) {
+            const qsizetype taken = decoder.take(bytes.constData() + at, end - at);
+            QVERIFY(taken > 0 && taken <= end - at);
+            at += taken;
+            if (decoder.blockReady()) {
+                blocks.i.append(decoder.i());
+                blocks.q.append(decoder.q());
+                blocks.maxI.append(decoder.maxAbsI());
+                blocks.maxQ.append(decoder.maxAbsQ());
+            }
+        }
+    }
+}
+
+streams::Blocks blocksOf(const QByteArray& bytes)
+{
+    IqBlockDecoder decoder;
+    streams::Blocks blocks;
+    feed(decoder, bytes, blocks);
+    return blocks;
+}
+
+QByteArray ramp(int first)
+{
+    QVector<int> i(256);
+    QVector<int> q(256);
+    for (int k = 0; k < 256; ++k) {
+        i[k] = first + k;
+        q[k] = -first - k;
+    }
+    return streams::block(i, q);
+}
+
+} // namespace
+
+class tst_IqBlockDecoder : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_block_is_decoded_in_order()
+    {
+        const streams::Blocks blocks = blocksOf(ramp(1000));
+        QCOMPARE(blocks.i.size(), 1);
+        for (int k = 1; k < 256; ++k) {
+            QCOMPARE(blocks.i.first().at(k), (1000 + k) / 32768.0);
+            QCOMPARE(blocks.q.first().at(k), -(1000 + k) / 32768.0);
+        }
+    }
+
+    void the_first_i_sample_takes_the_value_of_the_second()
+    {
+        const streams::Blocks blocks = blocksOf(ramp(1000));
+        QCOMPARE(blocks.i.first().at(0), 1001 / 32768.0);
+        QCOMPARE(blocks.q.first().at(0), -1000 / 32768.0);
+    }
+
+    void samples_scale_to_full_scale_data()
+    {
+        QTest::addColumn<int>("sample");
+        QTest::addColumn<double>("value");
+        QTest::newRow("lowest") << -32768 << -1.0;
+        QTest::newRow("highest") << 32767 << 0.999969482421875;
+        QTest::newRow("zero") << 0 << 0.0;
+        QTest::newRow("one step") << 1 << 3.0517578125e-05;
+    }
+
+    void samples_scale_to_full_scale()
+    {
+        QFETCH(int, sample);
+        QFETCH(double, value);
+        const QVector<int> samples(256, sample);
+        const streams::Blocks blocks = blocksOf(streams::block(samples, samples));
+        QCOMPARE(blocks.i.size(), 1);
+        QVERIFY(blocks.i.first().at(17) == value);
+        QVERIFY(blocks.q.first().at(255) == value);
+        QVERIFY(blocks.maxI.first() == std::abs(value));
+    }
+
+    void a_stream_that_starts_mid_block_is_synchronised_at_the_next_one_data()
+    {
+        QTest::addColumn<int>("start");
+        for (const int start : {1, 5, 6, 7, 12, 13, 700, 1530, 1535}) {
+            QTest::addRow("%d bytes late", start) << start;
+        }
+    }
+
+    void a_stream_that_starts_mid_block_is_synchronised_at_the_next_one()
+    {
+        QFETCH(int, start);
+        const streams::Blocks blocks = blocksOf(ramp(10).mid(start) + ramp(2000) + ramp(3000));
+        QCOMPARE(blocks.i.size(), 2);
+        QCOMPARE(blocks.i.at(0).at(5), 2005 / 32768.0);
+        QCOMPARE(blocks.i.at(1).at(5), 3005 / 32768.0);
+    }
+
+    void a_wrong_index_drops_the_block_data()
+    {
+        QTest::addColumn<int>("record");
+        QTest::addColumn<int>("index");
+        QTest::newRow("100 carries 101") << 100 << 101;
+        QTest::newRow("3 carries 4") << 3 << 4;
+        QTest::newRow("the last carries 0") << 255 << 0;
+        QTest::newRow("50 carries 50 + 256") << 50 << 306;
+    }
+
+    void a_wrong_index_drops_the_block()
+    {
+        QFETCH(int, record);
+        QFETCH(int, index);
+        QByteArray broken = ramp(10);
+        qToBigEndian(static_cast<quint16>(index), broken.data() + record * 6);
+        const streams::Blocks blocks = blocksOf(broken + ramp(2000));
+        QCOMPARE(blocks.i.size(), 1);
+        QCOMPARE(blocks.i.first().at(1), 2001 / 32768.0);
+    }
+
+    void seventeen_bytes_are_not_enough_to_synchronise()
+    {
+        IqBlockDecoder decoder;
+        const QByteArray bytes = ramp(0);
+        QCOMPARE(decoder.take(bytes.constData(), 17), 17);
+        QVERIFY(!decoder.synced());
+        QCOMPARE(decoder.take(bytes.constData() + 17, 1), 1);
+        QVERIFY(decoder.synced());
+        QVERIFY(!decoder.lostSync());
+    }
+
+    void a_dropped_byte_is_noted()
+    {
+        IqBlockDecoder decoder;
+        const QByteArray bytes = 'x' + ramp(0).left(20);
+        decoder.take(bytes.constData(), bytes.size());
+        QVERIFY(decoder.synced());
+        QVERIFY(decoder.lostSync());
+    }
+
+    void after_a_block_the_hunt_begins_anew()
+    {
+        IqBlockDecoder decoder;
+        const QByteArray bytes = ramp(0);
+        QCOMPARE(decoder.take(bytes.constData(), bytes.size()), 1536);
+        QVERIFY(decoder.blockReady());
+        QVERIFY(!decoder.synced());
+    }
+
+    void the_largest_magnitudes_are_those_of_the_block_and_begin_anew_with_each()
+    {
+        QVector<int> i(256, 100);
+        QVector<int> q(256, -200);
+        i[0] = -30000; // counts, though another value takes its place
+        q[200] = -32768;
+        const QVector<int> quiet(256, 7);
+        const streams::Blocks blocks =
+            blocksOf(streams::block(i, q) + streams::block(quiet, quiet));
+        QCOMPARE(blocks.maxI, (QVector<double>{30000 / 32768.0, 7 / 32768.0}));
+        QCOMPARE(blocks.maxQ, (QVector<double>{1.0, 7 / 32768.0}));
+    }
+
+    void taking_stops_behind_a_block()
+    {
+        IqBlockDecoder decoder;
+        const QByteArray bytes = ramp(0) + ramp(1);
+        QCOMPARE(decoder.take(bytes.constData(), bytes.size()), 1536);
+        QCOMPARE(decoder.take(bytes.constData() + 1536, 1536), 1536);
+        QVERIFY(decoder.blockReady());
+        QCOMPARE(decoder.take(nullptr, 0), 0);
+        QVERIFY(!decoder.blockReady());
+    }
+
+    void any_split_gives_what_byte_by_byte_gives_data()
+    {
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed = 1; seed <= 40; ++seed) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+
+    void any_split_gives_what_byte_by_byte_gives()
+    {
+        QFETCH(quint32, seed);
+        std::mt19937 random(seed);
+        const QByteArray bytes = streams::mischief(random, 60000);
+        streams::PlainReceiver plain;
+        for (const char byte : bytes) {
+            plain.take(byte);
+        }
+        QVERIFY(plain.blocks.i.size() >= 1);
+        for (const int most : {1, 2, 17, 18, 19, 1024, 1535, 1536, 1537, 1 << 30}) {
+            IqBlockDecoder decoder;
+            streams::Blocks blocks;
+            feed(decoder, bytes, blocks, nullptr, most);
+            QVERIFY2(blocks == plain.blocks, qPrintable(QString::number(most)));
+        }
+        for (int round = 0; round < 5; ++round) {
+            IqBlockDecoder decoder;
+            streams::Blocks blocks;
+            feed(decoder, bytes, blocks, &random);
+            QVERIFY(blocks == plain.blocks);
+        }
+    }
+
+    void a_stream_that_loses_a_byte_every_ten_thousand_still_gives_most_blocks()
+    {
+        std::mt19937 random(5);
+        QByteArray bytes;
+        for (int k = 0; k < 200; ++k) {
+            bytes += streams::randomBlock(random);
+        }
+        bytes.remove(0, 777);
+        int lost = 0;
+        for (qsizetype at = 9999; at < bytes.size(); at += 9999) {
+            bytes.remove(at, 1);
+            ++lost;
+        }
+        // the cut one in front; each lost byte costs its block and the one that was taken with it
+        const streams::Blocks blocks = blocksOf(bytes);
+        QVERIFY2(blocks.i.size() >= 199 - 2 * lost, qPrintable(QString::number(blocks.i.size())));
+        QVERIFY(blocks.i.size() < 200 - lost);
+    }
+
+    void ten_million_bytes_of_mischief_do_no_harm()
+    {
+        std::mt19937 random(12345);
+        IqBlockDecoder decoder;
+        qsizetype fed = 0;
+        qsizetype blocks = 0;
+        while (fed < 10'000'000) {
+            QByteArray bytes = streams::mischief(random, 200'000);
+            if (random() % 4 == 0) {
+                for (char& byte : bytes) {
+                    byte = static_cast<char>(random());
+                }
+            }
+            streams::Blocks found;
+            feed(decoder, bytes, found, &random);
+            fed += bytes.size();
+            blocks += found.i.size();
+            for (const QVector<double>& i : std::as_const(found.i)) {
+                QCOMPARE(i.size(), 256);
+                QVERIFY(
+                    std::all_of(i.begin(), i.end(), [](double v) { return v >= -1.0 && v < 1.0; }));
+            }
+        }
+        QVERIFY(blocks > 1000);
+        // and it is as good as new
+        streams::Blocks after;
+        feed(decoder,
+            streams::randomBlock(random) + streams::randomBlock(random) +
+                streams::randomBlock(random),
+            after);
+        QVERIFY(after.i.size() >= 2);
+    }
+};
+
+QN740_TEST_MAIN(tst_IqBlockDecoder)
+#include "tst_IqBlockDecoder.moc"

@@ -1,0 +1,97 @@
+#include "scopes/RangeKeeper.h"
+#include "support/TestMain.h"
+
+#include <limits>
+
+class tst_RangeKeeper : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void begins_at_full_scale() { QCOMPARE(RangeKeeper().limit(), 1.0); }
+
+    void fits_the_signal_in_steps_data()
+    {
+        QTest::addColumn<double>("peak");
+        QTest::addColumn<double>("limit");
+        QTest::newRow("full scale") << 1.0 << 1.0;
+        QTest::newRow("0.8 has no room in 0.8") << 0.8 << 1.0;
+        QTest::newRow("0.7") << 0.7 << 0.8;
+        QTest::newRow("0.5") << 0.5 << 0.6;
+        QTest::newRow("0.38") << 0.38 << 0.4;
+        QTest::newRow("0.25") << 0.25 << 0.3;
+        QTest::newRow("0.16") << 0.16 << 0.2;
+        QTest::newRow("0.11") << 0.11 << 0.15;
+        QTest::newRow("0.09") << 0.09 << 0.1;
+        QTest::newRow("0.05") << 0.05 << 0.06;
+        QTest::newRow("0.0000001") << 1e-7 << 0.001;
+    }
+
+    void fits_the_signal_in_steps()
+    {
+        QFETCH(double, peak);
+        QFETCH(double, limit);
+        RangeKeeper range;
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            range.addPeak(peak);
+        }
+        QCOMPARE(range.limit(), limit);
+    }
+
+    void grows_at_once()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            range.addPeak(0.05);
+        }
+        QCOMPARE(range.limit(), 0.06);
+        range.addPeak(0.9);
+        QCOMPARE(range.limit(), 1.0);
+    }
+
+    void does_not_jump_with_a_signal_that_comes_and_goes()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < 200; ++k) {
+            range.addPeak(k % 10 == 0 ? 0.9 : 0.01);
+            QCOMPARE(range.limit(), 1.0);
+        }
+    }
+
+    void shrinks_to_what_held_all_blocks_of_the_wait()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            QCOMPARE(range.limit(), 1.0);
+            range.addPeak(k == 3 ? 0.35 : 0.01);
+        }
+        QCOMPARE(range.limit(), 0.4);
+    }
+
+    void silence_and_nonsense_change_nothing()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < 100; ++k) {
+            range.addPeak(0.0);
+            range.addPeak(std::numeric_limits<double>::quiet_NaN());
+        }
+        QCOMPARE(range.limit(), 1.0);
+        range.addPeak(std::numeric_limits<double>::infinity());
+        QCOMPARE(range.limit(), 1.0);
+    }
+
+    void fixed_is_full_scale_whatever_comes()
+    {
+        RangeKeeper range;
+        range.setFixed(true);
+        for (int k = 0; k < 100; ++k) {
+            range.addPeak(0.01);
+            QCOMPARE(range.limit(), 1.0);
+        }
+        range.setFixed(false);
+        QCOMPARE(range.limit(), 0.015);
+    }
+};
+
+QN740_TEST_MAIN(tst_RangeKeeper)
+#include "tst_RangeKeeper.moc"

@@ -1,0 +1,442 @@
+#include "scopes/PlotView.h"
+#include "scopes/Scope.h"
+#include "scopes/Streams.h"
+#include "support/Pty.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+
+#include <cmath>
+
+namespace {
+
+PlotView* plot(const Scope& scope, const char* name)
+{
+    return scope.findChild<PlotView*>(QLatin1String(name));
+}
+
+QByteArray steady(int i, int q)
+{
+    return streams::block(QVector<int>(256, i), QVector<int>(256, q));
+}
+
+// A scope with its port on a pseudo-terminal, shown.
+struct Bench
+{
+    DeviceDirectory devices;
+    Pty& line = devices.add(QStringLiteral("ttyUSB1"));
+    Scope scope{QStringLiteral("ttyUSB1"), 1, nullptr};
+    QSignalSpy blocks{&scope, &Scope::rcv_eye_msg};
+    QSignalSpy records{&scope, &Scope::rcv_sdi_msg};
+
+    explicit Bench(bool shown = true)
+    {
+        scope.resize(262, 310);
+        if (shown) {
+            scope.show();
+            static_cast<void>(QTest::qWaitForWindowExposed(&scope));
+        }
+    }
+};
+
+} // namespace
+
+class tst_Scope : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void opens_its_port_with_the_line_s_settings()
+    {
+        Bench bench;
+        QVERIFY(bench.scope.portIsOpen());
+        QCOMPARE(bench.scope.portName(), QStringLiteral("ttyUSB1"));
+        QCOMPARE(bench.scope.demodulator(), 1);
+        const auto* port = bench.scope.findChild<QSerialPort*>();
+        if (port != nullptr) {
+            QCOMPARE(port->baudRate(), 115200);
+            QCOMPARE(port->readBufferSize(), 4096);
+        }
+    }
+
+    void begins_as_eye_pattern_in_red_with_two_plots()
+    {
+        Bench bench;
+        QCOMPARE(bench.scope.plotType(), static_cast<int>(Scope::EyePattern));
+        QCOMPARE(bench.scope.lineColor(), QColor(255, 0, 0));
+        QVERIFY(plot(bench.scope, "plotI")->isVisible());
+        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
+        QVERIFY(plot(bench.scope, "plotI")->y() < plot(bench.scope, "plotQ")->y());
+        QCOMPARE(bench.scope.layout()->contentsMargins(), QMargins());
+        QVERIFY(plot(bench.scope, "plotI")->geometry().left() == 0);
+    }
+
+    void a_block_is_plotted_and_passed_on()
+    {
+        Bench bench;
+        QVERIFY(bench.line.write(steady(16384, -8192)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        const auto i = bench.blocks.first().at(0).value<QVector<double>>();
+        const auto q = bench.blocks.first().at(1).value<QVector<double>>();
+        QCOMPARE(i, QVector<double>(256, 0.5));
+        QCOMPARE(q, QVector<double>(256, -0.25));
+        PlotView* plotI = plot(bench.scope, "plotI");
+        const int before = plotI->paintCount();
+        QTRY_VERIFY(plotI->paintCount() > before ||
+            plotI->grab().toImage().pixelColor(plotI->dataArea().center()).isValid());
+        const QImage picture = plotI->grab().toImage();
+        const QRect area = plotI->dataArea();
+        const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.25));
+        QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
+    }
+
+    void a_broken_block_yields_no_plot_and_no_signal()
+    {
+        Bench bench;
+        QByteArray broken = steady(100, 100);
+        broken[601] = 101; // the low byte of record 100's index
+        QVERIFY(bench.line.write(broken + steady(200, 200)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        QCOMPARE(bench.blocks.first().at(0).value<QVector<double>>().at(9), 200 / 32768.0);
+    }
+
+    void many_blocks_at_once_are_all_passed_on_in_order()
+    {
+        Bench bench;
+        QByteArray bytes;
+        for (int k = 1; k <= 20; ++k) {
+            bytes += steady(k * 100, 0);
+        }
+        QVERIFY(bench.line.write(bytes));
+        QTRY_COMPARE(bench.blocks.size(), 20);
+        for (int k = 1; k <= 20; ++k) {
+            QCOMPARE(
+                bench.blocks.at(k - 1).at(0).value<QVector<double>>().at(1), k * 100 / 32768.0);
+        }
+    }
+
+    void a_stream_that_starts_mid_block_and_loses_bytes_is_still_shown()
+    {
+        Bench bench;
+        bench.scope.plotClickSlot(); // fixed range
+        QByteArray bytes;
+        for (int k = 0; k < 60; ++k) {
+            bytes += steady(16384, 16384);
+        }
+        bytes.remove(0, 900);
+        int lost = 0;
+        for (qsizetype at = 9999; at < bytes.size(); at += 9999) {
+            bytes.remove(at, 1);
+            ++lost;
+        }
+        QVERIFY(bench.line.write(bytes));
+        QTRY_VERIFY(bench.blocks.size() >= 59 - 2 * lost);
+        PlotView* plotI = plot(bench.scope, "plotI");
+        QTRY_VERIFY(plotI->paintCount() > 0);
+        const QImage picture = plotI->grab().toImage();
+        const QRect area = plotI->dataArea();
+        const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.25));
+        QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
+    }
+
+    void an_sdi_read_is_plotted_and_passed_on()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Sdi);
+        QVERIFY(bench.line.write(QByteArray("\x00\xff"
+                                            "abcde",
+            7)));
+        QTRY_COMPARE(bench.records.size(), 1);
+        QCOMPARE(bench.records.first().first().toByteArray(), QByteArray("abcde"));
+        QVERIFY(bench.blocks.isEmpty());
+    }
+
+    void an_sdi_read_that_begins_with_its_start_byte_yields_nothing()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Sdi);
+        QVERIFY(bench.line.write(QByteArray("\xff"
+                                            "abcde")));
+        QTest::qWait(100); // nothing can be waited for: let the read happen
+        QVERIFY(bench.line.write(QByteArray("\x00\xff"
+                                            "12345",
+            7)));
+        QTRY_COMPARE(bench.records.size(), 1);
+        QCOMPARE(bench.records.first().first().toByteArray(), QByteArray("12345"));
+    }
+
+    void every_other_plot_type_receives_blocks_data()
+    {
+        QTest::addColumn<int>("type");
+        for (const int type : {1, 2, 3, -1, 1000}) {
+            QTest::addRow("%d", type) << type;
+        }
+    }
+
+    void every_other_plot_type_receives_blocks()
+    {
+        QFETCH(int, type);
+        Bench bench;
+        bench.scope.setPlotType(type);
+        QVERIFY(bench.line.write(steady(1, 1)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        QVERIFY(bench.records.isEmpty());
+    }
+
+    void the_plot_type_toggles_between_eye_and_constellation()
+    {
+        Bench bench;
+        bench.scope.togglePlotType();
+        QCOMPARE(bench.scope.plotType(), 2);
+        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.togglePlotType();
+        QCOMPARE(bench.scope.plotType(), 1);
+        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.setPlotType(0);
+        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.togglePlotType();
+        QCOMPARE(bench.scope.plotType(), 1);
+    }
+
+    void a_constellation_is_square_and_stays_in_the_middle()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        bench.scope.grab();
+        const PlotView* view = plot(bench.scope, "plotI");
+        QTRY_COMPARE(view->size(), QSize(262, 262));
+        bench.scope.grab();
+        QCOMPARE(view->dataArea().width(), view->dataArea().height());
+        QCOMPARE(view->y(), 24);
+        bench.scope.setDisableFixIsize(true);
+        QVERIFY(bench.scope.disableFixIsize());
+        QTRY_COMPARE(view->size(), QSize(262, 310));
+        bench.scope.grab();
+        QCOMPARE(view->dataArea().width(), view->dataArea().height());
+    }
+
+    void the_settings_answer_what_was_set()
+    {
+        Bench bench;
+        QCOMPARE(bench.scope.numOfPlots(), 2);
+        QVERIFY(bench.scope.showQPlot());
+        QCOMPARE(bench.scope.sdiStripCount(), 5);
+        bench.scope.setShowQPlot(false);
+        QVERIFY(!bench.scope.showQPlot());
+        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.setShowQPlot(true);
+        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.setNumOfPlots(1);
+        QCOMPARE(bench.scope.numOfPlots(), 1);
+        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.setSdiStripCount(3);
+        QCOMPARE(bench.scope.sdiStripCount(), 3);
+    }
+
+    void a_line_colour_is_taken_by_its_number_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::addColumn<QColor>("color");
+        QTest::newRow("0 red") << 0 << QColor(255, 0, 0);
+        QTest::newRow("1 green") << 1 << QColor(0, 255, 0);
+        QTest::newRow("2 blue, light enough for black") << 2 << QColor(64, 64, 255);
+        QTest::newRow("3 cyan") << 3 << QColor(0, 255, 255);
+        QTest::newRow("4 magenta") << 4 << QColor(255, 0, 255);
+        QTest::newRow("5 yellow") << 5 << QColor(255, 255, 0);
+        QTest::newRow("6 white") << 6 << QColor(255, 255, 255);
+        QTest::newRow("7 grey") << 7 << QColor(160, 160, 160);
+        QTest::newRow("8 is none") << 8 << QColor(255, 0, 0);
+        QTest::newRow("-1 is none") << -1 << QColor(255, 0, 0);
+    }
+
+    void a_line_colour_is_taken_by_its_number()
+    {
+        QFETCH(int, number);
+        QFETCH(QColor, color);
+        Bench bench;
+        bench.scope.setLineColor(number);
+        QCOMPARE(bench.scope.lineColor(), color);
+        bench.scope.setPlotType(Scope::Constellation);
+        QVector<double> zero(256, 0.25);
+        bench.scope.plotEyeConsData(zero, zero);
+        PlotView* view = plot(bench.scope, "plotI");
+        const QImage picture = view->grab().toImage();
+        const QRect area = view->dataArea();
+        const auto at = [&](double part) {
+            return static_cast<int>(std::lround((area.width() - 1) * part));
+        };
+        const QColor dot =
+            picture.pixelColor(area.left() + at(0.625), area.top() + at(1.0 - 0.625));
+        // a dot that was hit 256 times shines in its colour, mixed with white
+        for (const auto& [part, full] : {std::pair{dot.red(), color.red()},
+                 {dot.green(), color.green()}, {dot.blue(), color.blue()}}) {
+            QVERIFY(part >= full - 2);
+        }
+    }
+
+    void hidden_plots_are_not_painted_but_blocks_are_passed_on()
+    {
+        Bench bench(false);
+        QVERIFY(bench.line.write(steady(1, 2) + steady(3, 4)));
+        QTRY_COMPARE(bench.blocks.size(), 2);
+        QTest::qWait(100); // longer than the pause before a painting
+        QCOMPARE(plot(bench.scope, "plotI")->paintCount(), 0);
+        QCOMPARE(plot(bench.scope, "plotQ")->paintCount(), 0);
+    }
+
+    void plots_can_be_hidden_while_the_scope_goes_on_receiving()
+    {
+        Bench bench;
+        bench.scope.setPlotsShown(false);
+        QVERIFY(!plot(bench.scope, "plotI")->isVisible());
+        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        QVERIFY(bench.scope.isVisible());
+        QCOMPARE(bench.scope.size(), QSize(262, 310));
+        QVERIFY(bench.line.write(steady(1, 2)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        // a change of type shows none of them
+        bench.scope.setPlotType(2);
+        QVERIFY(!plot(bench.scope, "plotI")->isVisible());
+        bench.scope.setPlotType(1);
+        bench.scope.setPlotsShown(true);
+        QVERIFY(plot(bench.scope, "plotI")->isVisible());
+        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
+    }
+
+    void what_came_while_hidden_is_there_when_it_is_shown()
+    {
+        Bench bench(false);
+        QVector<double> half(256, 0.5);
+        bench.scope.plotEyeConsData(half, half);
+        bench.scope.show();
+        PlotView* view = plot(bench.scope, "plotI");
+        QTRY_VERIFY(view->paintCount() > 0);
+        const QImage picture = view->grab().toImage();
+        const QRect area = view->dataArea();
+        const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.25));
+        QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
+    }
+
+    void a_touch_on_a_plot_changes_between_fitted_and_fixed_range()
+    {
+        Bench bench;
+        QVERIFY(!bench.scope.fixedRange());
+        QVector<double> quiet(256, 0.05);
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            bench.scope.plotEyeConsData(quiet, quiet);
+        }
+        PlotView* view = plot(bench.scope, "plotI");
+        view->grab();
+        QCOMPARE(view->yAxis->range().upper, 0.06);
+        clickOn(view);
+        QVERIFY(bench.scope.fixedRange());
+        view->grab();
+        QCOMPARE(view->yAxis->range().upper, 1.0);
+        clickOn(plot(bench.scope, "plotQ"));
+        QVERIFY(!bench.scope.fixedRange());
+        view->grab();
+        QCOMPARE(view->yAxis->range().upper, 0.06);
+    }
+
+    void clipping_is_told_on_the_plot()
+    {
+        Bench bench;
+        QVector<double> loud(256, 0.5);
+        loud[77] = -1.0;
+        QVector<double> fine(256, 0.5);
+        bench.scope.plotEyeConsData(loud, fine);
+        QCOMPARE(plot(bench.scope, "plotI")->content()->axes().badge, QStringLiteral("CLIP"));
+        QVERIFY(plot(bench.scope, "plotQ")->content()->axes().badge.isEmpty());
+        bench.scope.plotEyeConsData(fine, fine);
+        QVERIFY(plot(bench.scope, "plotI")->content()->axes().badge.isEmpty());
+    }
+
+    void the_interpolator_gives_the_same_as_the_filter_in_bulk_data()
+    {
+        QTest::addColumn<int>("factor");
+        for (const int factor : {1, 2, 3, 8, 16}) {
+            QTest::addRow("%d", factor) << factor;
+        }
+    }
+
+    void the_interpolator_gives_the_same_as_the_filter_in_bulk()
+    {
+        QFETCH(int, factor);
+        Bench bench(false);
+        QVector<double> samples;
+        for (int k = 0; k < 64; ++k) {
+            samples.append(std::sin(k * 0.7) - 0.3 * std::cos(k * 1.1));
+        }
+        const QVector<double> one = bench.scope.interpolator(samples, factor);
+        const QVector<double> other = Interpolator(factor).interpolate(samples);
+        QCOMPARE(one.size(), 64 * factor);
+        for (int n = 0; n < one.size(); ++n) {
+            QVERIFY(std::abs(one.at(n) - other.at(n)) < 1e-12);
+        }
+        QVERIFY(bench.scope.interpolator({}, factor).isEmpty());
+    }
+
+    void a_step_of_the_filter()
+    {
+        Bench bench(false);
+        const double taps[] = {0.5, 0.25};
+        double delay[2] = {};
+        int state = 0;
+        QCOMPARE(bench.scope.fir_double_z(1.0, 2, taps, delay, state), 0.5);
+        QCOMPARE(bench.scope.fir_double_z(1.0, 2, taps, delay, state), 0.75);
+    }
+
+    void an_absent_port_is_tried_again_until_it_is_there()
+    {
+        DeviceDirectory devices;
+        Scope scope(QStringLiteral("ttyUSB2"), 2, nullptr);
+        QVERIFY(!scope.portIsOpen());
+        Pty& line = devices.add(QStringLiteral("ttyUSB2"));
+        QTRY_VERIFY_WITH_TIMEOUT(scope.portIsOpen(), 20000);
+        QSignalSpy blocks(&scope, &Scope::rcv_eye_msg);
+        QVERIFY(line.write(steady(1, 1)));
+        QTRY_COMPARE(blocks.size(), 1);
+    }
+
+    void a_lost_port_comes_back()
+    {
+        Bench bench;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("was lost")));
+        bench.line.close();
+        QTRY_VERIFY(!bench.scope.portIsOpen());
+        Pty& line = bench.devices.add(QStringLiteral("ttyUSB1"));
+        QTRY_VERIFY_WITH_TIMEOUT(bench.scope.portIsOpen(), 20000);
+        QVERIFY(line.write(steady(1, 1)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+    }
+
+    void whoever_gets_a_block_may_delete_the_scope()
+    {
+        DeviceDirectory devices;
+        Pty& line = devices.add(QStringLiteral("ttyUSB1"));
+        QPointer<Scope> scope = new Scope(QStringLiteral("ttyUSB1"), 1, nullptr);
+        connect(scope, &Scope::rcv_eye_msg, this, [&] { delete scope; });
+        QVERIFY(line.write(steady(1, 1) + steady(2, 2)));
+        QTRY_VERIFY(scope.isNull());
+    }
+
+    void odd_data_do_no_harm()
+    {
+        Bench bench;
+        QVector<double> none;
+        QVector<double> few(3, std::nan(""));
+        bench.scope.plotEyeConsData(none, few);
+        bench.scope.setPlotType(Scope::Constellation);
+        bench.scope.plotEyeConsData(few, none);
+        QByteArray record("ab");
+        bench.scope.plotSdiData(record);
+        bench.scope.setPlotType(Scope::Sdi);
+        bench.scope.grab();
+        bench.scope.resize(1, 1);
+        bench.scope.grab();
+    }
+};
+
+QN740_TEST_MAIN(tst_Scope)
+#include "tst_Scope.moc"

@@ -1,0 +1,174 @@
+#include "scopes/PlotView.h"
+#include "scopes/ScopesPage.h"
+#include "scopes/StcMagPhasePlot.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QGridLayout>
+#include <QPushButton>
+
+namespace {
+constexpr QSize PageSize(800, 428); // what the status bar leaves
+} // namespace
+
+class tst_ScopesPage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void has_three_scopes_on_their_ports()
+    {
+        ScopesPage page;
+        for (int n = 1; n <= 3; ++n) {
+            QVERIFY(page.scope(n) != nullptr);
+            QCOMPARE(page.scope(n)->objectName(), QStringLiteral("scope%1").arg(n));
+            QCOMPARE(page.scope(n)->portName(), QStringLiteral("ttyUSB%1").arg(n));
+            QCOMPARE(page.scope(n)->demodulator(), n);
+            QCOMPARE(page.modeButton(n)->objectName(), QStringLiteral("modeButton%1").arg(n));
+        }
+        for (const int n : {0, 4, -1, 1000}) {
+            QVERIFY(page.scope(n) == nullptr);
+            QVERIFY(page.modeButton(n) == nullptr);
+            QVERIFY(page.scopeGrid(n) == nullptr);
+            QCOMPARE(page.storedMode(n), 0);
+            page.setMode(n, *ScopeMode::ofMessage(1));
+        }
+    }
+
+    void begins_with_all_demodulators_off()
+    {
+        ScopesPage page;
+        for (int n = 1; n <= 3; ++n) {
+            QCOMPARE(page.modeButton(n)->text(), QStringLiteral("Demod %1 Off").arg(n));
+            QCOMPARE(page.storedMode(n), 0);
+            QCOMPARE(page.scope(n)->plotType(), 1);
+        }
+    }
+
+    void a_mode_of_the_main_unit_sets_button_type_and_stored_mode_data()
+    {
+        QTest::addColumn<int>("message");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("plotType");
+        QTest::addColumn<int>("stored");
+        QTest::newRow("0") << 0 << "Demod %1 Off" << 1 << 0;
+        QTest::newRow("1") << 1 << "Demod %1 Constellation" << 2 << 2;
+        QTest::newRow("2") << 2 << "Demod %1 Eye Pattern" << 1 << 1;
+        QTest::newRow("3") << 3 << "Demod %1 SDI" << 0 << 3;
+    }
+
+    void a_mode_of_the_main_unit_sets_button_type_and_stored_mode()
+    {
+        QFETCH(int, message);
+        QFETCH(QString, text);
+        QFETCH(int, plotType);
+        QFETCH(int, stored);
+        ScopesPage page;
+        for (int n = 1; n <= 3; ++n) {
+            page.setMode(n, *ScopeMode::ofMessage(message));
+            QCOMPARE(page.modeButton(n)->text(), text.arg(n));
+            QCOMPARE(page.scope(n)->plotType(), plotType);
+            QCOMPARE(page.storedMode(n), stored);
+        }
+    }
+
+    void a_choice_of_the_operator_has_numbers_of_its_own_data()
+    {
+        QTest::addColumn<int>("choice");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("plotType");
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<QString>("command");
+        QTest::newRow("0") << 0 << "Demod 2 Eye Pattern" << 1 << 1 << "D2:DSDM:2";
+        QTest::newRow("1") << 1 << "Demod 2 Constellation" << 2 << 2 << "D2:DSDM:1";
+        QTest::newRow("2") << 2 << "Demod 2 Off" << 1 << 0 << "D2:DSDM:0";
+    }
+
+    void a_choice_of_the_operator_has_numbers_of_its_own()
+    {
+        QFETCH(int, choice);
+        const auto mode = ScopeMode::ofChoice(choice);
+        QVERIFY(mode.has_value());
+        QTEST(mode->buttonText(2), "text");
+        QTEST(mode->plotType, "plotType");
+        QTEST(mode->stored, "stored");
+        QTEST(mode->commandText(2), "command");
+    }
+
+    void there_are_no_other_choices_and_modes()
+    {
+        for (const int number : {-1, 3, 4, 1000}) {
+            QVERIFY(!ScopeMode::ofChoice(number));
+        }
+        for (const int number : {-1, 4, 1000}) {
+            QVERIFY(!ScopeMode::ofMessage(number));
+        }
+        QCOMPARE(ScopeMode::choices(), QStringLiteral("0 Eye Pattern:1 Constellation:2 Off:"));
+    }
+
+    void everything_lies_inside_the_page_and_side_by_side()
+    {
+        ScopesPage page;
+        page.setFixedSize(PageSize);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        const auto inPage = [&](const QWidget* widget) {
+            return QRect(widget->mapTo(&page, QPoint()), widget->size());
+        };
+        for (int n = 1; n <= 3; ++n) {
+            const QRect scope = inPage(page.scope(n));
+            const QRect button = inPage(page.modeButton(n));
+            QVERIFY(page.rect().contains(scope) && page.rect().contains(button));
+            QVERIFY(scope.height() >= 300 && scope.width() >= 260);
+            QVERIFY(button.height() >= 47);
+            QVERIFY(button.top() > scope.bottom());
+            if (n > 1) {
+                QVERIFY(scope.left() > inPage(page.scope(n - 1)).right());
+                QVERIFY(qAbs(scope.width() - page.scope(1)->width()) <= 1);
+            }
+            QVERIFY(inPage(page.magPhasePlot()).top() > button.bottom());
+        }
+        QVERIFY(page.rect().contains(inPage(page.magPhasePlot())));
+    }
+
+    void a_lent_scope_comes_back_to_its_grid()
+    {
+        ScopesPage page;
+        page.setFixedSize(PageSize);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        const QRect before = page.scope(3)->geometry();
+        QWidget other;
+        auto* grid = new QGridLayout(&other);
+        grid->addWidget(page.scope(3), 0, 0);
+        QCOMPARE(page.scope(3)->window(), &other);
+        page.scopeGrid(3)->addWidget(page.scope(3), 0, 0);
+        page.scope(3)->show();
+        QTRY_COMPARE(page.scope(3)->geometry(), before);
+    }
+
+    void a_scope_that_is_gone_does_no_harm()
+    {
+        ScopesPage page;
+        delete page.scope(2);
+        QVERIFY(page.scope(2) == nullptr);
+        page.setMode(2, *ScopeMode::ofMessage(1));
+        QCOMPARE(page.storedMode(2), 2);
+        QVERIFY(!page.anyPortOpen());
+    }
+
+    void knows_whether_any_port_is_open()
+    {
+        DeviceDirectory devices;
+        {
+            const ScopesPage page;
+            QVERIFY(!page.anyPortOpen());
+        }
+        devices.add(QStringLiteral("ttyUSB2"));
+        const ScopesPage page;
+        QVERIFY(page.anyPortOpen());
+    }
+};
+
+QN740_TEST_MAIN(tst_ScopesPage)
+#include "tst_ScopesPage.moc"

@@ -1,0 +1,204 @@
+#include "scopes/IqBlock.h"
+#include "sim/SignalModel.h"
+#include "support/TestMain.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using Modulation = SignalSettings::Modulation;
+
+// The error vector's power over the symbols' power, in dB, against the nearest points.
+double errorVectorDb(const SignalSettings& settings, int symbols)
+{
+    SignalModel model(settings, 42);
+    QVector<int> i;
+    QVector<int> q;
+    model.append(symbols, 1, i, q);
+    const auto alphabet = SignalModel::alphabet(settings.modulation);
+    double error = 0.0;
+    double power = 0.0;
+    for (int k = 0; k < symbols; ++k) {
+        const std::complex<double> sample =
+            std::complex<double>(i.at(k), q.at(k)) / (iqBlock::FullScale * settings.level);
+        double nearest = 1e9;
+        double its = 0.0;
+        for (const auto& point : alphabet) {
+            if (std::norm(sample - point) < nearest) {
+                nearest = std::norm(sample - point);
+                its = std::norm(point);
+            }
+        }
+        error += nearest;
+        power += its;
+    }
+    return 10.0 * std::log10(error / power);
+}
+
+SignalSettings settingsOf(const char* text)
+{
+    QString fault;
+    const SignalSettings settings = SignalSettings::fromText(QLatin1String(text), fault);
+    if (!fault.isEmpty()) {
+        qFatal("%s", qPrintable(fault));
+    }
+    return settings;
+}
+
+} // namespace
+
+class tst_SignalModel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_noise_at_the_decision_is_what_was_asked_for_data()
+    {
+        QTest::addColumn<QByteArray>("signal");
+        QTest::addColumn<double>("snr");
+        for (const char* name : {"bpsk", "qpsk", "oqpsk", "8psk", "16qam"}) {
+            QTest::addRow("%s 20 dB", name) << QByteArray(name) + ":snr=20:level=0.4" << 20.0;
+            QTest::addRow("%s 30 dB", name) << QByteArray(name) + ":snr=30:level=0.4" << 30.0;
+        }
+    }
+
+    void the_noise_at_the_decision_is_what_was_asked_for()
+    {
+        QFETCH(QByteArray, signal);
+        QFETCH(double, snr);
+        const double found = -errorVectorDb(settingsOf(signal.constData()), 8000);
+        // points that fall to a neighbour make the error look a little smaller
+        QVERIFY2(std::abs(found - snr) < 0.7, qPrintable(QString::number(found)));
+    }
+
+    void without_noise_the_shaping_leaves_no_interference()
+    {
+        QVERIFY(errorVectorDb(settingsOf("qpsk:snr=100:level=0.4"), 2000) < -38.0);
+        QVERIFY(errorVectorDb(settingsOf("16qam:snr=100:level=0.4:rolloff=0.25"), 2000) < -33.0);
+    }
+
+    void the_root_raised_cosine_filter_has_energy_one_and_is_symmetric()
+    {
+        for (const double rolloff : {0.2, 0.25, 0.35, 0.5, 1.0}) {
+            const auto taps = SignalModel::rootRaisedCosine(rolloff);
+            double energy = 0.0;
+            for (size_t n = 0; n < taps.size(); ++n) {
+                QVERIFY(std::isfinite(taps[n]));
+                energy += taps[n] * taps[n];
+                QVERIFY(std::abs(taps[n] - taps[taps.size() - 1 - n]) < 1e-12);
+            }
+            QVERIFY(std::abs(energy - 1.0) < 1e-12);
+        }
+    }
+
+    void an_eye_block_has_its_decisions_at_every_fourth_sample()
+    {
+        SignalModel model(settingsOf("bpsk:snr=100:level=0.5"), 3);
+        QVector<int> i;
+        QVector<int> q;
+        model.append(400, iqBlock::EyeSamplesPerSymbol, i, q);
+        for (int k = 0; k < 400; k += iqBlock::EyeSamplesPerSymbol) {
+            QVERIFY(std::abs(std::abs(i.at(k)) / 32768.0 - 0.5) < 0.02);
+        }
+        QVERIFY(*std::max_element(q.begin(), q.end()) < 100);
+    }
+
+    void the_q_of_oqpsk_is_half_a_symbol_late_in_the_eye()
+    {
+        SignalModel model(settingsOf("oqpsk:snr=100:level=0.5"), 3);
+        QVector<int> i;
+        QVector<int> q;
+        model.append(400, iqBlock::EyeSamplesPerSymbol, i, q);
+        const double level = 0.5 / std::sqrt(2.0);
+        for (int k = 0; k + 2 < 400; k += iqBlock::EyeSamplesPerSymbol) {
+            QVERIFY(std::abs(std::abs(i.at(k)) / 32768.0 - level) < 0.02);
+            QVERIFY(std::abs(std::abs(q.at(k + 2)) / 32768.0 - level) < 0.02);
+        }
+    }
+
+    void clipping_cuts_at_its_magnitude_and_never_leaves_the_line_s_range()
+    {
+        SignalModel model(settingsOf("16qam:level=0.5:clip=0.3"), 1);
+        SignalModel loud(settingsOf("16qam:level=1:snr=0"), 1);
+        QVector<int> i;
+        QVector<int> q;
+        model.append(2000, 4, i, q);
+        QVERIFY(*std::max_element(i.begin(), i.end()) == std::lround(0.3 * 32768));
+        QVERIFY(*std::min_element(q.begin(), q.end()) == -std::lround(0.3 * 32768));
+        i.clear();
+        q.clear();
+        loud.append(2000, 4, i, q);
+        QCOMPARE(*std::max_element(i.begin(), i.end()), 32767);
+        QCOMPARE(*std::min_element(i.begin(), i.end()), -32768);
+    }
+
+    void imbalance_and_offset_and_phase_noise_show()
+    {
+        QVector<int> i;
+        QVector<int> q;
+        SignalModel(settingsOf("qpsk:snr=60:imbalance=6"), 1).append(200, 1, i, q);
+        double ratio = 0.0;
+        for (int k = 0; k < 200; ++k) {
+            ratio += std::abs(i.at(k) / static_cast<double>(q.at(k))) / 200;
+        }
+        QVERIFY(std::abs(20 * std::log10(ratio) - 6.0) < 0.2);
+
+        i.clear();
+        q.clear();
+        SignalModel(settingsOf("bpsk:snr=60:offset=0.01"), 1).append(100, 1, i, q);
+        // a quarter of a turn later what was I is Q
+        QVERIFY(std::abs(q.at(25)) > 0.9 * 0.5 * 32768);
+
+        QVERIFY(errorVectorDb(settingsOf("qpsk:snr=60:phase=5:level=0.4"), 4000) > -22.5);
+        QVERIFY(errorVectorDb(settingsOf("qpsk:snr=60:phase=5:level=0.4"), 4000) < -19.5);
+    }
+
+    void the_same_seed_gives_the_same_samples()
+    {
+        QVector<int> first;
+        QVector<int> second;
+        QVector<int> other;
+        QVector<int> q;
+        SignalModel(settingsOf("qpsk"), 5).append(256, 4, first, q);
+        SignalModel(settingsOf("qpsk"), 5).append(256, 4, second, q);
+        SignalModel(settingsOf("qpsk"), 6).append(256, 4, other, q);
+        QCOMPARE(first, second);
+        QVERIFY(first != other);
+    }
+
+    void what_is_no_signal_is_told_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const char* text : {"", "fsk", "qpsk:", "qpsk:snr", "qpsk:snr=x", "qpsk:snr=nan",
+                 "qpsk:snr=200", "qpsk:colour=3", "qpsk:=3", "qpsk:clip=0"}) {
+            QTest::addRow("%s", text) << QString::fromLatin1(text);
+        }
+    }
+
+    void what_is_no_signal_is_told()
+    {
+        QFETCH(QString, text);
+        QString fault;
+        SignalSettings::fromText(text, fault);
+        QVERIFY(!fault.isEmpty());
+    }
+
+    void settings_are_read()
+    {
+        const SignalSettings settings = settingsOf(
+            "8PSK:snr=12.5:phase=3:offset=-0.001:imbalance=1:skew=-2:clip=0.7:level=0.6:rolloff=0.2");
+        QVERIFY(settings.modulation == Modulation::Psk8);
+        QCOMPARE(settings.snr, 12.5);
+        QCOMPARE(settings.phase, 3.0);
+        QCOMPARE(settings.offset, -0.001);
+        QCOMPARE(settings.imbalance, 1.0);
+        QCOMPARE(settings.skew, -2.0);
+        QCOMPARE(settings.clip, 0.7);
+        QCOMPARE(settings.level, 0.6);
+        QCOMPARE(settings.rolloff, 0.2);
+    }
+};
+
+QN740_TEST_MAIN(tst_SignalModel)
+#include "tst_SignalModel.moc"

@@ -1,0 +1,45 @@
+#include "tour/Tour.h"
+
+#include "app/MainWindow.h"
+#include "scopes/ScopesPage.h"
+#include "support/Screen.h"
+
+#include <QPushButton>
+
+namespace {
+
+constexpr int FillMs = 2500; // until the plots have their range and glow
+
+// SM carries 1 for a constellation, 2 for an eye pattern, 3 for SDI.
+void showModes(Tour& tour, const char* modes, const QString& picture)
+{
+    for (int demodulator = 1; demodulator <= 3; ++demodulator) {
+        tour.unit(QString("SM,%1,%2").arg(demodulator).arg(QChar(modes[demodulator - 1])));
+    }
+    Tour::settle(FillMs);
+    tour.picture(picture);
+}
+
+} // namespace
+
+void visitScopes(Tour& tour)
+{
+    tour.unit("PM,0.375,72,55");
+    clickOn(tour.window().scopesButton);
+    showModes(tour, "222", "scopes-eye-patterns");
+    showModes(tour, "111", "scopes-constellations");
+    showModes(tour, "213", "scopes-mixed");
+    tour.unit("SQ,2,0");
+    Tour::settle();
+    tour.picture("scopes-one-hidden");
+    tour.unit("SQ,2,1");
+    whenModal([&](QWidget* list) {
+        Tour::settle();
+        tour.picture("scopes-mode-list");
+        clickOn(buttonWithText(list, "Cancel"));
+    });
+    clickOn(tour.window().scopes->modeButton(2));
+    showModes(tour, "000", "scopes-off");
+    clickOn(tour.window().scopesButton);
+    Tour::settle();
+}
