@@ -8,7 +8,6 @@
 namespace {
 
 constexpr int VersionWaitMs = 1000;
-constexpr int QuietMs = 50; // after which unframed text is taken as whole
 constexpr qsizetype MostAnswers = 10000;
 
 bool isVersion(const QString& body)
@@ -20,24 +19,18 @@ bool isVersion(const QString& body)
 
 } // namespace
 
-MainUnit::MainUnit(PseudoTerminal& line, const QList<MenuStep>& menus, QObject* parent)
-    : QObject(parent)
-    , m_line(line)
+MainUnit::MainUnit(
+    PseudoTerminal& line, const QList<MenuStep>& menus, const LineFaults& faults, QObject* parent)
+    : PanelLink(line, faults, parent)
     , m_menus(menus)
 {
-    for (QTimer* timer : {&m_versionWait, &m_pause, &m_quiet}) {
+    for (QTimer* timer : {&m_versionWait, &m_pause}) {
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
     }
     m_versionWait.setInterval(VersionWaitMs);
-    m_quiet.setInterval(QuietMs);
     connect(&m_versionWait, &QTimer::timeout, this, &MainUnit::begin);
     connect(&m_pause, &QTimer::timeout, this, &MainUnit::pump);
-    connect(&m_quiet, &QTimer::timeout, this, &MainUnit::takeQuiet);
-    connect(&line, &PseudoTerminal::opened, this, &MainUnit::panelCame);
-    connect(&line, &PseudoTerminal::closed, this, &MainUnit::panelWent);
-    connect(&line, &PseudoTerminal::received, this, &MainUnit::take);
-    connect(&line, &PseudoTerminal::drained, this, &MainUnit::pump);
     if (line.isOpen()) {
         panelCame();
     }
@@ -56,7 +49,6 @@ bool MainUnit::type(const MenuStep& step)
 void MainUnit::panelCame()
 {
     m_keys = UnitKeys();
-    m_splitter.clear();
     m_answers.clear();
     m_nextMenu = 0;
     m_begun = false;
@@ -67,34 +59,25 @@ void MainUnit::panelCame()
 
 void MainUnit::panelWent()
 {
-    takeQuiet();
     m_begun = false;
     m_versionWait.stop();
     m_pause.stop();
 }
 
-void MainUnit::take(const QByteArray& bytes)
+void MainUnit::handle(const QString& text, bool framed)
 {
-    const auto pieces = m_splitter.take(bytes);
-    for (const FrameSplitter::Piece& piece : pieces) {
-        emit received(piece.text, piece.framed);
-        if (piece.framed) {
-            handle(piece.text);
-        }
+    if (framed) {
+        take(text);
+        pump();
     }
-    m_quiet.start();
+}
+
+void MainUnit::lineFree()
+{
     pump();
 }
 
-void MainUnit::takeQuiet()
-{
-    m_quiet.stop();
-    if (const auto piece = m_splitter.takeLoose()) {
-        emit received(piece->text, false);
-    }
-}
-
-void MainUnit::handle(const QString& body)
+void MainUnit::take(const QString& body)
 {
     const QString slave = QStringLiteral("Slave,");
     if (body.startsWith(slave)) {
@@ -112,18 +95,18 @@ void MainUnit::handle(const QString& body)
 void MainUnit::begin()
 {
     m_versionWait.stop();
-    m_begun = m_line.isOpen();
+    m_begun = isOpen();
     pump();
 }
 
-// Sends until the panel no longer keeps up; what it has not taken is asked for again by drained().
+// Sends until the panel no longer keeps up; lineFree() tells when it does again.
 void MainUnit::pump()
 {
     if (m_pumping) {
         return;
     }
     m_pumping = true;
-    while (m_line.isOpen() && m_line.pendingBytes() == 0) {
+    while (isOpen() && !busy()) {
         if (!m_answers.isEmpty()) {
             send(m_answers.takeFirst());
         } else if (!m_begun || m_pause.isActive() || !step()) {
@@ -158,7 +141,7 @@ bool MainUnit::step()
 
 void MainUnit::send(const QString& body)
 {
-    if (m_line.write(wire::frame(body).toLatin1())) {
+    if (write(wire::frame(body).toLatin1())) {
         m_keys.apply(body);
         emit sent(body);
     }

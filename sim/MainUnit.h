@@ -1,16 +1,13 @@
 #pragma once
 
-#include "sim/FrameSplitter.h"
 #include "sim/MenuFile.h"
+#include "sim/PanelLink.h"
 #include "sim/UnitKeys.h"
 
 #include <QList>
-#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
-
-class PseudoTerminal;
 
 // Plays the main unit on the panel's line.
 //
@@ -19,7 +16,7 @@ class PseudoTerminal;
 // is cut into messages and told by received(); a message of a key is answered as UnitKeys has it,
 // ahead of menus that are still under way. Everything sent is told by sent(). A panel that goes and
 // comes back gets all of it again.
-class MainUnit : public QObject
+class MainUnit final : public PanelLink
 {
     Q_OBJECT
 
@@ -28,7 +25,8 @@ public:
 
     // line: the unit's end of the line, which must live longer than this. menus: sent once each
     // time that the panel comes.
-    MainUnit(PseudoTerminal& line, const QList<MenuStep>& menus, QObject* parent = nullptr);
+    MainUnit(PseudoTerminal& line, const QList<MenuStep>& menus, const LineFaults& faults = {},
+        QObject* parent = nullptr);
 
     // Sends (or waits) after everything that is under way; before the panel is there: after the
     // menus. Out: false when MostTyped steps wait already and this one was not taken.
@@ -41,34 +39,27 @@ public:
     const UnitKeys& keys() const { return m_keys; }
 
 signals:
-    // A message went out; the text between STX and EOT.
-    void sent(QString body);
-    // A message came in, without its frame; or, with framed false, text that stood in none.
-    void received(QString text, bool framed);
     // The last of the menus went out.
     void menusSent();
 
 private:
-    void panelCame();
-    void panelWent();
-    void take(const QByteArray& bytes);
-    void takeQuiet();
-    void handle(const QString& body);
+    void panelCame() override;
+    void panelWent() override;
+    void handle(const QString& text, bool framed) override;
+    void lineFree() override;
+    void take(const QString& body);
     void begin();
     void pump();
     bool step();
     void send(const QString& body);
 
-    PseudoTerminal& m_line;
     const QList<MenuStep> m_menus;
     qsizetype m_nextMenu = 0;
     QList<MenuStep> m_typed;
     QStringList m_answers;
     UnitKeys m_keys;
-    FrameSplitter m_splitter;
     QTimer m_versionWait;
     QTimer m_pause;
-    QTimer m_quiet;
     QString m_panelVersion;
     int m_linkMode = 0;
     bool m_begun = false;

@@ -35,9 +35,9 @@ void Printer::fromPanel(const QString& text, bool framed) const
             wire::toPrintable(text));
 }
 
-void Printer::toPanel(const QString& body) const
+void Printer::toPanel(const QByteArray& bytes) const
 {
-    traced(true, wire::frame(body));
+    traced(true, QString::fromLatin1(bytes));
 }
 
 void Printer::error(const QString& text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
@@ -8,10 +9,12 @@
 //     sim: ready DIR              the devices are there
 //     sim: panel opened ttyO1     and "closed"
 //     sim: menus sent
+//     sim: seed N                 when faults were asked for
+//     sim: N of M frames came back     at the end of a replay, and what did not
 //     panel: BODY                 a message from the panel, without its frame
 //     panel (unframed): TEXT      what stood in no frame
-//     trace: SECONDS in FRAME     with the trace switched on, every frame into the panel and out of
-//     trace: SECONDS out FRAME    it with its STX and EOT, as the panel's own debug log has them
+//     trace: SECONDS in FRAME     with the trace switched on, everything that goes into the panel
+//     trace: SECONDS out FRAME    and comes out of it, as the panel's own debug log has it
 //
 // BODY, TEXT and FRAME are printable ASCII: "\xHH" stands for the byte HH, "\\" for a backslash. So
 // a BODY can be pasted into a menu file.
@@ -24,7 +27,7 @@ public:
 
     void event(const QString& text) const;
     void fromPanel(const QString& text, bool framed) const;
-    void toPanel(const QString& body) const;
+    void toPanel(const QByteArray& bytes) const;
 
     // Standard error, one line.
     static void error(const QString& text);

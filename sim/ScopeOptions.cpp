@@ -1,6 +1,6 @@
 #include "sim/ScopeOptions.h"
 
-#include "sim/MainUnit.h"
+#include "sim/PanelLink.h"
 #include "sim/PseudoTerminal.h"
 #include "sim/ScopeBytes.h"
 #include "sim/ScopePort.h"
@@ -56,7 +56,7 @@ ScopeOptions ScopeOptions::from(const QCommandLineParser& parser)
     return options;
 }
 
-bool ScopeOptions::addPorts(UnitDevices& devices, const MainUnit& unit, quint32 seed) const
+bool ScopeOptions::addPorts(UnitDevices& devices, const PanelLink& link, quint32 seed) const
 {
     for (int port = 0; port < Ports; ++port) {
         PseudoTerminal* line = devices.add(Line.arg(port + 1));
@@ -66,8 +66,8 @@ bool ScopeOptions::addPorts(UnitDevices& devices, const MainUnit& unit, quint32 
         auto* scope = new ScopePort(port + 1, *line, signalSettings.at(port), faults,
             seed + static_cast<quint32>(port), line);
         scope->setMode(mode);
-        QObject::connect(&unit, &MainUnit::received, scope, &ScopePort::takeCommand);
-        QObject::connect(&unit, &MainUnit::sent, scope, &ScopePort::takeMessage);
+        QObject::connect(&link, &PanelLink::received, scope, &ScopePort::takeCommand);
+        QObject::connect(&link, &PanelLink::sent, scope, &ScopePort::takeMessage);
     }
     return true;
 }

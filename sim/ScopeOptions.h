@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-class MainUnit;
+class PanelLink;
 class QCommandLineParser;
 class UnitDevices;
 
@@ -25,7 +25,7 @@ struct ScopeOptions
     // In: the parser after its work.
     static ScopeOptions from(const QCommandLineParser& parser);
 
-    // Makes the three ports, which follow what unit and panel say of modes and live as long as the
+    // Makes the three ports, which follow what is said of modes on the link and live as long as the
     // devices. Out: whether all are there.
-    bool addPorts(UnitDevices& devices, const MainUnit& unit, quint32 seed) const;
+    bool addPorts(UnitDevices& devices, const PanelLink& link, quint32 seed) const;
 };

@@ -1,10 +1,13 @@
 #include "sim/CardOptions.h"
 #include "sim/CardSpectrum.h"
 #include "sim/InputLines.h"
+#include "sim/LineOptions.h"
 #include "sim/MainUnit.h"
 #include "sim/MenuFile.h"
 #include "sim/Printer.h"
 #include "sim/PseudoTerminal.h"
+#include "sim/RecordFile.h"
+#include "sim/Replay.h"
 #include "sim/ScopeOptions.h"
 #include "sim/TerminationSignals.h"
 #include "sim/UnitDevices.h"
@@ -12,9 +15,9 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
-#include <array>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <unistd.h>
 
 namespace {
@@ -29,6 +32,7 @@ What it prints (standard output, one line each):
   sim: panel opened ttyO1   and "closed", "menus sent"
   panel: BODY               a message from the panel, without STX and EOT
   panel (unframed): TEXT    what stood in no frame
+  sim: N of M frames came back        at the end of a replay, and what did not
 
 A menu file, and what is typed on standard input, has one message a line:
   AK,Menu,id,Label,1,R1:FREQ:,2200 2400,1,,2250.5,0,1
@@ -42,16 +46,32 @@ The scope ports ttyUSB1 to ttyUSB3 send as the panel's "D1:DSDM:2" and the unit'
 signal is bpsk, qpsk, oqpsk, 8psk or 16qam, and behind it any of
   :snr=20 (dB)  :phase=3 (degrees rms)  :offset=0.001 (turns a symbol)
   :imbalance=1 (dB)  :skew=5 (degrees)  :clip=0.4  :level=0.5  :rolloff=0.35
+
 The spectral cards ttyUSB11 to ttyUSB13 answer the panel's requests with spectra
 whose carriers are as wide as "D1:RATE:5000000" makes them. The K7150 type comes up
 in the panel on "ST,1", the older one is for a panel started with -noK7150.
 
+A recording has one line for everything that goes over the line, with the time
+in seconds and anything in front; other lines in the file are skipped:
+  12.345 in \x02PING\x04
+  12.346 out \x02PONG\x04
+In a replay the answers to PING, VER, Slave and ST are waited for, one second
+each at most; what the operator had pressed is not, and is no fault when nobody
+presses it again.
+
+Faults of what goes to the panel, each with a rate from 0 to 1:
+%1
 Examples:
   qn740-sim --dir /tmp/dev           then: QN740_DEV=/tmp/dev qn740-panel
   qn740-sim --menu my.menu           another set of menus
   qn740-sim --check my.menu          only say what is wrong with it
   echo 'DB,Antenna fault,1' | qn740-sim --dir /tmp/dev
   qn740-sim --no-menus --trace       type every message by hand, see both ways
+  qn740-sim --record talk.log        keep what was said
+  qn740-sim --replay talk.log        say it again, at its own pace
+  QT_LOGGING_RULES=qn740.link.debug=true qn740-panel 2>panel.log
+  qn740-sim --replay panel.log --fast
+  qn740-sim --fault drop=0.01,junk=0.05 --fault burst=0.1 --seed 7
   qn740-sim --signal 16qam:snr=25:phase=2 --scope-fault loss,noise
   qn740-sim --card older --card-fault cut,no-reply=20)";
 
@@ -64,9 +84,9 @@ struct Options
     QString check;
     bool noMenus = false;
     bool trace = false;
-    QString seed;
     ScopeOptions scopes;
     CardOptions cards;
+    LineOptions line;
 };
 
 // Ends the program itself at --help, --version and options that it does not know.
@@ -85,16 +105,15 @@ Options parseOptions(const QCoreApplication& application)
         QStringLiteral("no-menus"), QStringLiteral("Send no menus, only what is typed."));
     const QCommandLineOption trace(
         QStringLiteral("trace"), QStringLiteral("Print every message both ways with its time."));
-    const QCommandLineOption seed(QStringLiteral("seed"),
-        QStringLiteral("The seed of signals and faults (default: 1)."), QStringLiteral("NUMBER"),
-        QStringLiteral("1"));
     QCommandLineParser parser;
-    parser.setApplicationDescription(QLatin1String(Description));
+    parser.setApplicationDescription(
+        QString::fromLatin1(Description).arg(LineOptions::faultHelp()));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({directory, menu, check, noMenus, trace, seed});
+    parser.addOptions({directory, menu, check, noMenus, trace});
     ScopeOptions::addTo(parser);
     CardOptions::addTo(parser);
+    LineOptions::addTo(parser);
     parser.process(application);
     if (!parser.positionalArguments().isEmpty()) {
         Printer::error(QStringLiteral("qn740-sim: unexpected argument \"%1\"; see --help")
@@ -102,8 +121,8 @@ Options parseOptions(const QCoreApplication& application)
         std::exit(1);
     }
     return {parser.value(directory), parser.value(menu), parser.value(check), parser.isSet(noMenus),
-        parser.isSet(trace), parser.value(seed), ScopeOptions::from(parser),
-        CardOptions::from(parser)};
+        parser.isSet(trace), ScopeOptions::from(parser), CardOptions::from(parser),
+        LineOptions::from(parser)};
 }
 
 int fail(const QStringList& errors)
@@ -143,21 +162,60 @@ void typeLine(MainUnit& unit, const QByteArray& text)
     }
 }
 
-int play(const Options& options, const MenuFile& menus)
+// Prints and, if that was asked for, records what is said on the line.
+void watch(PanelLink& link, PseudoTerminal& line, const Printer& printer, RecordFile* record)
 {
-    bool seedIsNumber = false;
-    const quint32 seed = options.seed.toUInt(&seedIsNumber);
-    if (!seedIsNumber) {
-        return fail({QStringLiteral("qn740-sim: no seed: \"%1\"").arg(options.seed)});
+    QObject::connect(&line, &PseudoTerminal::closed, &printer,
+        [&printer] { printer.event(QLatin1String("panel closed ") + PanelLine); });
+    QObject::connect(&link, &PanelLink::received, &printer, &Printer::fromPanel);
+    QObject::connect(&link, &PanelLink::wrote, &printer, &Printer::toPanel);
+    if (record != nullptr) {
+        QObject::connect(&link, &PanelLink::received, record, &RecordFile::fromPanel);
+        QObject::connect(&link, &PanelLink::wrote, record, &RecordFile::toPanel);
+        QObject::connect(record, &RecordFile::failed, &printer,
+            [](const QString& reason) { Printer::error(QLatin1String("qn740-sim: ") + reason); });
     }
-    for (const QString& fault : {options.scopes.fault, options.cards.fault}) {
-        if (!fault.isEmpty()) {
-            return fail({QLatin1String("qn740-sim: ") + fault});
-        }
+}
+
+void tellReady(const Options& options, const UnitDevices& devices, const Printer& printer)
+{
+    printer.event(QLatin1String("ready ") + devices.path());
+    if (options.line.tellSeed) {
+        printer.event(QLatin1String("seed ") + QString::number(options.line.seed));
     }
-    CardSpectrum spectrum(seed);
+}
+
+int tellScore(const ReplayScore& score, const Printer& printer)
+{
+    const QStringList lines = score.report();
+    for (const QString& line : lines) {
+        printer.event(line);
+    }
+    return score.isGood() ? 0 : 1;
+}
+
+// Adds the scope and card ports, which follow what is said on the link. Out: whether all are there.
+bool addOtherPorts(
+    const Options& options, UnitDevices& devices, const PanelLink& link, CardSpectrum& spectrum)
+{
+    QObject::connect(&link, &PanelLink::received, &link,
+        [&spectrum](const QString& body) { spectrum.takeCommand(body); });
+    return options.scopes.addPorts(devices, link, options.line.seed) &&
+        options.cards.addPorts(devices, spectrum, options.line.seed);
+}
+
+int play(const Options& options, const MenuFile& menus, const Recording& recording)
+{
+    CardSpectrum spectrum(options.line.seed);
     const TerminationSignals signals_;
     QObject::connect(&signals_, &TerminationSignals::terminate, qApp, &QCoreApplication::quit);
+    std::unique_ptr<RecordFile> record;
+    if (!options.line.record.isEmpty()) {
+        record = std::make_unique<RecordFile>(options.line.record);
+        if (!record->isOpen()) {
+            return fail({QLatin1String("qn740-sim: ") + record->errorString()});
+        }
+    }
     UnitDevices devices(options.directory);
     PseudoTerminal* line = devices.isValid() ? devices.add(PanelLine) : nullptr;
     if (line == nullptr) {
@@ -166,23 +224,30 @@ int play(const Options& options, const MenuFile& menus)
     const Printer printer(options.trace);
     QObject::connect(line, &PseudoTerminal::opened, &printer,
         [&printer] { printer.event(QLatin1String("panel opened ") + PanelLine); });
-    MainUnit unit(*line, menus.steps());
-    if (!options.scopes.addPorts(devices, unit, seed) ||
-        !options.cards.addPorts(devices, spectrum, seed)) {
+    const LineFaults faults(options.line.faults, options.line.seed);
+    if (!options.line.replay.isEmpty()) {
+        Replay replay(*line, recording,
+            options.line.fast ? Replay::Pace::Fast : Replay::Pace::Recorded, faults);
+        if (!addOtherPorts(options, devices, replay, spectrum)) {
+            return fail({QLatin1String("qn740-sim: ") + devices.errorString()});
+        }
+        watch(replay, *line, printer, record.get());
+        QObject::connect(&replay, &Replay::finished, qApp,
+            [&replay, &printer] { QCoreApplication::exit(tellScore(replay.score(), printer)); });
+        tellReady(options, devices, printer);
+        return QCoreApplication::exec();
+    }
+    MainUnit unit(*line, menus.steps(), faults);
+    if (!addOtherPorts(options, devices, unit, spectrum)) {
         return fail({QLatin1String("qn740-sim: ") + devices.errorString()});
     }
-    QObject::connect(&unit, &MainUnit::received, &unit,
-        [&spectrum](const QString& body) { spectrum.takeCommand(body); });
-    QObject::connect(&unit, &MainUnit::received, &printer, &Printer::fromPanel);
-    QObject::connect(&unit, &MainUnit::sent, &printer, &Printer::toPanel);
+    watch(unit, *line, printer, record.get());
     QObject::connect(&unit, &MainUnit::menusSent, &printer,
         [&printer] { printer.event(QStringLiteral("menus sent")); });
-    QObject::connect(line, &PseudoTerminal::closed, &printer,
-        [&printer] { printer.event(QLatin1String("panel closed ") + PanelLine); });
     const InputLines input(STDIN_FILENO);
     QObject::connect(&input, &InputLines::line, &unit,
         [&unit](const QByteArray& text) { typeLine(unit, text); });
-    printer.event(QLatin1String("ready ") + devices.path());
+    tellReady(options, devices, printer);
     return QCoreApplication::exec();
 }
 
@@ -198,6 +263,17 @@ int main(int argc, char** argv)
     if (!options.check.isEmpty()) {
         return checkFile(options.check);
     }
+    for (const QString& fault : {options.line.fault, options.scopes.fault, options.cards.fault}) {
+        if (!fault.isEmpty()) {
+            return fail({QLatin1String("qn740-sim: ") + fault});
+        }
+    }
+    if (!options.line.replay.isEmpty()) {
+        const Recording recording = Recording::load(options.line.replay);
+        return recording.fault().isEmpty()
+            ? play(options, {}, recording)
+            : fail({QLatin1String("qn740-sim: ") + recording.fault()});
+    }
     const MenuFile menus = menusFor(options);
-    return menus.errors().isEmpty() ? play(options, menus) : fail(menus.errors());
+    return menus.errors().isEmpty() ? play(options, menus, {}) : fail(menus.errors());
 }

@@ -183,6 +183,8 @@ private:
     void setUpLink();
     void setUpLook();
     void showMenu(KeyBoard* menu);
+    // Writes the text as it is, in one write, and logs it.
+    void writeToLink(const QString& text);
     void chooseScopeMode(int demodulator);
     void noteBlock(int demodulator, const QVector<double>& i, const QVector<double>& q);
     void noteRecord(int demodulator, const QByteArray& record);

@@ -28,7 +28,11 @@ void MainWindow::process_mess(const QString& message)
 
 void MainWindow::send_mess(const QString& message)
 {
-    const QString text = linkMode::widened(message, linkMode);
+    writeToLink(linkMode::widened(message, linkMode));
+}
+
+void MainWindow::writeToLink(const QString& text)
+{
     qCDebug(logLink).noquote() << wire::TraceLine::now(false, text).text();
     QSerialPort* port = serial->port();
     if (port != nullptr && port->isOpen() && port->bytesToWrite() < MostUnsentBytes) {

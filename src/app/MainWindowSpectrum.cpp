@@ -88,13 +88,10 @@ void MainWindow::process_ST(const QStringList& fields)
         return;
     }
     setUpSpectrum();
-    QSerialPort* port = serial->port();
-    if (port != nullptr && port->isOpen()) {
-        // the second one twice, the third one never, and no frame around them: kept so
-        port->write("D1:SPEN:1");
-        port->write("D2:SPEN:1");
-        port->write("D2:SPEN:1");
-    }
+    // the second one twice, the third one never, and no frame around them: kept so
+    writeToLink(QStringLiteral("D1:SPEN:1"));
+    writeToLink(QStringLiteral("D2:SPEN:1"));
+    writeToLink(QStringLiteral("D2:SPEN:1"));
     disconnect(spectralCard, &SpectralCard::updateDemodCh, this, &MainWindow::send_mess);
     connect(spectralCard, &SpectralCard::updateDemodCh, this, &MainWindow::send_mess);
     const QWidget* paxPage = views->paxMenu.widget();

@@ -1,0 +1,412 @@
+#include "app/ProtocolExamples.h"
+
+#include "link/LinkMode.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "sim/FrameSplitter.h"
+#include "sim/MenuFile.h"
+#include "support/Screen.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QRegularExpression>
+#include <QSplashScreen>
+#include <QStatusBar>
+#include <QtTest>
+
+#include <utility>
+
+namespace {
+
+using Kind = Example::Kind;
+
+constexpr int TickMs = 5;
+constexpr int LongestRunMs = 60000;
+const QByteArray Pong = framed("PONG");
+
+struct Form
+{
+    Kind kind;
+    const char* pattern;
+};
+
+const QList<Form>& forms()
+{
+    static const QList<Form> All{
+        {Kind::Press, "operator presses( `[^`]+`)+"},
+        {Kind::Sends, "panel sends `[^`]+`"},
+        {Kind::SendsUnframed, "panel sends `[^`]+` without a frame"},
+        {Kind::SendsNothing, "panel sends nothing"},
+        {Kind::MenuShows, "menu `[^`]+` shows the key `[^`]+`"},
+        {Kind::MenuDoesNotShow, "menu `[^`]+` does not show the key `[^`]+`"},
+        {Kind::ScreenShows, "screen shows the key `[^`]+`"},
+        {Kind::KeyIs, "key `[^`]+` is (green|grey|dark)"},
+        {Kind::StatusBarShows, "status bar shows `[^`]+`"},
+        {Kind::StatusBarHidden, "status bar is hidden"},
+        {Kind::LinkModeShows, "link mode shows `[^`]*`"},
+        {Kind::BoxShows, "box shows `[^`]+`"},
+        {Kind::NoBox, "no box is shown"},
+    };
+    return All;
+}
+
+QStringList namesIn(const QString& text)
+{
+    static const QRegularExpression name("`([^`]*)`");
+    QStringList names;
+    auto matches = name.globalMatch(text);
+    while (matches.hasNext()) {
+        names += matches.next().captured(1);
+    }
+    return names;
+}
+
+// Out: one statement, for a row of presses one each; none when the text is not understood.
+QList<Example::Statement> statementsOf(const QString& text)
+{
+    QList<Example::Statement> all;
+    for (const Form& form : forms()) {
+        const QRegularExpression whole(
+            QRegularExpression::anchoredPattern(QLatin1String(form.pattern)));
+        if (!whole.match(text).hasMatch()) {
+            continue;
+        }
+        const QStringList names = namesIn(text);
+        if (form.kind != Kind::Press) {
+            return {{form.kind, names, text}};
+        }
+        for (const QString& name : names) {
+            all.append({form.kind, {name}, "operator presses `" + name + "`"});
+        }
+    }
+    return all;
+}
+
+QAbstractButton* visibleButton(const QWidget* window, const QString& text)
+{
+    const auto buttons = window->findChildren<QAbstractButton*>();
+    for (QAbstractButton* button : buttons) {
+        if (button->isVisible() && button->text() == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+// Out: what the operator's finger would find: in the modal editor, else in a window over the panel,
+// else in the panel.
+QAbstractButton* buttonOnTop(const QString& text)
+{
+    if (const QWidget* modal = QApplication::activeModalWidget()) {
+        return visibleButton(modal, text);
+    }
+    QAbstractButton* found = nullptr;
+    const auto windows = QApplication::topLevelWidgets();
+    for (const QWidget* window : windows) {
+        const bool isPanel = qobject_cast<const QMainWindow*>(window) != nullptr;
+        if (window->isVisible() && (found == nullptr || !isPanel)) {
+            QAbstractButton* button = visibleButton(window, text);
+            found = button != nullptr ? button : found;
+        }
+    }
+    return found;
+}
+
+QMessageBox* shownBox()
+{
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        auto* box = qobject_cast<QMessageBox*>(window);
+        if (box != nullptr && box->isVisible()) {
+            return box;
+        }
+    }
+    return nullptr;
+}
+
+// The link mode is kept over a restart: each panel begins with none.
+DeviceDirectory& withoutLinkMode(DeviceDirectory& devices)
+{
+    linkMode::store(linkMode::None);
+    return devices;
+}
+
+} // namespace
+
+QList<Example> Example::read(const QByteArray& document, QStringList& faults)
+{
+    QList<Example> examples;
+    bool inBlock = false;
+    bool inList = false;
+    const QStringList lines = QString::fromUtf8(document).split('\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString& line = lines.at(i);
+        if (inBlock) {
+            inBlock = line != "```";
+            examples.last().messages += inBlock ? line.toUtf8() + '\n' : QByteArray();
+        } else if (line == "```menu") {
+            examples.append({i + 1, {}, {}});
+            inBlock = true;
+            inList = true;
+        } else if (inList && line.startsWith("- ")) {
+            const auto statements = statementsOf(line.mid(2));
+            examples.last().statements += statements;
+            if (statements.isEmpty()) {
+                faults += QString("%1: not understood: %2").arg(i + 1).arg(line.mid(2));
+            }
+        } else {
+            inList = false;
+        }
+    }
+    for (const Example& example : std::as_const(examples)) {
+        if (example.statements.isEmpty()) {
+            faults += QString("%1: nothing is said about what comes of it").arg(example.line);
+        }
+    }
+    return examples;
+}
+
+ExampleRun::ExampleRun(const Example& example, int patienceMs)
+    : m_unit(withoutLinkMode(m_devices).add("ttyO1"))
+    , m_statements(example.statements)
+    , m_patienceMs(patienceMs)
+{
+    m_statements.append({Kind::SendsNothing, {}, "panel sends nothing else"});
+    QByteArray bytes;
+    const MenuFile file = MenuFile::parse(example.messages, "example");
+    for (const MenuStep& step : file.steps()) {
+        bytes += step.kind == MenuStep::Kind::Message ? framed(step.body.toLatin1()) : QByteArray();
+    }
+    if (!file.errors().isEmpty()) {
+        m_failure = file.errors().join("; ");
+    }
+    m_window.show();
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        if (qobject_cast<QSplashScreen*>(window) != nullptr) {
+            window->hide();
+        }
+    }
+    if (!QTest::qWaitForWindowExposed(&m_window) || !m_unit.write(bytes)) {
+        m_failure = "the panel does not come up";
+    }
+    ask();
+    m_deadline.setSingleShot(true);
+    connect(&m_tick, &QTimer::timeout, this, &ExampleRun::tick);
+}
+
+QString ExampleRun::failure()
+{
+    m_deadline.start(LongestWaitMs);
+    m_tick.start(TickMs);
+    const bool ended = QTest::qWaitFor(
+        [this] { return !m_tick.isActive() && QApplication::activeModalWidget() == nullptr; },
+        LongestRunMs);
+    m_tick.stop();
+    if (!ended && m_failure.isEmpty()) {
+        m_failure = "does not come to its end";
+    }
+    return m_failure;
+}
+
+void ExampleRun::tick()
+{
+    if (m_pressing) {
+        return;
+    }
+    if (!m_failure.isEmpty()) {
+        giveUp();
+    } else if (!m_started) {
+        m_started = isCarriedOut();
+        if (m_started) {
+            m_deadline.start(m_patienceMs);
+        } else if (!m_deadline.isActive()) {
+            fail("the messages are not carried out");
+        }
+    } else if (m_next == m_statements.size()) {
+        m_tick.stop();
+    } else {
+        tryNext();
+    }
+}
+
+void ExampleRun::tryNext()
+{
+    const Example::Statement& statement = m_statements.at(m_next);
+    if (attempt(statement) == Outcome::Holds) {
+        m_next += 1;
+        m_deadline.start(m_patienceMs);
+    } else if (!m_deadline.isActive()) {
+        fail("\"" + statement.text + "\" does not hold");
+    }
+}
+
+// Closes the editors that are open, one at a time: each runs inside a press.
+void ExampleRun::giveUp()
+{
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+        modal->close();
+    } else {
+        m_tick.stop();
+    }
+}
+
+ExampleRun::Outcome ExampleRun::attempt(const Example::Statement& statement)
+{
+    const QString name = statement.names.value(0);
+    const QMessageBox* box = shownBox();
+    bool holds = false;
+    switch (statement.kind) {
+    case Kind::Press:
+        return press(name);
+    case Kind::Sends:
+        return sends(framed(name.toLatin1()));
+    case Kind::SendsUnframed:
+        return sends(name.toLatin1());
+    case Kind::SendsNothing:
+        return sendsNothing();
+    case Kind::MenuShows:
+        return menuShows(name, statement.names.value(1), true);
+    case Kind::MenuDoesNotShow:
+        return menuShows(name, statement.names.value(1), false);
+    case Kind::ScreenShows:
+        holds = buttonOnTop(name) != nullptr;
+        break;
+    case Kind::KeyIs:
+        return keyIs(name, statement.text.section(' ', -1));
+    case Kind::StatusBarShows:
+        holds = m_window.statusBar_->isVisible() && m_window.statusBar_->currentMessage() == name;
+        break;
+    case Kind::StatusBarHidden:
+        holds = !m_window.statusBar_->isVisible();
+        break;
+    case Kind::LinkModeShows:
+        holds = m_window.statusLabel->isVisible() && m_window.statusLabel->text() == name;
+        break;
+    case Kind::BoxShows:
+        holds = box != nullptr && box->text().contains(name);
+        break;
+    case Kind::NoBox:
+        holds = box == nullptr;
+        break;
+    }
+    return holds ? Outcome::Holds : Outcome::NotYet;
+}
+
+ExampleRun::Outcome ExampleRun::press(const QString& text)
+{
+    QAbstractButton* button = buttonOnTop(text);
+    if (button == nullptr) {
+        return Outcome::NotYet;
+    }
+    // not from here: a timer does not fire again while its own signal is under way
+    m_pressing = true;
+    QTimer::singleShot(0, button, [this, button] {
+        m_pressing = false;
+        clickOn(button);
+    });
+    return Outcome::Holds;
+}
+
+ExampleRun::Outcome ExampleRun::sends(const QByteArray& expected)
+{
+    const QList<QByteArray> pieces = notYetSeen();
+    for (const QByteArray& piece : pieces) {
+        if (piece == expected) {
+            m_seen += 1;
+            return Outcome::Holds;
+        }
+        if (piece != Pong || m_asked == 0) {
+            fail("sent in place of \"" + QString::fromLatin1(expected) + "\": \"" +
+                QString::fromLatin1(piece) + "\"");
+            return Outcome::NotYet;
+        }
+        m_seen += 1;
+        m_asked -= 1;
+    }
+    return Outcome::NotYet;
+}
+
+// Nothing but the answers to our own questions, of which the last one is asked now.
+ExampleRun::Outcome ExampleRun::sendsNothing()
+{
+    if (!m_lastAsked) {
+        ask();
+        m_lastAsked = true;
+    }
+    QList<QByteArray> others = notYetSeen();
+    const qsizetype answers = others.removeAll(Pong);
+    if (answers > m_asked) {
+        others += Pong;
+    }
+    if (!others.isEmpty()) {
+        fail("sent, and not expected: \"" + QString::fromLatin1(others.join(", ")) + "\"");
+        return Outcome::NotYet;
+    }
+    if (answers < m_asked) {
+        return Outcome::NotYet;
+    }
+    m_seen += answers;
+    m_asked = 0;
+    m_lastAsked = false;
+    return Outcome::Holds;
+}
+
+ExampleRun::Outcome ExampleRun::menuShows(const QString& menu, const QString& key, bool shown) const
+{
+    for (const KeyBoard* page : std::as_const(m_window.menus->book.pages)) {
+        const bool isShown = page->name == menu && page->frame->isVisible() &&
+            m_window.stack->currentWidget() == page->frame;
+        if (isShown && (visibleButton(page->frame, key) != nullptr) == shown) {
+            return Outcome::Holds;
+        }
+    }
+    return Outcome::NotYet;
+}
+
+ExampleRun::Outcome ExampleRun::keyIs(const QString& text, const QString& look) const
+{
+    static const QHash<QString, QString> Colours{
+        {"green", "background-color: green"}, {"grey", "#919191"}, {"dark", "#2f4f4f"}};
+    const QAbstractButton* button = visibleButton(&m_window, text);
+    const bool isSo = button != nullptr && button->styleSheet().contains(Colours.value(look));
+    return isSo && button->isEnabled() == (look != "dark") ? Outcome::Holds : Outcome::NotYet;
+}
+
+// Whether the panel is done with the messages: it has answered what came behind them, or it has
+// opened an editor.
+bool ExampleRun::isCarriedOut()
+{
+    const QList<QByteArray> pieces = notYetSeen();
+    return QApplication::activeModalWidget() != nullptr ||
+        (!pieces.isEmpty() && pieces.last() == Pong);
+}
+
+void ExampleRun::ask()
+{
+    m_asked += 1;
+    m_unit.write(framed("PING"));
+}
+
+void ExampleRun::fail(const QString& reason)
+{
+    if (m_failure.isEmpty()) {
+        m_failure = reason;
+    }
+}
+
+QList<QByteArray> ExampleRun::notYetSeen()
+{
+    FrameSplitter splitter;
+    QList<FrameSplitter::Piece> pieces = splitter.take(m_unit.received());
+    if (const auto loose = splitter.takeLoose()) {
+        pieces += *loose;
+    }
+    QList<QByteArray> bytes;
+    for (const FrameSplitter::Piece& piece : std::as_const(pieces)) {
+        bytes += piece.framed ? framed(piece.text.toLatin1()) : piece.text.toLatin1();
+    }
+    return bytes.mid(m_seen);
+}

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "app/MainWindow.h"
+#include "support/Pty.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+// The examples of docs/protocol.md: the "menu" blocks, and under each the list of what comes of it.
+//
+// A statement is one item of the list; names and texts stand between backticks:
+//     operator presses `A` `B` ...        one after the other
+//     panel sends `BODY`                  the next message is this one
+//     panel sends `TEXT` without a frame
+//     panel sends nothing                 more
+//     menu `M` shows the key `K`          and is the menu on the screen
+//     menu `M` does not show the key `K`
+//     screen shows the key `K`            on whatever page
+//     key `K` is green                    or grey, or dark
+//     status bar shows `TEXT`
+//     status bar is hidden
+//     link mode shows `TEXT`
+//     box shows `TEXT`
+//     no box is shown
+struct Example
+{
+    enum class Kind {
+        Press,
+        Sends,
+        SendsUnframed,
+        SendsNothing,
+        MenuShows,
+        MenuDoesNotShow,
+        ScreenShows,
+        KeyIs,
+        StatusBarShows,
+        StatusBarHidden,
+        LinkModeShows,
+        BoxShows,
+        NoBox
+    };
+    struct Statement
+    {
+        Kind kind;
+        QStringList names;
+        QString text; // as it stands in the file
+    };
+
+    int line = 0; // of the file, counted from 1, where the block begins
+    QByteArray messages;
+    QList<Statement> statements;
+
+    // In: the text of a document. Out: its examples; each line that is not understood, and each
+    // example without a statement, is a fault, "LINE: reason".
+    static QList<Example> read(const QByteArray& document, QStringList& faults);
+};
+
+// Carries one example out: a fresh panel gets its messages over a line, then the operator presses
+// and looks.
+//
+// Statements are taken in turn by a timer, because a press may open an editor that runs inside the
+// click, where there is nobody else to go on. What is to be seen or sent is waited for.
+class ExampleRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int LongestWaitMs = 10000;
+
+    // patienceMs: how long each statement is waited for.
+    explicit ExampleRun(const Example& example, int patienceMs = LongestWaitMs);
+
+    // Out: empty, or the statement that does not hold, and what is there in its place.
+    QString failure();
+
+private:
+    enum class Outcome { Holds, NotYet };
+
+    void tick();
+    void tryNext();
+    void giveUp();
+    Outcome attempt(const Example::Statement& statement);
+    Outcome press(const QString& text);
+    Outcome sends(const QByteArray& expected);
+    Outcome sendsNothing();
+    Outcome menuShows(const QString& menu, const QString& key, bool shown) const;
+    Outcome keyIs(const QString& text, const QString& look) const;
+    bool isCarriedOut();
+    void ask();
+    void fail(const QString& reason);
+    QList<QByteArray> notYetSeen();
+
+    DeviceDirectory m_devices;
+    Pty& m_unit;
+    MainWindow m_window;
+    QList<Example::Statement> m_statements;
+    int m_patienceMs;
+    QTimer m_tick;
+    QTimer m_deadline;
+    QString m_failure;
+    qsizetype m_next = 0;
+    qsizetype m_seen = 0; // pieces of what the panel has sent
+    int m_asked = 0;      // questions of ours that are not answered yet
+    bool m_started = false;
+    bool m_lastAsked = false;
+    bool m_pressing = false; // a click is about to be made
+};

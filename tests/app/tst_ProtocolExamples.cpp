@@ -1,0 +1,175 @@
+// Every example of docs/protocol.md is a message to the simulator, and the panel does with it what
+// the lines under it say.
+#include "app/Dispatcher.h"
+#include "app/ProtocolExamples.h"
+#include "sim/MenuFile.h"
+#include "support/TestMain.h"
+
+namespace {
+
+constexpr int ShortMs = 1000; // for what is known not to come
+
+QByteArray document()
+{
+    QFile file(QT_TESTCASE_SOURCEDIR "/../docs/protocol.md");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray block(const char* messages, const char* list)
+{
+    return QByteArray("Text\n\n```menu\n") + messages + "\n```\n" + list + "\n";
+}
+
+QString outcome(const char* messages, const char* list)
+{
+    QStringList faults;
+    const auto examples = Example::read(block(messages, list), faults);
+    if (examples.size() != 1 || !faults.isEmpty()) {
+        return "not read: " + faults.join("; ");
+    }
+    return ExampleRun(examples.first(), ShortMs).failure();
+}
+
+const char* const Toggle = "AK,Menu,agc,AGC,0,R1:AGC:,,0,,0,0,1\nSK,Menu";
+
+} // namespace
+
+class tst_ProtocolExamples : public QObject
+{
+    Q_OBJECT
+
+    QList<Example> m_examples;
+
+private slots:
+    void initTestCase()
+    {
+        QStringList faults;
+        m_examples = Example::read(document(), faults);
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join('\n')));
+        QVERIFY(!m_examples.isEmpty());
+    }
+
+    void every_message_has_an_example()
+    {
+        QStringList missing = Dispatcher::words();
+        for (const Example& example : std::as_const(m_examples)) {
+            for (const QByteArray& line : example.messages.split('\n')) {
+                missing.removeAll(QString::fromUtf8(line.split(',').first()));
+            }
+        }
+        QCOMPARE(missing, QStringList());
+    }
+
+    void an_example_holds_data()
+    {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < m_examples.size(); ++i) {
+            const QByteArray first = m_examples.at(i).messages.split('\n').first();
+            QTest::addRow("%d %s", m_examples.at(i).line, first.left(30).constData()) << i;
+        }
+    }
+
+    void an_example_holds()
+    {
+        QFETCH(int, index);
+        const Example& example = m_examples.at(index);
+        const MenuFile file = MenuFile::parse(example.messages, "docs/protocol.md");
+        QVERIFY2(file.errors().isEmpty(), qPrintable(file.errors().join('\n')));
+        const QString failure = ExampleRun(example).failure();
+        QVERIFY2(failure.isEmpty(), qPrintable(failure));
+    }
+
+    void a_list_that_is_not_understood_is_a_fault_data()
+    {
+        QTest::addColumn<QByteArray>("list");
+        QTest::addColumn<QString>("fault");
+        QTest::newRow("unknown") << QByteArray("- the panel sends `PONG`")
+                                 << "6: not understood: the panel sends `PONG`";
+        QTest::newRow("more behind") << QByteArray("- panel sends `PONG` soon")
+                                     << "6: not understood: panel sends `PONG` soon";
+        QTest::newRow("no backticks")
+            << QByteArray("- panel sends PONG") << "6: not understood: panel sends PONG";
+        QTest::newRow("second") << QByteArray("- panel sends `PONG`\n- and so on")
+                                << "7: not understood: and so on";
+        QTest::newRow("nothing said")
+            << QByteArray("Text") << "3: nothing is said about what comes of it";
+        QTest::newRow("said too late") << QByteArray("Text\n- panel sends `PONG`")
+                                       << "3: nothing is said about what comes of it";
+    }
+
+    void a_list_that_is_not_understood_is_a_fault()
+    {
+        QFETCH(QByteArray, list);
+        QFETCH(QString, fault);
+        QStringList faults;
+        Example::read(block("PING", list.constData()), faults);
+        QVERIFY2(faults.contains(fault), qPrintable(faults.join('\n')));
+    }
+
+    void what_does_not_hold_is_told_data()
+    {
+        QTest::addColumn<QByteArray>("messages");
+        QTest::addColumn<QByteArray>("list");
+        QTest::addColumn<QString>("failure");
+        const auto notHeld = [](const char* text) {
+            return QString("\"%1\" does not hold").arg(text);
+        };
+        QTest::newRow("another answer") << QByteArray("PING") << QByteArray("- panel sends `PANG`")
+                                        << "sent in place of \"\x02PANG\x04\": \"\x02PONG\x04\"";
+        QTest::newRow("no answer") << QByteArray("SB,0,Text") << QByteArray("- panel sends `PANG`")
+                                   << notHeld("panel sends `PANG`");
+        QTest::newRow("one answer more")
+            << QByteArray("PING") << QByteArray("- panel sends nothing")
+            << "sent, and not expected: \"\x02PONG\x04\"";
+        QTest::newRow("another key")
+            << QByteArray(Toggle)
+            << QByteArray("- operator presses `AGC`\n- panel sends `R1:AGC:0`")
+            << "sent in place of \"\x02R1:AGC:0\x04\": \"\x02R1:AGC:1\x04\"";
+        QTest::newRow("one message more")
+            << QByteArray(Toggle) << QByteArray("- operator presses `AGC`")
+            << "sent, and not expected: \"\x02R1:AGC:1\x04\"";
+        QTest::newRow("no such key to press")
+            << QByteArray(Toggle) << QByteArray("- operator presses `Gain`")
+            << notHeld("operator presses `Gain`");
+        QTest::newRow("no such key to see")
+            << QByteArray(Toggle) << QByteArray("- menu `Menu` shows the key `Gain`")
+            << notHeld("menu `Menu` shows the key `Gain`");
+        QTest::newRow("a key that is there")
+            << QByteArray(Toggle) << QByteArray("- menu `Menu` does not show the key `AGC`")
+            << notHeld("menu `Menu` does not show the key `AGC`");
+        QTest::newRow("another menu")
+            << QByteArray(Toggle) << QByteArray("- menu `Other` does not show the key `Gain`")
+            << notHeld("menu `Other` does not show the key `Gain`");
+        QTest::newRow("another colour") << QByteArray(Toggle) << QByteArray("- key `AGC` is green")
+                                        << notHeld("key `AGC` is green");
+        QTest::newRow("another status")
+            << QByteArray(Toggle) << QByteArray("- status bar shows `Ready`")
+            << notHeld("status bar shows `Ready`");
+        QTest::newRow("status bar there")
+            << QByteArray(Toggle) << QByteArray("- status bar is hidden")
+            << notHeld("status bar is hidden");
+        QTest::newRow("another mode")
+            << QByteArray(Toggle) << QByteArray("- link mode shows `Diversity Mode`")
+            << notHeld("link mode shows `Diversity Mode`");
+        QTest::newRow("no box") << QByteArray(Toggle) << QByteArray("- box shows `Text`")
+                                << notHeld("box shows `Text`");
+        QTest::newRow("editor left open")
+            << QByteArray("AK,Menu,ip,IP,6,SYS:IP:,,0,,0,0,1\nSK,Menu")
+            << QByteArray("- operator presses `IP` `AGC`") << notHeld("operator presses `AGC`");
+    }
+
+    void what_does_not_hold_is_told()
+    {
+        QFETCH(QByteArray, messages);
+        QFETCH(QByteArray, list);
+        QTEST(outcome(messages.constData(), list.constData()), "failure");
+    }
+
+    void what_holds_passes()
+    {
+        QCOMPARE(outcome(Toggle, "- operator presses `AGC`\n- panel sends `R1:AGC:1`"), QString());
+    }
+};
+
+QN740_TEST_MAIN(tst_ProtocolExamples)
+#include "tst_ProtocolExamples.moc"

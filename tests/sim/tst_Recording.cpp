@@ -1,0 +1,131 @@
+#include "sim/RecordFile.h"
+#include "sim/Recording.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+class tst_Recording : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_directory;
+
+    QString fileWith(const QByteArray& text) const
+    {
+        QFile file(m_directory.filePath("talk.log"));
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+        return file.fileName();
+    }
+
+private slots:
+    void trace_lines_are_read_with_anything_in_front_and_others_skipped()
+    {
+        const Recording recording =
+            Recording::parse("sim: ready /tmp/dev\n"
+                             "0.001 in \\x02PING\\x04\n"
+                             "qn740.link: 12.345 out \\x02PONG\\x04\r\n"
+                             "\n"
+                             "12:00:01 [debug] trace: 13.000 in \\x02SB,0,a\\\\b \\xe4\\x04");
+        const auto& lines = recording.lines();
+        QCOMPARE(lines.size(), 3);
+        QCOMPARE(lines.at(0).seconds, 0.001);
+        QVERIFY(lines.at(0).in);
+        QCOMPARE(lines.at(0).frame, QString("\x02PING\x04"));
+        QVERIFY(!lines.at(1).in);
+        QCOMPARE(lines.at(1).frame, QString("\x02PONG\x04"));
+        QCOMPARE(lines.at(2).frame, QString::fromLatin1("\x02SB,0,a\\b \xe4\x04"));
+    }
+
+    void unframed_texts_that_follow_each_other_are_one()
+    {
+        const Recording recording = Recording::parse("1.000 in \\x02ST,1\\x04\n"
+                                                     "1.001 out D1:SPEN:1\n"
+                                                     "1.002 out D2:SPEN:1\n"
+                                                     "1.003 out \\x02PONG\\x04\n"
+                                                     "1.004 out D2:SPEN:1\n"
+                                                     "1.005 in x\n"
+                                                     "1.006 in y\n"
+                                                     "1.007 out z\n");
+        QStringList frames;
+        for (const wire::TraceLine& line : recording.lines()) {
+            frames += line.frame;
+        }
+        QCOMPARE(frames,
+            (QStringList{
+                "\x02ST,1\x04", "D1:SPEN:1D2:SPEN:1", "\x02PONG\x04", "D2:SPEN:1", "x", "y", "z"}));
+    }
+
+    void a_file_without_such_a_line_is_refused()
+    {
+        const QString path = fileWith("PING\n12 in PING\n");
+        const Recording recording = Recording::load(path);
+        QCOMPARE(recording.fault(), path + ": no line as \"12.345 in \\x02PING\\x04\" in it");
+        QVERIFY(recording.lines().isEmpty());
+    }
+
+    void a_file_that_cannot_be_read_is_refused_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("missing") << m_directory.filePath("none.log");
+        QTest::newRow("directory") << m_directory.path();
+        QTest::newRow("endless") << "/dev/zero";
+    }
+
+    void a_file_that_cannot_be_read_is_refused()
+    {
+        QFETCH(QString, path);
+        const Recording recording = Recording::load(path);
+        QVERIFY2(recording.fault().startsWith(path + ": "), qPrintable(recording.fault()));
+    }
+
+    void what_is_written_is_read_again()
+    {
+        const QString path = m_directory.filePath("new.log");
+        RecordFile file(path);
+        QVERIFY(file.isOpen());
+        const QByteArray all = [] {
+            QByteArray bytes;
+            for (int i = 0; i < 256; ++i) {
+                bytes += char(i);
+            }
+            return bytes;
+        }();
+        file.toPanel(all);
+        file.fromPanel(QString::fromLatin1(all), true);
+        file.fromPanel("D1:SPEN:1", false);
+        // at once, without an end of the writer
+        const auto lines = Recording::load(path).lines();
+        QCOMPARE(lines.size(), 3);
+        QVERIFY(lines.at(0).in);
+        QCOMPARE(lines.at(0).frame.toLatin1(), all);
+        QVERIFY(!lines.at(1).in);
+        QCOMPARE(lines.at(1).frame.toLatin1(), '\x02' + all + '\x04');
+        QCOMPARE(lines.at(2).frame, QString("D1:SPEN:1"));
+        QVERIFY(lines.at(1).seconds >= lines.at(0).seconds);
+    }
+
+    void a_file_that_cannot_be_written_is_told()
+    {
+        RecordFile file("/proc/none/talk.log");
+        QVERIFY(!file.isOpen());
+        QVERIFY(file.errorString().startsWith("/proc/none/talk.log: "));
+        file.toPanel("x");
+    }
+
+    void a_full_disk_is_told_once()
+    {
+        RecordFile file("/dev/full");
+        QVERIFY(file.isOpen());
+        QSignalSpy failed(&file, &RecordFile::failed);
+        file.toPanel("x");
+        file.toPanel("y");
+        QCOMPARE(failed.size(), 1);
+        QVERIFY(failed.at(0).at(0).toString().startsWith("/dev/full: "));
+        QVERIFY(!file.isOpen());
+    }
+};
+
+QN740_TEST_MAIN(tst_Recording)
+#include "tst_Recording.moc"

@@ -1,0 +1,172 @@
+#include "sim/Recording.h"
+#include "sim/ReplayScore.h"
+#include "support/TestMain.h"
+
+namespace {
+
+QList<wire::TraceLine> recording(const QStringList& lines)
+{
+    QByteArray text;
+    for (const QString& line : lines) {
+        text += "1.000 " + line.toLatin1() + '\n';
+    }
+    return Recording::parse(text).lines();
+}
+
+QString frame(const QString& body)
+{
+    return '\x02' + body + '\x04';
+}
+
+const QStringList Talk{"in \\x02PING\\x04", "out \\x02PONG\\x04", "in \\x02VER\\x04",
+    "out \\x021.1.6.4\\x04", "out \\x02R1:AGC:1\\x04", "in \\x02PING\\x04", "out \\x02PONG\\x04"};
+
+} // namespace
+
+class tst_ReplayScore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void answers_are_told_from_what_the_operator_pressed_data()
+    {
+        QTest::addColumn<QStringList>("lines");
+        QTest::addColumn<QList<bool>>("answers");
+        QTest::newRow("ping") << QStringList{"in \\x02PING\\x04", "out \\x02PONG\\x04"}
+                              << QList<bool>{false, true};
+        QTest::newRow("nobody asked") << QStringList{"out \\x02PONG\\x04"} << QList<bool>{false};
+        QTest::newRow("asked once")
+            << QStringList{"in \\x02PING\\x04", "out \\x02PONG\\x04", "out \\x02PONG\\x04"}
+            << QList<bool>{false, true, false};
+        QTest::newRow("version of another panel")
+            << QStringList{"in \\x02VER\\x04", "out \\x022.0\\x04"} << QList<bool>{false, true};
+        QTest::newRow("link mode asked")
+            << QStringList{"in \\x02Slave\\x04", "out \\x02Slave,2\\x04"}
+            << QList<bool>{false, true};
+        QTest::newRow("link mode set, then chosen")
+            << QStringList{"in \\x02Slave,1\\x04", "out \\x02Slave,2\\x04"}
+            << QList<bool>{false, false};
+        QTest::newRow("spectrum start")
+            << QStringList{"in \\x02ST,1\\x04", "out D1:SPEN:1", "out D2:SPEN:1"}
+            << QList<bool>{false, true};
+        QTest::newRow("questions first")
+            << QStringList{"in \\x02PING\\x04", "in \\x02VER\\x04", "out \\x02R1:AGC:1\\x04",
+                   "out \\x02PONG\\x04", "out \\x021.1\\x04"}
+            << QList<bool>{false, false, false, true, true};
+        QTest::newRow("no frame") << QStringList{"in PING", "out \\x02PONG\\x04"}
+                                  << QList<bool>{false, false};
+    }
+
+    void answers_are_told_from_what_the_operator_pressed()
+    {
+        QFETCH(QStringList, lines);
+        const ReplayScore score(recording(lines));
+        QList<bool> answers;
+        for (qsizetype i = 0; i < recording(lines).size(); ++i) {
+            answers += score.isAnswer(i);
+        }
+        QTEST(answers, "answers");
+    }
+
+    void everything_that_comes_back_counts()
+    {
+        ReplayScore score(recording(Talk));
+        QCOMPARE(score.expected(), 4);
+        score.take(frame("PONG"), 1);
+        QVERIFY(score.cameBack(1));
+        QVERIFY(!score.cameBack(6));
+        score.take(frame("1.1.6.4"), 3);
+        score.take(frame("R1:AGC:1"), 4);
+        QVERIFY(!score.isGood());
+        score.take(frame("PONG"), 6);
+        QVERIFY(score.isGood());
+        QCOMPARE(score.report(), QStringList{"4 of 4 frames came back"});
+    }
+
+    void keys_that_nobody_presses_again_are_told_and_no_fault()
+    {
+        ReplayScore score(recording(Talk));
+        score.take(frame("PONG"), 1);
+        score.take(frame("1.1.6.4"), 3);
+        score.take(frame("PONG"), 6);
+        QVERIFY(score.allAnswersCame());
+        QVERIFY(score.isGood());
+        QCOMPARE(score.report(),
+            (QStringList{"3 of 4 frames came back", "not pressed: 1.000 out \\x02R1:AGC:1\\x04"}));
+    }
+
+    void a_missing_answer_is_told_and_is_a_fault()
+    {
+        ReplayScore score(recording(Talk));
+        score.take(frame("PONG"), 1);
+        score.take(frame("R1:AGC:1"), 5);
+        score.take(frame("PONG"), 6);
+        QVERIFY(!score.allAnswersCame());
+        QVERIFY(!score.isGood());
+        QCOMPARE(score.report(),
+            (QStringList{"3 of 4 frames came back", "missing: 1.000 out \\x021.1.6.4\\x04"}));
+    }
+
+    void what_was_not_recorded_is_told_and_is_a_fault()
+    {
+        ReplayScore score(recording({"in \\x02PING\\x04", "out \\x02PONG\\x04"}));
+        score.take(frame("PONG"), 1);
+        score.take("x\n", 2);
+        QVERIFY(score.allAnswersCame());
+        QVERIFY(!score.isGood());
+        QCOMPARE(score.report(), (QStringList{"1 of 1 frames came back", "unexpected: x\\x0a"}));
+    }
+
+    void another_version_is_missing_and_unexpected()
+    {
+        ReplayScore score(recording({"in \\x02VER\\x04", "out \\x021.0\\x04"}));
+        score.take(frame("1.1.6.4"), 1);
+        QCOMPARE(score.report(),
+            (QStringList{"0 of 1 frames came back", "missing: 1.000 out \\x021.0\\x04",
+                "unexpected: \\x021.1.6.4\\x04"}));
+    }
+
+    void an_answer_in_front_of_its_question_does_not_count()
+    {
+        ReplayScore score(recording(Talk));
+        score.take(frame("1.1.6.4"), 1); // "VER" is still to be sent
+        QVERIFY(!score.cameBack(3));
+    }
+
+    void answers_in_another_order_do_not_count()
+    {
+        ReplayScore score(recording(
+            {"in \\x02PING\\x04", "in \\x02VER\\x04", "out \\x02PONG\\x04", "out \\x021.1\\x04"}));
+        score.take(frame("1.1"), 2);
+        score.take(frame("PONG"), 2);
+        QCOMPARE(score.returned(), 1);
+        QVERIFY(!score.isGood());
+    }
+
+    void a_late_answer_still_counts()
+    {
+        ReplayScore score(recording(Talk));
+        score.take(frame("PONG"), 6);
+        QVERIFY(score.cameBack(1));
+        QVERIFY(!score.cameBack(6));
+    }
+
+    void a_long_report_is_cut_and_counted()
+    {
+        QStringList lines;
+        for (int i = 0; i < 150; ++i) {
+            lines += {"in \\x02PING\\x04", "out \\x02PONG\\x04"};
+        }
+        ReplayScore score(recording(lines));
+        for (int i = 0; i < 120; ++i) {
+            score.take("x", 0);
+        }
+        const QStringList report = score.report();
+        QCOMPARE(report.size(), 1 + ReplayScore::MostLines + 1);
+        QCOMPARE(report.first(), QString("0 of 150 frames came back"));
+        QCOMPARE(report.last(), QString("170 more"));
+    }
+};
+
+QN740_TEST_MAIN(tst_ReplayScore)
+#include "tst_ReplayScore.moc"

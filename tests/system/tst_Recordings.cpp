@@ -1,0 +1,247 @@
+// What is said between the real programs, recorded and played again; and the panel on a line that
+// spoils what it carries.
+#include "sim/Recording.h"
+#include "support/Program.h"
+#include "support/TestMain.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+namespace {
+
+constexpr int LongMs = 60000;
+
+// 200 messages: menus, values, texts, and a question behind every other one of them.
+QByteArray conversation()
+{
+    QByteArray text;
+    for (int i = 0; i < 50; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        text += "AK,Menu " + QByteArray::number(i % 3) + ",k" + number + ",Key " + number +
+            ",0,R1:K" + number + ":,,0,,0,0,1\n";
+        text += "PING\n";
+        text += i % 2 == 0 ? "SK,Menu " + QByteArray::number(i % 3) + "\n"
+                           : "SB,0,Text with \\\\ and \\xe4 " + number + "\n";
+        text += i % 3 == 0 ? "Slave\n" : "VER\n";
+    }
+    return text;
+}
+
+// Out: everything that left the panel, in its order.
+QByteArray answersIn(const QString& path)
+{
+    QByteArray bytes;
+    const Recording recording = Recording::load(path);
+    for (const wire::TraceLine& line : recording.lines()) {
+        bytes += line.in ? QByteArray() : line.frame.toLatin1();
+    }
+    return bytes;
+}
+
+QByteArray questionsIn(const QString& path)
+{
+    QByteArray bytes;
+    const Recording recording = Recording::load(path);
+    for (const wire::TraceLine& line : recording.lines()) {
+        bytes += line.in ? line.frame.toLatin1() : QByteArray();
+    }
+    return bytes;
+}
+
+} // namespace
+
+class tst_Recordings : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_parent;
+
+    QString file(const char* name) const { return m_parent->filePath(name); }
+    QStringList panelEnvironment() const
+    {
+        return {"QN740_DEV=" + file("dev"), "XDG_CONFIG_HOME=" + m_parent->path()};
+    }
+    QString fileWith(const QByteArray& text) const
+    {
+        QFile out(file("talk.log"));
+        out.open(QIODevice::WriteOnly);
+        out.write(text);
+        return out.fileName();
+    }
+
+    // Records the conversation with a panel into talk.log. Out: what the panel logged.
+    QByteArray recordConversation(const QStringList& panelLog = {})
+    {
+        Program unit(QN740_SIM, {"--dir", file("dev"), "--no-menus", "--record", file("talk.log")});
+        if (!QTest::qWaitFor([&unit] { return unit.output().startsWith("sim: ready"); }, LongMs)) {
+            return "no unit";
+        }
+        Program panel(QN740_PANEL, {}, panelEnvironment() + panelLog);
+        unit.write(conversation() + "SB,0,The end\n");
+        const QByteArray end = "SB,0,The end";
+        const bool done = QTest::qWaitFor(
+            [this, &panel, &end] {
+                panel.errors();
+                return questionsIn(file("talk.log")).contains(end) &&
+                    answersIn(file("talk.log")).count('\x04') == 101;
+            },
+            LongMs);
+        return done ? panel.errors() : "no end: " + answersIn(file("talk.log"));
+    }
+
+private slots:
+    void init() { m_parent = std::make_unique<QTemporaryDir>(); }
+
+    void a_conversation_of_200_messages_comes_back_byte_for_byte()
+    {
+        recordConversation();
+        const QByteArray answers = answersIn(file("talk.log"));
+        QCOMPARE(answers.count('\x04'), 101); // the version at the start, then every other message
+        QCOMPARE(questionsIn(file("talk.log")).count('\x04'), 202);
+
+        Program unit(QN740_SIM,
+            {"--dir", file("dev"), "--replay", file("talk.log"), "--fast", "--record",
+                file("again.log")});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
+        const Program panel(QN740_PANEL, {}, panelEnvironment());
+        QTRY_COMPARE_WITH_TIMEOUT(unit.state(), QProcess::NotRunning, LongMs);
+        QVERIFY2(unit.has("sim: 101 of 101 frames came back"), unit.output());
+        QCOMPARE(unit.exitCode(), 0);
+        QCOMPARE(answersIn(file("again.log")), answers);
+        QCOMPARE(questionsIn(file("again.log")), questionsIn(file("talk.log")));
+    }
+
+    void the_log_of_the_panel_plays_as_well()
+    {
+        const QByteArray log = recordConversation({"QT_LOGGING_RULES=qn740.link.debug=true"});
+        const QByteArray answers = answersIn(file("talk.log"));
+        QFile out(file("panel.log"));
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(log);
+        out.close();
+        QCOMPARE(answersIn(file("panel.log")), answers);
+        Program unit(QN740_SIM,
+            {"--dir", file("dev"), "--replay", file("panel.log"), "--fast", "--record",
+                file("again.log")});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
+        const Program panel(QN740_PANEL, {}, panelEnvironment());
+        QTRY_COMPARE_WITH_TIMEOUT(unit.state(), QProcess::NotRunning, LongMs);
+        QCOMPARE(unit.exitCode(), 0);
+        QCOMPARE(answersIn(file("again.log")), answers);
+    }
+
+    void an_answer_that_differs_is_told_by_the_exit_status()
+    {
+        const QString talk = fileWith("0.000 in \\x02VER\\x04\n0.010 out \\x029.9\\x04\n"
+                                      "0.020 in \\x02PING\\x04\n0.030 out \\x02PONG\\x04\n"
+                                      "0.040 out \\x02R1:AGC:1\\x04\n");
+        Program unit(QN740_SIM, {"--dir", file("dev"), "--replay", talk});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
+        const Program panel(QN740_PANEL, {}, panelEnvironment());
+        QTRY_COMPARE_WITH_TIMEOUT(unit.state(), QProcess::NotRunning, LongMs);
+        QCOMPARE(unit.exitCode(), 1);
+        QVERIFY2(unit.has("sim: 1 of 3 frames came back"), unit.output());
+        QVERIFY(unit.has("sim: missing: 0.010 out \\x029.9\\x04"));
+        QVERIFY(unit.has("sim: not pressed: 0.040 out \\x02R1:AGC:1\\x04"));
+        QVERIFY(unit.has("sim: unexpected: \\x021.1.6.4\\x04"));
+    }
+
+    void a_panel_on_a_bad_line_comes_up_again_with_the_next_whole_message_data()
+    {
+        QTest::addColumn<QString>("faults");
+        for (const char* name : {"drop", "cut", "junk", "split", "burst"}) {
+            QTest::newRow(name) << QString("%1=0.2").arg(name);
+        }
+        QTest::newRow("all") << "drop=0.1,cut=0.1,junk=0.1,split=0.1,burst=0.1";
+    }
+
+    // Only a message with nothing in front of it is sure to be understood: the first one behind a
+    // spoiled one may be lost with it.
+    void a_panel_on_a_bad_line_comes_up_again_with_the_next_whole_message()
+    {
+        QFETCH(QString, faults);
+        {
+            Program unit(
+                QN740_SIM, {"--dir", file("dev"), "--fault", faults, "--seed", "7", "--trace"});
+            QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: seed 7"), LongMs);
+            Program panel(QN740_PANEL, {}, panelEnvironment());
+            QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
+            const auto answered = [&unit] { return unit.has("panel: PONG"); };
+            bool came = false;
+            for (int i = 0; i < 100 && !came; ++i) {
+                unit.write("PING\n");
+                came = QTest::qWaitFor(answered, 300);
+            }
+            QVERIFY2(came, unit.output().right(2000));
+            QCOMPARE(panel.state(), QProcess::Running);
+        }
+    }
+
+    void faults_come_the_same_with_the_same_seed()
+    {
+        QList<QByteArray> runs;
+        for (const char* seed : {"5", "5", "6"}) {
+            Program unit(QN740_SIM,
+                {"--dir", file("dev"), "--fault", "drop=0.1,cut=0.1,junk=0.2", "--seed", seed,
+                    "--record", file("talk.log")});
+            QTRY_VERIFY_WITH_TIMEOUT(unit.has(QByteArray("sim: seed ") + seed), LongMs);
+            const Program panel(QN740_PANEL, {}, panelEnvironment());
+            QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
+            runs += questionsIn(file("talk.log"));
+        }
+        QCOMPARE(runs.at(1), runs.at(0));
+        QVERIFY(runs.at(2) != runs.at(0));
+    }
+
+    void options_that_cannot_be_done_are_refused_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QByteArray>("reason");
+        const QString talk = m_parent->filePath("none.log");
+        QTest::newRow("no recording")
+            << QStringList{"--replay", "/proc/none"} << QByteArray("/proc/none: ");
+        QTest::newRow("empty recording")
+            << QStringList{"--replay", "/dev/null"}
+            << QByteArray("/dev/null: no line as \"12.345 in \\x02PING\\x04\" in it\n");
+        QTest::newRow("no place to record")
+            << QStringList{"--record", "/proc/none"} << QByteArray("/proc/none: ");
+        QTest::newRow("fault") << QStringList{"--fault", "lost=1"}
+                               << QByteArray("no fault \"lost\"; there are drop, cut, junk, split, "
+                                             "burst\n");
+        QTest::newRow("rate") << QStringList{"--fault", "drop=2"}
+                              << QByteArray("drop needs a rate from 0 to 1, as in drop=0.05\n");
+        QTest::newRow("seed") << QStringList{"--seed", "x"}
+                              << QByteArray("the seed must be a whole number from 0 to "
+                                            "4294967295, not \"x\"\n");
+        QTest::newRow("menus in a replay")
+            << QStringList{"--replay", "/dev/null", "--no-menus"}
+            << QByteArray("--replay sends what is recorded, and no menus\n");
+        QTest::newRow("nothing to be fast with")
+            << QStringList{"--fast"} << QByteArray("--fast goes with --replay\n");
+    }
+
+    void options_that_cannot_be_done_are_refused()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(QByteArray, reason);
+        Program unit(QN740_SIM, QStringList{"--dir", file("dev")} + options);
+        QVERIFY(unit.ends());
+        QCOMPARE(unit.exitCode(), 1);
+        QVERIFY2(unit.errors().startsWith("qn740-sim: " + reason), unit.errors());
+        QCOMPARE(unit.output(), QByteArray());
+    }
+
+    void help_has_every_option_and_fault()
+    {
+        Program unit(QN740_SIM, {"--help"});
+        QVERIFY(unit.ends());
+        for (const char* text :
+            {"--record", "--replay", "--fast", "--fault", "--seed", "  drop  ", "  cut  ",
+                "  junk  ", "  split  ", "  burst  ", "qn740-sim --replay panel.log --fast"}) {
+            QVERIFY2(unit.output().contains(text), text);
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_Recordings)
+#include "tst_Recordings.moc"
