@@ -114,6 +114,9 @@ void MainWindow::lendChart(QGridLayout* place)
         }
     }
     place->addWidget(spectralCard->chart(0), 1, 0);
+    // the scope above asks for more, the chart would be left with a strip
+    place->setRowStretch(0, 3);
+    place->setRowStretch(1, 2);
     spectralCard->chart(0)->show();
     spectralCard->SetChartAreaVisible(0, true);
     spectralCard->SetChartAreaVisible(1, false);

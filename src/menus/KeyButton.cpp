@@ -10,6 +10,9 @@ namespace {
 constexpr int Margin = 4;
 constexpr int MarginOfShrinking = 3;
 
+// the least width of a column of keys
+constexpr int WidestHint = 150;
+
 // no key can show more characters than this, whatever the main unit sends
 constexpr qsizetype MostCharacters = 400;
 
@@ -102,13 +105,16 @@ KeyButton::Fit KeyButton::shrunk(const QString& text, const QFont& font, const Q
 
 QSize KeyButton::sizeHint() const
 {
-    return m_looks.testFlag(Key::Shrinking) ? QSize(Finger, Finger) : QPushButton::sizeHint();
+    if (m_looks.testFlag(Key::Shrinking)) {
+        return {Finger, Finger};
+    }
+    // long texts are broken: they do not make one column of keys wider than the others
+    return QPushButton::sizeHint().boundedTo({WidestHint, QWIDGETSIZE_MAX});
 }
 
 QSize KeyButton::minimumSizeHint() const
 {
-    return m_looks.testFlag(Key::Shrinking) ? QSize(Finger, Finger)
-                                            : QPushButton::minimumSizeHint();
+    return sizeHint();
 }
 
 void KeyButton::initStyleOption(QStyleOptionButton* option) const

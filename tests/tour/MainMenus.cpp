@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int SignalMs = 1000; // until a scope has something to show
+
 QWidget* linkWindow()
 {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -55,8 +57,9 @@ void visitMainMenus(Tour& tour)
     Tour::settle();
     tour.picture("message-ok");
     tour.unit("DB,KILLBOX");
+    tour.unit("SM,3,1");
     tour.unit("PAX,1");
-    Tour::settle();
+    Tour::settle(SignalMs);
     tour.picture("pax-menu");
     tour.unit("PAX,0");
     Tour::settle();
