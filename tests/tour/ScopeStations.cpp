@@ -40,6 +40,8 @@ void visitScopes(Tour& tour)
     });
     clickOn(tour.window().scopes->modeButton(2));
     showModes(tour, "000", "scopes-off");
-    clickOn(tour.window().scopesButton);
-    Tour::settle();
+    while (tour.window().views->current() != Views::Menus) {
+        clickOn(tour.window().scopesButton); // over the spectrum, if there is one
+        Tour::settle();
+    }
 }

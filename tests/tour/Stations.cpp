@@ -35,6 +35,8 @@ void visitMenu(Tour& tour, const QString& name)
 
 void visitStart(Tour& tour)
 {
+    tour.unit("SK,Start");
+    Tour::settle();
     tour.picture("start-menu");
     tour.unit("CLEAR");
     Tour::settle();
@@ -83,6 +85,7 @@ void visitSpectrum(Tour& tour)
     tour.unit("SF,1,2250.5");
     tour.unit("SP,0,6");
     tour.unit("SP,1,3");
+    tour.unit("SP,2,4");
     tour.unit("HM,0,-30,-80");
     constexpr int SomeSpectraMs = 1500;
     for (const char* name : {"spectrum-three", "spectrum-two", "spectrum-one"}) {
