@@ -55,9 +55,12 @@ void visitMainMenus(Tour& tour)
     Tour::settle();
     tour.picture("message-ok");
     tour.unit("DB,KILLBOX");
+    tour.unit("SM,3,1");
     tour.unit("PAX,1");
-    Tour::settle();
+    constexpr int FillMs = 2500;
+    Tour::settle(FillMs);
     tour.picture("pax-menu");
     tour.unit("PAX,0");
+    tour.unit("SM,3,0");
     Tour::settle();
 }

@@ -40,8 +40,5 @@ void visitScopes(Tour& tour)
     });
     clickOn(tour.window().scopes->modeButton(2));
     showModes(tour, "000", "scopes-off");
-    while (tour.window().views->current() != Views::Menus) {
-        clickOn(tour.window().scopesButton); // over the spectrum, if there is one
-        Tour::settle();
-    }
+    showView(tour, Views::Menus);
 }

@@ -80,6 +80,9 @@ private:
     int m_pictures = 0;
 };
 
+// Presses the button in the status bar until this one of Views' views is shown.
+void showView(Tour& tour, int view);
+
 // The stations of the walk, one for each part of the panel.
 void visitSpectrum(Tour& tour);
 void visitStart(Tour& tour);
