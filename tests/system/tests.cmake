@@ -15,3 +15,7 @@ qn740_system_test(Recordings qn740_sim)
 qn740_system_test(Editors)
 qn740_system_test(LinkModes)
 qn740_test(system UnitMenus qn740_sim)
+qn740_system_test(Pictures)
+add_dependencies(tst_Pictures qn740-pictures)
+target_compile_definitions(tst_Pictures PRIVATE
+    QN740_PICTURES="$<TARGET_FILE:qn740-pictures>" QN740_ROOT="${PROJECT_SOURCE_DIR}")

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int SignalMs = 1000; // until a scope has something to show
-
 QWidget* linkWindow()
 {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
@@ -59,8 +57,10 @@ void visitMainMenus(Tour& tour)
     tour.unit("DB,KILLBOX");
     tour.unit("SM,3,1");
     tour.unit("PAX,1");
-    Tour::settle(SignalMs);
+    constexpr int FillMs = 2500;
+    Tour::settle(FillMs);
     tour.picture("pax-menu");
     tour.unit("PAX,0");
+    tour.unit("SM,3,0");
     Tour::settle();
 }

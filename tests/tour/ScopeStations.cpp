@@ -40,6 +40,5 @@ void visitScopes(Tour& tour)
     });
     clickOn(tour.window().scopes->modeButton(2));
     showModes(tour, "000", "scopes-off");
-    clickOn(tour.window().scopesButton);
-    Tour::settle();
+    showView(tour, Views::Menus);
 }

@@ -4,6 +4,11 @@
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "menus/StackLayout.h"
+#include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumChart.h"
+#include "support/Screen.h"
+
+#include <QPushButton>
 
 namespace {
 
@@ -33,8 +38,21 @@ void visitMenu(Tour& tour, const QString& name)
 
 } // namespace
 
+void showView(Tour& tour, int view)
+{
+    for (int presses = 0; presses < 3 && tour.window().views->current() != view; ++presses) {
+        clickOn(tour.window().scopesButton);
+        Tour::settle();
+    }
+    if (tour.window().views->current() != view) {
+        tour.fail(QString("no view %1").arg(view));
+    }
+}
+
 void visitStart(Tour& tour)
 {
+    tour.unit("SK,Start");
+    Tour::settle();
     tour.picture("start-menu");
     tour.unit("CLEAR");
     Tour::settle();
@@ -77,12 +95,11 @@ void visitMenus(Tour& tour)
 void visitSpectrum(Tour& tour)
 {
     tour.unit("ST,1");
-    Views& views = *tour.window().views;
-    views.setCurrent(Views::Spectrum);
-    views.show(&Views::spectrum);
+    showView(tour, Views::Spectrum);
     tour.unit("SF,1,2250.5");
     tour.unit("SP,0,6");
     tour.unit("SP,1,3");
+    tour.unit("SP,2,4");
     tour.unit("HM,0,-30,-80");
     constexpr int SomeSpectraMs = 1500;
     for (const char* name : {"spectrum-three", "spectrum-two", "spectrum-one"}) {
@@ -90,10 +107,20 @@ void visitSpectrum(Tour& tour)
         tour.picture(name);
         tour.unit(name == QLatin1String("spectrum-three") ? "SH,2,0" : "SH,1,0");
     }
+    SpectralCard& card = *tour.window().spectralCard;
+    for (const char* button : {"Average", "Max Hold"}) {
+        tour.pressButton(&card, button);
+    }
+    clickOn(card.chart(0));
+    Tour::settle(SomeSpectraMs);
+    tour.picture("spectrum-marker");
+    for (const char* button : {"Average", "Max Hold"}) {
+        tour.pressButton(&card, button);
+    }
+    card.chart(0)->clearMarker();
     tour.unit("SH,1,1");
     tour.unit("SH,2,1");
-    views.setCurrent(Views::Menus);
-    views.show(&Views::menu);
+    showView(tour, Views::Menus);
 }
 
 void visitAllMenus(Tour& tour)

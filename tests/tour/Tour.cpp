@@ -153,7 +153,7 @@ void Tour::pressButton(QWidget* parent, const QString& text)
 void Tour::settle(int ms)
 {
     QEventLoop loop;
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    QTimer::singleShot(s_quick ? qMin(ms, SettleMs) : ms, &loop, &QEventLoop::quit);
     loop.exec();
 }
 

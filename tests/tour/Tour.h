@@ -46,8 +46,13 @@ public:
     // Presses the button with this text in a window.
     void pressButton(QWidget* window, const QString& text);
 
-    // Lets everything that is under way come to its end.
-    static void settle(int ms = 50);
+    // Lets everything that is under way come to its end. A quick tour waits SettleMs at most.
+    static constexpr int SettleMs = 50;
+    static void settle(int ms = SettleMs);
+
+    // From now on no tour waits until what moves has filled its plots; what stands still looks the
+    // same.
+    static void hurry() { s_quick = true; }
 
     KeyBoard* menu(const QString& name) const;
     MainWindow& window() { return *m_window; }
@@ -65,6 +70,8 @@ public:
 private:
     bool waitForLine(const QString& start, QString* line);
 
+    inline static bool s_quick = false;
+
     QDir m_directory;
     QString m_menuFile;
     std::unique_ptr<QProcess> m_unit;
@@ -72,6 +79,9 @@ private:
     int m_failures = 0;
     int m_pictures = 0;
 };
+
+// Presses the button in the status bar until this one of Views' views is shown.
+void showView(Tour& tour, int view);
 
 // The stations of the walk, one for each part of the panel.
 void visitSpectrum(Tour& tour);

@@ -19,11 +19,16 @@ int main(int argc, char** argv)
     parser.addPositionalArgument("DIR", "where the pictures go");
     const QCommandLineOption menu("menu", "the menus of FILE instead of the built-in ones", "FILE");
     parser.addOption(menu);
+    const QCommandLineOption quick("quick", "do not wait until scopes and spectra have filled");
+    parser.addOption(quick);
     parser.process(application);
     if (parser.positionalArguments().size() != 1) {
         parser.showHelp(1);
     }
 
+    if (parser.isSet(quick)) {
+        Tour::hurry();
+    }
     Tour tour(parser.positionalArguments().constFirst(), parser.value(menu));
     if (!tour.start()) {
         return 1;
