@@ -6,7 +6,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QScroller>
+#include <QScrollBar>
 #include <QSpacerItem>
 #include <QTextEdit>
 #include <QWindow>
@@ -34,7 +34,8 @@ QTextEdit* longText(const QLabel& label)
     view->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     view->setHtml(label.text());
-    QScroller::grabGesture(view->viewport(), QScroller::LeftMouseButtonGesture);
+    // wide enough for a finger
+    view->verticalScrollBar()->setStyleSheet(QStringLiteral("QScrollBar:vertical {width: 50px}"));
     return view;
 }
 

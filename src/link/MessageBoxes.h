@@ -12,8 +12,8 @@ class QMessageBox;
 //
 // A box does not block the panel and has no parent; it is deleted when it is closed. It lies in the
 // middle of the panel, wholly inside it, whatever the length of its text: a text that is too long
-// for the usual letters is set in smaller ones, and one that is too long for these can be scrolled
-// with a finger.
+// for the usual letters is set in smaller ones, and one that is too long for these has a scroll bar
+// that is wide enough for a finger.
 class MessageBoxes : public QObject
 {
     Q_OBJECT

@@ -2,29 +2,18 @@
 // ten.
 #include "spectrum/CardSide.h"
 #include "spectrum/Rs422Bus.h"
+#include "support/Heap.h"
 #include "support/TestMain.h"
 
-#include <QFile>
 #include <QSocketNotifier>
 
 #include <random>
-#include <unistd.h>
 
 namespace {
 
 constexpr int Transactions = 100000;
 constexpr int TimeoutMs = 1;
 constexpr int InFlight = 3; // queued ahead, so that the queue is never empty
-
-// bytes of memory in use by this process that no file backs
-qint64 residentBytes()
-{
-    QFile file("/proc/self/statm");
-    if (!file.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
-}
 
 // A card that answers each request, or fails on purpose in one of six ways.
 class FailingCard : public QObject
@@ -126,10 +115,10 @@ private slots:
         const auto ended = [&] {
             const int all = answered + lost;
             if (all == Transactions / 5) {
-                memoryEarly = residentBytes();
+                memoryEarly = heapInUse();
             }
             if (all == Transactions) {
-                memoryLate = residentBytes();
+                memoryLate = heapInUse();
                 loop.quit();
             }
             top();
@@ -153,9 +142,8 @@ private slots:
         stuck.start(280 * 1000);
         top();
         loop.exec();
-        qInfo(
-            "%d transactions in %lld ms: %d answered, %d timed out, %d good replies, resident %lld "
-            "and %lld KiB",
+        qInfo("%d transactions in %lld ms: %d answered, %d timed out, %d good replies, heap %lld "
+              "and %lld KiB",
             answered + lost, static_cast<long long>(timer.elapsed()), answered, lost, card.good,
             static_cast<long long>(memoryEarly / 1024), static_cast<long long>(memoryLate / 1024));
 
