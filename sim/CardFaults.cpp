@@ -79,7 +79,10 @@ CardFaults::Spoilt CardFaults::spoil(QByteArray reply, Fault fault)
         return {reply.replace(AddressEnd, 1, "8"), 0};
     case WrongLength:
         // of a text reply that is a byte of its data
-        return {reply.size() > LengthAt ? reply.replace(LengthAt, 1, "9") : reply, 0};
+        if (reply.size() > LengthAt) {
+            reply.replace(LengthAt, 1, reply.at(LengthAt) == '9' ? "8" : "9");
+        }
+        return {reply, 0};
     default:
         return {};
     }

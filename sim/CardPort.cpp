@@ -10,6 +10,7 @@ namespace {
 
 constexpr qsizetype MostHeard = 256; // longer than any request
 constexpr qsizetype AddressSize = 4;
+constexpr qsizetype CommandSize = 10; // with its padding
 constexpr double OlderBytesPerSecond = 92160.0;
 constexpr double K7150BytesPerSecond = 23040.0;
 
@@ -78,7 +79,7 @@ bool CardPort::takeOne()
 
 void CardPort::answer(const QByteArray& request)
 {
-    if (!request.startsWith(Address)) {
+    if (!request.startsWith(Address) || request.size() != AddressSize + CommandSize) {
         return;
     }
     const QByteArray bytes = reply(request.mid(AddressSize));

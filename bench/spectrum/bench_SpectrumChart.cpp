@@ -391,7 +391,9 @@ int main(int argc, char** argv)
         }
         benchmark::ClearRegisteredBenchmarks();
     }
-    ::kill(card, SIGKILL);
-    ::waitpid(card, nullptr, 0);
+    if (card > 0) {
+        ::kill(card, SIGKILL);
+        ::waitpid(card, nullptr, 0);
+    }
     return result;
 }

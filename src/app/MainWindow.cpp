@@ -9,6 +9,7 @@
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
+#include "wire/SerialLine.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -62,6 +63,8 @@ MainWindow::MainWindow(QWidget* parent)
 MainWindow::~MainWindow()
 {
     timer.stop();
+    delete m_scopeResend; // its closing may report an error to this window
+    m_scopeResend = nullptr;
     QApplication::restoreOverrideCursor();
 }
 

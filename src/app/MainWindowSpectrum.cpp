@@ -167,9 +167,18 @@ void MainWindow::process_SH(const QStringList& fields)
         views->show(&Views::menu);
         scopesButton->setText(QStringLiteral("Scopes"));
     }
-    if (spectralCard != nullptr) {
-        spectralCard->SetChartAreaVisible(channel, shown == 1);
+    if (spectralCard == nullptr || channel < 0 || channel >= card::Channels) {
+        return;
     }
+    if (spectralCard->getOverRideVisCheck()) {
+        // the first chart is lent: this holds when it comes back
+        m_chartsBefore.removeAll(channel);
+        if (shown == 1) {
+            m_chartsBefore += channel;
+        }
+        return;
+    }
+    spectralCard->SetChartAreaVisible(channel, shown == 1);
 }
 
 void MainWindow::process_LC(const QStringList& fields)
@@ -179,6 +188,9 @@ void MainWindow::process_LC(const QStringList& fields)
     const bool hasTrace = fields.size() > 1;
     if (!readInt(fields, 0, color) || (hasTrace && !readInt(fields, 1, trace))) {
         return;
+    }
+    if (trace < 0) {
+        return; // of no trace
     }
     trace -= 1; // the message counts from 1
     if (spectralCard != nullptr) {

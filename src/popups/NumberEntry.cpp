@@ -130,5 +130,5 @@ QString NumberEntry::clearAfterError()
 
 bool NumberEntry::negative() const
 {
-    return m_text.contains(Minus);
+    return m_text.toDouble() < 0.0; // what is no number reads as 0
 }

@@ -7,8 +7,8 @@ class NumberRanges;
 // What is typed on the number pad, character by character, and whether it is a valid value.
 //
 // The entry starts as six blanks, which stay in front of what is typed; "cleared" means exactly
-// these six. An entry with a minus reads as negative, one that is no number (blank, "1.2.3") as 0
-// where a key asks for its sign; as a value it is invalid.
+// these six. Where a key asks for the sign, an entry that is no number (blank, "-", "1.2.3") reads
+// as 0; as a value it is invalid.
 class NumberEntry
 {
 public:

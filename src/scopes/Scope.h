@@ -39,6 +39,7 @@ public:
     int demodulator() const { return m_demodulator; }
     QString portName() const { return m_line.name(); }
     bool portIsOpen() const { return m_line.isOpen(); }
+    const QSerialPort& port() { return m_line.port(); }
 
     void setPlotType(int type);
     int plotType() const { return m_plotType; }

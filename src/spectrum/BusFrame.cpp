@@ -11,7 +11,7 @@ constexpr qsizetype AddressAt = 1;
 constexpr qsizetype CommandAt = 5;
 constexpr qsizetype FieldSize = 4;
 
-// the longest spectrum has 65,548 bytes
+// the longest spectrum has 65,547 bytes
 constexpr qsizetype MostBytes = qsizetype{256} * 1024;
 
 QString text(const QByteArray& bytes, qsizetype from, qsizetype size)

@@ -21,7 +21,7 @@
 // queued text are for the bus itself: 0x07 marks a place in the queue, 0x08 gives a request a
 // timeout of its own.
 //
-// Everything happens in the thread of the bus; only sendMessage() may be called from another.
+// Everything happens in the thread of the bus.
 class Rs422Bus : public QObject
 {
     Q_OBJECT

@@ -136,6 +136,7 @@ void SpectralCard::setK7150(const QString& port1, const QString& port2, const QS
         m_buses[0]->deleteLater();
     }
     m_askedChannel = -1;
+    m_averageClearPending.fill(false); // their markers went with the bus
     m_buses[0] = newK7150Bus(port1);
     connect(m_buses[0], &Rs422Bus::opened, this, &SpectralCard::initSA);
     if (m_buses[1] == nullptr) {
@@ -251,8 +252,11 @@ void SpectralCard::takeSpectrum(const CmdMsg& message)
         points.remove(0, 1);
     }
     const bool stale = m_askedStale && channel == m_askedChannel;
-    m_askedChannel = -1;
-    m_askedStale = false;
+    // a spectrum of another port does not answer the poll, which goes over the first one
+    if (sender() == nullptr || sender() == m_buses[0]) {
+        m_askedChannel = -1;
+        m_askedStale = false;
+    }
     // a stale one was measured with the span before this one
     if (!isChannel(channel) || points.isEmpty() || stale) {
         return;

@@ -316,11 +316,14 @@ private slots:
 
     void a_trace_s_colour_is_that_of_its_scope()
     {
-        m_window->setScopeLineColor(1, 2);
+        m_window->process_LC({"1", "3"});
         QCOMPARE(m_window->scopes->scope(3)->lineColor(), QColor(0, 255, 0));
         for (const int none : {-1, 3, 1000}) {
             m_window->setScopeLineColor(6, none);
         }
+        m_window->process_LC({"5"}); // of the spectrum alone
+        m_window->process_LC({"5", "4"});
+        m_window->process_LC({"5", "-2147483648"});
         QCOMPARE(m_window->scopes->scope(1)->lineColor(), QColor(255, 0, 0));
         QCOMPARE(m_window->scopes->scope(3)->lineColor(), QColor(0, 255, 0));
     }

@@ -179,6 +179,8 @@ private slots:
         QTest::newRow("trace 3") << QByteArray("LC,6,3") << QList<int>{5, 3, 6};
         QTest::newRow("no trace: all") << QByteArray("LC,4") << QList<int>{4, 4, 4};
         QTest::newRow("trace 4") << QByteArray("LC,4,4") << QList<int>{5, 3, 1};
+        QTest::newRow("trace 0: all") << QByteArray("LC,4,0") << QList<int>{4, 4, 4};
+        QTest::newRow("lowest number") << QByteArray("LC,4,-2147483648") << QList<int>{5, 3, 1};
         QTest::newRow("unknown colour") << QByteArray("LC,8,1") << QList<int>{5, 3, 1};
         QTest::newRow("no colour") << QByteArray("LC") << QList<int>{5, 3, 1};
         QTest::newRow("no number") << QByteArray("LC,1,x") << QList<int>{5, 3, 1};

@@ -98,21 +98,35 @@ private slots:
         QCOMPARE(first.check(NumberRanges("-5 -5", 0), 0).value, -5.0);
     }
 
-    void a_second_minus_changes_nothing_data()
+    void a_second_minus_on_a_negative_entry_changes_nothing()
+    {
+        NumberEntry entry;
+        entry.minus();
+        entry.append("5");
+        entry.minus();
+        QCOMPARE(entry.text(), "       -5");
+    }
+
+    void what_reads_as_0_takes_another_minus_and_backspace_data()
     {
         QTest::addColumn<QString>("rest");
-        for (const char* rest : {"", "5", "0", "0."}) {
+        for (const char* rest : {"", "0", "0."}) {
             QTest::addRow("'-%s'", rest) << QString(rest);
         }
     }
-    void a_second_minus_changes_nothing()
+
+    void what_reads_as_0_takes_another_minus_and_backspace()
     {
         QFETCH(QString, rest);
         NumberEntry entry;
         entry.minus();
         entry.append(rest);
         entry.minus();
-        QCOMPARE(entry.text(), "       -" + rest);
+        QCOMPARE(entry.text(), "       --" + rest);
+        entry.plus();
+        QCOMPARE(entry.text(), "       --" + rest);
+        entry.backspace();
+        QCOMPARE(entry.text(), ("       --" + rest).chopped(1));
     }
 
     void plus_takes_the_minus_away()
@@ -129,12 +143,12 @@ private slots:
         QCOMPARE(entry.text(), "       -12");
     }
 
-    void plus_takes_a_lone_minus_away()
+    void plus_leaves_a_lone_minus()
     {
         NumberEntry entry;
         entry.minus();
         entry.plus();
-        QCOMPARE(entry.text(), "       ");
+        QCOMPARE(entry.text(), "       -");
     }
 
     void clearing_works_in_two_stages()

@@ -53,11 +53,8 @@ private slots:
         QVERIFY(bench.scope.portIsOpen());
         QCOMPARE(bench.scope.portName(), QStringLiteral("ttyUSB1"));
         QCOMPARE(bench.scope.demodulator(), 1);
-        const auto* port = bench.scope.findChild<QSerialPort*>();
-        if (port != nullptr) {
-            QCOMPARE(port->baudRate(), 115200);
-            QCOMPARE(port->readBufferSize(), 4096);
-        }
+        QCOMPARE(bench.scope.port().baudRate(), 115200);
+        QCOMPARE(bench.scope.port().readBufferSize(), qint64(4096));
     }
 
     void begins_as_eye_pattern_in_red_with_two_plots()
@@ -75,16 +72,15 @@ private slots:
     void a_block_is_plotted_and_passed_on()
     {
         Bench bench;
+        PlotView* plotI = plot(bench.scope, "plotI");
+        const int before = plotI->paintCount();
         QVERIFY(bench.line.write(steady(16384, -8192)));
         QTRY_COMPARE(bench.blocks.size(), 1);
         const auto i = bench.blocks.first().at(0).value<QVector<double>>();
         const auto q = bench.blocks.first().at(1).value<QVector<double>>();
         QCOMPARE(i, QVector<double>(256, 0.5));
         QCOMPARE(q, QVector<double>(256, -0.25));
-        PlotView* plotI = plot(bench.scope, "plotI");
-        const int before = plotI->paintCount();
-        QTRY_VERIFY(plotI->paintCount() > before ||
-            plotI->grab().toImage().pixelColor(plotI->dataArea().center()).isValid());
+        QTRY_VERIFY(plotI->paintCount() > before);
         const QImage picture = plotI->grab().toImage();
         const QRect area = plotI->dataArea();
         const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.25));

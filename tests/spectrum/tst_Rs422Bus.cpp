@@ -147,16 +147,6 @@ private slots:
         QCOMPARE(m_bus->txCount(), 1);
     }
 
-    void a_message_from_another_thread_is_queued()
-    {
-        m_bus->sendMessage("first");
-        std::unique_ptr<QThread> other(
-            QThread::create([this] { m_bus->sendMessage("from the other"); }));
-        other->start();
-        other->wait();
-        QCOMPARE(m_bus->txCount(), 1);
-    }
-
     // timeouts, by the value of the timer
 
     void the_reply_timer_data()
