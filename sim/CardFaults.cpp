@@ -1,59 +1,37 @@
 #include "sim/CardFaults.h"
 
-#include <QStringList>
-
 #include <algorithm>
-#include <numeric>
 
 namespace {
 
 constexpr int MostNoise = 100;
 
-const QStringList& names()
-{
-    static const QStringList list{QStringLiteral("no-reply"), QStringLiteral("late"),
-        QStringLiteral("cut"), QStringLiteral("noise"), QStringLiteral("wrong-address"),
-        QStringLiteral("wrong-length")};
-    return list;
-}
-
 } // namespace
 
-CardFaults::CardFaults(const std::array<int, Count>& percent, quint32 seed)
-    : m_percent(percent)
-    , m_random(seed)
+CardFaults::CardFaults(const FaultTable& rates, quint32 seed)
+    : m_chance(seed)
 {
+    const QList<FaultTable::Fault> known = names();
+    for (qsizetype fault = 0; fault < known.size(); ++fault) {
+        m_rates.at(static_cast<size_t>(fault)) = rates.rate(known.at(fault).name);
+    }
 }
 
-std::array<int, CardFaults::Count> CardFaults::fromText(const QString& text, QString& error)
+QList<FaultTable::Fault> CardFaults::names()
 {
-    std::array<int, Count> percent{};
-    const QStringList items = text.split(QLatin1Char(','), Qt::SkipEmptyParts);
-    for (const QString& item : items) {
-        const qsizetype fault = names().indexOf(item.section(QLatin1Char('='), 0, 0));
-        bool ok = true;
-        const int share = item.contains(QLatin1Char('='))
-            ? item.section(QLatin1Char('='), 1).toInt(&ok)
-            : DefaultPercent;
-        if (fault < 0 || !ok || share < 0 || share > 100) {
-            error = QStringLiteral("no fault of a card: \"%1\"").arg(item);
-            return {};
-        }
-        percent.at(static_cast<size_t>(fault)) = share;
-    }
-    if (std::accumulate(percent.begin(), percent.end(), 0) > 100) {
-        error = QStringLiteral("more than 100 percent of faults: \"%1\"").arg(text);
-        return {};
-    }
-    return percent;
+    return {{QLatin1String("card-no-reply"), QLatin1String("a spectral card does not reply")},
+        {QLatin1String("card-late"), QLatin1String("its reply comes 3 seconds late")},
+        {QLatin1String("card-cut"), QLatin1String("its reply ends early")},
+        {QLatin1String("card-noise"),
+            QLatin1String("up to 100 random bytes come in front of its reply")},
+        {QLatin1String("card-address"), QLatin1String("its reply has another card's address")},
+        {QLatin1String("card-length"), QLatin1String("its spectrum has a wrong length in it")}};
 }
 
 CardFaults::Spoilt CardFaults::pass(const QByteArray& reply)
 {
-    auto dice = static_cast<int>(m_random() % 100);
     for (size_t fault = 0; fault < Count; ++fault) {
-        dice -= m_percent.at(fault);
-        if (dice < 0) {
+        if (m_chance.happens(m_rates.at(fault))) {
             ++m_times.at(fault);
             return spoil(reply, static_cast<Fault>(fault));
         }
@@ -69,10 +47,11 @@ CardFaults::Spoilt CardFaults::spoil(QByteArray reply, Fault fault)
     case Late:
         return {reply, LateMs};
     case Cut:
-        return {reply.left(static_cast<qsizetype>(m_random()) % reply.size()), 0};
+        return {reply.left(m_chance.below(reply.size())), 0};
     case Noise: {
-        QByteArray noise(1 + static_cast<qsizetype>(m_random()) % MostNoise, '\0');
-        std::generate(noise.begin(), noise.end(), [this] { return static_cast<char>(m_random()); });
+        QByteArray noise(1 + m_chance.below(MostNoise), '\0');
+        std::generate(
+            noise.begin(), noise.end(), [this] { return static_cast<char>(m_chance.below(256)); });
         return {noise + reply, 0};
     }
     case WrongAddress:

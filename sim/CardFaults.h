@@ -1,17 +1,19 @@
 #pragma once
 
+#include "sim/Chance.h"
+#include "sim/FaultTable.h"
+
 #include <QByteArray>
-#include <QString>
+#include <QList>
 
 #include <array>
-#include <random>
 
-// Spoils a card's replies on request, seeded: the same seed spoils the same replies.
+// Spoils a card's replies at the rates of a table. A reply suffers one fault at most, the first of
+// those that are due. Seeded: the same seed spoils the same replies.
 class CardFaults
 {
 public:
     enum Fault { NoReply, Late, Cut, Noise, WrongAddress, WrongLength, Count };
-    static constexpr int DefaultPercent = 10;
     static constexpr int LateMs = 3000; // later than the panel waits for a spectrum
 
     // A reply as it leaves the card; empty bytes: none.
@@ -21,13 +23,12 @@ public:
         int delayMs = 0;
     };
 
-    // percent: of the replies that have each fault, 0 to 100 together.
-    explicit CardFaults(const std::array<int, Count>& percent = {}, quint32 seed = 1);
+    // No faults at all.
+    CardFaults() = default;
+    CardFaults(const FaultTable& rates, quint32 seed);
 
-    // In: names separated by ",", each "no-reply", "late", "cut", "noise", "wrong-address" or
-    // "wrong-length", with "=20" behind it for another share than 10 percent. Out: the shares; on a
-    // fault `error` says why.
-    static std::array<int, Count> fromText(const QString& text, QString& error);
+    // The names that a table needs to know, in the order of Fault.
+    static QList<FaultTable::Fault> names();
 
     Spoilt pass(const QByteArray& reply);
 
@@ -37,7 +38,7 @@ public:
 private:
     Spoilt spoil(QByteArray reply, Fault fault);
 
-    std::array<int, Count> m_percent;
+    std::array<double, Count> m_rates{};
     std::array<int, Count> m_times{};
-    std::mt19937 m_random;
+    Chance m_chance;
 };

@@ -9,7 +9,6 @@
 namespace {
 
 const QString Card = QStringLiteral("card");
-const QString Fault = QStringLiteral("card-fault");
 const QString Points = QStringLiteral("card-points");
 const QString Line = QStringLiteral("ttyUSB%1");
 constexpr int FirstLine = 11;
@@ -21,11 +20,6 @@ void CardOptions::addTo(QCommandLineParser& parser)
 {
     parser.addOption({Card, QStringLiteral("The spectral cards: k7150 (default), older or none."),
         QStringLiteral("TYPE"), QStringLiteral("k7150")});
-    parser.addOption({Fault,
-        QStringLiteral("Spoil 10 percent of the cards' replies, or as many as \"=20\" says: "
-                       "no-reply, late, cut, noise, wrong-address, wrong-length, or several with "
-                       "\",\" between."),
-        QStringLiteral("FAULTS")});
     parser.addOption({Points, QStringLiteral("Points of a spectrum, 1 to 9999 (default: 1024)."),
         QStringLiteral("NUMBER"), QString::number(CardPort::DefaultPoints)});
 }
@@ -37,7 +31,6 @@ CardOptions CardOptions::from(const QCommandLineParser& parser)
     options.none = card == QLatin1String("none");
     const bool older = card == QLatin1String("older");
     options.type = older ? CardPort::Type::Older : CardPort::Type::K7150;
-    options.faults = CardFaults::fromText(parser.value(Fault), options.fault);
     bool pointsOk = false;
     options.points = parser.value(Points).toInt(&pointsOk);
     if (!options.none && !older && card != QLatin1String("k7150")) {
@@ -48,7 +41,8 @@ CardOptions CardOptions::from(const QCommandLineParser& parser)
     return options;
 }
 
-bool CardOptions::addPorts(UnitDevices& devices, CardSpectrum& spectrum, quint32 seed) const
+bool CardOptions::addPorts(
+    UnitDevices& devices, CardSpectrum& spectrum, const FaultTable& faults, quint32 seed) const
 {
     for (int port = 0; port < Lines && !none; ++port) {
         PseudoTerminal* line = devices.add(Line.arg(FirstLine + port));

@@ -5,18 +5,15 @@
 
 #include <QString>
 
-#include <array>
-
 class CardSpectrum;
 class QCommandLineParser;
 class UnitDevices;
 
-// The options of the command line about the spectral cards: --card, --card-fault, --card-points.
+// The options of the command line about the spectral cards: --card, --card-points.
 struct CardOptions
 {
     bool none = false;
     CardPort::Type type = CardPort::Type::K7150;
-    std::array<int, CardFaults::Count> faults{};
     int points = CardPort::DefaultPoints;
     QString fault; // why the options are refused; empty when they are not
 
@@ -27,5 +24,6 @@ struct CardOptions
 
     // Makes the three card ports, which live as long as the devices. spectrum: what the cards see;
     // must live longer. Out: whether all are there.
-    bool addPorts(UnitDevices& devices, CardSpectrum& spectrum, quint32 seed) const;
+    bool addPorts(
+        UnitDevices& devices, CardSpectrum& spectrum, const FaultTable& faults, quint32 seed) const;
 };

@@ -10,7 +10,6 @@ namespace {
 constexpr double Floor = -100.0; // dB
 constexpr double NoiseDB = 2.0;
 constexpr double Pi = 3.14159265358979323846;
-constexpr double BitsPerSymbol = 2.0;
 constexpr double RollOff = 0.35;
 constexpr double DriftSeconds = 20.0;
 constexpr int HighestTrim = 9;
@@ -53,9 +52,9 @@ CardSpectrum::CardSpectrum(quint32 seed)
     : m_random(seed)
     , m_noise(0.0, NoiseDB)
 {
-    setBitRate(0, 5e6);
-    setBitRate(1, 1.25e6);
-    setBitRate(2, 10e6);
+    setSymbolRate(0, 2.5e6);
+    setSymbolRate(1, 0.625e6);
+    setSymbolRate(2, 5e6);
 }
 
 bool CardSpectrum::setSpan(int channel, int span)
@@ -76,10 +75,18 @@ bool CardSpectrum::setTrim(int channel, int trim)
     return true;
 }
 
-void CardSpectrum::setBitRate(int channel, double bitsPerSecond)
+void CardSpectrum::setSymbolRate(int channel, double symbolsPerSecond)
 {
-    if (channel >= 0 && channel < Channels && bitsPerSecond > 0.0 && std::isfinite(bitsPerSecond)) {
-        m_channels.at(static_cast<size_t>(channel)).rateMHz = bitsPerSecond / BitsPerSymbol / 1e6;
+    if (channel >= 0 && channel < Channels && symbolsPerSecond > 0.0 &&
+        std::isfinite(symbolsPerSecond)) {
+        m_channels.at(static_cast<size_t>(channel)).rateMHz = symbolsPerSecond / 1e6;
+    }
+}
+
+void CardSpectrum::setShift(int channel, double shift)
+{
+    if (channel >= 0 && channel < Channels && std::isfinite(shift)) {
+        m_channels.at(static_cast<size_t>(channel)).shiftMHz = shift;
     }
 }
 
@@ -104,9 +111,7 @@ void CardSpectrum::takeCommand(const QString& body)
         if (!who.split(QLatin1Char(' ')).contains(demodulator)) {
             continue;
         }
-        if (word == QLatin1String("RATE")) {
-            setBitRate(channel, value.toDouble());
-        } else if (word == QLatin1String("NFFT")) {
+        if (word == QLatin1String("NFFT")) {
             setFftParameter(channel, value);
         }
     }
@@ -117,7 +122,7 @@ double CardSpectrum::level(int channel, double offset, double binMHz, double sec
     const Channel& one = m_channels.at(static_cast<size_t>(channel));
     const double width = spanTable().at(one.span).spanMHz;
     const double drift =
-        0.01 * width * std::sin(2.0 * Pi * (seconds / DriftSeconds + channel / 3.0));
+        one.shiftMHz + 0.01 * width * std::sin(2.0 * Pi * (seconds / DriftSeconds + channel / 3.0));
     const double rate = std::max(one.rateMHz, binMHz);
     double sum = power(Floor);
     sum += power(Modulated.at(static_cast<size_t>(channel))) * haystack((offset - drift) / rate);

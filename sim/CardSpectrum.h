@@ -23,12 +23,13 @@ public:
     // trim: 0 to 9, in dB; is kept, the levels do not change.
     bool setTrim(int channel, int trim);
     int trim(int channel) const { return m_channels.at(static_cast<size_t>(channel)).trim; }
-    // bitsPerSecond: above 0.
-    void setBitRate(int channel, double bitsPerSecond);
+    // symbolsPerSecond: above 0; the modulated carrier is a bit wider than that.
+    void setSymbolRate(int channel, double symbolsPerSecond);
+    // shift: in MHz, by how much all carriers stand above the middle.
+    void setShift(int channel, double shift);
 
-    // In: the body of a message from the panel. "D2:RATE:5000000" changes the carrier of
-    // demodulator 2, "D2:NFFT:11" its span (the narrowest with that parameter); "D1 D2 D3:" means
-    // all three.
+    // In: the body of a message from the panel. "D2:NFFT:11" changes the span of demodulator 2 (the
+    // narrowest with that parameter); "D1 D2 D3:" means all three.
     void takeCommand(const QString& body);
 
     // Out: `count` points of the channel's span at a time in seconds, lowest frequency first, a
@@ -44,6 +45,7 @@ private:
         int span = 0;
         int trim = 0;
         double rateMHz = 1.0; // symbol rate
+        double shiftMHz = 0.0;
     };
 
     void setFftParameter(int channel, const QString& parameter);

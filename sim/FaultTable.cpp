@@ -39,7 +39,7 @@ bool FaultTable::isEmpty() const
 
 QString FaultTable::help() const
 {
-    constexpr int NameWidth = 8;
+    constexpr int NameWidth = 14;
     QString lines;
     for (const Fault& fault : m_known) {
         lines += QStringLiteral("  %1 %2\n").arg(QString(fault.name), -NameWidth).arg(fault.text);

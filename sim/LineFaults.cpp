@@ -22,7 +22,7 @@ LineFaults::LineFaults(const FaultTable& rates, quint32 seed)
     , m_junk(rates.rate(Junk))
     , m_split(rates.rate(Split))
     , m_burst(rates.rate(Burst))
-    , m_random(seed)
+    , m_chance(seed)
 {
 }
 
@@ -38,25 +38,25 @@ QList<FaultTable::Fault> LineFaults::names()
 QList<LineFaults::Piece> LineFaults::pass(const QByteArray& frame)
 {
     QByteArray bytes = frame;
-    if (happens(m_drop) && !bytes.isEmpty()) {
-        bytes.remove(below(bytes.size()), 1);
+    if (m_chance.happens(m_drop) && !bytes.isEmpty()) {
+        bytes.remove(m_chance.below(bytes.size()), 1);
     }
-    if (happens(m_cut) && bytes.size() > 1) {
-        bytes.truncate(1 + below(bytes.size() - 1));
+    if (m_chance.happens(m_cut) && bytes.size() > 1) {
+        bytes.truncate(1 + m_chance.below(bytes.size() - 1));
     }
-    if (happens(m_junk)) {
-        QByteArray junk(1 + below(MostJunk), '\0');
+    if (m_chance.happens(m_junk)) {
+        QByteArray junk(1 + m_chance.below(MostJunk), '\0');
         for (char& byte : junk) {
-            byte = static_cast<char>(below(256));
+            byte = static_cast<char>(m_chance.below(256));
         }
         bytes.prepend(junk);
     }
-    if (isHolding() || happens(m_burst)) {
+    if (isHolding() || m_chance.happens(m_burst)) {
         m_held += bytes;
         m_heldFrames += 1;
         return m_heldFrames < BurstFrames ? QList<Piece>() : QList<Piece>{{release(), 0}};
     }
-    return happens(m_split) ? split(bytes) : QList<Piece>{{bytes, 0}};
+    return m_chance.happens(m_split) ? split(bytes) : QList<Piece>{{bytes, 0}};
 }
 
 QByteArray LineFaults::release()
@@ -65,26 +65,14 @@ QByteArray LineFaults::release()
     return std::exchange(m_held, QByteArray());
 }
 
-bool LineFaults::happens(double rate)
-{
-    return rate > 0.0 &&
-        static_cast<double>(m_random()) <= rate * static_cast<double>(m_random.max());
-}
-
-// Out: 0 to bound - 1. Not by a standard distribution: these differ from library to library.
-int LineFaults::below(qsizetype bound)
-{
-    return static_cast<int>(m_random() % static_cast<quint32>(bound));
-}
-
 QList<LineFaults::Piece> LineFaults::split(const QByteArray& bytes)
 {
     QList<Piece> pieces;
     qsizetype at = 0;
-    const int count = 2 + below(MostPieces - 1);
+    const int count = 2 + m_chance.below(MostPieces - 1);
     for (int left = count; left > 1 && bytes.size() - at > 1; --left) {
-        const int length = 1 + below(bytes.size() - at - 1);
-        const int pause = ShortestPauseMs + below(LongestPauseMs - ShortestPauseMs + 1);
+        const int length = 1 + m_chance.below(bytes.size() - at - 1);
+        const int pause = ShortestPauseMs + m_chance.below(LongestPauseMs - ShortestPauseMs + 1);
         pieces.append({bytes.mid(at, length), pause});
         at += length;
     }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "sim/Chance.h"
 #include "sim/FaultTable.h"
 
 #include <QByteArray>
 #include <QList>
-
-#include <random>
 
 // What goes wrong on the front-panel line between the unit and the panel, at the rates of a table.
 // Seeded: the same seed spoils the same frames in the same way.
@@ -43,8 +42,6 @@ public:
     QByteArray release();
 
 private:
-    bool happens(double rate);
-    int below(qsizetype bound);
     QList<Piece> split(const QByteArray& bytes);
 
     double m_drop = 0.0;
@@ -52,7 +49,7 @@ private:
     double m_junk = 0.0;
     double m_split = 0.0;
     double m_burst = 0.0;
-    std::mt19937 m_random;
+    Chance m_chance;
     QByteArray m_held;
     int m_heldFrames = 0;
 };

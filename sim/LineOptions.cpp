@@ -1,6 +1,8 @@
 #include "sim/LineOptions.h"
 
+#include "sim/CardFaults.h"
 #include "sim/LineFaults.h"
+#include "sim/ScopeBytes.h"
 
 #include <QCommandLineParser>
 
@@ -15,7 +17,7 @@ const QString Seed = QStringLiteral("seed");
 // Every class that carries out faults has its list here.
 FaultTable knownFaults()
 {
-    return FaultTable(LineFaults::names());
+    return FaultTable(LineFaults::names() + ScopeFaults::names() + CardFaults::names());
 }
 
 QString conflict(const QCommandLineParser& parser)
@@ -46,8 +48,9 @@ void LineOptions::addTo(QCommandLineParser& parser)
     parser.addOption(
         {Fast, QStringLiteral("Play it without the pauses, waiting only for the answers.")});
     parser.addOption({Fault,
-        QStringLiteral("Spoil what goes to the panel, each message with this chance from 0 to 1; "
-                       "may be given again, or have several with \",\" between."),
+        QStringLiteral(
+            "Spoil what goes to the panel, each message, block or reply with this chance "
+            "from 0 to 1; may be given again, or have several with \",\" between."),
         QStringLiteral("NAME=RATE")});
     parser.addOption({Seed, QStringLiteral("The seed of everything random (default: 1)."),
         QStringLiteral("NUMBER"), QStringLiteral("1")});

@@ -46,6 +46,14 @@ bool MainUnit::type(const MenuStep& step)
     return true;
 }
 
+void MainUnit::tell(const QString& body)
+{
+    if (m_begun && m_nextMenu == m_menus.size() && m_answers.size() < MostAnswers) {
+        m_answers.append(body);
+        pump();
+    }
+}
+
 void MainUnit::panelCame()
 {
     m_keys = UnitKeys();

@@ -32,6 +32,10 @@ public:
     // menus. Out: false when MostTyped steps wait already and this one was not taken.
     bool type(const MenuStep& step);
 
+    // Sends a message of the unit's own, ahead of menus and typed ones; before the menus are out it
+    // is dropped, for then they tell the same.
+    void tell(const QString& body);
+
     // The mode that the panel last told by "Slave,n": 0 to 2, 0 before it told any.
     int linkMode() const { return m_linkMode; }
     // The version that the panel answered, empty before.

@@ -2,18 +2,16 @@
 
 #include "scopes/IqBlock.h"
 
-#include <QStringList>
 #include <QtEndian>
 
 #include <cmath>
 
 namespace {
 
-constexpr int BlocksPerBrokenOne = 4;
-constexpr int BlocksPerBurst = 10;
-constexpr int LongestBurst = 400;
-constexpr qint64 SilencePeriodMs = 6000;
-constexpr qint64 SilenceMs = 2000;
+constexpr QLatin1String Index("scope-index");
+constexpr QLatin1String Loss("scope-loss");
+constexpr QLatin1String Noise("scope-noise");
+constexpr QLatin1String Silence("scope-silence");
 
 char wave(quint32 number, double period, double middle, double swing)
 {
@@ -47,57 +45,46 @@ QByteArray scopeBytes::sdiRecord(quint32 number)
     return bytes;
 }
 
-ScopeFaults::ScopeFaults(int faults, quint32 seed)
-    : m_faults(faults)
-    , m_random(seed)
+ScopeFaults::ScopeFaults(const FaultTable& rates, quint32 seed)
+    : m_index(rates.rate(Index))
+    , m_loss(rates.rate(Loss))
+    , m_noise(rates.rate(Noise))
+    , m_silence(rates.rate(Silence))
+    , m_chance(seed)
 {
 }
 
-int ScopeFaults::fromText(const QString& text)
+QList<FaultTable::Fault> ScopeFaults::names()
 {
-    int faults = 0;
-    const QStringList names = text.split(QLatin1Char(','), Qt::SkipEmptyParts);
-    for (const QString& name : names) {
-        if (name == QLatin1String("index")) {
-            faults |= BrokenIndex;
-        } else if (name == QLatin1String("loss")) {
-            faults |= LostBytes;
-        } else if (name == QLatin1String("noise")) {
-            faults |= NoiseBursts;
-        } else if (name == QLatin1String("silence")) {
-            faults |= Silence;
-        } else {
-            return -1;
-        }
-    }
-    return faults;
+    return {{Index, QLatin1String("a block of a scope port has a wrong index")},
+        {Loss, QLatin1String("a byte of a scope's block or record is lost")},
+        {Noise, QLatin1String("up to 400 random bytes come in the middle of it")},
+        {Silence, QLatin1String("nothing comes for two seconds in its place")}};
 }
 
 QByteArray ScopeFaults::pass(QByteArray bytes, qint64 ms)
 {
-    ++m_blocks;
-    if ((m_faults & Silence) != 0 && ms % SilencePeriodMs >= SilencePeriodMs - SilenceMs) {
+    if (ms >= m_silentUntil && m_chance.happens(m_silence)) {
+        m_silentUntil = ms + SilenceMs;
+    }
+    if (ms < m_silentUntil) {
         return {};
     }
     const bool isBlock = bytes.size() == iqBlock::Bytes;
-    if ((m_faults & BrokenIndex) != 0 && isBlock && m_blocks % BlocksPerBrokenOne == 0) {
-        const auto record = static_cast<qsizetype>(3 + m_random() % (iqBlock::Records - 3));
+    if (isBlock && m_chance.happens(m_index)) {
+        const qsizetype record = 3 + m_chance.below(iqBlock::Records - 3);
         char* index = bytes.data() + record * iqBlock::RecordBytes;
         qToBigEndian(static_cast<quint16>(record + 1), index);
     }
-    if ((m_faults & LostBytes) != 0) {
-        m_sinceLoss += bytes.size();
-        if (m_sinceLoss >= LossPeriod) {
-            m_sinceLoss -= LossPeriod;
-            bytes.remove(std::max(qsizetype{0}, bytes.size() - 1 - m_sinceLoss), 1);
-        }
+    if (m_chance.happens(m_loss)) {
+        bytes.remove(m_chance.below(bytes.size()), 1);
     }
-    if ((m_faults & NoiseBursts) != 0 && m_blocks % BlocksPerBurst == 0) {
-        QByteArray burst(1 + static_cast<qsizetype>(m_random() % LongestBurst), '\0');
+    if (m_chance.happens(m_noise)) {
+        QByteArray burst(1 + m_chance.below(LongestBurst), '\0');
         for (char& byte : burst) {
-            byte = static_cast<char>(m_random());
+            byte = static_cast<char>(m_chance.below(256));
         }
-        bytes.insert(static_cast<qsizetype>(m_random()) % (bytes.size() + 1), burst);
+        bytes.insert(m_chance.below(bytes.size() + 1), burst);
     }
     return bytes;
 }

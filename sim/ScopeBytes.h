@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QVector>
+#include "sim/Chance.h"
+#include "sim/FaultTable.h"
 
-#include <random>
+#include <QByteArray>
+#include <QList>
+#include <QVector>
 
 // What a demodulator's scope port puts on its line, as bytes.
 namespace scopeBytes {
@@ -19,32 +20,35 @@ QByteArray sdiRecord(quint32 number);
 
 } // namespace scopeBytes
 
-// Spoils a scope port's bytes on request, seeded: the same seed spoils the same bytes.
+// Spoils what a scope port sends, at the rates of a table. Seeded: the same seed spoils the same
+// bytes.
+//
+//     scope-index     a block has a wrong index
+//     scope-loss      one byte of a block or record is lost
+//     scope-noise     up to 400 random bytes come in the middle of it
+//     scope-silence   nothing comes for two seconds from here on
 class ScopeFaults
 {
 public:
-    enum Fault {
-        BrokenIndex = 1, // every fourth block has a wrong index
-        LostBytes = 2,   // one byte of 10,000 is missing
-        NoiseBursts = 4, // now and then some hundred random bytes come in between
-        Silence = 8      // nothing at all for two seconds of every six
-    };
-    static constexpr qsizetype LossPeriod = 10000;
+    static constexpr int LongestBurst = 400;
+    static constexpr qint64 SilenceMs = 2000;
 
-    // faults: any of the above, added up.
-    explicit ScopeFaults(int faults = 0, quint32 seed = 1);
+    // No faults at all.
+    ScopeFaults() = default;
+    ScopeFaults(const FaultTable& rates, quint32 seed);
+
+    // The names that a table needs to know.
+    static QList<FaultTable::Fault> names();
 
     // In: what the port would send next, a block or a record; the time in ms since it began. Out:
     // what it sends.
     QByteArray pass(QByteArray bytes, qint64 ms);
 
-    // In: names separated by ",": "index", "loss", "noise", "silence". Out: the faults, -1 when a
-    // name is none of them.
-    static int fromText(const QString& text);
-
 private:
-    int m_faults;
-    std::mt19937 m_random;
-    int m_blocks = 0;
-    qsizetype m_sinceLoss = 0;
+    double m_index = 0.0;
+    double m_loss = 0.0;
+    double m_noise = 0.0;
+    double m_silence = 0.0;
+    qint64 m_silentUntil = 0;
+    Chance m_chance;
 };

@@ -1,17 +1,16 @@
 #include "sim/ScopeOptions.h"
 
-#include "sim/PanelLink.h"
 #include "sim/PseudoTerminal.h"
 #include "sim/ScopeBytes.h"
 #include "sim/ScopePort.h"
 #include "sim/UnitDevices.h"
+#include "sim/UnitState.h"
 
 #include <QCommandLineParser>
 
 namespace {
 
 const QString Signal = QStringLiteral("signal");
-const QString Fault = QStringLiteral("scope-fault");
 const QString Mode = QStringLiteral("scope-mode");
 const QString Line = QStringLiteral("ttyUSB%1");
 
@@ -27,12 +26,8 @@ void ScopeOptions::addTo(QCommandLineParser& parser)
         QStringLiteral("The signal of the next scope port, from Demod 1 on; the last one given "
                        "goes for the others too."),
         QStringLiteral("SIGNAL")});
-    parser.addOption({Fault,
-        QStringLiteral("Spoil what the scope ports send: index, loss, noise, silence, or several "
-                       "of them with \",\" between."),
-        QStringLiteral("FAULTS")});
     parser.addOption({Mode,
-        QStringLiteral("What the scope ports send before the panel asks, 0 to 3 (default: 0)."),
+        QStringLiteral("What the scope ports send before panel or menus say, 0 to 3 (default: 0)."),
         QStringLiteral("MODE"), QStringLiteral("0")});
 }
 
@@ -45,29 +40,41 @@ ScopeOptions ScopeOptions::from(const QCommandLineParser& parser)
         const QString text = texts.value(port, texts.constLast());
         options.signalSettings.append(SignalSettings::fromText(text, options.fault));
     }
-    options.faults = ScopeFaults::fromText(parser.value(Fault));
     bool modeIsNumber = false;
     options.mode = parser.value(Mode).toInt(&modeIsNumber);
-    if (options.faults < 0) {
-        options.fault = QStringLiteral("no fault of a scope port: \"%1\"").arg(parser.value(Fault));
-    } else if (!modeIsNumber || options.mode < ScopePort::Off || options.mode > ScopePort::Sdi) {
+    if (!modeIsNumber || options.mode < ScopePort::Off || options.mode > ScopePort::Sdi) {
         options.fault = QStringLiteral("no mode of a scope port: \"%1\"").arg(parser.value(Mode));
     }
     return options;
 }
 
-bool ScopeOptions::addPorts(UnitDevices& devices, const PanelLink& link, quint32 seed) const
+bool ScopeOptions::addPorts(
+    UnitDevices& devices, UnitState& state, const FaultTable& faults, quint32 seed) const
 {
     for (int port = 0; port < Ports; ++port) {
-        PseudoTerminal* line = devices.add(Line.arg(port + 1));
+        const int demodulator = port + 1;
+        PseudoTerminal* line = devices.add(Line.arg(demodulator));
         if (line == nullptr) {
             return false;
         }
-        auto* scope = new ScopePort(port + 1, *line, signalSettings.at(port), faults,
-            seed + static_cast<quint32>(port), line);
+        state.setSignal(demodulator, signalSettings.at(port));
+        state.setScopeMode(demodulator, mode);
+        const quint32 ownSeed = seed + static_cast<quint32>(port);
+        auto* scope = new ScopePort(
+            *line, state.signal(demodulator), ScopeFaults(faults, ownSeed), ownSeed, line);
         scope->setMode(mode);
-        QObject::connect(&link, &PanelLink::received, scope, &ScopePort::takeCommand);
-        QObject::connect(&link, &PanelLink::sent, scope, &ScopePort::takeMessage);
+        QObject::connect(&state, &UnitState::scopeModeChanged, scope,
+            [scope, demodulator](int changed, int newMode) {
+                if (changed == demodulator) {
+                    scope->setMode(newMode);
+                }
+            });
+        QObject::connect(
+            &state, &UnitState::signalChanged, scope, [scope, demodulator, &state](int changed) {
+                if (changed == demodulator) {
+                    scope->setSignal(state.signal(demodulator));
+                }
+            });
     }
     return true;
 }

@@ -3,8 +3,6 @@
 #include "scopes/IqBlock.h"
 #include "sim/PseudoTerminal.h"
 
-#include <QStringList>
-
 #include <algorithm>
 
 namespace {
@@ -14,13 +12,12 @@ constexpr double MostDue = 1536.0; // a line does not catch up on what it has mi
 
 } // namespace
 
-ScopePort::ScopePort(int demodulator, PseudoTerminal& line, const SignalSettings& signal,
-    int faults, quint32 seed, QObject* parent)
+ScopePort::ScopePort(PseudoTerminal& line, const SignalSettings& signal, const ScopeFaults& faults,
+    quint32 seed, QObject* parent)
     : QObject(parent)
-    , m_demodulator(demodulator)
     , m_line(line)
     , m_signal(signal, seed)
-    , m_faults(faults, seed)
+    , m_faults(faults)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &ScopePort::send);
@@ -40,27 +37,6 @@ void ScopePort::setMode(int mode)
         m_timer.stop();
     } else {
         m_timer.start(mode == Sdi ? SdiRecordMs : TickMs);
-    }
-}
-
-void ScopePort::takeCommand(const QString& body)
-{
-    const QString command = QStringLiteral("D%1:DSDM:").arg(m_demodulator);
-    bool ok = false;
-    const int mode = body.mid(command.size()).toInt(&ok);
-    if (ok && body.startsWith(command)) {
-        setMode(mode);
-    }
-}
-
-void ScopePort::takeMessage(const QString& body)
-{
-    const QStringList fields = body.split(QLatin1Char(','));
-    bool ok = false;
-    const int mode = fields.value(2).toInt(&ok);
-    if (ok && fields.at(0) == QLatin1String("SM") &&
-        fields.at(1) == QString::number(m_demodulator)) {
-        setMode(mode);
     }
 }
 

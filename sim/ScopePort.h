@@ -24,18 +24,16 @@ public:
     static constexpr double BytesPerSecond = 11520.0;
     static constexpr int SdiRecordMs = 100;
 
-    // demodulator: 1 to 3. line: the unit's end of its line, which must live longer than this.
-    ScopePort(int demodulator, PseudoTerminal& line, const SignalSettings& signal, int faults,
+    // line: the unit's end of the port's line, which must live longer than this.
+    ScopePort(PseudoTerminal& line, const SignalSettings& signal, const ScopeFaults& faults,
         quint32 seed, QObject* parent = nullptr);
 
     // Another number than those of Mode changes nothing.
     void setMode(int mode);
     int mode() const { return m_mode; }
 
-    // In: the body of a message from the panel. "D2:DSDM:1" sets the mode of demodulator 2.
-    void takeCommand(const QString& body);
-    // In: the body of a message to the panel. "SM,2,3" tells the mode of demodulator 2.
-    void takeMessage(const QString& body);
+    // What the next block is made of; one that is under way is sent to its end.
+    void setSignal(const SignalSettings& signal) { m_signal.setSettings(signal); }
 
     // How many blocks or records have been begun.
     int sentCount() const { return m_count; }
@@ -44,7 +42,6 @@ private:
     void send();
     QByteArray next();
 
-    int m_demodulator;
     PseudoTerminal& m_line;
     SignalModel m_signal;
     ScopeFaults m_faults;

@@ -36,8 +36,8 @@ constexpr Field Fields[] = {{"snr", &SignalSettings::snr, -20.0, 100.0},
     {"phase", &SignalSettings::phase, 0.0, 180.0}, {"offset", &SignalSettings::offset, -0.5, 0.5},
     {"imbalance", &SignalSettings::imbalance, -20.0, 20.0},
     {"skew", &SignalSettings::skew, -45.0, 45.0}, {"clip", &SignalSettings::clip, 0.01, 1.0},
-    {"level", &SignalSettings::level, 0.001, 1.0},
-    {"rolloff", &SignalSettings::rolloff, 0.05, 1.0}};
+    {"level", &SignalSettings::level, 0.001, 1.0}, {"rolloff", &SignalSettings::rolloff, 0.05, 1.0},
+    {"band", &SignalSettings::band, 0.1, 1000.0}};
 
 QString setField(SignalSettings& settings, const QString& text)
 {
@@ -143,6 +143,28 @@ std::vector<double> SignalModel::rootRaisedCosine(double a)
     return taps;
 }
 
+// A sinc behind a Hamming window, of gain 1 in the middle of the band.
+std::vector<double> SignalModel::bandPass(double band)
+{
+    const double cutOff = band / 2.0 / PerSymbol; // in turns a sample
+    if (cutOff >= 0.5) {
+        return {1.0};
+    }
+    std::vector<double> taps;
+    double sum = 0.0;
+    const int half = SpanSymbols * PerSymbol / 2;
+    for (int n = -half; n <= half; ++n) {
+        const double x = 2.0 * Pi * cutOff * n;
+        const double window = 0.54 + 0.46 * std::cos(Pi * n / half);
+        taps.push_back((n == 0 ? 1.0 : std::sin(x) / x) * window);
+        sum += taps.back();
+    }
+    for (double& tap : taps) {
+        tap /= sum;
+    }
+    return taps;
+}
+
 SignalModel::Filter::Filter(std::vector<double> taps)
     : m_taps(std::move(taps))
     , m_delay(m_taps.size())
@@ -163,14 +185,26 @@ SignalModel::Complex SignalModel::Filter::step(Complex input)
 }
 
 SignalModel::SignalModel(const SignalSettings& settings, quint32 seed)
-    : m_settings(settings)
-    , m_random(seed)
-    , m_alphabet(alphabet(settings.modulation))
-    , m_shaping(rootRaisedCosine(settings.rolloff))
-    , m_matched(rootRaisedCosine(settings.rolloff))
+    : m_random(seed)
 {
-    // until both filters are full; a whole number of symbols, so that the next is at a decision
-    for (int n = 0; n < 2 * SpanSymbols * PerSymbol; ++n) {
+    setSettings(settings);
+}
+
+void SignalModel::setSettings(const SignalSettings& settings)
+{
+    m_settings = settings;
+    m_alphabet = alphabet(settings.modulation);
+    m_shaping = Filter(rootRaisedCosine(settings.rolloff));
+    m_band = Filter(bandPass(settings.band));
+    m_matched = Filter(rootRaisedCosine(settings.rolloff));
+    m_phase = 0;
+    fill();
+}
+
+// Until the filters are full; a whole number of symbols, so that the next sample is at a decision.
+void SignalModel::fill()
+{
+    for (int n = 0; n < 3 * SpanSymbols * PerSymbol; ++n) {
         nextSample();
     }
 }
@@ -189,7 +223,7 @@ SignalModel::Complex SignalModel::nextSample()
     const double sigma = std::sqrt(std::pow(10.0, -m_settings.snr / 10.0) / 2.0);
     const double noiseI = m_normal(m_random);
     const double noiseQ = m_normal(m_random);
-    return m_matched.step(m_shaping.step(impulse) + sigma * Complex(noiseI, noiseQ));
+    return m_matched.step(m_band.step(m_shaping.step(impulse) + sigma * Complex(noiseI, noiseQ)));
 }
 
 SignalModel::Complex SignalModel::impaired(Complex sample)

@@ -74,10 +74,27 @@ QString choiceText(const QString& options, const QString& value)
     return {};
 }
 
-QString menuOfCommand(const QString& command)
+// In: "SK:Some Menu:" or "PAX:0:Some Menu:" and the length of what stands in front of the name.
+QStringList menuOfCommand(const QString& command, qsizetype prefix)
 {
-    const QString name = command.mid(3);
-    return name.endsWith(QLatin1Char(':')) ? name.chopped(1) : name;
+    QString name = command.mid(prefix);
+    name.chop(name.endsWith(QLatin1Char(':')) ? 1 : 0);
+    return name.isEmpty() ? QStringList() : QStringList{QLatin1String("SK,") + name};
+}
+
+// What a key does that changes what is on the screen; nothing for other keys.
+QStringList confirmScreen(const QString& command)
+{
+    if (command.startsWith(QLatin1String("SK:"))) {
+        return menuOfCommand(command, 3);
+    }
+    if (command.startsWith(QLatin1String("PAX:1:"))) {
+        return {QStringLiteral("PAX,1")};
+    }
+    if (command.startsWith(QLatin1String("PAX:0:"))) {
+        return QStringList{QStringLiteral("PAX,0")} + menuOfCommand(command, 6);
+    }
+    return {};
 }
 
 QStringList confirmChoice(QStringList fields, const QString& value)
@@ -119,8 +136,9 @@ QStringList confirm(const QStringList& fields, const QString& value)
     if (value.isEmpty()) {
         return {};
     }
-    if (fields.at(Command).startsWith(QLatin1String("SK:"))) {
-        return {QLatin1String("SK,") + menuOfCommand(fields.at(Command))};
+    const QStringList screen = confirmScreen(fields.at(Command));
+    if (!screen.isEmpty()) {
+        return screen;
     }
     switch (fields.at(Type).toInt()) {
     case Toggles:

@@ -22,6 +22,7 @@ public:
     // In: the body of a message from the panel. Out: the bodies to send in answer; none when no key
     // has sent it or when the value is not of the key's kind.
     //   command "SK:Menu:"      -> SK of that menu
+    //   command "PAX:1:"        -> PAX on; "PAX:0:Menu:" -> PAX off, and SK of that menu
     //   types 0 and 5, 1 and 3  -> CV with the new toggle, or the new value
     //   types 2, 4 and 6        -> AK whose label shows what was chosen, "Name: chosen"; a name
     //                              that a file key does not know yet joins its files

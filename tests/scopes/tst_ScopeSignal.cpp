@@ -283,8 +283,10 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&scope));
         QSignalSpy blocks(&scope, &Scope::rcv_eye_msg);
         SignalModel model(settingsOf(QStringLiteral("qpsk:snr=25")), 9);
-        ScopeFaults faults(
-            ScopeFaults::LostBytes | ScopeFaults::NoiseBursts | ScopeFaults::BrokenIndex, 9);
+        FaultTable rates(ScopeFaults::names());
+        QCOMPARE(rates.set(QStringLiteral("scope-index=0.25,scope-loss=0.15,scope-noise=0.1")),
+            QString());
+        ScopeFaults faults(rates, 9);
         QByteArray bytes;
         for (int block = 0; block < 100; ++block) {
             bytes += faults.pass(blocksOf(model, 1, 1), 0);

@@ -11,6 +11,20 @@
 
 using Type = CardPort::Type;
 
+namespace {
+
+FaultTable rates(const QString& text)
+{
+    FaultTable table(CardFaults::names());
+    const QString fault = table.set(text);
+    if (!fault.isEmpty()) {
+        qFatal("%s", qPrintable(fault));
+    }
+    return table;
+}
+
+} // namespace
+
 class tst_CardPort : public QObject
 {
     Q_OBJECT
@@ -104,53 +118,24 @@ private slots:
 
     void a_spectrum_has_the_layout_of_its_type()
     {
-        start(Type::Older, {}, 512);
+        start(Type::Older, 512);
         m_port->write(bus::frame("0190RFFT100000", '[', ']', true));
         QTRY_COMPARE(heard().size(), 13 + 512);
         QVERIFY(heard().startsWith("[0190RFFT0512"));
         m_heard.clear();
 
-        start(Type::K7150, {}, 4096);
+        start(Type::K7150, 4096);
         m_port->write(bus::frame("0190RFFT200000", '[', ']', true));
         QTRY_COMPARE(heard().size(), 12 + 4096);
         QCOMPARE(heard().left(12), QByteArray("[0190RFFT\x10\x00\x02", 12));
-    }
-
-    void faults_are_read_from_their_names_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QVector<int>>("percent");
-        QTest::newRow("none") << "" << QVector<int>{0, 0, 0, 0, 0, 0};
-        QTest::newRow("one") << "cut" << QVector<int>{0, 0, 10, 0, 0, 0};
-        QTest::newRow("all") << "no-reply=1,late=2,cut=3,noise=4,wrong-address=5,wrong-length=6"
-                             << QVector<int>{1, 2, 3, 4, 5, 6};
-        QTest::newRow("unknown") << "broken" << QVector<int>();
-        QTest::newRow("no share") << "cut=x" << QVector<int>();
-        QTest::newRow("too much") << "cut=60,late=60" << QVector<int>();
-        QTest::newRow("negative") << "cut=-1" << QVector<int>();
-    }
-
-    void faults_are_read_from_their_names()
-    {
-        QFETCH(QString, text);
-        QFETCH(QVector<int>, percent);
-        QString error;
-        const auto read = CardFaults::fromText(text, error);
-        QCOMPARE(error.isEmpty(), !percent.isEmpty());
-        for (qsizetype i = 0; i < percent.size(); ++i) {
-            QCOMPARE(read.at(static_cast<size_t>(i)), percent.at(i));
-        }
     }
 
     void each_fault_spoils_a_reply_in_its_way()
     {
         const QByteArray reply = "[0190RFFT0064" + QByteArray(64, 'p');
         const auto spoilt = [&reply](CardFaults::Fault fault) {
-            std::array<int, CardFaults::Count> percent{};
-            percent.at(fault) = 100;
-            CardFaults faults(percent, 3);
-            const auto result = faults.pass(reply);
-            return result;
+            CardFaults faults(rates(CardFaults::names().at(fault).name + "=1"), 3);
+            return faults.pass(reply);
         };
         QVERIFY(spoilt(CardFaults::NoReply).bytes.isEmpty());
         QCOMPARE(spoilt(CardFaults::Late).bytes, reply);
@@ -166,10 +151,9 @@ private slots:
 
     void the_same_seed_spoils_the_same_replies()
     {
-        QString error;
-        const auto percent = CardFaults::fromText("cut=30,noise=30,no-reply=30", error);
-        CardFaults one(percent, 5);
-        CardFaults same(percent, 5);
+        const FaultTable table = rates("card-cut=0.4,card-noise=0.4,card-no-reply=0.3");
+        CardFaults one(table, 5);
+        CardFaults same(table, 5);
         for (int i = 0; i < 200; ++i) {
             QCOMPARE(one.pass("[0190RNMEname]\r").bytes, same.pass("[0190RNMEname]\r").bytes);
         }
@@ -217,11 +201,10 @@ private slots:
 
     void the_page_goes_on_through_every_fault()
     {
-        QString error;
-        const auto percent =
-            CardFaults::fromText("no-reply=2,cut=5,noise=20,wrong-address=2,wrong-length=2", error);
+        const FaultTable table = rates("card-no-reply=0.02,card-cut=0.05,card-noise=0.2,"
+                                       "card-address=0.02,card-length=0.02");
         m_card = std::make_unique<CardPort>(
-            Type::Older, *m_line, *m_spectrum, CardFaults(percent, 11), 64);
+            Type::Older, *m_line, *m_spectrum, CardFaults(table, 11), 64);
         SpectralCard page(nullptr, 0, "ttyUSB11");
         QSignalSpy spectra(&page, &SpectralCard::specUpdate);
         page.show();
@@ -231,11 +214,10 @@ private slots:
     }
 
 private:
-    void start(Type type, const std::array<int, CardFaults::Count>& percent = {}, int points = 64)
+    void start(Type type, int points = 64)
     {
         m_port.reset();
-        m_card =
-            std::make_unique<CardPort>(type, *m_line, *m_spectrum, CardFaults(percent, 1), points);
+        m_card = std::make_unique<CardPort>(type, *m_line, *m_spectrum, CardFaults(), points);
         m_port = std::make_unique<QSerialPort>();
         m_port->setPortName(m_devices->path() + "/ttyUSB11");
         m_port->setBaudRate(921600);

@@ -59,21 +59,64 @@ private slots:
         }
     }
 
-    void a_higher_bit_rate_makes_the_carrier_wider()
+    void a_higher_symbol_rate_makes_the_carrier_wider()
     {
         CardSpectrum spectrum;
         spectrum.setSpan(1, 9);
-        spectrum.takeCommand("D2:RATE:1000000");
+        spectrum.setSymbolRate(1, 0.5e6);
         const int narrow = above(spectrum.points(1, Points, 0.0), -45.0);
-        spectrum.takeCommand("D2:RATE:10000000.000000");
+        spectrum.setSymbolRate(1, 5e6);
         const int wide = above(spectrum.points(1, Points, 0.0), -45.0);
         QVERIFY2(wide > 4 * narrow, qPrintable(QString("%1 %2").arg(narrow).arg(wide)));
+    }
+
+    void a_shift_moves_all_carriers()
+    {
+        CardSpectrum spectrum;
+        spectrum.setSpan(0, 9); // 40 MHz
+        const auto middleOf = [&spectrum] {
+            const QByteArray points = spectrum.points(0, Points, 0.0);
+            double sum = 0.0;
+            int count = 0;
+            for (int i = 0; i < Points; ++i) {
+                if (level(points.at(i)) > -45.0) {
+                    sum += i;
+                    ++count;
+                }
+            }
+            const double width = spanTable().at(9).spanMHz; // a little more than its name says
+            return count == 0 ? -1.0 : width * (sum / count / Points - 0.5);
+        };
+        const double before = middleOf();
+        spectrum.setShift(0, -8.0);
+        QVERIFY2(std::abs(before - middleOf() - 8.0) < 0.2, QByteArray::number(middleOf()));
+        spectrum.setShift(0, 500.0);
+        QCOMPARE(above(spectrum.points(0, Points, 0.0), -80.0), 0); // nothing but noise
+    }
+
+    void what_is_no_rate_or_shift_changes_nothing()
+    {
+        CardSpectrum spectrum;
+        const CardSpectrum before;
+        for (const double value : {qQNaN(), qInf(), -qInf()}) {
+            spectrum.setSymbolRate(0, value);
+            spectrum.setShift(0, value);
+        }
+        spectrum.setSymbolRate(0, 0.0);
+        spectrum.setSymbolRate(3, 1e6);
+        spectrum.setSymbolRate(-1, 1e6);
+        spectrum.setShift(3, 1.0);
+        spectrum.setShift(-1, 1.0);
+        for (int channel = 0; channel < 3; ++channel) {
+            QCOMPARE(
+                spectrum.level(channel, 0.2, 0.01, 1.0), before.level(channel, 0.2, 0.01, 1.0));
+        }
     }
 
     void carriers_drift()
     {
         CardSpectrum spectrum;
-        spectrum.takeCommand("D1:RATE:1000");
+        spectrum.setSymbolRate(0, 500.0);
         const double width = spanTable().first().spanMHz;
         const double offset = -0.31 * width;
         const double bin = width / Points;
@@ -90,7 +133,6 @@ private slots:
         QTest::newRow("unknown parameter") << "D1:NFFT:99" << QVector<int>{0, 0, 0};
         QTest::newRow("no demodulator") << "D4:NFFT:10" << QVector<int>{0, 0, 0};
         QTest::newRow("another command") << "D1:MODE:10" << QVector<int>{0, 0, 0};
-        QTest::newRow("a rate that is none") << "D1:RATE:fast" << QVector<int>{0, 0, 0};
         QTest::newRow("empty") << "" << QVector<int>{0, 0, 0};
     }
 

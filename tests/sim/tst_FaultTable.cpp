@@ -68,7 +68,8 @@ private slots:
 
     void the_help_names_each()
     {
-        QCOMPARE(table().help(), QString("  lost     it is lost\n  late     it is late\n"));
+        QCOMPARE(
+            table().help(), QString("  lost           it is lost\n  late           it is late\n"));
     }
 };
 

@@ -57,6 +57,22 @@ private slots:
         QCOMPARE(unit.panelVersion(), QString("1.1.6.4"));
     }
 
+    void what_the_unit_tells_by_itself_goes_out_behind_the_menus()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(AgcKey), wait(100), message("SK,Tuner")});
+        unit.tell("SF,0,1");
+        LineEnd panel(line.slavePath());
+        QTRY_COMPARE(panel.received(), framed("VER"));
+        unit.tell("SF,0,2");
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
+        unit.tell("SF,0,3"); // the menus are not out yet: what they tell is newer
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner"}));
+        unit.tell("SF,0,4");
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner", "SF,0,4"}));
+    }
+
     void a_panel_without_an_answer_gets_its_menus_after_a_second()
     {
         PseudoTerminal line;

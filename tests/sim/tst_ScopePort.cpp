@@ -24,9 +24,20 @@ int blocksIn(const QByteArray& bytes)
     return blocks;
 }
 
-QByteArray spoiled(int faults, quint32 seed = 7)
+FaultTable rates(const char* text)
 {
-    ScopeFaults spoiler(faults, seed);
+    FaultTable table(ScopeFaults::names());
+    const QString fault = table.set(text);
+    if (!fault.isEmpty()) {
+        qFatal("%s", qPrintable(fault));
+    }
+    return table;
+}
+
+// 200 blocks of zeros behind these faults.
+QByteArray spoiled(const char* faults, quint32 seed = 7)
+{
+    ScopeFaults spoiler(rates(faults), seed);
     QByteArray bytes;
     for (int k = 0; k < 200; ++k) {
         bytes += spoiler.pass(zeroBlock(), k * 133);
@@ -67,75 +78,106 @@ private slots:
         }
     }
 
-    void faults_spoil_what_they_say()
+    void without_faults_nothing_is_spoilt()
     {
-        const QByteArray whole = spoiled(0);
-        QCOMPARE(whole.size(), 200 * 1536);
-        QCOMPARE(blocksIn(whole), 200);
+        QCOMPARE(spoiled("scope-index=0,scope-loss=0").size(), 200 * 1536);
+        QCOMPARE(blocksIn(spoiled("scope-noise=0,scope-silence=0")), 200);
+        QCOMPARE(ScopeFaults().pass("abc", 0), QByteArray("abc"));
+    }
 
-        QCOMPARE(spoiled(ScopeFaults::BrokenIndex).size(), whole.size());
-        QCOMPARE(blocksIn(spoiled(ScopeFaults::BrokenIndex)), 150);
+    void a_wrong_index_spoils_a_block_and_no_more()
+    {
+        QCOMPARE(spoiled("scope-index=1").size(), 200 * 1536);
+        QCOMPARE(blocksIn(spoiled("scope-index=1")), 0);
+        const int whole = blocksIn(spoiled("scope-index=0.25"));
+        QVERIFY2(whole > 130 && whole < 170, QByteArray::number(whole));
+    }
 
-        QCOMPARE(whole.size() - spoiled(ScopeFaults::LostBytes).size(), whole.size() / 10000);
-        QVERIFY(blocksIn(spoiled(ScopeFaults::LostBytes)) >= 200 - 2 * (whole.size() / 10000));
+    void a_lost_byte_is_one_byte()
+    {
+        QCOMPARE(spoiled("scope-loss=1").size(), 200 * 1535);
+        const auto lost = 200 * 1536 - spoiled("scope-loss=0.2").size();
+        QVERIFY2(lost > 25 && lost < 55, QByteArray::number(lost));
+        QVERIFY(blocksIn(spoiled("scope-loss=0.2")) >= 200 - 2 * lost);
+    }
 
-        QVERIFY(spoiled(ScopeFaults::NoiseBursts).size() > whole.size() + 20);
-        QVERIFY(blocksIn(spoiled(ScopeFaults::NoiseBursts)) >= 150);
-        QVERIFY(blocksIn(spoiled(ScopeFaults::NoiseBursts)) < 200);
+    void noise_comes_in_between()
+    {
+        QVERIFY(spoiled("scope-noise=1").size() > 200 * 1536 + 200 * 100);
+        QVERIFY(spoiled("scope-noise=0.1").size() > 200 * 1536 + 20);
+        const int whole = blocksIn(spoiled("scope-noise=0.1"));
+        QVERIFY2(whole >= 150 && whole < 200, QByteArray::number(whole));
+    }
 
-        const double silent = 1.0 -
-            static_cast<double>(spoiled(ScopeFaults::Silence).size()) /
-                static_cast<double>(whole.size());
-        QVERIFY(silent > 0.25 && silent < 0.42);
+    void a_silence_lasts_two_seconds()
+    {
+        QVERIFY(spoiled("scope-silence=1").isEmpty());
+        ScopeFaults faults(rates("scope-silence=0.05"), 3);
+        qint64 since = -1;
+        int silences = 0;
+        for (qint64 ms = 0; ms < 100'000; ms += 100) {
+            const bool silent = faults.pass("x", ms).isEmpty();
+            if (silent && since < 0) {
+                since = ms;
+                ++silences;
+            } else if (!silent && since >= 0) {
+                QVERIFY(ms - since >= ScopeFaults::SilenceMs);
+                since = -1;
+            }
+        }
+        QVERIFY2(silences > 10 && silences < 40, QByteArray::number(silences));
     }
 
     void faults_are_the_same_for_the_same_seed()
     {
-        const int all =
-            ScopeFaults::BrokenIndex | ScopeFaults::LostBytes | ScopeFaults::NoiseBursts;
+        const char* const all = "scope-index=0.2,scope-loss=0.2,scope-noise=0.2,scope-silence=0.01";
         QCOMPARE(spoiled(all, 3), spoiled(all, 3));
         QVERIFY(spoiled(all, 3) != spoiled(all, 4));
     }
 
-    void faults_are_read_by_name()
-    {
-        QCOMPARE(ScopeFaults::fromText(QString()), 0);
-        QCOMPARE(ScopeFaults::fromText(QStringLiteral("index")), 1);
-        QCOMPARE(ScopeFaults::fromText(QStringLiteral("loss,noise")), 6);
-        QCOMPARE(ScopeFaults::fromText(QStringLiteral("silence,index")), 9);
-        QCOMPARE(ScopeFaults::fromText(QStringLiteral("smoke")), -1);
-    }
-
-    void the_mode_follows_the_panel_s_commands_and_the_unit_s_messages()
+    void another_number_is_no_mode()
     {
         PseudoTerminal line;
-        ScopePort port(2, line, SignalSettings(), 0, 1);
+        ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         QCOMPARE(port.mode(), 0);
-        port.takeCommand(QStringLiteral("D2:DSDM:1"));
-        QCOMPARE(port.mode(), 1);
-        port.takeCommand(QStringLiteral("D1:DSDM:2"));
-        port.takeCommand(QStringLiteral("D2:DSDM:"));
-        port.takeCommand(QStringLiteral("D2:DSDM:x"));
-        port.takeCommand(QStringLiteral("D2:DSDM:4"));
-        port.takeCommand(QStringLiteral("D2:DSDM:-1"));
-        port.takeCommand(QStringLiteral("D2:NFFT:2"));
-        port.takeCommand(QString());
-        QCOMPARE(port.mode(), 1);
-        port.takeMessage(QStringLiteral("SM,2,3"));
-        QCOMPARE(port.mode(), 3);
-        port.takeMessage(QStringLiteral("SM,1,2"));
-        port.takeMessage(QStringLiteral("SM,2"));
-        port.takeMessage(QStringLiteral("SM"));
-        port.takeMessage(QString());
-        QCOMPARE(port.mode(), 3);
-        port.takeCommand(QStringLiteral("D2:DSDM:0"));
-        QCOMPARE(port.mode(), 0);
+        port.setMode(2);
+        for (const int none : {-1, 4, 99}) {
+            port.setMode(none);
+            QCOMPARE(port.mode(), 2);
+        }
+    }
+
+    void another_signal_comes_with_the_next_block()
+    {
+        PseudoTerminal line;
+        SignalSettings settings;
+        settings.snr = 100.0;
+        settings.level = 0.8;
+        ScopePort port(line, settings, ScopeFaults(), 1);
+        LineEnd panel(line.slavePath());
+        QTRY_VERIFY(line.isOpen());
+        port.setMode(ScopePort::Constellation);
+        settings.level = 0.2;
+        const auto loudest = [&panel](qsizetype block) {
+            IqBlockDecoder decoder;
+            const QByteArray bytes = panel.received().mid(block * 1536, 1536);
+            decoder.take(bytes.constData(), bytes.size());
+            const auto samples = decoder.i();
+            return decoder.blockReady() ? *std::max_element(samples.begin() + 1, samples.end())
+                                        : -1.0;
+        };
+        QTRY_VERIFY(panel.received().size() > 100);
+        const auto sent = port.sentCount();
+        port.setSignal(settings);
+        QTRY_VERIFY(panel.received().size() >= (sent + 1) * 1536);
+        QVERIFY(loudest(0) > 0.5);
+        QVERIFY(loudest(sent) > 0.1 && loudest(sent) < 0.2);
     }
 
     void blocks_come_at_the_pace_of_the_line()
     {
         PseudoTerminal line;
-        ScopePort port(1, line, SignalSettings(), 0, 1);
+        ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         LineEnd panel(line.slavePath());
         QTRY_VERIFY(line.isOpen());
         QByteArray bytes;
@@ -156,7 +198,7 @@ private slots:
     void off_sends_nothing()
     {
         PseudoTerminal line;
-        ScopePort port(1, line, SignalSettings(), 0, 1);
+        ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         LineEnd panel(line.slavePath());
         QTRY_VERIFY(line.isOpen());
         QTest::qWait(200); // nothing can be waited for
@@ -167,7 +209,7 @@ private slots:
     void sdi_records_come_one_a_write()
     {
         PseudoTerminal line;
-        ScopePort port(1, line, SignalSettings(), 0, 1);
+        ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         LineEnd panel(line.slavePath());
         QTRY_VERIFY(line.isOpen());
         port.setMode(ScopePort::Sdi);

@@ -154,6 +154,48 @@ private slots:
         QVERIFY(errorVectorDb(settingsOf("qpsk:snr=60:phase=5:level=0.4"), 4000) < -19.5);
     }
 
+    void a_narrow_filter_brings_interference()
+    {
+        const double wide = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=4"), 2000);
+        const double fitting = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=1.5"), 2000);
+        const double narrow = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=0.8"), 2000);
+        QVERIFY2(wide < -38.0 && fitting < -30.0 && narrow > -20.0,
+            qPrintable(QString("%1 %2 %3").arg(wide).arg(fitting).arg(narrow)));
+    }
+
+    void a_filter_passes_its_band_and_stops_the_rest()
+    {
+        const auto taps = SignalModel::bandPass(2.0); // a quarter of a turn a sample to either side
+        const auto gain = [&taps](double turns) {
+            std::complex<double> sum;
+            for (size_t n = 0; n < taps.size(); ++n) {
+                sum +=
+                    taps[n] * std::polar(1.0, 6.283185307179586 * turns * static_cast<double>(n));
+            }
+            return 20.0 * std::log10(std::abs(sum));
+        };
+        QVERIFY(std::abs(gain(0.0)) < 1e-9);
+        QVERIFY(std::abs(gain(0.2)) < 0.1);
+        QVERIFY(std::abs(gain(0.25) + 6.0) < 0.2);
+        QVERIFY(gain(0.3) < -40.0);
+        QCOMPARE(SignalModel::bandPass(4.0), std::vector<double>{1.0});
+    }
+
+    void new_settings_count_from_a_decision_on()
+    {
+        SignalModel model(settingsOf("16qam"), 3);
+        QVector<int> i;
+        QVector<int> q;
+        model.append(256, 4, i, q);
+        model.setSettings(settingsOf("bpsk:snr=100:level=0.5"));
+        i.clear();
+        q.clear();
+        model.append(64, 4, i, q);
+        for (int k = 0; k < 64; k += 4) {
+            QVERIFY(std::abs(std::abs(i.at(k)) / 32768.0 - 0.5) < 0.02);
+        }
+    }
+
     void the_same_seed_gives_the_same_samples()
     {
         QVector<int> first;
@@ -187,7 +229,8 @@ private slots:
     void settings_are_read()
     {
         const SignalSettings settings = settingsOf(
-            "8PSK:snr=12.5:phase=3:offset=-0.001:imbalance=1:skew=-2:clip=0.7:level=0.6:rolloff=0.2");
+            "8PSK:snr=12.5:phase=3:offset=-0.001:imbalance=1:skew=-2:clip=0.7:level=0.6:rolloff=0.2:"
+            "band=1.5");
         QVERIFY(settings.modulation == Modulation::Psk8);
         QCOMPARE(settings.snr, 12.5);
         QCOMPARE(settings.phase, 3.0);
@@ -197,6 +240,7 @@ private slots:
         QCOMPARE(settings.clip, 0.7);
         QCOMPARE(settings.level, 0.6);
         QCOMPARE(settings.rolloff, 0.2);
+        QCOMPARE(settings.band, 1.5);
     }
 };
 

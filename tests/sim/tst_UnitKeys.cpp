@@ -27,6 +27,9 @@ private slots:
                  "AK,System,mute,Nothing,0,,,0,,0,0,1",
                  "AK,Start,tuner,Tuner CH1,5,SK:Tuner CH1:,,0,,0,0,1",
                  "AK,Start,plain,Demod 1,5,SK:Demod 1,,0,,0,0,1",
+                 "AK,Start,pax,PAX Menu,5,PAX:1:,,0,,0,0,1",
+                 "AK,PAX,back,Start Menu,5,PAX:0:Start:,,0,,0,0,1",
+                 "AK,PAX,off,Off,5,PAX:0:,,0,,0,0,1",
              }) {
             m_keys.apply(body);
         }
@@ -60,6 +63,9 @@ private slots:
         row("menu", "SK:Tuner CH1:1", {"SK,Tuner CH1"});
         row("menu, again", "SK:Tuner CH1:0", {"SK,Tuner CH1"});
         row("menu without the colon", "SK:Demod 11", {"SK,Demod 1"});
+        row("PAX menu", "PAX:1:1", {"PAX,1"});
+        row("from the PAX menu to another", "PAX:0:Start:0", {"PAX,0", "SK,Start"});
+        row("PAX menu off", "PAX:0:1", {"PAX,0"});
         row("all demodulators", "D1 D2 D3:RATE:9.000000",
             {"CV,Demod 1,rate,9.000000,0", "CV,Demod 2,rate,9.000000,0",
                 "CV,Demod 3,rate,9.000000,0"});

@@ -71,7 +71,8 @@ private slots:
     void a_spoiled_line_is_still_shown_data()
     {
         QTest::addColumn<QString>("fault");
-        for (const char* fault : {"index", "loss", "noise", "silence", "index,loss,noise"}) {
+        for (const char* fault : {"scope-index=0.25", "scope-loss=0.2", "scope-noise=0.1",
+                 "scope-silence=0.02", "scope-index=0.2,scope-loss=0.2,scope-noise=0.1"}) {
             QTest::newRow(fault) << QString(fault);
         }
     }
@@ -79,7 +80,7 @@ private slots:
     void a_spoiled_line_is_still_shown()
     {
         QFETCH(QString, fault);
-        start({"--scope-mode", "2", "--scope-fault", fault, "--seed", "7"});
+        start({"--scope-mode", "2", "--fault", fault, "--seed", "7"});
         QSignalSpy blocks(scope(1), &Scope::rcv_eye_msg);
         QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 8, LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(plot(1)->paintCount() > 3, LongMs);
@@ -89,7 +90,7 @@ private slots:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::newRow("signal") << QStringList{"--signal", "fsk"};
-        QTest::newRow("fault") << QStringList{"--scope-fault", "smoke"};
+        QTest::newRow("fault") << QStringList{"--fault", "smoke"};
         QTest::newRow("mode") << QStringList{"--scope-mode", "4"};
         QTest::newRow("seed") << QStringList{"--seed", "x"};
     }

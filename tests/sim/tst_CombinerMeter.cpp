@@ -1,0 +1,73 @@
+#include "sim/CombinerMeter.h"
+#include "sim/MessageRules.h"
+#include "sim/UnitState.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+
+class tst_CombinerMeter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void it_tells_while_a_scope_is_on_and_at_no_other_time()
+    {
+        UnitState unit;
+        const CombinerMeter meter(unit, 1);
+        QSignalSpy tells(&meter, &CombinerMeter::tells);
+        QTest::qWait(2 * CombinerMeter::PeriodMs); // nothing can be waited for
+        QCOMPARE(tells.size(), 0);
+        unit.setScopeMode(2, 1);
+        QTRY_VERIFY(tells.size() >= 2);
+        QVERIFY(tells.at(0).at(0).toString().startsWith("PM,"));
+    }
+
+    void a_measurement_is_a_message_with_values_of_the_display()
+    {
+        UnitState unit;
+        CombinerMeter meter(unit, 7);
+        QSet<QString> phases;
+        for (int i = 0; i < 500; ++i) {
+            const QString body = meter.next();
+            QVERIFY2(rules::fault(body).isEmpty(), qPrintable(body));
+            const QStringList fields = body.split(',');
+            QVERIFY(fields.at(1).toDouble() >= 0.0 && fields.at(1).toDouble() <= 1.0);
+            for (const int magnitude : {fields.at(2).toInt(), fields.at(3).toInt()}) {
+                QVERIFY2(magnitude >= 60 && magnitude <= 80, qPrintable(body));
+            }
+            phases += fields.at(1);
+        }
+        QVERIFY(phases.size() > 20); // it moves
+    }
+
+    void a_tuner_that_receives_nothing_has_no_magnitude()
+    {
+        UnitState unit;
+        CombinerMeter meter(unit, 7);
+        unit.takeCommand("R2:FREQ:1700");
+        const QStringList fields = meter.next().split(',');
+        QVERIFY(fields.at(2).toInt() > 60);
+        QVERIFY(fields.at(3).toInt() < 10);
+    }
+
+    void the_same_seed_measures_the_same()
+    {
+        const UnitState unit;
+        CombinerMeter one(unit, 3);
+        CombinerMeter same(unit, 3);
+        CombinerMeter other(unit, 4);
+        QStringList first;
+        QStringList second;
+        QStringList third;
+        for (int i = 0; i < 50; ++i) {
+            first += one.next();
+            second += same.next();
+            third += other.next();
+        }
+        QCOMPARE(first, second);
+        QVERIFY(first != third);
+    }
+};
+
+QN740_TEST_MAIN(tst_CombinerMeter)
+#include "tst_CombinerMeter.moc"
