@@ -4,13 +4,16 @@
 
 #include <QCloseEvent>
 #include <QIcon>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <qdrawutil.h>
 
 namespace {
 
+constexpr int EdgeWidth = 2;
 constexpr int CloseWidth = 150;
 constexpr int CloseHeight = 55;
 constexpr int ModeHeight = 60;
@@ -109,6 +112,14 @@ void LinkModeDialog::showIn(const QRect& area)
     place.moveCenter(area.center());
     setGeometry(place);
     show();
+}
+
+// An edge all around: the window is as grey as the keys below it.
+void LinkModeDialog::paintEvent(QPaintEvent* event)
+{
+    QGroupBox::paintEvent(event);
+    QPainter painter(this);
+    qDrawPlainRect(&painter, rect(), Qt::black, EdgeWidth);
 }
 
 void LinkModeDialog::closeEvent(QCloseEvent* event)

@@ -38,6 +38,7 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     QRadioButton* addMode(const char* name, const QString& text);

@@ -5,11 +5,13 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSpacerItem>
 #include <QTextEdit>
 #include <QWindow>
+#include <qdrawutil.h>
 
 namespace {
 
@@ -17,9 +19,22 @@ constexpr qsizetype MostOpen = 16;
 constexpr qsizetype MostCharacters = 20'000;
 constexpr int LeastWidth = 600; // of a box with a button
 constexpr int OkHeight = 48;
+constexpr int EdgeWidth = 2;
 constexpr int ScreenMargin = 6;
 constexpr int SmallestFont = 6; // the text itself is twice as high
 constexpr int ScrolledFont = 8;
+
+// With an edge all around: a box is as grey as the keys below it.
+class EdgedBox : public QMessageBox
+{
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        QMessageBox::paintEvent(event);
+        QPainter painter(this);
+        qDrawPlainRect(&painter, rect(), Qt::black, EdgeWidth);
+    }
+};
 
 // A view of a text that is too long for the box's own label: it breaks lines anywhere if it must,
 // and can be scrolled.
@@ -127,7 +142,7 @@ MessageBoxes::~MessageBoxes()
 QMessageBox* MessageBoxes::open(const QString& text, bool okButton, const QRect& area)
 {
     makeRoom();
-    auto* box = new QMessageBox;
+    auto* box = new EdgedBox;
     box->setObjectName(QStringLiteral("messageBox"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);

@@ -105,7 +105,7 @@ void KeyBoard::new_mm_keyboard(const QString& menuName, int lastRow, int lastCol
     chan1Box = menuGroups::newGroup(QStringLiteral("Channel 1"), chan1Grid, groupSheet());
     chan2Box = menuGroups::newGroup(QStringLiteral("Channel 2"), chan2Grid, groupSheet());
     combBox = menuGroups::newGroup(QStringLiteral("Combiner"), combGrid, groupSheet());
-    optBox = menuGroups::newGroup(QStringLiteral("Options"), optGrid, groupSheet());
+    optBox = menuGroups::newOptionsGroup(optGrid, groupSheet());
     grid->addWidget(chan1Box, 0, 0);
     grid->addWidget(chan2Box, 0, 1);
     grid->addWidget(combBox, 0, 2);

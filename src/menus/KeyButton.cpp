@@ -13,6 +13,8 @@ constexpr int MarginOfShrinking = 3;
 // the least width of a column of keys
 constexpr int WidestHint = 150;
 
+constexpr QChar Ellipsis(0x2026);
+
 // no key can show more characters than this, whatever the main unit sends
 constexpr qsizetype MostCharacters = 400;
 
@@ -98,7 +100,7 @@ KeyButton::Fit KeyButton::shrunk(const QString& text, const QFont& font, const Q
     QString elided;
     do {
         rest.chop(1);
-        elided = rest + QChar(0x2026);
+        elided = rest + Ellipsis;
     } while (!rest.isEmpty() && !fits(elided, tried, room, true));
     return {elided, tried.pixelSize(), true};
 }
@@ -117,13 +119,24 @@ QSize KeyButton::minimumSizeHint() const
     return sizeHint();
 }
 
+QString KeyButton::fittedText(const QString& text) const
+{
+    return fitted(text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+}
+
+// Whether the text is painted in a font of its own: at the key's own size some of it would be cut.
+bool KeyButton::shrinks() const
+{
+    return m_looks.testFlag(Key::Shrinking) ||
+        (font().pixelSize() > SmallestFont && fittedText(text()).endsWith(Ellipsis));
+}
+
 void KeyButton::initStyleOption(QStyleOptionButton* option) const
 {
     QPushButton::initStyleOption(option);
     option->text.replace(QLatin1String("&&"), QLatin1String("&"));
     if (!m_looks.testFlag(Key::Shrinking)) {
-        option->text =
-            fitted(option->text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+        option->text = fittedText(option->text);
         // a lone "&" would be taken for a shortcut and not be drawn
         option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
     }
@@ -131,13 +144,14 @@ void KeyButton::initStyleOption(QStyleOptionButton* option) const
 
 void KeyButton::paintEvent(QPaintEvent* event)
 {
-    if (!m_looks.testFlag(Key::Shrinking)) {
+    if (!shrinks()) {
         QPushButton::paintEvent(event);
         return;
     }
     QStyleOptionButton option;
     initStyleOption(&option);
-    QString label = option.text.remove(QLatin1Char('\r'));
+    QString label = text();
+    label.replace(QLatin1String("&&"), QLatin1String("&")).remove(QLatin1Char('\r'));
     if (m_looks.testFlag(Key::OneLine)) {
         label.replace(QLatin1Char(' '), QChar::Nbsp);
     }

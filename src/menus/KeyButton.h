@@ -4,9 +4,9 @@
 
 // A push button that paints its text inside itself, however long it is; text() and font() stay what
 // they were set to; "&" is shown as it is, and "&&", as keys may have it for one, as one. Keys of
-// menu pages keep their font: the text is broken into lines, at blanks where there are any, and
-// elided ("…") where the height is too small for all lines. With the look Key::Shrinking the text
-// gets smaller first, as the buttons of pop-ups have it.
+// menu pages keep their font while the text, broken into lines at blanks where there are any, has
+// room. Where it has not, and with the look Key::Shrinking, as the buttons of pop-ups have it, the
+// text gets smaller, and is elided ("…") where that is not enough.
 class KeyButton : public QPushButton
 {
     Q_OBJECT
@@ -45,6 +45,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    bool shrinks() const;
+    QString fittedText(const QString& text) const;
     void paintText(QPainter& painter, const QString& label);
 
     Key::ButtonLooks m_looks;

@@ -5,6 +5,8 @@ constexpr QMargins GroupMargins(4, 15, 4, 4);
 constexpr int KeyWidth = 150;
 constexpr int KeyHeight = 80;
 constexpr int OptionHeight = 40;
+// with title and edges: squeezed with the page, the keys are still high enough for a finger
+constexpr int LeastOptions = 70;
 } // namespace
 
 namespace menuGroups {
@@ -40,6 +42,13 @@ QGroupBox* newGroup(const QString& title, QGridLayout* grid, const QString& shee
     auto* box = new QGroupBox(title);
     box->setLayout(grid);
     box->setStyleSheet(sheet);
+    return box;
+}
+
+QGroupBox* newOptionsGroup(QGridLayout* grid, const QString& sheet)
+{
+    QGroupBox* box = newGroup(QStringLiteral("Options"), grid, sheet);
+    box->setMinimumHeight(LeastOptions);
     return box;
 }
 

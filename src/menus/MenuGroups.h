@@ -17,5 +17,7 @@ QGridLayout* newOptionsGrid();
 
 // A group box with this title, grid and style sheet.
 QGroupBox* newGroup(const QString& title, QGridLayout* grid, const QString& sheet);
+// The group "Options" below the others, whose one row is lower than theirs.
+QGroupBox* newOptionsGroup(QGridLayout* grid, const QString& sheet);
 
 } // namespace menuGroups

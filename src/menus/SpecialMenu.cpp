@@ -49,8 +49,7 @@ QWidget* regrouped(KeyBoard& menu)
         menuGroups::newGroup(QStringLiteral("Channel 2"), groups[1], groupSheet()), 0, 1);
     outer->addWidget(
         menuGroups::newGroup(QStringLiteral("Combiner"), groups[2], groupSheet()), 0, 2);
-    outer->addWidget(
-        menuGroups::newGroup(QStringLiteral("Options"), options, groupSheet()), 1, 0, 1, 3);
+    outer->addWidget(menuGroups::newOptionsGroup(options, groupSheet()), 1, 0, 1, 3);
 
     for (int col = 0; col < Columns; ++col) {
         QGridLayout* group = groups.at(static_cast<std::size_t>(col / GroupColumns));

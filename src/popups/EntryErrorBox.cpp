@@ -4,11 +4,13 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSpacerItem>
+#include <qdrawutil.h>
 
 namespace {
 
@@ -16,6 +18,7 @@ constexpr int RangeSpacer = 600;
 constexpr int AddressBoxWidth = 300;
 constexpr int AddressPixels = 18;
 constexpr QSize LeastButton(110, 50);
+constexpr int EdgeWidth = 2;
 constexpr int WidestText = 700;
 constexpr int HighestText = 310; // leaves room for the first line and the button
 
@@ -65,6 +68,14 @@ void EntryErrorBox::showEvent(QShowEvent* event)
 {
     QMessageBox::showEvent(event);
     PopUpDialog::centre(this);
+}
+
+// An edge all around: the box is as grey as the pad's keys below it.
+void EntryErrorBox::paintEvent(QPaintEvent* event)
+{
+    QMessageBox::paintEvent(event);
+    QPainter painter(this);
+    qDrawPlainRect(&painter, rect(), Qt::black, EdgeWidth);
 }
 
 void EntryErrorBox::addSpacer(int width)

@@ -3,14 +3,19 @@
 #include "link/LinkMode.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
+#include "scopes/ScopesPage.h"
+#include "scopes/StcMagPhasePlot.h"
 #include "sim/FrameSplitter.h"
 #include "sim/MenuFile.h"
+#include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumChart.h"
 #include "support/Screen.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QRegularExpression>
 #include <QSplashScreen>
 #include <QStatusBar>
@@ -48,6 +53,15 @@ const QList<Form>& forms()
         {Kind::LinkModeShows, "link mode shows `[^`]*`"},
         {Kind::BoxShows, "box shows `[^`]+`"},
         {Kind::NoBox, "no box is shown"},
+        {Kind::ScopeIs, "scope `[123]` is (shown|hidden)"},
+        {Kind::PhaseIs, "phase `[^`]+` is lit"},
+        {Kind::MagnitudesAre, "magnitudes are `[0-9]+` and `[0-9]+`"},
+        {Kind::ChartIs, "chart `[012]` is (shown|hidden)"},
+        {Kind::ChartMiddle, "chart `[012]` has `[^`]+` MHz in its middle"},
+        {Kind::ChartWidth, "chart `[012]` is `[^`]+` MHz wide"},
+        {Kind::ChartMarkers, "chart `[012]` has markers at( `[^`]+`)+"},
+        {Kind::ChartNoMarkers, "chart `[012]` has no markers"},
+        {Kind::ChartColour, "chart `[012]` is `[a-z]+`"},
     };
     return All;
 }
@@ -291,6 +305,14 @@ ExampleRun::Outcome ExampleRun::attempt(const Example::Statement& statement)
     case Kind::NoBox:
         holds = box == nullptr;
         break;
+    case Kind::ScopeIs:
+    case Kind::PhaseIs:
+    case Kind::MagnitudesAre:
+        holds = scopeHolds(statement);
+        break;
+    default:
+        holds = chartHolds(statement);
+        break;
     }
     return holds ? Outcome::Holds : Outcome::NotYet;
 }
@@ -373,6 +395,71 @@ ExampleRun::Outcome ExampleRun::keyIs(const QString& text, const QString& look) 
     const QAbstractButton* button = visibleButton(&m_window, text);
     const bool isSo = button != nullptr && button->styleSheet().contains(Colours.value(look));
     return isSo && button->isEnabled() == (look != "dark") ? Outcome::Holds : Outcome::NotYet;
+}
+
+bool ExampleRun::scopeHolds(const Example::Statement& statement) const
+{
+    const ScopesPage* page = m_window.scopes;
+    if (page == nullptr || !page->isVisible()) {
+        return false;
+    }
+    const QString first = statement.names.value(0);
+    if (statement.kind == Kind::ScopeIs) {
+        const Scope* scope = page->scope(first.toInt());
+        const auto* plot = scope != nullptr ? scope->findChild<QWidget*>("plotI") : nullptr;
+        return plot != nullptr && plot->isVisible() == statement.text.endsWith("shown");
+    }
+    const StcMagPhasePlot* display = page->magPhasePlot();
+    if (statement.kind == Kind::MagnitudesAre) {
+        return display->findChild<QProgressBar*>("ch0Bar")->value() == first.toInt() &&
+            display->findChild<QProgressBar*>("ch1Bar")->value() ==
+            statement.names.value(1).toInt();
+    }
+    constexpr double StepDegrees = 22.5;
+    const double degrees = QString(first).remove(QChar(0xb0)).toDouble();
+    for (int lamp = 0; lamp < StcMagPhasePlot::ScaleLabels; ++lamp) {
+        const auto* label = display->findChild<QLabel*>(QString("phaseLabel%1").arg(lamp));
+        const bool lit = !label->styleSheet().contains("black");
+        if (lit != (lamp * StepDegrees == degrees)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ExampleRun::chartHolds(const Example::Statement& statement) const
+{
+    const int channel = statement.names.value(0).toInt();
+    const QString value = statement.names.value(1);
+    const SpectralCard* card = m_window.spectralCard;
+    const SpectrumChart* chart = card != nullptr ? card->chart(channel) : nullptr;
+    if (chart == nullptr || !card->isVisible()) {
+        return false;
+    }
+    QStringList markers;
+    for (const double level : chart->hMarkers()) {
+        markers += QString::number(level);
+    }
+    switch (statement.kind) {
+    case Kind::ChartIs:
+        return chart->isVisible() == statement.text.endsWith("shown");
+    case Kind::ChartMiddle: {
+        const QStringList ticks = chart->tickLabels();
+        return chart->isVisible() && ticks.value(ticks.size() / 2).toDouble() == value.toDouble();
+    }
+    case Kind::ChartWidth: {
+        const QVector<double> ticks = chart->tickPositions();
+        const QString name = card->getSpanList().value(card->getSpan(channel));
+        return !ticks.isEmpty() && name.section(' ', 0, 0).toDouble() == value.toDouble() &&
+            ticks.last() - ticks.first() == value.toDouble();
+    }
+    case Kind::ChartMarkers:
+        return markers == statement.names.mid(1);
+    case Kind::ChartNoMarkers:
+        return markers.isEmpty();
+    default:
+        return chart->lineColor() == QColor(value);
+    }
 }
 
 // Whether the panel is done with the messages: it has answered what came behind them, or it has

@@ -25,6 +25,15 @@
 //     link mode shows `TEXT`
 //     box shows `TEXT`
 //     no box is shown
+//     scope `N` is shown            or hidden; demodulator 1 to 3
+//     phase `45°` is lit            and no other
+//     magnitudes are `A` and `B`
+//     chart `C` is shown            or hidden; channel 0 to 2, on the page that is shown
+//     chart `C` has `F` MHz in its middle
+//     chart `C` is `W` MHz wide     by the text beside it
+//     chart `C` has markers at `L` `L` ...     dB
+//     chart `C` has no markers
+//     chart `C` is `COLOUR`
 struct Example
 {
     enum class Kind {
@@ -40,7 +49,16 @@ struct Example
         StatusBarHidden,
         LinkModeShows,
         BoxShows,
-        NoBox
+        NoBox,
+        ScopeIs,
+        PhaseIs,
+        MagnitudesAre,
+        ChartIs,
+        ChartMiddle,
+        ChartWidth,
+        ChartMarkers,
+        ChartNoMarkers,
+        ChartColour
     };
     struct Statement
     {
@@ -88,6 +106,8 @@ private:
     Outcome sendsNothing();
     Outcome menuShows(const QString& menu, const QString& key, bool shown) const;
     Outcome keyIs(const QString& text, const QString& look) const;
+    bool scopeHolds(const Example::Statement& statement) const;
+    bool chartHolds(const Example::Statement& statement) const;
     bool isCarriedOut();
     void ask();
     void fail(const QString& reason);

@@ -71,6 +71,9 @@ class tst_MainMenuScreens : public QObject
         QVERIFY(buttons.size() >= atLeast);
         for (const QPushButton* button : buttons) {
             QVERIFY2(Screen.contains(onScreen(button)), qPrintable(button->text()));
+            const bool inStatusBar = onScreen(button).top() >= 430;
+            QVERIFY2(button->height() >= KeyButton::Finger || inStatusBar,
+                qPrintable(QString("%1 is %2 high").arg(button->text()).arg(button->height())));
             QVERIFY2(
                 onScreen(button->window()).contains(onScreen(button)), qPrintable(button->text()));
             const QString painted = KeyButton::fitted(

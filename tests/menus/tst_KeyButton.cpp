@@ -1,5 +1,6 @@
 #include "menus/Key.h"
 #include "menus/KeyButton.h"
+#include "menus/KeyStyle.h"
 #include "support/TestMain.h"
 
 #include <QStyleOptionButton>
@@ -104,6 +105,30 @@ private slots:
         button->resize(60, 60);
         button->grab();
         QCOMPARE(button->text(), QString("Loop Bandwidth of Demodulator 1"));
+    }
+
+    void a_menu_key_s_text_gets_smaller_before_it_is_cut_and_else_keeps_its_size()
+    {
+        // how high the text stands in the key's picture: the dark pixels of its rows
+        const auto rowsOfText = [](const QString& label) {
+            const std::unique_ptr<QPushButton> button(Key::newButton(label));
+            button->setStyleSheet(keyStyle::enabled(false));
+            button->resize(124, 63);
+            const QImage image = button->grab().toImage().copy(4, 4, 116, 55);
+            int rows = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                int dark = 0;
+                for (int x = 0; x < image.width(); ++x) {
+                    dark += qGray(image.pixel(x, y)) < 60 ? 1 : 0;
+                }
+                rows += dark > 0 ? 1 : 0;
+            }
+            return rows;
+        };
+        const int one = rowsOfText("Gain");
+        QVERIFY(rowsOfText("Mask: 1.0.0.0") <= one + 4); // one line of the same size
+        // two lines at the key's own size have no room for this; four smaller ones have
+        QVERIFY(rowsOfText("A label of more characters than one key can hold") > 2 * one + 4);
     }
 
     void a_short_text_is_not_shrunk()

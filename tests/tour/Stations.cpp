@@ -90,6 +90,7 @@ void visitMenus(Tour& tour)
     tour.unit("AK,Key states,long,A label of more characters than one key can hold and then "
               "some,1,X,,0,,0,0,1");
     visitMenu(tour, "Key states");
+    tour.unit("SK,Start"); // a menu of the unit's own stands in the status bar from here on
 }
 
 void visitSpectrum(Tour& tour)
