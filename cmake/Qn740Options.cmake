@@ -5,9 +5,10 @@ if(QN740_WERROR)
     target_compile_options(qn740_options INTERFACE -Werror)
 endif()
 if(QN740_SANITIZE)
-    target_compile_options(qn740_options INTERFACE
-        -O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=undefined)
-    target_link_options(qn740_options INTERFACE -fsanitize=address,undefined)
+    # for the directory, so that one below it can take some of it back
+    add_compile_options(-O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined
+        -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=address,undefined)
 endif()
 
 # qn740_precompile(TARGET HEADER ...): precompiles the headers for the target where that is wanted.
