@@ -136,7 +136,7 @@ QStringList confirm(const QStringList& fields, const QString& value)
     if (value.isEmpty()) {
         return {};
     }
-    const QStringList screen = confirmScreen(fields.at(Command));
+    QStringList screen = confirmScreen(fields.at(Command));
     if (!screen.isEmpty()) {
         return screen;
     }
