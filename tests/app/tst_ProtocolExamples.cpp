@@ -2,8 +2,15 @@
 // the lines under it say.
 #include "app/Dispatcher.h"
 #include "app/ProtocolExamples.h"
+#include "scopes/IqBlockDecoder.h"
+#include "sim/CardPort.h"
 #include "sim/MenuFile.h"
+#include "sim/PseudoTerminal.h"
+#include "sim/ScopeBytes.h"
+#include "spectrum/BusFrame.h"
+#include "support/LineEnd.h"
 #include "support/TestMain.h"
+#include "wire/Message.h"
 
 namespace {
 
@@ -13,6 +20,23 @@ QByteArray document()
 {
     QFile file(QT_TESTCASE_SOURCEDIR "/../docs/protocol.md");
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The lines of the document's blocks of this kind.
+QList<QByteArray> blockOf(const QByteArray& kind)
+{
+    QList<QByteArray> lines;
+    bool inBlock = false;
+    for (const QByteArray& line : document().split('\n')) {
+        if (line == "```" + kind) {
+            inBlock = true;
+        } else if (line == "```") {
+            inBlock = false;
+        } else if (inBlock) {
+            lines += line;
+        }
+    }
+    return lines;
 }
 
 QByteArray block(const char* messages, const char* list)
@@ -77,6 +101,64 @@ private slots:
         QVERIFY2(file.errors().isEmpty(), qPrintable(file.errors().join('\n')));
         const QString failure = ExampleRun(example).failure();
         QVERIFY2(failure.isEmpty(), qPrintable(failure));
+    }
+
+    void a_record_of_a_scope_port_is_plotted_where_the_document_says_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        for (const QByteArray& line : blockOf("iq")) {
+            QTest::newRow(line.constData()) << line;
+        }
+    }
+
+    void a_record_of_a_scope_port_is_plotted_where_the_document_says()
+    {
+        QFETCH(QByteArray, line);
+        const QList<QByteArray> fields = line.simplified().split(' ');
+        QCOMPARE(fields.size(), iqBlock::RecordBytes + 3);
+        const QByteArray record = QByteArray::fromHex(fields.mid(0, iqBlock::RecordBytes).join());
+        const int index = fields.at(iqBlock::RecordBytes).toInt();
+        QVERIFY(index > 0); // the first one's I is not its own
+        const QVector<int> zeros(iqBlock::Records, 0);
+        QByteArray block = scopeBytes::block(zeros, zeros);
+        block.replace(index * iqBlock::RecordBytes, iqBlock::RecordBytes, record);
+        IqBlockDecoder decoder;
+        decoder.take(block.constData(), block.size());
+        QVERIFY(decoder.blockReady());
+        QVERIFY(qAbs(decoder.i().at(index) - fields.at(7).toDouble()) < 1e-9);
+        QVERIFY(qAbs(decoder.q().at(index) - fields.at(8).toDouble()) < 1e-9);
+    }
+
+    void a_card_says_what_the_document_says()
+    {
+        PseudoTerminal line;
+        CardSpectrum spectrum;
+        const CardPort card(CardPort::Type::Older, line, spectrum, CardFaults());
+        LineEnd panel(line.slavePath());
+        QTRY_VERIFY(line.isOpen());
+        QByteArray expected;
+        int requests = 0;
+        for (const QByteArray& text : blockOf("bus")) {
+            const QByteArray bytes =
+                wire::fromPrintable(QString::fromLatin1(text.mid(2))).toLatin1();
+            if (text.startsWith('<')) {
+                expected += bytes;
+                QTRY_COMPARE(panel.received(), expected);
+                bus::ReplyBuffer buffer;
+                CmdMsg reply;
+                buffer.append(bytes);
+                QVERIFY(buffer.take(reply, bus::Layout::Decimal) == bus::ReplyBuffer::Found::Reply);
+                continue;
+            }
+            QVERIFY(text.startsWith("> "));
+            // as the panel itself frames it
+            const QString request = QString::fromLatin1(bytes.mid(1, bytes.size() - 3));
+            QCOMPARE(bus::frame(request, '[', ']', true), bytes);
+            QVERIFY(panel.write(bytes));
+            ++requests;
+        }
+        QVERIFY(requests >= 3);
+        QCOMPARE(card.answered(), requests);
     }
 
     void a_list_that_is_not_understood_is_a_fault_data()
