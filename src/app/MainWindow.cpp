@@ -183,7 +183,8 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    m_splash->raise(); // where no window manager keeps it on top
+    // where no window manager keeps it on top; this window itself comes up behind this event
+    QTimer::singleShot(0, m_splash.get(), &QWidget::raise);
 }
 
 void MainWindow::button_pushed()
