@@ -8,8 +8,17 @@
 #include <QSignalSpy>
 
 #include <cmath>
+#include <deque>
 
 namespace {
+
+// The records that the upper plot shows.
+std::deque<QByteArray> shownRecords(const Scope& scope)
+{
+    const auto* view = scope.findChild<PlotView*>(QStringLiteral("plotI"));
+    const auto* strips = dynamic_cast<const SdiPlot*>(view->content());
+    return strips != nullptr ? strips->records() : std::deque<QByteArray>();
+}
 
 PlotView* plot(const Scope& scope, const char* name)
 {
@@ -87,14 +96,112 @@ private slots:
         QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
     }
 
+    void a_broken_block_yields_no_plot_and_no_signal_data()
+    {
+        QTest::addColumn<int>("record");
+        QTest::addColumn<int>("index");
+        QTest::newRow("100 carries 101") << 100 << 101;
+        QTest::newRow("the last carries 0") << 255 << 0;
+    }
+
     void a_broken_block_yields_no_plot_and_no_signal()
     {
+        QFETCH(int, record);
+        QFETCH(int, index);
         Bench bench;
-        QByteArray broken = steady(100, 100);
-        broken[601] = 101; // the low byte of record 100's index
-        QVERIFY(bench.line.write(broken + steady(200, 200)));
+        bench.scope.setPlotType(Scope::Constellation);
+        QVERIFY(bench.line.write(steady(200, 200)));
         QTRY_COMPARE(bench.blocks.size(), 1);
-        QCOMPARE(bench.blocks.first().at(0).value<QVector<double>>().at(9), 200 / 32768.0);
+        PlotView* view = plot(bench.scope, "plotI");
+        QTRY_VERIFY(view->paintCount() > 0);
+        QTest::qWait(100); // until nothing is left to be painted
+        const int paints = view->paintCount();
+        const QVector<QPointF> plotted = bench.scope.constellation().plotted();
+        QCOMPARE(plotted.at(7), QPointF(200 / 32768.0, 200 / 32768.0));
+
+        QByteArray broken = steady(100, 100);
+        qToBigEndian(static_cast<quint16>(index), broken.data() + record * 6);
+        QVERIFY(bench.line.write(broken.left(1535)));
+        QTRY_VERIFY(bench.scope.decoder().synced());
+        QVERIFY(bench.line.write(broken.right(1)));
+        QTRY_VERIFY(!bench.scope.decoder().synced());
+        QTest::qWait(100); // longer than the pause before a painting
+        QCOMPARE(bench.blocks.size(), 1);
+        QCOMPARE(view->paintCount(), paints);
+        QCOMPARE(bench.scope.constellation().plotted(), plotted);
+
+        QVERIFY(bench.line.write(steady(300, 300)));
+        QTRY_COMPARE(bench.blocks.size(), 2);
+        QCOMPARE(bench.blocks.last().at(0).value<QVector<double>>().at(9), 300 / 32768.0);
+        QTRY_VERIFY(view->paintCount() > paints);
+    }
+
+    void a_block_is_plotted_before_it_is_passed_on()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        QVector<QPointF> plotted;
+        connect(&bench.scope, &Scope::rcv_eye_msg, this,
+            [&] { plotted = bench.scope.constellation().plotted(); });
+        for (const int level : {8192, 16384}) {
+            QVERIFY(bench.line.write(steady(level, -level)));
+            QTRY_COMPARE(plotted.value(255), QPointF(level / 32768.0, -level / 32768.0));
+        }
+        QCOMPARE(bench.blocks.size(), 2);
+    }
+
+    void a_record_is_plotted_before_it_is_passed_on()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Sdi);
+        QByteArray plotted;
+        connect(&bench.scope, &Scope::rcv_sdi_msg, this, [&] {
+            const std::deque<QByteArray> records = shownRecords(bench.scope);
+            plotted = records.empty() ? QByteArray() : records.back();
+        });
+        for (const char* record : {"abcde", "fghij"}) {
+            QVERIFY(bench.line.write(QByteArray("\x00\xff", 2) + record));
+            QTRY_COMPARE(plotted, QByteArray(record));
+        }
+    }
+
+    // However the line cuts what the port hands over at once.
+    void any_cut_of_the_stream_gives_what_byte_by_byte_gives_data()
+    {
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed = 1; seed <= 4; ++seed) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+
+    void any_cut_of_the_stream_gives_what_byte_by_byte_gives()
+    {
+        QFETCH(quint32, seed);
+        std::mt19937 random(seed);
+        QByteArray blocks;
+        for (int k = 0; k < 40; ++k) {
+            blocks += streams::randomBlock(random);
+        }
+        const QByteArray bytes = streams::mutated(random, blocks, 5000).mid(700);
+        streams::PlainReceiver plain;
+        for (const char byte : bytes) {
+            plain.take(byte);
+        }
+        QVERIFY(plain.blocks.i.size() > 10);
+        Bench bench(false);
+        for (qsizetype at = 0; at < bytes.size();) {
+            const QByteArray piece = bytes.mid(at, 1 + static_cast<qsizetype>(random() % 4000));
+            at += piece.size();
+            QVERIFY(bench.line.write(piece));
+            if (random() % 2 == 0) {
+                QCoreApplication::processEvents();
+            }
+        }
+        QTRY_COMPARE(bench.blocks.size(), plain.blocks.i.size());
+        for (int k = 0; k < bench.blocks.size(); ++k) {
+            QCOMPARE(bench.blocks.at(k).at(0).value<QVector<double>>(), plain.blocks.i.at(k));
+            QCOMPARE(bench.blocks.at(k).at(1).value<QVector<double>>(), plain.blocks.q.at(k));
+        }
     }
 
     void many_blocks_at_once_are_all_passed_on_in_order()
@@ -226,6 +333,13 @@ private slots:
         bench.scope.setNumOfPlots(1);
         QCOMPARE(bench.scope.numOfPlots(), 1);
         QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.setNumOfPlots(0);
+        QCOMPARE(bench.scope.numOfPlots(), 0);
+        QVERIFY(!plot(bench.scope, "plotI")->isVisible());
+        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
+        bench.scope.setNumOfPlots(2);
+        QVERIFY(plot(bench.scope, "plotI")->isVisible());
+        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
         bench.scope.setSdiStripCount(3);
         QCOMPARE(bench.scope.sdiStripCount(), 3);
     }
@@ -279,6 +393,17 @@ private slots:
         QTest::qWait(100); // longer than the pause before a painting
         QCOMPARE(plot(bench.scope, "plotI")->paintCount(), 0);
         QCOMPARE(plot(bench.scope, "plotQ")->paintCount(), 0);
+    }
+
+    void without_plots_blocks_are_passed_on_all_the_same()
+    {
+        Bench bench;
+        bench.scope.setNumOfPlots(0);
+        const int before = plot(bench.scope, "plotI")->paintCount();
+        QVERIFY(bench.line.write(steady(1, 2)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        QTest::qWait(100); // longer than the pause before a painting
+        QCOMPARE(plot(bench.scope, "plotI")->paintCount(), before);
     }
 
     void plots_can_be_hidden_while_the_scope_goes_on_receiving()
