@@ -30,6 +30,7 @@ void ConstellationPlot::setLimit(double limit)
     if (limit != m_limit && limit > 0.0) {
         m_limit = limit;
         m_image.clear();
+        drawLastAgain();
     }
 }
 
@@ -60,6 +61,19 @@ PlotAxes ConstellationPlot::axes() const
 void ConstellationPlot::resize(QSize size)
 {
     m_image.resize(size);
+    drawLastAgain();
+}
+
+void ConstellationPlot::clear()
+{
+    m_image.clear();
+    m_waiting.clear();
+    m_last = Block();
+    m_badge.clear();
+}
+
+void ConstellationPlot::drawLastAgain()
+{
     if (m_waiting.empty() && !m_last.i.isEmpty()) {
         m_waiting.push_back(m_last);
     }

@@ -19,7 +19,8 @@ public:
     // i, q: -1 to 1 of full scale; of two different lengths the shorter one counts.
     void addBlock(const QVector<double>& i, const QVector<double>& q);
 
-    // limit: half the range of both axes, in parts of full scale. A new one empties the screen.
+    // limit: half the range of both axes, in parts of full scale. A new one leaves
+    // the newest block alone on the screen.
     void setLimit(double limit);
     void setBadge(const QString& badge) { m_badge = badge; }
 
@@ -28,6 +29,7 @@ public:
 
     PlotAxes axes() const override;
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
+    void clear() override;
     void resize(QSize size) override;
     void paint(QImage& picture) override;
 
@@ -40,6 +42,7 @@ private:
         QVector<double> q;
     };
 
+    void drawLastAgain();
     void draw(const Block& block);
 
     QString m_badge;

@@ -33,6 +33,7 @@ void EyePlot::setLimit(double limit)
     if (limit != m_limit && limit > 0.0) {
         m_limit = limit;
         m_image.clear();
+        drawLastAgain();
     }
 }
 
@@ -54,6 +55,19 @@ PlotAxes EyePlot::axes() const
 void EyePlot::resize(QSize size)
 {
     m_image.resize(size);
+    drawLastAgain();
+}
+
+void EyePlot::clear()
+{
+    m_image.clear();
+    m_waiting.clear();
+    m_last.clear();
+    m_badge.clear();
+}
+
+void EyePlot::drawLastAgain()
+{
     if (m_waiting.empty() && !m_last.isEmpty()) {
         m_waiting.push_back(m_last);
     }

@@ -42,6 +42,8 @@ public:
 
     virtual PlotAxes axes() const = 0;
     virtual void setLineColor(const QColor& color) = 0;
+    // Forgets all data.
+    virtual void clear() = 0;
     // The data area in pixels; what was drawn so far is forgotten, the newest data are kept.
     virtual void resize(QSize size) = 0;
     // Draws over `picture`, an RGB32 image of that size that holds the grid.

@@ -13,6 +13,8 @@
 #include <QVector>
 #include <QWidget>
 
+#include <array>
+
 class PlotView;
 class QVBoxLayout;
 
@@ -43,6 +45,10 @@ public:
 
     void setPlotType(int type);
     int plotType() const { return m_plotType; }
+
+    // Empties the plots, until the next data come. A change of the plot type does it, too: what was
+    // received in another form is no use in the new one.
+    void clearPlots();
 
     // How many of the two plots may be used, 2 at first.
     int numOfPlots() const { return m_numOfPlots; }
@@ -99,6 +105,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    std::array<PlotContent*, 4> contents();
     void setUpPlots();
     void layOutPlots();
     void applyRange();

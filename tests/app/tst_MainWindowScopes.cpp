@@ -333,6 +333,10 @@ private slots:
         QLoggingCategory::setFilterRules(QStringLiteral("qn740.scopes.debug=true"));
         const QtMessageHandler before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext&, const QString& text) { noted += text; });
+        const auto atEnd = qScopeGuard([before] {
+            qInstallMessageHandler(before);
+            QLoggingCategory::setFilterRules(QString());
+        });
         for (const int demodulator : {2, 1, 3}) {
             QVERIFY(m_scopeLines[demodulator]->write(steady(demodulator, 0)));
             QTRY_COMPARE(noted.size(), 1);
@@ -348,8 +352,6 @@ private slots:
             QCOMPARE(noted.takeFirst(),
                 QStringLiteral("Demod %1 SDI record \"61 62 63 64 65\"").arg(demodulator));
         }
-        qInstallMessageHandler(before);
-        QLoggingCategory::setFilterRules(QString());
     }
 
     void a_scope_is_available_while_a_port_is_open()

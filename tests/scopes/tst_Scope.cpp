@@ -20,6 +20,20 @@ std::deque<QByteArray> shownRecords(const Scope& scope)
     return strips != nullptr ? strips->records() : std::deque<QByteArray>();
 }
 
+// How many pixels of the plot are of the line colour 1.
+int greenPixels(PlotView& view)
+{
+    const QImage picture = view.grab().toImage();
+    int green = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            green += color.green() > color.red() + 40 ? 1 : 0;
+        }
+    }
+    return green;
+}
+
 PlotView* plot(const Scope& scope, const char* name)
 {
     return scope.findChild<PlotView*>(QLatin1String(name));
@@ -302,6 +316,41 @@ private slots:
         QCOMPARE(bench.scope.plotType(), 1);
     }
 
+    void a_change_of_the_plot_type_empties_the_plots()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        QVector<double> loud(256, 1.0);
+        QVector<double> half(256, 0.5);
+        bench.scope.plotEyeConsData(loud, half);
+        QVERIFY(!bench.scope.constellation().plotted().isEmpty());
+        bench.scope.setPlotType(Scope::Constellation); // none
+        QVERIFY(!bench.scope.constellation().plotted().isEmpty());
+        bench.scope.setPlotType(Scope::EyePattern);
+        QVERIFY(bench.scope.constellation().plotted().isEmpty());
+        bench.scope.setPlotType(Scope::Constellation);
+        PlotView* view = plot(bench.scope, "plotI");
+        QVERIFY(view->content()->axes().badge.isEmpty());
+        bench.scope.setLineColor(1);
+        QCOMPARE(greenPixels(*view), 0);
+
+        bench.scope.setPlotType(Scope::EyePattern);
+        bench.scope.plotEyeConsData(half, half);
+        QVERIFY(greenPixels(*view) > 100);
+        bench.scope.clearPlots();
+        QCOMPARE(greenPixels(*view), 0);
+        bench.scope.plotEyeConsData(half, half);
+        QVERIFY(greenPixels(*view) > 100);
+
+        bench.scope.setPlotType(Scope::Sdi);
+        QByteArray record("abcde");
+        bench.scope.plotSdiData(record);
+        QCOMPARE(shownRecords(bench.scope).size(), size_t(1));
+        bench.scope.togglePlotType();
+        bench.scope.setPlotType(Scope::Sdi);
+        QVERIFY(shownRecords(bench.scope).empty());
+    }
+
     void a_constellation_is_square_and_stays_in_the_middle()
     {
         Bench bench;
@@ -454,6 +503,11 @@ private slots:
         QVERIFY(bench.scope.fixedRange());
         view->grab();
         QCOMPARE(view->yAxis->range().upper, 1.0);
+        // the newest block is still there, in the new range
+        const QImage picture = view->grab().toImage();
+        const QRect area = view->dataArea();
+        const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.475));
+        QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 150);
         clickOn(plot(bench.scope, "plotQ"));
         QVERIFY(!bench.scope.fixedRange());
         view->grab();

@@ -271,6 +271,40 @@ private slots:
         }
     }
 
+    // The peaks of its noise differ from block to block; levels at which they lie between two
+    // ranges.
+    void the_range_of_a_steady_signal_does_not_jump_data()
+    {
+        QTest::addColumn<QString>("signal");
+        for (const char* signal : {"qpsk:snr=14:level=0.25", "qpsk:snr=8:level=0.5",
+                 "oqpsk:snr=8:level=0.2", "16qam:snr=20:level=0.35", "bpsk:snr=14:level=0.3"}) {
+            QTest::newRow(signal) << QString::fromLatin1(signal);
+        }
+    }
+
+    void the_range_of_a_steady_signal_does_not_jump()
+    {
+        QFETCH(QString, signal);
+        constexpr int BlocksUntilFitted = 2 * RangeKeeper::ShrinkAfter;
+        constexpr int Blocks = BlocksUntilFitted + 200;
+        SignalModel model(settingsOf(signal), 7);
+        RangeKeeper range;
+        int changes = 0;
+        for (int block = 0; block < Blocks; ++block) {
+            QVector<int> i;
+            QVector<int> q;
+            model.append(256, 4, i, q);
+            int peak = 0;
+            for (const int sample : i + q) {
+                peak = std::max(peak, std::abs(sample));
+            }
+            const double before = range.limit();
+            range.addPeak(peak / 32768.0);
+            changes += block >= BlocksUntilFitted && range.limit() != before ? 1 : 0;
+        }
+        QVERIFY2(changes <= 1, qPrintable(QString::number(changes)));
+    }
+
     void the_picture_is_the_same_with_mischief_on_the_line()
     {
         DeviceDirectory devices;
