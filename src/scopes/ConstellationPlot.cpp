@@ -1,5 +1,7 @@
 #include "scopes/ConstellationPlot.h"
 
+#include "scopes/IqBlock.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -15,6 +17,16 @@ int toPixel(double value)
 }
 
 } // namespace
+
+qsizetype ConstellationPlot::Block::end() const
+{
+    return std::min(i.size(), q.size());
+}
+
+qsizetype ConstellationPlot::Block::first() const
+{
+    return end() == iqBlock::Records ? 1 : 0;
+}
 
 void ConstellationPlot::addBlock(const QVector<double>& i, const QVector<double>& q)
 {
@@ -37,9 +49,8 @@ void ConstellationPlot::setLimit(double limit)
 QVector<QPointF> ConstellationPlot::plotted() const
 {
     QVector<QPointF> points;
-    const qsizetype count = std::min(m_last.i.size(), m_last.q.size());
-    points.reserve(count);
-    for (qsizetype k = 0; k < count; ++k) {
+    points.reserve(m_last.end());
+    for (qsizetype k = m_last.first(); k < m_last.end(); ++k) {
         points.append({m_last.i.at(k), m_last.q.at(k)});
     }
     return points;
@@ -97,8 +108,7 @@ void ConstellationPlot::draw(const Block& block)
     const double scaleY = middleY / m_limit;
     const double* const i = block.i.constData();
     const double* const q = block.q.constData();
-    const qsizetype count = std::min(block.i.size(), block.q.size());
-    for (qsizetype k = 0; k < count; ++k) {
+    for (qsizetype k = block.first(); k < block.end(); ++k) {
         m_image.addDot(toPixel(middleX + i[k] * scaleX), toPixel(middleY - q[k] * scaleY));
     }
 }

@@ -11,6 +11,9 @@
 // The constellation: each I/Q pair of a block as a dot in the plane, both axes equally long. The
 // dots of the last blocks stay on the screen and fade, so that a cloud shows where the signal is
 // most of the time. Blocks wait undrawn until paint(): a plot that nobody sees costs nothing.
+//
+// The first pair of a whole block of the line is left out: its I is that of the second one, so that
+// it is no point of the signal.
 class ConstellationPlot : public PlotContent
 {
 public:
@@ -40,6 +43,10 @@ private:
     {
         QVector<double> i;
         QVector<double> q;
+
+        // The pairs that are points of the signal: from first() up to, not including, end().
+        qsizetype first() const;
+        qsizetype end() const;
     };
 
     void drawLastAgain();

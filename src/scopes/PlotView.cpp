@@ -13,6 +13,7 @@ constexpr int ShortestPauseMs = 33;
 constexpr int TickFontPixels = 13;
 constexpr int LabelFontPixels = 14;
 constexpr int BadgeFontPixels = 15;
+constexpr int AxisLine = 2; // pixels, with the space beside it
 
 // margins of the data area, in pixels, wide enough for "-0.05" and a label
 constexpr int LeftMargin = 58;
@@ -148,15 +149,17 @@ bool PlotView::frameIsStale()
     return m_frameDirty || (m_content != nullptr && m_content->axes() != m_axes);
 }
 
-// Over the data, which may fill the corner.
+// Above the data where there is room for it, else over their corner.
 void PlotView::drawBadge(QPainter& painter) const
 {
     if (m_axes.badge.isEmpty()) {
         return;
     }
     painter.setFont(pixelFont(font(), BadgeFontPixels));
-    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 2);
-    const QRect box(m_area.topRight() + QPoint(-size.width() - 3, 4), size);
+    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 0);
+    const bool above = m_area.top() >= size.height() + AxisLine;
+    const QPoint corner = m_area.topRight() + QPoint(-3, above ? -size.height() - AxisLine : 4);
+    const QRect box(corner - QPoint(size.width(), 0), size);
     painter.fillRect(box, Qt::black);
     painter.setPen(QColor::fromRgb(BadgeColor));
     painter.drawText(box, Qt::AlignCenter, m_axes.badge);

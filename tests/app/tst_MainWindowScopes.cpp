@@ -449,10 +449,6 @@ private slots:
         QTRY_COMPARE(blocks.size(), 1);
         const QRect place(scope->mapTo(m_window.get(), QPoint()), scope->size());
         QVERIFY(m_window->rect().contains(place));
-        const QString directory = qEnvironmentVariable("QN740_PICTURES");
-        if (!directory.isEmpty()) {
-            QVERIFY(grabScreen().save(directory + QStringLiteral("/pax.png")));
-        }
         send("PAX,0");
         QVERIFY(!scope->disableFixIsize());
         QCOMPARE(scope->parentWidget(), home);
@@ -485,10 +481,6 @@ private slots:
                 const QRect place(widget->mapTo(m_window.get(), QPoint()), widget->size());
                 QVERIFY2(screen.contains(place), qPrintable(widget->objectName()));
             }
-        }
-        const QString directory = qEnvironmentVariable("QN740_PICTURES");
-        if (!directory.isEmpty()) {
-            QVERIFY(grabScreen().save(directory + QStringLiteral("/window.png")));
         }
     }
 

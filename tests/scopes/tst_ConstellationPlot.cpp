@@ -48,6 +48,21 @@ private slots:
         QCOMPARE(plot.plotted(), (QVector<QPointF>{{0.1, -0.1}, {0.2, -0.2}}));
     }
 
+    void the_first_pair_of_a_whole_block_is_left_out()
+    {
+        ConstellationPlot plot;
+        plot.resize({101, 101});
+        QVector<double> i(256, 0.5);
+        QVector<double> q(256, 0.5);
+        q[0] = -0.5; // the I beside it is not its own
+        plot.addBlock(i, q);
+        QImage picture = black({101, 101});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 25) > 0);
+        QCOMPARE(plot.image().density(75, 75), 0);
+        QCOMPARE(plot.plotted(), QVector<QPointF>(255, QPointF(0.5, 0.5)));
+    }
+
     void the_last_blocks_fade()
     {
         ConstellationPlot plot;

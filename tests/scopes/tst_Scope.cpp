@@ -159,7 +159,7 @@ private slots:
             [&] { plotted = bench.scope.constellation().plotted(); });
         for (const int level : {8192, 16384}) {
             QVERIFY(bench.line.write(steady(level, -level)));
-            QTRY_COMPARE(plotted.value(255), QPointF(level / 32768.0, -level / 32768.0));
+            QTRY_COMPARE(plotted.value(254), QPointF(level / 32768.0, -level / 32768.0));
         }
         QCOMPARE(bench.blocks.size(), 2);
     }
@@ -525,6 +525,35 @@ private slots:
         QVERIFY(plot(bench.scope, "plotQ")->content()->axes().badge.isEmpty());
         bench.scope.plotEyeConsData(fine, fine);
         QVERIFY(plot(bench.scope, "plotI")->content()->axes().badge.isEmpty());
+    }
+
+    void clipping_is_told_beside_the_points_of_a_constellation()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        bench.scope.setLineColor(1);
+        QVector<double> full(256, 32767.0 / 32768.0);
+        QVector<double> half(256, 0.5);
+        PlotView* view = plot(bench.scope, "plotI");
+        const auto badgePixels = [view](QRect place) {
+            const QImage picture = view->grab(place).toImage();
+            int found = 0;
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    const QColor color = picture.pixelColor(x, y);
+                    found += color.red() > 200 && color.blue() < 40 ? 1 : 0;
+                }
+            }
+            return found;
+        };
+        bench.scope.plotEyeConsData(full, full);
+        view->grab();
+        const QRect area = view->dataArea();
+        const QRect aboveArea(0, 0, view->width(), area.top());
+        QVERIFY(badgePixels(aboveArea) > 20);
+        QCOMPARE(badgePixels(area), 0);
+        bench.scope.plotEyeConsData(half, half);
+        QCOMPARE(badgePixels(aboveArea), 0);
     }
 
     void the_interpolator_gives_the_same_as_the_filter_in_bulk_data()
