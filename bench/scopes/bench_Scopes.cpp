@@ -333,7 +333,7 @@ struct Bench
     QVector<double> bareI{QVector<double>(256)};
     QVector<double> bareQ{QVector<double>(256)};
     ConstellationPlot constellation;
-    EyePlot eye{QStringLiteral("I (full scale)")};
+    EyePlot eye{QStringLiteral("I (% FS)")};
     Painted constellationView{constellation, PlotSize};
     Painted eyeView{eye, EyeSize};
     SdiDecoder sdiDecoder;

@@ -59,11 +59,12 @@ QVector<QPointF> ConstellationPlot::plotted() const
 PlotAxes ConstellationPlot::axes() const
 {
     PlotAxes axes;
-    axes.xLabel = QStringLiteral("I (full scale)");
-    axes.yLabel = QStringLiteral("Q (full scale)");
-    axes.xMin = axes.yMin = -m_limit;
-    axes.xMax = axes.yMax = m_limit;
-    axes.xStep = axes.yStep = m_limit / 2.0;
+    axes.xLabel = QStringLiteral("I (% FS)");
+    axes.yLabel = QStringLiteral("Q (% FS)");
+    const double percent = m_limit * FullScalePercent;
+    axes.xMin = axes.yMin = -percent;
+    axes.xMax = axes.yMax = percent;
+    axes.xStep = axes.yStep = percent / 2.0;
     axes.square = true;
     axes.badge = m_badge;
     return axes;

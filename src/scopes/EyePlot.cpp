@@ -44,10 +44,11 @@ PlotAxes EyePlot::axes() const
     axes.yLabel = m_yLabel;
     axes.xMin = -SymbolsPerTrace / 2.0;
     axes.xMax = SymbolsPerTrace / 2.0;
-    axes.yMin = -m_limit;
-    axes.yMax = m_limit;
+    const double percent = m_limit * FullScalePercent;
+    axes.yMin = -percent;
+    axes.yMax = percent;
     axes.xStep = 0.5;
-    axes.yStep = m_limit / 2.0;
+    axes.yStep = percent / 2.0;
     axes.badge = m_badge;
     return axes;
 }

@@ -5,6 +5,9 @@
 #include <QSize>
 #include <QString>
 
+// Axes of levels count in percent of full scale (% FS).
+constexpr double FullScalePercent = 100.0;
+
 // What a plot's frame shows around its data.
 struct PlotAxes
 {

@@ -10,17 +10,17 @@
 namespace {
 
 constexpr int ShortestPauseMs = 33;
-constexpr int TickFontPixels = 13;
-constexpr int LabelFontPixels = 14;
+constexpr int TickFontPixels = 16;
+constexpr int LabelFontPixels = 16;
 constexpr int BadgeFontPixels = 15;
 constexpr int AxisLine = 2; // pixels, with the space beside it
 
-// margins of the data area, in pixels, wide enough for "-0.05" and a label
-constexpr int LeftMargin = 58;
-constexpr int TopMargin = 10;
+// margins of the data area, in pixels, wide enough for "-0.75" and a label
+constexpr int LeftMargin = 70;
+constexpr int TopMargin = 13; // half of a tick label, which is left out if it does not fit
 constexpr int RightMargin = 14;
-constexpr int TickMargin = 24;
-constexpr int LabelMargin = 18;
+constexpr int TickMargin = 26;
+constexpr int LabelMargin = 20;
 
 constexpr QRgb AxisColor = 0xffc8c8c8;
 constexpr QRgb TextColor = 0xfff0f0f0;

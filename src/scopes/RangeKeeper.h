@@ -11,7 +11,7 @@ class RangeKeeper
 {
 public:
     static constexpr int ShrinkAfter = 30; // blocks: four seconds of the line
-    static constexpr double Smallest = 0.001;
+    static constexpr double Smallest = 0.002;
 
     void setFixed(bool fixed);
     bool fixed() const { return m_fixed; }

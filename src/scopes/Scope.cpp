@@ -38,8 +38,8 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     : QWidget(parent)
     , m_demodulator(demodulator)
     , m_line(logScopes)
-    , m_eyeI(QStringLiteral("I (full scale)"))
-    , m_eyeQ(QStringLiteral("Q (full scale)"))
+    , m_eyeI(QStringLiteral("I (% FS)"))
+    , m_eyeQ(QStringLiteral("Q (% FS)"))
     , m_lineColor(LineColors[0])
 {
     QPalette black = palette();

@@ -70,7 +70,7 @@ public:
     void setPlotsShown(bool shown);
     bool plotsShown() const { return m_plotsShown; }
 
-    // Whether the axes run from -1 to 1; else they are fitted to the signal. False at first.
+    // Whether the axes span full scale; else they are fitted to the signal. False at first.
     bool fixedRange() const { return m_range.fixed(); }
 
     // Plots one block. i, q: samples in parts of full scale, -1 to 1.

@@ -34,8 +34,9 @@ private slots:
     {
         const PlotAxes axes = ConstellationPlot().axes();
         QVERIFY(axes.square);
-        QCOMPARE(axes.xLabel, QStringLiteral("I (full scale)"));
-        QCOMPARE(axes.yLabel, QStringLiteral("Q (full scale)"));
+        QCOMPARE(axes.xLabel, QStringLiteral("I (% FS)"));
+        QCOMPARE(axes.yLabel, QStringLiteral("Q (% FS)"));
+        QCOMPARE(axes.xMin, -100.0);
         QCOMPARE(axes.xMin, axes.yMin);
         QCOMPARE(axes.xMax, axes.yMax);
     }

@@ -24,7 +24,7 @@ private slots:
         QTest::newRow("0.11") << 0.11 << 0.15;
         QTest::newRow("0.085") << 0.085 << 0.1;
         QTest::newRow("0.05") << 0.05 << 0.06;
-        QTest::newRow("0.0000001") << 1e-7 << 0.001;
+        QTest::newRow("0.0000001") << 1e-7 << 0.002;
     }
 
     void fits_the_signal_in_steps()

@@ -498,11 +498,11 @@ private slots:
         }
         PlotView* view = plot(bench.scope, "plotI");
         view->grab();
-        QCOMPARE(view->yAxis->range().upper, 0.06);
+        QCOMPARE(view->yAxis->range().upper, 6.0);
         clickOn(view);
         QVERIFY(bench.scope.fixedRange());
         view->grab();
-        QCOMPARE(view->yAxis->range().upper, 1.0);
+        QCOMPARE(view->yAxis->range().upper, 100.0);
         // the newest block is still there, in the new range
         const QImage picture = view->grab().toImage();
         const QRect area = view->dataArea();
@@ -511,7 +511,48 @@ private slots:
         clickOn(plot(bench.scope, "plotQ"));
         QVERIFY(!bench.scope.fixedRange());
         view->grab();
-        QCOMPARE(view->yAxis->range().upper, 0.06);
+        QCOMPARE(view->yAxis->range().upper, 6.0);
+    }
+
+    void the_axes_are_readable_and_whole_at_every_range_data()
+    {
+        QTest::addColumn<double>("peak");
+        for (const double peak : {1.0, 0.65, 0.5, 0.33, 0.24, 0.16, 0.12, 0.08, 0.065, 0.05, 0.033,
+                 0.024, 0.016, 0.012, 0.008, 0.0065, 0.005, 0.0033, 0.0024, 0.0016, 0.0001}) {
+            QTest::addRow("%g", peak) << peak;
+        }
+    }
+
+    void the_axes_are_readable_and_whole_at_every_range()
+    {
+        QFETCH(double, peak);
+        Bench bench;
+        QVector<double> samples(256, peak);
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            bench.scope.plotEyeConsData(samples, samples);
+        }
+        for (const int type : {Scope::EyePattern, Scope::Constellation}) {
+            bench.scope.setPlotType(type);
+            PlotView* view = plot(bench.scope, "plotI");
+            const QImage picture = view->grab().toImage();
+            QVERIFY(view->yAxis->tickLabelFont().pixelSize() >= 16);
+            // what does not fit would run over the edge
+            for (int y = 0; y < picture.height(); ++y) {
+                QCOMPARE(picture.pixelColor(0, y), QColor(Qt::black));
+                QCOMPARE(picture.pixelColor(picture.width() - 1, y), QColor(Qt::black));
+            }
+            // and the labels of the range's ends are there
+            const QRect area = view->dataArea();
+            for (const int end : {area.top(), area.bottom()}) {
+                int text = 0;
+                for (int y = end - 4; y <= end + 4; ++y) {
+                    for (int x = area.left() - 30; x < area.left() - 8; ++x) {
+                        text += picture.pixelColor(x, y).lightness() > 128 ? 1 : 0;
+                    }
+                }
+                QVERIFY2(text > 5, qPrintable(QStringLiteral("label at row %1").arg(end)));
+            }
+        }
     }
 
     void clipping_is_told_on_the_plot()
