@@ -17,8 +17,8 @@ constexpr int AxisLine = 2; // pixels, with the space beside it
 
 // margins of the data area, in pixels, wide enough for "-0.75" and a label
 constexpr int LeftMargin = 70;
-constexpr int TopMargin = 13; // half of a tick label, which is left out if it does not fit
-constexpr int RightMargin = 14;
+constexpr int TopMargin = 13;   // half of a tick label, which is left out if it does not fit
+constexpr int RightMargin = 17; // half of "100"
 constexpr int TickMargin = 26;
 constexpr int LabelMargin = 20;
 
