@@ -40,6 +40,10 @@ ScopeOptions ScopeOptions::from(const QCommandLineParser& parser)
         const QString text = texts.value(port, texts.constLast());
         options.signalSettings.append(SignalSettings::fromText(text, options.fault));
     }
+    if (options.fault.isEmpty() && texts.size() > Ports) {
+        options.fault =
+            QStringLiteral("%1 signals for %2 scope ports").arg(texts.size()).arg(Ports);
+    }
     bool modeIsNumber = false;
     options.mode = parser.value(Mode).toInt(&modeIsNumber);
     if (!modeIsNumber || options.mode < ScopePort::Off || options.mode > ScopePort::Sdi) {
@@ -62,6 +66,7 @@ bool ScopeOptions::addPorts(
         const quint32 ownSeed = seed + static_cast<quint32>(port);
         auto* scope = new ScopePort(
             *line, state.signal(demodulator), ScopeFaults(faults, ownSeed), ownSeed, line);
+        scope->setObjectName(Line.arg(demodulator));
         scope->setMode(mode);
         QObject::connect(&state, &UnitState::scopeModeChanged, scope,
             [scope, demodulator](int changed, int newMode) {
