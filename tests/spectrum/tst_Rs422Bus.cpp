@@ -147,6 +147,21 @@ private slots:
         QCOMPARE(m_bus->txCount(), 1);
     }
 
+    void what_waits_and_what_was_sent_last_can_be_asked()
+    {
+        QCOMPARE(m_bus->lastRequest(), QString());
+        m_bus->sendMessage("first", 10000);
+        m_bus->sendMessage("second");
+        m_bus->sendMessage("third one", 2000);
+        QCOMPARE(m_bus->lastRequest(), QString("first"));
+        QVERIFY(!m_bus->isWaiting("first"));
+        QVERIFY(m_bus->isWaiting("second") && m_bus->isWaiting("third one"));
+        QVERIFY(!m_bus->isWaiting("econd") && !m_bus->isWaiting("one"));
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(m_bus->lastRequest(), QString("second"));
+        QVERIFY(!m_bus->isWaiting("second"));
+    }
+
     // timeouts, by the value of the timer
 
     void the_reply_timer_data()
