@@ -365,6 +365,19 @@ private slots:
         QCOMPARE(message.addressValue, 190);
     }
 
+    void a_reply_travels_in_a_queued_signal_too()
+    {
+        QVERIFY(QMetaType::fromName("CmdMsg").isValid());
+        QList<CmdMsg> taken;
+        connect(
+            m_bus.get(), &Rs422Bus::messageReceived, this,
+            [&taken](const CmdMsg& message) { taken += message; }, Qt::QueuedConnection);
+        m_card->write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(taken.size(), 1);
+        QCOMPARE(taken.first().data, QString("name"));
+        QCOMPARE(taken.first().addressValue, 190);
+    }
+
     void a_spectrum_split_across_reads_is_assembled()
     {
         const QByteArray reply = cardSide::spectrum(QByteArray(600, 'p'));
