@@ -265,6 +265,7 @@ private slots:
     void the_card_s_trims_are_added_to_the_levels()
     {
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        nameKnown();
         m_card->CommSpectral_Command({"0190", "RTRM", "300"});
         m_card->UpdateCmds();
         m_card->CommSpectral_Command(spectrumMessage(QByteArray("\x0a\xff")));
@@ -275,6 +276,7 @@ private slots:
         m_card->UpdateCmds();
         m_card->CommSpectral_Command(spectrumMessage(QByteArray("\x0a")));
         QCOMPARE(spectra.at(1).at(0).toByteArray(), QByteArray("\x0c"));
+        testClock::expire(bus());
         QTRY_VERIFY(cardSide::requests(*m_pty).contains("0190CTRM010000"));
     }
 
