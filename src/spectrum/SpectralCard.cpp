@@ -423,7 +423,9 @@ void SpectralCard::SetSpan(int channel, int span)
     showSpan(channel, span);
     if (m_k7150Type) {
         tellDemodulator(channel);
-        m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
+        if (!m_buses[0]->isMarked(card::clearAverage(channel))) {
+            m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
+        }
     } else if (!m_averageClearPending.at(static_cast<size_t>(channel))) {
         tellCard(channel);
     }
