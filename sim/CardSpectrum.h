@@ -28,9 +28,14 @@ public:
     // shift: in MHz, by how much all carriers stand above the middle.
     void setShift(int channel, double shift);
 
-    // In: the body of a message from the panel. "D2:NFFT:11" changes the span of demodulator 2 (the
-    // narrowest with that parameter); "D1 D2 D3:" means all three.
+    // In: the body of a message from the panel. "D2:NFFT:11" changes the span of demodulator 2; "D1
+    // D2 D3:" means all three. Three or four spans have the same parameter, and which of them the
+    // operator chose is not on the line: a span that has it already stays, otherwise the narrowest
+    // is taken.
     void takeCommand(const QString& body);
+    // In: the body of a message to the panel. "SP,1,9" gives the span of channel 1 exactly,
+    // whatever the panel says about it then.
+    void takeUnitMessage(const QString& body);
 
     // Out: `count` points of the channel's span at a time in seconds, lowest frequency first, a
     // byte each, level in dB = byte × 0.5 − 120.
