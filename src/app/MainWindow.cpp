@@ -183,7 +183,9 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    m_splash->raise(); // where no window manager keeps it on top
+    // Where no window manager keeps it on top, a window is on top when it comes up; this one does
+    // so after this event.
+    QMetaObject::invokeMethod(m_splash.get(), &QWidget::raise, Qt::QueuedConnection);
 }
 
 void MainWindow::button_pushed()
