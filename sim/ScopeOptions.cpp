@@ -45,6 +45,10 @@ ScopeOptions ScopeOptions::from(const QCommandLineParser& parser)
         const QString text = texts.value(port, texts.constLast());
         options.signalSettings.append(SignalSettings::fromText(text, options.fault));
     }
+    if (options.fault.isEmpty() && texts.size() > Ports) {
+        options.fault =
+            QStringLiteral("%1 signals for %2 scope ports").arg(texts.size()).arg(Ports);
+    }
     options.faults = ScopeFaults::fromText(parser.value(Fault));
     bool modeIsNumber = false;
     options.mode = parser.value(Mode).toInt(&modeIsNumber);

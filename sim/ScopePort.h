@@ -28,6 +28,8 @@ public:
     ScopePort(int demodulator, PseudoTerminal& line, const SignalSettings& signal, int faults,
         quint32 seed, QObject* parent = nullptr);
 
+    int demodulator() const { return m_demodulator; }
+
     // Another number than those of Mode changes nothing.
     void setMode(int mode);
     int mode() const { return m_mode; }

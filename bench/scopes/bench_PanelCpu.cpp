@@ -1,76 +1,211 @@
-// CPU time of the panel's own window over half a minute, while a simulated unit sends to its scope
-// ports (QN740_DEV names the devices): with the scopes page shown, or with the menus.
+// CPU time of the real panel beside the real simulated unit, whose three scope ports send at the
+// full rate of their lines: with the menus shown, with the scopes page as three eye patterns, as
+// three constellations, and with the menus again.
 //
-//   bench_PanelCpu shown|hidden MODE [SECONDS]     MODE: 1 constellations, 2 eye patterns
+//   bench_PanelCpu [SECONDS]     of each measurement, 30 when none is given
 //
-// Prints the percentage of one core, and how many blocks have come meanwhile.
-#include "app/Identity.h"
-#include "app/MainWindow.h"
-#include "scopes/PlotView.h"
-#include "scopes/ScopesPage.h"
+// The panel runs as it is, on a screen that nobody looks at (offscreen); the operator's finger
+// comes over a socket, by Qt's plugin for remote touches. A mode that is chosen on the scopes page
+// in the end and arrives at the unit proves that the page was there. Each line tells the figure,
+// its ratio to the limit and how much of what the lines carried was read.
+#include "support/Program.h"
 
-#include <QApplication>
-#include <QPushButton>
-#include <QTimer>
+#include <QCoreApplication>
+#include <QHostAddress>
+#include <QPointF>
+#include <QSize>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUdpSocket>
+#include <QtEndian>
 
 #include <cstdio>
-#include <cstring>
-#include <sys/resource.h>
 
 namespace {
 
-constexpr int SettleMs = 3000;
 constexpr int DefaultSeconds = 30;
+constexpr double LimitPercent = 5.0; // of a core, page shown
+constexpr int SplashMs = 16000;      // it stands for 15 seconds
+constexpr int SettleMs = 3000;
+constexpr int TouchMs = 100;
+constexpr int LineBytesPerSecond = 11520;
+constexpr int Demodulators = 3;
 
-double cpuSeconds()
+// places on the panel's window and on the list of modes, both as they are laid out
+constexpr QSizeF Window(800, 480);
+constexpr QPointF ScopesButton(675, 455);
+constexpr QPointF ModeButton1(132, 350);
+constexpr QSizeF List(795, 478);
+constexpr QPointF ChoiceOff(662, 110);
+
+// as "SM" carries them
+constexpr int Constellation = 1;
+constexpr int EyePattern = 2;
+
+// A finger by TUIO 1.1: bundles of OSC messages in datagrams.
+class Finger
 {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+public:
+    explicit Finger(quint16 port)
+        : m_port(port)
+    {
+    }
+
+    // In: a place in the window that has the focus, and that window's size.
+    void touch(QPointF place, QSizeF window)
+    {
+        const auto x = static_cast<float>(place.x() / window.width());
+        const auto y = static_cast<float>(place.y() / window.height());
+        QByteArray set = message(",sifffff", "set");
+        append(set, ++m_touches);
+        for (const float value : {x, y, 0.0F, 0.0F, 0.0F}) {
+            append(set, value);
+        }
+        QByteArray alive = message(",si", "alive");
+        append(alive, m_touches);
+        send({alive, set, frame()});
+        QTest::qWait(TouchMs);
+        send({message(",s", "alive"), frame()});
+        QTest::qWait(SettleMs);
+    }
+
+private:
+    static void appendText(QByteArray& bytes, const char* text)
+    {
+        bytes.append(text);
+        bytes.append(4 - bytes.size() % 4, '\0');
+    }
+
+    template <class Number>
+    static void append(QByteArray& bytes, Number number)
+    {
+        char big[sizeof number];
+        qToBigEndian(number, big);
+        bytes.append(big, sizeof number);
+    }
+
+    static QByteArray message(const char* types, const char* command)
+    {
+        QByteArray bytes;
+        appendText(bytes, "/tuio/2Dcur");
+        appendText(bytes, types);
+        appendText(bytes, command);
+        return bytes;
+    }
+
+    QByteArray frame()
+    {
+        QByteArray bytes = message(",si", "fseq");
+        append(bytes, ++m_frames);
+        return bytes;
+    }
+
+    void send(const QByteArrayList& messages)
+    {
+        QByteArray bundle("#bundle\0\0\0\0\0\0\0\0\1", 16); // now
+        for (const QByteArray& message : messages) {
+            append(bundle, static_cast<qint32>(message.size()));
+            bundle += message;
+        }
+        m_socket.writeDatagram(bundle, QHostAddress::LocalHost, m_port);
+    }
+
+    QUdpSocket m_socket;
+    quint16 m_port;
+    qint32 m_touches = 0;
+    qint32 m_frames = 0;
+};
+
+quint16 freePort()
+{
+    QUdpSocket socket;
+    socket.bind(QHostAddress::LocalHost);
+    return socket.localPort();
+}
+
+// Everything that the program has read from lines, files and others, in bytes.
+double bytesRead(const Program& program)
+{
+    QFile file(QString("/proc/%1/io").arg(program.processId()));
+    const bool open = file.open(QIODevice::ReadOnly);
+    const QByteArray rchar = open ? file.readLine() : QByteArray();
+    return rchar.mid(rchar.indexOf(' ')).trimmed().toDouble();
+}
+
+bool waitFor(Program& program, const QByteArray& line)
+{
+    const bool came = QTest::qWaitFor([&] { return program.has(line); }, Program::LongMs);
+    if (!came) {
+        std::fprintf(
+            stderr, "\"%s\" did not come\n%s", line.constData(), program.output().constData());
+    }
+    return came;
+}
+
+// Out: whether all bytes of the three lines were read meanwhile.
+bool measure(const char* what, Program& panel, int seconds)
+{
+    const double cpu = panel.cpuSeconds();
+    const double bytes = bytesRead(panel);
+    QTest::qWait(seconds * 1000);
+    const double percent = (panel.cpuSeconds() - cpu) / seconds * 100.0;
+    const double rate = (bytesRead(panel) - bytes) / seconds / (Demodulators * LineBytesPerSecond);
+    std::printf(
+        "%-32s %5.2f %% of a core over %d s: %.2f of the limit; %.0f %% of the lines read\n", what,
+        percent, seconds, percent / LimitPercent, rate * 100.0);
+    std::fflush(stdout);
+    return rate > 0.9;
+}
+
+// As the unit sets what the scopes show and what their ports send.
+void setModes(Program& unit, int mode)
+{
+    for (int demodulator = 1; demodulator <= Demodulators; ++demodulator) {
+        unit.write(QString("SM,%1,%2\n").arg(demodulator).arg(mode).toLatin1());
+    }
+    QTest::qWait(SettleMs);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const bool shown = argc > 1 && std::strcmp(argv[1], "shown") == 0;
-    const QString mode = QString::fromLatin1(argc > 2 ? argv[2] : "2");
-    const int seconds = argc > 3 ? QByteArray(argv[3]).toInt() : DefaultSeconds;
-    QApplication application(argc, argv);
-    identity::apply();
-    identity::applyLook(application);
-    MainWindow window;
-    window.show();
-    if (shown) {
-        window.scopesButton->click();
+    const QCoreApplication application(argc, argv);
+    const int seconds = argc > 1 ? QByteArray(argv[1]).toInt() : DefaultSeconds;
+    const QTemporaryDir work; // mode 0700, as the run-time directory wants it
+    const QString devices = work.filePath("dev");
+    Program unit(QN740_SIM, {"--dir", devices, "--no-menus", "--scope-mode", "2"});
+    if (seconds <= 0 || !waitFor(unit, "sim: ready " + devices.toLatin1())) {
+        return 1;
     }
-    int blocks = 0;
-    int paints = 0;
-    double before = 0.0;
-    for (int n = 1; n <= ScopesPage::Demodulators; ++n) {
-        window.process_SM({QString::number(n), mode});
-        QObject::connect(window.scopes->scope(n), &Scope::rcv_eye_msg, &window, [&] { ++blocks; });
+    const quint16 port = freePort();
+    Program panel(QN740_PANEL,
+        {"-platform", "offscreen:configfile=" QN740_SCREEN, "-plugin",
+            QString("tuiotouch:udp=%1").arg(port)},
+        {"QN740_DEV=" + devices, "XDG_RUNTIME_DIR=" + work.path(),
+            "XDG_CONFIG_HOME=" + work.path()});
+    if (!waitFor(unit, "sim: panel opened ttyO1")) {
+        return 1;
     }
-    const auto countPaints = [&window] {
-        int count = 0;
-        for (const PlotView* view : window.scopes->findChildren<PlotView*>()) {
-            count += view->paintCount();
-        }
-        return count;
-    };
-    QTimer::singleShot(SettleMs, &window, [&] {
-        before = cpuSeconds();
-        blocks = 0;
-        paints = countPaints();
-    });
-    QTimer::singleShot(SettleMs + seconds * 1000, &window, [&] {
-        std::printf("%s: %.2f %% of a core over %d s, %d blocks (%.2f a second), %d paintings\n",
-            shown ? "page shown" : "page hidden", (cpuSeconds() - before) * 100.0 / seconds,
-            seconds, blocks, static_cast<double>(blocks) / seconds, countPaints() - paints);
-        QCoreApplication::exit(0); // quit() would ask the window, which never closes
-    });
-    return QApplication::exec();
+    QTest::qWait(SplashMs);
+    Finger finger(port);
+    bool allRead = measure("menus shown", panel, seconds);
+    finger.touch(ScopesButton, Window);
+    setModes(unit, EyePattern);
+    allRead &= measure("three eye patterns shown", panel, seconds);
+    setModes(unit, Constellation);
+    allRead &= measure("three constellations shown", panel, seconds);
+    finger.touch(ScopesButton, Window);
+    allRead &= measure("menus shown again", panel, seconds);
+    finger.touch(ScopesButton, Window);
+    finger.touch(ModeButton1, Window);
+    finger.touch(ChoiceOff, List);
+    if (!waitFor(unit, "panel: D1:DSDM:0")) {
+        std::fprintf(stderr, "the scopes page was not shown: the figures are void\n");
+        return 1;
+    }
+    if (!allRead) {
+        std::fprintf(stderr, "the lines were not read at their full rate: the figures are void\n");
+    }
+    return allRead ? 0 : 1;
 }

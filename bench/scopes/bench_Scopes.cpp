@@ -1,12 +1,16 @@
 // What a block of a scope costs, from bytes to decoded samples and from there to painted pixels,
 // each beside the barest code that could do it. The ratios of the same run are printed at the end.
 //
-//   --callgrind=NAME   runs one of the measured pieces 200 times and nothing else, for
-//                      bench/scopes/instructions
+//   --callgrind=NAME   runs one of the measured pieces 200 times and nothing else; "list" names
+//   them
+//   --ratios           prints what is set beside what: title|piece|reference|goal
+// Both are for bench/scopes/instructions.
 #include "scopes/ConstellationPlot.h"
 #include "scopes/EyePlot.h"
 #include "scopes/IqBlockDecoder.h"
 #include "scopes/PlotView.h"
+#include "scopes/SdiDecoder.h"
+#include "scopes/SdiPlot.h"
 
 #include <benchmark/benchmark.h>
 
@@ -30,6 +34,7 @@ namespace {
 
 constexpr QSize PlotSize(262, 262); // a constellation on the scopes page
 constexpr QSize EyeSize(262, 155);  // one of the two eyes
+constexpr QSize SdiSize(262, 310);
 constexpr int CallgrindRuns = 200;
 
 // A shaped signal is not needed here: points near four corners, and smooth curves for the eye.
@@ -100,6 +105,33 @@ void bareLoop(const QByteArray& bytes, QVector<double>& i, QVector<double>& q)
     }
     benchmark::DoNotOptimize(toI);
     benchmark::DoNotOptimize(toQ);
+    benchmark::ClobberMemory();
+}
+
+// SDI records as they are read from the line: a byte in front, the start byte, five bytes.
+std::vector<QByteArray> sdiReads()
+{
+    std::vector<QByteArray> reads;
+    std::mt19937 random(5);
+    for (int k = 0; k < 128; ++k) {
+        QByteArray read("\x00\xff", 2);
+        for (int n = 0; n < SdiDecoder::RecordBytes; ++n) {
+            read.append(static_cast<char>(random() % 255));
+        }
+        reads.push_back(read);
+    }
+    return reads;
+}
+
+// Nothing but the five bytes of the same read.
+void bareSdiLoop(const QByteArray& read)
+{
+    QByteArray record(SdiDecoder::RecordBytes, Qt::Uninitialized);
+    char* to = record.data();
+    for (int n = 0; n < SdiDecoder::RecordBytes; ++n) {
+        to[n] = read.at(2 + n);
+    }
+    benchmark::DoNotOptimize(to);
     benchmark::ClobberMemory();
 }
 
@@ -181,6 +213,25 @@ void bareTraces(QImage& picture, const std::vector<double>& traces)
     }
 }
 
+void bareStrips(QImage& picture, const SdiPlot& plot)
+{
+    picture.fill(Qt::black);
+    QPainter painter(&picture);
+    painter.setPen(QPen(Qt::red, 0));
+    const double stepX = (picture.width() - 1.0) / (SdiPlot::Records - 1);
+    const double stripHeight = static_cast<double>(picture.height()) / SdiPlot::RecordBytes;
+    QVector<QPointF> line(static_cast<qsizetype>(plot.records().size()));
+    for (int strip = 0; strip < SdiPlot::RecordBytes; ++strip) {
+        int n = 0;
+        for (const QByteArray& record : plot.records()) {
+            const double level = static_cast<uchar>(record.at(strip)) / 255.0;
+            line[n] = {n * stepX, (strip + 1 - level) * stripHeight};
+            ++n;
+        }
+        painter.drawPolyline(line.constData(), static_cast<int>(line.size()));
+    }
+}
+
 // QCustomPlot as its examples use it: a graph with scatters, replotted for each block.
 class NaiveConstellation
 {
@@ -240,6 +291,38 @@ private:
     QVector<double> m_keys;
 };
 
+class NaiveSdi
+{
+public:
+    NaiveSdi()
+    {
+        m_plot.resize(SdiSize);
+        m_plot.xAxis->setRange(0, SdiPlot::Records - 1);
+        m_plot.yAxis->setRange(0, SdiPlot::RecordBytes);
+        for (int n = 0; n < SdiPlot::Records; ++n) {
+            m_keys.append(n);
+        }
+        for (int strip = 0; strip < SdiPlot::RecordBytes; ++strip) {
+            m_plot.addGraph()->setPen(QPen(Qt::red));
+        }
+    }
+    void paint(const SdiPlot& plot)
+    {
+        for (int strip = 0; strip < SdiPlot::RecordBytes; ++strip) {
+            QVector<double> values;
+            for (const QByteArray& record : plot.records()) {
+                values.append(strip + static_cast<uchar>(record.at(strip)) / 255.0);
+            }
+            m_plot.graph(strip)->setData(m_keys, values, true);
+        }
+        m_plot.replot(QCustomPlot::rpImmediateRefresh);
+    }
+
+private:
+    QCustomPlot m_plot;
+    QVector<double> m_keys;
+};
+
 // ---- everything that is measured, by name
 
 struct Bench
@@ -250,9 +333,15 @@ struct Bench
     QVector<double> bareI{QVector<double>(256)};
     QVector<double> bareQ{QVector<double>(256)};
     ConstellationPlot constellation;
-    EyePlot eye{QStringLiteral("I (full scale)")};
+    EyePlot eye{QStringLiteral("I (% FS)")};
     Painted constellationView{constellation, PlotSize};
     Painted eyeView{eye, EyeSize};
+    SdiDecoder sdiDecoder;
+    SdiPlot sdi;
+    Painted sdiView{sdi, SdiSize};
+    QImage strips{sdiView.dataSize(), QImage::Format_RGB32};
+    NaiveSdi naiveSdi;
+    std::vector<QByteArray> reads = sdiReads();
     QImage dots{constellationView.dataSize(), QImage::Format_RGB32};
     QImage lines{eyeView.dataSize(), QImage::Format_RGB32};
     NaiveConstellation naiveConstellation;
@@ -270,6 +359,12 @@ struct Bench
             shaped.push_back(blocks.back().shaped());
             traces.push_back(eye.traces(shaped.back()));
         }
+        for (const QByteArray& read : reads) {
+            sdi.addRecord(read.mid(2));
+        }
+        const auto nextRead = [this]() -> const QByteArray& {
+            return reads[turn++ % reads.size()];
+        };
         const auto next = [this]() -> const Data& { return blocks[turn++ % blocks.size()]; };
         const auto one = [next] { return std::vector<const Data*>{&next()}; };
         const auto all = [this] {
@@ -301,8 +396,42 @@ struct Bench
                 }},
             {"eye/bare painter", [this] { bareTraces(lines, traces[turn++ % traces.size()]); }},
             {"eye/naive", [this] { naiveEye.paint(traces[turn++ % traces.size()]); }},
+            {"SDI decode/ours",
+                [this, nextRead] { benchmark::DoNotOptimize(sdiDecoder.read(nextRead())); }},
+            {"SDI decode/bare loop", [nextRead] { bareSdiLoop(nextRead()); }},
+            {"SDI/ours",
+                [this, nextRead] {
+                    sdi.addRecord(nextRead().mid(2));
+                    sdiView.paint();
+                }},
+            {"SDI/bare painter", [this] { bareStrips(strips, sdi); }},
+            {"SDI/naive", [this] { naiveSdi.paint(sdi); }},
         };
     }
+};
+
+// What is set beside what, and what the ratio should be.
+struct Ratio
+{
+    const char* title;
+    const char* over;
+    const char* under;
+    const char* goal;
+};
+constexpr Ratio Ratios[] = {
+    {"decode: ours / bare loop", "decode/ours", "decode/bare loop", "at most 3"},
+    {"decode: ours in pieces / bare loop", "decode/ours in pieces of 184", "decode/bare loop",
+        "at most 3"},
+    {"constellation: ours / bare painter, one block", "constellation/ours",
+        "constellation/bare painter", "at most 1.5"},
+    {"constellation: ours / bare painter, all that is seen", "constellation/ours",
+        "constellation/bare painter, the 16 blocks on the screen", "at most 1.5"},
+    {"constellation: naive / ours", "constellation/naive", "constellation/ours", "at least 2"},
+    {"eye: ours / bare painter, one block", "eye/ours", "eye/bare painter", "at most 1.5"},
+    {"eye: naive / ours", "eye/naive", "eye/ours", "at least 2"},
+    {"SDI decode: ours / bare loop", "SDI decode/ours", "SDI decode/bare loop", "at most 3"},
+    {"SDI: ours / bare painter", "SDI/ours", "SDI/bare painter", "at most 1.5"},
+    {"SDI: naive / ours", "SDI/naive", "SDI/ours", "at least 2"},
 };
 
 // CPU time of this thread, so that what else runs on the machine does not count.
@@ -320,7 +449,7 @@ std::map<std::string, double> medians(const Bench& bench)
     std::map<std::string, std::vector<double>> times;
     for (int round = 0; round < Rounds; ++round) {
         for (const auto& [name, piece] : bench.pieces_) {
-            const int repeats = name.rfind("decode", 0) == 0 ? 200 : 4;
+            const int repeats = name.find("decode") != std::string::npos ? 200 : 4;
             piece();
             const double begin = cpuNanoseconds();
             for (int k = 0; k < repeats; ++k) {
@@ -344,29 +473,27 @@ void printRatios(const Bench& bench)
     for (const auto& [name, piece] : bench.pieces_) {
         std::printf("  %-58s %10.0f ns\n", name.c_str(), ns.at(name));
     }
-    const auto ratio = [&](const char* what, const char* one, const char* other, const char* goal) {
-        std::printf("  %-58s %10.2f   (goal: %s)\n", what, ns.at(one) / ns.at(other), goal);
-    };
     std::printf("ratios\n");
-    ratio("decode: ours / bare loop", "decode/ours", "decode/bare loop", "at most 3");
-    ratio("decode: ours in pieces / bare loop", "decode/ours in pieces of 184", "decode/bare loop",
-        "at most 3");
-    ratio("constellation: ours / bare painter, one block", "constellation/ours",
-        "constellation/bare painter", "at most 1.5");
-    ratio("constellation: ours / bare painter, all that is seen", "constellation/ours",
-        "constellation/bare painter, the 16 blocks on the screen", "at most 1.5");
-    ratio("constellation: naive / ours", "constellation/naive", "constellation/ours", "at least 2");
-    ratio("eye: ours / bare painter, one block", "eye/ours", "eye/bare painter", "at most 1.5");
-    ratio("eye: naive / ours", "eye/naive", "eye/ours", "at least 2");
+    for (const Ratio& ratio : Ratios) {
+        std::printf("  %-58s %10.2f   (goal: %s)\n", ratio.title,
+            ns.at(ratio.over) / ns.at(ratio.under), ratio.goal);
+    }
+}
+
+// Callgrind collects in here alone.
+[[gnu::noinline]] void repeatForCallgrind(const std::function<void()>& piece)
+{
+    for (int k = 0; k < CallgrindRuns; ++k) {
+        piece();
+    }
 }
 
 int runForCallgrind(const Bench& bench, const std::string& wanted)
 {
     for (const auto& [name, piece] : bench.pieces_) {
         if (name == wanted) {
-            for (int k = 0; k < CallgrindRuns; ++k) {
-                piece();
-            }
+            piece(); // what the first one alone has to do
+            repeatForCallgrind(piece);
             return 0;
         }
     }
@@ -383,6 +510,12 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     Bench bench; // its pieces work on its members
+    if (argc > 1 && std::strcmp(argv[1], "--ratios") == 0) {
+        for (const Ratio& ratio : Ratios) {
+            std::printf("%s|%s|%s|%s\n", ratio.title, ratio.over, ratio.under, ratio.goal);
+        }
+        return 0;
+    }
     const std::string option = "--callgrind=";
     if (argc > 1 && std::string(argv[1]).rfind(option, 0) == 0) {
         return runForCallgrind(bench, std::string(argv[1]).substr(option.size()));
@@ -397,7 +530,8 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     printRatios(bench);
-    if (!bench.constellationView.hasData() || !bench.eyeView.hasData()) {
+    if (!bench.constellationView.hasData() || !bench.eyeView.hasData() ||
+        !bench.sdiView.hasData()) {
         std::fprintf(stderr, "nothing was painted: the figures are void\n");
         return 1;
     }

@@ -1,5 +1,7 @@
 #include "scopes/ConstellationPlot.h"
 
+#include "scopes/IqBlock.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -16,6 +18,16 @@ int toPixel(double value)
 
 } // namespace
 
+qsizetype ConstellationPlot::Block::end() const
+{
+    return std::min(i.size(), q.size());
+}
+
+qsizetype ConstellationPlot::Block::first() const
+{
+    return end() == iqBlock::Records ? 1 : 0;
+}
+
 void ConstellationPlot::addBlock(const QVector<double>& i, const QVector<double>& q)
 {
     m_last = {i, q};
@@ -30,15 +42,15 @@ void ConstellationPlot::setLimit(double limit)
     if (limit != m_limit && limit > 0.0) {
         m_limit = limit;
         m_image.clear();
+        drawLastAgain();
     }
 }
 
 QVector<QPointF> ConstellationPlot::plotted() const
 {
     QVector<QPointF> points;
-    const qsizetype count = std::min(m_last.i.size(), m_last.q.size());
-    points.reserve(count);
-    for (qsizetype k = 0; k < count; ++k) {
+    points.reserve(m_last.end());
+    for (qsizetype k = m_last.first(); k < m_last.end(); ++k) {
         points.append({m_last.i.at(k), m_last.q.at(k)});
     }
     return points;
@@ -47,11 +59,12 @@ QVector<QPointF> ConstellationPlot::plotted() const
 PlotAxes ConstellationPlot::axes() const
 {
     PlotAxes axes;
-    axes.xLabel = QStringLiteral("I (full scale)");
-    axes.yLabel = QStringLiteral("Q (full scale)");
-    axes.xMin = axes.yMin = -m_limit;
-    axes.xMax = axes.yMax = m_limit;
-    axes.xStep = axes.yStep = m_limit / 2.0;
+    axes.xLabel = QStringLiteral("I (% FS)");
+    axes.yLabel = QStringLiteral("Q (% FS)");
+    const double percent = m_limit * FullScalePercent;
+    axes.xMin = axes.yMin = -percent;
+    axes.xMax = axes.yMax = percent;
+    axes.xStep = axes.yStep = percent / 2.0;
     axes.square = true;
     axes.badge = m_badge;
     return axes;
@@ -60,6 +73,19 @@ PlotAxes ConstellationPlot::axes() const
 void ConstellationPlot::resize(QSize size)
 {
     m_image.resize(size);
+    drawLastAgain();
+}
+
+void ConstellationPlot::clear()
+{
+    m_image.clear();
+    m_waiting.clear();
+    m_last = Block();
+    m_badge.clear();
+}
+
+void ConstellationPlot::drawLastAgain()
+{
     if (m_waiting.empty() && !m_last.i.isEmpty()) {
         m_waiting.push_back(m_last);
     }
@@ -83,8 +109,7 @@ void ConstellationPlot::draw(const Block& block)
     const double scaleY = middleY / m_limit;
     const double* const i = block.i.constData();
     const double* const q = block.q.constData();
-    const qsizetype count = std::min(block.i.size(), block.q.size());
-    for (qsizetype k = 0; k < count; ++k) {
+    for (qsizetype k = block.first(); k < block.end(); ++k) {
         m_image.addDot(toPixel(middleX + i[k] * scaleX), toPixel(middleY - q[k] * scaleY));
     }
 }

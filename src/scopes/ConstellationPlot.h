@@ -11,6 +11,9 @@
 // The constellation: each I/Q pair of a block as a dot in the plane, both axes equally long. The
 // dots of the last blocks stay on the screen and fade, so that a cloud shows where the signal is
 // most of the time. Blocks wait undrawn until paint(): a plot that nobody sees costs nothing.
+//
+// The first pair of a whole block of the line is left out: its I is that of the second one, so that
+// it is no point of the signal.
 class ConstellationPlot : public PlotContent
 {
 public:
@@ -19,7 +22,8 @@ public:
     // i, q: -1 to 1 of full scale; of two different lengths the shorter one counts.
     void addBlock(const QVector<double>& i, const QVector<double>& q);
 
-    // limit: half the range of both axes, in parts of full scale. A new one empties the screen.
+    // limit: half the range of both axes, in parts of full scale. A new one leaves
+    // the newest block alone on the screen.
     void setLimit(double limit);
     void setBadge(const QString& badge) { m_badge = badge; }
 
@@ -28,6 +32,7 @@ public:
 
     PlotAxes axes() const override;
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
+    void clear() override;
     void resize(QSize size) override;
     void paint(QImage& picture) override;
 
@@ -38,8 +43,13 @@ private:
     {
         QVector<double> i;
         QVector<double> q;
+
+        // The pairs that are points of the signal: from first() up to, not including, end().
+        qsizetype first() const;
+        qsizetype end() const;
     };
 
+    void drawLastAgain();
     void draw(const Block& block);
 
     QString m_badge;

@@ -15,6 +15,21 @@ constexpr int WhiteFrom = 160; // density from which the colour turns white
 constexpr int MostWhite = 150; // of 255: the line colour is still to be told
 constexpr int SkipPixels = 8;
 
+constexpr QRgb Black = 0xff000000U;
+
+quint8 brighter(quint8 density, int strength)
+{
+    return static_cast<quint8>(std::min(Brightest, density + strength));
+}
+
+// Three pixels of a dot's row, the outer ones at its edge.
+void hitThree(quint8* row, int middle)
+{
+    row[0] = brighter(row[0], DotEdgeStrength);
+    row[1] = brighter(row[1], middle);
+    row[2] = brighter(row[2], DotEdgeStrength);
+}
+
 // One pixel over another, the upper one premultiplied.
 QRgb blend(QRgb over, QRgb under)
 {
@@ -53,6 +68,7 @@ void DensityImage::setColor(const QColor& color)
         const auto part = [&](int c) { return c + (Brightest - c) * white / Brightest; };
         m_colors[static_cast<size_t>(d)] =
             qPremultiply(qRgba(part(color.red()), part(color.green()), part(color.blue()), alpha));
+        m_colorsOnBlack[static_cast<size_t>(d)] = blend(m_colors[static_cast<size_t>(d)], Black);
     }
 }
 
@@ -67,11 +83,21 @@ void DensityImage::hit(int x, int y, int strength)
 {
     quint8& d =
         m_density[static_cast<size_t>(y) * static_cast<size_t>(m_stride) + static_cast<size_t>(x)];
-    d = static_cast<quint8>(std::min(Brightest, d + strength));
+    d = brighter(d, strength);
 }
 
 void DensityImage::addDot(int x, int y)
 {
+    // nearly all of them lie inside as a whole
+    if (x >= 1 && y >= 1 && x < m_width - 1 && y < m_height - 1) {
+        const auto stride = static_cast<size_t>(m_stride);
+        quint8* const above =
+            m_density.data() + static_cast<size_t>(y - 1) * stride + static_cast<size_t>(x - 1);
+        hitThree(above, DotEdgeStrength);
+        hitThree(above + stride, DotStrength);
+        hitThree(above + 2 * stride, DotEdgeStrength);
+        return;
+    }
     for (int row = std::max(0, y - 1); row <= std::min(m_height - 1, y + 1); ++row) {
         for (int column = std::max(0, x - 1); column <= std::min(m_width - 1, x + 1); ++column) {
             hit(column, row, row == y && column == x ? DotStrength : DotEdgeStrength);
@@ -107,8 +133,10 @@ void DensityImage::paintOver(QImage& picture) const
             }
             const int end = std::min(m_width, x + SkipPixels);
             for (int column = x; column < end; ++column) {
-                if (row[column] != 0) {
-                    line[column] = blend(m_colors[row[column]], line[column]);
+                const quint8 d = row[column];
+                if (d != 0) {
+                    const QRgb under = line[column];
+                    line[column] = under == Black ? m_colorsOnBlack[d] : blend(m_colors[d], under);
                 }
             }
         }

@@ -45,5 +45,6 @@ private:
     int m_height = 0;
     int m_stride = 0; // a multiple of eight, so that eight empty pixels are skipped at once
     std::vector<quint8> m_density;
-    std::array<QRgb, 256> m_colors{}; // premultiplied, by density
+    std::array<QRgb, 256> m_colors{};        // premultiplied, by density
+    std::array<QRgb, 256> m_colorsOnBlack{}; // what they come to where there is no grid line
 };

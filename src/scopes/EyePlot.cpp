@@ -33,6 +33,7 @@ void EyePlot::setLimit(double limit)
     if (limit != m_limit && limit > 0.0) {
         m_limit = limit;
         m_image.clear();
+        drawLastAgain();
     }
 }
 
@@ -43,10 +44,11 @@ PlotAxes EyePlot::axes() const
     axes.yLabel = m_yLabel;
     axes.xMin = -SymbolsPerTrace / 2.0;
     axes.xMax = SymbolsPerTrace / 2.0;
-    axes.yMin = -m_limit;
-    axes.yMax = m_limit;
+    const double percent = m_limit * FullScalePercent;
+    axes.yMin = -percent;
+    axes.yMax = percent;
     axes.xStep = 0.5;
-    axes.yStep = m_limit / 2.0;
+    axes.yStep = percent / 2.0;
     axes.badge = m_badge;
     return axes;
 }
@@ -54,6 +56,19 @@ PlotAxes EyePlot::axes() const
 void EyePlot::resize(QSize size)
 {
     m_image.resize(size);
+    drawLastAgain();
+}
+
+void EyePlot::clear()
+{
+    m_image.clear();
+    m_waiting.clear();
+    m_last.clear();
+    m_badge.clear();
+}
+
+void EyePlot::drawLastAgain()
+{
     if (m_waiting.empty() && !m_last.isEmpty()) {
         m_waiting.push_back(m_last);
     }

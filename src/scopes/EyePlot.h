@@ -31,14 +31,15 @@ public:
     // one trace and its surroundings need: nothing is drawn.
     void addBlock(const QVector<double>& samples);
 
-    // limit: half the range of the vertical axis, in parts of full scale. A new one empties the
-    // screen.
+    // limit: half the range of the vertical axis, in parts of full scale. A new one leaves
+    // the newest block alone on the screen.
     void setLimit(double limit);
     void setTimeLabel(bool shown) { m_timeLabel = shown; }
     void setBadge(const QString& badge) { m_badge = badge; }
 
     PlotAxes axes() const override;
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
+    void clear() override;
     void resize(QSize size) override;
     void paint(QImage& picture) override;
 
@@ -48,6 +49,7 @@ public:
     const DensityImage& image() const { return m_image; }
 
 private:
+    void drawLastAgain();
     void draw(const QVector<double>& samples);
     void drawTrace(const double* points);
 

@@ -5,6 +5,9 @@
 #include <QSize>
 #include <QString>
 
+// Axes of levels count in percent of full scale (% FS).
+constexpr double FullScalePercent = 100.0;
+
 // What a plot's frame shows around its data.
 struct PlotAxes
 {
@@ -42,6 +45,8 @@ public:
 
     virtual PlotAxes axes() const = 0;
     virtual void setLineColor(const QColor& color) = 0;
+    // Forgets all data.
+    virtual void clear() = 0;
     // The data area in pixels; what was drawn so far is forgotten, the newest data are kept.
     virtual void resize(QSize size) = 0;
     // Draws over `picture`, an RGB32 image of that size that holds the grid.

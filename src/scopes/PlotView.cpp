@@ -10,16 +10,17 @@
 namespace {
 
 constexpr int ShortestPauseMs = 33;
-constexpr int TickFontPixels = 13;
-constexpr int LabelFontPixels = 14;
+constexpr int TickFontPixels = 16;
+constexpr int LabelFontPixels = 16;
 constexpr int BadgeFontPixels = 15;
+constexpr int AxisLine = 2; // pixels, with the space beside it
 
-// margins of the data area, in pixels, wide enough for "-0.05" and a label
-constexpr int LeftMargin = 58;
-constexpr int TopMargin = 10;
-constexpr int RightMargin = 14;
-constexpr int TickMargin = 24;
-constexpr int LabelMargin = 18;
+// margins of the data area, in pixels, wide enough for "-0.75" and a label
+constexpr int LeftMargin = 70;
+constexpr int TopMargin = 13;   // half of a tick label, which is left out if it does not fit
+constexpr int RightMargin = 17; // half of "100"
+constexpr int TickMargin = 26;
+constexpr int LabelMargin = 20;
 
 constexpr QRgb AxisColor = 0xffc8c8c8;
 constexpr QRgb TextColor = 0xfff0f0f0;
@@ -148,18 +149,32 @@ bool PlotView::frameIsStale()
     return m_frameDirty || (m_content != nullptr && m_content->axes() != m_axes);
 }
 
-// Over the data, which may fill the corner.
+// Above the data where there is room for it, else over their corner.
 void PlotView::drawBadge(QPainter& painter) const
 {
     if (m_axes.badge.isEmpty()) {
         return;
     }
     painter.setFont(pixelFont(font(), BadgeFontPixels));
-    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 2);
-    const QRect box(m_area.topRight() + QPoint(-size.width() - 3, 4), size);
+    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 0);
+    const bool above = m_area.top() >= size.height() + AxisLine;
+    const QPoint corner = m_area.topRight() + QPoint(-3, above ? -size.height() - AxisLine : 4);
+    const QRect box(corner - QPoint(size.width(), 0), size);
     painter.fillRect(box, Qt::black);
     painter.setPen(QColor::fromRgb(BadgeColor));
     painter.drawText(box, Qt::AlignCenter, m_axes.badge);
+}
+
+// Row by row: some processors copy large pieces slower than such small ones.
+void PlotView::copyGrid()
+{
+    const auto rowBytes = static_cast<size_t>(m_grid.width()) * sizeof(QRgb);
+    const qsizetype stride = m_grid.bytesPerLine();
+    const uchar* from = m_grid.constBits();
+    uchar* to = m_picture.bits();
+    for (int y = 0; y < m_grid.height(); ++y, from += stride, to += stride) {
+        std::memcpy(to, from, rowBytes);
+    }
 }
 
 void PlotView::paintEvent(QPaintEvent* event)
@@ -179,7 +194,7 @@ void PlotView::paintEvent(QPaintEvent* event)
     if (m_picture.isNull()) {
         return;
     }
-    std::memcpy(m_picture.bits(), m_grid.constBits(), static_cast<size_t>(m_grid.sizeInBytes()));
+    copyGrid();
     if (m_content != nullptr) {
         m_content->paint(m_picture);
     }

@@ -44,6 +44,7 @@ private:
     bool frameIsStale();
     void drawFrame();
     void layOutArea();
+    void copyGrid();
     void drawBadge(QPainter& painter) const;
 
     PlotContent* m_content = nullptr;

@@ -4,13 +4,14 @@
 
 namespace {
 
-// Room at the edge of a fitted range, so that the outermost points are seen whole.
-constexpr double Room = 1.05;
+// Room at the edge of a range that is chosen: what noise's peaks differ by from one time to
+// another.
+constexpr double Room = 1.15;
 
 // The ranges of one decade, from which the others follow.
 constexpr double Decade[] = {1.0, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15};
 
-// The smallest range of the series that holds `peak`, between Smallest and 1.
+// The smallest range of the series that holds `peak` with room to spare, between Smallest and 1.
 double fitting(double peak)
 {
     double limit = 1.0;
@@ -41,7 +42,7 @@ void RangeKeeper::addPeak(double peak)
     }
     const double wanted = fitting(peak);
     if (wanted >= m_limit) {
-        m_limit = wanted;
+        m_limit = peak > m_limit ? wanted : m_limit;
         m_smaller = 0;
         m_largestSince = 0.0;
         return;

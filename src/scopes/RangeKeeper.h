@@ -3,14 +3,15 @@
 // The half-range of a plot's axes: 1 when it is fixed, else fitted to what the blocks hold.
 //
 // A fitted range is one of 1, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15, 0.1, ... so that the scale stays
-// readable. It grows with the first block that is larger, and shrinks only after ShrinkAfter blocks
-// in a row that would all fit into the smaller one, so that it does not jump with a signal that
-// fades in and out.
+// readable. It is chosen with room to spare, grows only with a block that does not fit any more,
+// and shrinks only after ShrinkAfter blocks in a row that would all fit into the smaller one with
+// room to spare. So it jumps neither with the peaks of noise nor with a signal that fades in and
+// out.
 class RangeKeeper
 {
 public:
-    static constexpr int ShrinkAfter = 15; // blocks: two seconds of the line
-    static constexpr double Smallest = 0.001;
+    static constexpr int ShrinkAfter = 30; // blocks: four seconds of the line
+    static constexpr double Smallest = 0.002;
 
     void setFixed(bool fixed);
     bool fixed() const { return m_fixed; }

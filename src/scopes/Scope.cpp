@@ -38,8 +38,8 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     : QWidget(parent)
     , m_demodulator(demodulator)
     , m_line(logScopes)
-    , m_eyeI(QStringLiteral("I (full scale)"))
-    , m_eyeQ(QStringLiteral("Q (full scale)"))
+    , m_eyeI(QStringLiteral("I (% FS)"))
+    , m_eyeQ(QStringLiteral("Q (% FS)"))
     , m_lineColor(LineColors[0])
 {
     QPalette black = palette();
@@ -71,11 +71,15 @@ void Scope::setUpPlots()
         plots->addWidget(plot, 1);
         connect(plot, &QCustomPlot::mouseRelease, this, &Scope::plotClickSlot);
     }
-    for (PlotContent* content :
-        std::initializer_list<PlotContent*>{&m_eyeI, &m_eyeQ, &m_constellation, &m_sdi}) {
+    for (PlotContent* content : contents()) {
         content->setLineColor(m_lineColor);
     }
     layOutPlots();
+}
+
+std::array<PlotContent*, 4> Scope::contents()
+{
+    return {&m_eyeI, &m_eyeQ, &m_constellation, &m_sdi};
 }
 
 // Which content each of the two plots shows, and whether it is shown.
@@ -121,8 +125,18 @@ void Scope::setPlotType(int type)
 {
     if (m_plotType != type) {
         m_plotType = type;
+        clearPlots();
         layOutPlots();
     }
+}
+
+void Scope::clearPlots()
+{
+    for (PlotContent* content : contents()) {
+        content->clear();
+    }
+    m_plotI->update();
+    m_plotQ->update();
 }
 
 void Scope::togglePlotType()
@@ -160,10 +174,9 @@ void Scope::setLineColor(int color)
         return;
     }
     m_lineColor = LineColors[static_cast<size_t>(color)];
-    m_eyeI.setLineColor(m_lineColor);
-    m_eyeQ.setLineColor(m_lineColor);
-    m_constellation.setLineColor(m_lineColor);
-    m_sdi.setLineColor(m_lineColor);
+    for (PlotContent* content : contents()) {
+        content->setLineColor(m_lineColor);
+    }
     m_plotI->update();
     m_plotQ->update();
 }

@@ -13,6 +13,8 @@
 #include <QVector>
 #include <QWidget>
 
+#include <array>
+
 class PlotView;
 class QVBoxLayout;
 
@@ -44,6 +46,10 @@ public:
     void setPlotType(int type);
     int plotType() const { return m_plotType; }
 
+    // Empties the plots, until the next data come. A change of the plot type does it, too: what was
+    // received in another form is no use in the new one.
+    void clearPlots();
+
     // How many of the two plots may be used, 2 at first.
     int numOfPlots() const { return m_numOfPlots; }
     void setNumOfPlots(int const& count);
@@ -64,7 +70,7 @@ public:
     void setPlotsShown(bool shown);
     bool plotsShown() const { return m_plotsShown; }
 
-    // Whether the axes run from -1 to 1; else they are fitted to the signal. False at first.
+    // Whether the axes span full scale; else they are fitted to the signal. False at first.
     bool fixedRange() const { return m_range.fixed(); }
 
     // Plots one block. i, q: samples in parts of full scale, -1 to 1.
@@ -99,6 +105,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    std::array<PlotContent*, 4> contents();
     void setUpPlots();
     void layOutPlots();
     void applyRange();

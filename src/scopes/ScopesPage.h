@@ -34,7 +34,8 @@ public:
     QGridLayout* scopeGrid(int demodulator) const;
     StcMagPhasePlot* magPhasePlot() const { return m_magPhase; }
 
-    // Shows a mode: the button's text, the scope's plot type and the stored mode.
+    // Shows a mode: the button's text, the scope's plot type and the stored mode. "Off" empties the
+    // scope's plots.
     void setMode(int demodulator, const ScopeMode& mode);
     // Out: 0 off, 1 eye pattern, 2 constellation, 3 SDI; 0 at first.
     int storedMode(int demodulator) const;

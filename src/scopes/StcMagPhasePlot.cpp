@@ -13,6 +13,7 @@ namespace {
 constexpr double StepsOfScale = 8.0;
 constexpr double Rounding = 0.5;
 constexpr double StepDegrees = 22.5;
+constexpr int LampsPerCaption = 2; // as many as can be read
 constexpr int LampHeight = 22;
 constexpr int LampColumn = 1; // behind the bar of channel 1
 constexpr int BarColumn1 = LampColumn + StcMagPhasePlot::ScaleLabels;
@@ -29,10 +30,10 @@ StcMagPhasePlot::StcMagPhasePlot(QWidget* parent)
 {
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(QStringLiteral(
-        "StcMagPhasePlot {background: black;} QLabel {color: #f0f0f0; font-size: 13px;} "
+        "StcMagPhasePlot {background: black;} QLabel {color: #f0f0f0; font-size: 16px;} "
         "QLabel[lamp=\"true\"] {border: 1px solid #919191;} "
         "QProgressBar {background: black; color: white; border: 1px solid #c8c8c8; "
-        "font-size: 15px; font-weight: bold; text-align: center;} "
+        "font-size: 16px; font-weight: bold; text-align: center;} "
         "QProgressBar::chunk {background: #2e6fb8;}"));
 
     m_bar0 = newBar(QStringLiteral("ch0Bar"));
@@ -41,7 +42,7 @@ StcMagPhasePlot::StcMagPhasePlot(QWidget* parent)
     grid->setContentsMargins(6, 2, 6, 2);
     grid->setHorizontalSpacing(3);
     grid->setVerticalSpacing(1);
-    grid->addWidget(caption(QStringLiteral("Channel 1 magnitude, 0 to 100")), 1, 0);
+    grid->addWidget(caption(QStringLiteral("Channel 1 magnitude")), 1, 0);
     grid->addWidget(m_bar0, 0, 0);
     for (int lamp = 0; lamp < ScaleLabels; ++lamp) {
         auto* label = new QLabel(this);
@@ -51,12 +52,14 @@ StcMagPhasePlot::StcMagPhasePlot(QWidget* parent)
         label->setStyleSheet(unlit());
         m_lamps.append(label);
         grid->addWidget(label, 0, LampColumn + lamp);
-        const QString degrees = QString::number(lamp * StepDegrees) + QChar(0x00b0);
-        grid->addWidget(caption(degrees), 1, LampColumn + lamp);
+        if (lamp % LampsPerCaption == 0) {
+            const QString degrees = QString::number(lamp * StepDegrees) + QChar(0x00b0);
+            grid->addWidget(caption(degrees), 1, LampColumn + lamp);
+        }
         grid->setColumnStretch(LampColumn + lamp, 2);
     }
     grid->addWidget(m_bar1, 0, BarColumn1);
-    grid->addWidget(caption(QStringLiteral("Channel 2 magnitude, 0 to 100")), 1, BarColumn1);
+    grid->addWidget(caption(QStringLiteral("Channel 2 magnitude")), 1, BarColumn1);
     grid->setColumnStretch(0, 7);
     grid->setColumnStretch(BarColumn1, 7);
     updateDisplay();
@@ -74,7 +77,7 @@ QProgressBar* StcMagPhasePlot::newBar(const QString& name)
     auto* bar = new QProgressBar(this);
     bar->setObjectName(name);
     bar->setRange(0, FullMagnitude);
-    bar->setFormat(QStringLiteral("%v"));
+    bar->setFormat(QStringLiteral("%v of %m"));
     bar->setMinimumHeight(LampHeight);
     return bar;
 }

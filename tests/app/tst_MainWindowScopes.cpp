@@ -7,8 +7,10 @@
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "wire/SerialLine.h"
 
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -303,7 +305,54 @@ private slots:
         QCOMPARE(lamp(3), QStringLiteral("QLabel{background:black;}"));
     }
 
+    void plots_that_were_hidden_stay_so_when_the_mode_changes()
+    {
+        clickOnScopes();
+        const auto visible = [this](int demodulator, const char* plot) {
+            return m_window->scopes->scope(demodulator)
+                ->findChild<PlotView*>(QLatin1String(plot))
+                ->isVisible();
+        };
+        QVERIFY(visible(2, "plotI") && visible(2, "plotQ"));
+        send("SQ,2,0");
+        for (const char* mode : {"SM,2,1", "SM,2,3", "SM,2,0", "SM,2,2"}) {
+            send(mode);
+            QVERIFY2(!visible(2, "plotI") && !visible(2, "plotQ"), mode);
+            QVERIFY(visible(1, "plotI") && visible(3, "plotQ"));
+        }
+        send("SQ,2,1");
+        QVERIFY(visible(2, "plotI") && visible(2, "plotQ"));
+    }
+
     // ---- scopes' data
+
+    void each_demodulator_s_data_come_to_its_own_slot_and_to_no_other()
+    {
+        static QStringList noted;
+        noted.clear();
+        QLoggingCategory::setFilterRules(QStringLiteral("qn740.scopes.debug=true"));
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& text) { noted += text; });
+        const auto atEnd = qScopeGuard([before] {
+            qInstallMessageHandler(before);
+            QLoggingCategory::setFilterRules(QString());
+        });
+        for (const int demodulator : {2, 1, 3}) {
+            QVERIFY(m_scopeLines[demodulator]->write(steady(demodulator, 0)));
+            QTRY_COMPARE(noted.size(), 1);
+            QCOMPARE(noted.takeFirst(),
+                QStringLiteral("Demod %1 block of 256 I and 256 Q samples").arg(demodulator));
+        }
+        for (const int demodulator : {3, 1, 2}) {
+            m_window->process_SM({QString::number(demodulator), QStringLiteral("3")});
+            QVERIFY(m_scopeLines[demodulator]->write(QByteArray("\x00\xff"
+                                                                "abcde",
+                7)));
+            QTRY_COMPARE(noted.size(), 1);
+            QCOMPARE(noted.takeFirst(),
+                QStringLiteral("Demod %1 SDI record \"61 62 63 64 65\"").arg(demodulator));
+        }
+    }
 
     void a_scope_is_available_while_a_port_is_open()
     {
@@ -345,16 +394,43 @@ private slots:
 
     void what_comes_in_on_the_re_send_line_goes_to_the_main_unit()
     {
-        m_window.reset();
-        Pty& line = m_devices->add(QStringLiteral("ttyUSB4"));
-        m_pty = &m_devices->add(QStringLiteral("ttyO1"));
-        m_window = std::make_unique<MainWindow>();
+        Pty& line = *newWindowWithResendLine();
         m_window->linkMode = 1;
         QVERIFY(line.write("junk\x02"
                            "D1:A"));
         QVERIFY(line.write(QByteArray("BC,1\x04\x04more\x02"
                                       "D2:DSDM:1\x04")));
         QTRY_COMPARE(m_pty->received(), framed("D1 D2 D3:ABC,1") + framed("D2:DSDM:1"));
+    }
+
+    void a_message_on_the_re_send_line_that_breaks_off_is_forgotten()
+    {
+        Pty* line = newWindowWithResendLine();
+        // the first one says that the beginning of the second has been read as well
+        QVERIFY(line->write(framed("D1:A") +
+            "\x02"
+            "D1:DSDM:"));
+        QTRY_COMPARE(m_pty->received(), framed("D1:A"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("was lost")));
+        line->close();
+        const SerialLine* resend = resendLine();
+        QVERIFY(resend != nullptr);
+        QTRY_VERIFY(!resend->isOpen());
+        line = &m_devices->add(QStringLiteral("ttyUSB4"));
+        QTRY_VERIFY_WITH_TIMEOUT(resend->isOpen(), 20000);
+        QVERIFY(line->write("1\x04" + framed("D1:B")));
+        QTRY_COMPARE(m_pty->received(), framed("D1:A") + framed("D1:B"));
+    }
+
+    void a_message_on_the_re_send_line_that_does_not_end_is_not_kept()
+    {
+        Pty* line = newWindowWithResendLine();
+        const QByteArray longest = framed("D1:" + QByteArray(1000, 'A'));
+        QVERIFY(line->write(longest));
+        QTRY_COMPARE(m_pty->received(), longest);
+        m_pty->takeReceived();
+        QVERIFY(line->write(framed("D1:" + QByteArray(100'000, 'B')) + framed("D1:C")));
+        QTRY_COMPARE(m_pty->received(), framed("D1:C"));
     }
 
     void the_pax_main_menu_takes_the_combiner_s_scope_and_gives_it_back()
@@ -373,10 +449,6 @@ private slots:
         QTRY_COMPARE(blocks.size(), 1);
         const QRect place(scope->mapTo(m_window.get(), QPoint()), scope->size());
         QVERIFY(m_window->rect().contains(place));
-        const QString directory = qEnvironmentVariable("QN740_PICTURES");
-        if (!directory.isEmpty()) {
-            QVERIFY(grabScreen().save(directory + QStringLiteral("/pax.png")));
-        }
         send("PAX,0");
         QVERIFY(!scope->disableFixIsize());
         QCOMPARE(scope->parentWidget(), home);
@@ -410,10 +482,6 @@ private slots:
                 QVERIFY2(screen.contains(place), qPrintable(widget->objectName()));
             }
         }
-        const QString directory = qEnvironmentVariable("QN740_PICTURES");
-        if (!directory.isEmpty()) {
-            QVERIFY(grabScreen().save(directory + QStringLiteral("/window.png")));
-        }
     }
 
 private:
@@ -434,6 +502,26 @@ private:
                 widget->hide();
             }
         }
+    }
+
+    // A window that finds a re-send line. Out: the line.
+    Pty* newWindowWithResendLine()
+    {
+        m_window.reset();
+        Pty* line = &m_devices->add(QStringLiteral("ttyUSB4"));
+        m_pty = &m_devices->add(QStringLiteral("ttyO1"));
+        m_window = std::make_unique<MainWindow>();
+        return line;
+    }
+
+    const SerialLine* resendLine() const
+    {
+        for (const SerialLine* line : m_window->findChildren<SerialLine*>()) {
+            if (line->name() == QLatin1String("ttyUSB4")) {
+                return line;
+            }
+        }
+        return nullptr;
     }
 
     int bar(const char* name) const

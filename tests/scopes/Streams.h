@@ -4,6 +4,7 @@
 #include <QVector>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -76,6 +77,63 @@ inline QByteArray mischief(std::mt19937& random, qsizetype atLeast)
             break;
         }
         bytes += next;
+    }
+    return bytes;
+}
+
+constexpr qsizetype FuzzBytes = 10'000'000;
+
+// Nothing but random bytes: of all values, of few that look like indexes, of many start bytes.
+inline QByteArray noise(std::mt19937& random, qsizetype size)
+{
+    QByteArray bytes(size, '\0');
+    const auto kind = random() % 3;
+    for (char& byte : bytes) {
+        const auto value = random();
+        if (kind == 1) {
+            byte = static_cast<char>(value % 3);
+        } else {
+            byte = kind == 2 && value % 6 == 0 ? '\xff' : static_cast<char>(value >> 8);
+        }
+    }
+    return bytes;
+}
+
+// SDI records as they are sent, each with a byte in front and the start byte.
+inline QByteArray sdiStream(std::mt19937& random, int records)
+{
+    QByteArray bytes;
+    for (int k = 0; k < records; ++k) {
+        bytes.append('\0');
+        bytes.append('\xff');
+        for (int n = 0; n < 5; ++n) {
+            bytes.append(static_cast<char>(random()));
+        }
+    }
+    return bytes;
+}
+
+// A good stream with one byte of `period` flipped, lost or doubled.
+inline QByteArray mutated(std::mt19937& random, const QByteArray& good, unsigned long period)
+{
+    QByteArray bytes;
+    bytes.reserve(good.size() + good.size() / static_cast<qsizetype>(period) + 16);
+    for (const char byte : good) {
+        if (random() % period != 0) {
+            bytes.append(byte);
+            continue;
+        }
+        switch (random() % 3) {
+        case 0:
+            bytes.append(
+                static_cast<char>(static_cast<unsigned char>(byte) ^ (1U << random() % 8)));
+            break;
+        case 1:
+            break;
+        default:
+            bytes.append(2, byte);
+            break;
+        }
     }
     return bytes;
 }

@@ -34,8 +34,9 @@ private slots:
     {
         const PlotAxes axes = ConstellationPlot().axes();
         QVERIFY(axes.square);
-        QCOMPARE(axes.xLabel, QStringLiteral("I (full scale)"));
-        QCOMPARE(axes.yLabel, QStringLiteral("Q (full scale)"));
+        QCOMPARE(axes.xLabel, QStringLiteral("I (% FS)"));
+        QCOMPARE(axes.yLabel, QStringLiteral("Q (% FS)"));
+        QCOMPARE(axes.xMin, -100.0);
         QCOMPARE(axes.xMin, axes.yMin);
         QCOMPARE(axes.xMax, axes.yMax);
     }
@@ -46,6 +47,21 @@ private slots:
         QVERIFY(plot.plotted().isEmpty());
         plot.addBlock({0.1, 0.2, 0.3}, {-0.1, -0.2});
         QCOMPARE(plot.plotted(), (QVector<QPointF>{{0.1, -0.1}, {0.2, -0.2}}));
+    }
+
+    void the_first_pair_of_a_whole_block_is_left_out()
+    {
+        ConstellationPlot plot;
+        plot.resize({101, 101});
+        QVector<double> i(256, 0.5);
+        QVector<double> q(256, 0.5);
+        q[0] = -0.5; // the I beside it is not its own
+        plot.addBlock(i, q);
+        QImage picture = black({101, 101});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 25) > 0);
+        QCOMPARE(plot.image().density(75, 75), 0);
+        QCOMPARE(plot.plotted(), QVector<QPointF>(255, QPointF(0.5, 0.5)));
     }
 
     void the_last_blocks_fade()

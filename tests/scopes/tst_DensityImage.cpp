@@ -34,6 +34,27 @@ private slots:
         QCOMPARE(image.density(13, 0), 0);
     }
 
+    void a_dot_at_the_edge_is_the_part_of_a_whole_one_that_fits()
+    {
+        DensityImage whole;
+        whole.resize({9, 9});
+        whole.addDot(4, 4);
+        constexpr int Size = 3;
+        for (int y = -1; y <= Size; ++y) {
+            for (int x = -1; x <= Size; ++x) {
+                DensityImage image;
+                image.resize({Size, Size});
+                image.addDot(x, y);
+                for (int row = 0; row < Size; ++row) {
+                    for (int column = 0; column < Size; ++column) {
+                        QCOMPARE(
+                            image.density(column, row), whole.density(4 + column - x, 4 + row - y));
+                    }
+                }
+            }
+        }
+    }
+
     void a_run_goes_either_way()
     {
         DensityImage image;
@@ -87,6 +108,26 @@ private slots:
         }
         image.paintOver(picture);
         QVERIFY(picture.pixelColor(4, 4).green() >= 250 && picture.pixelColor(4, 4).red() > 120);
+    }
+
+    void looks_the_same_on_black_and_beside_it()
+    {
+        DensityImage image;
+        image.resize({2, 1});
+        image.setColor(Qt::cyan);
+        for (int hits = 0; hits < 5; ++hits) {
+            image.addRun(0, 0, 0);
+            image.addRun(1, 0, 0);
+            QImage picture(2, 1, QImage::Format_RGB32);
+            picture.setPixel(0, 0, 0xff000000);
+            picture.setPixel(1, 0, 0xff010101);
+            image.paintOver(picture);
+            const QColor black = picture.pixelColor(0, 0);
+            const QColor beside = picture.pixelColor(1, 0);
+            QVERIFY(black.green() > 80);
+            QVERIFY(qAbs(black.green() - beside.green()) <= 1);
+            QVERIFY(qAbs(black.red() - beside.red()) <= 1);
+        }
     }
 
     void a_picture_of_another_size_stays_as_it_is()

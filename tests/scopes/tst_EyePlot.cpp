@@ -153,8 +153,8 @@ private slots:
         eye.addBlock(QVector<double>(256, 0.25));
         eye.paint(picture);
         eye.setLimit(0.5);
-        QCOMPARE(eye.axes().yMax, 0.5);
-        QCOMPARE(eye.axes().yMin, -0.5);
+        QCOMPARE(eye.axes().yMax, 50.0);
+        QCOMPARE(eye.axes().yMin, -50.0);
         eye.addBlock(QVector<double>(256, 0.25));
         eye.paint(picture);
         QVERIFY(eye.image().density(64, 25) > 0);
@@ -188,14 +188,14 @@ private slots:
             eye.paint(picture);
         }
         eye.setLimit(0.0);
-        QCOMPARE(eye.axes().yMax, 1.0);
+        QCOMPARE(eye.axes().yMax, 100.0);
     }
 
     void axes_have_units()
     {
-        EyePlot eye(QStringLiteral("I (full scale)"));
+        EyePlot eye(QStringLiteral("I (% FS)"));
         QCOMPARE(eye.axes().xLabel, QStringLiteral("Time (symbols)"));
-        QCOMPARE(eye.axes().yLabel, QStringLiteral("I (full scale)"));
+        QCOMPARE(eye.axes().yLabel, QStringLiteral("I (% FS)"));
         QCOMPARE(eye.axes().xMin, -1.0);
         QCOMPARE(eye.axes().xMax, 1.0);
         eye.setTimeLabel(false);

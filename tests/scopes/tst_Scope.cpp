@@ -1,46 +1,10 @@
-#include "scopes/PlotView.h"
-#include "scopes/Scope.h"
-#include "scopes/Streams.h"
-#include "support/Pty.h"
-#include "support/Screen.h"
+// What a scope receives and passes on; how it shows it is in tst_ScopePlots.
+#include "scopes/ScopeBench.h"
 #include "support/TestMain.h"
-
-#include <QSignalSpy>
 
 #include <cmath>
 
-namespace {
-
-PlotView* plot(const Scope& scope, const char* name)
-{
-    return scope.findChild<PlotView*>(QLatin1String(name));
-}
-
-QByteArray steady(int i, int q)
-{
-    return streams::block(QVector<int>(256, i), QVector<int>(256, q));
-}
-
-// A scope with its port on a pseudo-terminal, shown.
-struct Bench
-{
-    DeviceDirectory devices;
-    Pty& line = devices.add(QStringLiteral("ttyUSB1"));
-    Scope scope{QStringLiteral("ttyUSB1"), 1, nullptr};
-    QSignalSpy blocks{&scope, &Scope::rcv_eye_msg};
-    QSignalSpy records{&scope, &Scope::rcv_sdi_msg};
-
-    explicit Bench(bool shown = true)
-    {
-        scope.resize(262, 310);
-        if (shown) {
-            scope.show();
-            static_cast<void>(QTest::qWaitForWindowExposed(&scope));
-        }
-    }
-};
-
-} // namespace
+using namespace scopeBench;
 
 class tst_Scope : public QObject
 {
@@ -87,14 +51,112 @@ private slots:
         QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
     }
 
+    void a_broken_block_yields_no_plot_and_no_signal_data()
+    {
+        QTest::addColumn<int>("record");
+        QTest::addColumn<int>("index");
+        QTest::newRow("100 carries 101") << 100 << 101;
+        QTest::newRow("the last carries 0") << 255 << 0;
+    }
+
     void a_broken_block_yields_no_plot_and_no_signal()
     {
+        QFETCH(int, record);
+        QFETCH(int, index);
         Bench bench;
-        QByteArray broken = steady(100, 100);
-        broken[601] = 101; // the low byte of record 100's index
-        QVERIFY(bench.line.write(broken + steady(200, 200)));
+        bench.scope.setPlotType(Scope::Constellation);
+        QVERIFY(bench.line.write(steady(200, 200)));
         QTRY_COMPARE(bench.blocks.size(), 1);
-        QCOMPARE(bench.blocks.first().at(0).value<QVector<double>>().at(9), 200 / 32768.0);
+        PlotView* view = plot(bench.scope, "plotI");
+        QTRY_VERIFY(view->paintCount() > 0);
+        QTest::qWait(100); // until nothing is left to be painted
+        const int paints = view->paintCount();
+        const QVector<QPointF> plotted = bench.scope.constellation().plotted();
+        QCOMPARE(plotted.at(7), QPointF(200 / 32768.0, 200 / 32768.0));
+
+        QByteArray broken = steady(100, 100);
+        qToBigEndian(static_cast<quint16>(index), broken.data() + record * 6);
+        QVERIFY(bench.line.write(broken.left(1535)));
+        QTRY_VERIFY(bench.scope.decoder().synced());
+        QVERIFY(bench.line.write(broken.right(1)));
+        QTRY_VERIFY(!bench.scope.decoder().synced());
+        QTest::qWait(100); // longer than the pause before a painting
+        QCOMPARE(bench.blocks.size(), 1);
+        QCOMPARE(view->paintCount(), paints);
+        QCOMPARE(bench.scope.constellation().plotted(), plotted);
+
+        QVERIFY(bench.line.write(steady(300, 300)));
+        QTRY_COMPARE(bench.blocks.size(), 2);
+        QCOMPARE(bench.blocks.last().at(0).value<QVector<double>>().at(9), 300 / 32768.0);
+        QTRY_VERIFY(view->paintCount() > paints);
+    }
+
+    void a_block_is_plotted_before_it_is_passed_on()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        QVector<QPointF> plotted;
+        connect(&bench.scope, &Scope::rcv_eye_msg, this,
+            [&] { plotted = bench.scope.constellation().plotted(); });
+        for (const int level : {8192, 16384}) {
+            QVERIFY(bench.line.write(steady(level, -level)));
+            QTRY_COMPARE(plotted.value(254), QPointF(level / 32768.0, -level / 32768.0));
+        }
+        QCOMPARE(bench.blocks.size(), 2);
+    }
+
+    void a_record_is_plotted_before_it_is_passed_on()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Sdi);
+        QByteArray plotted;
+        connect(&bench.scope, &Scope::rcv_sdi_msg, this, [&] {
+            const std::deque<QByteArray> records = shownRecords(bench.scope);
+            plotted = records.empty() ? QByteArray() : records.back();
+        });
+        for (const char* record : {"abcde", "fghij"}) {
+            QVERIFY(bench.line.write(QByteArray("\x00\xff", 2) + record));
+            QTRY_COMPARE(plotted, QByteArray(record));
+        }
+    }
+
+    // However the line cuts what the port hands over at once.
+    void any_cut_of_the_stream_gives_what_byte_by_byte_gives_data()
+    {
+        QTest::addColumn<quint32>("seed");
+        for (quint32 seed = 1; seed <= 4; ++seed) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+
+    void any_cut_of_the_stream_gives_what_byte_by_byte_gives()
+    {
+        QFETCH(quint32, seed);
+        std::mt19937 random(seed);
+        QByteArray blocks;
+        for (int k = 0; k < 40; ++k) {
+            blocks += streams::randomBlock(random);
+        }
+        const QByteArray bytes = streams::mutated(random, blocks, 5000).mid(700);
+        streams::PlainReceiver plain;
+        for (const char byte : bytes) {
+            plain.take(byte);
+        }
+        QVERIFY(plain.blocks.i.size() > 10);
+        Bench bench(false);
+        for (qsizetype at = 0; at < bytes.size();) {
+            const QByteArray piece = bytes.mid(at, 1 + static_cast<qsizetype>(random() % 4000));
+            at += piece.size();
+            QVERIFY(bench.line.write(piece));
+            if (random() % 2 == 0) {
+                QCoreApplication::processEvents();
+            }
+        }
+        QTRY_COMPARE(bench.blocks.size(), plain.blocks.i.size());
+        for (int k = 0; k < bench.blocks.size(); ++k) {
+            QCOMPARE(bench.blocks.at(k).at(0).value<QVector<double>>(), plain.blocks.i.at(k));
+            QCOMPARE(bench.blocks.at(k).at(1).value<QVector<double>>(), plain.blocks.q.at(k));
+        }
     }
 
     void many_blocks_at_once_are_all_passed_on_in_order()
@@ -178,174 +240,6 @@ private slots:
         QVERIFY(bench.line.write(steady(1, 1)));
         QTRY_COMPARE(bench.blocks.size(), 1);
         QVERIFY(bench.records.isEmpty());
-    }
-
-    void the_plot_type_toggles_between_eye_and_constellation()
-    {
-        Bench bench;
-        bench.scope.togglePlotType();
-        QCOMPARE(bench.scope.plotType(), 2);
-        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
-        bench.scope.togglePlotType();
-        QCOMPARE(bench.scope.plotType(), 1);
-        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
-        bench.scope.setPlotType(0);
-        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
-        bench.scope.togglePlotType();
-        QCOMPARE(bench.scope.plotType(), 1);
-    }
-
-    void a_constellation_is_square_and_stays_in_the_middle()
-    {
-        Bench bench;
-        bench.scope.setPlotType(Scope::Constellation);
-        bench.scope.grab();
-        const PlotView* view = plot(bench.scope, "plotI");
-        QTRY_COMPARE(view->size(), QSize(262, 262));
-        bench.scope.grab();
-        QCOMPARE(view->dataArea().width(), view->dataArea().height());
-        QCOMPARE(view->y(), 24);
-        bench.scope.setDisableFixIsize(true);
-        QVERIFY(bench.scope.disableFixIsize());
-        QTRY_COMPARE(view->size(), QSize(262, 310));
-        bench.scope.grab();
-        QCOMPARE(view->dataArea().width(), view->dataArea().height());
-    }
-
-    void the_settings_answer_what_was_set()
-    {
-        Bench bench;
-        QCOMPARE(bench.scope.numOfPlots(), 2);
-        QVERIFY(bench.scope.showQPlot());
-        QCOMPARE(bench.scope.sdiStripCount(), 5);
-        bench.scope.setShowQPlot(false);
-        QVERIFY(!bench.scope.showQPlot());
-        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
-        bench.scope.setShowQPlot(true);
-        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
-        bench.scope.setNumOfPlots(1);
-        QCOMPARE(bench.scope.numOfPlots(), 1);
-        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
-        bench.scope.setSdiStripCount(3);
-        QCOMPARE(bench.scope.sdiStripCount(), 3);
-    }
-
-    void a_line_colour_is_taken_by_its_number_data()
-    {
-        QTest::addColumn<int>("number");
-        QTest::addColumn<QColor>("color");
-        QTest::newRow("0 red") << 0 << QColor(255, 0, 0);
-        QTest::newRow("1 green") << 1 << QColor(0, 255, 0);
-        QTest::newRow("2 blue, light enough for black") << 2 << QColor(64, 64, 255);
-        QTest::newRow("3 cyan") << 3 << QColor(0, 255, 255);
-        QTest::newRow("4 magenta") << 4 << QColor(255, 0, 255);
-        QTest::newRow("5 yellow") << 5 << QColor(255, 255, 0);
-        QTest::newRow("6 white") << 6 << QColor(255, 255, 255);
-        QTest::newRow("7 grey") << 7 << QColor(160, 160, 160);
-        QTest::newRow("8 is none") << 8 << QColor(255, 0, 0);
-        QTest::newRow("-1 is none") << -1 << QColor(255, 0, 0);
-    }
-
-    void a_line_colour_is_taken_by_its_number()
-    {
-        QFETCH(int, number);
-        QFETCH(QColor, color);
-        Bench bench;
-        bench.scope.setLineColor(number);
-        QCOMPARE(bench.scope.lineColor(), color);
-        bench.scope.setPlotType(Scope::Constellation);
-        QVector<double> zero(256, 0.25);
-        bench.scope.plotEyeConsData(zero, zero);
-        PlotView* view = plot(bench.scope, "plotI");
-        const QImage picture = view->grab().toImage();
-        const QRect area = view->dataArea();
-        const auto at = [&](double part) {
-            return static_cast<int>(std::lround((area.width() - 1) * part));
-        };
-        const QColor dot =
-            picture.pixelColor(area.left() + at(0.625), area.top() + at(1.0 - 0.625));
-        // a dot that was hit 256 times shines in its colour, mixed with white
-        for (const auto& [part, full] : {std::pair{dot.red(), color.red()},
-                 {dot.green(), color.green()}, {dot.blue(), color.blue()}}) {
-            QVERIFY(part >= full - 2);
-        }
-    }
-
-    void hidden_plots_are_not_painted_but_blocks_are_passed_on()
-    {
-        Bench bench(false);
-        QVERIFY(bench.line.write(steady(1, 2) + steady(3, 4)));
-        QTRY_COMPARE(bench.blocks.size(), 2);
-        QTest::qWait(100); // longer than the pause before a painting
-        QCOMPARE(plot(bench.scope, "plotI")->paintCount(), 0);
-        QCOMPARE(plot(bench.scope, "plotQ")->paintCount(), 0);
-    }
-
-    void plots_can_be_hidden_while_the_scope_goes_on_receiving()
-    {
-        Bench bench;
-        bench.scope.setPlotsShown(false);
-        QVERIFY(!plot(bench.scope, "plotI")->isVisible());
-        QVERIFY(!plot(bench.scope, "plotQ")->isVisible());
-        QVERIFY(bench.scope.isVisible());
-        QCOMPARE(bench.scope.size(), QSize(262, 310));
-        QVERIFY(bench.line.write(steady(1, 2)));
-        QTRY_COMPARE(bench.blocks.size(), 1);
-        // a change of type shows none of them
-        bench.scope.setPlotType(2);
-        QVERIFY(!plot(bench.scope, "plotI")->isVisible());
-        bench.scope.setPlotType(1);
-        bench.scope.setPlotsShown(true);
-        QVERIFY(plot(bench.scope, "plotI")->isVisible());
-        QVERIFY(plot(bench.scope, "plotQ")->isVisible());
-    }
-
-    void what_came_while_hidden_is_there_when_it_is_shown()
-    {
-        Bench bench(false);
-        QVector<double> half(256, 0.5);
-        bench.scope.plotEyeConsData(half, half);
-        bench.scope.show();
-        PlotView* view = plot(bench.scope, "plotI");
-        QTRY_VERIFY(view->paintCount() > 0);
-        const QImage picture = view->grab().toImage();
-        const QRect area = view->dataArea();
-        const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.25));
-        QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
-    }
-
-    void a_touch_on_a_plot_changes_between_fitted_and_fixed_range()
-    {
-        Bench bench;
-        QVERIFY(!bench.scope.fixedRange());
-        QVector<double> quiet(256, 0.05);
-        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
-            bench.scope.plotEyeConsData(quiet, quiet);
-        }
-        PlotView* view = plot(bench.scope, "plotI");
-        view->grab();
-        QCOMPARE(view->yAxis->range().upper, 0.06);
-        clickOn(view);
-        QVERIFY(bench.scope.fixedRange());
-        view->grab();
-        QCOMPARE(view->yAxis->range().upper, 1.0);
-        clickOn(plot(bench.scope, "plotQ"));
-        QVERIFY(!bench.scope.fixedRange());
-        view->grab();
-        QCOMPARE(view->yAxis->range().upper, 0.06);
-    }
-
-    void clipping_is_told_on_the_plot()
-    {
-        Bench bench;
-        QVector<double> loud(256, 0.5);
-        loud[77] = -1.0;
-        QVector<double> fine(256, 0.5);
-        bench.scope.plotEyeConsData(loud, fine);
-        QCOMPARE(plot(bench.scope, "plotI")->content()->axes().badge, QStringLiteral("CLIP"));
-        QVERIFY(plot(bench.scope, "plotQ")->content()->axes().badge.isEmpty());
-        bench.scope.plotEyeConsData(fine, fine);
-        QVERIFY(plot(bench.scope, "plotI")->content()->axes().badge.isEmpty());
     }
 
     void the_interpolator_gives_the_same_as_the_filter_in_bulk_data()

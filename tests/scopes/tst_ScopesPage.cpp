@@ -72,6 +72,21 @@ private slots:
         }
     }
 
+    void off_empties_the_scope_s_plots()
+    {
+        ScopesPage page;
+        QVector<double> half(256, 0.5);
+        page.setMode(1, *ScopeMode::ofMessage(2));
+        Scope& scope = *page.scope(1);
+        scope.resize(262, 310);
+        auto* view = scope.findChild<PlotView*>(QStringLiteral("plotI"));
+        const QImage empty = view->grab().toImage();
+        scope.plotEyeConsData(half, half);
+        QVERIFY(view->grab().toImage() != empty);
+        page.setMode(1, *ScopeMode::ofMessage(0));
+        QCOMPARE(view->grab().toImage(), empty);
+    }
+
     void a_choice_of_the_operator_has_numbers_of_its_own_data()
     {
         QTest::addColumn<int>("choice");

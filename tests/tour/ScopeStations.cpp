@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int FillMs = 2500; // until the plots have their range and glow
+constexpr int FillMs = 5000; // until the plots have their range and glow
 
 // SM carries 1 for a constellation, 2 for an eye pattern, 3 for SDI.
 void showModes(Tour& tour, const char* modes, const QString& picture)
@@ -26,8 +26,6 @@ void visitScopes(Tour& tour)
 {
     tour.unit("PM,0.375,72,55");
     clickOn(tour.window().scopesButton);
-    showModes(tour, "222", "scopes-eye-patterns");
-    showModes(tour, "111", "scopes-constellations");
     showModes(tour, "213", "scopes-mixed");
     tour.unit("SQ,2,0");
     Tour::settle();

@@ -37,6 +37,7 @@ int main(int argc, char** argv)
         visitAllMenus(tour);
     } else {
         visitMenus(tour);
+        visitSignals(tour);
         visitSpectrum(tour);
         visitMainMenus(tour);
         visitEditors(tour);

@@ -1,0 +1,158 @@
+#include "sim/MainUnit.h"
+#include "sim/PseudoTerminal.h"
+#include "sim/ScopeBytes.h"
+#include "sim/ScopeOptions.h"
+#include "sim/ScopePort.h"
+#include "sim/UnitDevices.h"
+#include "support/TestMain.h"
+
+#include <QCommandLineParser>
+
+#include <algorithm>
+
+namespace {
+
+using Modulation = SignalSettings::Modulation;
+
+ScopeOptions parsed(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    ScopeOptions::addTo(parser);
+    if (!parser.parse(QStringList{"qn740-sim"} + arguments)) {
+        qFatal("%s", qPrintable(parser.errorText()));
+    }
+    return ScopeOptions::from(parser);
+}
+
+QList<Modulation> modulationsOf(const ScopeOptions& options)
+{
+    QList<Modulation> modulations;
+    for (const SignalSettings& settings : options.signalSettings) {
+        modulations += settings.modulation;
+    }
+    return modulations;
+}
+
+// The ports that were made, in the order of their demodulators.
+QList<ScopePort*> portsOf(const UnitDevices& devices)
+{
+    QList<ScopePort*> ports = devices.findChildren<ScopePort*>();
+    std::sort(ports.begin(), ports.end(), [](const ScopePort* one, const ScopePort* other) {
+        return one->demodulator() < other->demodulator();
+    });
+    return ports;
+}
+
+} // namespace
+
+class tst_ScopeOptions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void without_options_each_port_has_a_signal_of_its_own_and_is_off()
+    {
+        const ScopeOptions options = parsed({});
+        QVERIFY(options.fault.isEmpty());
+        QCOMPARE(modulationsOf(options),
+            (QList<Modulation>{Modulation::Qpsk, Modulation::Psk8, Modulation::Qam16}));
+        QCOMPARE(options.signalSettings.at(2).snr, 25.0);
+        QCOMPARE(options.faults, 0);
+        QCOMPARE(options.mode, static_cast<int>(ScopePort::Off));
+    }
+
+    void the_last_signal_given_goes_for_the_ports_that_are_left()
+    {
+        const ScopeOptions one = parsed({"--signal", "bpsk:snr=12"});
+        QCOMPARE(modulationsOf(one), QList<Modulation>(3, Modulation::Bpsk));
+        QCOMPARE(one.signalSettings.at(2).snr, 12.0);
+        const ScopeOptions two = parsed({"--signal", "bpsk", "--signal", "oqpsk"});
+        QCOMPARE(modulationsOf(two),
+            (QList<Modulation>{Modulation::Bpsk, Modulation::Oqpsk, Modulation::Oqpsk}));
+        const ScopeOptions three =
+            parsed({"--signal", "bpsk", "--signal", "16qam", "--signal", "8psk"});
+        QCOMPARE(modulationsOf(three),
+            (QList<Modulation>{Modulation::Bpsk, Modulation::Qam16, Modulation::Psk8}));
+    }
+
+    void faults_and_mode_are_taken()
+    {
+        const ScopeOptions options =
+            parsed({"--scope-fault", "index,loss,noise,silence", "--scope-mode", "3"});
+        QVERIFY(options.fault.isEmpty());
+        QCOMPARE(options.faults,
+            ScopeFaults::BrokenIndex | ScopeFaults::LostBytes | ScopeFaults::NoiseBursts |
+                ScopeFaults::Silence);
+        QCOMPARE(options.mode, static_cast<int>(ScopePort::Sdi));
+    }
+
+    void what_is_none_of_them_is_refused_with_the_reason_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char* name, const QStringList& arguments, const char* reason) {
+            QTest::newRow(name) << arguments << QString(reason);
+        };
+        row("modulation", {"--signal", "fsk:snr=20"}, "no modulation: \"fsk\"");
+        row("second signal", {"--signal", "qpsk", "--signal", "am"}, "no modulation: \"am\"");
+        row("field", {"--signal", "qpsk:colour=3"}, "nothing of a signal: \"colour=3\"");
+        row("value too high", {"--signal", "qpsk:snr=101"}, "snr is -20 to 100");
+        row("value too low", {"--signal", "qpsk:clip=0"}, "clip is 0.01 to 1");
+        row("no number", {"--signal", "qpsk:phase=x"}, "phase is 0 to 180");
+        row("fourth signal",
+            {"--signal", "qpsk", "--signal", "qpsk", "--signal", "qpsk", "--signal", "qpsk"},
+            "4 signals for 3 scope ports");
+        row("fault", {"--scope-fault", "loss,smoke"}, "no fault of a scope port: \"loss,smoke\"");
+        row("mode too high", {"--scope-mode", "4"}, "no mode of a scope port: \"4\"");
+        row("negative mode", {"--scope-mode=-1"}, "no mode of a scope port: \"-1\"");
+        row("no mode", {"--scope-mode", "eye"}, "no mode of a scope port: \"eye\"");
+        row("empty mode", {"--scope-mode", ""}, "no mode of a scope port: \"\"");
+    }
+
+    void what_is_none_of_them_is_refused_with_the_reason()
+    {
+        QFETCH(QStringList, arguments);
+        QTEST(parsed(arguments).fault, "reason");
+    }
+
+    void three_ports_are_made_that_follow_what_is_said_of_modes()
+    {
+        UnitDevices devices;
+        PseudoTerminal* line = devices.add("ttyO1");
+        QVERIFY(line != nullptr);
+        MainUnit unit(*line, {});
+        const ScopeOptions options = parsed({"--scope-mode", "2"});
+        QVERIFY(options.addPorts(devices, unit, 1));
+        for (int n = 1; n <= 3; ++n) {
+            QVERIFY(QFileInfo(devices.path() + QString("/ttyUSB%1").arg(n)).isSymLink());
+        }
+        const QList<ScopePort*> ports = portsOf(devices);
+        QCOMPARE(ports.size(), 3);
+        for (const ScopePort* port : ports) {
+            QCOMPARE(port->mode(), static_cast<int>(ScopePort::EyePattern));
+        }
+        emit unit.received("D2:DSDM:1", true);
+        emit unit.sent("SM,3,3");
+        QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::EyePattern));
+        QCOMPARE(ports.at(1)->mode(), static_cast<int>(ScopePort::Constellation));
+        QCOMPARE(ports.at(2)->mode(), static_cast<int>(ScopePort::Sdi));
+        emit unit.received("D1:DSDM:0", true);
+        QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::Off));
+    }
+
+    void a_device_that_cannot_be_made_is_told()
+    {
+        UnitDevices devices;
+        PseudoTerminal* line = devices.add("ttyO1");
+        QVERIFY(line != nullptr);
+        MainUnit unit(*line, {});
+        QFile inTheWay(devices.path() + "/ttyUSB2");
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        QVERIFY(!parsed({}).addPorts(devices, unit, 1));
+        QVERIFY(devices.errorString().contains("ttyUSB2"));
+        QVERIFY(inTheWay.remove());
+    }
+};
+
+QN740_TEST_MAIN(tst_ScopeOptions)
+#include "tst_ScopeOptions.moc"
