@@ -86,6 +86,9 @@ void CardSpectrum::setBitRate(int channel, double bitsPerSecond)
 void CardSpectrum::setFftParameter(int channel, const QString& parameter)
 {
     const auto& table = spanTable();
+    if (parameter == QLatin1String(table.at(span(channel)).fftParam)) {
+        return;
+    }
     for (int span = 0; span < table.size(); ++span) {
         if (parameter == QLatin1String(table.at(span).fftParam)) {
             setSpan(channel, span);
@@ -109,6 +112,18 @@ void CardSpectrum::takeCommand(const QString& body)
         } else if (word == QLatin1String("NFFT")) {
             setFftParameter(channel, value);
         }
+    }
+}
+
+void CardSpectrum::takeUnitMessage(const QString& body)
+{
+    const QStringList fields = body.split(QLatin1Char(','));
+    bool channelOk = false;
+    bool spanOk = false;
+    const int channel = fields.value(1).toInt(&channelOk);
+    const int span = fields.value(2).toInt(&spanOk);
+    if (fields.constFirst() == QLatin1String("SP") && channelOk && spanOk) {
+        setSpan(channel, span);
     }
 }
 

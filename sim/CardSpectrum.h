@@ -27,9 +27,13 @@ public:
     void setBitRate(int channel, double bitsPerSecond);
 
     // In: the body of a message from the panel. "D2:RATE:5000000" changes the carrier of
-    // demodulator 2, "D2:NFFT:11" its span (the narrowest with that parameter); "D1 D2 D3:" means
-    // all three.
+    // demodulator 2, "D2:NFFT:11" its span; "D1 D2 D3:" means all three. Three or four spans have
+    // the same parameter, and which of them the operator chose is not on the line: a span that has
+    // it already stays, otherwise the narrowest is taken.
     void takeCommand(const QString& body);
+    // In: the body of a message to the panel. "SP,1,9" gives the span of channel 1 exactly,
+    // whatever the panel says about it then.
+    void takeUnitMessage(const QString& body);
 
     // Out: `count` points of the channel's span at a time in seconds, lowest frequency first, a
     // byte each, level in dB = byte × 0.5 − 120.

@@ -200,6 +200,8 @@ bool addOtherPorts(
 {
     QObject::connect(&link, &PanelLink::received, &link,
         [&spectrum](const QString& body) { spectrum.takeCommand(body); });
+    QObject::connect(&link, &PanelLink::sent, &link,
+        [&spectrum](const QString& body) { spectrum.takeUnitMessage(body); });
     return options.scopes.addPorts(devices, link, options.line.seed) &&
         options.cards.addPorts(devices, spectrum, options.line.seed);
 }

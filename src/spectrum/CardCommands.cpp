@@ -4,6 +4,8 @@ namespace card {
 
 namespace {
 constexpr int CommandSize = 10;
+constexpr int AddressSize = 4;
+constexpr int WordSize = 4;
 constexpr int MarkerSize = 6; // "ClrAvg"
 
 QString withDigits(const QString& pattern, int first, int second)
@@ -45,6 +47,17 @@ QString readTrims()
 QString readSpectrum(int channel, int pass)
 {
     return withDigits(QStringLiteral("RFFT%1%2"), channel, pass);
+}
+
+int spectrumChannel(const QString& request)
+{
+    constexpr int ChannelAt = AddressSize + WordSize;
+    if (request.mid(AddressSize, WordSize) != QLatin1String("RFFT") ||
+        request.size() <= ChannelAt) {
+        return -1;
+    }
+    const int channel = request.at(ChannelAt).unicode() - u'0';
+    return channel >= 0 && channel < Channels ? channel : -1;
 }
 
 QString setSpan(int channel, int span)

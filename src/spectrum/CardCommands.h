@@ -21,6 +21,9 @@ QString readSpans();   // "RNFT": answered by one digit a channel, its span inde
 QString readTrims();   // "RTRM": answered by one digit a channel, its trim in dB
 // channel: 0 to 2. pass: 0 to 2, counts the rounds over the channels.
 QString readSpectrum(int channel, int pass); // "RFFT%1%2"
+// In: a request with its address. Out: the channel whose spectrum it asks for, 0 to 2, or -1 when
+// it asks for something else.
+int spectrumChannel(const QString& request);
 // channel: 0 to 2. span: an index into the span table.
 QString setSpan(int channel, int span); // "CNFT%1%2"
 // channel: 0 to 2. trim: 0 to 9, in dB.

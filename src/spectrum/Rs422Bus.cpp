@@ -5,6 +5,7 @@
 
 #include <QTimerEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -82,6 +83,19 @@ void Rs422Bus::setMessageQueFlag(const QString& flag)
 void Rs422Bus::addToStatusQueue(QStringList& list)
 {
     m_statusQueue += list;
+}
+
+bool Rs422Bus::isWaiting(const QString& request) const
+{
+    return std::any_of(m_txQueue.cbegin(), m_txQueue.cend(), [&](const QString& queued) {
+        const bool timed = queued.startsWith(OwnTimeout);
+        return (timed ? queued.section(QLatin1Char(' '), 1) : queued) == request;
+    });
+}
+
+bool Rs422Bus::isMarked(const QString& flag) const
+{
+    return m_txQueue.contains(Marker + flag);
 }
 
 void Rs422Bus::run()
@@ -190,7 +204,7 @@ void Rs422Bus::timerEvent(QTimerEvent* event)
     // without checksums every transaction is reported, also an answered one: kept so
     if (m_awaitingReply || !m_oldProtocol) {
         m_awaitingReply = true; // what the owner queues now waits for run() below
-        emit messageTxSuccess(bus::requestOf(m_txFrame, m_oldProtocol), NoReply);
+        emit messageTxSuccess(lastRequest(), NoReply);
     }
     m_awaitingReply = false;
     m_rxBuffer.clear();

@@ -52,6 +52,12 @@ public:
     // These requests are sent in turns whenever nothing else is queued.
     void addToStatusQueue(QStringList& list);
     int txCount() const { return static_cast<int>(m_txQueue.size()); }
+    // Whether this request waits to be sent, with or without a timeout of its own.
+    bool isWaiting(const QString& request) const;
+    // Whether this marker waits for its turn.
+    bool isMarked(const QString& flag) const;
+    // The request that was sent last, without its framing: the one that a reply belongs to.
+    QString lastRequest() const { return bus::requestOf(m_txFrame, m_oldProtocol); }
 
     char startOfFrame() const { return m_startOfFrame; }
     void setStartOfFrame(char c) { m_startOfFrame = c; }

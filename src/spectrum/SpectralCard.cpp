@@ -8,6 +8,8 @@
 #include <QComboBox>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 constexpr char StartOfFrame = '[';
@@ -62,8 +64,13 @@ SpectralCard::SpectralCard(QWidget* parent, int window, const QString& portName)
     // a port that comes later, or comes back
     connect(m_buses[0], &Rs422Bus::opened, this, &SpectralCard::busOpened);
     connectCombos();
+    m_timer.setObjectName(QStringLiteral("pollTimer"));
     m_timer.setTimerType(Qt::PreciseTimer); // a coarse one comes early
     m_timer.setInterval(PollMs);
+    m_replyDue.setObjectName(QStringLiteral("replyDueTimer"));
+    m_replyDue.setTimerType(Qt::PreciseTimer);
+    m_replyDue.setSingleShot(true);
+    m_replyDue.setInterval(UnderWayMs);
     connect(&m_timer, &QTimer::timeout, this, &SpectralCard::timerTimeOut);
     connect(m_buses[0], &Rs422Bus::messageQueueFlag, this, &SpectralCard::queFlag);
 }
@@ -89,7 +96,7 @@ void SpectralCard::initCharts()
     const QVector<QColor> colours = {lineColor(5), lineColor(3), lineColor(1)};
     for (int channel = 0; channel < card::Channels; ++channel) {
         auto* area = new SpectrumArea(channel, this);
-        area->chart()->setLineColor(colours.at(channel));
+        area->setLineColor(colours.at(channel));
         layout->addWidget(area, 1);
         m_areas += area;
         m_shown.at(static_cast<size_t>(channel)) = true;
@@ -132,13 +139,14 @@ void SpectralCard::setK7150(const QString& port1, const QString& port2, const QS
 {
     m_k7150Type = true;
     if (m_buses[0] != nullptr) {
+        m_buses[0]->disconnect(this);
         m_buses[0]->close();
         m_buses[0]->deleteLater();
     }
     m_askedChannel = -1;
     m_averageClearPending.fill(false); // their markers went with the bus
+    m_demodulatorTold.fill(false);
     m_buses[0] = newK7150Bus(port1);
-    connect(m_buses[0], &Rs422Bus::opened, this, &SpectralCard::initSA);
     if (m_buses[1] == nullptr) {
         m_buses[1] = newK7150Bus(port2);
     }
@@ -152,16 +160,38 @@ void SpectralCard::setK7150(const QString& port1, const QString& port2, const QS
 void SpectralCard::initSA()
 {
     if (!m_k7150Type) {
-        sendSerialCmd(card::readVersion());
-        sendSerialCmd(card::readSpans());
-        sendSerialCmd(card::readTrims());
+        ask(card::readVersion());
+        ask(card::readSpans());
+        ask(card::readTrims());
         return;
     }
     for (int channel = 0; channel < card::Channels; ++channel) {
         tell(card::demodulatorSpectrumOn(channel + 1));
-        const SPANINFO& span = m_spanTable.at(getSpan(channel));
-        tell(card::demodulatorSpan(channel + 1, QLatin1String(span.fftParam)));
+        tellDemodulator(channel);
     }
+}
+
+// a card that says its name all the time must not fill the queue
+void SpectralCard::ask(const QString& command)
+{
+    if (!m_buses[0]->isWaiting(card::request(m_address, command))) {
+        sendSerialCmd(command);
+    }
+}
+
+void SpectralCard::tellDemodulator(int channel)
+{
+    const SPANINFO& span = m_spanTable.at(getSpan(channel));
+    tell(card::demodulatorSpan(channel + 1, QLatin1String(span.fftParam)));
+    m_demodulatorTold.at(static_cast<size_t>(channel)) = true;
+}
+
+void SpectralCard::tellCard(int channel)
+{
+    m_toldSpans.at(static_cast<size_t>(channel)) = getSpan(channel);
+    m_averageClearPending.at(static_cast<size_t>(channel)) = true;
+    sendSerialCmd(card::setSpan(channel, getSpan(channel)));
+    m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
 }
 
 void SpectralCard::tell(const QString& body)
@@ -200,8 +230,9 @@ void SpectralCard::UpdateCmds()
             m_askedChannel = channel;
             m_lastChannel = channel;
             m_askedStale = false;
-            m_asked.start();
-            sendSerialCmd(card::readSpectrum(channel, pass), SpectrumTimeoutMs);
+            m_askedCommand = card::readSpectrum(channel, pass);
+            m_replyDue.start();
+            sendSerialCmd(m_askedCommand, SpectrumTimeoutMs);
             return;
         }
     }
@@ -209,15 +240,22 @@ void SpectralCard::UpdateCmds()
 
 bool SpectralCard::pollUnderWay() const
 {
-    return m_askedChannel >= 0 && m_asked.isValid() && !m_asked.hasExpired(UnderWayMs);
+    return m_askedChannel >= 0 &&
+        (m_replyDue.isActive() || m_buses[0]->isWaiting(card::request(m_address, m_askedCommand)));
 }
 
 void SpectralCard::timerTimeOut()
 {
     const bool wanted = isVisible() || m_overRideVisCheck;
-    if (wanted && isOpen() && !pollUnderWay()) {
-        UpdateCmds();
+    if (!wanted || !isOpen() || pollUnderWay()) {
+        return;
     }
+    for (int channel = 0; m_k7150Type && channel < card::Channels; ++channel) {
+        if (!m_demodulatorTold.at(static_cast<size_t>(channel))) {
+            tellDemodulator(channel);
+        }
+    }
+    UpdateCmds();
 }
 
 void SpectralCard::CommSpectral_Command(const CmdMsg& message)
@@ -243,10 +281,17 @@ void SpectralCard::CommSpectral_Command(const CmdMsg& message)
     }
 }
 
+// The older type's spectra do not name their channel: it is that of the request on the line.
+int SpectralCard::askedChannel() const
+{
+    const int channel = card::spectrumChannel(m_buses[0]->lastRequest());
+    return channel >= 0 ? channel : m_lastChannel;
+}
+
 void SpectralCard::takeSpectrum(const CmdMsg& message)
 {
     QByteArray points = message.data.toLatin1();
-    int channel = m_lastChannel;
+    int channel = askedChannel();
     if (m_k7150Type) {
         channel = points.isEmpty() ? -1 : static_cast<quint8>(points.at(0));
         points.remove(0, 1);
@@ -301,8 +346,13 @@ void SpectralCard::ComPortTimeOut(const QString& request, Rs422Bus::Results resu
 void SpectralCard::queFlag(const QString& flag)
 {
     const int channel = card::clearAverageChannel(flag);
-    if (channel >= 0) {
-        m_averageClearPending.at(static_cast<size_t>(channel)) = false;
+    if (channel < 0) {
+        return;
+    }
+    const auto at = static_cast<size_t>(channel);
+    const bool told = std::exchange(m_averageClearPending.at(at), false);
+    if (told && !m_k7150Type && m_toldSpans.at(at) != m_spans.at(at)) {
+        tellCard(channel);
     }
 }
 
@@ -372,18 +422,19 @@ void SpectralCard::SetSpan(int channel, int span)
     }
     showSpan(channel, span);
     if (m_k7150Type) {
-        tell(card::demodulatorSpan(channel + 1, QLatin1String(m_spanTable.at(span).fftParam)));
-    } else {
-        m_averageClearPending.at(static_cast<size_t>(channel)) = true;
-        sendSerialCmd(card::setSpan(channel, span));
+        tellDemodulator(channel);
+        if (!m_buses[0]->isMarked(card::clearAverage(channel))) {
+            m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
+        }
+    } else if (!m_averageClearPending.at(static_cast<size_t>(channel))) {
+        tellCard(channel);
     }
-    m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
 }
 
 void SpectralCard::setRf(double rf, int channel)
 {
     if (isChannel(channel)) {
-        m_areas.at(channel)->chart()->setCentre(rf);
+        m_areas.at(channel)->setCentre(rf);
     }
 }
 
@@ -395,7 +446,7 @@ double SpectralCard::centre(int channel) const
 void SpectralCard::setHMarkers(int channel, const QList<double>& levels)
 {
     if (isChannel(channel)) {
-        m_areas.at(channel)->chart()->setHMarkers(levels);
+        m_areas.at(channel)->setHMarkers(levels);
     }
 }
 
@@ -413,7 +464,7 @@ void SpectralCard::setLineColor(int colour, int trace)
     const QColor color = lineColor(colour);
     for (int channel = 0; color.isValid() && channel < card::Channels; ++channel) {
         if (trace == channel || trace == -1) {
-            m_areas.at(channel)->chart()->setLineColor(color);
+            m_areas.at(channel)->setLineColor(color);
         }
     }
 }

@@ -4,7 +4,6 @@
 #include "spectrum/Rs422Bus.h"
 #include "spectrum/SpanTable.h"
 
-#include <QElapsedTimer>
 #include <QList>
 #include <QTimer>
 #include <QWidget>
@@ -20,9 +19,15 @@ class SpectrumChart;
 // A poll out: the timer's turn, UpdateCmds() picks the next shown channel, sendSerialCmd() puts the
 // address before the command, the bus carries it. A spectrum in: the bus hands over a CmdMsg,
 // CommSpectral_Command() finds its channel, the channel's chart takes the points, specUpdate()
-// passes them on. A poll is under way until its reply or for 2,500 ms; the timer asks for the next
-// one when none is, 20 times a second at most, and only while the page is on the screen (or
-// setOverRideVisCheck() says that a chart of it is shown elsewhere).
+// passes them on. A poll is under way until its reply or for 2,500 ms, and as long as it waits in
+// the bus's queue; the timer asks for the next one when none is, 20 times a second at most, and
+// only while the page is on the screen (or setOverRideVisCheck() says that a chart of it is shown
+// elsewhere).
+//
+// A span out: the older card is told by a request with a marker behind it. Until the marker has
+// passed, further choices for that channel wait, and the last one of them is told then: however
+// fast they come, one is queued. A K7150's demodulator is told by updateDemodCh(); one that has
+// not been told yet, before the first poll.
 //
 // Channels are 0 to 2 and spans are indexes into m_spanTable throughout; others are ignored.
 class SpectralCard : public QWidget
@@ -53,8 +58,8 @@ public:
     void setK7150(const QString& port1, const QString& port2, const QString& port3);
     bool k7150Type() const { return m_k7150Type; }
 
-    // Asks the card for its version, spans and trims; a K7150's demodulators are told to send
-    // spectra, and with which span.
+    // Asks the card for its version, spans and trims, what of it has not been asked already; a
+    // K7150's demodulators are told to send spectra, and with which span.
     void initSA();
 
     int getSpan(int channel) const; // -1 for no such channel
@@ -123,6 +128,10 @@ private:
     Rs422Bus* newK7150Bus(const QString& portName);
     void busOpened();
     void connectCombos();
+    void ask(const QString& command);
+    void tellCard(int channel);
+    void tellDemodulator(int channel);
+    int askedChannel() const;
     void takeSpectrum(const CmdMsg& message);
     void takeSpans(const QString& text);
     void takeTrims(const QString& text);
@@ -134,15 +143,18 @@ private:
     std::array<Rs422Bus*, card::Channels> m_buses{}; // the first one carries all requests
     QList<SpectrumArea*> m_areas;                    // one a channel
     std::array<int, card::Channels> m_spans{};
+    std::array<int, card::Channels> m_toldSpans{}; // what the older card was told last
+    std::array<bool, card::Channels> m_demodulatorTold{};
     std::array<int, card::Channels> m_trims{};
     std::array<bool, card::Channels> m_shown{};
     std::array<bool, card::Channels> m_averageClearPending{};
-    QTimer m_timer;
-    QElapsedTimer m_asked; // since the poll under way was asked
+    QTimer m_timer{this};
+    QTimer m_replyDue{this}; // runs while the poll under way may still be answered
     QString m_address;
     QString m_name;
+    QString m_askedCommand;
     int m_askedChannel = -1; // of the poll under way, -1 when none is
-    int m_lastChannel = 0;   // whose poll was the last
+    int m_lastChannel = 0;   // whose poll was queued last
     bool m_askedStale = false;
     quint8 m_channel = 0; // polling counters
     quint8 m_pass = 0;

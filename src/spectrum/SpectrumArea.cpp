@@ -30,24 +30,20 @@ SpectrumArea::SpectrumArea(int channel, QWidget* parent)
     : QWidget(parent)
     , m_channel(channel)
     , m_spanBox(new QComboBox(this))
+    , m_average(newSwitch(QStringLiteral("Average"), QStringLiteral("averageButton")))
+    , m_maxHold(newSwitch(QStringLiteral("Max Hold"), QStringLiteral("maxHoldButton")))
     , m_vbox(new QVBoxLayout)
 {
-    const QString number = QString::number(channel + 1);
-    m_spanBox->setObjectName(QLatin1String("cboSpan") + number);
+    m_spanBox->setObjectName(QStringLiteral("cboSpan%1").arg(channel + 1));
     setUpSpanBox();
-
-    QPushButton* average =
-        newSwitch(QStringLiteral("Average"), QLatin1String("averageButton") + number);
-    QPushButton* maxHold =
-        newSwitch(QStringLiteral("Max Hold"), QLatin1String("maxHoldButton") + number);
-    connect(average, &QPushButton::toggled, this,
+    connect(m_average, &QPushButton::toggled, this,
         [this](bool on) { chart()->setAveraging(on ? AverageDepth : 1); });
-    connect(maxHold, &QPushButton::toggled, this, [this](bool on) { chart()->setMaxHold(on); });
+    connect(m_maxHold, &QPushButton::toggled, this, [this](bool on) { chart()->setMaxHold(on); });
 
     auto* switches = new QHBoxLayout;
     switches->setSpacing(4);
-    switches->addWidget(average);
-    switches->addWidget(maxHold);
+    switches->addWidget(m_average);
+    switches->addWidget(m_maxHold);
     auto* controls = new QVBoxLayout;
     controls->setSpacing(6);
     controls->addWidget(m_spanBox);
@@ -85,7 +81,7 @@ void SpectrumArea::setUpSpanBox()
 QPushButton* SpectrumArea::newSwitch(const QString& text, const QString& name)
 {
     auto* button = new QPushButton(text, this);
-    button->setObjectName(name);
+    button->setObjectName(name + QString::number(m_channel + 1));
     button->setCheckable(true);
     button->setFixedWidth((ControlsWidth - 4) / 2);
     button->setMinimumHeight(TouchPixels);
@@ -97,6 +93,11 @@ void SpectrumArea::newChart()
     m_chart = new SpectrumChart(this);
     m_chart->setObjectName(QStringLiteral("chart%1").arg(m_channel + 1));
     m_chart->setSpan(spanTable().at(m_spanBox->currentIndex()));
+    m_chart->setCentre(m_centre);
+    m_chart->setLineColor(m_color);
+    m_chart->setHMarkers(m_hMarkers);
+    m_chart->setAveraging(m_average->isChecked() ? AverageDepth : 1);
+    m_chart->setMaxHold(m_maxHold->isChecked());
     m_vbox->addWidget(m_chart);
 }
 
@@ -113,6 +114,24 @@ void SpectrumArea::setName(const QString& name)
 {
     m_name = name;
     chart()->setTitle(name + QLatin1Char(' ') + suffix(m_channel));
+}
+
+void SpectrumArea::setCentre(double centre)
+{
+    chart()->setCentre(centre);
+    m_centre = m_chart->centre();
+}
+
+void SpectrumArea::setLineColor(const QColor& color)
+{
+    m_color = color;
+    chart()->setLineColor(color);
+}
+
+void SpectrumArea::setHMarkers(const QList<double>& levels)
+{
+    chart()->setHMarkers(levels);
+    m_hMarkers = m_chart->hMarkers();
 }
 
 void SpectrumArea::takeChartBack()

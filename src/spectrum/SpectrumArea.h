@@ -1,5 +1,9 @@
 #pragma once
 
+#include "spectrum/SpanTable.h"
+
+#include <QColor>
+#include <QList>
 #include <QPointer>
 #include <QWidget>
 
@@ -22,6 +26,12 @@ public:
 
     void setName(const QString& name);
 
+    // Of the chart; kept for one that is made anew. centre: in MHz, others than the chart takes are
+    // ignored. levels: in dB.
+    void setCentre(double centre);
+    void setLineColor(const QColor& color);
+    void setHMarkers(const QList<double>& levels);
+
     // Puts the chart back into this area.
     void takeChartBack();
 
@@ -36,7 +46,12 @@ private:
 
     int m_channel;
     QString m_name;
+    double m_centre = SpanCentreMHz;
+    QColor m_color = Qt::yellow;
+    QList<double> m_hMarkers;
     QPointer<SpectrumChart> m_chart; // lives elsewhere while it is lent
     QComboBox* m_spanBox;
+    QPushButton* m_average;
+    QPushButton* m_maxHold;
     QVBoxLayout* m_vbox;
 };

@@ -49,6 +49,15 @@ int decimals(const QVector<double>& positions)
     return MostDecimals;
 }
 
+QStaticText preparedText(const QString& text)
+{
+    QStaticText prepared(text);
+    prepared.setTextFormat(Qt::PlainText);
+    prepared.setPerformanceHint(QStaticText::AggressiveCaching);
+    prepared.prepare(QTransform(), chartFont());
+    return prepared;
+}
+
 QString readingText(const QString& pattern, const SpectrumChart::Reading& reading)
 {
     return pattern.arg(reading.frequency, 0, 'f', 3).arg(reading.level, 0, 'f', 1);
@@ -130,6 +139,10 @@ void SpectrumChart::updateAxes()
 void SpectrumChart::updateTickTexts()
 {
     QStringList labels = tickLabels();
+    if (labels.isEmpty()) {
+        return; // a span without ticks
+    }
+    labels[labels.size() / 2] += QStringLiteral(" MHz");
     const QFontMetrics metrics(chartFont());
     int wanted = 0;
     for (const QString& label : labels) {
@@ -193,6 +206,7 @@ void SpectrumChart::setHMarkers(const QList<double>& levels)
 {
     clearItems();
     m_hMarkers.clear();
+    m_hLabels.clear();
     for (const double level : levels) {
         if (!(level >= LowestLevel && level <= HighestLevel) || m_hMarkers.size() >= MostHMarkers) {
             continue;
@@ -206,13 +220,7 @@ void SpectrumChart::setHMarkers(const QList<double>& levels)
         line->point2->setTypeX(QCPItemPosition::ptAxisRectRatio);
         line->point1->setCoords(0, level);
         line->point2->setCoords(1, level);
-        auto* label = new QCPItemText(this);
-        label->setText(QString::number(level, 'f', 1));
-        label->setFont(chartFont());
-        label->setColor(Level);
-        label->setPositionAlignment(Qt::AlignRight | Qt::AlignBottom);
-        label->position->setTypeX(QCPItemPosition::ptAxisRectRatio);
-        label->position->setCoords(0.995, level);
+        m_hLabels += preparedText(QString::number(level, 'f', 1));
     }
     replot(rpQueuedReplot);
 }
@@ -351,11 +359,7 @@ void SpectrumChart::updateReadout()
     m_readoutText = lines.join(QLatin1Char('\n'));
     m_readoutLines.clear();
     for (const QString& text : std::as_const(lines)) {
-        QStaticText prepared(text);
-        prepared.setTextFormat(Qt::PlainText);
-        prepared.setPerformanceHint(QStaticText::AggressiveCaching);
-        prepared.prepare(QTransform(), chartFont());
-        m_readoutLines += prepared;
+        m_readoutLines += preparedText(text);
     }
     m_readoutStale = false;
     setHeadHeight(TitleHeight +
@@ -399,10 +403,6 @@ void SpectrumChart::composeFrame()
     const QFontMetrics metrics(chartFont());
     const QRect level(0, 1, qMax(0, plot.left() - 4), TitleHeight);
     painter.drawText(level, Qt::AlignRight | Qt::AlignTop, QStringLiteral("dB"));
-    painter.setPen(Axis);
-    painter.drawText(
-        plot.adjusted(0, 0, -4, -2), Qt::AlignRight | Qt::AlignBottom, QStringLiteral("MHz"));
-    painter.setPen(Text);
     const QRect head(plot.left() + TitleGap, 0, plot.width() - TitleGap, TitleHeight);
     painter.drawText(head, Qt::AlignLeft | Qt::AlignVCenter,
         metrics.elidedText(m_title, Qt::ElideRight, head.width()));
@@ -426,6 +426,7 @@ void SpectrumChart::paintEvent(QPaintEvent* event)
     painter.setClipRect(plotRect());
     paintLine(painter, m_trace.held(), m_color.darker(200));
     paintLine(painter, m_trace.levels(), m_color);
+    paintHLabels(painter);
     paintPeak(painter);
     paintMarker(painter);
     painter.setClipping(false);
@@ -481,6 +482,28 @@ QPointF SpectrumChart::pixelOf(const Reading& reading) const
     const double part = (reading.frequency - m_centre) / m_span.spanMHz + 0.5;
     const double height = (reading.level - LowestLevel) / (HighestLevel - LowestLevel);
     return {plot.left() + part * (plot.width() - 1), plot.bottom() - height * (plot.height() - 1)};
+}
+
+// Over the trace, which may run along the marked level, with a dark edge around the figures that
+// hides little of it; above the line, below it at the top.
+void SpectrumChart::paintHLabels(QPainter& painter) const
+{
+    constexpr int Gap = 3;
+    const QRect plot = plotRect();
+    painter.setFont(chartFont());
+    for (qsizetype i = 0; i < m_hLabels.size(); ++i) {
+        const QSize size = m_hLabels.at(i).size().toSize();
+        const double height = (m_hMarkers.at(i) - LowestLevel) / (HighestLevel - LowestLevel);
+        const int line = plot.bottom() - qRound(height * (plot.height() - 1));
+        const bool above = line - size.height() > plot.top();
+        const QPoint at(plot.right() - Gap - size.width(), above ? line - size.height() : line + 1);
+        painter.setPen(Background);
+        for (int edge = 0; edge < 9; ++edge) {
+            painter.drawStaticText(at + QPoint(edge % 3 - 1, edge / 3 - 1), m_hLabels.at(i));
+        }
+        painter.setPen(Level);
+        painter.drawStaticText(at, m_hLabels.at(i));
+    }
 }
 
 void SpectrumChart::paintPeak(QPainter& painter) const

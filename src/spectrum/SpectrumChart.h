@@ -51,7 +51,8 @@ public:
     double centre() const { return m_centre; }
     double spanMHz() const { return m_span.spanMHz; }
 
-    // The positions of the five ticks in MHz, and their texts.
+    // The positions of the five ticks in MHz, and their texts; the one in the middle is shown with
+    // its unit.
     QVector<double> tickPositions() const;
     QStringList tickLabels() const;
 
@@ -101,6 +102,7 @@ private:
     void schedulePaint();
     void composeFrame();
     void paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color);
+    void paintHLabels(QPainter& painter) const;
     void paintPeak(QPainter& painter) const;
     void paintMarker(QPainter& painter) const;
     void paintReadout(QPainter& painter) const;
@@ -117,7 +119,8 @@ private:
     QColor m_color;
     Reading m_shownPeak; // as the read-out has it
     QList<double> m_hMarkers;
-    QPixmap m_frame; // everything but trace, markers and read-out
+    QVector<QStaticText> m_hLabels; // one a marker
+    QPixmap m_frame;                // everything but trace, markers and read-out
     QPolygonF m_line;
     QTimer m_paintTimer;
     QTimer m_readoutTimer;

@@ -93,6 +93,40 @@ private slots:
         QTRY_COMPARE(m_unit->received(), framed("D1:NFFT:11"));
     }
 
+    void st_is_not_widened_in_the_linked_modes_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::newRow("diversity") << 1;
+        QTest::newRow("frequency diversity") << 2;
+    }
+
+    void st_is_not_widened_in_the_linked_modes()
+    {
+        QFETCH(int, mode);
+        m_window->linkMode = mode;
+        tell("ST,1");
+        QTRY_COMPARE(m_unit->received().size(), 3 * 9);
+        QTest::qWait(20);
+        QCOMPARE(m_unit->received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"));
+    }
+
+    void the_demodulators_are_told_their_spans_when_the_page_is_first_shown()
+    {
+        tell("ST,1");
+        QTRY_COMPARE(m_unit->received().size(), 3 * 9);
+        m_unit->takeReceived();
+        m_window->views->setCurrent(Views::Spectrum);
+        m_window->views->show(&Views::spectrum);
+        const QByteArray told = framed("D1:NFFT:12") + framed("D2:NFFT:12") + framed("D3:NFFT:12");
+        QTRY_COMPARE(m_unit->received(), told);
+        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)).size(), 1);
+        m_window->views->show(&Views::menu);
+        m_window->views->show(&Views::spectrum);
+        m_cards.at(0)->write(cardSide::k7150Spectrum(0, "x"));
+        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)).size(), 2);
+        QCOMPARE(m_unit->received(), told);
+    }
+
     void sf_sets_the_frequency_in_the_middle_data()
     {
         QTest::addColumn<QByteArray>("message");
@@ -102,6 +136,10 @@ private slots:
         QTest::newRow("no number") << QByteArray("SF,1,x") << 70.0;
         QTest::newRow("no channel") << QByteArray("SF,,2250.5") << 70.0;
         QTest::newRow("another channel") << QByteArray("SF,7,2250.5") << 70.0;
+        QTest::newRow("negative channel") << QByteArray("SF,-1,2250.5") << 70.0;
+        QTest::newRow("huge channel") << QByteArray("SF,2147483647,2250.5") << 70.0;
+        QTest::newRow("channel beyond") << QByteArray("SF,4294967297,2250.5") << 70.0;
+        QTest::newRow("negative") << QByteArray("SF,1,-2250.5") << 70.0;
         QTest::newRow("infinite") << QByteArray("SF,1,inf") << 70.0;
         QTest::newRow("not a number") << QByteArray("SF,1,nan") << 70.0;
         QTest::newRow("enormous") << QByteArray("SF,1,1e300") << 70.0;
@@ -126,6 +164,12 @@ private slots:
         QTest::newRow("too high") << QByteArray("SP,2,10") << 0;
         QTest::newRow("negative") << QByteArray("SP,2,-1") << 0;
         QTest::newRow("another channel") << QByteArray("SP,3,9") << 0;
+        QTest::newRow("negative channel") << QByteArray("SP,-1,9") << 0;
+        QTest::newRow("lowest channel") << QByteArray("SP,-2147483648,9") << 0;
+        QTest::newRow("huge channel") << QByteArray("SP,2147483647,9") << 0;
+        QTest::newRow("channel beyond") << QByteArray("SP,4294967298,9") << 0;
+        QTest::newRow("huge span") << QByteArray("SP,2,2147483647") << 0;
+        QTest::newRow("lowest span") << QByteArray("SP,2,-2147483648") << 0;
     }
 
     void sp_chooses_a_span()
@@ -134,6 +178,8 @@ private slots:
         tell("ST,1");
         tell(message);
         QTEST(m_window->spectralCard->getSpan(2), "span");
+        QCOMPARE(m_window->spectralCard->getSpan(0), 0);
+        QCOMPARE(m_window->spectralCard->getSpan(1), 0);
     }
 
     void sh_shows_and_hides_a_chart_data()
@@ -169,6 +215,53 @@ private slots:
         QCOMPARE(m_window->views->current(), Views::Menus);
         QCOMPARE(m_window->stack->currentWidget(), m_window->views->menu.widget());
         QCOMPARE(m_window->scopesButton->text(), QString("Scopes"));
+    }
+
+    void sh_with_a_scope_or_a_spectrum_stays_where_it_is_data()
+    {
+        QTest::addColumn<bool>("scope");
+        QTest::newRow("open scope port") << true;
+        QTest::newRow("spectrum") << false;
+    }
+
+    void sh_with_a_scope_or_a_spectrum_stays_where_it_is()
+    {
+        QFETCH(bool, scope);
+        if (scope) {
+            m_devices->add("ttyUSB2");
+            m_window = std::make_unique<MainWindow>();
+            m_window->show();
+            QVERIFY(m_window->scope_available() && !m_window->spectrumAvailable);
+        } else {
+            tell("ST,1");
+        }
+        m_window->views->setCurrent(Views::Scopes);
+        m_window->views->show(&Views::scopes);
+        m_window->scopesButton->setText("Menu");
+        for (const char* message : {"SH,0,0", "SH,0,1"}) {
+            tell(message);
+            QCOMPARE(m_window->views->current(), Views::Scopes);
+            QVERIFY(m_window->stack->currentWidget() != m_window->views->menu.widget());
+            QCOMPARE(m_window->scopesButton->text(), QString("Menu"));
+        }
+    }
+
+    void sh_while_the_pax_menu_is_on_holds_for_the_page()
+    {
+        definePaxMenu();
+        tell("ST,1");
+        SpectralCard* card = m_window->spectralCard;
+        tell("SH,1,0");
+        tell("PAX,1");
+        tell("SH,0,0"); // the lent chart stays while it is lent
+        tell("SH,1,1");
+        tell("SH,2,0");
+        QVERIFY(card->chart(0)->isVisible() && card->chartAreaVisible(0));
+        QVERIFY(!card->chartAreaVisible(1) && !card->chartAreaVisible(2));
+        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190RFFT000000"});
+        tell("PAX,0");
+        QVERIFY(!card->chartAreaVisible(0) && card->chartAreaVisible(1));
+        QVERIFY(!card->chartAreaVisible(2));
     }
 
     void lc_sets_the_colour_of_a_trace_data()

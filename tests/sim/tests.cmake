@@ -1,3 +1,4 @@
+qn740_test(sim CardOptions qn740_sim)
 qn740_test(sim CardPort qn740_sim)
 qn740_test(sim CardSpectrum qn740_sim)
 qn740_test(sim FaultTable qn740_sim)

@@ -2,6 +2,7 @@
 #include "sim/PseudoTerminal.h"
 #include "sim/UnitDevices.h"
 #include "spectrum/BusFrame.h"
+#include "spectrum/Clock.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "support/TestMain.h"
@@ -82,6 +83,9 @@ private slots:
         QTest::newRow("no such channel") << bus::frame("0190RFFT700000", '[', ']', true) << 0;
         QTest::newRow("no such span") << bus::frame("0190CNFT9x0000", '[', ']', true) << 0;
         QTest::newRow("too short") << bus::frame("01", '[', ']', true) << 0;
+        QTest::newRow("one character less") << bus::frame("0190RNME00000", '[', ']', true) << 0;
+        QTest::newRow("one character more") << bus::frame("0190RNME0000000", '[', ']', true) << 0;
+        QTest::newRow("not filled up") << bus::frame("0190RNME", '[', ']', true) << 0;
         QTest::newRow("noise") << QByteArray(1000, 'x') << 0;
     }
 
@@ -164,6 +168,47 @@ private slots:
         QCOMPARE(none.pass(reply).bytes, reply);
     }
 
+    void a_wrong_length_is_wrong_whatever_the_right_one_is_data()
+    {
+        QTest::addColumn<QByteArray>("start");
+        QTest::addColumn<int>("points");
+        QTest::addColumn<QByteArray>("spoilt");
+        QTest::newRow("64") << QByteArray("[0190RFFT0064") << 64 << QByteArray("[0190RFFT9064");
+        QTest::newRow("9000") << QByteArray("[0190RFFT9000") << 9000 << QByteArray("[0190RFFT8000");
+        QTest::newRow("9999") << QByteArray("[0190RFFT9999") << 9999 << QByteArray("[0190RFFT8999");
+        QTest::newRow("K7150, 9000")
+            << QByteArray("[0190RFFT\x23\x28") << 9000 << QByteArray("[0190RFFT9\x28");
+    }
+
+    void a_wrong_length_is_wrong_whatever_the_right_one_is()
+    {
+        QFETCH(QByteArray, start);
+        QFETCH(int, points);
+        QFETCH(QByteArray, spoilt);
+        std::array<int, CardFaults::Count> percent{};
+        percent.at(CardFaults::WrongLength) = 100;
+        CardFaults faults(percent, 3);
+        const QByteArray tail(points, 'p');
+        QCOMPARE(faults.pass(start + tail).bytes, spoilt + tail);
+    }
+
+    void the_panel_reads_on_after_a_wrong_length_of_9000_points()
+    {
+        QString error;
+        const auto percent = CardFaults::fromText("wrong-length=50", error);
+        m_card = std::make_unique<CardPort>(
+            Type::Older, *m_line, *m_spectrum, CardFaults(percent, 11), 9000);
+        SpectralCard page(nullptr, 0, "ttyUSB11");
+        int right = 0;
+        int wrong = 0;
+        connect(&page, &SpectralCard::specUpdate, this, [&](const QByteArray& points) {
+            ++(points.size() == 9000 ? right : wrong);
+            QVERIFY(points.size() == 9000 || points.size() == 8000);
+        });
+        page.show();
+        QTRY_VERIFY_WITH_TIMEOUT(right > 1 && wrong > 1, 60000);
+    }
+
     void the_same_seed_spoils_the_same_replies()
     {
         QString error;
@@ -210,6 +255,10 @@ private slots:
         page.show();
         page.SetSpan(1, 6);
         QCOMPARE(m_spectrum->span(1), 6);
+        // as when the unit says "SP,2,9": it knows, and the panel's parameter confirms it
+        m_spectrum->takeUnitMessage("SP,2,9");
+        page.SetSpan(2, 9);
+        QCOMPARE(m_spectrum->span(2), 9);
         for (int channel = 0; channel < 3; ++channel) {
             QTRY_VERIFY(page.chart(channel)->peak().valid);
         }
@@ -218,16 +267,36 @@ private slots:
     void the_page_goes_on_through_every_fault()
     {
         QString error;
-        const auto percent =
-            CardFaults::fromText("no-reply=2,cut=5,noise=20,wrong-address=2,wrong-length=2", error);
+        const auto percent = CardFaults::fromText(
+            "no-reply=5,late=5,cut=5,noise=10,wrong-address=5,wrong-length=5", error);
         m_card = std::make_unique<CardPort>(
             Type::Older, *m_line, *m_spectrum, CardFaults(percent, 11), 64);
         SpectralCard page(nullptr, 0, "ttyUSB11");
         QSignalSpy spectra(&page, &SpectralCard::specUpdate);
         page.show();
-        QTRY_VERIFY_WITH_TIMEOUT(spectra.count() > 60, 60000);
-        QVERIFY(m_card->faults().times(CardFaults::Noise) > 5);
-        QVERIFY(m_card->faults().times(CardFaults::Cut) > 0);
+        const auto enough = [&] {
+            bool all = spectra.count() > 60;
+            for (int fault = 0; fault < CardFaults::Count; ++fault) {
+                all = all && m_card->faults().times(static_cast<CardFaults::Fault>(fault)) > 1;
+            }
+            return all;
+        };
+        // a spectrum that does not come is not waited for in full
+        constexpr int StepMs = 20;
+        constexpr int PatienceSteps = 6;
+        auto* bus = page.findChild<Rs422Bus*>();
+        QElapsedTimer elapsed;
+        elapsed.start();
+        for (int quiet = 0; !enough() && elapsed.elapsed() < 60000;) {
+            const auto before = spectra.count();
+            QTest::qWait(StepMs);
+            quiet = spectra.count() > before ? 0 : quiet + 1;
+            if (quiet > PatienceSteps) {
+                testClock::expire(bus);
+                quiet = 0;
+            }
+        }
+        QVERIFY2(enough(), qPrintable(QString::number(spectra.count())));
     }
 
 private:

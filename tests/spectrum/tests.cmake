@@ -1,6 +1,7 @@
 qn740_test(spectrum BusFrame)
 qn740_test(spectrum BusSoak)
 qn740_test(spectrum CardCommands)
+qn740_test(spectrum CardSoak)
 qn740_test(spectrum CmdMsg)
 qn740_test(spectrum ReplyFuzz)
 qn740_test(spectrum Rs422Bus)

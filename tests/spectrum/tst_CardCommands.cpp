@@ -46,6 +46,25 @@ private slots:
         QCOMPARE(card::k7150Name(), QString("K7150_Spectrum"));
     }
 
+    void a_request_for_a_spectrum_has_its_channel_data()
+    {
+        QTest::addColumn<QString>("request");
+        QTest::addColumn<int>("channel");
+        QTest::newRow("0") << "0190RFFT000000" << 0;
+        QTest::newRow("2") << "0190RFFT210000" << 2;
+        QTest::newRow("3") << "0190RFFT300000" << -1;
+        QTest::newRow("a letter") << "0190RFFTx00000" << -1;
+        QTest::newRow("another word") << "0190RVER000000" << -1;
+        QTest::newRow("short") << "0190RFFT" << -1;
+        QTest::newRow("empty") << "" << -1;
+    }
+
+    void a_request_for_a_spectrum_has_its_channel()
+    {
+        QFETCH(QString, request);
+        QTEST(card::spectrumChannel(request), "channel");
+    }
+
     void a_marker_names_its_channel_data()
     {
         QTest::addColumn<QString>("marker");

@@ -147,6 +147,24 @@ private slots:
         QCOMPARE(m_bus->txCount(), 1);
     }
 
+    void what_waits_and_what_was_sent_last_can_be_asked()
+    {
+        QCOMPARE(m_bus->lastRequest(), QString());
+        m_bus->sendMessage("first", 10000);
+        m_bus->sendMessage("second");
+        m_bus->sendMessage("third one", 2000);
+        m_bus->setMessageQueFlag("flag");
+        QVERIFY(m_bus->isMarked("flag"));
+        QVERIFY(!m_bus->isMarked("fla") && !m_bus->isMarked("second"));
+        QCOMPARE(m_bus->lastRequest(), QString("first"));
+        QVERIFY(!m_bus->isWaiting("first"));
+        QVERIFY(m_bus->isWaiting("second") && m_bus->isWaiting("third one"));
+        QVERIFY(!m_bus->isWaiting("econd") && !m_bus->isWaiting("one"));
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(m_bus->lastRequest(), QString("second"));
+        QVERIFY(!m_bus->isWaiting("second"));
+    }
+
     // timeouts, by the value of the timer
 
     void the_reply_timer_data()
@@ -348,6 +366,19 @@ private slots:
         QCOMPARE(message.data.toLatin1(), data);
         QCOMPARE(message.command, QString("RFFT"));
         QCOMPARE(message.addressValue, 190);
+    }
+
+    void a_reply_travels_in_a_queued_signal_too()
+    {
+        QVERIFY(QMetaType::fromName("CmdMsg").isValid());
+        QList<CmdMsg> taken;
+        connect(
+            m_bus.get(), &Rs422Bus::messageReceived, this,
+            [&taken](const CmdMsg& message) { taken += message; }, Qt::QueuedConnection);
+        m_card->write(cardSide::text("RNME", "name"));
+        QTRY_COMPARE(taken.size(), 1);
+        QCOMPARE(taken.first().data, QString("name"));
+        QCOMPARE(taken.first().addressValue, 190);
     }
 
     void a_spectrum_split_across_reads_is_assembled()

@@ -2,6 +2,7 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectralRemote.h"
 #include "spectrum/SpectrumChart.h"
+#include "support/Heap.h"
 #include "support/TestMain.h"
 
 #include <QJsonArray>
@@ -123,6 +124,50 @@ private slots:
         }
         QVERIFY2(
             most > 0 && most <= SpectralRemote::MostBacklog, qPrintable(QString::number(most)));
+    }
+
+    void readers_that_hang_or_vanish_leave_the_memory_as_it_was()
+    {
+        SpectralRemote remote(m_card.get());
+        const QByteArray points(4096, 'p');
+        qsizetype early = 0;
+        constexpr int Rounds = 120;
+        for (int round = 0; round < Rounds; ++round) {
+            QLocalSocket hanging;
+            hanging.setReadBufferSize(1);
+            QLocalSocket reading;
+            connectReader(hanging, remote);
+            connectReader(reading, remote);
+            for (int i = 0; i < 40; ++i) {
+                emit m_card->specUpdate(points, i % 3);
+                QCoreApplication::processEvents();
+                takeLines(reading);
+            }
+            QVERIFY(remote.backlog() > 0);
+            hanging.abort();
+            reading.abort();
+            QTRY_COMPARE(remote.readers(), 0);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            early = round == Rounds / 4 ? heapInUse() : early;
+        }
+        const qsizetype growth = heapInUse() - early;
+        QVERIFY2(growth < 64 * 1024, qPrintable(QString::number(growth)));
+    }
+
+    void a_reader_that_hangs_takes_nothing_from_the_others()
+    {
+        SpectralRemote remote(m_card.get());
+        QLocalSocket hanging;
+        hanging.setReadBufferSize(1);
+        QLocalSocket reading;
+        connectReader(hanging, remote);
+        connectReader(reading, remote);
+        int lines = 0;
+        for (int i = 1; i <= 400; ++i) {
+            emit m_card->specUpdate(QByteArray(4096, 'p'), 0);
+            QTRY_VERIFY((lines += takeLines(reading), lines == i));
+        }
+        QVERIFY(remote.backlog() > 0);
     }
 
     void a_slow_reader_gets_whole_lines_only()

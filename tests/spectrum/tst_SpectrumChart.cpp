@@ -74,6 +74,7 @@ private slots:
         QCOMPARE(m_chart->tickLabels(), labels);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         QCOMPARE(m_chart->xAxis->tickVector(), spanTable().at(span).ticks);
+        labels[2] += " MHz";
         QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()), labels);
         QCOMPARE(m_chart->xAxis->range().size(), spanTable().at(span).spanMHz);
         QCOMPARE(m_chart->xAxis->range().center(), 70.0);
@@ -113,7 +114,7 @@ private slots:
         m_chart->resize(250, 200);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()),
-            QStringList({"66.250", "", "70.000", "", "73.750"}));
+            QStringList({"66.250", "", "70.000 MHz", "", "73.750"}));
         QCOMPARE(m_chart->xAxis->tickVector().size(), 5);
     }
 
@@ -239,7 +240,7 @@ private slots:
     {
         m_chart->setHMarkers({-30.0, -90.5});
         QCOMPARE(m_chart->hMarkers(), QList<double>({-30.0, -90.5}));
-        QCOMPARE(m_chart->itemCount(), 4); // a line and its level each
+        QCOMPARE(m_chart->itemCount(), 2);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         const QImage picture = m_chart->grab().toImage();
         const int y = qRound(m_chart->yAxis->coordToPixel(-30.0));
@@ -253,6 +254,34 @@ private slots:
         QVERIFY2(coloured > plot.width() / 3, qPrintable(QString::number(coloured)));
         m_chart->setHMarkers({});
         QCOMPARE(m_chart->itemCount(), 0);
+    }
+
+    void the_level_of_a_horizontal_marker_is_readable_over_a_trace_data()
+    {
+        QTest::addColumn<double>("marked");
+        QTest::addColumn<double>("trace");
+        QTest::newRow("above the line") << -30.0 << -24.0;
+        QTest::newRow("below it at the top") << 9.0 << 3.0;
+    }
+
+    void the_level_of_a_horizontal_marker_is_readable_over_a_trace()
+    {
+        QFETCH(double, marked);
+        QFETCH(double, trace);
+        m_chart->setLineColor(Qt::green);
+        m_chart->setHMarkers({marked});
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        const QRect plot = m_chart->axisRect()->rect();
+        const QRect corner(plot.right() - 40, plot.top(), 40, plot.height());
+        const QColor orange(0xff, 0x80, 0x40);
+        const int without = pixels(m_chart->grab().toImage().copy(corner), orange);
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(trace)));
+        const QImage with = m_chart->grab().toImage();
+        QCOMPARE(pixels(with.copy(corner), orange), without);
+        QVERIFY2(without > 30, qPrintable(QString::number(without))); // dashes and figures
+        const int y = qRound(m_chart->yAxis->coordToPixel(trace));
+        QVERIFY(pixels(with.copy(plot.left() + 20, y - 1, 1, 3), Qt::green) > 0);
+        QVERIFY(pixels(with.copy(plot.right() - 2, y - 1, 1, 3), Qt::green) > 0);
     }
 
     void wild_horizontal_markers_are_left_out()

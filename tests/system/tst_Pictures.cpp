@@ -100,6 +100,28 @@ private slots:
         QVERIFY2(found.isEmpty(), qPrintable(QString("%1 %2: %3").arg(name, Remake, found)));
     }
 
+    void what_stands_still_around_a_spectrum_is_as_it_is_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QRect>("part");
+        for (const QString& name : picturesIn(m_made.path())) {
+            if (name.startsWith("spectrum-")) {
+                QTest::addRow("%s, levels", qPrintable(name)) << name << QRect(0, 0, 36, 430);
+                QTest::addRow("%s, keys", qPrintable(name)) << name << QRect(618, 0, 182, 480);
+            }
+        }
+    }
+
+    void what_stands_still_around_a_spectrum_is_as_it_is()
+    {
+        QFETCH(QString, name);
+        QFETCH(QRect, part);
+        const QImage old(kept(name));
+        const QImage now(m_made.filePath(name));
+        const QString found = difference(now.copy(part), old.copy(part));
+        QVERIFY2(found.isEmpty(), qPrintable(QString("%1 %2: %3").arg(name, Remake, found)));
+    }
+
     void a_picture_that_a_document_names_is_there_data()
     {
         QTest::addColumn<QString>("name");

@@ -201,6 +201,7 @@ private slots:
         QTest::addColumn<QString>("argument");
         QTest::newRow("option") << "--nonsense";
         QTest::newRow("plain") << "nonsense";
+        QTest::newRow("card") << "--card=nonsense";
     }
 
     void an_unknown_argument_is_an_error()

@@ -94,23 +94,43 @@ void visitMenus(Tour& tour)
 
 void visitSpectrum(Tour& tour)
 {
+    constexpr int Charts = 3;
+    constexpr int SomeSpectraMs = 1500;
+    constexpr int ManySpectraMs = 4000;
+    const auto show = [&tour](int charts) {
+        for (int channel = 0; channel < Charts; ++channel) {
+            tour.unit(QString("SH,%1,%2").arg(channel).arg(channel < charts ? 1 : 0));
+        }
+    };
+    const auto choose = [&tour](const QList<int>& spans) {
+        for (int channel = 0; channel < Charts; ++channel) {
+            tour.unit(QString("SP,%1,%2").arg(channel).arg(spans.at(channel)));
+        }
+    };
+    const QList<int> mixed{6, 3, 4};
     tour.unit("ST,1");
     showView(tour, Views::Spectrum);
     tour.unit("SF,1,2250.5");
-    tour.unit("SP,0,6");
-    tour.unit("SP,1,3");
-    tour.unit("SP,2,4");
     tour.unit("HM,0,-30,-80");
-    constexpr int SomeSpectraMs = 1500;
-    for (const char* name : {"spectrum-three", "spectrum-two", "spectrum-one"}) {
-        Tour::settle(SomeSpectraMs);
-        tour.picture(name);
-        tour.unit(name == QLatin1String("spectrum-three") ? "SH,2,0" : "SH,1,0");
+    choose(mixed);
+    Tour::settle(SomeSpectraMs);
+    tour.picture("spectrum-three");
+    const QStringList names{"spectrum-one", "spectrum-two", "spectrum-three"};
+    for (int charts = 1; charts <= Charts; ++charts) {
+        show(charts);
+        for (const int span : {0, 9}) {
+            choose({span, span, span});
+            Tour::settle(SomeSpectraMs);
+            tour.picture(names.at(charts - 1) + (span == 0 ? "-narrow" : "-wide"));
+        }
     }
+    choose(mixed);
+    show(1);
     SpectralCard& card = *tour.window().spectralCard;
-    for (const char* button : {"Average", "Max Hold"}) {
-        tour.pressButton(&card, button);
-    }
+    tour.pressButton(&card, "Max Hold");
+    Tour::settle(ManySpectraMs);
+    tour.picture("spectrum-max-hold");
+    tour.pressButton(&card, "Average");
     clickOn(card.chart(0));
     Tour::settle(SomeSpectraMs);
     tour.picture("spectrum-marker");
@@ -118,8 +138,7 @@ void visitSpectrum(Tour& tour)
         tour.pressButton(&card, button);
     }
     card.chart(0)->clearMarker();
-    tour.unit("SH,1,1");
-    tour.unit("SH,2,1");
+    show(Charts);
     showView(tour, Views::Menus);
 }
 

@@ -1,0 +1,94 @@
+#include "sim/CardOptions.h"
+#include "sim/CardSpectrum.h"
+#include "sim/UnitDevices.h"
+#include "support/TestMain.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+
+class tst_CardOptions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void without_options_there_is_a_good_k7150_with_1024_points()
+    {
+        const CardOptions options = read({});
+        QCOMPARE(options.fault, QString());
+        QVERIFY(!options.none);
+        QCOMPARE(options.type, CardPort::Type::K7150);
+        QCOMPARE(options.points, 1024);
+        for (const int percent : options.faults) {
+            QCOMPARE(percent, 0);
+        }
+    }
+
+    void good_options_are_taken()
+    {
+        const CardOptions options =
+            read({"--card", "older", "--card-points", "9999", "--card-fault", "cut,late=3"});
+        QCOMPARE(options.fault, QString());
+        QCOMPARE(options.type, CardPort::Type::Older);
+        QCOMPARE(options.points, 9999);
+        QCOMPARE(options.faults.at(CardFaults::Cut), 10);
+        QCOMPARE(options.faults.at(CardFaults::Late), 3);
+        QVERIFY(read({"--card", "none"}).none);
+        QCOMPARE(read({"--card-points", "1"}).points, 1);
+        QCOMPARE(read({"--card", "k7150"}).fault, QString());
+    }
+
+    void what_cannot_be_is_refused_with_its_reason_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("card") << QStringList{"--card", "newer"} << "no card: \"newer\"";
+        QTest::newRow("empty card") << QStringList{"--card", ""} << "no card: \"\"";
+        QTest::newRow("no points")
+            << QStringList{"--card-points", "0"} << "no number of points: \"0\"";
+        QTest::newRow("too many points")
+            << QStringList{"--card-points", "10000"} << "no number of points: \"10000\"";
+        QTest::newRow("negative points")
+            << QStringList{"--card-points", "-1"} << "no number of points: \"-1\"";
+        QTest::newRow("points in words")
+            << QStringList{"--card-points", "many"} << "no number of points: \"many\"";
+        QTest::newRow("fault") << QStringList{"--card-fault", "cut,broken=5"}
+                               << "no fault of a card: \"broken=5\"";
+        QTest::newRow("share") << QStringList{"--card-fault", "cut=x"}
+                               << "no fault of a card: \"cut=x\"";
+        QTest::newRow("share above 100")
+            << QStringList{"--card-fault", "late=101"} << "no fault of a card: \"late=101\"";
+        QTest::newRow("shares above 100 together")
+            << QStringList{"--card-fault", "cut=60,late=60"}
+            << "more than 100 percent of faults: \"cut=60,late=60\"";
+    }
+
+    void what_cannot_be_is_refused_with_its_reason()
+    {
+        QFETCH(QStringList, arguments);
+        QTEST(read(arguments).fault, "reason");
+    }
+
+    void there_are_three_ports_or_none()
+    {
+        for (const bool none : {false, true}) {
+            UnitDevices devices;
+            CardSpectrum spectrum;
+            QVERIFY(read({"--card", none ? "none" : "older"}).addPorts(devices, spectrum, 1));
+            const QStringList names = QDir(devices.path()).entryList(QDir::System | QDir::Files);
+            QCOMPARE(
+                names, none ? QStringList() : QStringList({"ttyUSB11", "ttyUSB12", "ttyUSB13"}));
+        }
+    }
+
+private:
+    static CardOptions read(const QStringList& arguments)
+    {
+        QCommandLineParser parser;
+        CardOptions::addTo(parser);
+        parser.parse(QStringList{"qn740-sim"} + arguments);
+        return CardOptions::from(parser);
+    }
+};
+
+QN740_TEST_MAIN(tst_CardOptions)
+#include "tst_CardOptions.moc"

@@ -1,0 +1,295 @@
+// A hundred thousand polls of a card that fails three times in ten, over a pseudo-terminal, both
+// types. The test holds the clock: where no reply comes, the timers run out at once, and what they
+// were set to is checked instead.
+#include "spectrum/CardSide.h"
+#include "spectrum/Clock.h"
+#include "spectrum/SpectralCard.h"
+#include "support/Heap.h"
+#include "support/TestMain.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <array>
+#include <random>
+
+#include <unistd.h>
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int Transactions = 4000; // of each type; all of them in the other build
+#else
+constexpr int Transactions = 50000;
+#endif
+constexpr int Samples = 5; // of the memory
+constexpr int PatienceMs = 10000;
+constexpr int SlowMs = 100;
+constexpr int Points = 64;
+
+enum Fault { NoReply, Cut, Noise, WrongAddress, WrongLength, Late, FaultCount, Good = FaultCount };
+
+// What the system has given to the program, in bytes.
+qint64 residentSize()
+{
+    QFile file("/proc/self/statm");
+    const bool open = file.open(QIODevice::ReadOnly);
+    return open ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) : 0;
+}
+
+// The order in which the card is asked while all charts are shown.
+QByteArray request(int number)
+{
+    return "0190RFFT" + QByteArray::number(number % 3) + QByteArray::number(number / 3 % 3) +
+        "0000";
+}
+
+} // namespace
+
+class tst_CardSoak : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void every_poll_is_sent_once_and_ends_once_and_polling_never_stops_data()
+    {
+        QTest::addColumn<bool>("k7150");
+        QTest::newRow("older type") << false;
+        QTest::newRow("K7150") << true;
+    }
+
+    void every_poll_is_sent_once_and_ends_once_and_polling_never_stops()
+    {
+        QFETCH(bool, k7150);
+        setUp(k7150);
+        std::array<qint64, Samples> heap{};
+        std::array<qint64, Samples> resident{};
+        QElapsedTimer elapsed;
+        elapsed.start();
+        for (int number = 0; number < Transactions; ++number) {
+            QVERIFY2(hearOne(), qPrintable(QString("polling stopped at %1").arg(number)));
+            QCOMPARE(m_request, request(number)); // none left out, none twice
+            answer(dice());
+            QCOMPARE(m_answered + m_lost, number + 1);
+            goOn();
+            if ((number + 1) % (Transactions / Samples) == 0) {
+                const auto at = static_cast<size_t>(number / (Transactions / Samples));
+                heap.at(at) = heapInUse();
+                resident.at(at) = residentSize();
+            }
+        }
+        qInfo("%d polls in %lld ms: %d answered, %d timed out, %d unasked, %d slow", Transactions,
+            static_cast<long long>(elapsed.elapsed()), m_answered, m_lost, m_unasked, m_slow);
+        for (size_t i = 0; i < Samples; ++i) {
+            qInfo("after %zu %%: heap %lld KiB, resident %lld KiB", (i + 1) * 100 / Samples,
+                static_cast<long long>(heap.at(i) / 1024),
+                static_cast<long long>(resident.at(i) / 1024));
+        }
+        QCOMPARE(m_spectra, m_answered + m_unasked);
+        QVERIFY(m_slow < Transactions / 100);
+        for (const int times : m_faults) {
+            QVERIFY2(times > Transactions / 25 && times < Transactions / 16,
+                qPrintable(QString::number(times)));
+        }
+        constexpr qint64 Flat = 256 * 1024;
+        QVERIFY(heap.back() - heap.front() < Flat);
+#if !defined(__SANITIZE_ADDRESS__)
+        // the sanitizer keeps freed memory for a while
+        QVERIFY(resident.back() - resident.front() < 4 * Flat);
+#endif
+    }
+
+    void cleanup()
+    {
+        m_card.reset();
+        m_devices.reset();
+    }
+
+private:
+    void setUp(bool k7150)
+    {
+        m_k7150 = k7150;
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_pty = &m_devices->add("ttyUSB11");
+        m_card = std::make_unique<SpectralCard>(nullptr, 0, "ttyUSB11");
+        m_random.seed(740);
+        m_answered = m_lost = m_unasked = m_slow = m_spectra = 0;
+        m_faults = {};
+        m_late.clear();
+        m_open = false;
+        if (k7150) {
+            m_card->setK7150("ttyUSB11", "absent", "missing");
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        const auto buses = m_card->findChildren<Rs422Bus*>();
+        for (Rs422Bus* bus : buses) {
+            m_bus = bus->portName() == "ttyUSB11" ? bus : m_bus;
+        }
+        connect(m_bus, &Rs422Bus::messageReceived, this, [this](const CmdMsg& message) {
+            if (message.command == "RFFT") {
+                ++(std::exchange(m_open, false) ? m_answered : m_unasked);
+            }
+        });
+        connect(m_bus, &Rs422Bus::messageTxSuccess, this,
+            [this](const QString& lost, Rs422Bus::Results result) {
+                if (lost.mid(4, 4) == "RFFT") {
+                    QVERIFY(m_open && result == Rs422Bus::NoReply);
+                    QCOMPARE(lost.toLatin1(), m_request);
+                    m_open = false;
+                    ++m_lost;
+                }
+            });
+        connect(m_card.get(), &SpectralCard::specUpdate, this, [this] { ++m_spectra; });
+        if (!k7150) {
+            // the name is asked for and not given
+            QTRY_COMPARE(cardSide::requests(*m_pty).size(), 1);
+            testClock::expire(m_bus);
+        }
+        m_pty->takeReceived();
+        m_card->setOverRideVisCheck(true);
+        auto* poll = m_card->findChild<QTimer*>("pollTimer");
+        QVERIFY(poll != nullptr && poll->isActive());
+        QCOMPARE(poll->interval(), 50);
+        poll->stop(); // from now on the test is the timer
+        m_card->timerTimeOut();
+    }
+
+    static void turn()
+    {
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    }
+
+    template <class Condition>
+    static bool turnUntil(Condition condition, int ms)
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (!condition()) {
+            if (elapsed.elapsed() > ms) {
+                return false;
+            }
+            turn();
+        }
+        return true;
+    }
+
+    // Waits for the next request. Out: whether exactly one came.
+    bool hearOne()
+    {
+        QList<QByteArray> heard;
+        const bool came = turnUntil(
+            [&] {
+                heard = cardSide::requests(*m_pty);
+                return !heard.isEmpty();
+            },
+            PatienceMs);
+        m_pty->takeReceived();
+        if (!came || heard.size() != 1 || m_open) {
+            return false;
+        }
+        m_request = heard.first();
+        m_open = true;
+        return true;
+    }
+
+    Fault dice()
+    {
+        const auto fault = static_cast<int>(m_random() % 100) / 5;
+        if (fault >= FaultCount) {
+            return Good;
+        }
+        ++m_faults.at(static_cast<size_t>(fault));
+        return static_cast<Fault>(fault);
+    }
+
+    QByteArray spectrum() const
+    {
+        const QByteArray points(Points, 'p');
+        return m_k7150 ? cardSide::k7150Spectrum(m_request.at(8) - '0', points)
+                       : cardSide::spectrum(points);
+    }
+
+    void answer(Fault fault)
+    {
+        const QByteArray good = spectrum();
+        QByteArray longer = good;
+        longer[m_k7150 ? 9 : 10] = m_k7150 ? 1 : '4';
+        QByteArray elsewhere = good;
+        elsewhere[3] = '8';
+        const std::array<QByteArray, FaultCount + 1> bytes{
+            QByteArray(), good.left(40), "]noise]" + good, elsewhere, longer, QByteArray(), good};
+        // what comes late comes while the next one is waited for, before its own
+        if (!m_late.isEmpty()) {
+            say(m_late, true);
+        }
+        m_late = fault == Late ? good : QByteArray();
+        say(bytes.at(fault), fault == Good || fault == Noise);
+        m_runOut = m_open;
+        if (m_open) {
+            letItRunOut();
+        }
+    }
+
+    // whole: the panel takes it as a reply
+    void say(const QByteArray& bytes, bool whole)
+    {
+        const int replies = m_answered + m_unasked + 1;
+        m_pty->write(bytes);
+        if (!whole) {
+            turn();
+            turn();
+        } else if (!turnUntil([&] { return m_answered + m_unasked >= replies; }, SlowMs)) {
+            ++m_slow;
+        }
+    }
+
+    void letItRunOut()
+    {
+        int longest = 0;
+        for (const auto& timer : testClock::timers(m_bus)) {
+            longest = qMax(longest, timer.interval);
+        }
+        QCOMPARE(longest, 2000);
+        testClock::expire(m_bus);
+    }
+
+    // What the card's timers do until the next request.
+    void goOn()
+    {
+        if (m_runOut && !m_k7150) {
+            return; // asked again already
+        }
+        // the timer of an answered one may run out before the next request or behind it
+        if (!m_runOut && m_random() % 8 != 0) {
+            testClock::expire(m_bus);
+        }
+        if (m_runOut) {
+            m_card->timerTimeOut();
+            QVERIFY(testClock::timers(m_bus).isEmpty()); // too early
+            auto* due = m_card->findChild<QTimer*>("replyDueTimer");
+            QCOMPARE(due->interval(), 2500);
+            testClock::expire(due);
+        }
+        m_card->timerTimeOut();
+    }
+
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_pty = nullptr;
+    std::unique_ptr<SpectralCard> m_card;
+    Rs422Bus* m_bus = nullptr;
+    std::mt19937 m_random;
+    std::array<int, FaultCount> m_faults{};
+    QByteArray m_request;
+    QByteArray m_late;
+    int m_answered = 0;
+    int m_lost = 0;
+    int m_unasked = 0; // replies while nothing was waited for
+    int m_slow = 0;
+    int m_spectra = 0;
+    bool m_k7150 = false;
+    bool m_open = false;   // a request was heard and has not ended
+    bool m_runOut = false; // the last one ended by its timer
+};
+
+QN740_TEST_MAIN(tst_CardSoak)
+#include "tst_CardSoak.moc"

@@ -1,0 +1,104 @@
+// The real program with a card at its line: which type it takes the card for, and a spectrum all
+// the way from the line to a reader elsewhere.
+#include "spectrum/CardSide.h"
+#include "support/Program.h"
+#include "support/TestMain.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocalSocket>
+
+#include <termios.h>
+
+namespace {
+
+constexpr int LongMs = 40000;
+
+using Requests = QList<QByteArray>;
+
+Requests polls(Pty& card)
+{
+    Requests some;
+    for (const QByteArray& request : cardSide::requests(card)) {
+        if (request.startsWith("0190RFFT")) {
+            some += request;
+        }
+    }
+    return some;
+}
+
+speed_t speed(const Pty& pty)
+{
+    termios settings{};
+    ::tcgetattr(pty.master(), &settings);
+    return ::cfgetospeed(&settings);
+}
+
+} // namespace
+
+class tst_CardOnDesk : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_option_decides_which_type_is_polled_data()
+    {
+        QTest::addColumn<bool>("older");
+        QTest::newRow("-noK7150") << true;
+        QTest::newRow("without it") << false;
+    }
+
+    void the_option_decides_which_type_is_polled()
+    {
+        QFETCH(bool, older);
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyO1");
+        Pty& card = devices.add("ttyUSB11");
+        const QString socket = devices.path() + "/spectra";
+        Program panel(QN740_PANEL, older ? QStringList{"-noK7150"} : QStringList(),
+            {"QN740_SPECTRUM_SOCKET=" + socket});
+        QVERIFY(unit.write(framed("VER")));
+        QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
+        unit.takeReceived();
+
+        // the older one is there at once and is asked for its name, the other is switched on
+        if (older) {
+            QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(card), Requests{"0190RNME000000"}, LongMs);
+        } else {
+            QVERIFY(!QFileInfo::exists(socket));
+            unit.write(framed("ST,1"));
+            QTRY_COMPARE_WITH_TIMEOUT(
+                unit.received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"), LongMs);
+        }
+        QCOMPARE(speed(card), older ? speed_t(B921600) : speed_t(B230400));
+        QLocalSocket reader;
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(socket), LongMs);
+        reader.connectToServer(socket);
+        QVERIFY(reader.waitForConnected(LongMs));
+
+        // the menu that shows the first chart
+        unit.write(framed("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1") + framed("MS,Pax,Tuner,freq") +
+            framed("PAX,1"));
+        QTRY_COMPARE_WITH_TIMEOUT(polls(card), Requests{"0190RFFT000000"}, LongMs);
+        const QByteArray points = cardSide::carrier(512, 100, -20);
+        card.write(older ? cardSide::spectrum(points) : cardSide::k7150Spectrum(0, points));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            polls(card), Requests({"0190RFFT000000", "0190RFFT010000"}), LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(reader.canReadLine(), LongMs);
+        const QJsonObject spectrum = QJsonDocument::fromJson(reader.readLine()).object();
+        const QJsonArray levels = spectrum.value("levels").toArray();
+        QCOMPARE(spectrum.value("channel").toInt(-1), 0);
+        QCOMPARE(levels.size(), 512);
+        QCOMPARE(levels.at(100).toDouble(), -20.0);
+        QCOMPARE(levels.at(101).toDouble(), -100.0);
+        if (older) {
+            QCOMPARE(unit.received(), QByteArray()); // no demodulator is told anything
+        } else {
+            QVERIFY(unit.received().endsWith(framed("D3:NFFT:12")));
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_CardOnDesk)
+#include "tst_CardOnDesk.moc"
