@@ -183,8 +183,9 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    // where no window manager keeps it on top; this window itself comes up behind this event
-    QTimer::singleShot(0, m_splash.get(), &QWidget::raise);
+    // Where no window manager keeps it on top, a window is on top when it comes up; this one does
+    // so after this event.
+    QMetaObject::invokeMethod(m_splash.get(), &QWidget::raise, Qt::QueuedConnection);
 }
 
 void MainWindow::button_pushed()

@@ -8,7 +8,7 @@
 
 namespace {
 constexpr qint32 BaudRate = 115200;
-constexpr qint64 MostBytesARead = 1024;
+constexpr qsizetype MostBytesARead = 1024;
 // what may wait in the port while a modal editor keeps a handler busy
 constexpr qint64 MostBytesWaiting = 1 << 20;
 } // namespace
@@ -28,6 +28,10 @@ bool keySerial::open_serial(const QString& name)
     m_line = std::make_unique<SerialLine>(&logLink);
     const bool ok = m_line->open(name, BaudRate, SerialLine::Reopen::Never, MostBytesWaiting);
     connect(&m_line->port(), &QSerialPort::readyRead, this, &keySerial::serial_data_in);
+    connect(m_line.get(), &SerialLine::losing, this, [this] {
+        m_rest = m_line->port().readAll();
+        takeNextTurn();
+    });
     m_buffer.clear();
     return ok;
 }
@@ -47,7 +51,7 @@ void keySerial::serial_data_in()
     if (m_handling || !m_line) {
         return;
     }
-    m_buffer.append(QString::fromLatin1(m_line->port().read(MostBytesARead)));
+    m_buffer.append(QString::fromLatin1(read()));
     {
         const QScopedValueRollback<bool> handling(m_handling, true);
         while (const auto message = m_buffer.next()) {
@@ -58,10 +62,25 @@ void keySerial::serial_data_in()
     takeNextTurn();
 }
 
+QByteArray keySerial::read()
+{
+    if (m_line->isOpen()) {
+        return m_line->port().read(MostBytesARead);
+    }
+    QByteArray bytes = m_rest.left(MostBytesARead);
+    m_rest.remove(0, MostBytesARead);
+    return bytes;
+}
+
+bool keySerial::hasMore() const
+{
+    return m_line->isOpen() ? m_line->port().bytesAvailable() > 0 : !m_rest.isEmpty();
+}
+
 void keySerial::takeNextTurn()
 {
     // bytes that are left are not announced again until others follow them
-    if (m_turnQueued || m_line->port().bytesAvailable() == 0) {
+    if (m_turnQueued || (m_rest.isEmpty() && !hasMore())) {
         return;
     }
     m_turnQueued = true;

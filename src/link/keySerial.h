@@ -43,9 +43,12 @@ signals:
     void valid_mess_in(QString message);
 
 private:
+    QByteArray read();
+    bool hasMore() const;
     void takeNextTurn();
 
     std::unique_ptr<SerialLine> m_line;
+    QByteArray m_rest; // what the port still had when the line was lost
     FrameCutter m_buffer;
     bool m_handling = false;
     bool m_turnQueued = false;

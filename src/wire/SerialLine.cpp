@@ -70,6 +70,7 @@ void SerialLine::handleError(QSerialPort::SerialPortError error)
         return;
     }
     qCWarning(m_category).noquote() << m_name << "was lost:" << m_port.errorString();
+    emit losing();
     m_port.close();
     if (m_reopen == Reopen::EveryTwoSeconds) {
         m_retry.start();

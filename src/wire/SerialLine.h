@@ -47,6 +47,9 @@ public:
 signals:
     // The line has been opened: at the first try or at a later one.
     void opened();
+    // The other end went away and the line is about to be closed: the last moment to read from
+    // port() what came before.
+    void losing();
     // The other end went away and the line was closed.
     void lost();
 

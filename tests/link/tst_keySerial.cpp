@@ -188,6 +188,35 @@ private slots:
         QVERIFY(!m_serial->port()->isOpen());
     }
 
+    void what_came_before_the_line_was_lost_is_still_handled()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        // still in the port when the other end goes
+        disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
+        m_pty->write(framed(QByteArray(98, 'x')).repeated(30));
+        QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        m_pty->close();
+        QTRY_VERIFY(!m_serial->port()->isOpen());
+        QTRY_COMPARE(m_messages.size(), 30);
+    }
+
+    void a_line_that_is_lost_while_a_message_is_handled_is_read_to_its_end()
+    {
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        connect(m_serial.get(), &keySerial::valid_mess_in, this, [&] {
+            if (m_messages.size() == 1) {
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+                QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
+                m_pty->close();
+                QTRY_VERIFY(!m_serial->port()->isOpen());
+                QCOMPARE(m_messages.size(), 1);
+            }
+        });
+        m_pty->write(framed(QByteArray(1022, 'x')) + framed(QByteArray(98, 'x')).repeated(30));
+        QTRY_COMPARE(m_messages.size(), 31);
+    }
+
 private:
     std::unique_ptr<DeviceDirectory> m_devices;
     std::unique_ptr<keySerial> m_serial;

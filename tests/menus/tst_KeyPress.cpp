@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSignalSpy>
 
 namespace {
@@ -293,16 +294,40 @@ private slots:
         QVERIFY(it.messages().isEmpty());
     }
 
+    void the_report_of_an_unknown_type_lies_inside_the_screen_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("usual") << QString(60, 'M');
+        QTest::newRow("a long word") << QString(300, 'M');
+        QTest::newRow("many words") << QString("COMMAND ").repeated(500);
+        QTest::newRow("200 kB of lines") << QString("COMMAND\n").repeated(25000);
+    }
     void the_report_of_an_unknown_type_lies_inside_the_screen()
     {
+        QFETCH(QString, command);
         Pressed it(99);
         it.button->setText(QString(60, 'W'));
-        it.key->command = QString(60, 'M');
+        it.key->command = command;
         QRect frame;
-        it.press([&frame](QWidget* box) { frame = box->frameGeometry(); });
+        it.press([&](QWidget* box) {
+            frame = box->frameGeometry();
+            QVERIFY(qobject_cast<QMessageBox*>(box)->text().endsWith(command));
+            const QPushButton* ok = buttonWithText(box, "OK");
+            QVERIFY(ok != nullptr);
+            QVERIFY2(ok->width() >= 110 && ok->height() >= 50, "too small for a finger");
+            QVERIFY(box->rect().contains(QRect(ok->mapTo(box, QPoint()), ok->size())));
+            const auto labels = box->findChildren<QLabel*>();
+            for (const QLabel* label : labels) {
+                QVERIFY(!label->isVisible() || box->rect().contains(label->geometry()));
+            }
+            const QString directory = qEnvironmentVariable("QN740_PICTURES");
+            if (!directory.isEmpty()) {
+                grabScreen().save(directory + "/report-" + QTest::currentDataTag() + ".png");
+            }
+        });
         QVERIFY(!frame.isEmpty());
         QVERIFY2(QRect(0, 0, 800, 480).contains(frame),
-            qPrintable(QString("%1 wide at %2").arg(frame.width()).arg(frame.x())));
+            qPrintable(QString("%1 x %2").arg(frame.width()).arg(frame.height())));
     }
 
     void markup_in_the_report_of_an_unknown_type_is_text()

@@ -123,6 +123,23 @@ private slots:
         QVERIFY(!find("M", "k")->tog());
     }
 
+    void fields_that_are_missing_read_as_0_and_clear()
+    {
+        ak("M,k,L,0,C,,0,,0,0,1");
+        cv("M,k,3.5,1");
+        cv("M,k");
+        QCOMPARE(find("M", "k")->value, 0.0);
+        QVERIFY(!find("M", "k")->tog());
+        ck("M,k");
+        QCOMPARE(find("M", "k")->state, 0);
+        QVERIFY(!find("M", "k")->GetKey()->isEnabled());
+        cv("M");
+        ck("M");
+        m_menus->changeValue({});
+        m_menus->changeState({});
+        m_menus->selectMenu({});
+    }
+
     void ck_stores_and_applies_the_state_data()
     {
         QTest::addColumn<QString>("field");
@@ -234,6 +251,16 @@ private slots:
             QCOMPARE(key->GetKey()->text(), QString("New"));
             QCOMPARE(key->command, QString("D"));
         }
+    }
+
+    void a_definition_decides_for_each_key_whether_its_value_stays()
+    {
+        ak("M,k,L,0,C,,0,,4,0,1");
+        m_menus->copyKey({"N", "M", "k"});
+        find("N", "k")->value = 0.0;
+        ak("M,k,L,0,C,,0,,9,0,1");
+        QCOMPARE(find("M", "k")->value, 4.0);
+        QCOMPARE(find("N", "k")->value, 9.0);
     }
 
     void a_copy_whose_source_is_gone_is_still_served()

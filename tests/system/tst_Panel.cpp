@@ -18,6 +18,7 @@ constexpr QPoint FirstKey(23, 33);
 constexpr QPoint SecondKey(152, 33);
 constexpr QPoint FourthKey(411, 33);
 constexpr QPoint SixthKey(670, 33);
+constexpr QPoint OnSplash(180, 240);
 
 QString vnc(quint16 port)
 {
@@ -84,6 +85,26 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(unit.output().contains("in \\x02SK,Tuner CH2\\x04\n"), LongMs);
         // that menu fills the first row, the start menu does not fill the second
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(671, 110), Grey, LongMs);
+    }
+
+    void the_splash_picture_lies_over_the_panel_until_its_time_is_over()
+    {
+        const quint16 port = RfbClient::freePort();
+        QElapsedTimer clock;
+        clock.start();
+        Program panel(
+            QN740_PANEL, {"-platform", vnc(port)}, {"QN740_DEV=" + m_parent->filePath("none")});
+        RfbClient screen;
+        QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
+        // the panel itself is there, black but for its status bar
+        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(300, 440), Grey, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(OnSplash), QColor(Qt::white), 5000);
+        QVERIFY(screen.click(OnSplash)); // closes nothing
+        while (screen.picture().pixelColor(OnSplash) == QColor(Qt::white)) {
+            QVERIFY(clock.elapsed() < LongMs);
+        }
+        QVERIFY2(clock.elapsed() >= 15000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(screen.picture().pixelColor(OnSplash), QColor(Qt::black));
     }
 
     void the_panel_comes_up_without_its_line_and_sets_the_governor_twice()
