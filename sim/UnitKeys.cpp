@@ -176,7 +176,11 @@ void UnitKeys::apply(const QString& body)
     if (word == QLatin1String("AK") && fields.size() >= Count) {
         fields = fields.mid(0, Count);
         if (known) {
-            m_keys[m_index.value(key)] = fields;
+            Fields& present = m_keys[m_index.value(key)];
+            if (present.at(Value).toDouble() != 0) {
+                fields[Value] = present.at(Value); // the panel takes a value only in place of 0
+            }
+            present = fields;
         } else {
             m_index.insert(key, m_keys.size());
             m_keys.append(fields);

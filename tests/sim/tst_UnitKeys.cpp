@@ -122,7 +122,16 @@ private slots:
         m_keys.apply("AK,Tuner CH1,agc,AGC,0,R9:AGC:,,0,,0,0,1");
         QCOMPARE(m_keys.count(), before);
         QVERIFY(m_keys.answers("R1:AGC:1").isEmpty());
-        QCOMPARE(m_keys.answers("R9:AGC:1"), QStringList{"CV,Tuner CH1,agc,0,1"});
+        QCOMPARE(m_keys.answers("R9:AGC:1"), QStringList{"CV,Tuner CH1,agc,7,1"});
+    }
+
+    // as the panel has it: else the unit's next CV would set a value that the operator never saw
+    void an_AK_brings_a_value_only_in_place_of_0()
+    {
+        m_keys.apply("AK,Tuner CH1,agc,AGC,0,R1:AGC:,,0,,5,0,1");
+        QCOMPARE(m_keys.field("Tuner CH1", "agc", 8), QString("7"));
+        m_keys.apply("AK,Tuner CH2,agc,AGC,0,R2:AGC:,,0,,5,0,1");
+        QCOMPARE(m_keys.field("Tuner CH2", "agc", 8), QString("5"));
     }
 
     void files_stop_at_sixty()
