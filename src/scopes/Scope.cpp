@@ -4,7 +4,6 @@
 #include "scopes/PlotView.h"
 #include "wire/Log.h"
 
-#include <QPointer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -271,9 +270,8 @@ double Scope::fir_double_z(double input, int ntaps, double const* taps, double* 
 
 void Scope::serialDataReceived()
 {
-    const QPointer<Scope> self(this);
     QSerialPort& port = m_line.port();
-    while (self && port.isOpen() && port.bytesAvailable() > 0) {
+    while (port.isOpen() && port.bytesAvailable() > 0) {
         const QByteArray bytes = port.readAll();
         if (bytes.isEmpty()) {
             return;
@@ -286,12 +284,10 @@ void Scope::serialDataReceived()
     }
 }
 
-// Whoever gets the signal may delete the scope.
 void Scope::decodeIq(const QByteArray& bytes)
 {
-    const QPointer<Scope> self(this);
     qsizetype done = 0;
-    while (self && done < bytes.size()) {
+    while (done < bytes.size()) {
         done += m_decoder.take(bytes.constData() + done, bytes.size() - done);
         if (m_decoder.blockReady()) {
             QVector<double> i = m_decoder.i();
