@@ -99,7 +99,20 @@ void Scope::layOutPlots()
     m_plotQ->setVisible(m_plotsShown && withQ);
     m_plotI->update();
     fixIsize();
+    shareHeight();
     layout()->activate();
+}
+
+// The two data areas are equally high, though the time stands under the lower one alone.
+void Scope::shareHeight()
+{
+    auto* plots = qobject_cast<QBoxLayout*>(layout());
+    const int frameI = m_plotI->frameHeight();
+    const int frameQ = m_plotQ->frameHeight();
+    const int left = std::max(0, height() - frameI - frameQ);
+    plots->setSpacing(left % 2); // an odd pixel is nobody's
+    plots->setStretchFactor(m_plotI, frameI + left / 2);
+    plots->setStretchFactor(m_plotQ, frameQ + left / 2);
 }
 
 void Scope::fixIsize()
@@ -118,6 +131,8 @@ void Scope::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     fixIsize();
+    shareHeight();
+    layout()->activate();
 }
 
 void Scope::setPlotType(int type)

@@ -111,6 +111,7 @@ private:
     std::array<PlotContent*, 4> contents();
     void setUpPlots();
     void layOutPlots();
+    void shareHeight();
     void applyRange();
     void decodeIq(const QByteArray& bytes);
     void decodeSdi(const QByteArray& bytes);

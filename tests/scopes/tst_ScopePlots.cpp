@@ -401,6 +401,41 @@ private slots:
         QTRY_VERIFY(!shown());
     }
 
+    void both_eyes_have_data_areas_of_one_size_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("the scopes page") << QSize(262, 322);
+        QTest::newRow("an odd height") << QSize(262, 323);
+        QTest::newRow("a wide and low one") << QSize(400, 211);
+        QTest::newRow("a low one") << QSize(262, 140);
+    }
+
+    void both_eyes_have_data_areas_of_one_size()
+    {
+        QFETCH(QSize, size);
+        Bench bench;
+        const auto areaOf = [&](const char* name) {
+            PlotView* view = plot(bench.scope, name);
+            view->grab();
+            return view->dataArea().translated(view->mapTo(&bench.scope, QPoint()));
+        };
+        const auto areAlike = [&] {
+            const QRect one = areaOf("plotI");
+            const QRect other = areaOf("plotQ");
+            return one.size() == other.size() && one.height() > 15 && one.left() == other.left();
+        };
+        QVERIFY(areAlike());
+        bench.scope.resize(size);
+        QTRY_VERIFY(areAlike());
+        bench.scope.setPlotType(Scope::Constellation);
+        bench.scope.setPlotType(Scope::EyePattern);
+        QTRY_VERIFY(areAlike());
+        bench.scope.setShowQPlot(false);
+        QTRY_VERIFY(areaOf("plotI").height() > size.height() - 70);
+        bench.scope.setShowQPlot(true);
+        QTRY_VERIFY(areAlike());
+    }
+
     void clipping_is_told_beside_the_points_of_a_constellation()
     {
         Bench bench;
