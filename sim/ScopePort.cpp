@@ -4,6 +4,7 @@
 #include "sim/PseudoTerminal.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -20,7 +21,10 @@ ScopePort::ScopePort(PseudoTerminal& line, const SignalSettings& signal, const S
     , m_faults(faults)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, &ScopePort::send);
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+        const qint64 now = m_clock.elapsed();
+        pass(now - std::exchange(m_lastMs, now));
+    });
     m_clock.start();
 }
 
@@ -53,23 +57,21 @@ QByteArray ScopePort::next()
     return scopeBytes::block(i, q);
 }
 
-void ScopePort::send()
+void ScopePort::pass(qint64 ms)
 {
-    const qint64 now = m_clock.elapsed();
-    const double passed = static_cast<double>(now - m_lastMs) / 1000.0;
-    m_lastMs = now;
+    m_nowMs += ms;
     if (!m_line.isOpen() || m_line.pendingBytes() > 0) {
         return;
     }
     if (m_mode == Sdi) {
-        m_line.write(m_faults.pass(next(), now));
+        m_line.write(m_faults.pass(next(), m_nowMs));
         return;
     }
-    m_due = std::min(MostDue, m_due + passed * BytesPerSecond);
+    m_due = std::min(MostDue, m_due + static_cast<double>(ms) / 1000.0 * BytesPerSecond);
     while (m_due >= 1.0 && m_waiting.size() < static_cast<qsizetype>(m_due)) {
         QByteArray bytes = next();
         const qsizetype length = bytes.size();
-        bytes = m_faults.pass(bytes, now);
+        bytes = m_faults.pass(bytes, m_nowMs);
         m_waiting += bytes;
         if (bytes.isEmpty()) {
             m_due -= static_cast<double>(length); // the line is idle meanwhile

@@ -35,11 +35,14 @@ public:
     // What the next block is made of; one that is under way is sent to its end.
     void setSignal(const SignalSettings& signal) { m_signal.setSettings(signal); }
 
+    // Lets this much time go by on the line: what it carries in that time is sent. The port's own
+    // timer does so at the pace of the clock.
+    void pass(qint64 ms);
+
     // How many blocks or records have been begun.
     int sentCount() const { return m_count; }
 
 private:
-    void send();
     QByteArray next();
 
     PseudoTerminal& m_line;
@@ -49,7 +52,8 @@ private:
     QElapsedTimer m_clock;
     QByteArray m_waiting; // of the block under way
     double m_due = 0.0;   // bytes that the line would have carried and that are not sent yet
-    qint64 m_lastMs = 0;
+    qint64 m_lastMs = 0;  // of the clock, when the timer came last
+    qint64 m_nowMs = 0;   // that has gone by on the line
     int m_mode = Off;
     int m_count = 0;
 };

@@ -66,7 +66,6 @@ PlotAxes ConstellationPlot::axes() const
     axes.xMax = axes.yMax = percent;
     axes.xStep = axes.yStep = percent / 2.0;
     axes.square = true;
-    axes.badge = m_badge;
     return axes;
 }
 

@@ -31,6 +31,7 @@ public:
     QVector<QPointF> plotted() const;
 
     PlotAxes axes() const override;
+    QString badge() const override { return m_badge; }
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
     void clear() override;
     void resize(QSize size) override;

@@ -49,7 +49,6 @@ PlotAxes EyePlot::axes() const
     axes.yMax = percent;
     axes.xStep = 0.5;
     axes.yStep = percent / 2.0;
-    axes.badge = m_badge;
     return axes;
 }
 

@@ -38,6 +38,7 @@ public:
     void setBadge(const QString& badge) { m_badge = badge; }
 
     PlotAxes axes() const override;
+    QString badge() const override { return m_badge; }
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
     void clear() override;
     void resize(QSize size) override;

@@ -31,13 +31,27 @@ int countInOrder(const char* block)
     return good;
 }
 
-} // namespace
-
-IqBlockDecoder::IqBlockDecoder()
-    : m_i(Records)
-    , m_q(Records)
+// Makes room for a new block. Where somebody still has the last one, it is left to them: a copy of
+// what is overwritten anyway would be lost time.
+double* roomFor(QVector<double>& samples)
 {
+    if (!samples.isDetached()) {
+        samples = QVector<double>(IqBlockDecoder::Records);
+    }
+    return samples.data();
 }
+
+int largest(const char* block, int records, qsizetype at)
+{
+    int most = 0;
+    for (int k = 0; k < records; ++k) {
+        const int sample = qFromBigEndian<qint16>(block + k * Stride + at);
+        most = qMax(most, qAbs(sample));
+    }
+    return most;
+}
+
+} // namespace
 
 qsizetype IqBlockDecoder::take(const char* bytes, qsizetype size)
 {
@@ -88,11 +102,17 @@ void IqBlockDecoder::decode(const char* block)
 {
     m_synced = false;
     const int good = countInOrder(block);
-    double* const i = m_i.data();
-    double* const q = m_q.data();
+    m_blockReady = good == Records;
+    if (!m_blockReady) {
+        m_maxAbsI = largest(block, good, 2);
+        m_maxAbsQ = largest(block, good, 4);
+        return;
+    }
+    double* const i = roomFor(m_i);
+    double* const q = roomFor(m_q);
     int maxI = 0;
     int maxQ = 0;
-    for (int k = 0; k < good; ++k) {
+    for (int k = 0; k < Records; ++k) {
         const char* record = block + k * Stride;
         const int sampleI = qFromBigEndian<qint16>(record + 2);
         const int sampleQ = qFromBigEndian<qint16>(record + 4);
@@ -103,8 +123,5 @@ void IqBlockDecoder::decode(const char* block)
     }
     m_maxAbsI = maxI;
     m_maxAbsQ = maxQ;
-    m_blockReady = good == Records;
-    if (m_blockReady) {
-        i[0] = i[1]; // the first I sample is not one of the signal
-    }
+    i[0] = i[1]; // the first I sample is not one of the signal
 }

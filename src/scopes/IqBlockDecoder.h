@@ -22,19 +22,18 @@ public:
     static constexpr int SyncBytes = 3 * RecordBytes; // what the hunt looks at
     static constexpr double Scale = 3.0517578125e-05; // 1/32768: samples run from -1 to 1
 
-    IqBlockDecoder();
-
     // Takes bytes up to the end of the next good block, or all of them. Out: how many were taken;
     // blockReady() tells whether a block has been decoded by this call.
     qsizetype take(const char* bytes, qsizetype size);
     bool blockReady() const { return m_blockReady; }
 
     // The samples of the last good block, 256 each, -1 to 1; empty before the first. The first I
-    // sample has the value of the second. Valid while blockReady().
+    // sample has the value of the second.
     const QVector<double>& i() const { return m_i; }
     const QVector<double>& q() const { return m_q; }
 
-    // The largest magnitudes of the current block, 0 to 1; 0 from each synchronisation on.
+    // The largest magnitudes of the current block, 0 to 1, of a broken one those in front of its
+    // wrong index; 0 from each synchronisation on until the block is decoded.
     double maxAbsI() const { return m_maxAbsI * Scale; }
     double maxAbsQ() const { return m_maxAbsQ * Scale; }
 

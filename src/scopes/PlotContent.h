@@ -20,14 +20,12 @@ struct PlotAxes
     double xStep = 0.0; // between two ticks
     double yStep = 0.0;
     bool square = false; // both axes equally long
-    QString badge;       // a warning in the corner of the data; mostly empty
 
     bool operator==(const PlotAxes& other) const
     {
         return xLabel == other.xLabel && yLabel == other.yLabel && xMin == other.xMin &&
             xMax == other.xMax && yMin == other.yMin && yMax == other.yMax &&
-            xStep == other.xStep && yStep == other.yStep && square == other.square &&
-            badge == other.badge;
+            xStep == other.xStep && yStep == other.yStep && square == other.square;
     }
     bool operator!=(const PlotAxes& other) const { return !(*this == other); }
 };
@@ -44,6 +42,9 @@ public:
     PlotContent& operator=(const PlotContent&) = delete;
 
     virtual PlotAxes axes() const = 0;
+    // A warning in the corner of the data; mostly empty. It comes and goes with the data and is no
+    // part of the frame.
+    virtual QString badge() const { return {}; }
     virtual void setLineColor(const QColor& color) = 0;
     // Forgets all data.
     virtual void clear() = 0;

@@ -45,7 +45,8 @@ PlotView::PlotView(QWidget* parent)
     // some platforms show what lies under a modal dialog wrongly with it
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, [this] { update(m_area); });
+    connect(&m_timer, &QTimer::timeout, this,
+        [this] { update(newBadge() == m_badge ? m_area : rect()); });
     setUpLook();
 }
 
@@ -83,8 +84,10 @@ void PlotView::setContent(PlotContent* content)
 {
     if (m_content != content) {
         m_content = content;
+        m_contentSize = QSize();
         m_frameDirty = true;
         update();
+        updateGeometry();
     }
 }
 
@@ -95,9 +98,15 @@ void PlotView::dataChanged()
     }
 }
 
+int PlotView::frameHeight() const
+{
+    const bool label = m_content != nullptr && !m_content->axes().xLabel.isEmpty();
+    return TopMargin + TickMargin + (label ? LabelMargin : 0);
+}
+
 QSize PlotView::minimumSizeHint() const
 {
-    return {LeftMargin + RightMargin + 20, TopMargin + TickMargin + LabelMargin + 20};
+    return {LeftMargin + RightMargin + 20, frameHeight() + 20};
 }
 
 void PlotView::resizeEvent(QResizeEvent* /*event*/)
@@ -138,13 +147,20 @@ void PlotView::drawFrame()
     if (m_picture.size() != m_grid.size()) {
         m_picture = QImage(m_grid.size(), QImage::Format_RGB32);
     }
-    if (m_content != nullptr) {
-        m_content->resize(m_grid.size());
+    // it forgets what it has drawn so far: not for a change of the axes alone
+    if (m_content != nullptr && m_contentSize != m_grid.size()) {
+        m_contentSize = m_grid.size();
+        m_content->resize(m_contentSize);
     }
     m_frameDirty = false;
 }
 
-bool PlotView::frameIsStale()
+QString PlotView::newBadge() const
+{
+    return m_content != nullptr ? m_content->badge() : QString();
+}
+
+bool PlotView::frameIsStale() const
 {
     return m_frameDirty || (m_content != nullptr && m_content->axes() != m_axes);
 }
@@ -152,17 +168,17 @@ bool PlotView::frameIsStale()
 // Above the data where there is room for it, else over their corner.
 void PlotView::drawBadge(QPainter& painter) const
 {
-    if (m_axes.badge.isEmpty()) {
+    if (m_badge.isEmpty()) {
         return;
     }
     painter.setFont(pixelFont(font(), BadgeFontPixels));
-    const QSize size = painter.fontMetrics().size(0, m_axes.badge) + QSize(8, 0);
+    const QSize size = painter.fontMetrics().size(0, m_badge) + QSize(8, 0);
     const bool above = m_area.top() >= size.height() + AxisLine;
     const QPoint corner = m_area.topRight() + QPoint(-3, above ? -size.height() - AxisLine : 4);
     const QRect box(corner - QPoint(size.width(), 0), size);
     painter.fillRect(box, Qt::black);
     painter.setPen(QColor::fromRgb(BadgeColor));
-    painter.drawText(box, Qt::AlignCenter, m_axes.badge);
+    painter.drawText(box, Qt::AlignCenter, m_badge);
 }
 
 // Row by row: some processors copy large pieces slower than such small ones.
@@ -181,11 +197,14 @@ void PlotView::paintEvent(QPaintEvent* event)
 {
     QElapsedTimer elapsed;
     elapsed.start();
-    if (frameIsStale()) {
+    const bool badgeChanged = newBadge() != m_badge;
+    m_badge = newBadge();
+    const bool frameChanged = frameIsStale();
+    if (frameChanged) {
         drawFrame();
-        if (event->region().boundingRect() != rect()) {
-            update(); // the frame around the data has changed as well
-        }
+    }
+    if ((frameChanged || badgeChanged) && event->region().boundingRect() != rect()) {
+        update(); // what is around the data has changed as well
     }
     QPainter painter(this);
     if (!m_area.contains(event->rect())) {

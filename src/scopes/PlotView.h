@@ -11,9 +11,9 @@
 // A plot on the screen: QCustomPlot draws axes, grid and labels, the content draws the data.
 //
 // The frame is drawn once and kept as a picture until its axes or its size change; after that new
-// data cost a copy of the grid, the data's pixels and one blit. New data only mark the plot dirty:
-// a timer has it painted, no sooner than the last painting took, so that a slow board still feels
-// the finger; a hidden plot is not painted at all.
+// data cost a copy of the grid, the data's pixels and one blit. A badge is painted over both. New
+// data only mark the plot dirty: a timer has it painted, no sooner than the last painting took, so
+// that a slow board still feels the finger; a hidden plot is not painted at all.
 class PlotView : public QCustomPlot
 {
     Q_OBJECT
@@ -30,6 +30,8 @@ public:
 
     // The data area as it was last painted, in pixels of this widget.
     QRect dataArea() const { return m_area; }
+    // How many pixels of the height are not the data area's, unless that is square.
+    int frameHeight() const;
     // How often the data have been painted.
     int paintCount() const { return m_paintCount; }
 
@@ -41,7 +43,8 @@ protected:
 
 private:
     void setUpLook();
-    bool frameIsStale();
+    QString newBadge() const;
+    bool frameIsStale() const;
     void drawFrame();
     void layOutArea();
     void copyGrid();
@@ -49,12 +52,14 @@ private:
 
     PlotContent* m_content = nullptr;
     PlotAxes m_axes;
+    QString m_badge; // as it was last painted
     QSharedPointer<QCPAxisTickerFixed> m_xTicker;
     QSharedPointer<QCPAxisTickerFixed> m_yTicker;
     QPixmap m_frame;  // axes, grid and labels
     QImage m_grid;    // the frame's data area
     QImage m_picture; // the same with the data
     QRect m_area;
+    QSize m_contentSize; // what the content was told
     QTimer m_timer;
     bool m_frameDirty = true;
     int m_paintCount = 0;

@@ -4,7 +4,6 @@
 #include "scopes/PlotView.h"
 #include "wire/Log.h"
 
-#include <QPointer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -100,7 +99,20 @@ void Scope::layOutPlots()
     m_plotQ->setVisible(m_plotsShown && withQ);
     m_plotI->update();
     fixIsize();
+    shareHeight();
     layout()->activate();
+}
+
+// The two data areas are equally high, though the time stands under the lower one alone.
+void Scope::shareHeight()
+{
+    auto* plots = qobject_cast<QBoxLayout*>(layout());
+    const int frameI = m_plotI->frameHeight();
+    const int frameQ = m_plotQ->frameHeight();
+    const int left = std::max(0, height() - frameI - frameQ);
+    plots->setSpacing(left % 2); // an odd pixel is nobody's
+    plots->setStretchFactor(m_plotI, frameI + left / 2);
+    plots->setStretchFactor(m_plotQ, frameQ + left / 2);
 }
 
 void Scope::fixIsize()
@@ -119,6 +131,8 @@ void Scope::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     fixIsize();
+    shareHeight();
+    layout()->activate();
 }
 
 void Scope::setPlotType(int type)
@@ -271,9 +285,8 @@ double Scope::fir_double_z(double input, int ntaps, double const* taps, double* 
 
 void Scope::serialDataReceived()
 {
-    const QPointer<Scope> self(this);
     QSerialPort& port = m_line.port();
-    while (self && port.isOpen() && port.bytesAvailable() > 0) {
+    while (port.isOpen() && port.bytesAvailable() > 0) {
         const QByteArray bytes = port.readAll();
         if (bytes.isEmpty()) {
             return;
@@ -286,12 +299,10 @@ void Scope::serialDataReceived()
     }
 }
 
-// Whoever gets the signal may delete the scope.
 void Scope::decodeIq(const QByteArray& bytes)
 {
-    const QPointer<Scope> self(this);
     qsizetype done = 0;
-    while (self && done < bytes.size()) {
+    while (done < bytes.size()) {
         done += m_decoder.take(bytes.constData() + done, bytes.size() - done);
         if (m_decoder.blockReady()) {
             QVector<double> i = m_decoder.i();

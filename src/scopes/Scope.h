@@ -24,6 +24,9 @@ class QVBoxLayout;
 // finished block or record is first plotted, then leaves by rcv_eye_msg or rcv_sdi_msg, whether or
 // not anybody sees the plot. Two plots lie one above the other: the eyes of I and Q; constellation
 // and SDI strips use the upper one alone. A broken block is dropped without a word.
+//
+// Both signals leave while the port tells of its data: whoever gets one may have the scope deleted
+// later (deleteLater()), but not at once, which would take the port away from under itself.
 class Scope : public QWidget
 {
     Q_OBJECT
@@ -108,6 +111,7 @@ private:
     std::array<PlotContent*, 4> contents();
     void setUpPlots();
     void layOutPlots();
+    void shareHeight();
     void applyRange();
     void decodeIq(const QByteArray& bytes);
     void decodeSdi(const QByteArray& bytes);

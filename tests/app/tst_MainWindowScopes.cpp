@@ -9,11 +9,14 @@
 #include "support/TestMain.h"
 #include "wire/SerialLine.h"
 
+#include <QGridLayout>
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
+
+#include <array>
 
 namespace {
 
@@ -205,6 +208,40 @@ private slots:
                 QStringLiteral("Eye Pattern"), QStringLiteral("Off")}));
     }
 
+    void the_list_is_a_grid_of_3_by_3_with_texts_of_normal_size()
+    {
+        clickOnScopes();
+        QMap<QString, QString> styles;
+        QMap<QString, QPoint> cells; // column and row
+        whenModal([&](QWidget* dialog) {
+            const auto* grid = dialog->findChild<QGridLayout*>();
+            QVERIFY(grid != nullptr);
+            for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+                int row = -1;
+                int column = -1;
+                int rows = 0;
+                int columns = 0;
+                grid->getItemPosition(grid->indexOf(button), &row, &column, &rows, &columns);
+                cells.insert(button->text(), {column, row});
+                styles.insert(button->text(), button->styleSheet());
+            }
+            QCOMPARE(grid->rowCount(), 3);
+            QCOMPARE(grid->columnCount(), 3);
+            clickOn(buttonWithText(dialog, QStringLiteral("Cancel")));
+        });
+        clickOn(m_window->scopes->modeButton(2));
+        QCOMPARE(cells,
+            (QMap<QString, QPoint>{{"Eye Pattern", {0, 0}}, {"Constellation", {1, 0}},
+                {"Off", {2, 0}}, {"Cancel", {2, 2}}}));
+        // texts of more than ten characters are set smaller, which a list of large ones does not do
+        const QString style("QPushButton {background-color: %1; color:%2; font-size: %3px;%4} "
+                            "QPushButton:pressed {background-color: #4169e1;}");
+        QCOMPARE(styles.value("Eye Pattern"), style.arg("#919191", "black", "18", ""));
+        QCOMPARE(styles.value("Constellation"), style.arg("#919191", "black", "18", ""));
+        QCOMPARE(styles.value("Off"), style.arg("#919191", "black", "28", ""));
+        QVERIFY(styles.value("Cancel").contains("font-size: 26px"));
+    }
+
     void cancelling_the_list_sends_nothing()
     {
         clickOnScopes();
@@ -243,47 +280,116 @@ private slots:
 
     void sm_sets_a_demodulator_s_display_data()
     {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<int>("demodulator");
+        QTest::addColumn<int>("before");
+        QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("plotType");
         QTest::addColumn<int>("stored");
-        QTest::newRow("off") << QByteArray("SM,1,0") << 1 << "Demod 1 Off" << 1 << 0;
-        QTest::newRow("constellation")
-            << QByteArray("SM,2,1") << 2 << "Demod 2 Constellation" << 2 << 2;
-        QTest::newRow("eye") << QByteArray("SM,3,2") << 3 << "Demod 3 Eye Pattern" << 1 << 1;
-        QTest::newRow("sdi") << QByteArray("SM,1,3") << 1 << "Demod 1 SDI" << 0 << 3;
-        for (const char* none : {"SM,4,1", "SM,0,1", "SM,2,4", "SM,2,-1", "SM,2", "SM", "SM,x,1",
-                 "SM,2,x", "SM,,", "SM,99999999999,1"}) {
-            QTest::addRow("%s does nothing", none)
-                << QByteArray(none) << 2 << "Demod 2 Off" << 1 << 0;
-        }
+        QTest::newRow("off after SDI") << 3 << 0 << "Demod %1 Off" << 1 << 0;
+        QTest::newRow("off after constellation") << 1 << 0 << "Demod %1 Off" << 1 << 0;
+        QTest::newRow("constellation") << 3 << 1 << "Demod %1 Constellation" << 2 << 2;
+        QTest::newRow("eye") << 1 << 2 << "Demod %1 Eye Pattern" << 1 << 1;
+        QTest::newRow("SDI") << 2 << 3 << "Demod %1 SDI" << 0 << 3;
     }
 
     void sm_sets_a_demodulator_s_display()
     {
+        QFETCH(int, before);
+        QFETCH(int, mode);
+        QFETCH(QString, text);
+        for (const int demodulator : {1, 2, 3}) {
+            for (const int each : {1, 2, 3}) {
+                send("SM," + QByteArray::number(each) + ',' + QByteArray::number(before));
+            }
+            const QStringList displays = scopeDisplays();
+            send("SM," + QByteArray::number(demodulator) + ',' + QByteArray::number(mode));
+            QCOMPARE(m_window->scopes->modeButton(demodulator)->text(), text.arg(demodulator));
+            QTEST(m_window->scopes->scope(demodulator)->plotType(), "plotType");
+            QTEST(m_window->scopes->storedMode(demodulator), "stored");
+            for (const int other : {1, 2, 3}) {
+                if (other != demodulator) {
+                    QCOMPARE(scopeDisplays().at(other - 1), displays.at(other - 1));
+                }
+            }
+        }
+    }
+
+    void an_sm_of_no_demodulator_or_mode_changes_nothing_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        for (const char* none : {"SM,4,1", "SM,0,1", "SM,-1,1", "SM,1,4", "SM,2,4", "SM,3,-1",
+                 "SM,1", "SM,2", "SM,3", "SM", "SM,x,1", "SM,1,x", "SM,2,x", "SM,3,1.5", "SM,2,",
+                 "SM,,", "SM,,1", "SM,99999999999,1", "SM,1,99999999999"}) {
+            QTest::newRow(none) << QByteArray(none);
+        }
+    }
+
+    void an_sm_of_no_demodulator_or_mode_changes_nothing()
+    {
         QFETCH(QByteArray, message);
-        QFETCH(int, demodulator);
-        send(message);
-        QTEST(m_window->scopes->modeButton(demodulator)->text(), "text");
-        QTEST(m_window->scopes->scope(demodulator)->plotType(), "plotType");
-        QTEST(m_window->scopes->storedMode(demodulator), "stored");
+        for (const auto& modes : {std::array{3, 2, 2}, std::array{2, 3, 3}}) {
+            for (const int demodulator : {1, 2, 3}) {
+                m_window->scopes->setMode(
+                    demodulator, *ScopeMode::ofMessage(modes.at(size_t(demodulator) - 1)));
+            }
+            const QStringList before = scopeDisplays();
+            send(message);
+            QCOMPARE(scopeDisplays(), before);
+        }
     }
 
     void sq_hides_and_shows_a_demodulator_s_plots()
     {
-        send("SQ,2,0");
-        QVERIFY(!m_window->scopes->scope(2)->plotsShown());
-        QVERIFY(m_window->scopes->scope(1)->plotsShown());
-        for (const char* none : {"SQ,2", "SQ", "SQ,2,x", "SQ,x,1", "SQ,4,1", "SQ,0,1"}) {
-            send(none);
-            QVERIFY(!m_window->scopes->scope(2)->plotsShown());
+        const auto shown = [this] {
+            QList<bool> all;
+            for (const int demodulator : {1, 2, 3}) {
+                all += m_window->scopes->scope(demodulator)->plotsShown();
+            }
+            return all;
+        };
+        for (const int demodulator : {1, 2, 3}) {
+            const QByteArray message = "SQ," + QByteArray::number(demodulator) + ',';
+            QList<bool> expected{true, true, true};
+            QCOMPARE(shown(), expected);
+            send(message + '0');
+            expected[demodulator - 1] = false;
+            QCOMPARE(shown(), expected);
+            expected[demodulator - 1] = true;
+            for (const char* something : {"7", "-1", "1"}) {
+                send(message + something);
+                QCOMPARE(shown(), expected);
+                send(message + '0');
+            }
+            // what it shows not, it receives all the same
+            QSignalSpy blocks(m_window->scopes->scope(demodulator), &Scope::rcv_eye_msg);
+            QVERIFY(m_scopeLines[demodulator]->write(steady(1, 1)));
+            QTRY_COMPARE(blocks.size(), 1);
+            send(message + '1');
         }
-        QSignalSpy blocks(m_window->scopes->scope(2), &Scope::rcv_eye_msg);
-        QVERIFY(m_scopeLines[2]->write(steady(1, 1)));
-        QTRY_COMPARE(blocks.size(), 1);
-        send("SQ,2,7");
-        QVERIFY(m_window->scopes->scope(2)->plotsShown());
+    }
+
+    void an_sq_of_no_demodulator_or_number_changes_nothing_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        for (const char* none : {"SQ,1", "SQ,2", "SQ,3", "SQ", "SQ,1,x", "SQ,2,x", "SQ,3,x",
+                 "SQ,2,", "SQ,1,0.5", "SQ,x,1", "SQ,x,0", "SQ,,0", "SQ,4,0", "SQ,4,1", "SQ,0,0",
+                 "SQ,0,1", "SQ,-1,0", "SQ,2,99999999999"}) {
+            QTest::newRow(none) << QByteArray(none);
+        }
+    }
+
+    void an_sq_of_no_demodulator_or_number_changes_nothing()
+    {
+        QFETCH(QByteArray, message);
+        for (const bool shown : {true, false}) {
+            for (const int demodulator : {1, 2, 3}) {
+                m_window->scopes->scope(demodulator)->setPlotsShown(shown);
+            }
+            send(message);
+            for (const int demodulator : {1, 2, 3}) {
+                QCOMPARE(m_window->scopes->scope(demodulator)->plotsShown(), shown);
+            }
+        }
     }
 
     void pm_shows_phase_and_magnitudes()
@@ -363,18 +469,41 @@ private slots:
         QVERIFY(!m_window->scope_available());
     }
 
+    void a_trace_s_colour_is_that_of_its_scope_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<int>("scope"); // 0: none
+        QTest::newRow("trace 1") << QByteArray("LC,2,1") << 1;
+        QTest::newRow("trace 2") << QByteArray("LC,2,2") << 2;
+        QTest::newRow("trace 3") << QByteArray("LC,2,3") << 3;
+        // of the spectrum alone or of nothing
+        for (const char* none : {"LC,2", "LC,2,0", "LC,2,4", "LC,2,-1", "LC,2,-2147483648",
+                 "LC,2,2147483647", "LC,2,x", "LC,x,1", "LC,8,1", "LC,-1,2", "LC"}) {
+            QTest::newRow(none) << QByteArray(none) << 0;
+        }
+    }
+
     void a_trace_s_colour_is_that_of_its_scope()
     {
-        m_window->process_LC({"1", "3"});
-        QCOMPARE(m_window->scopes->scope(3)->lineColor(), QColor(0, 255, 0));
+        QFETCH(QByteArray, message);
+        QFETCH(int, scope);
+        const QColor red(255, 0, 0);
+        const QColor blue(64, 64, 255);
+        send(message);
+        for (const int demodulator : {1, 2, 3}) {
+            QCOMPARE(m_window->scopes->scope(demodulator)->lineColor(),
+                demodulator == scope ? blue : red);
+        }
+    }
+
+    void a_colour_for_a_scope_that_is_not_there_is_none()
+    {
         for (const int none : {-1, 3, 1000}) {
             m_window->setScopeLineColor(6, none);
         }
-        m_window->process_LC({"5"}); // of the spectrum alone
-        m_window->process_LC({"5", "4"});
-        m_window->process_LC({"5", "-2147483648"});
-        QCOMPARE(m_window->scopes->scope(1)->lineColor(), QColor(255, 0, 0));
-        QCOMPARE(m_window->scopes->scope(3)->lineColor(), QColor(0, 255, 0));
+        for (const int demodulator : {1, 2, 3}) {
+            QCOMPARE(m_window->scopes->scope(demodulator)->lineColor(), QColor(255, 0, 0));
+        }
     }
 
     void plots_are_painted_only_while_the_page_is_shown()
@@ -493,6 +622,19 @@ private:
             clickOn(m_window->scopesButton);
         }
         QTRY_COMPARE(m_window->stack->currentWidget(), m_window->scopes);
+    }
+
+    // What button, scope and stored mode tell of each demodulator.
+    QStringList scopeDisplays() const
+    {
+        QStringList displays;
+        for (const int demodulator : {1, 2, 3}) {
+            displays += QStringLiteral("%1, type %2, mode %3")
+                            .arg(m_window->scopes->modeButton(demodulator)->text())
+                            .arg(m_window->scopes->scope(demodulator)->plotType())
+                            .arg(m_window->scopes->storedMode(demodulator));
+        }
+        return displays;
     }
 
     void hideSplash()

@@ -415,25 +415,6 @@ class tst_RandomWalk : public QObject
         checkSent();
     }
 
-    // Until the scopes have their page, one of the test stands for it.
-    void standInForScopes()
-    {
-        MainWindow& window = m_panel->window;
-        if (window.views->scopes.index() < 0) {
-            auto* page = new QWidget;
-            stack()->addWidget(page);
-            window.views->set(&Views::scopes, page);
-            connect(window.scopesButton, &QPushButton::clicked, page, [&window] {
-                const bool toScopes = !window.displayActive();
-                window.views->setCurrent(toScopes ? Views::Scopes : Views::Menus);
-                window.views->show(toScopes ? &Views::scopes : &Views::menu);
-                window.scopesButton->setText(
-                    toScopes ? QStringLiteral("Menu") : QStringLiteral("Scopes"));
-            });
-        }
-        m_scopes = window.views->scopes.widget();
-    }
-
     void step()
     {
         static const QList<Weighted> Steps{{18, &tst_RandomWalk::defineKey},
@@ -471,7 +452,7 @@ private slots:
 
         Panel panel;
         m_panel = &panel;
-        standInForScopes();
+        m_scopes = m_panel->window.views->scopes.widget();
         m_model.add(QStringLiteral("Loading"), true);
         m_model.add(QStringLiteral("two"), true);
         for (int i = 0; i < 2; ++i) {

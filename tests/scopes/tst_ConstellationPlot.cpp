@@ -116,6 +116,14 @@ private slots:
             QImage picture = black(size);
             plot.paint(picture);
         }
+        // and a good block is where it belongs
+        plot.resize({101, 101});
+        plot.addBlock({0.5}, {0.2});
+        QImage picture = black({101, 101});
+        plot.paint(picture);
+        QVERIFY(plot.image().density(75, 40) > 100);
+        QVERIFY(picture.pixelColor(75, 40).red() > 150);
+        QCOMPARE(plot.plotted(), (QVector<QPointF>{{0.5, 0.2}}));
     }
 };
 

@@ -172,6 +172,82 @@ private slots:
         QCOMPARE(blocks.maxQ, (QVector<double>{1.0, 7 / 32768.0}));
     }
 
+    void the_largest_magnitudes_are_0_from_the_synchronisation_on()
+    {
+        IqBlockDecoder decoder;
+        const QVector<int> loud(256, -30000);
+        const QByteArray bytes = streams::block(loud, loud);
+        decoder.take(bytes.constData(), bytes.size());
+        QCOMPARE(decoder.maxAbsI(), 30000 / 32768.0);
+        QCOMPARE(decoder.maxAbsQ(), 30000 / 32768.0);
+        decoder.take(bytes.constData(), 17);
+        QVERIFY(!decoder.synced());
+        QCOMPARE(decoder.maxAbsI(), 30000 / 32768.0);
+        decoder.take(bytes.constData() + 17, 1);
+        QVERIFY(decoder.synced());
+        QCOMPARE(decoder.maxAbsI(), 0.0);
+        QCOMPARE(decoder.maxAbsQ(), 0.0);
+    }
+
+    void the_largest_magnitudes_of_a_broken_block_are_those_before_its_wrong_index_data()
+    {
+        QTest::addColumn<int>("most");
+        QTest::newRow("in one piece") << 1536;
+        QTest::newRow("in pieces") << 184;
+    }
+
+    void the_largest_magnitudes_of_a_broken_block_are_those_before_its_wrong_index()
+    {
+        QFETCH(int, most);
+        QVector<int> i(256, 100);
+        QVector<int> q(256, 200);
+        i[99] = -3000;
+        q[40] = 4000;
+        i[100] = q[100] = i[200] = q[200] = 30000; // not looked at any more
+        QByteArray broken = streams::block(i, q);
+        qToBigEndian(quint16{101}, broken.data() + 100 * 6);
+        IqBlockDecoder decoder;
+        streams::Blocks blocks;
+        feed(decoder, ramp(20000) + broken, blocks, nullptr, most);
+        QCOMPARE(blocks.i.size(), 1);
+        QCOMPARE(decoder.maxAbsI(), 3000 / 32768.0);
+        QCOMPARE(decoder.maxAbsQ(), 4000 / 32768.0);
+    }
+
+    void the_samples_are_those_of_the_last_good_block()
+    {
+        IqBlockDecoder decoder;
+        QVERIFY(decoder.i().isEmpty() && decoder.q().isEmpty());
+        QByteArray broken = ramp(10);
+        qToBigEndian(quint16{101}, broken.data() + 100 * 6);
+        decoder.take(broken.constData(), broken.size());
+        QVERIFY(!decoder.blockReady());
+        QVERIFY(decoder.i().isEmpty() && decoder.q().isEmpty());
+        const QByteArray good = ramp(1000);
+        decoder.take(good.constData(), good.size());
+        QVERIFY(decoder.blockReady());
+        decoder.take(broken.constData(), broken.size());
+        QVERIFY(!decoder.blockReady());
+        QCOMPARE(decoder.i().at(5), 1005 / 32768.0);
+        QCOMPARE(decoder.q().at(99), -1099 / 32768.0);
+        QCOMPARE(decoder.q().at(255), -1255 / 32768.0);
+    }
+
+    void a_block_that_somebody_keeps_stays_as_it_is()
+    {
+        IqBlockDecoder decoder;
+        const QByteArray first = ramp(1000);
+        const QByteArray second = ramp(2000);
+        decoder.take(first.constData(), first.size());
+        const QVector<double> keptI = decoder.i();
+        const QVector<double> keptQ = decoder.q();
+        decoder.take(second.constData(), second.size());
+        QCOMPARE(keptI.at(7), 1007 / 32768.0);
+        QCOMPARE(keptQ.at(7), -1007 / 32768.0);
+        QCOMPARE(decoder.i().at(7), 2007 / 32768.0);
+        QCOMPARE(decoder.q().at(7), -2007 / 32768.0);
+    }
+
     void taking_stops_behind_a_block()
     {
         IqBlockDecoder decoder;

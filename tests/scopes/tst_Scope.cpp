@@ -301,13 +301,38 @@ private slots:
         QTRY_COMPARE(bench.blocks.size(), 1);
     }
 
-    void whoever_gets_a_block_may_delete_the_scope()
+    void whoever_gets_a_block_may_have_the_scope_deleted_later()
     {
         DeviceDirectory devices;
         Pty& line = devices.add(QStringLiteral("ttyUSB1"));
         QPointer<Scope> scope = new Scope(QStringLiteral("ttyUSB1"), 1, nullptr);
-        connect(scope, &Scope::rcv_eye_msg, this, [&] { delete scope; });
-        QVERIFY(line.write(steady(1, 1) + steady(2, 2)));
+        int blocks = 0;
+        connect(scope, &Scope::rcv_eye_msg, this, [&] {
+            ++blocks;
+            scope->deleteLater();
+        });
+        QVERIFY(line.write(steady(1, 1)));
+        QTRY_VERIFY(scope.isNull());
+        QCOMPARE(blocks, 1);
+        // its line is closed: what comes now goes to the next one that opens it
+        Scope next(QStringLiteral("ttyUSB1"), 1, nullptr);
+        QVERIFY(next.portIsOpen());
+        QSignalSpy received(&next, &Scope::rcv_eye_msg);
+        QVERIFY(line.write(steady(2, 2)));
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(blocks, 1);
+    }
+
+    void whoever_gets_a_record_may_have_the_scope_deleted_later()
+    {
+        DeviceDirectory devices;
+        Pty& line = devices.add(QStringLiteral("ttyUSB1"));
+        QPointer<Scope> scope = new Scope(QStringLiteral("ttyUSB1"), 1, nullptr);
+        scope->setPlotType(Scope::Sdi);
+        connect(scope, &Scope::rcv_sdi_msg, scope, &QObject::deleteLater);
+        QVERIFY(line.write(QByteArray("\x00\xff"
+                                      "abcde",
+            7)));
         QTRY_VERIFY(scope.isNull());
     }
 
@@ -325,6 +350,24 @@ private slots:
         bench.scope.grab();
         bench.scope.resize(1, 1);
         bench.scope.grab();
+
+        // and it is as good as new
+        QVERIFY(shownRecords(bench.scope).empty());
+        bench.scope.resize(262, 310);
+        QVERIFY(bench.line.write(QByteArray("\x00\xff"
+                                            "abcde",
+            7)));
+        QTRY_COMPARE(bench.records.size(), 1);
+        QCOMPARE(shownRecords(bench.scope).back(), QByteArray("abcde"));
+        bench.scope.setPlotType(Scope::EyePattern);
+        QVERIFY(bench.line.write(steady(16384, -8192)));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        QCOMPARE(bench.blocks.first().at(0).value<QVector<double>>(), QVector<double>(256, 0.5));
+        PlotView* plotI = plot(bench.scope, "plotI");
+        const QImage picture = plotI->grab().toImage();
+        const QRect area = plotI->dataArea();
+        const int row = area.top() + static_cast<int>(std::lround((area.height() - 1) * 0.25));
+        QVERIFY(picture.pixelColor(area.center().x() + 30, row).red() > 200);
     }
 };
 

@@ -3,6 +3,8 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
+#include <QScreen>
+
 #include <cmath>
 
 using namespace scopeBench;
@@ -32,6 +34,19 @@ bool hasText(const QImage& picture, const QRect& place)
         }
     }
     return bright > 5;
+}
+
+// How many pixels have the colour of a badge.
+int yellowPixels(const QImage& picture, const QRect& place)
+{
+    int found = 0;
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        for (int x = place.left(); x <= place.right(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            found += color.red() > 200 && color.green() > 120 && color.blue() < 40 ? 1 : 0;
+        }
+    }
+    return found;
 }
 
 } // namespace
@@ -70,7 +85,7 @@ private slots:
         QVERIFY(bench.scope.constellation().plotted().isEmpty());
         bench.scope.setPlotType(Scope::Constellation);
         PlotView* view = plot(bench.scope, "plotI");
-        QVERIFY(view->content()->axes().badge.isEmpty());
+        QVERIFY(view->content()->badge().isEmpty());
         bench.scope.setLineColor(1);
         QCOMPARE(greenPixels(*view), 0);
 
@@ -299,10 +314,126 @@ private slots:
         loud[77] = -1.0;
         QVector<double> fine(256, 0.5);
         bench.scope.plotEyeConsData(loud, fine);
-        QCOMPARE(plot(bench.scope, "plotI")->content()->axes().badge, QStringLiteral("CLIP"));
-        QVERIFY(plot(bench.scope, "plotQ")->content()->axes().badge.isEmpty());
+        QCOMPARE(plot(bench.scope, "plotI")->content()->badge(), QStringLiteral("CLIP"));
+        QVERIFY(plot(bench.scope, "plotQ")->content()->badge().isEmpty());
         bench.scope.plotEyeConsData(fine, fine);
-        QVERIFY(plot(bench.scope, "plotI")->content()->axes().badge.isEmpty());
+        QVERIFY(plot(bench.scope, "plotI")->content()->badge().isEmpty());
+    }
+
+    void a_clipped_block_only_fades_what_came_before_it()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        PlotView* view = plot(bench.scope, "plotI");
+        const DensityImage& image = bench.scope.constellation().image();
+        const auto show = [&](double level) {
+            QVector<double> samples(256, level);
+            bench.scope.plotEyeConsData(samples, samples);
+            view->grab();
+        };
+        const auto density = [&](double level) {
+            const double middle = (image.size().width() - 1) / 2.0;
+            const auto away = static_cast<int>(std::lround(level * middle * 2.0));
+            return image.density(
+                (image.size().width() - 1 + away) / 2, (image.size().height() - 1 - away) / 2);
+        };
+        show(0.5);
+        show(-0.25);
+        const int once = density(0.5);
+        QVERIFY(once > 200);
+        show(1.0);
+        QCOMPARE(view->content()->badge(), QStringLiteral("CLIP"));
+        QVERIFY(density(0.5) > 180 && density(0.5) < once);
+        QVERIFY(density(-0.25) > 200);
+        const int twice = density(0.5);
+        show(0.75);
+        QVERIFY(view->content()->badge().isEmpty());
+        QVERIFY(density(0.5) > 160 && density(0.5) < twice);
+        QVERIFY(density(1.0) > 200);
+    }
+
+    void a_clipped_block_only_fades_the_eye_before_it()
+    {
+        Bench bench;
+        PlotView* view = plot(bench.scope, "plotI");
+        const auto show = [&](double level) {
+            QVector<double> samples(256, level);
+            samples[77] = level > 0.9 ? 1.0 : level;
+            bench.scope.plotEyeConsData(samples, samples);
+            return view->grab().toImage();
+        };
+        const auto redAt = [&](const QImage& picture, double level) {
+            const QRect area = view->dataArea();
+            const double row = (area.height() - 1) * (1.0 - level) / 2.0;
+            const QPoint at(
+                area.center().x() + 30, area.top() + static_cast<int>(std::lround(row)));
+            return picture.pixelColor(at).red();
+        };
+        show(0.5);
+        QVERIFY(redAt(show(-0.25), 0.5) > 150);
+        QVERIFY(redAt(show(0.95), 0.5) > 150);
+        const QImage after = show(0.75);
+        QVERIFY(redAt(after, 0.5) > 130);
+        QVERIFY(redAt(after, -0.25) > 150);
+        QVERIFY(redAt(after, 0.95) > 150);
+    }
+
+    void the_badge_comes_and_goes_on_the_screen_with_the_blocks()
+    {
+        Bench bench;
+        bench.scope.setPlotType(Scope::Constellation);
+        PlotView* view = plot(bench.scope, "plotI");
+        const auto shown = [&] {
+            // what the window really shows, not a picture made anew
+            const QImage screen = bench.scope.screen()->grabWindow(bench.scope.winId()).toImage();
+            const QPoint corner = view->mapTo(&bench.scope, QPoint());
+            const QRect area = view->dataArea().translated(corner);
+            const QPoint besideTicks(area.left() + 20, corner.y());
+            return yellowPixels(screen, QRect(besideTicks, area.topRight() - QPoint(0, 2))) > 20;
+        };
+        QVector<double> full(256, 1.0);
+        QVector<double> half(256, 0.5);
+        bench.scope.plotEyeConsData(half, half);
+        QTRY_VERIFY(!shown());
+        bench.scope.plotEyeConsData(full, full);
+        QTRY_VERIFY(shown());
+        bench.scope.plotEyeConsData(half, half);
+        QTRY_VERIFY(!shown());
+    }
+
+    void both_eyes_have_data_areas_of_one_size_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("the scopes page") << QSize(262, 322);
+        QTest::newRow("an odd height") << QSize(262, 323);
+        QTest::newRow("a wide and low one") << QSize(400, 211);
+        QTest::newRow("a low one") << QSize(262, 140);
+    }
+
+    void both_eyes_have_data_areas_of_one_size()
+    {
+        QFETCH(QSize, size);
+        Bench bench;
+        const auto areaOf = [&](const char* name) {
+            PlotView* view = plot(bench.scope, name);
+            view->grab();
+            return view->dataArea().translated(view->mapTo(&bench.scope, QPoint()));
+        };
+        const auto areAlike = [&] {
+            const QRect one = areaOf("plotI");
+            const QRect other = areaOf("plotQ");
+            return one.size() == other.size() && one.height() > 15 && one.left() == other.left();
+        };
+        QVERIFY(areAlike());
+        bench.scope.resize(size);
+        QTRY_VERIFY(areAlike());
+        bench.scope.setPlotType(Scope::Constellation);
+        bench.scope.setPlotType(Scope::EyePattern);
+        QTRY_VERIFY(areAlike());
+        bench.scope.setShowQPlot(false);
+        QTRY_VERIFY(areaOf("plotI").height() > size.height() - 70);
+        bench.scope.setShowQPlot(true);
+        QTRY_VERIFY(areAlike());
     }
 
     void clipping_is_told_beside_the_points_of_a_constellation()
@@ -314,15 +445,7 @@ private slots:
         QVector<double> half(256, 0.5);
         PlotView* view = plot(bench.scope, "plotI");
         const auto badgePixels = [view](QRect place) {
-            const QImage picture = view->grab(place).toImage();
-            int found = 0;
-            for (int y = 0; y < picture.height(); ++y) {
-                for (int x = 0; x < picture.width(); ++x) {
-                    const QColor color = picture.pixelColor(x, y);
-                    found += color.red() > 200 && color.blue() < 40 ? 1 : 0;
-                }
-            }
-            return found;
+            return yellowPixels(view->grab().toImage(), place);
         };
         bench.scope.plotEyeConsData(full, full);
         view->grab();

@@ -65,6 +65,8 @@ private slots:
         QFETCH(int, stored);
         ScopesPage page;
         for (int n = 1; n <= 3; ++n) {
+            page.setMode(n, *ScopeMode::ofMessage(message == 3 ? 1 : 3)); // another one
+            QVERIFY(page.storedMode(n) != stored);
             page.setMode(n, *ScopeMode::ofMessage(message));
             QCOMPARE(page.modeButton(n)->text(), text.arg(n));
             QCOMPARE(page.scope(n)->plotType(), plotType);

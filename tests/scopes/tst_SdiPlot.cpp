@@ -102,6 +102,14 @@ private slots:
         plot.addRecord(record(1, 2, 3, 4, 5));
         painted(plot, {200, 100});
         painted(plot, {1, 1});
+        painted(plot, {0, 0});
+        for (int k = 0; k < SdiPlot::Records; ++k) {
+            plot.addRecord(record(255, 0, 128));
+        }
+        const QImage picture = painted(plot, {200, 250});
+        QCOMPARE(picture.pixelColor(100, 3), QColor(Qt::red));
+        QCOMPARE(picture.pixelColor(100, 97), QColor(Qt::red));
+        QCOMPARE(picture.pixelColor(100, 20), QColor(Qt::black));
     }
 };
 

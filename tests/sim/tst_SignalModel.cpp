@@ -154,6 +154,68 @@ private slots:
         QVERIFY(errorVectorDb(settingsOf("qpsk:snr=60:phase=5:level=0.4"), 4000) < -19.5);
     }
 
+    void i_and_q_off_their_right_angle_are_correlated_data()
+    {
+        QTest::addColumn<QByteArray>("signal");
+        QTest::addColumn<double>("degrees");
+        QTest::newRow("a right angle") << QByteArray("qpsk:snr=60") << 0.0;
+        QTest::newRow("8 degrees") << QByteArray("qpsk:snr=60:skew=8") << 8.0;
+        QTest::newRow("-20 degrees") << QByteArray("qpsk:snr=60:skew=-20") << -20.0;
+        QTest::newRow("30 degrees, 16QAM") << QByteArray("16qam:snr=60:level=0.4:skew=30") << 30.0;
+        QTest::newRow("8 degrees, and more gain of I")
+            << QByteArray("qpsk:snr=60:level=0.4:imbalance=3:skew=8") << 8.0;
+    }
+
+    void i_and_q_off_their_right_angle_are_correlated()
+    {
+        QFETCH(QByteArray, signal);
+        QFETCH(double, degrees);
+        QVector<int> i;
+        QVector<int> q;
+        SignalModel(settingsOf(signal.constData()), 5).append(20000, 1, i, q);
+        double ii = 0.0;
+        double qq = 0.0;
+        double iq = 0.0;
+        for (int k = 0; k < i.size(); ++k) {
+            ii += static_cast<double>(i.at(k)) * i.at(k);
+            qq += static_cast<double>(q.at(k)) * q.at(k);
+            iq += static_cast<double>(i.at(k)) * q.at(k);
+        }
+        const double found = iq / std::sqrt(ii * qq);
+        const double expected = std::sin(degrees * 3.14159265358979 / 180.0);
+        QVERIFY2(std::abs(found - expected) < 0.03, qPrintable(QString::number(found)));
+    }
+
+    void the_roll_off_is_what_was_asked_for_data()
+    {
+        QTest::addColumn<double>("rollOff");
+        for (const double rollOff : {0.2, 0.35, 0.5, 0.75, 1.0}) {
+            QTest::addRow("%g", rollOff) << rollOff;
+        }
+    }
+
+    // Both filters together are a raised cosine, whose square over the frequency holds
+    // 1 - rollOff / 4 of the power at the decisions: so much is the mean power of all samples.
+    void the_roll_off_is_what_was_asked_for()
+    {
+        QFETCH(double, rollOff);
+        SignalSettings settings = settingsOf("qpsk:snr=100:level=0.3");
+        settings.rolloff = rollOff;
+        QVector<int> i;
+        QVector<int> q;
+        SignalModel(settings, 9).append(80000, iqBlock::EyeSamplesPerSymbol, i, q);
+        double atDecisions = 0.0;
+        double atAll = 0.0;
+        for (int k = 0; k < i.size(); ++k) {
+            const double power = std::norm(std::complex<double>(i.at(k), q.at(k)));
+            atAll += power / iqBlock::EyeSamplesPerSymbol;
+            atDecisions += k % iqBlock::EyeSamplesPerSymbol == 0 ? power : 0.0;
+        }
+        const double found = atAll / atDecisions;
+        QVERIFY2(
+            std::abs(found - (1.0 - rollOff / 4.0)) < 0.012, qPrintable(QString::number(found)));
+    }
+
     void a_narrow_filter_brings_interference()
     {
         const double wide = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=4"), 2000);

@@ -52,10 +52,6 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(plot(1)->paintCount() > 5, LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(plot(2)->paintCount() > 5, LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(plot(3)->paintCount() > 5, LongMs);
-        const QString directory = qEnvironmentVariable("QN740_PICTURES");
-        if (!directory.isEmpty()) {
-            QVERIFY(grabScreen().save(directory + "/desk.png"));
-        }
     }
 
     void sdi_is_set_by_the_unit_and_shown()

@@ -9,6 +9,8 @@
 #include "sim/ScopeBytes.h"
 #include "sim/SignalModel.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace {
@@ -54,6 +56,14 @@ constexpr std::array Sheets{
             {Constellation, "16qam:snr=30:level=1"}}}},
 };
 
+// Whatever the scope has seen before: empty, and its range as at the start.
+void beginAnew(Scope& scope)
+{
+    QVector<double> full(iqBlock::Records, 1.0);
+    scope.plotEyeConsData(full, full);
+    scope.clearPlots();
+}
+
 void plotRecords(Scope& scope)
 {
     for (quint32 number = 0; number < Records; ++number) {
@@ -88,25 +98,35 @@ void plotBlocks(Tour& tour, Scope& scope, const Shown& shown)
 
 void visitSignals(Tour& tour)
 {
+    // the unit's own signals end, and with them the phase and magnitudes that it tells
+    for (const char* off : {"SM,1,0", "SM,2,0", "SM,3,0"}) {
+        tour.unit(off);
+    }
     showView(tour, Views::Scopes);
     for (const Sheet& sheet : Sheets) {
+        tour.unit(sheet.magnitudesAndPhase);
+        // from here to the picture nothing is read: a last block of the unit's may still be under
+        // way on a slow machine
         for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
             const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
             // not by the unit, which would send signals of its own
             tour.window().process_SM({QString::number(demodulator), QString::number(shown.mode)});
-            Tour::settle();
+        }
+        QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers); // the page's layout
+        for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
+            const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
             Scope& scope = *tour.window().scopes->scope(demodulator);
+            beginAnew(scope);
             if (shown.mode == Sdi) {
                 plotRecords(scope);
             } else {
                 plotBlocks(tour, scope, shown);
             }
         }
-        tour.unit(sheet.magnitudesAndPhase);
         tour.picture(sheet.picture);
     }
-    tour.window().process_SM({"1", "0"});
-    tour.window().process_SM({"2", "0"});
-    tour.window().process_SM({"3", "0"});
+    for (const char* off : {"SM,1,0", "SM,2,0", "SM,3,0"}) {
+        tour.unit(off);
+    }
     showView(tour, Views::Menus);
 }

@@ -90,7 +90,7 @@ void visitMenus(Tour& tour);
 void visitMainMenus(Tour& tour);
 void visitEditors(Tour& tour);
 void visitScopes(Tour& tour);
-void visitSignals(Tour& tour); // before any station that has the unit send to the scopes
+void visitSignals(Tour& tour);
 
 // Instead of the stations, for menus that are somebody's own: every page of every menu.
 void visitAllMenus(Tour& tour);
