@@ -4,6 +4,7 @@
 #include "scopes/PlotView.h"
 #include "wire/Log.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -14,6 +15,8 @@ namespace {
 
 constexpr qint32 BaudRate = 115200;
 constexpr qint64 ReadBufferBytes = 4096;
+constexpr int SilenceMs = 2000; // that of 15 blocks
+constexpr QRgb NoteColor = 0xffa0a0a0;
 
 const std::array<QColor, 8> LineColors{QColor(255, 0, 0), QColor(0, 255, 0), QColor(64, 64, 255),
     QColor(0, 255, 255), QColor(255, 0, 255), QColor(255, 255, 0), QColor(255, 255, 255),
@@ -46,6 +49,11 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     setPalette(black);
     setAutoFillBackground(true);
     setUpPlots();
+    m_silence.setParent(this);
+    m_silence.setObjectName(QStringLiteral("silence"));
+    m_silence.setSingleShot(true);
+    m_silence.setInterval(SilenceMs);
+    connect(&m_silence, &QTimer::timeout, this, &Scope::markSilence);
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
@@ -144,8 +152,20 @@ void Scope::setPlotType(int type)
     }
 }
 
+void Scope::paintEvent(QPaintEvent* event)
+{
+    QWidget::paintEvent(event);
+    if (!m_plotsShown) {
+        QPainter painter(this);
+        painter.setPen(QColor::fromRgb(NoteColor));
+        painter.drawText(
+            rect(), Qt::AlignCenter | Qt::TextWordWrap, QStringLiteral("Hidden by the main unit"));
+    }
+}
+
 void Scope::clearPlots()
 {
+    m_silence.stop();
     for (PlotContent* content : contents()) {
         content->clear();
     }
@@ -199,6 +219,7 @@ void Scope::setPlotsShown(bool shown)
 {
     m_plotsShown = shown;
     layOutPlots();
+    update();
 }
 
 void Scope::plotClickSlot()
@@ -234,6 +255,16 @@ void Scope::plotEyeConsData(QVector<double>& i, QVector<double>& q)
         m_eyeI.addBlock(i);
         m_eyeQ.addBlock(q);
     }
+    m_plotI->dataChanged();
+    m_plotQ->dataChanged();
+}
+
+void Scope::markSilence()
+{
+    const QString badge = QStringLiteral("NO DATA");
+    m_eyeI.setBadge(badge);
+    m_eyeQ.setBadge(badge);
+    m_constellation.setBadge(badge);
     m_plotI->dataChanged();
     m_plotQ->dataChanged();
 }
@@ -308,6 +339,7 @@ void Scope::decodeIq(const QByteArray& bytes)
             QVector<double> i = m_decoder.i();
             QVector<double> q = m_decoder.q();
             plotEyeConsData(i, q);
+            m_silence.start();
             emit rcv_eye_msg(i, q);
         }
     }

@@ -10,6 +10,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTimer>
 #include <QVector>
 #include <QWidget>
 
@@ -23,7 +24,9 @@ class QVBoxLayout;
 // What the port has goes in bulk to the decoder of the plot type, I/Q blocks or SDI records. A
 // finished block or record is first plotted, then leaves by rcv_eye_msg or rcv_sdi_msg, whether or
 // not anybody sees the plot. Two plots lie one above the other: the eyes of I and Q; constellation
-// and SDI strips use the upper one alone. A broken block is dropped without a word.
+// and SDI strips use the upper one alone. A broken block is dropped without a word; a plot that
+// gets no more blocks keeps the last ones and says so ("NO DATA"), as they look like a steady
+// signal.
 //
 // Both signals leave while the port tells of its data: whoever gets one may have the scope deleted
 // later (deleteLater()), but not at once, which would take the port away from under itself.
@@ -69,7 +72,8 @@ public:
     void setLineColor(int color);
     QColor lineColor() const { return m_lineColor; }
 
-    // Shows or hides the plots; the scope keeps its place and goes on receiving.
+    // Shows or hides the plots; the scope keeps its place, which tells why it is empty, and goes on
+    // receiving.
     void setPlotsShown(bool shown);
     bool plotsShown() const { return m_plotsShown; }
 
@@ -106,6 +110,7 @@ signals:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     std::array<PlotContent*, 4> contents();
@@ -113,6 +118,7 @@ private:
     void layOutPlots();
     void shareHeight();
     void applyRange();
+    void markSilence();
     void decodeIq(const QByteArray& bytes);
     void decodeSdi(const QByteArray& bytes);
 
@@ -128,6 +134,7 @@ private:
     PlotView* m_plotI = nullptr;
     PlotView* m_plotQ = nullptr;
     QColor m_lineColor;
+    QTimer m_silence; // since the last block
     int m_plotType = EyePattern;
     int m_numOfPlots = 2;
     bool m_showQPlot = true;

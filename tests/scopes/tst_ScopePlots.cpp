@@ -1,5 +1,6 @@
 // How a scope shows what it has received.
 #include "scopes/ScopeBench.h"
+#include "spectrum/Clock.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
@@ -318,6 +319,65 @@ private slots:
         QVERIFY(plot(bench.scope, "plotQ")->content()->badge().isEmpty());
         bench.scope.plotEyeConsData(fine, fine);
         QVERIFY(plot(bench.scope, "plotI")->content()->badge().isEmpty());
+    }
+
+    void a_plot_that_gets_no_more_blocks_says_so_data()
+    {
+        QTest::addColumn<int>("plotType");
+        QTest::addColumn<bool>("withQ");
+        QTest::newRow("eye pattern") << int(Scope::EyePattern) << true;
+        QTest::newRow("constellation") << int(Scope::Constellation) << false;
+    }
+
+    void a_plot_that_gets_no_more_blocks_says_so()
+    {
+        QFETCH(int, plotType);
+        QFETCH(bool, withQ);
+        Bench bench;
+        bench.scope.setPlotType(plotType);
+        auto* silence = bench.scope.findChild<QTimer*>("silence");
+        QVERIFY(silence != nullptr && !silence->isActive());
+        const auto badges = [&] {
+            return QStringList{plot(bench.scope, "plotI")->content()->badge(),
+                withQ ? plot(bench.scope, "plotQ")->content()->badge() : "NO DATA"};
+        };
+        bench.line.write(steady(16000, 16000));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        QVERIFY(badges().first().isEmpty());
+        QCOMPARE(testClock::intervals(silence), QList<int>{2000});
+        testClock::expire(silence);
+        QCOMPARE(badges(), (QStringList{"NO DATA", "NO DATA"}));
+        const int painted = plot(bench.scope, "plotI")->paintCount();
+        QTRY_VERIFY(plot(bench.scope, "plotI")->paintCount() > painted);
+
+        bench.line.write(steady(16000, 16000));
+        QTRY_COMPARE(bench.blocks.size(), 2);
+        QVERIFY(badges().first().isEmpty());
+        QVERIFY(silence->isActive());
+        bench.scope.clearPlots();
+        QVERIFY(!silence->isActive());
+        QVERIFY(badges().first().isEmpty());
+    }
+
+    void hidden_plots_leave_a_word_of_why()
+    {
+        Bench bench;
+        const auto words = [&] {
+            const QImage picture = bench.scope.grab().toImage();
+            int light = 0;
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    light += picture.pixelColor(x, y).lightness() > 80 ? 1 : 0;
+                }
+            }
+            return light;
+        };
+        bench.scope.setPlotsShown(false);
+        QTRY_VERIFY(!plot(bench.scope, "plotI")->isVisible());
+        const int letters = words();
+        QVERIFY2(letters > 100 && letters < 3000, qPrintable(QString::number(letters)));
+        bench.scope.setPlotsShown(true);
+        QVERIFY(words() > 3000); // the plots instead
     }
 
     void a_clipped_block_only_fades_what_came_before_it()
