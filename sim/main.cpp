@@ -5,6 +5,7 @@
 #include "sim/LineOptions.h"
 #include "sim/MainUnit.h"
 #include "sim/MenuFile.h"
+#include "sim/MessageRules.h"
 #include "sim/Printer.h"
 #include "sim/PseudoTerminal.h"
 #include "sim/RecordFile.h"
@@ -173,7 +174,9 @@ MenuFile menusFor(const Options& options)
 
 void typeLine(MainUnit& unit, const QByteArray& text)
 {
-    const MenuFile::Line line = MenuFile::parseLine(text);
+    const MenuFile::Line line = text.size() > InputLines::LongestLine
+        ? MenuFile::Line{std::nullopt, rules::tooLong()}
+        : MenuFile::parseLine(text);
     if (!line.fault.isEmpty()) {
         Printer::error(QLatin1String("refused: ") + line.fault);
     } else if (line.step && !unit.type(*line.step)) {
