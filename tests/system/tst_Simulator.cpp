@@ -257,7 +257,7 @@ private slots:
             unit = std::make_unique<Program>(QN740_SIM, QStringList{"--dir", own, "--no-menus"});
             QTRY_VERIFY_WITH_TIMEOUT(unit->has("sim: ready " + own.toUtf8()), LongMs);
         }
-        // a session of its own, so that its children end with it
+        // a process group of its own, so that its children end with it
         Program shell("setsid",
             {"sh", "-c", "cd " + home.path() + "; " + QString(command).replace("/tmp/dev", own)},
             {"PATH=" + bin + ':' + qEnvironmentVariable("PATH")});
@@ -282,7 +282,8 @@ private slots:
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         for (const char* text : {"--dir", "--menu", "--check", "--trace", "--no-menus", "Examples;",
-                 "QN740_DEV=", "SK:Some Menu:", "D1:RATE:"}) {
+                 "QN740_DEV=", "SK:Some Menu:", "D1:RATE:", "sim: seed N", "trace: SECONDS",
+                 "refused: REASON", "up to 32 at once"}) {
             QVERIFY2(program.output().contains(text), text);
         }
     }
