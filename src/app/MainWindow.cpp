@@ -27,7 +27,7 @@ constexpr int StatusBarHeight = 50;
 constexpr int StatusButtonHeight = 30;
 constexpr int StatusButtonWidth = 106;
 constexpr int StatusFontPixels = 16;
-constexpr QColor DisabledText(40, 40, 40);
+constexpr QColor DisabledText(0x16, 0x32, 0x4e);
 constexpr QMargins StatusBarMargins(8, 0, 4, 0);
 constexpr int StartPageLastCell = 5;
 
@@ -173,7 +173,7 @@ QPushButton* MainWindow::addStatusButton(
     QFont font = button->font();
     font.setPixelSize(StatusFontPixels);
     button->setFont(font);
-    // a disabled button gets pale by itself, and its text has to be read on that
+    // by itself it would be as pale as the button
     QPalette palette = button->palette();
     palette.setColor(QPalette::Disabled, QPalette::ButtonText, DisabledText);
     button->setPalette(palette);
