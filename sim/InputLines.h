@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sim/MessageRules.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
@@ -11,13 +13,15 @@ class InputLines : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype LongestLine = 65536;
+    // Every character of the longest message may be typed as "\xHH".
+    static constexpr qsizetype LongestLine = 4 * rules::LongestMessage;
 
     // fileDescriptor: open for reading, not owned.
     explicit InputLines(int fileDescriptor, QObject* parent = nullptr);
 
 signals:
-    // One line without its end; cut off at LongestLine bytes.
+    // One line without its end. Of a line that is longer than LongestLine only one byte more comes,
+    // by which it is known.
     void line(QByteArray text);
 
 private:

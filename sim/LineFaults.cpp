@@ -32,7 +32,8 @@ QList<FaultTable::Fault> LineFaults::names()
         {Cut, QLatin1String("the message comes without its end")},
         {Junk, QLatin1String("up to 16 random bytes come in front of the message")},
         {Split, QLatin1String("the message comes in pieces, some milliseconds apart")},
-        {Burst, QLatin1String("the message waits and comes with those after it, 32 at once")}};
+        {Burst,
+            QLatin1String("the message waits and comes with those after it, up to 32 at once")}};
 }
 
 QList<LineFaults::Piece> LineFaults::pass(const QByteArray& frame)

@@ -13,7 +13,7 @@
 //     cut     the frame ends somewhere before its last byte
 //     junk    1 to 16 bytes of any value come in front of the frame
 //     split   the frame comes in 2 to 4 pieces, some milliseconds apart
-//     burst   the frame is held, and goes out in one write with those after it, 32 in all
+//     burst   the frame is held, and goes out in one write with those after it, up to 32 at once
 class LineFaults
 {
 public:

@@ -211,6 +211,9 @@ namespace rules {
 
 QString fault(const QString& body)
 {
+    if (body.size() > LongestMessage) {
+        return tooLong();
+    }
     QString reason = unsendable(body);
     if (!reason.isEmpty()) {
         return reason;
@@ -221,6 +224,11 @@ QString fault(const QString& body)
     const auto known = std::find_if(rules.begin(), rules.end(),
         [&word](const Rule& candidate) { return candidate.word == word; });
     return known == rules.end() ? unknownWord(word) : faultByRule(*known, fields);
+}
+
+QString tooLong()
+{
+    return QStringLiteral("the message is longer than %1 characters").arg(LongestMessage);
 }
 
 } // namespace rules

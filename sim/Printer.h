@@ -9,7 +9,7 @@
 //     sim: ready DIR              the devices are there
 //     sim: panel opened ttyO1     and "closed"
 //     sim: menus sent
-//     sim: seed N                 when faults were asked for
+//     sim: seed N                 when faults or a seed were asked for
 //     sim: N of M frames came back     at the end of a replay, and what did not
 //     panel: BODY                 a message from the panel, without its frame
 //     panel (unframed): TEXT      what stood in no frame

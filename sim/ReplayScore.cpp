@@ -5,35 +5,46 @@
 
 #include <QRegularExpression>
 
+#include <array>
+#include <optional>
+
 namespace {
 
-// Out: how an answer to the body looks, as a pattern for the frame; empty when there is none.
-QString answerTo(const QString& body)
+// The questions that a panel answers by itself. No frame answers two of them.
+enum class Question { Ping, Version, LinkMode, SpectrumStart };
+constexpr int Questions = 4;
+
+// Out: the question that the body is.
+std::optional<Question> questionIn(const QString& body)
 {
     if (body == QLatin1String("PING")) {
-        return QStringLiteral("\x02PONG\x04");
+        return Question::Ping;
     }
     if (body == QLatin1String("VER")) {
-        return QStringLiteral("\x02[0-9.]+\x04");
+        return Question::Version;
     }
     if (body == QLatin1String("Slave")) {
-        return QStringLiteral("\x02Slave,-?[0-9]+\x04");
+        return Question::LinkMode;
     }
-    // three texts without a frame, which come in one go
-    return body == QLatin1String("ST,1") ? QStringLiteral("D1:SPEN:1.*") : QString();
+    return body == QLatin1String("ST,1") ? std::optional(Question::SpectrumStart) : std::nullopt;
 }
 
-// Out: whether the frame answers one of these; that one is taken out of them.
-bool takeOwed(QStringList& owed, const QString& frame)
+// Out: the question that the frame would answer.
+std::optional<Question> questionAnsweredBy(const QString& frame)
 {
-    for (qsizetype i = 0; i < owed.size(); ++i) {
-        const QRegularExpression form(QRegularExpression::anchoredPattern(owed.at(i)));
-        if (form.match(frame).hasMatch()) {
-            owed.removeAt(i);
-            return true;
-        }
+    static const QRegularExpression version(QStringLiteral("\\A\x02[0-9.]+\x04\\z"));
+    static const QRegularExpression mode(QStringLiteral("\\A\x02Slave,-?[0-9]+\x04\\z"));
+    if (frame == QLatin1String("\x02PONG\x04")) {
+        return Question::Ping;
     }
-    return false;
+    // three texts without a frame, which come in one go
+    if (frame.startsWith(QLatin1String("D1:SPEN:1"))) {
+        return Question::SpectrumStart;
+    }
+    if (mode.match(frame).hasMatch()) {
+        return Question::LinkMode;
+    }
+    return version.match(frame).hasMatch() ? std::optional(Question::Version) : std::nullopt;
 }
 
 } // namespace
@@ -42,19 +53,25 @@ ReplayScore::ReplayScore(const QList<wire::TraceLine>& lines)
     : m_lines(lines)
     , m_cameBack(lines.size(), false)
 {
-    constexpr qsizetype MostOwed = 1000; // of questions to a panel that never answered
-    QStringList owed;
+    std::array<qsizetype, Questions> open{}; // asked and not answered yet, of each
+    const auto count = [&open](Question question) -> qsizetype& {
+        return open.at(static_cast<size_t>(question));
+    };
     for (const wire::TraceLine& line : lines) {
         if (!line.in) {
-            m_kinds += takeOwed(owed, line.frame) ? Kind::Answer : Kind::Pressed;
+            const auto answered = questionAnsweredBy(line.frame);
+            const bool isAnswer = answered && count(*answered) > 0;
+            m_kinds += isAnswer ? Kind::Answer : Kind::Pressed;
+            if (isAnswer) {
+                count(*answered) -= 1;
+            }
             continue;
         }
         m_kinds += Kind::Sent;
-        const QString pattern = Recording::isFramed(line.frame)
-            ? answerTo(line.frame.mid(1, line.frame.size() - 2))
-            : QString();
-        if (!pattern.isEmpty() && owed.size() < MostOwed) {
-            owed += pattern;
+        if (Recording::isFramed(line.frame)) {
+            if (const auto asked = questionIn(line.frame.mid(1, line.frame.size() - 2))) {
+                count(*asked) += 1;
+            }
         }
     }
 }

@@ -20,8 +20,8 @@
 // begin with, values that the unit itself changes, modes of the scopes. Out go signals.
 //
 //     Dn:RATE:bps   symbol rate: the carrier's width; noise per symbol (the transmitter's power
-//     stays
-//                   the same), interference between symbols when the tuner's filter gets too narrow
+//                   stays the same), interference between symbols when the tuner's filter gets too
+//                   narrow
 //     Dn:MODE:x     modulation, if the text of the choice names one that SignalModel has
 //     Dn:ROLL:0.35  roll-off of the shaping
 //     Dn:DSDM:m     what the scope port sends

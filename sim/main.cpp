@@ -5,6 +5,7 @@
 #include "sim/LineOptions.h"
 #include "sim/MainUnit.h"
 #include "sim/MenuFile.h"
+#include "sim/MessageRules.h"
 #include "sim/Printer.h"
 #include "sim/PseudoTerminal.h"
 #include "sim/RecordFile.h"
@@ -34,7 +35,12 @@ What it prints (standard output, one line each):
   sim: panel opened ttyO1   and "closed", "menus sent"
   panel: BODY               a message from the panel, without STX and EOT
   panel (unframed): TEXT    what stood in no frame
+  sim: seed N               when faults or a seed were asked for
   sim: N of M frames came back        at the end of a replay, and what did not
+  trace: SECONDS in MESSAGE           with --trace, what goes to the panel
+  trace: SECONDS out MESSAGE          and what comes from it
+and on standard error:
+  refused: REASON           a line that was typed is no message and was not sent
 
 A menu file, and what is typed on standard input, has one message a line:
   AK,Menu,id,Label,1,R1:FREQ:,2200 2400,1,,2250.5,0,1
@@ -173,7 +179,9 @@ MenuFile menusFor(const Options& options)
 
 void typeLine(MainUnit& unit, const QByteArray& text)
 {
-    const MenuFile::Line line = MenuFile::parseLine(text);
+    const MenuFile::Line line = text.size() > InputLines::LongestLine
+        ? MenuFile::Line{std::nullopt, rules::tooLong()}
+        : MenuFile::parseLine(text);
     if (!line.fault.isEmpty()) {
         Printer::error(QLatin1String("refused: ") + line.fault);
     } else if (line.step && !unit.type(*line.step)) {

@@ -27,6 +27,7 @@ constexpr int StatusBarHeight = 50;
 constexpr int StatusButtonHeight = 30;
 constexpr int StatusButtonWidth = 106;
 constexpr int StatusFontPixels = 16;
+constexpr QColor DisabledText(0x16, 0x32, 0x4e);
 constexpr QMargins StatusBarMargins(8, 0, 4, 0);
 constexpr int StartPageLastCell = 5;
 
@@ -172,6 +173,10 @@ QPushButton* MainWindow::addStatusButton(
     QFont font = button->font();
     font.setPixelSize(StatusFontPixels);
     button->setFont(font);
+    // by itself it would be as pale as the button
+    QPalette palette = button->palette();
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, DisabledText);
+    button->setPalette(palette);
     return button;
 }
 

@@ -75,6 +75,9 @@ public:
     void lendChart(QGridLayout* place);
     void returnChart();
 
+    // Refuses every request: the window cannot be closed.
+    void closeEvent(QCloseEvent* event) override;
+
     int mainMenuIndex() const { return views->mainMenu.index(); }
     int paxMenuIndex() const { return views->paxMenu.index(); }
     bool displayActive() const { return views->displayActive(); }
@@ -173,8 +176,6 @@ signals:
     void killbox();
 
 protected:
-    // The window cannot be closed.
-    void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

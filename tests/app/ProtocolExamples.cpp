@@ -54,6 +54,7 @@ const QList<Form>& forms()
         {Kind::BoxShows, "box shows `[^`]+`"},
         {Kind::NoBox, "no box is shown"},
         {Kind::ScopeIs, "scope `[123]` is (shown|hidden)"},
+        {Kind::ScopeColour, "scope `[123]` is `[a-z]+`"},
         {Kind::PhaseIs, "phase `[^`]+` is lit"},
         {Kind::MagnitudesAre, "magnitudes are `[0-9]+` and `[0-9]+`"},
         {Kind::ChartIs, "chart `[012]` is (shown|hidden)"},
@@ -306,6 +307,7 @@ ExampleRun::Outcome ExampleRun::attempt(const Example::Statement& statement)
         holds = box == nullptr;
         break;
     case Kind::ScopeIs:
+    case Kind::ScopeColour:
     case Kind::PhaseIs:
     case Kind::MagnitudesAre:
         holds = scopeHolds(statement);
@@ -408,6 +410,10 @@ bool ExampleRun::scopeHolds(const Example::Statement& statement) const
         const Scope* scope = page->scope(first.toInt());
         const auto* plot = scope != nullptr ? scope->findChild<QWidget*>("plotI") : nullptr;
         return plot != nullptr && plot->isVisible() == statement.text.endsWith("shown");
+    }
+    if (statement.kind == Kind::ScopeColour) {
+        const Scope* scope = page->scope(first.toInt());
+        return scope != nullptr && scope->lineColor() == QColor(statement.names.value(1));
     }
     const StcMagPhasePlot* display = page->magPhasePlot();
     if (statement.kind == Kind::MagnitudesAre) {

@@ -26,6 +26,7 @@
 //     box shows `TEXT`
 //     no box is shown
 //     scope `N` is shown            or hidden; demodulator 1 to 3
+//     scope `N` is `COLOUR`
 //     phase `45°` is lit            and no other
 //     magnitudes are `A` and `B`
 //     chart `C` is shown            or hidden; channel 0 to 2, on the page that is shown
@@ -51,6 +52,7 @@ struct Example
         BoxShows,
         NoBox,
         ScopeIs,
+        ScopeColour,
         PhaseIs,
         MagnitudesAre,
         ChartIs,

@@ -7,11 +7,16 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
+#include <QCloseEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QSplashScreen>
 #include <QStatusBar>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace {
 QSplashScreen* splash()
@@ -22,6 +27,16 @@ QSplashScreen* splash()
         }
     }
     return nullptr;
+}
+
+// Relative, 0 for black to 1 for white, as the contrast of texts is reckoned by.
+double luminance(const QColor& colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+        0.0722 * linear(colour.blueF());
 }
 } // namespace
 
@@ -168,6 +183,34 @@ private slots:
         m_window->show();
         QVERIFY(!m_window->close());
         QVERIFY(m_window->isVisible());
+        QCloseEvent request;
+        m_window->closeEvent(&request);
+        QVERIFY(!request.isAccepted());
+    }
+
+    void the_linking_button_can_be_read_while_its_window_is_open()
+    {
+        constexpr double Readable = 4.5;
+        constexpr int Edge = 6;
+        m_window->show();
+        m_window->process_config_menu();
+        QPushButton* button = m_window->linkButton;
+        QVERIFY(!button->isEnabled());
+        QCOMPARE(button->styleSheet(), QString("background-color: #4682b4"));
+        const QImage image = button->grab(button->rect().adjusted(Edge, Edge, -Edge, -Edge))
+                                 .toImage()
+                                 .convertToFormat(QImage::Format_RGB32);
+        std::vector<double> all;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                all.push_back(luminance(image.pixelColor(x, y)));
+            }
+        }
+        std::sort(all.begin(), all.end());
+        const double ground = all.at(all.size() / 2);
+        const double text = all.front();
+        const double contrast = (ground + 0.05) / (text + 0.05);
+        QVERIFY2(contrast >= Readable, qPrintable(QString::number(contrast)));
     }
 
     void the_link_button_is_enabled_again_by_its_slot()
@@ -230,6 +273,16 @@ private slots:
         QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - Tuner CH1"));
         unit("SK,Unknown");
         QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - Tuner CH1"));
+    }
+
+    void the_text_of_sk_outlives_the_time_of_a_text_before_it()
+    {
+        m_window->show();
+        unit("AK,A,k,L,5,C,,0,,0,0,1");
+        unit("SB,100,Soon over");
+        unit("SK,A");
+        QTest::qWait(400);
+        QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - A"));
     }
 
     void sk_only_records_the_menu_while_a_display_is_up()

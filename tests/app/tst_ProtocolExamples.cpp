@@ -258,6 +258,8 @@ private slots:
         };
         scope("scope hidden", "SQ,1,1", "scope `1` is hidden");
         scope("scope shown", "SQ,1,0", "scope `1` is shown");
+        scope("another colour of a scope", "LC,1,1", "scope `1` is `red`");
+        scope("colour of another scope", "LC,1,1", "scope `2` is `lime`");
         scope("another phase", "PM,0.25,60,75", "phase `67.5\u00b0` is lit");
         scope("other magnitudes", "PM,0.25,60,75", "magnitudes are `60` and `74`");
         QTest::newRow("editor left open")

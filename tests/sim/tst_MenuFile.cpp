@@ -134,6 +134,27 @@ private slots:
         QVERIFY(!parsed.step.has_value());
     }
 
+    void a_message_has_65536_characters_at_most_data()
+    {
+        QTest::addColumn<QString>("letter"); // as it stands in the file
+        QTest::newRow("plain") << "x";
+        QTest::newRow("escaped") << "\\xe9";
+        QTest::newRow("UTF-8") << QString(QChar(0xe9));
+    }
+
+    void a_message_has_65536_characters_at_most()
+    {
+        QFETCH(QString, letter);
+        const QString start("SB,0,");
+        const QString longest = start + letter.repeated(65536 - start.size());
+        QCOMPARE(MenuFile::parseLine(longest.toUtf8()).fault, QString());
+        QCOMPARE(MenuFile::parseLine(longest.toUtf8()).step->body.size(), 65536);
+        const MenuFile file = MenuFile::parse("PING\n" + (longest + letter).toUtf8(), "my.menu");
+        QCOMPARE(
+            file.errors(), QStringList{"my.menu:2: the message is longer than 65536 characters"});
+        QCOMPARE(file.messageCount(), 1);
+    }
+
     void all_faults_are_told_with_file_and_line()
     {
         const MenuFile file = MenuFile::parse("# head\n\nAK,1\nPING\n  # more\nnone\n", "my.menu");

@@ -68,6 +68,25 @@ private slots:
         QTEST(answers, "answers");
     }
 
+    // The time for a line must not grow with what is open: else this does not come to its end.
+    void many_open_questions_do_not_hold_up_a_long_recording()
+    {
+        constexpr int Open = 1000;
+        constexpr int Presses = 200000;
+        QList<wire::TraceLine> lines(Open, {1.0, true, frame("Slave")});
+        lines += QList<wire::TraceLine>(Presses, {1.0, false, frame("R1:AGC:1")});
+        lines += QList<wire::TraceLine>(Open + 1, {1.0, false, frame("Slave,0")});
+        const ReplayScore score(lines);
+        for (int i = 0; i < Open + Presses; ++i) {
+            QVERIFY(!score.isAnswer(i));
+        }
+        for (int i = 0; i < Open; ++i) {
+            QVERIFY(score.isAnswer(Open + Presses + i));
+        }
+        QVERIFY(!score.isAnswer(lines.size() - 1)); // nobody has asked for this one
+        QCOMPARE(score.expected(), Presses + Open + 1);
+    }
+
     void everything_that_comes_back_counts()
     {
         ReplayScore score(recording(Talk));

@@ -1,7 +1,8 @@
 // The real program with a card at its line: which type it takes the card for, and a spectrum all
-// the way from the line to a reader elsewhere.
+// the way from the line to a reader elsewhere, also from the simulated card of the older type.
 #include "spectrum/CardSide.h"
 #include "support/Program.h"
+#include "support/RfbClient.h"
 #include "support/TestMain.h"
 
 #include <QJsonArray>
@@ -26,6 +27,21 @@ Requests polls(Pty& card)
         }
     }
     return some;
+}
+
+// How many points of the levels are not far below the highest one.
+int width(const QJsonArray& levels)
+{
+    constexpr double Far = 12.0; // dB
+    double highest = -1000.0;
+    for (const QJsonValue& level : levels) {
+        highest = qMax(highest, level.toDouble());
+    }
+    int count = 0;
+    for (const QJsonValue& level : levels) {
+        count += level.toDouble() > highest - Far ? 1 : 0;
+    }
+    return count;
 }
 
 speed_t speed(const Pty& pty)
@@ -97,6 +113,58 @@ private slots:
         } else {
             QVERIFY(unit.received().endsWith(framed("D3:NFFT:12")));
         }
+    }
+
+    void the_older_card_of_the_unit_shows_the_span_that_the_operator_chose()
+    {
+        const QTemporaryDir parent;
+        const QString devices = parent.filePath("dev");
+        const QString socket = parent.filePath("spectra");
+        Program unit(QN740_SIM, {"--dir", devices, "--card", "older"});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: ready " + devices.toUtf8()), LongMs);
+        const quint16 port = RfbClient::freePort();
+        Program panel(QN740_PANEL,
+            {"-noK7150", "-platform", QString("vnc:size=800x480:port=%1").arg(port)},
+            {"QN740_DEV=" + devices, "QN740_SPECTRUM_SOCKET=" + socket});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
+        unit.write("PAX,1\n"); // the menu that shows the first chart
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(socket), LongMs);
+        QLocalSocket reader;
+        reader.connectToServer(socket);
+        QVERIFY(reader.waitForConnected(LongMs));
+
+        // the menus have set 20 MHz
+        QJsonObject last;
+        const auto has = [&](double span) {
+            while (reader.canReadLine()) {
+                last = QJsonDocument::fromJson(reader.readLine()).object();
+            }
+            return last.value("channel").toInt(-1) == 0 && last.value("span").toDouble() == span;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(has(21.447264), LongMs);
+        QCOMPARE(last.value("levels").toArray().size(), 1024);
+        QCOMPARE(last.value("centre").toDouble(), 2250.5);
+        const int before = width(last.value("levels").toArray());
+        QVERIFY2(before > 10, qPrintable(QString::number(before)));
+
+        // the start-up picture takes every touch for a while
+        RfbClient screen;
+        QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
+        const auto listIsOpen = [&] {
+            return screen.picture().pixelColor(30, 64) == QColor(66, 89, 148); // its title
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(
+            listIsOpen() || (screen.click({134, 445}) && listIsOpen()), LongMs); // "Span"
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !listIsOpen() || (screen.click({300, 178}) && !listIsOpen()), LongMs); // "3 MHz"
+
+        // nothing but the card's own line can have told it: the unit hears of no span
+        const auto isWide = [&] {
+            return has(3.235677106) && width(last.value("levels").toArray()) > 3 * before;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isWide(), LongMs);
+        QVERIFY(!unit.output().contains(":NFFT:"));
+        QCOMPARE(panel.state(), QProcess::Running);
     }
 };
 

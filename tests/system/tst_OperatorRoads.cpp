@@ -1,42 +1,13 @@
-// The roads of the operator from end to end: the real panel, touched through a remote screen as by
-// a finger, and the real simulated unit at the other end of its lines. What counts is what the unit
-// has received and what the screen shows. All roads share one start.
-#include "support/Program.h"
-#include "support/RfbClient.h"
+// The roads of the operator from end to end, through menus, editors and windows: what the unit has
+// received and what the screen shows. All roads share one start.
+#include "support/OperatorSeat.h"
 #include "support/TestMain.h"
 
-#include <QTemporaryDir>
-
-#include <memory>
+#include <QHash>
 
 namespace {
 
-constexpr int LongMs = 20000;
-
-const QColor Green(0, 128, 0);
-const QColor Grey(0x91, 0x91, 0x91);
-const QColor Black(0, 0, 0);
-const QColor TitleBlue(66, 89, 148); // of every editor
-
-// The buttons of the status bar.
-constexpr QPoint Linking(451, 455);
-constexpr QPoint MainMenu(563, 455);
-constexpr QPoint NextView(675, 455);
-// left of the texts of the last one's neighbour: the bar itself
-constexpr QPoint StatusBar(380, 474);
-
-// A key of a menu of up to four rows of keys, and a place on it that no text reaches.
-QPoint key(int row, int column)
-{
-    return {77 + 129 * column, 58 + 68 * row};
-}
-QPoint besideText(int row, int column)
-{
-    return key(row, column) - QPoint(54, 24);
-}
-
-// The title of an editor: beside its text, on pads and lists; on the slider's; of files and names.
-constexpr QPoint Title(30, 28);
+// The title of an editor, beside its text: on the slider's; of files and names.
 constexpr QPoint SliderTitle(220, 130);
 constexpr QPoint FilesTitle(40, 76);
 
@@ -87,157 +58,24 @@ constexpr QPoint CancelName(725, 132);
 
 } // namespace
 
-class tst_OperatorRoads : public QObject
+class tst_OperatorRoads : public QObject, private OperatorSeat
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_parent;
-    std::unique_ptr<Program> m_unit;
-    std::unique_ptr<Program> m_panel;
-    std::unique_ptr<RfbClient> m_screen;
-    qsizetype m_seen = 0; // of the unit's output
-    bool m_lost = false;
-
-    QString devices() const { return m_parent->filePath("dev"); }
-
-    void startUnit()
+public:
+    tst_OperatorRoads()
+        : OperatorSeat(QN740_SIM, QN740_PANEL)
     {
-        m_unit = std::make_unique<Program>(QN740_SIM, QStringList{"--dir", devices()});
-        m_seen = 0;
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices().toUtf8()), LongMs);
-    }
-
-    QColor at(QPoint point) { return m_screen->picture().pixelColor(point); }
-
-    // Waits until the screen has this colour at this point. Out: whether it came.
-    bool shows(QPoint point, const QColor& colour)
-    {
-        return QTest::qWaitFor([&] { return at(point) == colour; }, LongMs);
-    }
-    bool showsOther(QPoint point, const QColor& colour)
-    {
-        return QTest::qWaitFor([&] { return at(point) != colour; }, LongMs);
-    }
-
-    // Waits until this part of the screen looks other than before.
-    bool changes(const QImage& before, const QRect& part)
-    {
-        return QTest::qWaitFor(
-            [&] { return m_screen->picture().copy(part) != before.copy(part); }, LongMs);
-    }
-
-    // How many points of this part of the screen are nearly white.
-    int bright(const QRect& part)
-    {
-        const QImage image = m_screen->picture().copy(part);
-        int count = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                const QColor colour = image.pixelColor(x, y);
-                count += qMin(colour.red(), colour.blue()) > 180 ? 1 : 0;
-            }
-        }
-        return count;
-    }
-
-    void touch(QPoint point)
-    {
-        QVERIFY2(m_screen->click(point), qPrintable(m_screen->errorString()));
-    }
-    void touch(const QList<QPoint>& points)
-    {
-        for (const QPoint& point : points) {
-            touch(point);
-        }
-    }
-
-    // Lets the unit send a message and waits until the panel has carried it out.
-    void say(const QByteArray& message)
-    {
-        const QByteArray answer("panel: PONG\n");
-        const auto before = m_unit->output().count(answer);
-        m_unit->write(message + "\nPING\n");
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->output().count(answer) > before, LongMs);
-    }
-
-    // What the panel has sent since the last call, without what was asked for by say(). A picture
-    // comes behind the touches before it, an answer behind what they have sent.
-    QByteArrayList sent()
-    {
-        m_screen->picture();
-        say("PING");
-        QByteArrayList bodies;
-        const QByteArrayList lines = m_unit->output().mid(m_seen).split('\n');
-        for (const QByteArray& line : lines) {
-            if (line.startsWith("panel: ") && line != "panel: PONG") {
-                bodies += line.mid(7);
-            }
-        }
-        m_seen = m_unit->output().size();
-        return bodies;
-    }
-
-    // Waits until the panel has sent these, and nothing else.
-    void expect(const QByteArrayList& bodies)
-    {
-        QByteArrayList all;
-        QTRY_VERIFY_WITH_TIMEOUT((all += sent()).size() >= bodies.size(), LongMs);
-        QCOMPARE(all, bodies);
-    }
-
-    void openMenu(const QByteArray& name) { say("SK," + name); }
-
-    // Opens the editor of a key and waits for its title.
-    void openEditor(const QByteArray& menu, QPoint keyPoint, QPoint title = Title)
-    {
-        openMenu(menu);
-        touch(keyPoint);
-        QVERIFY(shows(title, TitleBlue));
     }
 
 private slots:
-    void initTestCase()
-    {
-        m_parent = std::make_unique<QTemporaryDir>();
-        startUnit();
-        const quint16 port = RfbClient::freePort();
-        m_panel = std::make_unique<Program>(QN740_PANEL,
-            QStringList{"-platform", QString("vnc:size=800x480:port=%1").arg(port)},
-            QStringList{"QN740_DEV=" + devices(), "XDG_CONFIG_HOME=" + m_parent->path()});
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: menus sent"), LongMs);
-        m_screen = std::make_unique<RfbClient>();
-        QVERIFY2(m_screen->connectTo(port), qPrintable(m_screen->errorString()));
-        // the start-up picture stands over all for its 15 seconds, whatever is touched below it
-        const QPoint inPicture(200, 340);
-        QVERIFY(shows(inPicture, Qt::white));
-        openMenu("Outputs");
-        touch(inPicture);
-        sent();
-        QVERIFY(!m_unit->output().contains("panel: REL"));
-        QCOMPARE(at(inPicture), QColor(Qt::white));
-        QTRY_COMPARE_WITH_TIMEOUT(at(inPicture), Grey, 2 * LongMs); // beside the text of a key
-    }
-
+    void initTestCase() { sitDown(); }
     void cleanup()
     {
-        QCOMPARE(m_panel->state(), QProcess::Running);
-        if (m_lost) {
-            return;
-        }
-        // back to the menus, whatever a road has left
-        say("DB,KILLBOX");
-        say("PAX,0");
-        sent();
-        touch(MainMenu);
-        expect({"Main"});
+        QCOMPARE(panel().state(), QProcess::Running);
+        tidyUp();
     }
-
-    void cleanupTestCase()
-    {
-        m_screen.reset();
-        m_panel.reset();
-        m_unit.reset();
-    }
+    void cleanupTestCase() { standUp(); }
 
     void a_key_opens_its_menu_and_a_switch_is_confirmed()
     {
@@ -357,11 +195,11 @@ private slots:
         expect({"R1:SQL:36"});
         // the handle stands at 36 of 100
         const QPoint handle(356, 255);
-        QVERIFY(m_screen->press(handle));
-        QVERIFY(m_screen->press({560, 255}));
+        QVERIFY(screen().press(handle));
+        QVERIFY(screen().press({560, 255}));
         QByteArrayList moved;
         QTRY_VERIFY_WITH_TIMEOUT((moved += sent()).size() >= 1, LongMs);
-        QVERIFY(m_screen->release({560, 255}));
+        QVERIFY(screen().release({560, 255}));
         const int value = moved.last().mid(7).toInt();
         QVERIFY2(moved.last().startsWith("R1:SQL:") && value > 80 && value <= 100, moved.last());
         touch({400, 341}); // "OK"
@@ -379,6 +217,22 @@ private slots:
         touch({597, 422}); // "Cancel"
         QVERIFY(showsOther(Title, TitleBlue));
         QCOMPARE(sent(), QByteArrayList());
+    }
+
+    void a_locked_choice_cannot_be_taken()
+    {
+        say("EI,Demod 1,fec,1:3");
+        openEditor("Demod 1", key(0, 5));
+        touch({{597, 212}, {597, 108}}); // "LDPC 4/5" and "Viterbi 1/2", wherever they stand
+        QCOMPARE(sent(), QByteArrayList());
+        QCOMPARE(at(Title), TitleBlue);
+        touch({203, 212}); // "LDPC 2/3"
+        expect({"D1:FEC:2"});
+        QVERIFY(showsOther(Title, TitleBlue));
+        say("EI,Demod 1,fec,");
+        openEditor("Demod 1", key(0, 5));
+        touch({597, 212});
+        expect({"D1:FEC:3"});
     }
 
     void a_file_is_chosen_named_and_left()
@@ -474,6 +328,42 @@ private slots:
         QVERIFY(shows({600, 350}, Black));
     }
 
+    void frequency_diversity_acts_on_all_demodulators_and_one_tuner()
+    {
+        openMenu("Demod 2");
+        touch(Linking);
+        expect({"Slave,0"});
+        QVERIFY(showsOther({600, 350}, Black));
+        touch({400, 289}); // "Frequency Diversity Linking"
+        expect({"Slave,2"});
+        touch({400, 352}); // "Close"
+        QVERIFY(shows({600, 350}, Black));
+        touch(key(0, 4)); // "Derandom", which is set in all
+        expect({"D1 D2 D3:DRND:0"});
+        for (const char* menu : {"Demod 1", "Demod 2", "Demod 3"}) {
+            openMenu(menu);
+            QVERIFY2(shows(besideText(0, 4), Grey), menu);
+        }
+        touch(key(0, 4)); // of Demod 3
+        expect({"D1 D2 D3:DRND:1"});
+        openMenu("Tuner CH2");
+        QVERIFY(shows(besideText(0, 3), Green)); // "AGC On"
+        touch(key(0, 3));
+        expect({"R2:AGC:0"});
+        QVERIFY(shows(besideText(0, 3), Grey));
+        openMenu("Tuner CH1");
+        QVERIFY(shows(besideText(0, 3), Green));
+        openMenu("Tuner CH2");
+        touch(key(0, 3));
+        expect({"R2:AGC:1"});
+        touch(Linking);
+        expect({"Slave,2"});
+        touch({400, 157}); // "No Linking"
+        expect({"Slave,0"});
+        touch({400, 352});
+        QVERIFY(shows({600, 350}, Black));
+    }
+
     void a_message_waits_for_the_operator_or_for_the_unit()
     {
         openMenu("Start");
@@ -493,134 +383,12 @@ private slots:
     void the_unit_opens_an_editor_and_gets_its_entry()
     {
         openMenu("Start");
-        m_unit->write("IK,Unlock,1,SYS:PIN:,0 9999,7,\n");
+        unit().write("IK,Unlock,1,SYS:PIN:,0 9999,7,\n");
         QVERIFY(shows(Title, TitleBlue));
         for (const char* name : {"1", "2", "3", "4", "Enter"}) {
             touch(padKey('n', name));
         }
         expect({"SYS:PIN:1234.000000"});
-    }
-
-    void scopes_move_and_stop_and_can_be_hidden()
-    {
-        const QRect first(60, 10, 190, 260);
-        const QRect third(540, 10, 250, 260);
-        const QPoint list(30, 28);
-        openMenu("Start");
-        touch(NextView);
-        QImage before = m_screen->picture();
-        QVERIFY(changes(before, first));
-        QVERIFY(changes(before, third));
-        touch({132, 350}); // "Demod 1 Eye Pattern"
-        QVERIFY(shows(list, TitleBlue));
-        touch({662, 108}); // "Off"
-        expect({"D1:DSDM:0"});
-        // what is under way comes to its end; from then on one stands still and another moves
-        const auto standsStill = [&] {
-            before = m_screen->picture();
-            return changes(before, third) && m_screen->picture().copy(first) == before.copy(first);
-        };
-        QVERIFY(QTest::qWaitFor(standsStill, LongMs));
-        touch({132, 350}); // "Demod 1 Off"
-        QVERIFY(shows(list, TitleBlue));
-        touch({400, 108}); // "Constellation"
-        expect({"D1:DSDM:1"});
-        before = m_screen->picture();
-        QVERIFY(changes(before, first));
-        touch({132, 350});
-        QVERIFY(shows(list, TitleBlue));
-        touch({662, 422}); // "Cancel"
-        QVERIFY(showsOther(list, TitleBlue));
-        QCOMPARE(sent(), QByteArrayList());
-        say("SQ,3,0");
-        const auto isBlack = [&] {
-            const QImage part = m_screen->picture().copy(third);
-            return part == [&part] {
-                QImage black(part.size(), part.format());
-                black.fill(Qt::black);
-                return black;
-            }();
-        };
-        QVERIFY(QTest::qWaitFor(isBlack, LongMs));
-        say("SQ,3,1");
-        QVERIFY(QTest::qWaitFor([&] { return !isBlack(); }, LongMs));
-    }
-
-    void the_spectrum_moves_and_takes_span_average_and_marker()
-    {
-        openMenu("Start");
-        touch({NextView, NextView}); // over the scopes
-        const QPoint average(662, 79);
-        QVERIFY(shows({625, 70}, Grey));
-        const QRect chart(45, 25, 550, 90);
-        QImage before = m_screen->picture();
-        QVERIFY(changes(before, chart));
-        touch(average);
-        QVERIFY(showsOther({625, 70}, Grey));
-        touch(average);
-        QVERIFY(shows({625, 70}, Grey));
-        // a tap sets a marker, a dotted line through the chart; a tap on it takes it away
-        const auto hasMarker = [this] { return bright(QRect(196, 65, 9, 45)) > 8; };
-        QVERIFY(!hasMarker());
-        touch({200, 80});
-        QVERIFY(QTest::qWaitFor(hasMarker, LongMs));
-        touch({200, 80});
-        QVERIFY(QTest::qWaitFor([&] { return !hasMarker(); }, LongMs));
-        sent();
-        touch({690, 25}); // the span
-        QVERIFY(changes(before, QRect(610, 55, 180, 60)));
-        touch({690, 120});
-        QByteArrayList spans;
-        QTRY_VERIFY_WITH_TIMEOUT((spans += sent()).size() >= 1, LongMs);
-        QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
-    }
-
-    void the_pax_menu_comes_and_goes_with_its_displays()
-    {
-        openMenu("Start");
-        touch(key(1, 2)); // "PAX Menu"
-        expect({"PAX:1:1"});
-        QVERIFY(showsOther(StatusBar, Grey));
-        QImage before = m_screen->picture();
-        QVERIFY(changes(before, QRect(500, 20, 220, 180))); // the scope
-        QVERIFY(changes(before, QRect(450, 285, 320, 90))); // the chart
-        touch({102, 211});                                  // "Combine"
-        expect({"C1:COMB:0"});
-        QVERIFY(shows({15, 185}, Grey));
-        touch({134, 445}); // "Span"
-        QVERIFY(shows({30, 64}, TitleBlue));
-        touch({300, 178}); // "3 MHz"
-        QByteArrayList spans;
-        QTRY_VERIFY_WITH_TIMEOUT((spans += sent()).size() >= 1, LongMs);
-        QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
-        touch({665, 445}); // "Start Menu"
-        expect({"PAX:0:Start:1"});
-        QVERIFY(shows(StatusBar, Grey));
-        QVERIFY(shows(besideText(0, 0), Grey));
-    }
-
-    // The last one: the main unit's line is not opened again.
-    void with_the_unit_gone_the_panel_lives_and_the_scopes_come_back()
-    {
-        openMenu("Start");
-        touch(NextView);
-        const QRect third(540, 10, 250, 260);
-        QImage before = m_screen->picture();
-        QVERIFY(changes(before, third));
-        m_lost = true;
-        m_unit.reset();
-        QTRY_VERIFY_WITH_TIMEOUT(m_panel->errors().contains("ttyO1 was lost"), LongMs);
-        m_unit = std::make_unique<Program>(
-            QN740_SIM, QStringList{"--dir", devices(), "--scope-mode", "1"});
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices().toUtf8()), LongMs);
-        // two changes: the first may be what was under way
-        for (int i = 0; i < 2; ++i) {
-            before = m_screen->picture();
-            QVERIFY(changes(before, third));
-        }
-        QCOMPARE(m_panel->state(), QProcess::Running);
-        touch(NextView); // it still takes a touch
-        QVERIFY(changes(before, QRect(610, 0, 180, 60)));
     }
 };
 

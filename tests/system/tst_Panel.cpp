@@ -5,6 +5,7 @@
 #include "support/RfbClient.h"
 #include "support/TestMain.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 
 namespace {
@@ -109,10 +110,13 @@ private slots:
 
     void the_panel_comes_up_without_its_line_and_sets_the_governor_twice()
     {
+        // notes when it is called, and whether its caller has a platform plugin by then
         QFile program(m_parent->filePath("cpufreq-set"));
         QVERIFY(program.open(QIODevice::WriteOnly));
-        program.write(
-            "#!/bin/sh\necho \"$@\" >> " + m_parent->filePath("calls").toLocal8Bit() + "\n");
+        program.write("#!/bin/sh\n"
+                      "grep -q libqvnc /proc/$PPID/maps && on=screen || on=nothing\n"
+                      "echo \"$(date +%s%3N) $on $*\" >> " +
+            m_parent->filePath("calls").toLocal8Bit() + "\n");
         program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         program.close();
         const quint16 port = RfbClient::freePort();
@@ -121,14 +125,56 @@ private slots:
                 "PATH=" + m_parent->path() + ":" + qEnvironmentVariable("PATH")});
         const auto calls = [this] {
             QFile file(m_parent->filePath("calls"));
-            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            return text.endsWith('\n') ? text.chopped(1).split('\n') : QByteArrayList();
         };
-        const QByteArray call("--governor performance\n");
-        QTRY_COMPARE_WITH_TIMEOUT(calls(), call + call, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(calls().size(), 2, LongMs);
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(300, 440), Grey, LongMs);
         QCOMPARE(panel.state(), QProcess::Running);
+        // before there is an application, and a second later
+        const QByteArrayList first = calls().at(0).split(' ');
+        const QByteArrayList second = calls().at(1).split(' ');
+        QCOMPARE(first.mid(1), (QByteArrayList{"nothing", "--governor", "performance"}));
+        QCOMPARE(second.mid(1), (QByteArrayList{"screen", "--governor", "performance"}));
+        const qint64 between = second.first().toLongLong() - first.first().toLongLong();
+        QVERIFY2(between >= 900, qPrintable(QString::number(between)));
+        QCOMPARE(calls().size(), 2);
+    }
+
+    void the_option_for_the_older_card_is_taken_to_the_letter_data()
+    {
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("-noK7150") << true;
+        QTest::newRow("-nok7150") << false;
+        QTest::newRow("-NOK7150") << false;
+        QTest::newRow("--noK7150x") << false;
+        QTest::newRow("noK7150") << false;
+    }
+
+    void the_option_for_the_older_card_is_taken_to_the_letter()
+    {
+        QFETCH(bool, taken);
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyO1");
+        Pty& card = devices.add("ttyUSB11");
+        Program panel(QN740_PANEL, {QTest::currentDataTag()});
+        QVERIFY(unit.write(framed("VER")));
+        QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
+        // a card that is there from the start has its line opened before the first answer
+        QStringList opened;
+        const QDir files(QString("/proc/%1/fd").arg(panel.processId()));
+        for (const QFileInfo& file : files.entryInfoList(QDir::System | QDir::Files)) {
+            opened += file.symLinkTarget();
+        }
+        QVERIFY(opened.contains(unit.slavePath()));
+        QCOMPARE(opened.contains(card.slavePath()), taken);
+        if (taken) {
+            QTRY_VERIFY_WITH_TIMEOUT(card.received().contains("[0190RNME000000]"), LongMs);
+        } else {
+            QCOMPARE(card.received(), QByteArray());
+        }
     }
 
     void a_line_whose_other_end_goes_burns_no_core()

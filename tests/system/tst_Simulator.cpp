@@ -105,6 +105,35 @@ private slots:
         QCOMPARE(program.state(), QProcess::Running);
     }
 
+    void a_typed_line_is_sent_whole_or_refused_data()
+    {
+        QTest::addColumn<QByteArray>("front");
+        QTest::addColumn<QByteArray>("letter");
+        QTest::newRow("plain") << QByteArray() << QByteArray("x");
+        QTest::newRow("escaped") << QByteArray() << QByteArray("\\x78");
+        QTest::newRow("behind blanks") << QByteArray(300000, ' ') << QByteArray("x");
+    }
+
+    void a_typed_line_is_sent_whole_or_refused()
+    {
+        QFETCH(QByteArray, front);
+        QFETCH(QByteArray, letter);
+        constexpr int Longest = 65536;
+        const QByteArray start("SB,0,");
+        Program program(QN740_SIM, {"--dir", m_directory, "--no-menus"});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("panel: 1.1.6.4"), LongMs);
+        const auto room = Longest - start.size();
+        program.write(start + letter.repeated(room) + '\n');
+        program.write(front + start + letter.repeated(4 * Longest) + "\nPING\n");
+        const QByteArray sent = framed("VER") + framed(start + QByteArray(room, 'x'));
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), sent + framed("PING"), LongMs);
+        QCOMPARE(
+            program.errors(), QByteArray("refused: the message is longer than 65536 characters\n"));
+    }
+
     void the_trace_shows_both_directions_with_times()
     {
         Program program(QN740_SIM, {"--dir", m_directory, "--no-menus", "--trace"});
@@ -228,7 +257,7 @@ private slots:
             unit = std::make_unique<Program>(QN740_SIM, QStringList{"--dir", own, "--no-menus"});
             QTRY_VERIFY_WITH_TIMEOUT(unit->has("sim: ready " + own.toUtf8()), LongMs);
         }
-        // a session of its own, so that its children end with it
+        // a process group of its own, so that its children end with it
         Program shell("setsid",
             {"sh", "-c", "cd " + home.path() + "; " + QString(command).replace("/tmp/dev", own)},
             {"PATH=" + bin + ':' + qEnvironmentVariable("PATH")});
@@ -253,7 +282,8 @@ private slots:
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         for (const char* text : {"--dir", "--menu", "--check", "--trace", "--no-menus", "Examples;",
-                 "QN740_DEV=", "SK:Some Menu:", "D1:RATE:"}) {
+                 "QN740_DEV=", "SK:Some Menu:", "D1:RATE:", "sim: seed N", "trace: SECONDS",
+                 "refused: REASON", "up to 32 at once"}) {
             QVERIFY2(program.output().contains(text), text);
         }
     }

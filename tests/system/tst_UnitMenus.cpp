@@ -24,6 +24,21 @@ QList<QByteArray> messages(const QList<QByteArray>& beginnings = {QByteArray()})
     return bodies;
 }
 
+const QString Green("background-color: green");
+
+// The unit's word that this key is set now.
+QByteArray confirmation(const Panel& panel, const Key* key)
+{
+    for (const KeyBoard* page : panel.window.menus->book.pages) {
+        for (const Key* one : page->keys) {
+            if (one == key) {
+                return QString("CV,%1,%2,0,1").arg(page->name, key->keyId).toLatin1();
+            }
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 class tst_UnitMenus : public QObject
@@ -67,8 +82,8 @@ private slots:
         clickOn(panel.window.mainMenuButton);
         QCOMPARE(panel.heard(), framed("Main"));
         const KeyBoard* main = panel.window.menus->book.find(QStringLiteral("Main"));
-        const Key* toggle = nullptr;
-        for (const Key* key : main->keys) {
+        Key* toggle = nullptr;
+        for (Key* key : main->keys) {
             if (toggle == nullptr && key->type == Key::Toggle && !key->tog() &&
                 key->GetKey()->isEnabled() && key->GetKey()->isVisible()) {
                 toggle = key;
@@ -78,6 +93,17 @@ private slots:
         QTRY_VERIFY(toggle->GetKey()->isVisible());
         clickOn(toggle->GetKey());
         QCOMPARE(panel.heard(), framed(toggle->command.toLatin1() + '1'));
+        QCOMPARE(toggle->linkedKeys.size(), 1);
+        const Key* source = toggle->linkedKeys.first();
+        for (const Key* key : {static_cast<const Key*>(toggle), source}) {
+            QVERIFY(!key->GetKey()->styleSheet().contains(Green)); // not before the unit says so
+        }
+        panel.say({confirmation(panel, source)});
+        for (const Key* key : {static_cast<const Key*>(toggle), source}) {
+            QVERIFY(key->tog());
+            QVERIFY2(key->GetKey()->styleSheet().contains(Green),
+                qPrintable(key->GetKey()->styleSheet()));
+        }
     }
 };
 

@@ -24,7 +24,6 @@ void showModes(Tour& tour, const char* modes, const QString& picture)
 
 void visitScopes(Tour& tour)
 {
-    tour.unit("PM,0.375,72,55");
     clickOn(tour.window().scopesButton);
     showModes(tour, "213", "scopes-mixed");
     tour.unit("SQ,2,0");

@@ -111,7 +111,6 @@ void visitSpectrum(Tour& tour)
     const QList<int> mixed{6, 3, 4};
     tour.unit("ST,1");
     showView(tour, Views::Spectrum);
-    tour.unit("SF,1,2250.5");
     tour.unit("HM,0,-30,-80");
     choose(mixed);
     Tour::settle(SomeSpectraMs);
