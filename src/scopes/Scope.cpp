@@ -16,7 +16,8 @@ namespace {
 constexpr qint32 BaudRate = 115200;
 constexpr qint64 ReadBufferBytes = 4096;
 constexpr int SilenceMs = 2000; // that of 15 blocks
-constexpr QRgb NoteColor = 0xffa0a0a0;
+constexpr QRgb NoteColor = 0xffc8c8c8;
+constexpr int NotePixels = 16;
 
 const std::array<QColor, 8> LineColors{QColor(255, 0, 0), QColor(0, 255, 0), QColor(64, 64, 255),
     QColor(0, 255, 255), QColor(255, 0, 255), QColor(255, 255, 0), QColor(255, 255, 255),
@@ -157,6 +158,9 @@ void Scope::paintEvent(QPaintEvent* event)
     QWidget::paintEvent(event);
     if (!m_plotsShown) {
         QPainter painter(this);
+        QFont large(font());
+        large.setPixelSize(NotePixels);
+        painter.setFont(large);
         painter.setPen(QColor::fromRgb(NoteColor));
         painter.drawText(
             rect(), Qt::AlignCenter | Qt::TextWordWrap, QStringLiteral("Hidden by the main unit"));
