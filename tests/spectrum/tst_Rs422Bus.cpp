@@ -153,9 +153,6 @@ private slots:
         m_bus->sendMessage("first", 10000);
         m_bus->sendMessage("second");
         m_bus->sendMessage("third one", 2000);
-        m_bus->setMessageQueFlag("flag");
-        QVERIFY(m_bus->isMarked("flag"));
-        QVERIFY(!m_bus->isMarked("fla") && !m_bus->isMarked("second"));
         QCOMPARE(m_bus->lastRequest(), QString("first"));
         QVERIFY(!m_bus->isWaiting("first"));
         QVERIFY(m_bus->isWaiting("second") && m_bus->isWaiting("third one"));
