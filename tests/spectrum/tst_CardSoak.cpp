@@ -13,8 +13,6 @@
 #include <array>
 #include <random>
 
-#include <fcntl.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace {
@@ -104,7 +102,6 @@ private slots:
 
     void cleanup()
     {
-        ::close(m_panelEnd);
         m_card.reset();
         m_devices.reset();
     }
@@ -115,8 +112,6 @@ private:
         m_k7150 = k7150;
         m_devices = std::make_unique<DeviceDirectory>();
         m_pty = &m_devices->add("ttyUSB11");
-        m_panelEnd = ::open(m_pty->slavePath().toLocal8Bit().constData(), O_RDONLY | O_NOCTTY);
-        QVERIFY(m_panelEnd >= 0);
         m_card = std::make_unique<SpectralCard>(nullptr, 0, "ttyUSB11");
         m_random.seed(740);
         m_answered = m_lost = m_unasked = m_spectra = 0;
@@ -168,31 +163,18 @@ private:
         QCoreApplication::processEvents(QEventLoop::AllEvents);
     }
 
-    template <class Condition, class Meanwhile>
-    static bool waitFor(Condition condition, Meanwhile meanwhile)
-    {
-        QElapsedTimer elapsed;
-        elapsed.start();
-        while (!condition()) {
-            if (elapsed.elapsed() > PatienceMs) {
-                return false;
-            }
-            meanwhile();
-        }
-        return true;
-    }
-
     // Waits for the next request. Out: whether exactly one came.
     bool hearOne()
     {
         QList<QByteArray> heard;
-        const auto anything = [&] {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (heard.isEmpty() && elapsed.elapsed() < PatienceMs) {
+            turn();
             heard = cardSide::requests(*m_pty);
-            return !heard.isEmpty();
-        };
-        const bool came = waitFor(anything, turn);
+        }
         m_pty->takeReceived();
-        if (!came || heard.size() != 1 || m_open) {
+        if (heard.size() != 1 || m_open) {
             return false;
         }
         m_request = heard.first();
@@ -228,31 +210,14 @@ private:
             QByteArray(), good.left(40), "]noise]" + good, elsewhere, longer, QByteArray(), good};
         // what comes late comes while the next one is waited for, before its own
         if (!m_late.isEmpty()) {
-            say(m_late);
+            QVERIFY(m_pty->writeUntilRead(m_late));
         }
         m_late = fault == Late ? good : QByteArray();
-        say(bytes.at(fault));
+        QVERIFY(m_pty->writeUntilRead(bytes.at(fault)));
         m_runOut = m_open;
         if (m_open) {
             letItRunOut();
         }
-    }
-
-    // Out: when the panel has read it.
-    void say(const QByteArray& bytes)
-    {
-        m_pty->write(bytes);
-        // the kernel hands it over when it likes, and the panel reads in its turns only
-        QVERIFY(waitFor([&] { return unread() == bytes.size(); }, [] {}));
-        QVERIFY(waitFor([&] { return unread() == 0; }, turn));
-    }
-
-    // bytes that the panel has not read
-    int unread() const
-    {
-        int bytes = 0;
-        ::ioctl(m_panelEnd, FIONREAD, &bytes);
-        return bytes;
     }
 
     void letItRunOut()
@@ -287,7 +252,6 @@ private:
 
     std::unique_ptr<DeviceDirectory> m_devices;
     Pty* m_pty = nullptr;
-    int m_panelEnd = -1; // to see what has not been read
     std::unique_ptr<SpectralCard> m_card;
     Rs422Bus* m_bus = nullptr;
     std::mt19937 m_random;
