@@ -499,8 +499,8 @@ void SpectrumChart::paintHLabels(QPainter& painter) const
         const int line = plot.bottom() - qRound(height * (plot.height() - 1));
         const bool above = line - size.height() > plot.top();
         const QPoint at(plot.right() - Gap - size.width(), above ? line - size.height() : line + 1);
-        // figures do not reach below their line: what is under it, the marker, stays whole
-        painter.fillRect(QRect(at, size).adjusted(0, 1, 0, -2), Background);
+        // a little wider than the figures; they do not reach down to the marker, which stays whole
+        painter.fillRect(QRect(at, size).adjusted(-Gap, 0, 1, -2), Background);
         painter.drawStaticText(at, m_hLabels.at(i));
     }
 }
