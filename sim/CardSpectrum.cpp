@@ -62,7 +62,9 @@ bool CardSpectrum::setSpan(int channel, int span)
     if (channel < 0 || channel >= Channels || span < 0 || span >= spanTable().size()) {
         return false;
     }
-    m_channels.at(static_cast<size_t>(channel)).span = span;
+    Channel& one = m_channels.at(static_cast<size_t>(channel));
+    one.span = span;
+    one.spanTold = true;
     return true;
 }
 
@@ -93,12 +95,13 @@ void CardSpectrum::setShift(int channel, double shift)
 void CardSpectrum::setFftParameter(int channel, const QString& parameter)
 {
     const auto& table = spanTable();
-    if (parameter == QLatin1String(table.at(span(channel)).fftParam)) {
+    Channel& one = m_channels.at(static_cast<size_t>(channel));
+    if (one.spanTold || parameter == QLatin1String(table.at(one.span).fftParam)) {
         return;
     }
     for (int span = 0; span < table.size(); ++span) {
         if (parameter == QLatin1String(table.at(span).fftParam)) {
-            setSpan(channel, span);
+            one.span = span;
             return;
         }
     }
@@ -117,18 +120,6 @@ void CardSpectrum::takeCommand(const QString& body)
         if (word == QLatin1String("NFFT")) {
             setFftParameter(channel, value);
         }
-    }
-}
-
-void CardSpectrum::takeUnitMessage(const QString& body)
-{
-    const QStringList fields = body.split(QLatin1Char(','));
-    bool channelOk = false;
-    bool spanOk = false;
-    const int channel = fields.value(1).toInt(&channelOk);
-    const int span = fields.value(2).toInt(&spanOk);
-    if (fields.constFirst() == QLatin1String("SP") && channelOk && spanOk) {
-        setSpan(channel, span);
     }
 }
 

@@ -17,7 +17,8 @@ public:
 
     explicit CardSpectrum(quint32 seed = 1);
 
-    // channel: 0 to 2. span: an index into the span table. Out: false when there is none such.
+    // What the card is told over its bus. channel: 0 to 2. span: an index into the span table. Out:
+    // false when there is none such.
     bool setSpan(int channel, int span);
     int span(int channel) const { return m_channels.at(static_cast<size_t>(channel)).span; }
     // trim: 0 to 9, in dB; is kept, the levels do not change.
@@ -29,13 +30,10 @@ public:
     void setShift(int channel, double shift);
 
     // In: the body of a message from the panel. "D2:NFFT:11" changes the span of demodulator 2; "D1
-    // D2 D3:" means all three. Three or four spans have the same parameter, and which of them the
-    // operator chose is not on the line: a span that has it already stays, otherwise the narrowest
-    // is taken.
+    // D2 D3:" means all three. Three or four spans have the same parameter: this is for a panel
+    // that tells the card nothing. A span that has the parameter already stays, otherwise the
+    // narrowest is taken. Of a channel whose span the card was told, nothing changes.
     void takeCommand(const QString& body);
-    // In: the body of a message to the panel. "SP,1,9" gives the span of channel 1 exactly,
-    // whatever the panel says about it then.
-    void takeUnitMessage(const QString& body);
 
     // Out: `count` points of the channel's span at a time in seconds, lowest frequency first, a
     // byte each, level in dB = byte × 0.5 − 120.
@@ -48,6 +46,7 @@ private:
     struct Channel
     {
         int span = 0;
+        bool spanTold = false; // by setSpan()
         int trim = 0;
         double rateMHz = 1.0; // symbol rate
         double shiftMHz = 0.0;

@@ -229,10 +229,8 @@ void follow(UnitState& state, const PanelLink& link, CardSpectrum& spectrum)
         state.takeCommand(body);
         spectrum.takeCommand(body);
     });
-    QObject::connect(&link, &PanelLink::sent, &state, [&state, &spectrum](const QString& body) {
-        state.takeMessage(body);
-        spectrum.takeUnitMessage(body);
-    });
+    QObject::connect(&link, &PanelLink::sent, &state,
+        [&state](const QString& body) { state.takeMessage(body); });
     QObject::connect(
         &state, &UnitState::signalChanged, &state, [&state, &spectrum](int demodulator) {
             spectrum.setSymbolRate(demodulator - 1, state.symbolRate(demodulator));

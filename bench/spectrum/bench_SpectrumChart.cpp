@@ -3,6 +3,12 @@
 // take turns, so that what else the machine does hits all alike. Then what 20 spectra a second
 // cost.
 //
+// Inside the time of the chart: the reply's bytes are put into the bus's reply buffer and found,
+// turned into a record, given to the card's page, made decibels, and the chart is painted at once
+// into the window's picture. Outside: the port's read before, and the wait of up to one paint's
+// time behind. The bare polyline and the naive plot start from the points and hold making them
+// decibels and painting. The share of a core holds everything, from the line to the window.
+//
 //   bench_SpectrumChart                        times, ratios and the share of a core
 //   bench_SpectrumChart --count WHO POINTS N   N spectra of one of "chart", "bare", "naive", to be
 //                                              counted by callgrind; the script "measure" does it

@@ -93,11 +93,6 @@ bool Rs422Bus::isWaiting(const QString& request) const
     });
 }
 
-bool Rs422Bus::isMarked(const QString& flag) const
-{
-    return m_txQueue.contains(Marker + flag);
-}
-
 void Rs422Bus::run()
 {
     // writing may wait for the line, and a reply that comes meanwhile must not start another

@@ -54,8 +54,6 @@ public:
     int txCount() const { return static_cast<int>(m_txQueue.size()); }
     // Whether this request waits to be sent, with or without a timeout of its own.
     bool isWaiting(const QString& request) const;
-    // Whether this marker waits for its turn.
-    bool isMarked(const QString& flag) const;
     // The request that was sent last, without its framing: the one that a reply belongs to.
     QString lastRequest() const { return bus::requestOf(m_txFrame, m_oldProtocol); }
 
@@ -70,6 +68,9 @@ public:
     // Starts the next transaction if there is anything to send.
     void run();
 
+    // The reply timer has run out.
+    void timerEvent(QTimerEvent* event) override;
+
 public slots:
     void processReadyRead();
 
@@ -80,9 +81,6 @@ signals:
     void messageTxSuccess(QString request, Rs422Bus::Results result);
     // The port has been opened, at the first try or after it was away.
     void opened();
-
-protected:
-    void timerEvent(QTimerEvent* event) override;
 
 private:
     bool takeRequest(QString& request);

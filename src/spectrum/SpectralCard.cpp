@@ -21,7 +21,6 @@ constexpr int UnderWayMs = 2500;
 constexpr int PollMs = 50; // 20 spectra a second
 constexpr int Passes = 3;
 constexpr int HighestTrim = 9;
-constexpr int StepsPerDB = 2;
 
 const char* const Look =
     "QComboBox {background-color: #919191; color: black; border: 2px solid yellow; border-radius: 4px; padding-left: 6px;} "
@@ -29,16 +28,6 @@ const char* const Look =
     "QPushButton {background-color: #919191; color: black; border: 2px solid yellow; border-radius: 4px; font-size: 15px;} "
     "QPushButton:checked {background-color: green; color: white;} "
     "QPushButton:pressed {background-color: #4169e1;}";
-
-void addLevel(QByteArray& points, int dB)
-{
-    if (dB == 0) {
-        return;
-    }
-    for (char& point : points) {
-        point = static_cast<char>(qMin(static_cast<quint8>(point) + dB * StepsPerDB, 255));
-    }
-}
 
 } // namespace
 
@@ -119,7 +108,7 @@ Rs422Bus* SpectralCard::newBus(const QString& portName, int baudRate)
 Rs422Bus* SpectralCard::newK7150Bus(const QString& portName)
 {
     Rs422Bus* bus = newBus(portName, K7150Baud);
-    // and nothing else: after a lost reply it is the timer that asks again
+    // and not its timeouts: after a lost reply it is the timer that asks again
     connect(bus, &Rs422Bus::messageReceived, this, &SpectralCard::CommSpectral_Command);
     bus->setIsK7150Type(true);
     return bus;
@@ -146,7 +135,11 @@ void SpectralCard::setK7150(const QString& port1, const QString& port2, const QS
     m_askedChannel = -1;
     m_averageClearPending.fill(false); // their markers went with the bus
     m_demodulatorTold.fill(false);
+    m_cardTold.fill(false);
     m_buses[0] = newK7150Bus(port1);
+    connect(m_buses[0], &Rs422Bus::messageQueueFlag, this, &SpectralCard::queFlag);
+    // a card that comes later, or comes back, has not heard what was said before
+    connect(m_buses[0], &Rs422Bus::opened, this, [this] { m_cardTold.fill(false); });
     if (m_buses[1] == nullptr) {
         m_buses[1] = newK7150Bus(port2);
     }
@@ -168,6 +161,7 @@ void SpectralCard::initSA()
     for (int channel = 0; channel < card::Channels; ++channel) {
         tell(card::demodulatorSpectrumOn(channel + 1));
         tellDemodulator(channel);
+        tellCard(channel);
     }
 }
 
@@ -186,10 +180,16 @@ void SpectralCard::tellDemodulator(int channel)
     m_demodulatorTold.at(static_cast<size_t>(channel)) = true;
 }
 
+// A change that is under way comes first: its marker brings the next one.
 void SpectralCard::tellCard(int channel)
 {
-    m_toldSpans.at(static_cast<size_t>(channel)) = getSpan(channel);
-    m_averageClearPending.at(static_cast<size_t>(channel)) = true;
+    const auto at = static_cast<size_t>(channel);
+    if (m_averageClearPending.at(at)) {
+        return;
+    }
+    m_toldSpans.at(at) = getSpan(channel);
+    m_averageClearPending.at(at) = true;
+    m_cardTold.at(at) = true;
     sendSerialCmd(card::setSpan(channel, getSpan(channel)));
     m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
 }
@@ -217,25 +217,35 @@ void SpectralCard::sendSerialCmd(const QString& command)
     sendSerialCmd(command, 0);
 }
 
+// Moves the counters on to the next shown channel; to none when all are hidden.
+void SpectralCard::skipHidden()
+{
+    for (int tried = 0; tried < card::Channels && !chartAreaVisible(m_channel); ++tried) {
+        countOn();
+    }
+}
+
+void SpectralCard::countOn()
+{
+    m_channel = static_cast<quint8>((m_channel + 1) % card::Channels);
+    if (m_channel == 0) {
+        m_pass = static_cast<quint8>((m_pass + 1) % Passes);
+    }
+}
+
 void SpectralCard::UpdateCmds()
 {
-    for (int tried = 0; tried < card::Channels; ++tried) {
-        const int channel = m_channel;
-        const int pass = m_pass;
-        m_channel = static_cast<quint8>((m_channel + 1) % card::Channels);
-        if (m_channel == 0) {
-            m_pass = static_cast<quint8>((m_pass + 1) % Passes);
-        }
-        if (m_shown.at(static_cast<size_t>(channel))) {
-            m_askedChannel = channel;
-            m_lastChannel = channel;
-            m_askedStale = false;
-            m_askedCommand = card::readSpectrum(channel, pass);
-            m_replyDue.start();
-            sendSerialCmd(m_askedCommand, SpectrumTimeoutMs);
-            return;
-        }
+    skipHidden();
+    if (!chartAreaVisible(m_channel)) {
+        return;
     }
+    m_askedChannel = m_channel;
+    m_lastChannel = m_channel;
+    m_askedStale = false;
+    m_askedCommand = card::readSpectrum(m_channel, m_pass);
+    countOn();
+    m_replyDue.start();
+    sendSerialCmd(m_askedCommand, SpectrumTimeoutMs);
 }
 
 bool SpectralCard::pollUnderWay() const
@@ -250,12 +260,25 @@ void SpectralCard::timerTimeOut()
     if (!wanted || !isOpen() || pollUnderWay()) {
         return;
     }
-    for (int channel = 0; m_k7150Type && channel < card::Channels; ++channel) {
+    if (m_k7150Type) {
+        tellSpansBeforePoll();
+    }
+    UpdateCmds();
+}
+
+// A K7150 is not asked for its spans, so it is told them: all demodulators at once, the card each
+// channel before its first spectrum, because a card that does not answer takes its time each time.
+void SpectralCard::tellSpansBeforePoll()
+{
+    for (int channel = 0; channel < card::Channels; ++channel) {
         if (!m_demodulatorTold.at(static_cast<size_t>(channel))) {
             tellDemodulator(channel);
         }
     }
-    UpdateCmds();
+    skipHidden();
+    if (chartAreaVisible(m_channel) && !m_cardTold.at(m_channel)) {
+        tellCard(m_channel);
+    }
 }
 
 void SpectralCard::CommSpectral_Command(const CmdMsg& message)
@@ -302,16 +325,12 @@ void SpectralCard::takeSpectrum(const CmdMsg& message)
         m_askedChannel = -1;
         m_askedStale = false;
     }
-    // a stale one was measured with the span before this one
-    if (!isChannel(channel) || points.isEmpty() || stale) {
+    // one that comes before the marker was measured with the span before
+    if (!isChannel(channel) || points.isEmpty() || stale ||
+        m_averageClearPending.at(static_cast<size_t>(channel))) {
         return;
     }
-    addLevel(points, m_trims.at(static_cast<size_t>(channel)));
-    SpectrumChart* chart = m_areas.at(channel)->chart();
-    if (m_averageClearPending.at(static_cast<size_t>(channel))) {
-        chart->restartAverage();
-    }
-    chart->addSpectrum(points);
+    m_areas.at(channel)->chart()->addSpectrum(points);
     emit specUpdate(points, channel);
 }
 
@@ -351,7 +370,11 @@ void SpectralCard::queFlag(const QString& flag)
     }
     const auto at = static_cast<size_t>(channel);
     const bool told = std::exchange(m_averageClearPending.at(at), false);
-    if (told && !m_k7150Type && m_toldSpans.at(at) != m_spans.at(at)) {
+    if (!told) {
+        return;
+    }
+    m_areas.at(channel)->chart()->restartAverage();
+    if (m_toldSpans.at(at) != m_spans.at(at)) {
         tellCard(channel);
     }
 }
@@ -409,7 +432,6 @@ void SpectralCard::showSpan(int channel, int span)
     if (span != getSpan(channel)) {
         m_spans.at(static_cast<size_t>(channel)) = span;
         m_areas.at(channel)->chart()->setSpan(m_spanTable.at(span));
-        m_askedStale = m_askedStale || channel == m_askedChannel;
         emit spanChanged(channel, span);
     }
     m_areas.at(channel)->spanBox()->setCurrentIndex(span);
@@ -423,18 +445,20 @@ void SpectralCard::SetSpan(int channel, int span)
     showSpan(channel, span);
     if (m_k7150Type) {
         tellDemodulator(channel);
-        if (!m_buses[0]->isMarked(card::clearAverage(channel))) {
-            m_buses[0]->setMessageQueFlag(card::clearAverage(channel));
-        }
-    } else if (!m_averageClearPending.at(static_cast<size_t>(channel))) {
-        tellCard(channel);
     }
+    tellCard(channel);
 }
 
 void SpectralCard::setRf(double rf, int channel)
 {
-    if (isChannel(channel)) {
-        m_areas.at(channel)->setCentre(rf);
+    if (!isChannel(channel)) {
+        return;
+    }
+    const double before = centre(channel);
+    m_areas.at(channel)->setCentre(rf);
+    // the spectrum that is being measured is still of the frequency before
+    if (channel == m_askedChannel && before != centre(channel)) {
+        m_askedStale = true;
     }
 }
 
@@ -475,6 +499,11 @@ void SpectralCard::setTrim(int channel, int trim)
         m_trims.at(static_cast<size_t>(channel)) = trim;
         sendSerialCmd(card::setTrim(channel, trim));
     }
+}
+
+int SpectralCard::trim(int channel) const
+{
+    return isChannel(channel) ? m_trims.at(static_cast<size_t>(channel)) : -1;
 }
 
 SpectrumChart* SpectralCard::chart(int channel) const

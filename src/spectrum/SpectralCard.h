@@ -20,14 +20,16 @@ class SpectrumChart;
 // address before the command, the bus carries it. A spectrum in: the bus hands over a CmdMsg,
 // CommSpectral_Command() finds its channel, the channel's chart takes the points, specUpdate()
 // passes them on. A poll is under way until its reply or for 2,500 ms, and as long as it waits in
-// the bus's queue; the timer asks for the next one when none is, 20 times a second at most, and
-// only while the page is on the screen (or setOverRideVisCheck() says that a chart of it is shown
-// elsewhere).
+// the bus's queue; the timer asks for the next one when none is, 20 times a second at most. It runs
+// only while the page is on the screen, or while setOverRideVisCheck() says that a chart of it is
+// lent to another page, whether that one is on the screen or not. Beside the timer, the older
+// card's lost reply asks for the next spectrum, once, also when the page is hidden by then.
 //
-// A span out: the older card is told by a request with a marker behind it. Until the marker has
-// passed, further choices for that channel wait, and the last one of them is told then: however
-// fast they come, one is queued. A K7150's demodulator is told by updateDemodCh(); one that has
-// not been told yet, before the first poll.
+// A span out: the card is told by a request with a marker behind it. Until the marker has passed,
+// spectra of that channel were measured with the span before, and are dropped; further choices
+// wait, and the last one of them is told then: however fast they come, one is queued. A K7150's
+// demodulator is told as well, by updateDemodCh(); what has not been told yet is before the first
+// poll.
 //
 // Channels are 0 to 2 and spans are indexes into m_spanTable throughout; others are ignored.
 class SpectralCard : public QWidget
@@ -58,8 +60,9 @@ public:
     void setK7150(const QString& port1, const QString& port2, const QString& port3);
     bool k7150Type() const { return m_k7150Type; }
 
-    // Asks the card for its version, spans and trims, what of it has not been asked already; a
-    // K7150's demodulators are told to send spectra, and with which span.
+    // Asks the card for its version, spans and trims, what of it has not been asked already. A
+    // K7150 is asked nothing: its demodulators are told to send spectra, they and it with which
+    // span.
     void initSA();
 
     int getSpan(int channel) const; // -1 for no such channel
@@ -78,8 +81,10 @@ public:
     // channel of that number; -1 for all.
     void setLineColor(int colour, int trace);
     static QColor lineColor(int colour); // invalid for no such number
-    // trim: 0 to 9, in dB; the card keeps it, and the panel adds it to the channel's levels.
+    // trim: 0 to 9, in dB. It is the card's own correction: its levels have it in them, nothing is
+    // added here. No page has a key for it; it is there for whoever trims a card.
     void setTrim(int channel, int trim);
+    int trim(int channel) const; // as the card or setTrim() said last; -1 for no such channel
 
     // The channel's chart, to be put into another page; nullptr for no such channel.
     SpectrumChart* chart(int channel) const;
@@ -114,7 +119,7 @@ signals:
     void cardVersionUpdated(QString text);
     // A message for the main unit, with its frame characters.
     void updateDemodCh(QString message);
-    // points: one byte a point, level in dB = byte × 0.5 − 120, trim included.
+    // points: one byte a point, level in dB = byte × 0.5 − 120.
     void specUpdate(QByteArray points, int channel);
     void spanChanged(int channel, int span);
 
@@ -131,6 +136,9 @@ private:
     void ask(const QString& command);
     void tellCard(int channel);
     void tellDemodulator(int channel);
+    void tellSpansBeforePoll();
+    void skipHidden();
+    void countOn();
     int askedChannel() const;
     void takeSpectrum(const CmdMsg& message);
     void takeSpans(const QString& text);
@@ -143,20 +151,21 @@ private:
     std::array<Rs422Bus*, card::Channels> m_buses{}; // the first one carries all requests
     QList<SpectrumArea*> m_areas;                    // one a channel
     std::array<int, card::Channels> m_spans{};
-    std::array<int, card::Channels> m_toldSpans{}; // what the older card was told last
+    std::array<int, card::Channels> m_toldSpans{}; // what the card was told last
     std::array<bool, card::Channels> m_demodulatorTold{};
+    std::array<bool, card::Channels> m_cardTold{}; // since the K7150 is there
     std::array<int, card::Channels> m_trims{};
     std::array<bool, card::Channels> m_shown{};
-    std::array<bool, card::Channels> m_averageClearPending{};
+    std::array<bool, card::Channels> m_averageClearPending{}; // the marker has not passed
     QTimer m_timer{this};
     QTimer m_replyDue{this}; // runs while the poll under way may still be answered
     QString m_address;
     QString m_name;
     QString m_askedCommand;
-    int m_askedChannel = -1; // of the poll under way, -1 when none is
-    int m_lastChannel = 0;   // whose poll was queued last
-    bool m_askedStale = false;
-    quint8 m_channel = 0; // polling counters
+    int m_askedChannel = -1;   // of the poll under way, -1 when none is
+    int m_lastChannel = 0;     // whose poll was queued last
+    bool m_askedStale = false; // its frequency was changed meanwhile
+    quint8 m_channel = 0;      // polling counters
     quint8 m_pass = 0;
     bool m_k7150Type = false;
     bool m_overRideVisCheck = false;

@@ -41,7 +41,8 @@ SpectralRemote::SpectralRemote(SpectralCard* card, QObject* parent)
     connect(&m_server, &QLocalServer::newConnection, this, &SpectralRemote::takeReaders);
     const QString path = qEnvironmentVariable("QN740_SPECTRUM_SOCKET");
     if (!path.isEmpty()) {
-        listen(path);
+        // a server puts a relative one into the directory for temporary files
+        listen(QFileInfo(path).absoluteFilePath());
         connect(card, &SpectralCard::specUpdate, this, &SpectralRemote::forward);
     }
 }

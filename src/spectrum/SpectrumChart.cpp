@@ -14,7 +14,7 @@ constexpr int LineHeight = 15;
 constexpr int RightMargin = 16;
 constexpr int TextPixels = 12;
 constexpr int ReadoutMs = 250; // numbers that change faster cannot be read
-constexpr int TapRadius = 12;  // pixels around the marker that count as the marker
+constexpr int TapRadius = 24;  // pixels around the marker that count as it: half a finger
 constexpr int MostDecimals = 4;
 constexpr qsizetype MostHMarkers = 64;
 constexpr double Symbol = 5.0; // half the width of a marker, in pixels
@@ -73,12 +73,14 @@ SpectrumChart::SpectrumChart(QWidget* parent)
     // the library sets it, and modal dialogs show wrong over such a widget on some platforms
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setMinimumHeight(60);
+    m_paintTimer.setObjectName(QStringLiteral("paintTimer"));
     m_paintTimer.setSingleShot(true);
     m_readoutTimer.setSingleShot(true);
     m_readoutTimer.setInterval(ReadoutMs);
     connect(&m_paintTimer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
     connect(&m_readoutTimer, &QTimer::timeout, this, &SpectrumChart::readoutDue);
-    connect(this, &QCustomPlot::afterReplot, this, [this] { m_frameStale = true; });
+    // before, not after: a replot paints the widget before it says that it is done
+    connect(this, &QCustomPlot::beforeReplot, this, [this] { m_frameStale = true; });
     setUpAxes();
     updateAxes();
 }
@@ -323,7 +325,7 @@ QVector<SpectrumChart::Part> SpectrumChart::readoutParts() const
     }
     const Reading widest{true, m_centre, -100.0};
     const QString peakPattern = QStringLiteral("Peak %1 MHz %2 dB");
-    const Reading& highest = m_shownPeak;
+    const Reading highest = peak();
     parts += {highest.valid ? readingText(peakPattern, highest) : QString(),
         readingText(peakPattern, widest)};
     if (m_hasMarker) {
@@ -337,7 +339,6 @@ QVector<SpectrumChart::Part> SpectrumChart::readoutParts() const
 
 void SpectrumChart::updateReadout()
 {
-    m_shownPeak = peak();
     const QFontMetrics metrics(chartFont());
     const QString gap(QLatin1String("   "));
     const int room = plotRect().width() - TitleGap;
@@ -484,35 +485,33 @@ QPointF SpectrumChart::pixelOf(const Reading& reading) const
     return {plot.left() + part * (plot.width() - 1), plot.bottom() - height * (plot.height() - 1)};
 }
 
-// Over the trace, which may run along the marked level, with a dark edge around the figures that
-// hides little of it; above the line, below it at the top.
+// Over the trace, which may run along the marked level, on a ground of its own; above the line,
+// below it at the top.
 void SpectrumChart::paintHLabels(QPainter& painter) const
 {
     constexpr int Gap = 3;
     const QRect plot = plotRect();
     painter.setFont(chartFont());
+    painter.setPen(Level);
     for (qsizetype i = 0; i < m_hLabels.size(); ++i) {
         const QSize size = m_hLabels.at(i).size().toSize();
         const double height = (m_hMarkers.at(i) - LowestLevel) / (HighestLevel - LowestLevel);
         const int line = plot.bottom() - qRound(height * (plot.height() - 1));
         const bool above = line - size.height() > plot.top();
         const QPoint at(plot.right() - Gap - size.width(), above ? line - size.height() : line + 1);
-        painter.setPen(Background);
-        for (int edge = 0; edge < 9; ++edge) {
-            painter.drawStaticText(at + QPoint(edge % 3 - 1, edge / 3 - 1), m_hLabels.at(i));
-        }
-        painter.setPen(Level);
+        // a little wider than the figures; they do not reach down to the marker, which stays whole
+        painter.fillRect(QRect(at, size).adjusted(-Gap, 0, 1, -2), Background);
         painter.drawStaticText(at, m_hLabels.at(i));
     }
 }
 
 void SpectrumChart::paintPeak(QPainter& painter) const
 {
-    // where the read-out has it: on a noisy top the highest point is another one each time
-    if (!m_shownPeak.valid) {
+    const Reading highest = peak();
+    if (!highest.valid) {
         return;
     }
-    const QPointF tip = pixelOf(m_shownPeak) - QPointF(0, 2);
+    const QPointF tip = pixelOf(highest) - QPointF(0, 2);
     painter.setPen(QPen(m_color, 0));
     painter.setBrush(Text);
     painter.drawConvexPolygon(

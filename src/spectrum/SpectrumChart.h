@@ -18,7 +18,8 @@
 // The result is kept as one picture. A new spectrum only changes the trace's numbers and asks for
 // one paint, which copies that picture and draws the lines straight onto the widget. The next paint
 // waits at least as long as the last one took, so that a slow board still feels the finger, and a
-// chart that is not on the screen is not painted.
+// chart that is not on the screen is not painted. Peak and marker stand on the trace as it is
+// painted; their texts follow at a pace at which they can be read.
 class SpectrumChart : public QCustomPlot
 {
     Q_OBJECT
@@ -117,13 +118,12 @@ private:
     QString m_readoutText;
     QVector<QStaticText> m_readoutLines;
     QColor m_color;
-    Reading m_shownPeak; // as the read-out has it
     QList<double> m_hMarkers;
     QVector<QStaticText> m_hLabels; // one a marker
     QPixmap m_frame;                // everything but trace, markers and read-out
     QPolygonF m_line;
-    QTimer m_paintTimer;
-    QTimer m_readoutTimer;
+    QTimer m_paintTimer{this};
+    QTimer m_readoutTimer{this};
     qint64 m_lastPaintMs = 0;
     double m_centre = SpanCentreMHz;
     double m_markerOffset = 0.0; // MHz from the centre

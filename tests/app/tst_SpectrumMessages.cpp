@@ -11,6 +11,7 @@
 #include "support/TestMain.h"
 
 #include <QComboBox>
+#include <QPushButton>
 
 class tst_SpectrumMessages : public QObject
 {
@@ -81,6 +82,7 @@ private slots:
         m_unit->takeReceived();
         card->SetSpan(1, 9);
         QTRY_COMPARE(m_unit->received(), framed("D2:NFFT:10"));
+        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190CNFT190000"});
     }
 
     void demodulator_commands_are_widened_as_all_are_but_spans_are_local()
@@ -119,11 +121,13 @@ private slots:
         m_window->views->show(&Views::spectrum);
         const QByteArray told = framed("D1:NFFT:12") + framed("D2:NFFT:12") + framed("D3:NFFT:12");
         QTRY_COMPARE(m_unit->received(), told);
-        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)).size(), 1);
+        Pty& card = *m_cards.at(0);
+        QTRY_COMPARE(cardSide::only(card, "RFFT").size(), 1);
+        QCOMPARE(cardSide::requests(card).first(), QByteArray("0190CNFT000000"));
         m_window->views->show(&Views::menu);
         m_window->views->show(&Views::spectrum);
-        m_cards.at(0)->write(cardSide::k7150Spectrum(0, "x"));
-        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)).size(), 2);
+        card.write(cardSide::k7150Spectrum(0, "x"));
+        QTRY_COMPARE(cardSide::only(card, "RFFT").size(), 2);
         QCOMPARE(m_unit->received(), told);
     }
 
@@ -205,16 +209,32 @@ private slots:
         QVERIFY(m_window->spectralCard->chartAreaVisible(1));
     }
 
+    void sh_without_any_display_returns_to_the_menus_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<bool>("returns");
+        QTest::newRow("hide") << QByteArray("SH,0,0") << true;
+        QTest::newRow("show") << QByteArray("SH,0,1") << true;
+        QTest::newRow("neither") << QByteArray("SH,0,2") << false;
+        QTest::newRow("negative") << QByteArray("SH,0,-1") << false;
+        QTest::newRow("a chart that does not exist") << QByteArray("SH,99,0") << true;
+        QTest::newRow("a negative one") << QByteArray("SH,-1,1") << true;
+        QTest::newRow("one field") << QByteArray("SH,0") << false;
+        QTest::newRow("no number") << QByteArray("SH,x,0") << false;
+    }
+
     void sh_without_any_display_returns_to_the_menus()
     {
-        m_window->views->setCurrent(Views::Scopes);
-        m_window->scopesButton->setText("Menu");
-        tell("SH,0,2");
+        QFETCH(QByteArray, message);
+        QFETCH(bool, returns);
+        clickOn(m_window->scopesButton);
         QCOMPARE(m_window->views->current(), Views::Scopes);
-        tell("SH,0,0");
-        QCOMPARE(m_window->views->current(), Views::Menus);
-        QCOMPARE(m_window->stack->currentWidget(), m_window->views->menu.widget());
-        QCOMPARE(m_window->scopesButton->text(), QString("Scopes"));
+        QCOMPARE(m_window->scopesButton->text(), QString("Menu"));
+        tell(message);
+        const QWidget* menu = m_window->views->menu.widget();
+        QCOMPARE(m_window->views->current(), returns ? Views::Menus : Views::Scopes);
+        QCOMPARE(m_window->stack->currentWidget() == menu, returns);
+        QCOMPARE(m_window->scopesButton->text(), QString(returns ? "Scopes" : "Menu"));
     }
 
     void sh_with_a_scope_or_a_spectrum_stays_where_it_is_data()
@@ -258,7 +278,7 @@ private slots:
         tell("SH,2,0");
         QVERIFY(card->chart(0)->isVisible() && card->chartAreaVisible(0));
         QVERIFY(!card->chartAreaVisible(1) && !card->chartAreaVisible(2));
-        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190RFFT000000"});
+        QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         tell("PAX,0");
         QVERIFY(!card->chartAreaVisible(0) && card->chartAreaVisible(1));
         QVERIFY(!card->chartAreaVisible(2));
@@ -324,9 +344,44 @@ private slots:
         QCOMPARE(cardSide::requests(*m_cards.at(0)).size(), 0);
         m_window->views->setCurrent(Views::Spectrum);
         m_window->views->show(&Views::spectrum);
-        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190RFFT000000"});
+        QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         m_cards.at(0)->write(cardSide::k7150Spectrum(0, cardSide::carrier(512, 100, -20)));
         QTRY_COMPARE(m_window->spectralCard->chart(0)->peak().level, -20.0);
+    }
+
+    void the_views_go_round_with_the_card_s_page()
+    {
+        tell("ST,1");
+        SpectralCard* card = m_window->spectralCard;
+        QPushButton* button = m_window->scopesButton;
+        const QWidget* menu = m_window->stack->currentWidget();
+        for (int round = 0; round < 2; ++round) {
+            QCOMPARE(button->text(), QString("Scopes"));
+            clickOn(button);
+            QCOMPARE(m_window->views->current(), Views::Scopes);
+            QCOMPARE(m_window->stack->currentWidget(), m_window->views->scopes.widget());
+            QVERIFY(!card->isVisible());
+            QCOMPARE(button->text(), QString("Spectrum"));
+            clickOn(button);
+            QCOMPARE(m_window->views->current(), Views::Spectrum);
+            QVERIFY(card->isVisible() && card->chart(0)->isVisible());
+            QCOMPARE(button->text(), QString("Menu"));
+            clickOn(button);
+            QCOMPARE(m_window->views->current(), Views::Menus);
+            QCOMPARE(m_window->stack->currentWidget(), menu);
+            QVERIFY(!card->isVisible());
+        }
+    }
+
+    void st_while_the_scopes_are_shown_offers_the_spectrum_next()
+    {
+        clickOn(m_window->scopesButton);
+        QCOMPARE(m_window->scopesButton->text(), QString("Menu"));
+        tell("ST,1");
+        QCOMPARE(m_window->views->current(), Views::Scopes);
+        QCOMPARE(m_window->scopesButton->text(), QString("Spectrum"));
+        clickOn(m_window->scopesButton);
+        QVERIFY(m_window->spectralCard->isVisible());
     }
 
     void the_page_lies_inside_the_window()
@@ -379,7 +434,7 @@ private slots:
         QVERIFY(!card->chartAreaVisible(1) && !card->chartAreaVisible(2));
         QVERIFY(card->getOverRideVisCheck());
         // it is polled, and only it
-        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190RFFT000000"});
+        QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         m_window->returnChart();
         QVERIFY(card->isAncestorOf(card->chart(0)));
         QVERIFY(card->chartAreaVisible(0) && card->chartAreaVisible(2));
@@ -406,7 +461,7 @@ private slots:
         QVERIFY(m_window->views->paxMenu.widget()->isAncestorOf(card->chart(0)));
         QVERIFY(card->chart(0)->isVisible());
         QVERIFY(card->chart(0)->height() >= 100 && card->chart(0)->width() >= 300);
-        QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190RFFT000000"});
+        QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         m_cards.at(0)->write(cardSide::k7150Spectrum(0, cardSide::carrier(512, 100, -20)));
         QTRY_COMPARE(card->chart(0)->peak().level, -20.0);
         tell("PAX,0");

@@ -233,14 +233,48 @@ private slots:
             [this](const QString& message) { m_spectrum->takeCommand(message.mid(1).chopped(1)); });
         page.setK7150("ttyUSB11", "ttyUSB12", "ttyUSB13");
         page.show();
-        page.SetSpan(1, 6);
-        QCOMPARE(m_spectrum->span(1), 6);
-        // as when the unit says "SP,2,9": it knows, and the panel's parameter confirms it
-        m_spectrum->takeUnitMessage("SP,2,9");
-        page.SetSpan(2, 9);
-        QCOMPARE(m_spectrum->span(2), 9);
         for (int channel = 0; channel < 3; ++channel) {
             QTRY_VERIFY(page.chart(channel)->peak().valid);
+        }
+        // all of one transform: the demodulator's parameter alone does not tell them apart
+        for (const int span : {6, 9, 7, 8}) {
+            page.SetSpan(1, span);
+            QTRY_COMPARE(m_spectrum->span(1), span);
+        }
+    }
+
+    // a chart never shows what was measured with another span than its own
+    void every_shown_spectrum_has_the_chart_s_span_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("older type") << int(Type::Older);
+        QTest::newRow("K7150") << int(Type::K7150);
+    }
+
+    void every_shown_spectrum_has_the_chart_s_span()
+    {
+        QFETCH(int, type);
+        m_card = std::make_unique<CardPort>(
+            static_cast<Type>(type), *m_line, *m_spectrum, CardFaults(), 64);
+        SpectralCard page(nullptr, 0, "ttyUSB11");
+        if (static_cast<Type>(type) == Type::K7150) {
+            page.setK7150("ttyUSB11", "absent", "missing");
+        }
+        page.SetChartAreaVisible(1, false);
+        page.SetChartAreaVisible(2, false);
+        int shown = 0;
+        connect(&page, &SpectralCard::specUpdate, this, [&](const QByteArray&, int channel) {
+            QCOMPARE(m_spectrum->span(channel), page.getSpan(channel));
+            ++shown;
+        });
+        page.show();
+        QTRY_VERIFY(shown > 0);
+        for (int i = 1; i < 5; ++i) {
+            page.SetSpan(0, i);
+            QTest::qWait(i * 30 - 30); // while the one before is told, and after it
+            page.SetSpan(0, i + 5);
+            const int before = shown;
+            QTRY_VERIFY(shown > before + 1);
         }
     }
 

@@ -150,40 +150,29 @@ private slots:
     void a_parameter_that_the_span_has_already_changes_nothing()
     {
         CardSpectrum spectrum;
-        for (int span = 0; span < spanTable().size(); ++span) {
-            spectrum.setSpan(1, span);
-            spectrum.takeCommand(
-                QLatin1String("D2:NFFT:") + QLatin1String(spanTable().at(span).fftParam));
+        const QList<std::pair<QString, int>> steps{
+            {"11", 3}, {"11", 3}, {"10", 6}, {"10", 6}, {"12", 0}};
+        for (const auto& [parameter, span] : steps) {
+            spectrum.takeCommand("D2:NFFT:" + parameter);
             QCOMPARE(spectrum.span(1), span);
         }
-        spectrum.takeCommand("D2:NFFT:11");
-        QCOMPARE(spectrum.span(1), 3);
     }
 
-    void the_unit_s_own_choice_of_a_span_is_followed_data()
+    void what_the_card_was_told_counts_more_than_a_demodulator_s_parameter()
     {
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QVector<int>>("spans");
-        QTest::newRow("one") << "SP,1,8" << QVector<int>{0, 8, 0};
-        QTest::newRow("widest") << "SP,2,9" << QVector<int>{0, 0, 9};
-        QTest::newRow("no such span") << "SP,1,10" << QVector<int>{0, 0, 0};
-        QTest::newRow("no such channel") << "SP,3,5" << QVector<int>{0, 0, 0};
-        QTest::newRow("negative") << "SP,-1,-1" << QVector<int>{0, 0, 0};
-        QTest::newRow("no number") << "SP,1,x" << QVector<int>{0, 0, 0};
-        QTest::newRow("too short") << "SP,1" << QVector<int>{0, 0, 0};
-        QTest::newRow("another message") << "SF,1,8" << QVector<int>{0, 0, 0};
-        QTest::newRow("empty") << "" << QVector<int>{0, 0, 0};
-    }
-
-    void the_unit_s_own_choice_of_a_span_is_followed()
-    {
-        QFETCH(QString, message);
-        QFETCH(QVector<int>, spans);
         CardSpectrum spectrum;
-        spectrum.takeUnitMessage(message);
-        for (int channel = 0; channel < 3; ++channel) {
-            QCOMPARE(spectrum.span(channel), spans.at(channel));
+        for (int span = 0; span < spanTable().size(); ++span) {
+            spectrum.setSpan(1, span);
+            for (const char* parameter : {"10", "11", "12"}) {
+                spectrum.takeCommand(QLatin1String("D2:NFFT:") + QLatin1String(parameter));
+                QCOMPARE(spectrum.span(1), span);
+            }
         }
+        // of the others it was told nothing
+        spectrum.takeCommand("D1 D2 D3:NFFT:11");
+        QCOMPARE(spectrum.span(0), 3);
+        QCOMPARE(spectrum.span(1), 9);
+        QCOMPARE(spectrum.span(2), 3);
     }
 
     void spans_and_trims_that_do_not_exist_are_refused()

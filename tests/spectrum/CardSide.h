@@ -1,5 +1,6 @@
 #pragma once
 
+#include "spectrum/CmdMsg.h"
 #include "support/Pty.h"
 
 #include <QByteArray>
@@ -68,6 +69,24 @@ inline QList<QByteArray> requests(const QByteArray& heard)
 inline QList<QByteArray> requests(Pty& pty)
 {
     return requests(pty.received());
+}
+
+// Those of them whose command begins with the word.
+inline QList<QByteArray> only(Pty& pty, const QByteArray& word)
+{
+    QList<QByteArray> some;
+    for (const QByteArray& request : requests(pty)) {
+        if (request.mid(4).startsWith(word)) {
+            some += request;
+        }
+    }
+    return some;
+}
+
+// A spectrum as the bus hands it over.
+inline CmdMsg message(const QByteArray& points)
+{
+    return {"0190", "RFFT", QString::fromLatin1(points)};
 }
 
 } // namespace cardSide

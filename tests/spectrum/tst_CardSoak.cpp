@@ -24,7 +24,6 @@ constexpr int Transactions = 50000;
 #endif
 constexpr int Samples = 5; // of the memory
 constexpr int PatienceMs = 10000;
-constexpr int SlowMs = 100;
 constexpr int Points = 64;
 
 enum Fault { NoReply, Cut, Noise, WrongAddress, WrongLength, Late, FaultCount, Good = FaultCount };
@@ -70,6 +69,9 @@ private slots:
             QVERIFY2(hearOne(), qPrintable(QString("polling stopped at %1").arg(number)));
             QCOMPARE(m_request, request(number)); // none left out, none twice
             answer(dice());
+            if (QTest::currentTestFailed()) {
+                return;
+            }
             QCOMPARE(m_answered + m_lost, number + 1);
             goOn();
             if ((number + 1) % (Transactions / Samples) == 0) {
@@ -78,15 +80,14 @@ private slots:
                 resident.at(at) = residentSize();
             }
         }
-        qInfo("%d polls in %lld ms: %d answered, %d timed out, %d unasked, %d slow", Transactions,
-            static_cast<long long>(elapsed.elapsed()), m_answered, m_lost, m_unasked, m_slow);
+        qInfo("%d polls in %lld ms: %d answered, %d timed out, %d unasked", Transactions,
+            static_cast<long long>(elapsed.elapsed()), m_answered, m_lost, m_unasked);
         for (size_t i = 0; i < Samples; ++i) {
             qInfo("after %zu %%: heap %lld KiB, resident %lld KiB", (i + 1) * 100 / Samples,
                 static_cast<long long>(heap.at(i) / 1024),
                 static_cast<long long>(resident.at(i) / 1024));
         }
         QCOMPARE(m_spectra, m_answered + m_unasked);
-        QVERIFY(m_slow < Transactions / 100);
         for (const int times : m_faults) {
             QVERIFY2(times > Transactions / 25 && times < Transactions / 16,
                 qPrintable(QString::number(times)));
@@ -113,7 +114,7 @@ private:
         m_pty = &m_devices->add("ttyUSB11");
         m_card = std::make_unique<SpectralCard>(nullptr, 0, "ttyUSB11");
         m_random.seed(740);
-        m_answered = m_lost = m_unasked = m_slow = m_spectra = 0;
+        m_answered = m_lost = m_unasked = m_spectra = 0;
         m_faults = {};
         m_late.clear();
         m_open = false;
@@ -140,9 +141,12 @@ private:
                 }
             });
         connect(m_card.get(), &SpectralCard::specUpdate, this, [this] { ++m_spectra; });
-        if (!k7150) {
-            // the name is asked for and not given
-            QTRY_COMPARE(cardSide::requests(*m_pty).size(), 1);
+        // the name is asked for and not given, the spans are told and not answered
+        if (k7150) {
+            m_card->initSA();
+        }
+        for (int heard = 1; heard <= (k7150 ? 3 : 1); ++heard) {
+            QTRY_COMPARE(cardSide::requests(*m_pty).size(), heard);
             testClock::expire(m_bus);
         }
         m_pty->takeReceived();
@@ -159,32 +163,18 @@ private:
         QCoreApplication::processEvents(QEventLoop::AllEvents);
     }
 
-    template <class Condition>
-    static bool turnUntil(Condition condition, int ms)
-    {
-        QElapsedTimer elapsed;
-        elapsed.start();
-        while (!condition()) {
-            if (elapsed.elapsed() > ms) {
-                return false;
-            }
-            turn();
-        }
-        return true;
-    }
-
     // Waits for the next request. Out: whether exactly one came.
     bool hearOne()
     {
         QList<QByteArray> heard;
-        const bool came = turnUntil(
-            [&] {
-                heard = cardSide::requests(*m_pty);
-                return !heard.isEmpty();
-            },
-            PatienceMs);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (heard.isEmpty() && elapsed.elapsed() < PatienceMs) {
+            turn();
+            heard = cardSide::requests(*m_pty);
+        }
         m_pty->takeReceived();
-        if (!came || heard.size() != 1 || m_open) {
+        if (heard.size() != 1 || m_open) {
             return false;
         }
         m_request = heard.first();
@@ -220,26 +210,13 @@ private:
             QByteArray(), good.left(40), "]noise]" + good, elsewhere, longer, QByteArray(), good};
         // what comes late comes while the next one is waited for, before its own
         if (!m_late.isEmpty()) {
-            say(m_late, true);
+            QVERIFY(m_pty->writeUntilRead(m_late));
         }
         m_late = fault == Late ? good : QByteArray();
-        say(bytes.at(fault), fault == Good || fault == Noise);
+        QVERIFY(m_pty->writeUntilRead(bytes.at(fault)));
         m_runOut = m_open;
         if (m_open) {
             letItRunOut();
-        }
-    }
-
-    // whole: the panel takes it as a reply
-    void say(const QByteArray& bytes, bool whole)
-    {
-        const int replies = m_answered + m_unasked + 1;
-        m_pty->write(bytes);
-        if (!whole) {
-            turn();
-            turn();
-        } else if (!turnUntil([&] { return m_answered + m_unasked >= replies; }, SlowMs)) {
-            ++m_slow;
         }
     }
 
@@ -284,7 +261,6 @@ private:
     int m_answered = 0;
     int m_lost = 0;
     int m_unasked = 0; // replies while nothing was waited for
-    int m_slow = 0;
     int m_spectra = 0;
     bool m_k7150 = false;
     bool m_open = false;   // a request was heard and has not ended

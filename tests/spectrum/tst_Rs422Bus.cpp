@@ -1,21 +1,26 @@
 #include "spectrum/CardSide.h"
+#include "spectrum/Clock.h"
 #include "spectrum/Rs422Bus.h"
 #include "support/TestMain.h"
 
-#include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
 #include <QSignalSpy>
+
+#include <sys/ioctl.h>
 
 namespace {
 
 using Requests = QList<QByteArray>;
 
+// longer than any test; its time passes by testClock::expire()
+constexpr int Long = 10000;
+
 // the interval of the newest timer of the bus, which is its reply timer; -1 when none runs
 int replyTimer(Rs422Bus* bus)
 {
-    const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(bus);
     int newest = -1;
     int interval = -1;
-    for (const auto& timer : timers) {
+    for (const auto& timer : testClock::timers(bus)) {
         if (timer.timerId > newest) {
             newest = timer.timerId;
             interval = timer.interval;
@@ -26,7 +31,15 @@ int replyTimer(Rs422Bus* bus)
 
 int timers(Rs422Bus* bus)
 {
-    return static_cast<int>(QAbstractEventDispatcher::instance()->registeredTimers(bus).size());
+    return static_cast<int>(testClock::timers(bus).size());
+}
+
+// bytes that the card has not taken from the line
+int onTheLine(const Pty& pty)
+{
+    int bytes = 0;
+    ::ioctl(pty.master(), FIONREAD, &bytes);
+    return bytes;
 }
 
 } // namespace
@@ -100,10 +113,12 @@ private slots:
     void a_lost_port_ends_its_transaction_by_the_timer()
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("ttyUSB11 was lost"));
-        m_bus->sendMessage("0190RNME", 200);
+        m_bus->sendMessage("0190RNME", Long);
         m_card->close();
         QTRY_VERIFY(!m_bus->isOpen());
-        QTRY_COMPARE(m_lost->count(), 1);
+        QCOMPARE(m_lost->count(), 0);
+        testClock::expire(m_bus.get());
+        QCOMPARE(m_lost->count(), 1);
     }
 
     void the_frame_characters_and_the_type_can_be_changed()
@@ -153,9 +168,6 @@ private slots:
         m_bus->sendMessage("first", 10000);
         m_bus->sendMessage("second");
         m_bus->sendMessage("third one", 2000);
-        m_bus->setMessageQueFlag("flag");
-        QVERIFY(m_bus->isMarked("flag"));
-        QVERIFY(!m_bus->isMarked("fla") && !m_bus->isMarked("second"));
         QCOMPARE(m_bus->lastRequest(), QString("first"));
         QVERIFY(!m_bus->isWaiting("first"));
         QVERIFY(m_bus->isWaiting("second") && m_bus->isWaiting("third one"));
@@ -204,12 +216,14 @@ private slots:
 
     void a_request_without_reply_is_reported_once_and_not_repeated()
     {
-        m_bus->sendMessage("0190RNME", 20);
-        QTRY_COMPARE(m_lost->count(), 1);
+        m_bus->sendMessage("0190RNME", Long);
+        testClock::expire(m_bus.get());
+        QCOMPARE(m_lost->count(), 1);
         QCOMPARE(m_lost->at(0).at(0).toString(), QString("0190RNME"));
         QCOMPARE(m_lost->at(0).at(1).value<Rs422Bus::Results>(), Rs422Bus::NoReply);
         QCOMPARE(int(Rs422Bus::NoReply), 2);
         QCOMPARE(timers(m_bus.get()), 0);
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"0190RNME"});
         QTest::qWait(100);
         QCOMPARE(m_lost->count(), 1);
         QCOMPARE(cardSide::requests(*m_card), Requests{"0190RNME"});
@@ -217,19 +231,28 @@ private slots:
 
     void the_next_request_goes_out_after_a_timeout()
     {
-        m_bus->sendMessage("first", 20);
-        m_bus->sendMessage("second");
+        m_bus->sendMessage("first", Long);
+        m_bus->sendMessage("second", Long);
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
+        testClock::expire(m_bus.get());
         QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
         QCOMPARE(m_lost->count(), 1);
     }
 
+    void a_request_s_time_passes_by_itself_too()
+    {
+        m_bus->sendMessage("first", 1);
+        QTRY_COMPARE(m_lost->count(), 1);
+    }
+
     void bytes_of_a_transaction_that_timed_out_are_dropped()
     {
-        m_bus->sendMessage("first", 300);
+        m_bus->sendMessage("first", Long);
         QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
-        m_card->write("[0190RFFT0010abc");
-        QTRY_COMPARE(m_lost->count(), 1);
-        m_bus->sendMessage("second", 2000);
+        QVERIFY(m_card->writeUntilRead("[0190RFFT0010abc"));
+        testClock::expire(m_bus.get());
+        QCOMPARE(m_lost->count(), 1);
+        m_bus->sendMessage("second", Long);
         m_card->write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(m_received->count(), 1);
         QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().command, QString("RNME"));
@@ -237,10 +260,11 @@ private slots:
 
     void an_answered_request_is_not_reported()
     {
-        m_bus->sendMessage("0190RNME", 100);
+        m_bus->sendMessage("0190RNME", Long);
         m_card->write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(m_received->count(), 1);
-        QTRY_COMPARE(timers(m_bus.get()), 0);
+        testClock::expire(m_bus.get());
+        QCOMPARE(timers(m_bus.get()), 0);
         QCOMPARE(m_lost->count(), 0);
     }
 
@@ -250,39 +274,77 @@ private slots:
         Rs422Bus bus("ttyUSB12", '[', ']', false, 921600);
         QSignalSpy received(&bus, &Rs422Bus::messageReceived);
         QSignalSpy lost(&bus, &Rs422Bus::messageTxSuccess);
-        bus.sendMessage("0190RNME", 150);
+        bus.sendMessage("0190RNME", Long);
         QTRY_COMPARE(pty.received(), QByteArray("[0190RNME]"));
         pty.write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(received.count(), 1);
-        QTRY_COMPARE(lost.count(), 1);
+        QCOMPARE(lost.count(), 0);
+        testClock::expire(&bus);
+        QCOMPARE(lost.count(), 1);
         QCOMPARE(lost.at(0).at(0).toString(), QString("0190RNME"));
     }
 
     void the_timer_of_an_earlier_transaction_ends_nothing()
     {
-        m_bus->sendMessage("first", 60);
+        m_bus->sendMessage("first", 8000);
         m_card->write(cardSide::text("RNME", "a"));
         QTRY_COMPARE(m_received->count(), 1);
-        m_bus->sendMessage("second", 5000);
+        m_bus->sendMessage("second", 9000);
         QCOMPARE(timers(m_bus.get()), 2);
-        QTRY_COMPARE(timers(m_bus.get()), 1); // the first one is gone, the second still runs
+        for (const auto& timer : testClock::timers(m_bus.get())) {
+            if (timer.interval == 8000) {
+                QTimerEvent event(timer.timerId);
+                m_bus->timerEvent(&event);
+            }
+        }
+        QCOMPARE(testClock::intervals(m_bus.get()), QList<int>{9000}); // only the second one's
         QCOMPARE(m_lost->count(), 0);
         m_card->write(cardSide::text("RVER", "b"));
         QTRY_COMPARE(m_received->count(), 2);
     }
 
+    // a line that does not take its bytes
+
+    void earlier_output_is_waited_for_fifty_milliseconds_at_most()
+    {
+        fillTheLine();
+        testClock::expire(m_bus.get());
+        QElapsedTimer elapsed;
+        elapsed.start();
+        m_bus->sendMessage("second", Long);
+        QVERIFY2(elapsed.elapsed() >= 45, qPrintable(QString::number(elapsed.elapsed())));
+        QCOMPARE(m_bus->lastRequest(), QString("second")); // and then it is sent
+    }
+
+    void requests_for_a_line_that_takes_nothing_do_not_gather()
+    {
+        constexpr int Requests = 6;
+        for (int i = 0; i < Requests; ++i) {
+            fillTheLine();
+            testClock::expire(m_bus.get());
+        }
+        m_bus->sendMessage("the last one", Long);
+        // once the card listens again: what stood on the line, not all that was asked
+        const QByteArray last = bus::frame("the last one", '[', ']', true);
+        QTRY_VERIFY(m_card->received().endsWith(last));
+        const auto heard = m_card->received().size();
+        QVERIFY2(heard < 2 * LargeRequest, qPrintable(QString::number(heard)));
+    }
+
     // markers
 
-    void markers_before_a_request_are_announced_and_not_sent()
+    void markers_before_a_request_are_announced_before_it_is_written()
     {
-        m_bus->sendMessage("busy", 50);
+        QStringList sentBefore;
+        connect(m_bus.get(), &Rs422Bus::messageQueueFlag, this,
+            [&](const QString& flag) { sentBefore += flag + " behind " + m_bus->lastRequest(); });
+        m_bus->sendMessage("busy", Long);
         m_bus->setMessageQueFlag("one");
         m_bus->setMessageQueFlag("two");
-        m_bus->sendMessage("request");
+        m_bus->sendMessage("request", Long);
         QCOMPARE(m_flags->count(), 0);
-        QTRY_COMPARE(m_flags->count(), 2);
-        QCOMPARE(m_flags->at(0).at(0).toString(), QString("one"));
-        QCOMPARE(m_flags->at(1).at(0).toString(), QString("two"));
+        testClock::expire(m_bus.get());
+        QCOMPARE(sentBefore, QStringList({"one behind busy", "two behind busy"}));
         QTRY_COMPARE(cardSide::requests(*m_card), Requests({"busy", "request"}));
     }
 
@@ -321,7 +383,9 @@ private slots:
     {
         QStringList status{"s0"};
         m_bus->addToStatusQueue(status);
-        m_bus->sendMessage("request", 20);
+        m_bus->sendMessage("request", Long);
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"request"});
+        testClock::expire(m_bus.get());
         QTRY_COMPARE(cardSide::requests(*m_card).mid(0, 2), Requests({"request", "s0"}));
     }
 
@@ -384,10 +448,9 @@ private slots:
     void a_spectrum_split_across_reads_is_assembled()
     {
         const QByteArray reply = cardSide::spectrum(QByteArray(600, 'p'));
-        m_bus->sendMessage("0190RFFT", 5000);
+        m_bus->sendMessage("0190RFFT", Long);
         for (const QByteArray& part : {reply.left(4), reply.mid(4, 7), reply.mid(11, 300)}) {
-            m_card->write(part);
-            QTest::qWait(20);
+            QVERIFY(m_card->writeUntilRead(part));
             QCOMPARE(m_received->count(), 0);
         }
         m_card->write(reply.mid(311));
@@ -405,13 +468,14 @@ private slots:
 
     void a_text_reply_does_not_advance_the_queue()
     {
-        m_bus->sendMessage("first", 400);
-        m_bus->sendMessage("second");
+        m_bus->sendMessage("first", Long);
+        m_bus->sendMessage("second", Long);
         m_card->write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(m_received->count(), 1);
-        QCOMPARE(cardSide::requests(*m_card), Requests{"first"});
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
         QCOMPARE(m_bus->txCount(), 1);
         // but its timer does
+        testClock::expire(m_bus.get());
         QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
         QCOMPARE(m_lost->count(), 0);
     }
@@ -437,14 +501,15 @@ private slots:
 
     void a_reply_of_another_address_ends_the_transaction_too()
     {
-        m_bus->sendMessage("0190RNME", 100);
+        m_bus->sendMessage("0190RNME", Long);
         m_card->write(cardSide::text("RNME", "x", "AB90"));
         QTRY_COMPARE(m_received->count(), 1);
         const auto message = m_received->at(0).at(0).value<CmdMsg>();
         QCOMPARE(message.addressValue, -1);
         QCOMPARE(message.getChannelAddressInt(), 0);
         QCOMPARE(message.getCardAddressInt(), -1);
-        QTRY_COMPARE(timers(m_bus.get()), 0);
+        testClock::expire(m_bus.get());
+        QCOMPARE(timers(m_bus.get()), 0);
         QCOMPARE(m_lost->count(), 0);
     }
 
@@ -452,10 +517,11 @@ private slots:
     {
         connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(),
             [this] { m_bus->sendMessage("second"); });
-        m_bus->sendMessage("first", 400);
+        m_bus->sendMessage("first", Long);
         m_card->write(cardSide::text("RNME", "a"));
         QTRY_COMPARE(m_received->count(), 1);
         QCOMPARE(m_bus->txCount(), 1);
+        testClock::expire(m_bus.get());
         QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
     }
 
@@ -466,8 +532,9 @@ private slots:
         m_card->write(cardSide::spectrum("x"));
         QTRY_COMPARE(m_received->count(), 2);
         QCOMPARE(timers(m_bus.get()), 0);
-        m_bus->sendMessage("first", 30);
-        QTRY_COMPARE(m_lost->count(), 1);
+        m_bus->sendMessage("first", Long);
+        testClock::expire(m_bus.get());
+        QCOMPARE(m_lost->count(), 1);
     }
 
     void a_request_made_on_a_reply_that_nobody_asked_for_is_kept_track_of()
@@ -475,13 +542,16 @@ private slots:
         bool once = true;
         connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(), [this, &once] {
             if (std::exchange(once, false)) {
-                m_bus->sendMessage("first", 50);
-                m_bus->sendMessage("second", 50);
+                m_bus->sendMessage("first", Long);
+                m_bus->sendMessage("second", Long);
             }
         });
         m_card->write(cardSide::spectrum("x"));
-        QTRY_COMPARE(m_lost->count(), 2);
-        QCOMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
+        testClock::expire(m_bus.get());
+        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
+        testClock::expire(m_bus.get());
+        QCOMPARE(m_lost->count(), 2);
     }
 
     void the_bus_may_be_closed_and_deleted_in_a_reply()
@@ -508,6 +578,18 @@ private slots:
     }
 
 private:
+    static constexpr int LargeRequest = 40000; // more than a line takes that nobody reads
+
+    // A request is on its way that does not get through.
+    void fillTheLine()
+    {
+        m_bus->sendMessage(QString(LargeRequest, 'x'), Long);
+        int before = -1;
+        QTRY_VERIFY((QTest::qWait(50),
+            std::exchange(before, onTheLine(*m_card)) == before && before > 1000));
+        QVERIFY(before < LargeRequest);
+    }
+
     std::unique_ptr<DeviceDirectory> m_devices;
     Pty* m_card = nullptr;
     std::unique_ptr<Rs422Bus> m_bus;

@@ -5,6 +5,7 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QMainWindow>
@@ -14,30 +15,14 @@ namespace {
 
 using Requests = QList<QByteArray>;
 
-Requests only(const Requests& all, const QByteArray& word)
-{
-    Requests some;
-    for (const QByteArray& request : all) {
-        if (request.mid(4).startsWith(word)) {
-            some += request;
-        }
-    }
-    return some;
-}
-
 // answers spectrum polls with a byte, once for each request
 void answerPolls(Pty& pty, int& answered, const QByteArray& reply)
 {
-    const auto polls = only(cardSide::requests(pty), "RFFT").size();
+    const auto polls = cardSide::only(pty, "RFFT").size();
     while (answered < polls) {
         ++answered;
         pty.write(reply);
     }
-}
-
-CmdMsg spectrumMessage(const QByteArray& points)
-{
-    return {"0190", "RFFT", QString::fromLatin1(points)};
 }
 
 } // namespace
@@ -154,6 +139,7 @@ private slots:
             m_card->setHMarkers(channel, {1.0});
             m_card->setLineColor(1, channel == -1 ? 7 : channel);
             m_card->setTrim(channel, 1);
+            QCOMPARE(m_card->trim(channel), -1);
             m_card->returnChartToVbox(channel);
             m_card->SetChartAreaName(channel, "x");
             m_card->SetChartAreaVisible(channel, false);
@@ -167,6 +153,7 @@ private slots:
         QCOMPARE(m_card->spanTicks(9), QVector<double>({50, 60, 70, 80, 90}));
         m_card->setTrim(0, 10);
         m_card->setTrim(0, -1);
+        QCOMPARE(m_card->trim(0), 0);
         QTRY_COMPARE(cardSide::requests(*m_pty), Requests{"0190RNME000000"});
     }
 
@@ -262,22 +249,29 @@ private slots:
         QCOMPARE(m_card->getSpan(0), 4);
     }
 
-    void the_card_s_trims_are_added_to_the_levels()
+    void the_card_s_trims_are_its_own_and_change_no_level()
     {
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
         nameKnown();
-        m_card->CommSpectral_Command({"0190", "RTRM", "300"});
-        m_card->UpdateCmds();
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray("\x0a\xff")));
-        QCOMPARE(spectra.at(0).at(0).toByteArray(), QByteArray("\x10\xff"));
+        m_card->CommSpectral_Command({"0190", "RTRM", "309"});
+        QCOMPARE(m_card->trim(0), 3);
+        QCOMPARE(m_card->trim(2), 9);
+        m_card->CommSpectral_Command({"0190", "RTRM", "1x1"});
+        QCOMPARE(m_card->trim(0), 3);
         m_card->setTrim(0, 1);
-        m_card->SetChartAreaVisible(1, false);
-        m_card->SetChartAreaVisible(2, false);
-        m_card->UpdateCmds();
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray("\x0a")));
-        QCOMPARE(spectra.at(1).at(0).toByteArray(), QByteArray("\x0c"));
+        QCOMPARE(m_card->trim(0), 1);
+        QTRY_COMPARE(cardSide::requests(*m_pty), Requests{"0190CTRM010000"});
         testClock::expire(bus());
-        QTRY_VERIFY(cardSide::requests(*m_pty).contains("0190CTRM010000"));
+        QByteArray all;
+        for (int byte = 0; byte < 256; ++byte) {
+            all += static_cast<char>(byte);
+        }
+        for (int channel = 0; channel < 3; ++channel) {
+            m_card->UpdateCmds();
+            m_card->CommSpectral_Command(cardSide::message(all));
+            QCOMPARE(spectra.at(channel).at(0).toByteArray(), all);
+            QCOMPARE(m_card->chart(0)->trace().levels().at(10), -115.0F);
+        }
     }
 
     // polling
@@ -288,10 +282,10 @@ private slots:
         int answered = 0;
         for (int i = 0; i < 10; ++i) {
             m_card->UpdateCmds();
-            QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), i + 1);
+            QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), i + 1);
             answerPolls(*m_pty, answered, cardSide::spectrum("x"));
         }
-        QCOMPARE(only(cardSide::requests(*m_pty), "RFFT"),
+        QCOMPARE(cardSide::only(*m_pty, "RFFT"),
             Requests({"0190RFFT000000", "0190RFFT100000", "0190RFFT200000", "0190RFFT010000",
                 "0190RFFT110000", "0190RFFT210000", "0190RFFT020000", "0190RFFT120000",
                 "0190RFFT220000", "0190RFFT000000"}));
@@ -304,10 +298,10 @@ private slots:
         int answered = 0;
         for (int i = 0; i < 4; ++i) {
             m_card->UpdateCmds();
-            QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), i + 1);
+            QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), i + 1);
             answerPolls(*m_pty, answered, cardSide::spectrum("x"));
         }
-        QCOMPARE(only(cardSide::requests(*m_pty), "RFFT"),
+        QCOMPARE(cardSide::only(*m_pty, "RFFT"),
             Requests({"0190RFFT000000", "0190RFFT200000", "0190RFFT010000", "0190RFFT210000"}));
     }
 
@@ -319,7 +313,7 @@ private slots:
         }
         m_card->UpdateCmds();
         QTest::qWait(100);
-        QVERIFY(only(cardSide::requests(*m_pty), "RFFT").isEmpty());
+        QVERIFY(cardSide::only(*m_pty, "RFFT").isEmpty());
     }
 
     void a_spectrum_poll_waits_two_seconds_for_its_reply()
@@ -334,16 +328,16 @@ private slots:
     {
         nameKnown();
         QTest::qWait(150);
-        QVERIFY(only(cardSide::requests(*m_pty), "RFFT").isEmpty());
+        QVERIFY(cardSide::only(*m_pty, "RFFT").isEmpty());
         m_window->show();
         int answered = 0;
         QTRY_VERIFY((answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 6));
         m_window->hide();
         QTest::qWait(100);
         answerPolls(*m_pty, answered, cardSide::spectrum("x"));
-        const auto then = only(cardSide::requests(*m_pty), "RFFT").size();
+        const auto then = cardSide::only(*m_pty, "RFFT").size();
         QTest::qWait(200);
-        QCOMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), then);
+        QCOMPARE(cardSide::only(*m_pty, "RFFT").size(), then);
     }
 
     void the_override_polls_a_hidden_page()
@@ -356,9 +350,9 @@ private slots:
         QTRY_VERIFY((answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 3));
         m_card->setOverRideVisCheck(false);
         QTest::qWait(100);
-        const auto then = only(cardSide::requests(*m_pty), "RFFT").size();
+        const auto then = cardSide::only(*m_pty, "RFFT").size();
         QTest::qWait(200);
-        QCOMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), then);
+        QCOMPARE(cardSide::only(*m_pty, "RFFT").size(), then);
     }
 
     void twenty_spectra_a_second_at_most()
@@ -373,12 +367,12 @@ private slots:
         // a reply starts no poll, a turn of the timer starts one
         m_card->timerTimeOut();
         for (int turn = 1; turn <= 3; ++turn) {
-            QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), turn);
+            QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), turn);
             QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
             m_pty->write(cardSide::spectrum("x"));
             QTRY_COMPARE(spectra.count(), 1);
             QTest::qWait(20);
-            QCOMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), turn);
+            QCOMPARE(cardSide::only(*m_pty, "RFFT").size(), turn);
             m_card->timerTimeOut();
         }
     }
@@ -402,13 +396,13 @@ private slots:
     {
         nameKnown();
         m_window->show();
-        QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 1);
+        QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), 1);
         for (int i = 0; i < 20; ++i) {
             m_card->timerTimeOut();
         }
         QCOMPARE(m_card->findChild<Rs422Bus*>()->txCount(), 0); // and none waits
         QTest::qWait(200);
-        QCOMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 1);
+        QCOMPARE(cardSide::only(*m_pty, "RFFT").size(), 1);
     }
 
     // lost replies
@@ -434,10 +428,10 @@ private slots:
         nameKnown();
         m_card->ComPortTimeOut(request, static_cast<Rs422Bus::Results>(result));
         if (again) {
-            QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 1);
+            QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), 1);
         } else {
             QTest::qWait(50);
-            QVERIFY(only(cardSide::requests(*m_pty), "RFFT").isEmpty());
+            QVERIFY(cardSide::only(*m_pty, "RFFT").isEmpty());
         }
     }
 
@@ -445,10 +439,10 @@ private slots:
     {
         nameKnown();
         m_card->UpdateCmds();
-        QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 1);
+        QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), 1);
         testClock::expire(bus());
-        QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 2);
-        QCOMPARE(only(cardSide::requests(*m_pty), "RFFT").at(1), QByteArray("0190RFFT100000"));
+        QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), 2);
+        QCOMPARE(cardSide::only(*m_pty, "RFFT").at(1), QByteArray("0190RFFT100000"));
     }
 
     // spectra
@@ -459,7 +453,7 @@ private slots:
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
         m_card->SetChartAreaVisible(0, false);
         m_card->UpdateCmds();
-        QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), 1);
+        QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), 1);
         m_pty->write(cardSide::spectrum(cardSide::carrier(512, 100, -33)));
         QTRY_COMPARE(spectra.count(), 1);
         QCOMPARE(spectra.at(0).at(1).toInt(), 1);
@@ -477,7 +471,7 @@ private slots:
         m_card->UpdateCmds();
         m_card->UpdateCmds();
         for (int channel = 0; channel < 3; ++channel) {
-            QTRY_COMPARE(only(cardSide::requests(*m_pty), "RFFT").size(), channel + 1);
+            QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), channel + 1);
             m_pty->write(cardSide::spectrum("x"));
             QTRY_COMPARE(spectra.count(), channel + 1);
             QCOMPARE(spectra.last().at(1).toInt(), channel);
@@ -487,7 +481,7 @@ private slots:
     void an_empty_spectrum_changes_nothing()
     {
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        m_card->CommSpectral_Command(spectrumMessage(""));
+        m_card->CommSpectral_Command(cardSide::message(""));
         QCOMPARE(spectra.count(), 0);
     }
 
@@ -529,8 +523,7 @@ private slots:
             emit spanBox(channel)->activated(5 + channel);
             QCOMPARE(m_card->getSpan(channel), 5 + channel);
         }
-        QTRY_COMPARE(
-            only(cardSide::requests(*m_pty), "CNFT").value(0), QByteArray("0190CNFT050000"));
+        QTRY_COMPARE(cardSide::only(*m_pty, "CNFT").value(0), QByteArray("0190CNFT050000"));
     }
 
     void a_span_change_clears_the_average_when_the_card_has_been_told()
@@ -539,20 +532,38 @@ private slots:
         m_card->chart(0)->setAveraging(16);
         m_card->chart(0)->setMaxHold(true);
         m_card->UpdateCmds();
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray(64, cardSide::level(-20))));
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-20))));
         QCOMPARE(m_card->chart(0)->trace().held().first(), -20.0F);
         m_card->SetSpan(0, 9);
         QCOMPARE(m_card->chart(0)->trace().size(), 0);
         QVERIFY(m_card->chart(0)->trace().held().isEmpty());
-        // while the change waits in the queue, nothing is averaged
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray(64, cardSide::level(-20))));
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray(64, cardSide::level(-80))));
-        QCOMPARE(m_card->chart(0)->trace().levels().first(), -80.0F);
-        QCOMPARE(m_card->chart(0)->trace().held().first(), -80.0F);
+        // while the change waits in the queue, nothing is shown
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-20))));
+        QCOMPARE(spectra.count(), 0);
+        QCOMPARE(m_card->chart(0)->trace().size(), 0);
         m_card->queFlag("ClrAvg0");
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray(64, cardSide::level(-60))));
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-80))));
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-60))));
         QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
         QCOMPARE(m_card->chart(0)->trace().held().first(), -60.0F);
+        QCOMPARE(spectra.count(), 2);
+    }
+
+    void the_same_span_again_averages_anew_behind_its_marker()
+    {
+        nameKnown();
+        m_card->chart(0)->setAveraging(16);
+        m_card->UpdateCmds();
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(8, cardSide::level(-20))));
+        m_card->SetSpan(0, 0);
+        m_card->queFlag("ClrAvg0");
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(8, cardSide::level(-80))));
+        QCOMPARE(m_card->chart(0)->trace().levels().first(), -80.0F);
+        // a marker without a change of the span clears nothing
+        m_card->queFlag("ClrAvg0");
+        m_card->CommSpectral_Command(cardSide::message(QByteArray(8, cardSide::level(-60))));
+        QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
     }
 
     void spans_chosen_fast_are_told_one_at_a_time_and_the_last_one_in_the_end()
@@ -571,6 +582,18 @@ private slots:
         QTRY_COMPARE(cardSide::requests(*m_pty).value(2), QByteArray("0190CNFT100000"));
         QTest::qWait(20);
         QCOMPARE(cardSide::requests(*m_pty).size(), 3);
+    }
+
+    void a_choice_that_waited_is_told_on_a_port_that_is_not_there_too()
+    {
+        SpectralCard card(nullptr, 0, "absent");
+        auto* bus = card.findChild<Rs422Bus*>();
+        QVERIFY(!bus->isOpen());
+        card.SetSpan(0, 1);
+        card.SetSpan(0, 2);
+        QCOMPARE(bus->lastRequest(), QString("0190CNFT010000"));
+        testClock::expire(bus);
+        QCOMPARE(bus->lastRequest(), QString("0190CNFT020000"));
     }
 
     void a_flood_of_spans_does_not_fill_the_queue_data()
@@ -618,14 +641,15 @@ private slots:
     {
         QFETCH(QString, flag);
         nameKnown();
-        m_card->chart(0)->setAveraging(16);
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
         m_card->UpdateCmds(); // keeps the bus busy, so that the real marker waits
         m_card->SetSpan(0, 9);
-        m_card->CommSpectral_Command(spectrumMessage("x"));
         m_card->queFlag(flag);
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray(8, cardSide::level(-20))));
-        m_card->CommSpectral_Command(spectrumMessage(QByteArray(8, cardSide::level(-80))));
-        QCOMPARE(m_card->chart(0)->trace().levels().first(), -80.0F);
+        m_card->CommSpectral_Command(cardSide::message("old"));
+        QCOMPARE(spectra.count(), 0);
+        m_card->queFlag("ClrAvg0");
+        m_card->CommSpectral_Command(cardSide::message("new"));
+        QCOMPARE(spectra.count(), 1);
     }
 
     void a_spectrum_measured_with_the_span_before_is_not_shown()
@@ -633,12 +657,72 @@ private slots:
         nameKnown();
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
         m_card->UpdateCmds();
+        QTRY_COMPARE(cardSide::requests(*m_pty), Requests{"0190RFFT000000"});
         m_card->SetSpan(0, 9);
-        m_card->CommSpectral_Command(spectrumMessage("old"));
+        m_card->UpdateCmds(); // of the next channel, whose span is as it was
+        m_pty->write(cardSide::spectrum("old"));
+        QTRY_COMPARE(cardSide::requests(*m_pty), Requests({"0190RFFT000000", "0190CNFT090000"}));
         QCOMPARE(spectra.count(), 0);
         QCOMPARE(m_card->chart(0)->trace().size(), 0);
-        m_card->CommSpectral_Command(spectrumMessage("new"));
+        testClock::expire(bus());
+        QTRY_COMPARE(cardSide::requests(*m_pty).value(2), QByteArray("0190RFFT100000"));
+        m_pty->write(cardSide::spectrum("other"));
+        QTRY_COMPARE(spectra.count(), 1);
+        QCOMPARE(spectra.at(0).at(1).toInt(), 1);
+    }
+
+    // The second of two choices waits for the first one's marker, and a poll is queued between
+    // them: it is measured with the first span, and the chart has the second one by then.
+    void a_spectrum_between_two_choices_is_not_shown()
+    {
+        nameKnown();
+        m_card->setOverRideVisCheck(true);
+        timer("pollTimer")->stop();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_card->SetSpan(0, 1);
+        m_card->SetSpan(0, 2);
+        m_card->timerTimeOut();
+        QTRY_COMPARE(cardSide::requests(*m_pty), Requests{"0190CNFT010000"});
+        testClock::expire(bus());
+        QTRY_COMPARE(cardSide::requests(*m_pty), Requests({"0190CNFT010000", "0190RFFT000000"}));
+        m_pty->write(cardSide::spectrum("of span 1"));
+        QTRY_COMPARE(cardSide::requests(*m_pty).value(2), QByteArray("0190CNFT020000"));
+        QCOMPARE(spectra.count(), 0);
+        QCOMPARE(m_card->chart(0)->trace().size(), 0);
+        testClock::expire(bus());
+        m_card->SetChartAreaVisible(1, false);
+        m_card->SetChartAreaVisible(2, false);
+        m_card->timerTimeOut();
+        QTRY_COMPARE(cardSide::requests(*m_pty).value(3), QByteArray("0190RFFT010000"));
+        m_pty->write(cardSide::spectrum("of span 2"));
+        QTRY_COMPARE(spectra.count(), 1);
+        QCOMPARE(m_card->chart(0)->trace().size(), 9);
+    }
+
+    void a_spectrum_measured_at_the_frequency_before_is_not_shown()
+    {
+        nameKnown();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_card->SetChartAreaVisible(1, false);
+        m_card->SetChartAreaVisible(2, false);
+        m_card->UpdateCmds();
+        m_card->setRf(-1.0, 0);
+        m_card->setRf(70.0, 0); // as it is
+        m_card->CommSpectral_Command(cardSide::message("a"));
         QCOMPARE(spectra.count(), 1);
+        m_card->UpdateCmds();
+        m_card->setRf(2250.5, 1); // another channel's
+        m_card->CommSpectral_Command(cardSide::message("b"));
+        QCOMPARE(spectra.count(), 2);
+        m_card->UpdateCmds();
+        m_card->setRf(2250.5, 0);
+        m_card->CommSpectral_Command(cardSide::message("old"));
+        QCOMPARE(spectra.count(), 2);
+        QCOMPARE(m_card->chart(0)->trace().size(), 0);
+        m_card->UpdateCmds();
+        m_card->CommSpectral_Command(cardSide::message("new"));
+        QCOMPARE(spectra.count(), 3);
+        QCOMPARE(m_card->chart(0)->trace().size(), 3);
     }
 
     // the look
@@ -720,6 +804,43 @@ private slots:
         }
     }
 
+    void the_open_span_list_lies_inside_the_screen_data()
+    {
+        QTest::addColumn<int>("channel");
+        QTest::newRow("top") << 0;
+        QTest::newRow("middle") << 1;
+        QTest::newRow("bottom") << 2;
+    }
+
+    void the_open_span_list_lies_inside_the_screen()
+    {
+        QFETCH(int, channel);
+        m_window->move(0, 0);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        auto* box = spanBox(channel);
+        clickOn(box);
+        QTRY_VERIFY(box->view()->isVisible());
+        const QWidget* list = box->view()->window();
+        QVERIFY(list != m_window.get());
+        const QRect screen(0, 0, 800, 480);
+        QVERIFY2(screen.contains(list->geometry()),
+            qPrintable(QString("%1 to %2").arg(list->y()).arg(list->geometry().bottom())));
+        const QModelIndex last = box->model()->index(9, 0);
+        for (const QModelIndex& row : {box->model()->index(0, 0), last}) {
+            const QRect at = box->view()->visualRect(row);
+            QVERIFY(at.top() >= 0 && at.bottom() < box->view()->viewport()->height());
+            QVERIFY2(at.height() >= 45, qPrintable(QString::number(at.height())));
+        }
+        // and a touch on the last one chooses it
+        const QPoint at(20, box->view()->visualRect(last).center().y());
+        QTest::qWait(QApplication::doubleClickInterval() + 50); // not the click that opened it
+        QTest::mouseClick(list->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+            box->view()->viewport()->mapTo(list, at));
+        QTRY_COMPARE(m_card->getSpan(channel), 9);
+        QTRY_VERIFY(!box->view()->isVisible());
+    }
+
     void the_switches_average_and_hold()
     {
         m_window->show();
@@ -742,7 +863,7 @@ private slots:
         other.show();
         QCOMPARE(chart->window(), &other);
         m_card->UpdateCmds();
-        m_card->CommSpectral_Command(spectrumMessage(cardSide::carrier(512, 9, -10)));
+        m_card->CommSpectral_Command(cardSide::message(cardSide::carrier(512, 9, -10)));
         QCOMPARE(chart->peak().level, -10.0);
         m_card->returnChartToVbox(0);
         QCOMPARE(chart->window(), m_window.get());
@@ -785,243 +906,15 @@ private slots:
         m_card->returnChartToVbox(0);
     }
 
-    // K7150
-
-    void the_k7150_arrangement_replaces_the_first_bus_and_adds_two()
-    {
-        Pty& first = m_devices->add("ttyUSB12");
-        m_devices->add("ttyUSB13");
-        m_devices->add("ttyUSB14");
-        QSignalSpy detected(m_card, &SpectralCard::cardDetected);
-        QSignalSpy version(m_card, &SpectralCard::cardVersionUpdated);
-        const QPointer<Rs422Bus> before(m_card->findChild<Rs422Bus*>());
-        QVERIFY(!m_card->k7150Type());
-        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
-        QVERIFY(m_card->k7150Type());
-        QVERIFY(!before->isOpen());
-        QTRY_VERIFY(before.isNull());
-        QCOMPARE(detected.count(), 1);
-        QCOMPARE(detected.at(0).at(0).toString(), QString("K7150_Spectrum"));
-        QCOMPARE(version.at(0).at(0).toString(), QString("SDU Ver:1.23"));
-        const auto buses = m_card->findChildren<Rs422Bus*>();
-        QCOMPARE(buses.size(), 3);
-        for (const Rs422Bus* bus : buses) {
-            QVERIFY(bus->isOpen() && bus->getIsK7150Type() && bus->isOldProtocol());
-            QCOMPARE(bus->startOfFrame(), '[');
-            QCOMPARE(bus->endOFrame(), ']');
-        }
-        m_card->UpdateCmds();
-        QTRY_COMPARE(cardSide::requests(first), Requests{"0190RFFT000000"});
-    }
-
-    void the_k7150_arrangement_twice_keeps_second_and_third_bus()
-    {
-        for (const char* name : {"ttyUSB12", "ttyUSB13", "ttyUSB14", "ttyUSB15"}) {
-            m_devices->add(name);
-        }
-        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
-        QStringList names;
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QSet<Rs422Bus*> before;
-        for (Rs422Bus* bus : m_card->findChildren<Rs422Bus*>()) {
-            before += bus;
-        }
-        m_card->setK7150("ttyUSB15", "other", "another");
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        int kept = 0;
-        for (Rs422Bus* bus : m_card->findChildren<Rs422Bus*>()) {
-            names += bus->portName();
-            kept += before.contains(bus) ? 1 : 0;
-        }
-        names.sort();
-        QCOMPARE(names, QStringList({"ttyUSB13", "ttyUSB14", "ttyUSB15"}));
-        QCOMPARE(kept, 2);
-    }
-
-    void a_k7150_spectrum_names_its_channel_data()
-    {
-        QTest::addColumn<int>("channel");
-        QTest::addColumn<bool>("shown");
-        QTest::newRow("0") << 0 << true;
-        QTest::newRow("1") << 1 << true;
-        QTest::newRow("2") << 2 << true;
-        QTest::newRow("3") << 3 << false;
-        QTest::newRow("255") << 255 << false;
-    }
-
-    void a_k7150_spectrum_names_its_channel()
-    {
-        QFETCH(int, channel);
-        QFETCH(bool, shown);
-        Pty& pty = switchToK7150();
-        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        m_card->UpdateCmds();
-        pty.write(cardSide::k7150Spectrum(channel, cardSide::carrier(512, 5, -50)));
-        if (shown) {
-            QTRY_COMPARE(spectra.count(), 1);
-            QCOMPARE(spectra.at(0).at(1).toInt(), channel);
-            QCOMPARE(spectra.at(0).at(0).toByteArray(), cardSide::carrier(512, 5, -50));
-            QCOMPARE(m_card->chart(channel)->peak().level, -50.0);
-        } else {
-            QTest::qWait(100);
-            QCOMPARE(spectra.count(), 0);
-        }
-    }
-
-    void spectra_of_the_second_and_third_port_are_shown_too()
-    {
-        switchToK7150();
-        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        m_second->write(cardSide::k7150Spectrum(1, "ab"));
-        m_third->write(cardSide::k7150Spectrum(2, "cd"));
-        QTRY_COMPARE(spectra.count(), 2);
-        QCOMPARE(m_card->chart(1)->trace().size(), 2);
-        QCOMPARE(m_card->chart(2)->trace().size(), 2);
-    }
-
-    void a_spectrum_of_another_port_does_not_end_the_first_one_s_poll()
-    {
-        Pty& pty = switchToK7150();
-        m_card->setOverRideVisCheck(true);
-        timer("pollTimer")->stop();
-        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        m_card->timerTimeOut();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
-        m_second->write(cardSide::k7150Spectrum(0, "ab"));
-        m_third->write(cardSide::k7150Spectrum(1, "cd"));
-        QTRY_COMPARE(spectra.count(), 2);
-        m_card->timerTimeOut();
-        QTest::qWait(20);
-        QCOMPARE(cardSide::requests(pty).size(), 1);
-        QCOMPARE(bus()->txCount(), 0);
-        pty.write(cardSide::k7150Spectrum(0, "ef"));
-        QTRY_COMPARE(spectra.count(), 3);
-        m_card->timerTimeOut();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 2);
-    }
-
-    void a_span_change_under_way_does_not_outlive_the_older_card()
-    {
-        nameKnown();
-        m_card->UpdateCmds(); // the change waits behind it
-        m_card->SetSpan(0, 4);
-        switchToK7150();
-        m_card->chart(0)->setAveraging(16);
-        m_card->CommSpectral_Command(spectrumMessage('\0' + QByteArray(8, cardSide::level(-20))));
-        m_card->CommSpectral_Command(spectrumMessage('\0' + QByteArray(8, cardSide::level(-80))));
-        QCOMPARE(m_card->chart(0)->trace().levels().first(), -50.0F);
-        // and a K7150's span change averages anew with the next spectrum
-        m_card->SetSpan(0, 5);
-        m_card->CommSpectral_Command(spectrumMessage('\0' + QByteArray(8, cardSide::level(-60))));
-        m_card->CommSpectral_Command(spectrumMessage('\0' + QByteArray(8, cardSide::level(-80))));
-        QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
-    }
-
-    void a_lost_reply_of_a_k7150_is_not_asked_for_again_by_the_bus()
-    {
-        Pty& pty = switchToK7150();
-        m_card->UpdateCmds();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
-        testClock::expire(bus());
-        QTest::qWait(50);
-        QCOMPARE(cardSide::requests(pty).size(), 1);
-    }
-
-    void a_k7150_on_the_screen_comes_back_after_a_lost_reply()
-    {
-        Pty& pty = switchToK7150();
-        m_window->show();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
-        testClock::expire(bus());
-        QTest::qWait(120);
-        QCOMPARE(cardSide::requests(pty).size(), 1);
-        QCOMPARE(timer("replyDueTimer")->interval(), 2500);
-        QVERIFY(timer("replyDueTimer")->isActive() && timer("replyDueTimer")->isSingleShot());
-        testClock::expire(timer("replyDueTimer"));
-        QTRY_COMPARE(cardSide::requests(pty).size(), 2);
-    }
-
-    void a_k7150_s_demodulators_are_told_their_spans_before_the_first_poll()
-    {
-        Pty& pty = switchToK7150();
-        m_card->SetSpan(1, 9);
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_card->UpdateCmds(); // asked for, not by the timer
-        QCOMPARE(told.count(), 0);
-        testClock::expire(timer("replyDueTimer"));
-        m_card->setOverRideVisCheck(true);
-        m_card->timerTimeOut();
-        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D3:NFFT:12"}));
-        QTRY_VERIFY(!cardSide::requests(pty).isEmpty());
-        testClock::expire(timer("replyDueTimer"));
-        m_card->timerTimeOut();
-        QCOMPARE(told.count(), 2);
-    }
-
-    void a_k7150_whose_port_comes_later_is_polled_and_its_demodulators_are_told_once()
-    {
-        m_card->setK7150("late", "absent", "absent");
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_window->show();
-        QTest::qWait(120);
-        QCOMPARE(told.count(), 0);
-        Pty& pty = m_devices->add("late");
-        QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(pty), Requests{"0190RFFT000000"}, 10000);
-        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D2:NFFT:12", "D3:NFFT:12"}));
-    }
-
-    void a_k7150_s_demodulator_is_told_the_span()
-    {
-        Pty& pty = switchToK7150();
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_card->SetSpan(1, 9);
-        QCOMPARE(told.count(), 1);
-        QCOMPARE(told.at(0).at(0).toString(),
-            QString("\x02"
-                    "D2:NFFT:10\x04"));
-        QTest::qWait(50);
-        QVERIFY(only(cardSide::requests(pty), "CNFT").isEmpty());
-    }
-
-    void a_k7150_is_set_up_through_its_demodulators()
-    {
-        switchToK7150();
-        m_card->SetSpan(2, 3);
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_card->initSA();
-        QCOMPARE(texts(told),
-            QStringList(
-                {"D1:SPEN:1", "D1:NFFT:12", "D2:SPEN:1", "D2:NFFT:12", "D3:SPEN:1", "D3:NFFT:11"}));
-    }
-
 private:
     QComboBox* spanBox(int channel) const
     {
         return m_card->findChild<QComboBox*>(QString("cboSpan%1").arg(channel + 1));
     }
 
-    // the first bus of the older type, and of the K7150 after switchToK7150()
-    Rs422Bus* bus() const
-    {
-        for (Rs422Bus* one : m_card->findChildren<Rs422Bus*>()) {
-            if (one->portName() == (m_card->k7150Type() ? "ttyUSB12" : "ttyUSB11")) {
-                return one;
-            }
-        }
-        return nullptr;
-    }
+    Rs422Bus* bus() const { return m_card->findChild<Rs422Bus*>(); }
 
     QTimer* timer(const char* name) const { return m_card->findChild<QTimer*>(name); }
-
-    // messages without their frame characters
-    static QStringList texts(const QSignalSpy& told)
-    {
-        QStringList list;
-        for (const auto& one : told) {
-            list += one.at(0).toString().mid(1).chopped(1);
-        }
-        return list;
-    }
 
     // the name was asked for and not given, and the bus is idle
     void nameKnown()
@@ -1032,19 +925,8 @@ private:
         m_pty->takeReceived();
     }
 
-    Pty& switchToK7150()
-    {
-        Pty& pty = m_devices->add("ttyUSB12");
-        m_second = &m_devices->add("ttyUSB13");
-        m_third = &m_devices->add("ttyUSB14");
-        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
-        return pty;
-    }
-
     std::unique_ptr<DeviceDirectory> m_devices;
     Pty* m_pty = nullptr;
-    Pty* m_second = nullptr;
-    Pty* m_third = nullptr;
     std::unique_ptr<QMainWindow> m_window;
     SpectralCard* m_card = nullptr;
 };

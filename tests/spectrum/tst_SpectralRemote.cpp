@@ -249,6 +249,27 @@ private slots:
         QCOMPARE(QFileInfo(m_path).size(), 8);
     }
 
+    void a_relative_path_is_of_the_working_directory()
+    {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_devices->path()));
+        qputenv("QN740_SPECTRUM_SOCKET", "here");
+        {
+            SpectralRemote remote(m_card.get());
+            QVERIFY(remote.isListening());
+            QVERIFY(QFileInfo::exists(m_devices->path() + "/here"));
+            m_path = m_devices->path() + "/here";
+            QLocalSocket reader;
+            connectReader(reader, remote);
+            // in use: left alone
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no spectra at .*/here"));
+            const SpectralRemote second(m_card.get());
+            QVERIFY(!second.isListening() && remote.isListening());
+        }
+        QVERIFY(!QFileInfo::exists(m_devices->path() + "/here"));
+        QVERIFY(QDir::setCurrent(before));
+    }
+
     void the_socket_is_gone_with_the_forwarder()
     {
         {

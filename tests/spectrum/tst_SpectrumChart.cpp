@@ -2,6 +2,13 @@
 #include "spectrum/SpectrumChart.h"
 #include "support/TestMain.h"
 
+#include <QElapsedTimer>
+#include <QScreen>
+
+#include <functional>
+
+Q_DECLARE_METATYPE(std::function<void(SpectrumChart&)>)
+
 namespace {
 
 // pixels of about this colour inside the chart
@@ -25,12 +32,16 @@ class CountingChart : public SpectrumChart
 {
 public:
     int paints = 0;
+    qint64 tookMs = 0; // the last paint
 
 protected:
     void paintEvent(QPaintEvent* event) override
     {
+        QElapsedTimer elapsed;
+        elapsed.start();
         ++paints;
         SpectrumChart::paintEvent(event);
+        tookMs = elapsed.elapsed();
     }
 };
 
@@ -118,6 +129,37 @@ private slots:
         QCOMPARE(m_chart->xAxis->tickVector().size(), 5);
     }
 
+    // what stands on the screen without anything that paints once more, as grab() would
+    void a_change_is_on_the_screen_without_another_paint_data()
+    {
+        using Change = std::function<void(SpectrumChart&)>;
+        QTest::addColumn<Change>("change");
+        QTest::newRow("horizontal marker")
+            << Change([](SpectrumChart& chart) { chart.setHMarkers({-30.0}); });
+        QTest::newRow("span") << Change(
+            [](SpectrumChart& chart) { chart.setSpan(spanTable().at(9)); });
+        QTest::newRow("RF frequency")
+            << Change([](SpectrumChart& chart) { chart.setCentre(2250.5); });
+        QTest::newRow("title") << Change([](SpectrumChart& chart) { chart.setTitle("Demod 2"); });
+    }
+
+    void a_change_is_on_the_screen_without_another_paint()
+    {
+        QFETCH(std::function<void(SpectrumChart&)>, change);
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-60)));
+        QTest::qWait(400); // the read-out's turn is over, nothing more is painted
+        const int paints = m_chart->paints;
+        change(*m_chart);
+        QTRY_VERIFY(m_chart->paints > paints);
+        QTest::qWait(100);
+        const QImage shown = onTheScreen();
+        QCOMPARE(shown.size(), m_chart->size());
+        m_chart->replot(QCustomPlot::rpQueuedReplot);
+        QTest::qWait(50);
+        m_chart->repaint();
+        QCOMPARE(shown, onTheScreen());
+    }
+
     void levels_are_numbered_in_fixed_decimals()
     {
         QCOMPARE(m_chart->yAxis->numberFormat(), QString("f"));
@@ -163,6 +205,31 @@ private slots:
         m_chart->addSpectrum(cardSide::carrier(101, 50, -10.0));
         QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
         QTRY_COMPARE(m_chart->readout(), QString("Peak 70.000 MHz -10.0 dB"));
+    }
+
+    void triangle_and_diamond_stand_on_the_trace_while_their_texts_are_read()
+    {
+        m_chart->setLineColor(Qt::green);
+        m_chart->addSpectrum(cardSide::carrier(101, 20, -42.5));
+        m_chart->setMarker(70.0);
+        const QString text = m_chart->readout();
+        const QImage before = m_chart->grab().toImage();
+        m_chart->addSpectrum(cardSide::carrier(101, 80, -12.5, -60.0));
+        QCOMPARE(m_chart->readout(), text);
+        const QImage after = m_chart->grab().toImage();
+        QCOMPARE(m_chart->readout(), text);
+        // the triangle's light inside, above the highest point; the diamond's right half
+        const auto triangle = [this](const QImage& picture, double part, double level) {
+            return picture.pixelColor(pixelOf(part, level) - QPoint(0, 8)).blue() > 128;
+        };
+        const auto diamond = [this](const QImage& picture, double level) {
+            const QRect half(pixelOf(0.5, level) + QPoint(2, -6), QSize(5, 13));
+            return pixels(picture.copy(half), Qt::white) > 4;
+        };
+        QVERIFY(triangle(before, 0.2, -42.5) && !triangle(after, 0.2, -42.5));
+        QVERIFY(!triangle(before, 0.8, -12.5) && triangle(after, 0.8, -12.5));
+        QVERIFY(diamond(before, -100.0) && !diamond(after, -100.0));
+        QVERIFY(!diamond(before, -60.0) && diamond(after, -60.0));
     }
 
     void the_trace_is_drawn_where_its_level_is()
@@ -280,6 +347,7 @@ private slots:
         QCOMPARE(pixels(with.copy(corner), orange), without);
         QVERIFY2(without > 30, qPrintable(QString::number(without))); // dashes and figures
         const int y = qRound(m_chart->yAxis->coordToPixel(trace));
+        QCOMPARE(pixels(with.copy(plot.right() - 18, y - 1, 13, 3), Qt::green), 0);
         QVERIFY(pixels(with.copy(plot.left() + 20, y - 1, 1, 3), Qt::green) > 0);
         QVERIFY(pixels(with.copy(plot.right() - 2, y - 1, 1, 3), Qt::green) > 0);
     }
@@ -314,6 +382,21 @@ private slots:
         QVERIFY(m_chart->marker().valid);
         tap(0.505);
         QVERIFY(!m_chart->marker().valid);
+    }
+
+    void a_tap_as_near_as_a_finger_comes_takes_the_marker_away()
+    {
+        m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
+        const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
+        for (const int away : {23, -23}) {
+            tap(0.5);
+            QVERIFY(m_chart->marker().valid);
+            tap(0.5 + away * pixel);
+            QVERIFY(!m_chart->marker().valid);
+        }
+        tap(0.5);
+        tap(0.5 + 27 * pixel);
+        QVERIFY(m_chart->marker().valid);
     }
 
     void another_tap_moves_the_marker()
@@ -375,6 +458,27 @@ private slots:
         QVERIFY2(m_chart->paints <= 2, qPrintable(QString::number(m_chart->paints)));
     }
 
+    void the_next_paint_waits_as_long_as_the_last_one_took()
+    {
+        // takes long everywhere: a large chart, and lines from top to bottom all over it
+        m_chart->resize(4000, 3000);
+        QByteArray points(9000, '\0');
+        for (qsizetype i = 0; i < points.size(); i += 2) {
+            points[i] = '\xff';
+        }
+        m_chart->setMaxHold(true);
+        m_chart->addSpectrum(points);
+        QTest::qWait(400);
+        m_chart->repaint();
+        const auto* timer = m_chart->findChild<QTimer*>("paintTimer");
+        QVERIFY(timer != nullptr && !timer->isActive());
+        m_chart->addSpectrum(cardSide::carrier(512, 1, -20));
+        QVERIFY(timer->isActive());
+        QVERIFY2(m_chart->tookMs > 1, qPrintable(QString::number(m_chart->tookMs)));
+        QVERIFY2(timer->interval() > 0 && timer->interval() <= m_chart->tookMs,
+            qPrintable(QString("%1 of %2").arg(timer->interval()).arg(m_chart->tookMs)));
+    }
+
     void a_hidden_chart_is_not_painted()
     {
         m_chart->hide();
@@ -411,6 +515,17 @@ private:
         const QRect plot = m_chart->axisRect()->rect();
         const QPoint at(plot.left() + qRound(part * (plot.width() - 1)), plot.center().y());
         QTest::mouseClick(m_chart->windowHandle(), Qt::LeftButton, Qt::NoModifier, at);
+    }
+
+    // the backing store of the window
+    QImage onTheScreen() const { return m_chart->screen()->grabWindow(m_chart->winId()).toImage(); }
+
+    // part: of the plot's width, from the left
+    QPoint pixelOf(double part, double level) const
+    {
+        const QRect plot = m_chart->axisRect()->rect();
+        return {plot.left() + qRound(part * (plot.width() - 1)),
+            qRound(m_chart->yAxis->coordToPixel(level))};
     }
 
     std::unique_ptr<CountingChart> m_chart;

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -47,6 +48,29 @@ bool Pty::write(const QByteArray& bytes)
         }
     }
     return done == bytes.size();
+}
+
+bool Pty::writeUntilRead(const QByteArray& bytes)
+{
+    const int slave = ::open(m_slavePath.toLocal8Bit().constData(), O_RDONLY | O_NOCTTY);
+    const auto unread = [slave] {
+        int count = -1;
+        ::ioctl(slave, FIONREAD, &count);
+        return count;
+    };
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const auto inTime = [&elapsed] { return elapsed.elapsed() < LongestWriteMs; };
+    // the kernel hands them over when it likes, and they are read in a turn of the event loop only
+    const bool written = slave >= 0 && write(bytes);
+    while (written && unread() < bytes.size() && inTime()) {
+    }
+    while (written && unread() > 0 && inTime()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+    }
+    const bool read = written && unread() == 0;
+    ::close(slave);
+    return read;
 }
 
 QByteArray Pty::received()

@@ -24,6 +24,10 @@ public:
     // within five seconds.
     bool write(const QByteArray& bytes);
 
+    // The same, and waits until the other end, in this program, has read them. Out: whether it has
+    // within five seconds. Nothing may be unread before, and no more than 4,000 bytes are written.
+    bool writeUntilRead(const QByteArray& bytes);
+
     // Everything that has come since the last call of takeReceived().
     QByteArray received();
     QByteArray takeReceived();

@@ -97,6 +97,7 @@ private slots:
         unit.write(framed("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1") + framed("MS,Pax,Tuner,freq") +
             framed("PAX,1"));
         QTRY_COMPARE_WITH_TIMEOUT(polls(card), Requests{"0190RFFT000000"}, LongMs);
+        QCOMPARE(cardSide::requests(card).contains("0190CNFT000000"), !older);
         const QByteArray points = cardSide::carrier(512, 100, -20);
         card.write(older ? cardSide::spectrum(points) : cardSide::k7150Spectrum(0, points));
         QTRY_COMPARE_WITH_TIMEOUT(

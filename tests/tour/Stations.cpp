@@ -8,6 +8,7 @@
 #include "spectrum/SpectrumChart.h"
 #include "support/Screen.h"
 
+#include <QComboBox>
 #include <QPushButton>
 
 namespace {
@@ -96,7 +97,8 @@ void visitMenus(Tour& tour)
 void visitSpectrum(Tour& tour)
 {
     constexpr int Charts = 3;
-    constexpr int SomeSpectraMs = 1500;
+    constexpr int SomeSpectraMs = 2500;
+    constexpr int ListMs = 200;
     constexpr int ManySpectraMs = 4000;
     const auto show = [&tour](int charts) {
         for (int channel = 0; channel < Charts; ++channel) {
@@ -124,9 +126,14 @@ void visitSpectrum(Tour& tour)
             tour.picture(names.at(charts - 1) + (span == 0 ? "-narrow" : "-wide"));
         }
     }
+    SpectralCard& card = *tour.window().spectralCard;
+    auto* lowest = card.findChild<QComboBox*>("cboSpan3");
+    clickOn(lowest);
+    Tour::settle(ListMs);
+    tour.picture("spectrum-span-list");
+    lowest->hidePopup();
     choose(mixed);
     show(1);
-    SpectralCard& card = *tour.window().spectralCard;
     tour.pressButton(&card, "Max Hold");
     Tour::settle(ManySpectraMs);
     tour.picture("spectrum-max-hold");

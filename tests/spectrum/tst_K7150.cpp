@@ -1,0 +1,429 @@
+// A card of the K7150 type: three ports, demodulators that are told their spans, replies that name
+// their channel.
+#include "spectrum/CardSide.h"
+#include "spectrum/Clock.h"
+#include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumChart.h"
+#include "support/TestMain.h"
+
+#include <QMainWindow>
+#include <QSignalSpy>
+
+#include <termios.h>
+
+namespace {
+
+using Requests = QList<QByteArray>;
+
+speed_t speed(const Pty& pty)
+{
+    termios settings{};
+    ::tcgetattr(pty.master(), &settings);
+    return ::cfgetospeed(&settings);
+}
+
+// messages without their frame characters
+QStringList texts(const QSignalSpy& told)
+{
+    QStringList list;
+    for (const auto& one : told) {
+        list += one.at(0).toString().mid(1).chopped(1);
+    }
+    return list;
+}
+
+} // namespace
+
+class tst_K7150 : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_pty = &m_devices->add("ttyUSB11");
+        m_window = std::make_unique<QMainWindow>();
+        m_window->setFixedSize(800, 430);
+        m_card = new SpectralCard(m_window.get(), 0, "ttyUSB11");
+        m_window->setCentralWidget(m_card);
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_devices.reset();
+    }
+
+    void the_k7150_arrangement_replaces_the_first_bus_and_adds_two()
+    {
+        Pty& first = m_devices->add("ttyUSB12");
+        Pty& second = m_devices->add("ttyUSB13");
+        Pty& third = m_devices->add("ttyUSB14");
+        QSignalSpy detected(m_card, &SpectralCard::cardDetected);
+        QSignalSpy version(m_card, &SpectralCard::cardVersionUpdated);
+        const QPointer<Rs422Bus> before(m_card->findChild<Rs422Bus*>());
+        QVERIFY(!m_card->k7150Type());
+        QCOMPARE(speed(*m_pty), speed_t(B921600));
+        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        QVERIFY(m_card->k7150Type());
+        QVERIFY(!before->isOpen());
+        QTRY_VERIFY(before.isNull());
+        QCOMPARE(detected.count(), 1);
+        QCOMPARE(detected.at(0).at(0).toString(), QString("K7150_Spectrum"));
+        QCOMPARE(version.at(0).at(0).toString(), QString("SDU Ver:1.23"));
+        const auto buses = m_card->findChildren<Rs422Bus*>();
+        QCOMPARE(buses.size(), 3);
+        for (const Rs422Bus* bus : buses) {
+            QVERIFY(bus->isOpen() && bus->getIsK7150Type() && bus->isOldProtocol());
+            QCOMPARE(bus->startOfFrame(), '[');
+            QCOMPARE(bus->endOFrame(), ']');
+        }
+        for (const Pty* pty : {&first, &second, &third}) {
+            QCOMPARE(speed(*pty), speed_t(B230400));
+        }
+        m_card->UpdateCmds();
+        QTRY_COMPARE(cardSide::requests(first), Requests{"0190RFFT000000"});
+    }
+
+    void the_k7150_arrangement_twice_keeps_second_and_third_bus()
+    {
+        for (const char* name : {"ttyUSB12", "ttyUSB13", "ttyUSB14", "ttyUSB15"}) {
+            m_devices->add(name);
+        }
+        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        QStringList names;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QSet<Rs422Bus*> before;
+        for (Rs422Bus* bus : m_card->findChildren<Rs422Bus*>()) {
+            before += bus;
+        }
+        m_card->setK7150("ttyUSB15", "other", "another");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        int kept = 0;
+        for (Rs422Bus* bus : m_card->findChildren<Rs422Bus*>()) {
+            names += bus->portName();
+            kept += before.contains(bus) ? 1 : 0;
+        }
+        names.sort();
+        QCOMPARE(names, QStringList({"ttyUSB13", "ttyUSB14", "ttyUSB15"}));
+        QCOMPARE(kept, 2);
+    }
+
+    void a_k7150_spectrum_names_its_channel_data()
+    {
+        QTest::addColumn<int>("channel");
+        QTest::addColumn<bool>("shown");
+        QTest::newRow("0") << 0 << true;
+        QTest::newRow("1") << 1 << true;
+        QTest::newRow("2") << 2 << true;
+        QTest::newRow("3") << 3 << false;
+        QTest::newRow("255") << 255 << false;
+    }
+
+    void a_k7150_spectrum_names_its_channel()
+    {
+        QFETCH(int, channel);
+        QFETCH(bool, shown);
+        Pty& pty = switchToK7150();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_card->UpdateCmds();
+        pty.write(cardSide::k7150Spectrum(channel, cardSide::carrier(512, 5, -50)));
+        if (shown) {
+            QTRY_COMPARE(spectra.count(), 1);
+            QCOMPARE(spectra.at(0).at(1).toInt(), channel);
+            QCOMPARE(spectra.at(0).at(0).toByteArray(), cardSide::carrier(512, 5, -50));
+            QCOMPARE(m_card->chart(channel)->peak().level, -50.0);
+        } else {
+            QTest::qWait(100);
+            QCOMPARE(spectra.count(), 0);
+        }
+    }
+
+    void spectra_of_the_second_and_third_port_are_shown_too()
+    {
+        switchToK7150();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_second->write(cardSide::k7150Spectrum(1, "ab"));
+        m_third->write(cardSide::k7150Spectrum(2, "cd"));
+        QTRY_COMPARE(spectra.count(), 2);
+        QCOMPARE(m_card->chart(1)->trace().size(), 2);
+        QCOMPARE(m_card->chart(2)->trace().size(), 2);
+    }
+
+    void a_spectrum_of_another_port_does_not_end_the_first_one_s_poll()
+    {
+        Pty& pty = switchToK7150();
+        cardKnowsItsSpans(pty);
+        m_card->setOverRideVisCheck(true);
+        timer("pollTimer")->stop();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_card->timerTimeOut();
+        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
+        m_second->write(cardSide::k7150Spectrum(0, "ab"));
+        m_third->write(cardSide::k7150Spectrum(1, "cd"));
+        QTRY_COMPARE(spectra.count(), 2);
+        m_card->timerTimeOut();
+        QTest::qWait(20);
+        QCOMPARE(cardSide::requests(pty).size(), 1);
+        QCOMPARE(bus()->txCount(), 0);
+        pty.write(cardSide::k7150Spectrum(0, "ef"));
+        QTRY_COMPARE(spectra.count(), 3);
+        m_card->timerTimeOut();
+        QTRY_COMPARE(cardSide::requests(pty).size(), 2);
+    }
+
+    void a_span_change_under_way_does_not_outlive_the_older_card()
+    {
+        nameKnown();
+        m_card->UpdateCmds(); // the change waits behind it
+        m_card->SetSpan(0, 4);
+        switchToK7150();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, 'x')));
+        QCOMPARE(spectra.count(), 1);
+    }
+
+    void a_span_change_averages_anew_behind_its_marker()
+    {
+        switchToK7150();
+        m_card->chart(0)->setAveraging(16);
+        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, cardSide::level(-20))));
+        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, cardSide::level(-80))));
+        QCOMPARE(m_card->chart(0)->trace().levels().first(), -50.0F);
+        m_card->SetSpan(0, 5);
+        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, cardSide::level(-10))));
+        QCOMPARE(m_card->chart(0)->trace().size(), 0);
+        testClock::expire(bus());
+        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, cardSide::level(-60))));
+        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, cardSide::level(-80))));
+        QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
+    }
+
+    void a_lost_reply_of_a_k7150_is_not_asked_for_again_by_the_bus()
+    {
+        Pty& pty = switchToK7150();
+        m_card->UpdateCmds();
+        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
+        testClock::expire(bus());
+        QTest::qWait(50);
+        QCOMPARE(cardSide::requests(pty).size(), 1);
+    }
+
+    void a_k7150_on_the_screen_comes_back_after_a_lost_reply()
+    {
+        Pty& pty = switchToK7150();
+        cardKnowsItsSpans(pty);
+        m_window->show();
+        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
+        testClock::expire(bus());
+        QTest::qWait(120);
+        QCOMPARE(cardSide::requests(pty).size(), 1);
+        QCOMPARE(timer("replyDueTimer")->interval(), 2500);
+        QVERIFY(timer("replyDueTimer")->isActive() && timer("replyDueTimer")->isSingleShot());
+        testClock::expire(timer("replyDueTimer"));
+        QTRY_COMPARE(cardSide::requests(pty).size(), 2);
+    }
+
+    // spans
+
+    void demodulators_and_card_are_told_their_spans_before_the_first_poll()
+    {
+        Pty& pty = switchToK7150();
+        m_card->SetSpan(1, 9);
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT190000"});
+        testClock::expire(bus());
+        pty.takeReceived();
+        m_card->setOverRideVisCheck(true);
+        timer("pollTimer")->stop();
+        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
+        // each channel once, the second one was told already; whether the card answers or not
+        m_card->timerTimeOut();
+        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D3:NFFT:12"}));
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT000000"});
+        testClock::expire(bus());
+        QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT000000", "0190RFFT000000"}));
+        pty.takeReceived();
+        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
+        const QList<Requests> turns{{"0190RFFT100000"}, {"0190CNFT200000", "0190RFFT200000"},
+            {"0190RFFT010000"}, {"0190RFFT110000"}, {"0190RFFT210000"}};
+        int last = 0;
+        for (const Requests& turn : turns) {
+            pty.write(cardSide::k7150Spectrum(last++ % 3, "x"));
+            QTRY_COMPARE(spectra.count(), last);
+            m_card->timerTimeOut();
+            if (turn.size() == 2) {
+                QTRY_COMPARE(cardSide::requests(pty), turn.mid(0, 1));
+                testClock::expire(bus());
+            }
+            QTRY_COMPARE(cardSide::requests(pty), turn);
+            pty.takeReceived();
+        }
+        QCOMPARE(told.count(), 2);
+    }
+
+    void a_spectrum_asked_for_directly_tells_no_span()
+    {
+        Pty& pty = switchToK7150();
+        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
+        m_card->UpdateCmds();
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190RFFT000000"});
+        QCOMPARE(told.count(), 0);
+    }
+
+    void a_hidden_channel_is_not_told_before_it_is_polled()
+    {
+        Pty& pty = switchToK7150();
+        m_card->SetChartAreaVisible(0, false);
+        m_card->setOverRideVisCheck(true);
+        timer("pollTimer")->stop();
+        m_card->timerTimeOut();
+        testClock::expire(bus());
+        QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT100000", "0190RFFT100000"}));
+    }
+
+    void a_k7150_whose_port_comes_later_is_polled_and_its_demodulators_are_told_once()
+    {
+        m_card->setK7150("late", "absent", "absent");
+        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
+        m_window->show();
+        QTest::qWait(120);
+        QCOMPARE(told.count(), 0);
+        Pty& pty = m_devices->add("late");
+        const Requests first{"0190CNFT000000", "0190RFFT000000"};
+        QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(pty), first, 10000);
+        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D2:NFFT:12", "D3:NFFT:12"}));
+    }
+
+    void a_card_that_comes_later_is_told_what_was_chosen_before()
+    {
+        m_card->setK7150("late", "absent", "absent");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_card->SetSpan(0, 7); // nobody hears it
+        Rs422Bus* late = nullptr;
+        for (Rs422Bus* one : m_card->findChildren<Rs422Bus*>()) {
+            late = one->portName() == "late" ? one : late;
+        }
+        testClock::expire(late);
+        QVERIFY(testClock::timers(late).isEmpty());
+        Pty& pty = m_devices->add("late");
+        QTRY_VERIFY_WITH_TIMEOUT(m_card->isOpen(), 10000);
+        m_window->show();
+        const Requests first{"0190CNFT070000", "0190RFFT000000"};
+        QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(pty), first, 10000);
+    }
+
+    void demodulator_and_card_are_told_a_span()
+    {
+        Pty& pty = switchToK7150();
+        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
+        m_card->SetSpan(1, 9);
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(told.at(0).at(0).toString(),
+            QString("\x02"
+                    "D2:NFFT:10\x04"));
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT190000"});
+        QCOMPARE(testClock::intervals(bus()), QList<int>{450});
+    }
+
+    void spans_of_one_transform_are_told_apart()
+    {
+        Pty& pty = switchToK7150();
+        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
+        Requests card;
+        for (const int span : {6, 7, 8, 9}) {
+            m_card->SetSpan(0, span);
+            testClock::expire(bus());
+            card += "0190CNFT0" + QByteArray::number(span) + "0000";
+        }
+        QTRY_COMPARE(cardSide::requests(pty), card);
+        QCOMPARE(texts(told), QStringList(4, "D1:NFFT:10"));
+    }
+
+    void of_spans_chosen_fast_the_card_is_told_the_first_and_the_last()
+    {
+        Pty& pty = switchToK7150();
+        for (int span = 1; span < 10; ++span) {
+            m_card->SetSpan(2, span);
+        }
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT210000"});
+        testClock::expire(bus());
+        QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT210000", "0190CNFT290000"}));
+        testClock::expire(bus());
+        QVERIFY(testClock::timers(bus()).isEmpty());
+    }
+
+    void a_k7150_is_set_up_through_its_demodulators_and_told_its_spans()
+    {
+        Pty& pty = switchToK7150();
+        m_card->SetSpan(2, 3);
+        testClock::expire(bus());
+        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT230000"});
+        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
+        for (int i = 0; i < 100; ++i) {
+            m_card->initSA();
+        }
+        QCOMPARE(texts(told).mid(0, 6),
+            QStringList(
+                {"D1:SPEN:1", "D1:NFFT:12", "D2:SPEN:1", "D2:NFFT:12", "D3:SPEN:1", "D3:NFFT:11"}));
+        for (int i = 0; i < 3; ++i) {
+            testClock::expire(bus());
+        }
+        QTRY_COMPARE(cardSide::requests(pty),
+            Requests({"0190CNFT230000", "0190CNFT000000", "0190CNFT100000", "0190CNFT230000"}));
+        QVERIFY(testClock::timers(bus()).isEmpty());
+    }
+
+private:
+    // the first one of three after switchToK7150()
+    Rs422Bus* bus() const
+    {
+        for (Rs422Bus* one : m_card->findChildren<Rs422Bus*>()) {
+            if (one->portName() == (m_card->k7150Type() ? "ttyUSB12" : "ttyUSB11")) {
+                return one;
+            }
+        }
+        return nullptr;
+    }
+
+    QTimer* timer(const char* name) const { return m_card->findChild<QTimer*>(name); }
+
+    // the name was asked for and not given, and the bus is idle
+    void nameKnown()
+    {
+        QTRY_VERIFY(!cardSide::requests(*m_pty).isEmpty());
+        testClock::expire(bus());
+        QVERIFY(testClock::timers(bus()).isEmpty());
+    }
+
+    Pty& switchToK7150()
+    {
+        Pty& pty = m_devices->add("ttyUSB12");
+        m_second = &m_devices->add("ttyUSB13");
+        m_third = &m_devices->add("ttyUSB14");
+        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        return pty;
+    }
+
+    // all channels have been told theirs
+    void cardKnowsItsSpans(Pty& pty)
+    {
+        m_card->initSA();
+        for (int channel = 0; channel < 3; ++channel) {
+            QTRY_COMPARE(cardSide::requests(pty).size(), channel + 1);
+            testClock::expire(bus());
+        }
+        QVERIFY(testClock::timers(bus()).isEmpty());
+        pty.takeReceived();
+    }
+
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_pty = nullptr;
+    Pty* m_second = nullptr;
+    Pty* m_third = nullptr;
+    std::unique_ptr<QMainWindow> m_window;
+    SpectralCard* m_card = nullptr;
+};
+
+QN740_TEST_MAIN(tst_K7150)
+#include "tst_K7150.moc"
