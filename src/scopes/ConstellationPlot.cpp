@@ -80,7 +80,7 @@ void ConstellationPlot::clear()
     m_image.clear();
     m_waiting.clear();
     m_last = Block();
-    m_badge.clear();
+    setBadge({});
 }
 
 void ConstellationPlot::drawLastAgain()

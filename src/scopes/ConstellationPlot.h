@@ -25,13 +25,11 @@ public:
     // limit: half the range of both axes, in parts of full scale. A new one leaves
     // the newest block alone on the screen.
     void setLimit(double limit);
-    void setBadge(const QString& badge) { m_badge = badge; }
 
     // The pairs of the newest block as they are plotted: (I, Q) in parts of full scale.
     QVector<QPointF> plotted() const;
 
     PlotAxes axes() const override;
-    QString badge() const override { return m_badge; }
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
     void clear() override;
     void resize(QSize size) override;
@@ -53,7 +51,6 @@ private:
     void drawLastAgain();
     void draw(const Block& block);
 
-    QString m_badge;
     double m_limit = 1.0;
     DensityImage m_image;
     std::deque<Block> m_waiting; // blocks that are not drawn yet

@@ -63,7 +63,7 @@ void EyePlot::clear()
     m_image.clear();
     m_waiting.clear();
     m_last.clear();
-    m_badge.clear();
+    setBadge({});
 }
 
 void EyePlot::drawLastAgain()

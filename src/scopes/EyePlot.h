@@ -35,10 +35,8 @@ public:
     // the newest block alone on the screen.
     void setLimit(double limit);
     void setTimeLabel(bool shown) { m_timeLabel = shown; }
-    void setBadge(const QString& badge) { m_badge = badge; }
 
     PlotAxes axes() const override;
-    QString badge() const override { return m_badge; }
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
     void clear() override;
     void resize(QSize size) override;
@@ -55,7 +53,6 @@ private:
     void drawTrace(const double* points);
 
     QString m_yLabel;
-    QString m_badge;
     bool m_timeLabel = true;
     double m_limit = 1.0;
     Interpolator m_interpolator;

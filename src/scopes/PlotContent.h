@@ -44,12 +44,16 @@ public:
     virtual PlotAxes axes() const = 0;
     // A warning in the corner of the data; mostly empty. It comes and goes with the data and is no
     // part of the frame.
-    virtual QString badge() const { return {}; }
+    const QString& badge() const { return m_badge; }
+    void setBadge(const QString& badge) { m_badge = badge; }
     virtual void setLineColor(const QColor& color) = 0;
-    // Forgets all data.
+    // Forgets all data, and the warning with them.
     virtual void clear() = 0;
     // The data area in pixels; what was drawn so far is forgotten, the newest data are kept.
     virtual void resize(QSize size) = 0;
     // Draws over `picture`, an RGB32 image of that size that holds the grid.
     virtual void paint(QImage& picture) = 0;
+
+private:
+    QString m_badge;
 };

@@ -15,7 +15,7 @@ namespace {
 
 constexpr qint32 BaudRate = 115200;
 constexpr qint64 ReadBufferBytes = 4096;
-constexpr int SilenceMs = 2000; // that of 15 blocks
+constexpr int SilenceMs = 2000; // the time of 15 blocks
 constexpr QRgb NoteColor = 0xffc8c8c8;
 constexpr int NotePixels = 16;
 
@@ -153,6 +153,16 @@ void Scope::setPlotType(int type)
     }
 }
 
+void Scope::setOff(bool off)
+{
+    m_off = off;
+    if (off) {
+        clearPlots(); // what was there before is not there any more
+    } else {
+        m_silence.start();
+    }
+}
+
 void Scope::paintEvent(QPaintEvent* event)
 {
     QWidget::paintEvent(event);
@@ -265,16 +275,20 @@ void Scope::plotEyeConsData(QVector<double>& i, QVector<double>& q)
 
 void Scope::markSilence()
 {
-    const QString badge = QStringLiteral("NO DATA");
-    m_eyeI.setBadge(badge);
-    m_eyeQ.setBadge(badge);
-    m_constellation.setBadge(badge);
+    if (m_off) {
+        clearPlots(); // that was the block under way when it was switched off
+        return;
+    }
+    for (PlotContent* content : contents()) {
+        content->setBadge(QStringLiteral("NO DATA"));
+    }
     m_plotI->dataChanged();
     m_plotQ->dataChanged();
 }
 
 void Scope::plotSdiData(QByteArray& record)
 {
+    m_sdi.setBadge({});
     m_sdi.addRecord(record);
     m_plotI->dataChanged();
 }
@@ -354,6 +368,7 @@ void Scope::decodeSdi(const QByteArray& bytes)
     QByteArray record = m_sdiDecoder.read(bytes);
     if (!record.isEmpty()) {
         plotSdiData(record);
+        m_silence.start();
         emit rcv_sdi_msg(record);
     }
 }

@@ -24,8 +24,8 @@ class QVBoxLayout;
 // What the port has goes in bulk to the decoder of the plot type, I/Q blocks or SDI records. A
 // finished block or record is first plotted, then leaves by rcv_eye_msg or rcv_sdi_msg, whether or
 // not anybody sees the plot. Two plots lie one above the other: the eyes of I and Q; constellation
-// and SDI strips use the upper one alone. A broken block is dropped without a word; a plot that
-// gets no more blocks keeps the last ones and says so ("NO DATA"), as they look like a steady
+// and SDI strips use the upper one alone. A broken block is dropped without a word. A plot that
+// gets nothing for two seconds keeps what it has and says so ("NO DATA"), as it looks like a steady
 // signal.
 //
 // Both signals leave while the port tells of its data: whoever gets one may have the scope deleted
@@ -51,6 +51,10 @@ public:
 
     void setPlotType(int type);
     int plotType() const { return m_plotType; }
+
+    // Whether the demodulator has been told to send nothing; false at first. What still comes is
+    // plotted, and forgotten when nothing follows it for two seconds.
+    void setOff(bool off);
 
     // Empties the plots, until the next data come. A change of the plot type does it, too: what was
     // received in another form is no use in the new one.
@@ -134,10 +138,11 @@ private:
     PlotView* m_plotI = nullptr;
     PlotView* m_plotQ = nullptr;
     QColor m_lineColor;
-    QTimer m_silence; // since the last block
+    QTimer m_silence; // since the last block or record
     int m_plotType = EyePattern;
     int m_numOfPlots = 2;
     bool m_showQPlot = true;
     bool m_disableFixIsize = false;
     bool m_plotsShown = true;
+    bool m_off = false;
 };

@@ -99,9 +99,7 @@ void ScopesPage::setMode(int demodulator, const ScopeMode& mode)
     changed.button->setText(mode.buttonText(demodulator));
     if (changed.scope) {
         changed.scope->setPlotType(mode.plotType);
-        if (mode.stored == 0) {
-            changed.scope->clearPlots(); // what was there before is not there any more
-        }
+        changed.scope->setOff(mode.stored == 0);
     }
     changed.mode = mode.stored;
 }

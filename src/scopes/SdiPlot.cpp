@@ -13,6 +13,12 @@ constexpr QRgb StripLine = 0xff5a5a5a;
 
 } // namespace
 
+void SdiPlot::clear()
+{
+    m_records.clear();
+    setBadge({});
+}
+
 void SdiPlot::addRecord(const QByteArray& record)
 {
     if (record.size() < RecordBytes) {

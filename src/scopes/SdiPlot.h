@@ -27,7 +27,7 @@ public:
 
     PlotAxes axes() const override;
     void setLineColor(const QColor& color) override { m_color = color; }
-    void clear() override { m_records.clear(); }
+    void clear() override;
     void resize(QSize size) override { m_size = size; }
     void paint(QImage& picture) override;
 

@@ -321,18 +321,23 @@ private slots:
         QVERIFY(plot(bench.scope, "plotI")->content()->badge().isEmpty());
     }
 
-    void a_plot_that_gets_no_more_blocks_says_so_data()
+    void a_plot_that_gets_no_more_data_says_so_data()
     {
         QTest::addColumn<int>("plotType");
         QTest::addColumn<bool>("withQ");
-        QTest::newRow("eye pattern") << int(Scope::EyePattern) << true;
-        QTest::newRow("constellation") << int(Scope::Constellation) << false;
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("eye pattern") << int(Scope::EyePattern) << true << steady(16000, 16000);
+        QTest::newRow("constellation") << int(Scope::Constellation) << false << steady(16000, 0);
+        QTest::newRow("SDI") << int(Scope::Sdi) << false
+                             << QByteArray("\x01\xff"
+                                           "12345");
     }
 
-    void a_plot_that_gets_no_more_blocks_says_so()
+    void a_plot_that_gets_no_more_data_says_so()
     {
         QFETCH(int, plotType);
         QFETCH(bool, withQ);
+        QFETCH(QByteArray, bytes);
         Bench bench;
         bench.scope.setPlotType(plotType);
         auto* silence = bench.scope.findChild<QTimer*>("silence");
@@ -341,8 +346,9 @@ private slots:
             return QStringList{plot(bench.scope, "plotI")->content()->badge(),
                 withQ ? plot(bench.scope, "plotQ")->content()->badge() : "NO DATA"};
         };
-        bench.line.write(steady(16000, 16000));
-        QTRY_COMPARE(bench.blocks.size(), 1);
+        const auto received = [&] { return bench.blocks.size() + bench.records.size(); };
+        bench.line.write(bytes);
+        QTRY_COMPARE(received(), 1);
         QVERIFY(badges().first().isEmpty());
         QCOMPARE(testClock::intervals(silence), QList<int>{2000});
         testClock::expire(silence);
@@ -350,13 +356,37 @@ private slots:
         const int painted = plot(bench.scope, "plotI")->paintCount();
         QTRY_VERIFY(plot(bench.scope, "plotI")->paintCount() > painted);
 
-        bench.line.write(steady(16000, 16000));
-        QTRY_COMPARE(bench.blocks.size(), 2);
+        bench.line.write(bytes);
+        QTRY_COMPARE(received(), 2);
         QVERIFY(badges().first().isEmpty());
         QVERIFY(silence->isActive());
         bench.scope.clearPlots();
         QVERIFY(!silence->isActive());
         QVERIFY(badges().first().isEmpty());
+    }
+
+    void a_scope_that_is_on_and_gets_nothing_says_so()
+    {
+        Bench bench;
+        bench.scope.setOff(false);
+        testClock::expire(bench.scope.findChild<QTimer*>("silence"));
+        QCOMPARE(plot(bench.scope, "plotI")->content()->badge(), QStringLiteral("NO DATA"));
+    }
+
+    void a_scope_that_is_off_forgets_the_block_that_was_under_way()
+    {
+        Bench bench;
+        auto* silence = bench.scope.findChild<QTimer*>("silence");
+        bench.scope.setPlotType(Scope::Constellation);
+        bench.scope.setOff(true);
+        QVERIFY(!silence->isActive());
+        bench.line.write(steady(16000, 16000));
+        QTRY_COMPARE(bench.blocks.size(), 1);
+        QVERIFY(!bench.scope.constellation().plotted().isEmpty());
+        testClock::expire(silence);
+        QVERIFY(bench.scope.constellation().plotted().isEmpty());
+        QVERIFY(plot(bench.scope, "plotI")->content()->badge().isEmpty());
+        QVERIFY(!silence->isActive());
     }
 
     void hidden_plots_leave_a_word_of_why()

@@ -6,6 +6,7 @@
 
 #include <QGridLayout>
 #include <QPushButton>
+#include <QTimer>
 
 namespace {
 constexpr QSize PageSize(800, 428); // what the status bar leaves
@@ -71,6 +72,19 @@ private slots:
             QCOMPARE(page.modeButton(n)->text(), text.arg(n));
             QCOMPARE(page.scope(n)->plotType(), plotType);
             QCOMPARE(page.storedMode(n), stored);
+        }
+    }
+
+    void only_a_scope_that_is_on_waits_for_data()
+    {
+        ScopesPage page;
+        auto* silence = page.scope(2)->findChild<QTimer*>(QStringLiteral("silence"));
+        QVERIFY(!silence->isActive());
+        for (const int message : {1, 2, 3}) {
+            page.setMode(2, *ScopeMode::ofMessage(message));
+            QVERIFY(silence->isActive());
+            page.setMode(2, *ScopeMode::ofMessage(0));
+            QVERIFY(!silence->isActive());
         }
     }
 
