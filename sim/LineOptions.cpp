@@ -2,7 +2,7 @@
 
 #include "sim/CardFaults.h"
 #include "sim/LineFaults.h"
-#include "sim/ScopeBytes.h"
+#include "sim/ScopeFaults.h"
 
 #include <QCommandLineParser>
 

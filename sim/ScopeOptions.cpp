@@ -1,7 +1,7 @@
 #include "sim/ScopeOptions.h"
 
 #include "sim/PseudoTerminal.h"
-#include "sim/ScopeBytes.h"
+#include "sim/ScopeFaults.h"
 #include "sim/ScopePort.h"
 #include "sim/UnitDevices.h"
 #include "sim/UnitState.h"

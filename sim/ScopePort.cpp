@@ -2,6 +2,7 @@
 
 #include "scopes/IqBlock.h"
 #include "sim/PseudoTerminal.h"
+#include "sim/ScopeBytes.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sim/ScopeBytes.h"
+#include "sim/ScopeFaults.h"
 #include "sim/SignalModel.h"
 
 #include <QByteArray>

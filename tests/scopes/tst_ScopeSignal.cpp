@@ -5,6 +5,7 @@
 #include "scopes/ScopesPage.h"
 #include "scopes/StcMagPhasePlot.h"
 #include "sim/ScopeBytes.h"
+#include "sim/ScopeFaults.h"
 #include "sim/SignalModel.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"

@@ -1,6 +1,7 @@
 #include "scopes/IqBlockDecoder.h"
 #include "scopes/SdiDecoder.h"
 #include "sim/PseudoTerminal.h"
+#include "sim/ScopeBytes.h"
 #include "sim/ScopePort.h"
 #include "support/LineEnd.h"
 #include "support/TestMain.h"

@@ -1,12 +1,9 @@
 // A card of the K7150 type: three ports, demodulators that are told their spans, replies that name
 // their channel.
-#include "spectrum/CardSide.h"
-#include "spectrum/Clock.h"
-#include "spectrum/SpectralCard.h"
+#include "spectrum/CardDesk.h"
 #include "spectrum/SpectrumChart.h"
 #include "support/TestMain.h"
 
-#include <QMainWindow>
 #include <QSignalSpy>
 
 #include <termios.h>
@@ -34,26 +31,13 @@ QStringList texts(const QSignalSpy& told)
 
 } // namespace
 
-class tst_K7150 : public QObject
+class tst_K7150 : public QObject, private CardDesk
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyUSB11");
-        m_window = std::make_unique<QMainWindow>();
-        m_window->setFixedSize(800, 430);
-        m_card = new SpectralCard(m_window.get(), 0, "ttyUSB11");
-        m_window->setCentralWidget(m_card);
-    }
-
-    void cleanup()
-    {
-        m_window.reset();
-        m_devices.reset();
-    }
+    void init() { sitDown(); }
+    void cleanup() { standUp(); }
 
     void the_k7150_arrangement_replaces_the_first_bus_and_adds_two()
     {
@@ -375,27 +359,6 @@ private slots:
     }
 
 private:
-    // the first one of three after switchToK7150()
-    Rs422Bus* bus() const
-    {
-        for (Rs422Bus* one : m_card->findChildren<Rs422Bus*>()) {
-            if (one->portName() == (m_card->k7150Type() ? "ttyUSB12" : "ttyUSB11")) {
-                return one;
-            }
-        }
-        return nullptr;
-    }
-
-    QTimer* timer(const char* name) const { return m_card->findChild<QTimer*>(name); }
-
-    // the name was asked for and not given, and the bus is idle
-    void nameKnown()
-    {
-        QTRY_VERIFY(!cardSide::requests(*m_pty).isEmpty());
-        testClock::expire(bus());
-        QVERIFY(testClock::timers(bus()).isEmpty());
-    }
-
     Pty& switchToK7150()
     {
         Pty& pty = m_devices->add("ttyUSB12");
@@ -417,12 +380,8 @@ private:
         pty.takeReceived();
     }
 
-    std::unique_ptr<DeviceDirectory> m_devices;
-    Pty* m_pty = nullptr;
     Pty* m_second = nullptr;
     Pty* m_third = nullptr;
-    std::unique_ptr<QMainWindow> m_window;
-    SpectralCard* m_card = nullptr;
 };
 
 QN740_TEST_MAIN(tst_K7150)

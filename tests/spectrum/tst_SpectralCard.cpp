@@ -1,6 +1,4 @@
-#include "spectrum/CardSide.h"
-#include "spectrum/Clock.h"
-#include "spectrum/SpectralCard.h"
+#include "spectrum/CardDesk.h"
 #include "spectrum/SpectrumChart.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
@@ -8,7 +6,6 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QGridLayout>
-#include <QMainWindow>
 #include <QSignalSpy>
 
 namespace {
@@ -27,26 +24,13 @@ void answerPolls(Pty& pty, int& answered, const QByteArray& reply)
 
 } // namespace
 
-class tst_SpectralCard : public QObject
+class tst_SpectralCard : public QObject, private CardDesk
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyUSB11");
-        m_window = std::make_unique<QMainWindow>();
-        m_window->setFixedSize(800, 430);
-        m_card = new SpectralCard(m_window.get(), 0, "ttyUSB11");
-        m_window->setCentralWidget(m_card);
-    }
-
-    void cleanup()
-    {
-        m_window.reset();
-        m_devices.reset();
-    }
+    void init() { sitDown(); }
+    void cleanup() { standUp(); }
 
     // construction
 
@@ -911,24 +895,6 @@ private:
     {
         return m_card->findChild<QComboBox*>(QString("cboSpan%1").arg(channel + 1));
     }
-
-    Rs422Bus* bus() const { return m_card->findChild<Rs422Bus*>(); }
-
-    QTimer* timer(const char* name) const { return m_card->findChild<QTimer*>(name); }
-
-    // the name was asked for and not given, and the bus is idle
-    void nameKnown()
-    {
-        QTRY_VERIFY(!cardSide::requests(*m_pty).isEmpty());
-        testClock::expire(bus());
-        QVERIFY(testClock::timers(bus()).isEmpty());
-        m_pty->takeReceived();
-    }
-
-    std::unique_ptr<DeviceDirectory> m_devices;
-    Pty* m_pty = nullptr;
-    std::unique_ptr<QMainWindow> m_window;
-    SpectralCard* m_card = nullptr;
 };
 
 QN740_TEST_MAIN(tst_SpectralCard)

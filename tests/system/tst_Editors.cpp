@@ -1,23 +1,18 @@
 // Every modal editor from the finger to the unit: the panel's window, pressed by real clicks, and
 // the real simulated unit at the other end of the line. What counts is what the unit has received.
-#include "app/MainWindow.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/PopUps.h"
-#include "support/Program.h"
 #include "support/TestMain.h"
+#include "support/UnitDesk.h"
 #include "wire/Trace.h"
 
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QSlider>
-#include <QSplashScreen>
-#include <QTemporaryDir>
 
 namespace {
-
-constexpr int LongMs = 40000;
 
 // The panel's own trace of its line, with the times of the panel.
 QList<wire::TraceLine> panelTrace;
@@ -39,18 +34,9 @@ int milliseconds(const wire::TraceLine& line)
 
 } // namespace
 
-class tst_Editors : public QObject
+class tst_Editors : public QObject, private UnitDesk
 {
     Q_OBJECT
-
-    // Lets the unit send a message and waits until the panel has handled it.
-    void say(const QByteArray& message)
-    {
-        const QByteArray answer("panel: 1.1.6.4\n");
-        const auto before = m_unit->output().count(answer);
-        m_unit->write(message + "\nVER\n");
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->output().count(answer) > before, LongMs);
-    }
 
     Key* key(const char* menu, const char* id) const
     {
@@ -108,30 +94,12 @@ class tst_Editors : public QObject
     static QString frame(const char* body) { return QChar(0x02) + QString(body) + QChar(0x04); }
 
 private slots:
-    void init()
-    {
-        m_parent = std::make_unique<QTemporaryDir>();
-        const QString devices = m_parent->filePath("dev");
-        m_unit = std::make_unique<Program>(QN740_SIM, QStringList{"--dir", devices, "--trace"});
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices.toUtf8()), LongMs);
-        qputenv("QN740_DEV", devices.toLocal8Bit());
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (qobject_cast<QSplashScreen*>(widget) != nullptr) {
-                widget->hide();
-            }
-        }
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: menus sent"), LongMs);
-        say("PING");
-    }
+    void init() { sitDown(QN740_SIM, {"--trace"}); }
 
     void cleanup()
     {
         QVERIFY(QApplication::activeModalWidget() == nullptr);
-        m_window.reset();
-        m_unit.reset();
-        m_parent.reset();
+        standUp();
     }
 
     void a_frequency_that_is_typed_arrives_and_comes_back()
@@ -291,9 +259,6 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> m_parent;
-    std::unique_ptr<Program> m_unit;
-    std::unique_ptr<MainWindow> m_window;
 };
 
 QN740_TEST_MAIN(tst_Editors)

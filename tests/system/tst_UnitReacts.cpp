@@ -1,6 +1,5 @@
 // What the operator sets is what the scopes and charts of the panel show then: the panel's window,
 // pressed by real clicks, and the real simulated unit at the other end of all its lines.
-#include "app/MainWindow.h"
 #include "link/LinkMode.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -9,18 +8,15 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "support/PopUps.h"
-#include "support/Program.h"
 #include "support/TestMain.h"
+#include "support/UnitDesk.h"
 
 #include <QSignalSpy>
-#include <QSplashScreen>
-#include <QTemporaryDir>
 
 #include <cmath>
 
 namespace {
 
-constexpr int LongMs = 40000;
 constexpr int EyeSamples = 4; // a symbol, from a decision on
 
 // How far the worst decisions of an eye are from zero, as part of the mean one: 1 is an open eye, 0
@@ -40,22 +36,9 @@ double opening(const QVector<double>& i, int step)
 
 } // namespace
 
-class tst_UnitReacts : public QObject
+class tst_UnitReacts : public QObject, private UnitDesk
 {
     Q_OBJECT
-
-    std::unique_ptr<QTemporaryDir> m_parent;
-    std::unique_ptr<Program> m_unit;
-    std::unique_ptr<MainWindow> m_window;
-
-    // Lets the unit send a message and waits until the panel has handled it.
-    void say(const QByteArray& message)
-    {
-        const QByteArray answer("panel: 1.1.6.4\n");
-        const auto before = m_unit->output().count(answer);
-        m_unit->write(message + "\nVER\n");
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->output().count(answer) > before, LongMs);
-    }
 
     // Presses a key of a menu and, in its editor, these buttons; waits until the unit has received
     // what comes of it.
@@ -139,21 +122,7 @@ private slots:
     void init()
     {
         linkMode::store(linkMode::None);
-        m_parent = std::make_unique<QTemporaryDir>();
-        const QString devices = m_parent->filePath("dev");
-        m_unit = std::make_unique<Program>(QN740_SIM,
-            QStringList{"--dir", devices, "--signal", "qpsk:snr=22", "--card-points", "512"});
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices.toUtf8()), LongMs);
-        qputenv("QN740_DEV", devices.toLocal8Bit());
-        m_window = std::make_unique<MainWindow>();
-        m_window->show();
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (qobject_cast<QSplashScreen*>(widget) != nullptr) {
-                widget->hide();
-            }
-        }
-        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: menus sent"), LongMs);
-        say("PING");
+        sitDown(QN740_SIM, {"--signal", "qpsk:snr=22", "--card-points", "512"});
         for (int demodulator = 1; demodulator <= 3; ++demodulator) {
             say("SM," + QByteArray::number(demodulator) + ",2");
         }
@@ -162,12 +131,7 @@ private slots:
         }
     }
 
-    void cleanup()
-    {
-        m_window.reset();
-        m_unit.reset();
-        m_parent.reset();
-    }
+    void cleanup() { standUp(); }
 
     void a_bit_rate_changes_the_eye_and_the_width_of_the_carrier()
     {
