@@ -1,0 +1,1 @@
+qn740_test(touch LineColors)
