@@ -1,5 +1,6 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
+#include "menus/KeyDefinition.h"
 #include "menus/KeyStyle.h"
 #include "support/TestMain.h"
 
@@ -131,6 +132,94 @@ private slots:
         menu.add_keyboard_button("", "", 1, "", "", 0, "", 0, false, 1, false, &source);
         QVERIFY(menu.keys.first()->linkedKeys.isEmpty());
         QCOMPARE(menu.buttons.first()->styleSheet(), keyStyle::enabled(false));
+    }
+
+    void a_key_is_made_from_its_definition()
+    {
+        KeyBoard menu;
+        menu.new_mm_keyboard("Main", 5, 5);
+        const KeyDefinition definition{
+            "ignored", "id", "Label", 2, "CMD", "units", 3, "options", 1.5, true, 2, true, {0, 2}};
+        Key mirrored;
+        Key* key = menu.addKey(definition, KeyBoard::Cell{1, 3}, &mirrored);
+        QCOMPARE(menu.keys, QList<Key*>{key});
+        QCOMPARE(key->label, QString("Label"));
+        QCOMPARE(key->keyId, QString("id"));
+        QCOMPARE(key->type, 2);
+        QCOMPARE(key->command, QString("CMD"));
+        QCOMPARE(key->units, QString("units"));
+        QCOMPARE(key->param, 3);
+        QCOMPARE(key->options, QString("options"));
+        QCOMPARE(key->value, 1.5);
+        QVERIFY(key->tog());
+        QCOMPARE(key->state, 2);
+        QCOMPARE(key->itemIds, (QList<int>{0, 2}));
+        QCOMPARE(key->linkedKeys, QList<QPointer<Key>>{&mirrored});
+        QVERIFY(mirrored.linkedKeys.isEmpty());
+        QCOMPARE(menu.chan2Grid->itemAtPosition(1, 1)->widget(), key->GetKey());
+    }
+
+    void a_key_without_a_cell_gets_the_next_free_one()
+    {
+        KeyBoard plain;
+        plain.new_keyboard("M", 5, 5);
+        KeyBoard main;
+        main.new_mm_keyboard("Main", 5, 5);
+        main.row = 5;
+        KeyDefinition definition;
+        for (const char* label : {"first", "second"}) {
+            definition.label = label;
+            plain.addKey(definition);
+            main.addKey(definition);
+        }
+        QCOMPARE(textAt(plain.grid, 0, 1), QString("second"));
+        QCOMPARE(textAt(main.optGrid, 0, 1), QString("second"));
+    }
+
+    void a_copy_and_its_source_mirror_each_other()
+    {
+        KeyBoard source;
+        source.new_keyboard("M", 5, 5);
+        addKeys(source, 1);
+        source.keys.first()->itemIds = {1};
+        KeyBoard target;
+        target.new_PAX_mm_keyboard("PAX", 5, 2);
+        Key* copy = target.addCopy(*source.keys.first(), KeyBoard::Cell{2, 1});
+        QCOMPARE(target.keys, QList<Key*>{copy});
+        QCOMPARE(copy->label, QString("key 1"));
+        QCOMPARE(copy->itemIds, QList<int>{1});
+        QVERIFY(copy->large);
+        QCOMPARE(copy->linkedKeys, QList<QPointer<Key>>{source.keys.first()});
+        QCOMPARE(source.keys.first()->linkedKeys, QList<QPointer<Key>>{copy});
+        QCOMPARE(textAt(target.chan1Grid, 2, 1), QString("key 1"));
+    }
+
+    void the_first_key_with_an_identifier_is_found()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        QVERIFY(menu.findKey("key 2") == nullptr);
+        addKeys(menu, 3);
+        addKeys(menu, 3);
+        QCOMPARE(menu.findKey("key 2"), menu.keys.at(1));
+        QVERIFY(menu.findKey("Key 2") == nullptr);
+        menu.deleteKeys();
+        QVERIFY(menu.findKey("key 2") == nullptr);
+    }
+
+    void the_kind_is_that_of_the_function_that_built_the_menu()
+    {
+        KeyBoard plain;
+        QCOMPARE(plain.kind(), KeyBoard::Kind::Plain);
+        plain.new_keyboard("M", 5, 5);
+        QCOMPARE(plain.kind(), KeyBoard::Kind::Plain);
+        KeyBoard main;
+        main.new_mm_keyboard("Main", 5, 5);
+        QCOMPARE(main.kind(), KeyBoard::Kind::Main);
+        KeyBoard pax;
+        pax.new_PAX_mm_keyboard("PAX", 5, 2);
+        QCOMPARE(pax.kind(), KeyBoard::Kind::Pax);
+        QVERIFY(!plain.large && !main.large && pax.large);
     }
 
     void keys_flow_row_by_row()

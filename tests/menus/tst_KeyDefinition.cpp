@@ -121,9 +121,11 @@ private slots:
         key.Set_Key(&button, false);
         key.keyId = "id";
         key.value = 7;
+        key.itemIds = {2};
         KeyDefinition::fromFields(Fields)->update(key);
         QCOMPARE(key.keyId, QString("id"));
         QCOMPARE(key.value, 7.0);
+        QCOMPARE(key.itemIds, QList<int>{2});
         QCOMPARE(key.type, 3);
         QCOMPARE(key.command, QString("R1:GN"));
         QCOMPARE(key.units, QString("100 0"));
@@ -148,6 +150,7 @@ private slots:
         Key key;
         KeyDefinition::fromFields(Fields)->update(key);
         key.keyId = "gain";
+        key.itemIds = {1, 3};
         const KeyDefinition copy = KeyDefinition::of(key);
         QCOMPARE(copy.keyId, key.keyId);
         QCOMPARE(copy.label, key.label);
@@ -159,6 +162,7 @@ private slots:
         QCOMPARE(copy.value, key.value);
         QCOMPARE(copy.tog, key.tog());
         QCOMPARE(copy.state, key.state);
+        QCOMPARE(copy.itemIds, key.itemIds);
     }
 };
 

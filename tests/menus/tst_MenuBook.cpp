@@ -55,6 +55,9 @@ private slots:
         QCOMPARE(MenuBook::findKey(first, "k"), first->keys.at(0));
         QVERIFY(MenuBook::findKey(first, "x") == nullptr);
         QVERIFY(MenuBook::findKey(nullptr, "k") == nullptr);
+        QCOMPARE(m_book->findKey("A", "k"), first->keys.at(0));
+        QVERIFY(m_book->findKey("A", "x") == nullptr);
+        QVERIFY(m_book->findKey("B", "k") == nullptr);
     }
 
     void what_keys_send_leaves_the_book()

@@ -209,6 +209,14 @@ private slots:
         QCOMPARE(source->linkedKeys, QList<QPointer<Key>>{copy});
     }
 
+    void a_copy_keeps_the_locked_choices_of_its_source()
+    {
+        ak("M,k,Label,2,CMD,,0,0 A:1 B:2 C,0,0,1");
+        m_menus->lockChoices({"M", "k", "0:2"});
+        m_menus->copyKey({"N", "M", "k"});
+        QCOMPARE(find("N", "k")->itemIds, (QList<int>{0, 2}));
+    }
+
     void a_copy_of_what_is_not_there_makes_the_target_menu_only_data()
     {
         QTest::addColumn<QStringList>("fields");
