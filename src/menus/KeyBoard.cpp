@@ -22,6 +22,8 @@ constexpr int PaxOptionsHeight = 60;
 constexpr QMargins PaxChannelMargins(2, 2, 2, 2);
 constexpr QMargins PaxThinMargins(1, 1, 1, 1);
 
+// Quirk: the blanks inside and behind these sheets are part of their texts. See "Quirks" in
+// docs/architecture.md.
 QString menuSheet()
 {
     return QStringLiteral(
@@ -181,8 +183,9 @@ QPushButton* KeyBoard::newMoreKey(QWidget* parent)
     return more;
 }
 
-// The key in the last cell of a full first sub-page gives way to "More..." and becomes the first of
-// the next. On later sub-pages that cell holds "More..." from the start.
+// Quirk: the key in the last cell of a full first sub-page makes room for "More..." and becomes the
+// first key of the next sub-page, so that 36 keys still fit a single page. Later sub-pages have
+// "More..." in that cell from the start. See "Quirks" in docs/architecture.md.
 void KeyBoard::openNextSubPage()
 {
     QLayoutItem* last = grid->itemAtPosition(maxRow, maxCol);

@@ -16,7 +16,8 @@ constexpr int PaxLastCol = 2;
 constexpr int OptionsRow = 5;
 constexpr int MaxKeyHeight = 100;
 
-// Sends the keys that the main unit defines for a main menu itself to the group "Options".
+// Quirk: row 5 sends every key that "AK" defines for a main menu itself to the group "Options". See
+// "Quirks" in docs/architecture.md.
 void startInOptions(KeyBoard& menu)
 {
     menu.row = OptionsRow;

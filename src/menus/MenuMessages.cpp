@@ -7,7 +7,10 @@
 
 namespace {
 
-// Carries out a change on a key and on every key that mirrors it.
+// Carries out a change on a key and on every key linked with it.
+//
+// Quirk: it stops there. A message for a source key reaches all of its copies, one for a copy
+// reaches its source, but no other copy. See "Quirks" in docs/architecture.md.
 template <class Change>
 void onKeyAndLinked(Key* key, Change change)
 {

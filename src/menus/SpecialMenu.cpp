@@ -5,6 +5,8 @@
 
 namespace {
 
+// Quirk: unlike the sheet of a main menu, this one has no blanks behind it. See "Quirks" in
+// docs/architecture.md.
 QString groupSheet()
 {
     return QStringLiteral(

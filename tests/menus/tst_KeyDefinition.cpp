@@ -30,7 +30,7 @@ private slots:
         QCOMPARE(key->fixed, false);
     }
 
-    void fewer_than_eleven_fields_are_no_definition()
+    void fewer_than_eleven_fields_are_not_a_definition()
     {
         for (int n = 0; n < Fields.size(); ++n) {
             QVERIFY(!KeyDefinition::fromFields(Fields.mid(0, n)));
@@ -105,7 +105,7 @@ private slots:
         QTest::newRow("exponent") << "1e6" << 1e6;
         QTest::newRow("too large") << "1e60" << 0.0;
         QTest::newRow("infinite") << "inf" << 0.0;
-        QTest::newRow("no number") << "nan" << 0.0;
+        QTest::newRow("not a number") << "nan" << 0.0;
     }
 
     void a_value_is_a_finite_number_in_single_precision()
@@ -114,7 +114,7 @@ private slots:
         QTEST(valueFromText(text), "value");
     }
 
-    void an_update_changes_everything_but_identifier_and_value()
+    void an_update_keeps_identifier_value_and_locked_choices()
     {
         QPushButton button("Old");
         Key key;
@@ -135,17 +135,17 @@ private slots:
         QCOMPARE(key.state, 2);
         QCOMPARE(key.label, QString("Gain"));
         QCOMPARE(button.text(), QString("Gain"));
-        QVERIFY(button.isEnabled()); // stored, not shown
+        QVERIFY(button.isEnabled()); // the state is stored, not shown
     }
 
-    void an_update_fills_in_a_value_of_0()
+    void an_update_replaces_a_value_of_0()
     {
         Key key;
         KeyDefinition::fromFields(Fields)->update(key);
         QCOMPARE(key.value, 12.5);
     }
 
-    void the_definition_of_a_key_is_its_copy()
+    void the_definition_of_a_key_has_all_fields_for_a_copy()
     {
         Key key;
         KeyDefinition::fromFields(Fields)->update(key);
