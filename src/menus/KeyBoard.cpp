@@ -2,8 +2,9 @@
 
 #include "menus/Key.h"
 #include "menus/KeyDefinition.h"
-#include "menus/KeyStyle.h"
 #include "menus/MenuGroups.h"
+#include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 #include <QVBoxLayout>
 
@@ -167,7 +168,7 @@ Key* KeyBoard::addCopy(Key& source, std::optional<Cell> cell)
 
 QPushButton* KeyBoard::newButton(const QString& label)
 {
-    QPushButton* button = Key::newButton(label);
+    auto* button = new TextButton(label);
     button->setMaximumHeight(MaxKeyHeight);
     button->setStyleSheet(keyStyle::enabled(large));
     buttons += button;
