@@ -123,7 +123,7 @@ private slots:
             }
         }
         QVERIFY2(
-            most > 0 && most <= SpectralRemote::MostBacklog, qPrintable(QString::number(most)));
+            most > 0 && most <= SpectralRemote::MaxBacklogBytes, qPrintable(QString::number(most)));
     }
 
     void readers_that_hang_or_vanish_leave_the_memory_as_it_was()
@@ -210,11 +210,11 @@ private slots:
     {
         SpectralRemote remote(m_card.get());
         std::vector<std::unique_ptr<QLocalSocket>> readers;
-        for (int i = 0; i < SpectralRemote::MostReaders + 3; ++i) {
+        for (int i = 0; i < SpectralRemote::MaxReaders + 3; ++i) {
             readers.push_back(std::make_unique<QLocalSocket>());
             readers.back()->connectToServer(m_path);
         }
-        QTRY_COMPARE(remote.readers(), SpectralRemote::MostReaders);
+        QTRY_COMPARE(remote.readers(), SpectralRemote::MaxReaders);
         QTRY_COMPARE(readers.back()->state(), QLocalSocket::UnconnectedState);
     }
 
