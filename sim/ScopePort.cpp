@@ -1,6 +1,6 @@
 #include "sim/ScopePort.h"
 
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 #include "sim/PseudoTerminal.h"
 #include "sim/ScopeBytes.h"
 

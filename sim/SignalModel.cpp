@@ -1,6 +1,6 @@
 #include "sim/SignalModel.h"
 
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 
 #include <QStringList>
 

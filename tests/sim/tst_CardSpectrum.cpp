@@ -1,5 +1,5 @@
 #include "sim/CardSpectrum.h"
-#include "spectrum/SpanTable.h"
+#include "wire/SpanTable.h"
 #include "support/TestMain.h"
 
 namespace {

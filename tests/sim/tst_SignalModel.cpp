@@ -1,4 +1,4 @@
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 #include "sim/SignalModel.h"
 #include "support/TestMain.h"
 

@@ -4,7 +4,7 @@
 
 #include "app/MainWindow.h"
 #include "app/Views.h"
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 #include "scopes/ScopesPage.h"
 #include "sim/ScopeBytes.h"
 #include "sim/SignalModel.h"
