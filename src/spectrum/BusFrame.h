@@ -24,6 +24,9 @@ constexpr char SpectrumHeader[] = "[0190RFFT";
 char checksum(const QByteArray& bytes);
 
 /// Frames a request. Characters above 255 become "?".
+/// \param request the text to send.
+/// \param start the character in front of it.
+/// \param end the character behind it.
 /// \param withChecksum whether a checksum byte follows.
 /// \return the bytes to write.
 QByteArray frame(const QString& request, char start, char end, bool withChecksum);

@@ -16,6 +16,7 @@ QString address();
 /// The request as the bus carries it: the address, then the command filled up with "0" to ten
 /// characters, or cut to ten.
 /// \param address four characters.
+/// \param command the word and its arguments.
 QString request(const QString& address, const QString& command);
 
 /// "RNME": asks for the card's name.
@@ -29,6 +30,7 @@ QString readTrims();
 /// The word of a request for a spectrum and of its reply: "RFFT".
 QString spectrumWord();
 /// "RFFT%1%2": asks for the spectrum of a channel.
+/// \param channel 0 to 2.
 /// \param pass 0 to 2, counts the rounds over the channels.
 QString readSpectrum(int channel, int pass);
 /// \param request with its address.
@@ -38,9 +40,11 @@ bool isSpectrumRequest(const QString& request);
 /// \return the channel whose spectrum it asks for; -1 when it asks for something else.
 int spectrumChannel(const QString& request);
 /// "CNFT%1%2": sets the span of a channel.
+/// \param channel 0 to 2.
 /// \param span an index into the span table.
 QString setSpan(int channel, int span);
 /// "CTRM%1%2": sets the trim of a channel.
+/// \param channel 0 to 2.
 /// \param trim 0 to 9, in dB.
 QString setTrim(int channel, int trim);
 

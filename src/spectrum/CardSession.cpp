@@ -1,7 +1,7 @@
 #include "spectrum/CardSession.h"
 
-#include "spectrum/SpanTable.h"
 #include "wire/Message.h"
+#include "wire/SpanTable.h"
 
 #include <utility>
 

@@ -35,6 +35,7 @@ public:
     /// Opens the port of an older card and asks it for its name. An absent port is tried again, and
     /// the name asked for when it comes.
     /// \param portName the card's port, without a directory.
+    /// \param parent owns the session.
     explicit CardSession(const QString& portName, QObject* parent = nullptr);
 
     /// Whether \a channel is one of the card's.
@@ -71,6 +72,7 @@ public:
     /// The trim of a channel in dB, as the card or setTrim() said last; -1 for no such channel.
     int trim(int channel) const;
     /// Tells the card its correction.
+    /// \param channel 0 to 2; others are ignored.
     /// \param trim 0 to 9, in dB; others are ignored.
     void setTrim(int channel, int trim);
 
@@ -104,6 +106,7 @@ signals:
     void demodulatorMessage(QString message);
     /// Emitted when a spectrum has come that was measured as its channel is set now.
     /// \param points one byte per point, level in dB = byte × 0.5 − 120.
+    /// \param channel 0 to 2.
     void spectrumReceived(QByteArray points, int channel);
     /// Emitted when the span of a channel has become another one.
     void spanChanged(int channel, int span);

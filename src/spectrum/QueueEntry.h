@@ -27,6 +27,7 @@ public:
     /// Makes a request for which the bus waits DefaultReplyMs.
     static QueueEntry request(const QString& text);
     /// Makes a request with a timeout of its own.
+    /// \param text the request without its framing.
     /// \param timeoutMs for the reply; bounded to 0 … MaxReplyMs.
     static QueueEntry timedRequest(const QString& text, int timeoutMs);
     /// Makes a marker.

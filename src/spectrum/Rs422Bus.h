@@ -43,6 +43,7 @@ public:
     /// \param endOfFrame the character behind every request.
     /// \param oldProtocol whether a checksum byte follows every request.
     /// \param baudRate in bits per second.
+    /// \param parent owns the bus.
     Rs422Bus(const QString& portName, char startOfFrame, char endOfFrame, bool oldProtocol,
         int baudRate, QObject* parent = nullptr);
     ~Rs422Bus() override;
@@ -58,6 +59,7 @@ public:
     /// in front of \a msg has the meaning that bus::QueueEntry::fromText() gives it.
     void sendMessage(const QString& msg);
     /// Queues a request with a timeout of its own.
+    /// \param msg is sent as it is, control characters included.
     /// \param timeout for the reply in ms, at most bus::MaxReplyMs.
     void sendMessage(const QString& msg, int timeout);
     /// Queues a marker: when its turn comes, messageQueueFlag(flag) is emitted and nothing is sent.

@@ -33,6 +33,7 @@ public:
     /// All spans, narrowest first.
     static const QVector<SPANINFO> m_spanTable;
 
+    /// \param parent the page's parent.
     /// \param window which pair of receivers the card serves: 0 for "CH.1/CH.2/CMB.1", others for
     /// "CH.3/CH.4/CMB.2".
     /// \param portName the card's port, without a directory.
@@ -76,10 +77,12 @@ public:
     void SetSpan(int channel, int span);
     /// Sets the frequency in the middle of a channel's chart.
     /// \param rf in MHz, above 0; others are ignored.
+    /// \param channel 0 to 2; others are ignored.
     void setRf(double rf, int channel);
     /// The frequency in the middle of a channel's chart, in MHz; 0 for no such channel.
     double centre(int channel) const;
     /// Sets the horizontal markers of a channel's chart.
+    /// \param channel 0 to 2; others are ignored.
     /// \param levels in dB; an empty list removes them.
     void setHMarkers(int channel, const QList<double>& levels);
     /// Sets the colour of a trace.
@@ -90,6 +93,7 @@ public:
     static QColor lineColor(int colour);
     /// Tells the card its own correction, which its levels contain: nothing is added here. No page
     /// has a key for it; it is there for whoever trims a card.
+    /// \param channel 0 to 2; others are ignored.
     /// \param trim 0 to 9, in dB; others are ignored.
     void setTrim(int channel, int trim);
     /// The trim in dB, as the card or setTrim() said last; -1 for no such channel.
@@ -144,6 +148,7 @@ signals:
     void updateDemodCh(QString message);
     /// Emitted when a spectrum has been shown.
     /// \param points one byte per point, level in dB = byte × 0.5 − 120.
+    /// \param channel 0 to 2.
     void specUpdate(QByteArray points, int channel);
     /// Emitted when the span of a channel has become another one.
     void spanChanged(int channel, int span);

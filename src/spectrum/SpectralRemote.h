@@ -42,6 +42,7 @@ public:
 
     /// Writes a spectrum as a line of JSON.
     /// \param points one byte per point, as in SpectralCard::specUpdate().
+    /// \param channel 0 to 2.
     /// \param centre in MHz.
     /// \param span the analysed width in MHz.
     /// \return the line with its line feed.
