@@ -89,7 +89,7 @@ private slots:
     {
         ChartReadout readout;
         const int room = 330; // for a short peak and a short marker, but not for long ones
-        readout.update({1, false, {}, true, {}, 70.0}, 50, room);
+        readout.update({1, false, Peak, true, Marker, 70.0}, 50, room);
         const int height = readout.headHeight();
         for (const double level : {-1.0, -99.5, 0.0, -100.0}) {
             const SpectrumReading reading{true, 70.0, level};
