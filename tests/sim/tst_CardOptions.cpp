@@ -1,6 +1,6 @@
-#include "sim/CardOptions.h"
-#include "sim/CardSpectrum.h"
-#include "sim/UnitDevices.h"
+#include "sim/card/CardSpectrum.h"
+#include "sim/cli/CardOptions.h"
+#include "sim/line/UnitDevices.h"
 #include "support/TestMain.h"
 
 #include <QCommandLineParser>

@@ -1,4 +1,4 @@
-#include "sim/CardSpectrum.h"
+#include "sim/card/CardSpectrum.h"
 #include "spectrum/SpanTable.h"
 #include "support/TestMain.h"
 

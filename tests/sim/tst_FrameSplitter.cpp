@@ -1,4 +1,4 @@
-#include "sim/FrameSplitter.h"
+#include "sim/line/FrameSplitter.h"
 #include "support/TestMain.h"
 
 namespace {

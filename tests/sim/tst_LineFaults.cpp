@@ -1,4 +1,4 @@
-#include "sim/LineFaults.h"
+#include "sim/line/LineFaults.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
 

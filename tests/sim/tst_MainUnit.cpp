@@ -1,5 +1,5 @@
-#include "sim/MainUnit.h"
-#include "sim/PseudoTerminal.h"
+#include "sim/line/PseudoTerminal.h"
+#include "sim/unit/MainUnit.h"
 #include "support/LineEnd.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"

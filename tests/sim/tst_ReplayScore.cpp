@@ -1,5 +1,5 @@
-#include "sim/Recording.h"
-#include "sim/ReplayScore.h"
+#include "sim/replay/Recording.h"
+#include "sim/replay/ReplayScore.h"
 #include "support/TestMain.h"
 
 namespace {

@@ -1,7 +1,7 @@
-#include "sim/ScopeOptions.h"
-#include "sim/ScopePort.h"
-#include "sim/UnitDevices.h"
-#include "sim/UnitState.h"
+#include "sim/cli/ScopeOptions.h"
+#include "sim/line/UnitDevices.h"
+#include "sim/scope/ScopePort.h"
+#include "sim/unit/UnitState.h"
 #include "support/TestMain.h"
 
 #include <QCommandLineParser>

@@ -1,8 +1,8 @@
 #include "scopes/IqBlockDecoder.h"
 #include "scopes/SdiDecoder.h"
-#include "sim/PseudoTerminal.h"
-#include "sim/ScopeBytes.h"
-#include "sim/ScopePort.h"
+#include "sim/line/PseudoTerminal.h"
+#include "sim/scope/ScopeBytes.h"
+#include "sim/scope/ScopePort.h"
 #include "support/LineEnd.h"
 #include "support/TestMain.h"
 

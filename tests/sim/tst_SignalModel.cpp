@@ -1,5 +1,5 @@
 #include "scopes/IqBlock.h"
-#include "sim/SignalModel.h"
+#include "sim/scope/SignalModel.h"
 #include "support/TestMain.h"
 
 #include <algorithm>

@@ -6,8 +6,8 @@
 #include "app/Views.h"
 #include "scopes/IqBlock.h"
 #include "scopes/ScopesPage.h"
-#include "sim/ScopeBytes.h"
-#include "sim/SignalModel.h"
+#include "sim/scope/ScopeBytes.h"
+#include "sim/scope/SignalModel.h"
 
 #include <QCoreApplication>
 
