@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr int MostNoise = 100;
+constexpr int MaxNoise = 100;
 
 } // namespace
 
@@ -49,7 +49,7 @@ CardFaults::Spoilt CardFaults::spoil(QByteArray reply, Fault fault)
     case Cut:
         return {reply.left(m_chance.below(reply.size())), 0};
     case Noise: {
-        QByteArray noise(1 + m_chance.below(MostNoise), '\0');
+        QByteArray noise(1 + m_chance.below(MaxNoise), '\0');
         std::generate(
             noise.begin(), noise.end(), [this] { return static_cast<char>(m_chance.below(256)); });
         return {noise + reply, 0};

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qsizetype MostHeard = 256; // longer than any request
+constexpr qsizetype MaxHeard = 256; // longer than any request
 constexpr qsizetype AddressSize = 4;
 constexpr qsizetype CommandSize = 10; // with its padding
 constexpr double OlderBytesPerSecond = 92160.0;
@@ -40,7 +40,7 @@ CardPort::CardPort(Type type, PseudoTerminal& line, CardSpectrum& spectrum,
     , m_line(line)
     , m_spectrum(spectrum)
     , m_faults(faults)
-    , m_points(qBound(1, points, MostPoints))
+    , m_points(qBound(1, points, MaxPoints))
 {
     m_clock.start();
     connect(&line, &PseudoTerminal::received, this, &CardPort::take);
@@ -52,7 +52,7 @@ void CardPort::take(const QByteArray& bytes)
     m_heard += bytes;
     while (takeOne()) {
     }
-    if (m_heard.size() > MostHeard) {
+    if (m_heard.size() > MaxHeard) {
         m_heard.clear();
     }
 }

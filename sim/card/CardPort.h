@@ -28,10 +28,10 @@ public:
     enum class Type { Older, K7150 };
 
     static constexpr int DefaultPoints = 1024;
-    static constexpr int MostPoints = 9999;
+    static constexpr int MaxPoints = 9999;
 
     // line: the unit's end of its line. spectrum: what the card sees, shared by all ports; both
-    // must live longer than this. points: of a spectrum, 1 to MostPoints.
+    // must live longer than this. points: of a spectrum, 1 to MaxPoints.
     CardPort(Type type, PseudoTerminal& line, CardSpectrum& spectrum, const CardFaults& faults,
         int points = DefaultPoints, QObject* parent = nullptr);
 

@@ -32,7 +32,7 @@ void InputLines::take(char c)
 {
     if (c == '\n') {
         emit line(std::exchange(m_line, QByteArray()));
-    } else if (m_line.size() <= LongestLine) {
+    } else if (m_line.size() <= MaxLineLength) {
         m_line += c;
     }
 }

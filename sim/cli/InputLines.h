@@ -14,14 +14,14 @@ class InputLines : public QObject
 
 public:
     // Every character of the longest message may be typed as "\xHH".
-    static constexpr qsizetype LongestLine = 4 * rules::LongestMessage;
+    static constexpr qsizetype MaxLineLength = 4 * rules::LongestMessage;
 
     // fileDescriptor: open for reading, not owned.
     explicit InputLines(int fileDescriptor, QObject* parent = nullptr);
 
 signals:
-    // One line without its end. Of a line that is longer than LongestLine only one byte more comes,
-    // by which it is known.
+    // One line without its end. Of a line that is longer than MaxLineLength only one byte more
+    // comes, by which it is known.
     void line(QByteArray text);
 
 private:

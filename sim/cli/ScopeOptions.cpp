@@ -1,10 +1,6 @@
 #include "sim/cli/ScopeOptions.h"
 
-#include "sim/line/PseudoTerminal.h"
-#include "sim/line/UnitDevices.h"
-#include "sim/scope/ScopeFaults.h"
 #include "sim/scope/ScopePort.h"
-#include "sim/unit/UnitState.h"
 
 #include <QCommandLineParser>
 
@@ -12,7 +8,6 @@ namespace {
 
 const QString Signal = QStringLiteral("signal");
 const QString Mode = QStringLiteral("scope-mode");
-const QString Line = QStringLiteral("ttyUSB%1");
 
 // of Demod 1, 2 and 3 when nothing else is asked for
 const QStringList DefaultSignals{
@@ -36,50 +31,20 @@ ScopeOptions ScopeOptions::from(const QCommandLineParser& parser)
     ScopeOptions options;
     const QStringList given = parser.values(Signal);
     const QStringList& texts = given.isEmpty() ? DefaultSignals : given;
-    for (int port = 0; port < Ports && options.fault.isEmpty(); ++port) {
+    for (int port = 0; port < ScopePortSettings::Ports && options.fault.isEmpty(); ++port) {
         const QString text = texts.value(port, texts.constLast());
-        options.signalSettings.append(SignalSettings::fromText(text, options.fault));
+        options.ports.signalSettings.append(SignalSettings::fromText(text, options.fault));
     }
-    if (options.fault.isEmpty() && texts.size() > Ports) {
-        options.fault =
-            QStringLiteral("%1 signals for %2 scope ports").arg(texts.size()).arg(Ports);
+    if (options.fault.isEmpty() && texts.size() > ScopePortSettings::Ports) {
+        options.fault = QStringLiteral("%1 signals for %2 scope ports")
+                            .arg(texts.size())
+                            .arg(ScopePortSettings::Ports);
     }
     bool modeIsNumber = false;
-    options.mode = parser.value(Mode).toInt(&modeIsNumber);
-    if (!modeIsNumber || options.mode < ScopePort::Off || options.mode > ScopePort::Sdi) {
+    options.ports.mode = parser.value(Mode).toInt(&modeIsNumber);
+    if (!modeIsNumber || options.ports.mode < ScopePort::Off ||
+        options.ports.mode > ScopePort::Sdi) {
         options.fault = QStringLiteral("no mode of a scope port: \"%1\"").arg(parser.value(Mode));
     }
     return options;
-}
-
-bool ScopeOptions::addPorts(
-    UnitDevices& devices, UnitState& state, const FaultTable& faults, quint32 seed) const
-{
-    for (int port = 0; port < Ports; ++port) {
-        const int demodulator = port + 1;
-        PseudoTerminal* line = devices.add(Line.arg(demodulator));
-        if (line == nullptr) {
-            return false;
-        }
-        state.setSignal(demodulator, signalSettings.at(port));
-        state.setScopeMode(demodulator, mode);
-        const quint32 ownSeed = seed + static_cast<quint32>(port);
-        auto* scope = new ScopePort(
-            *line, state.signal(demodulator), ScopeFaults(faults, ownSeed), ownSeed, line);
-        scope->setObjectName(Line.arg(demodulator));
-        scope->setMode(mode);
-        QObject::connect(&state, &UnitState::scopeModeChanged, scope,
-            [scope, demodulator](int changed, int newMode) {
-                if (changed == demodulator) {
-                    scope->setMode(newMode);
-                }
-            });
-        QObject::connect(
-            &state, &UnitState::signalChanged, scope, [scope, demodulator, &state](int changed) {
-                if (changed == demodulator) {
-                    scope->setSignal(state.signal(demodulator));
-                }
-            });
-    }
-    return true;
 }

@@ -15,7 +15,7 @@ QList<FrameSplitter::Piece> FrameSplitter::take(const QByteArray& bytes)
             clear();
         } else {
             m_text += c;
-            if (m_text.size() >= LongestText) {
+            if (m_text.size() >= MaxTextLength) {
                 flushUnframed(pieces);
             }
         }

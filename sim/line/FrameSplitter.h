@@ -10,11 +10,11 @@
 //
 // Bytes come in as they arrive, in pieces of any size; out come the bodies of framed messages (STX
 // and EOT taken off) and, marked as such, what stands outside a frame, in the order of the line. A
-// frame that is broken off by another STX, or grows past LongestText, counts as unframed.
+// frame that is broken off by another STX, or grows past MaxTextLength, counts as unframed.
 class FrameSplitter
 {
 public:
-    static constexpr qsizetype LongestText = 65536; // in characters; more is handed on in pieces
+    static constexpr qsizetype MaxTextLength = 65536; // in characters; more is handed on in pieces
 
     struct Piece
     {

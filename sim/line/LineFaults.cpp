@@ -10,9 +10,9 @@ constexpr QLatin1String Junk("junk");
 constexpr QLatin1String Split("split");
 constexpr QLatin1String Burst("burst");
 
-constexpr int MostPieces = 4;
+constexpr int MaxPieces = 4;
 constexpr int ShortestPauseMs = 5;
-constexpr int LongestPauseMs = 20;
+constexpr int MaxPauseMs = 20;
 
 } // namespace
 
@@ -46,7 +46,7 @@ QList<LineFaults::Piece> LineFaults::pass(const QByteArray& frame)
         bytes.truncate(1 + m_chance.below(bytes.size() - 1));
     }
     if (m_chance.happens(m_junk)) {
-        QByteArray junk(1 + m_chance.below(MostJunk), '\0');
+        QByteArray junk(1 + m_chance.below(MaxJunk), '\0');
         for (char& byte : junk) {
             byte = static_cast<char>(m_chance.below(256));
         }
@@ -70,10 +70,10 @@ QList<LineFaults::Piece> LineFaults::split(const QByteArray& bytes)
 {
     QList<Piece> pieces;
     qsizetype at = 0;
-    const int count = 2 + m_chance.below(MostPieces - 1);
+    const int count = 2 + m_chance.below(MaxPieces - 1);
     for (int left = count; left > 1 && bytes.size() - at > 1; --left) {
         const int length = 1 + m_chance.below(bytes.size() - at - 1);
-        const int pause = ShortestPauseMs + m_chance.below(LongestPauseMs - ShortestPauseMs + 1);
+        const int pause = ShortestPauseMs + m_chance.below(MaxPauseMs - ShortestPauseMs + 1);
         pieces.append({bytes.mid(at, length), pause});
         at += length;
     }

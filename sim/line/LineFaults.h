@@ -17,7 +17,7 @@
 class LineFaults
 {
 public:
-    static constexpr int MostJunk = 16;
+    static constexpr int MaxJunk = 16;
     static constexpr int BurstFrames = 32;
 
     struct Piece

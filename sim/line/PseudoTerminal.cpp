@@ -11,7 +11,7 @@ namespace {
 
 constexpr int PollMs = 50;
 constexpr qsizetype ReadSize = 4096;
-constexpr int MostReadsAtOnce = 16; // so that a flood does not keep the event loop
+constexpr int MaxReadsAtOnce = 16; // so that a flood does not keep the event loop
 
 // Out: a raw master side that nobody has opened yet, or -1.
 int openMaster()
@@ -99,7 +99,7 @@ void PseudoTerminal::poll()
 
 void PseudoTerminal::readAll()
 {
-    for (int i = 0; i < MostReadsAtOnce && m_open; ++i) {
+    for (int i = 0; i < MaxReadsAtOnce && m_open; ++i) {
         QByteArray bytes(ReadSize, Qt::Uninitialized);
         const ssize_t count = ::read(m_master, bytes.data(), static_cast<size_t>(bytes.size()));
         if (count > 0) {

@@ -28,12 +28,12 @@ Recording Recording::load(const QString& path)
     Recording recording;
     QFile input(path);
     const bool isOpen = input.open(QIODevice::ReadOnly);
-    const QByteArray text = isOpen ? input.read(LargestFile + 1) : QByteArray();
+    const QByteArray text = isOpen ? input.read(MaxFileBytes + 1) : QByteArray();
     if (!isOpen || input.error() != QFileDevice::NoError) {
         recording.m_fault = QStringLiteral("%1: %2").arg(path, input.errorString());
         return recording;
     }
-    if (text.size() > LargestFile) {
+    if (text.size() > MaxFileBytes) {
         recording.m_fault = QStringLiteral("%1: larger than 64 MB").arg(path);
         return recording;
     }

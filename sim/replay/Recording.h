@@ -13,11 +13,11 @@
 class Recording
 {
 public:
-    static constexpr qint64 LargestFile = qint64{64} * 1024 * 1024;
+    static constexpr qint64 MaxFileBytes = qint64{64} * 1024 * 1024;
 
     static Recording parse(const QByteArray& text);
 
-    // In: a path. A file that cannot be read, is larger than LargestFile, or has no such line is a
+    // In: a path. A file that cannot be read, is larger than MaxFileBytes, or has no such line is a
     // fault.
     static Recording load(const QString& path);
 

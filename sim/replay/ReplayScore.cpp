@@ -88,7 +88,7 @@ void ReplayScore::take(const QString& frame, qsizetype played)
         return;
     }
     m_unexpected += 1;
-    if (m_unexpectedFrames.size() < MostLines) {
+    if (m_unexpectedFrames.size() < MaxLines) {
         m_unexpectedFrames += wire::toPrintable(frame);
     }
 }
@@ -140,9 +140,9 @@ QStringList ReplayScore::report() const
     }
     const qsizetype count = details.size() + m_unexpected - m_unexpectedFrames.size();
     QStringList all{QStringLiteral("%1 of %2 frames came back").arg(returned()).arg(expected())};
-    all += details.mid(0, MostLines);
-    if (count > MostLines) {
-        all += QStringLiteral("%1 more").arg(count - MostLines);
+    all += details.mid(0, MaxLines);
+    if (count > MaxLines) {
+        all += QStringLiteral("%1 more").arg(count - MaxLines);
     }
     return all;
 }

@@ -34,9 +34,9 @@ public:
     bool isGood() const { return allAnswersCame() && m_unexpected == 0; }
 
     // "199 of 200 frames came back", then a line for each that did not ("missing", or "not pressed"
-    // for the operator's), and for each unexpected one; up to MostLines of these.
+    // for the operator's), and for each unexpected one; up to MaxLines of these.
     QStringList report() const;
-    static constexpr int MostLines = 100;
+    static constexpr int MaxLines = 100;
 
 private:
     enum class Kind { Sent, Answer, Pressed };
@@ -48,6 +48,6 @@ private:
     QList<bool> m_cameBack;
     qsizetype m_lastAnswer = -1;
     qsizetype m_lastPressed = -1;
-    QStringList m_unexpectedFrames; // the first MostLines of them
+    QStringList m_unexpectedFrames; // the first MaxLines of them
     qsizetype m_unexpected = 0;
 };

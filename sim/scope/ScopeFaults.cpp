@@ -48,7 +48,7 @@ QByteArray ScopeFaults::pass(QByteArray bytes, qint64 ms)
         bytes.remove(m_chance.below(bytes.size()), 1);
     }
     if (m_chance.happens(m_noise)) {
-        QByteArray burst(1 + m_chance.below(LongestBurst), '\0');
+        QByteArray burst(1 + m_chance.below(MaxBurst), '\0');
         for (char& byte : burst) {
             byte = static_cast<char>(m_chance.below(256));
         }

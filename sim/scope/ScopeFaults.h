@@ -16,7 +16,7 @@
 class ScopeFaults
 {
 public:
-    static constexpr int LongestBurst = 400;
+    static constexpr int MaxBurst = 400;
     static constexpr qint64 SilenceMs = 2000;
 
     // No faults at all.

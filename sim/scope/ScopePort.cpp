@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int TickMs = 16;         // as a serial adapter hands its bytes on
-constexpr double MostDue = 1536.0; // a line does not catch up on what it has missed
+constexpr int TickMs = 16;        // as a serial adapter hands its bytes on
+constexpr double MaxDue = 1536.0; // a line does not catch up on what it has missed
 
 } // namespace
 
@@ -68,7 +68,7 @@ void ScopePort::pass(qint64 ms)
         m_line.write(m_faults.pass(next(), m_nowMs));
         return;
     }
-    m_due = std::min(MostDue, m_due + static_cast<double>(ms) / 1000.0 * BytesPerSecond);
+    m_due = std::min(MaxDue, m_due + static_cast<double>(ms) / 1000.0 * BytesPerSecond);
     while (m_due >= 1.0 && m_waiting.size() < static_cast<qsizetype>(m_due)) {
         QByteArray bytes = next();
         const qsizetype length = bytes.size();

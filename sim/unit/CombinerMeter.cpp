@@ -8,7 +8,7 @@ constexpr int Received = 72;
 constexpr int NotReceived = 4;
 constexpr int Unrest = 4;
 constexpr int PhaseStep = 3; // percent
-constexpr int MostPhase = 100;
+constexpr int MaxPhase = 100;
 
 } // namespace
 
@@ -27,7 +27,7 @@ CombinerMeter::CombinerMeter(const UnitState& state, quint32 seed, QObject* pare
 
 QString CombinerMeter::next()
 {
-    m_phase = qBound(0, m_phase + m_chance.below(2 * PhaseStep + 1) - PhaseStep, MostPhase);
+    m_phase = qBound(0, m_phase + m_chance.below(2 * PhaseStep + 1) - PhaseStep, MaxPhase);
     const int first = magnitude(1);
     return QStringLiteral("PM,%1,%2,%3").arg(m_phase / 100.0).arg(first).arg(magnitude(2));
 }

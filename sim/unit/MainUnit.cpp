@@ -8,7 +8,7 @@
 namespace {
 
 constexpr int VersionWaitMs = 1000;
-constexpr qsizetype MostAnswers = 10000;
+constexpr qsizetype MaxAnswers = 10000;
 
 bool isVersion(const QString& body)
 {
@@ -38,7 +38,7 @@ MainUnit::MainUnit(
 
 bool MainUnit::type(const MenuStep& step)
 {
-    if (m_typed.size() >= MostTyped) {
+    if (m_typed.size() >= MaxTyped) {
         return false;
     }
     m_typed.append(step);
@@ -48,7 +48,7 @@ bool MainUnit::type(const MenuStep& step)
 
 void MainUnit::tell(const QString& body)
 {
-    if (m_begun && m_nextMenu == m_menus.size() && m_answers.size() < MostAnswers) {
+    if (m_begun && m_nextMenu == m_menus.size() && m_answers.size() < MaxAnswers) {
         m_answers.append(body);
         pump();
     }
@@ -95,7 +95,7 @@ void MainUnit::take(const QString& body)
     } else if (m_panelVersion.isEmpty() && isVersion(body)) {
         m_panelVersion = body;
         begin();
-    } else if (m_answers.size() < MostAnswers) {
+    } else if (m_answers.size() < MaxAnswers) {
         m_answers += m_keys.answers(body);
     }
 }

@@ -21,7 +21,7 @@ class MainUnit final : public PanelLink
     Q_OBJECT
 
 public:
-    static constexpr qsizetype MostTyped = 10000;
+    static constexpr qsizetype MaxTyped = 10000;
 
     // line: the unit's end of the line, which must live longer than this. menus: sent once each
     // time that the panel comes.
@@ -29,7 +29,7 @@ public:
         QObject* parent = nullptr);
 
     // Sends (or waits) after everything that is under way; before the panel is there: after the
-    // menus. Out: false when MostTyped steps wait already and this one was not taken.
+    // menus. Out: false when MaxTyped steps wait already and this one was not taken.
     bool type(const MenuStep& step);
 
     // Sends a message of the unit's own, ahead of menus and typed ones; before the menus are out it

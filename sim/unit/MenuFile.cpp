@@ -17,9 +17,9 @@ static void initMenuResource()
 
 namespace {
 
-constexpr qint64 LargestFile = qint64{16} * 1024 * 1024;
-constexpr int LongestWaitMs = 600000;
-constexpr qsizetype MostErrors = 100;
+constexpr qint64 MaxFileBytes = qint64{16} * 1024 * 1024;
+constexpr int MaxWaitMs = 600000;
+constexpr qsizetype MaxErrors = 100;
 
 QString decoded(const QByteArray& line)
 {
@@ -44,9 +44,9 @@ MenuFile::Line parseWait(const QString& text)
 {
     bool ok = false;
     const int ms = text.mid(4).trimmed().toInt(&ok);
-    if (!ok || ms < 0 || ms > LongestWaitMs) {
+    if (!ok || ms < 0 || ms > MaxWaitMs) {
         return {std::nullopt,
-            QStringLiteral("wait needs a time in milliseconds from 0 to %1").arg(LongestWaitMs)};
+            QStringLiteral("wait needs a time in milliseconds from 0 to %1").arg(MaxWaitMs)};
     }
     return {MenuStep{MenuStep::Kind::Wait, {}, ms}, {}};
 }
@@ -101,12 +101,12 @@ MenuFile MenuFile::load(const QString& path)
         file.addError(QStringLiteral("%1: %2").arg(path, input.errorString()));
         return file;
     }
-    const QByteArray text = input.read(LargestFile + 1);
+    const QByteArray text = input.read(MaxFileBytes + 1);
     if (input.error() != QFileDevice::NoError) {
         file.addError(QStringLiteral("%1: %2").arg(path, input.errorString()));
         return file;
     }
-    if (text.size() > LargestFile) {
+    if (text.size() > MaxFileBytes) {
         file.addError(QStringLiteral("%1: larger than 16 MB").arg(path));
         return file;
     }
@@ -131,7 +131,7 @@ qsizetype MenuFile::messageCount() const
 
 void MenuFile::addError(const QString& error)
 {
-    if (m_errors.size() < MostErrors) {
+    if (m_errors.size() < MaxErrors) {
         m_errors.append(error);
     } else {
         m_moreErrors += 1;

@@ -15,7 +15,7 @@ enum KeyType {
     Address = 6
 };
 
-constexpr int MostFiles = 60;
+constexpr int MaxFiles = 60;
 
 QString joined(const QLatin1String& word, const QStringList& fields)
 {
@@ -114,7 +114,7 @@ QStringList confirmFile(QStringList fields, const QString& value)
         for (const QString& file : qAsConst(files)) {
             isThere = isThere || file.section(QLatin1Char(' '), 1) == shown;
         }
-        if (!shown.isEmpty() && !isThere && files.size() < MostFiles) {
+        if (!shown.isEmpty() && !isThere && files.size() < MaxFiles) {
             files.append(QString::number(files.size() + 1) + QLatin1Char(' ') + shown);
             fields[Options] = files.join(QLatin1Char(':'));
         }

@@ -8,13 +8,13 @@
 namespace {
 
 constexpr double MHz = 1e6;
-constexpr double LeastSnr = -20.0; // dB
-constexpr double MostSnr = 100.0;
-constexpr double LeastBand = 0.1; // symbol rates
-constexpr double MostBand = 1000.0;
+constexpr double MinSnr = -20.0; // dB
+constexpr double MaxSnr = 100.0;
+constexpr double MinBand = 0.1; // symbol rates
+constexpr double MaxBand = 1000.0;
 // The carrier loop follows what is off by less, in turns a symbol.
 constexpr double LoopReach = 0.01;
-constexpr double MostOffset = 0.5;
+constexpr double MaxOffset = 0.5;
 constexpr int LastScopeMode = 3;
 
 enum KeyField { Command = 4, Options = 7, Value = 8, FieldCount = 11 };
@@ -313,15 +313,15 @@ SignalSettings UnitState::signal(int demodulator) const
         one.firstBitRate / bitsPerSymbol(one.settings.modulation); // what --signal speaks of
     settings.snr -= 10.0 * std::log10(rate / firstRate);
     if (!isReceiving(one.receiver)) {
-        settings.snr = LeastSnr;
+        settings.snr = MinSnr;
     }
-    settings.snr = std::clamp(settings.snr, LeastSnr, MostSnr);
+    settings.snr = std::clamp(settings.snr, MinSnr, MaxSnr);
     settings.level *= levelOf(one.settings.snr) / levelOf(settings.snr);
     const double off = shift(demodulator) * MHz / rate;
     if (std::abs(off) > LoopReach) {
-        settings.offset = std::clamp(settings.offset + off, -MostOffset, MostOffset);
+        settings.offset = std::clamp(settings.offset + off, -MaxOffset, MaxOffset);
     }
     settings.band = std::min(
-        settings.band, std::clamp(tuner(one.receiver).bandwidth * MHz / rate, LeastBand, MostBand));
+        settings.band, std::clamp(tuner(one.receiver).bandwidth * MHz / rate, MinBand, MaxBand));
     return settings;
 }

@@ -153,7 +153,7 @@ private slots:
     {
         PseudoTerminal line;
         MainUnit unit(line, {});
-        for (int i = 0; i < MainUnit::MostTyped; ++i) {
+        for (int i = 0; i < MainUnit::MaxTyped; ++i) {
             QVERIFY(unit.type(message("PING")));
         }
         QVERIFY(!unit.type(message("PING")));

@@ -13,7 +13,7 @@
 namespace {
 constexpr QSize ScreenSize(800, 480);
 constexpr int PollMs = 10;
-constexpr int LongestWaitMs = 5000;
+constexpr int MaxWaitMs = 5000;
 
 void pollModal(const std::function<void(QWidget*)>& then, const QPointer<QWidget>& old, int leftMs)
 {
@@ -104,5 +104,5 @@ QPushButton* buttonWithText(const QWidget* parent, const QString& text)
 
 void whenModal(const std::function<void(QWidget*)>& then)
 {
-    pollModal(then, QApplication::activeModalWidget(), LongestWaitMs);
+    pollModal(then, QApplication::activeModalWidget(), MaxWaitMs);
 }
