@@ -13,13 +13,13 @@
 // The panel's window in the test's own process, without its start-up picture, and the real
 // simulated unit at the other end of all its lines. Base of tests that set keys and look at what
 // comes of it.
-class UnitDesk
+class UnitFixture
 {
 protected:
     static constexpr int LongMs = 40000;
 
     // simulator: its path; options: beside the directory of its lines. The menus are there then.
-    void sitDown(const QString& simulator, const QStringList& options)
+    void start(const QString& simulator, const QStringList& options)
     {
         m_parent = std::make_unique<QTemporaryDir>();
         const QString devices = m_parent->filePath("dev");
@@ -37,7 +37,7 @@ protected:
         say("PING");
     }
 
-    void standUp()
+    void stop()
     {
         m_window.reset();
         m_unit.reset();

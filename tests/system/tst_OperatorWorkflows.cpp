@@ -1,6 +1,6 @@
-// The roads of the operator from end to end, through menus, editors and windows: what the unit has
-// received and what the screen shows. All roads share one start.
-#include "support/OperatorSeat.h"
+// The workflows of the operator from end to end, through menus, editors and windows: what the unit has
+// received and what the screen shows. All tests share one start.
+#include "support/PanelDriver.h"
 #include "support/TestMain.h"
 
 #include <QHash>
@@ -58,24 +58,24 @@ constexpr QPoint CancelName(725, 132);
 
 } // namespace
 
-class tst_OperatorRoads : public QObject, private OperatorSeat
+class tst_OperatorWorkflows : public QObject, private PanelDriver
 {
     Q_OBJECT
 
 public:
-    tst_OperatorRoads()
-        : OperatorSeat(QN740_SIM, QN740_PANEL)
+    tst_OperatorWorkflows()
+        : PanelDriver(QN740_SIM, QN740_PANEL)
     {
     }
 
 private slots:
-    void initTestCase() { sitDown(); }
+    void initTestCase() { start(); }
     void cleanup()
     {
         QCOMPARE(panel().state(), QProcess::Running);
-        tidyUp();
+        showMenus();
     }
-    void cleanupTestCase() { standUp(); }
+    void cleanupTestCase() { stop(); }
 
     void a_key_opens_its_menu_and_a_switch_is_confirmed()
     {
@@ -392,5 +392,5 @@ private slots:
     }
 };
 
-QN740_TEST_MAIN(tst_OperatorRoads)
-#include "tst_OperatorRoads.moc"
+QN740_TEST_MAIN(tst_OperatorWorkflows)
+#include "tst_OperatorWorkflows.moc"

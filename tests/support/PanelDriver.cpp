@@ -1,4 +1,4 @@
-#include "support/OperatorSeat.h"
+#include "support/PanelDriver.h"
 
 #include <QtTest>
 
@@ -19,13 +19,13 @@ int pointsOf(const QImage& image, const std::function<bool(const QColor&)>& coun
 
 } // namespace
 
-OperatorSeat::OperatorSeat(const QString& simulator, const QString& panel)
+PanelDriver::PanelDriver(const QString& simulator, const QString& panel)
     : m_simulatorPath(simulator)
     , m_panelPath(panel)
 {
 }
 
-void OperatorSeat::sitDown()
+void PanelDriver::start()
 {
     m_parent = std::make_unique<QTemporaryDir>();
     startUnit();
@@ -47,14 +47,14 @@ void OperatorSeat::sitDown()
     QTRY_COMPARE_WITH_TIMEOUT(at(inPicture), Grey, 2 * LongMs); // beside the text of a key
 }
 
-void OperatorSeat::standUp()
+void PanelDriver::stop()
 {
     m_screen.reset();
     m_panel.reset();
     m_unit.reset();
 }
 
-void OperatorSeat::tidyUp()
+void PanelDriver::showMenus()
 {
     say("DB,KILLBOX");
     say("PAX,0");
@@ -63,7 +63,7 @@ void OperatorSeat::tidyUp()
     expect({"Main"});
 }
 
-void OperatorSeat::startUnit(const QStringList& options)
+void PanelDriver::startUnit(const QStringList& options)
 {
     m_unit.reset();
     m_unit = std::make_unique<Program>(m_simulatorPath, QStringList{"--dir", devices()} + options);
@@ -71,57 +71,57 @@ void OperatorSeat::startUnit(const QStringList& options)
     QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices().toUtf8()), LongMs);
 }
 
-QPoint OperatorSeat::key(int row, int column)
+QPoint PanelDriver::key(int row, int column)
 {
     return {77 + 129 * column, 58 + 68 * row};
 }
 
-QPoint OperatorSeat::besideText(int row, int column)
+QPoint PanelDriver::besideText(int row, int column)
 {
     return key(row, column) - QPoint(54, 24);
 }
 
-bool OperatorSeat::shows(QPoint point, const QColor& colour)
+bool PanelDriver::shows(QPoint point, const QColor& colour)
 {
     return QTest::qWaitFor([&] { return at(point) == colour; }, LongMs);
 }
 
-bool OperatorSeat::showsOther(QPoint point, const QColor& colour)
+bool PanelDriver::showsOther(QPoint point, const QColor& colour)
 {
     return QTest::qWaitFor([&] { return at(point) != colour; }, LongMs);
 }
 
-bool OperatorSeat::changes(const QImage& before, const QRect& part)
+bool PanelDriver::changes(const QImage& before, const QRect& part)
 {
     return QTest::qWaitFor(
         [&] { return m_screen->picture().copy(part) != before.copy(part); }, LongMs);
 }
 
-int OperatorSeat::bright(const QRect& part)
+int PanelDriver::bright(const QRect& part)
 {
     return pointsOf(m_screen->picture().copy(part),
         [](const QColor& colour) { return qMin(colour.red(), colour.blue()) > 180; });
 }
 
-int OperatorSeat::count(const QRect& part, const QColor& colour)
+int PanelDriver::count(const QRect& part, const QColor& colour)
 {
     return pointsOf(
         m_screen->picture().copy(part), [&](const QColor& one) { return one == colour; });
 }
 
-void OperatorSeat::touch(QPoint point)
+void PanelDriver::touch(QPoint point)
 {
     QVERIFY2(m_screen->click(point), qPrintable(m_screen->errorString()));
 }
 
-void OperatorSeat::touch(const QList<QPoint>& points)
+void PanelDriver::touch(const QList<QPoint>& points)
 {
     for (const QPoint& point : points) {
         touch(point);
     }
 }
 
-void OperatorSeat::say(const QByteArray& message)
+void PanelDriver::say(const QByteArray& message)
 {
     const QByteArray answer("panel: PONG\n");
     const auto before = m_unit->output().count(answer);
@@ -130,7 +130,7 @@ void OperatorSeat::say(const QByteArray& message)
 }
 
 // A picture comes behind the touches before it, an answer behind what they have sent.
-QByteArrayList OperatorSeat::sent()
+QByteArrayList PanelDriver::sent()
 {
     m_screen->picture();
     say("PING");
@@ -145,14 +145,14 @@ QByteArrayList OperatorSeat::sent()
     return bodies;
 }
 
-void OperatorSeat::expect(const QByteArrayList& bodies)
+void PanelDriver::expect(const QByteArrayList& bodies)
 {
     QByteArrayList all;
     QTRY_VERIFY_WITH_TIMEOUT((all += sent()).size() >= bodies.size(), LongMs);
     QCOMPARE(all, bodies);
 }
 
-void OperatorSeat::openEditor(const QByteArray& menu, QPoint keyPoint, QPoint title)
+void PanelDriver::openEditor(const QByteArray& menu, QPoint keyPoint, QPoint title)
 {
     openMenu(menu);
     touch(keyPoint);

@@ -1,6 +1,7 @@
 // The scopes page with signals that are made here, block by block, so that the pictures are the
 // same each time: what every modulation and every fault of a receiver looks like.
-#include "tour/Tour.h"
+#include "tools/pictures/PanelPictures.h"
+#include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
 #include "app/Views.h"
@@ -12,6 +13,8 @@
 #include <QCoreApplication>
 
 #include <array>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,33 +30,34 @@ constexpr int Sdi = 3;
 struct Shown
 {
     int mode;
-    const char* signal; // as qn740-sim's option --signal takes it
+    QString signal; // as qn740-sim's option --signal takes it
 };
 
 struct Sheet
 {
-    const char* picture;
-    const char* magnitudesAndPhase; // of "PM"
+    QString picture;
+    QString magnitudesAndPhase; // of "PM"
     std::array<Shown, 3> scopes;
 };
 
-constexpr std::array Sheets{
-    Sheet{"signal-eyes-bpsk-qpsk-oqpsk", "PM,0,100,100",
-        {{{EyePattern, "bpsk"}, {EyePattern, "qpsk"}, {EyePattern, "oqpsk"}}}},
-    Sheet{"signal-constellations-bpsk-qpsk-oqpsk", "PM,0.125,90,80",
-        {{{Constellation, "bpsk"}, {Constellation, "qpsk"}, {Constellation, "oqpsk"}}}},
-    Sheet{"signal-eyes-8psk-16qam-qpsk-8-db", "PM,0.25,80,60",
-        {{{EyePattern, "8psk"}, {EyePattern, "16qam"}, {EyePattern, "qpsk:snr=8"}}}},
-    Sheet{"signal-constellations-8psk-16qam-qpsk-8-db", "PM,0.375,72,55",
-        {{{Constellation, "8psk"}, {Constellation, "16qam"}, {Constellation, "qpsk:snr=8"}}}},
-    Sheet{"signal-eyes-offset-clipped-sdi", "PM,0.625,60,40",
-        {{{EyePattern, "qpsk:offset=0.00003"}, {EyePattern, "qpsk:clip=0.4"}, {Sdi, ""}}}},
-    Sheet{"signal-constellations-offset-clipped-imbalance", "PM,0.75,30,20",
-        {{{Constellation, "qpsk:offset=0.00003"}, {Constellation, "16qam:clip=0.4"},
-            {Constellation, "16qam:snr=30:imbalance=3:skew=8"}}}},
-    Sheet{"signal-constellations-phase-noise-overdriven", "PM,1,10,0",
-        {{{Constellation, "qpsk:snr=30:phase=6"}, {Constellation, "16qam:snr=30:phase=3"},
-            {Constellation, "16qam:snr=30:level=1"}}}},
+const std::array Sheets{
+    Sheet{u"signal-eyes-bpsk-qpsk-oqpsk"_s, u"PM,0,100,100"_s,
+        {{{EyePattern, u"bpsk"_s}, {EyePattern, u"qpsk"_s}, {EyePattern, u"oqpsk"_s}}}},
+    Sheet{u"signal-constellations-bpsk-qpsk-oqpsk"_s, u"PM,0.125,90,80"_s,
+        {{{Constellation, u"bpsk"_s}, {Constellation, u"qpsk"_s}, {Constellation, u"oqpsk"_s}}}},
+    Sheet{u"signal-eyes-8psk-16qam-qpsk-8-db"_s, u"PM,0.25,80,60"_s,
+        {{{EyePattern, u"8psk"_s}, {EyePattern, u"16qam"_s}, {EyePattern, u"qpsk:snr=8"_s}}}},
+    Sheet{u"signal-constellations-8psk-16qam-qpsk-8-db"_s, u"PM,0.375,72,55"_s,
+        {{{Constellation, u"8psk"_s}, {Constellation, u"16qam"_s},
+            {Constellation, u"qpsk:snr=8"_s}}}},
+    Sheet{u"signal-eyes-offset-clipped-sdi"_s, u"PM,0.625,60,40"_s,
+        {{{EyePattern, u"qpsk:offset=0.00003"_s}, {EyePattern, u"qpsk:clip=0.4"_s}, {Sdi, {}}}}},
+    Sheet{u"signal-constellations-offset-clipped-imbalance"_s, u"PM,0.75,30,20"_s,
+        {{{Constellation, u"qpsk:offset=0.00003"_s}, {Constellation, u"16qam:clip=0.4"_s},
+            {Constellation, u"16qam:snr=30:imbalance=3:skew=8"_s}}}},
+    Sheet{u"signal-constellations-phase-noise-overdriven"_s, u"PM,1,10,0"_s,
+        {{{Constellation, u"qpsk:snr=30:phase=6"_s}, {Constellation, u"16qam:snr=30:phase=3"_s},
+            {Constellation, u"16qam:snr=30:level=1"_s}}}},
 };
 
 // Whatever the scope has seen before: empty, and its range as at the start.
@@ -72,12 +76,12 @@ void plotRecords(Scope& scope)
     }
 }
 
-void plotBlocks(Tour& tour, Scope& scope, const Shown& shown)
+void plotBlocks(PanelPictures& panel, Scope& scope, const Shown& shown)
 {
     QString fault;
     SignalModel model(SignalSettings::fromText(shown.signal, fault), Seed);
     if (!fault.isEmpty()) {
-        tour.fail(fault);
+        panel.fail(fault);
     }
     const int perSymbol = shown.mode == EyePattern ? iqBlock::EyeSamplesPerSymbol : 1;
     for (int block = 0; block < Blocks; ++block) {
@@ -96,37 +100,37 @@ void plotBlocks(Tour& tour, Scope& scope, const Shown& shown)
 
 } // namespace
 
-void visitSignals(Tour& tour)
+void takeSignals(PanelPictures& panel)
 {
     // the unit's own signals end, and with them the phase and magnitudes that it tells
-    for (const char* off : {"SM,1,0", "SM,2,0", "SM,3,0"}) {
-        tour.unit(off);
+    for (QString off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
+        panel.say(off);
     }
-    showView(tour, Views::Scopes);
+    panel.showView(Views::Scopes);
     for (const Sheet& sheet : Sheets) {
-        tour.unit(sheet.magnitudesAndPhase);
+        panel.say(sheet.magnitudesAndPhase);
         // from here to the picture nothing is read: a last block of the unit's may still be under
         // way on a slow machine
         for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
             const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
             // not by the unit, which would send signals of its own
-            tour.window().process_SM({QString::number(demodulator), QString::number(shown.mode)});
+            panel.window().process_SM({QString::number(demodulator), QString::number(shown.mode)});
         }
         QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers); // the page's layout
         for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
             const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
-            Scope& scope = *tour.window().scopes->scope(demodulator);
+            Scope& scope = *panel.window().scopes->scope(demodulator);
             beginAnew(scope);
             if (shown.mode == Sdi) {
                 plotRecords(scope);
             } else {
-                plotBlocks(tour, scope, shown);
+                plotBlocks(panel, scope, shown);
             }
         }
-        tour.picture(sheet.picture);
+        panel.take(sheet.picture);
     }
-    for (const char* off : {"SM,1,0", "SM,2,0", "SM,3,0"}) {
-        tour.unit(off);
+    for (QString off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
+        panel.say(off);
     }
-    showView(tour, Views::Menus);
+    panel.showView(Views::Menus);
 }

@@ -1,6 +1,6 @@
-// The roads of the operator from end to end, through scopes, spectrum and PAX menu: what the unit
-// has received and what the screen shows. All roads share one start.
-#include "support/OperatorSeat.h"
+// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the unit
+// has received and what the screen shows. All tests share one start.
+#include "support/PanelDriver.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -15,28 +15,28 @@ const QColor BadgeYellow(0xff, 0xd0, 0x00);
 
 } // namespace
 
-class tst_DisplayRoads : public QObject, private OperatorSeat
+class tst_DisplayWorkflows : public QObject, private PanelDriver
 {
     Q_OBJECT
 
     bool m_lost = false;
 
 public:
-    tst_DisplayRoads()
-        : OperatorSeat(QN740_SIM, QN740_PANEL)
+    tst_DisplayWorkflows()
+        : PanelDriver(QN740_SIM, QN740_PANEL)
     {
     }
 
 private slots:
-    void initTestCase() { sitDown(); }
+    void initTestCase() { start(); }
     void cleanup()
     {
         QCOMPARE(panel().state(), QProcess::Running);
         if (!m_lost) {
-            tidyUp();
+            showMenus();
         }
     }
-    void cleanupTestCase() { standUp(); }
+    void cleanupTestCase() { stop(); }
 
     void scopes_move_and_stop_and_can_be_hidden()
     {
@@ -232,5 +232,5 @@ private slots:
     }
 };
 
-QN740_TEST_MAIN(tst_DisplayRoads)
-#include "tst_DisplayRoads.moc"
+QN740_TEST_MAIN(tst_DisplayWorkflows)
+#include "tst_DisplayWorkflows.moc"

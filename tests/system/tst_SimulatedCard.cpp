@@ -53,7 +53,7 @@ speed_t speed(const Pty& pty)
 
 } // namespace
 
-class tst_CardOnDesk : public QObject
+class tst_SimulatedCard : public QObject
 {
     Q_OBJECT
 
@@ -169,5 +169,5 @@ private slots:
     }
 };
 
-QN740_TEST_MAIN(tst_CardOnDesk)
-#include "tst_CardOnDesk.moc"
+QN740_TEST_MAIN(tst_SimulatedCard)
+#include "tst_SimulatedCard.moc"

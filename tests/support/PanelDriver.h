@@ -15,7 +15,7 @@
 // the screen shows.
 //
 // A function that cannot do its work fails the test that calls it.
-class OperatorSeat
+class PanelDriver
 {
 public:
     static constexpr int LongMs = 20000;
@@ -36,12 +36,12 @@ public:
 
     // simulator, panel: paths of the programs. The unit is there first, then the panel with its
     // menus and without its start-up picture.
-    OperatorSeat(const QString& simulator, const QString& panel);
+    PanelDriver(const QString& simulator, const QString& panel);
 
-    void sitDown();
-    void standUp();
+    void start();
+    void stop();
     // Between two roads: back to the menus, whatever the last one has left.
-    void tidyUp();
+    void showMenus();
 
     // Starts the unit in place of one that may run.
     void startUnit(const QStringList& options = {});

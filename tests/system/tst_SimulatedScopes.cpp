@@ -20,7 +20,7 @@ constexpr int LongMs = Program::LongMs;
 
 } // namespace
 
-class tst_ScopesOnDesk : public QObject
+class tst_SimulatedScopes : public QObject
 {
     Q_OBJECT
 
@@ -140,5 +140,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-QN740_TEST_MAIN(tst_ScopesOnDesk)
-#include "tst_ScopesOnDesk.moc"
+QN740_TEST_MAIN(tst_SimulatedScopes)
+#include "tst_SimulatedScopes.moc"
