@@ -1,6 +1,6 @@
 #include "sim/card/CardSpectrum.h"
 
-#include "spectrum/SpanTable.h"
+#include "wire/SpanTable.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "sim/scope/ScopeFaults.h"
 
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 
 #include <QtEndian>
 

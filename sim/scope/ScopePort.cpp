@@ -1,8 +1,8 @@
 #include "sim/scope/ScopePort.h"
 
-#include "scopes/IqBlock.h"
 #include "sim/line/PseudoTerminal.h"
 #include "sim/scope/ScopeBytes.h"
+#include "wire/IqBlock.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "sim/scope/SignalModel.h"
 
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 
 #include "spectrum/CardCommands.h"
 #include "spectrum/Rs422Bus.h"
-#include "spectrum/SpanTable.h"
+#include "wire/SpanTable.h"
 
 #include <QList>
 #include <QTimer>

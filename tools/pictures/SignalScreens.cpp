@@ -5,10 +5,10 @@
 
 #include "app/MainWindow.h"
 #include "app/Views.h"
-#include "scopes/IqBlock.h"
 #include "scopes/ScopesPage.h"
 #include "sim/scope/ScopeBytes.h"
 #include "sim/scope/SignalModel.h"
+#include "wire/IqBlock.h"
 
 #include <QCoreApplication>
 

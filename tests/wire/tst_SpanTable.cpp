@@ -1,4 +1,4 @@
-#include "spectrum/SpanTable.h"
+#include "wire/SpanTable.h"
 #include "support/TestMain.h"
 
 class tst_SpanTable : public QObject

@@ -1,4 +1,4 @@
-#include "spectrum/SpanTable.h"
+#include "wire/SpanTable.h"
 
 SpanInfo::SpanInfo(const char* theLabel, const char* theFftParam, const char* theCode,
     double theSpanMHz, const QVector<double>& theTicks)
