@@ -8,31 +8,34 @@
 
 #include <array>
 
-// Spoils a card's replies at the rates of a table. A reply suffers one fault at most, the first of
-// those that are due. Seeded: the same seed spoils the same replies.
+/// Damages a card's replies at the rates of a table. A reply has one fault at most, the first of
+/// those that are due. The same seed damages the same replies.
 class CardFaults
 {
 public:
+    /// What happens to a reply; Count is the number of faults.
     enum Fault { NoReply, Late, Cut, Noise, WrongAddress, WrongLength, Count };
-    static constexpr int LateMs = 3000; // later than the panel waits for a spectrum
+    static constexpr int LateMs = 3000; ///< later than the panel waits for a spectrum
 
-    // A reply as it leaves the card; empty bytes: none.
+    /// A reply as it leaves the card.
     struct Spoilt
     {
-        QByteArray bytes;
-        int delayMs = 0;
+        QByteArray bytes; ///< empty when there is no reply
+        int delayMs = 0;  ///< how long the card waits before it
     };
 
-    // No faults at all.
+    /// A card without faults.
     CardFaults() = default;
+    /// Faults at the \a rates of a table.
     CardFaults(const FaultTable& rates, quint32 seed);
 
-    // The names that a table needs to know, in the order of Fault.
+    /// \return the faults of this class in the order of Fault, for a table
     static QList<FaultTable::Fault> names();
 
+    /// \return what the card sends for this reply
     Spoilt pass(const QByteArray& reply);
 
-    // How many replies have had this fault so far.
+    /// \return how many replies have had this fault so far
     int times(Fault fault) const { return m_times.at(fault); }
 
 private:

@@ -57,7 +57,7 @@ void CardPort::take(const QByteArray& bytes)
     }
 }
 
-// Out: whether a request was cut out of what was heard.
+// Answers the first request in what was heard. Returns false when there is none.
 bool CardPort::takeOne()
 {
     const qsizetype from = m_heard.indexOf('[');
@@ -67,7 +67,7 @@ bool CardPort::takeOne()
     }
     const QByteArray frame = m_heard.mid(from, to + 1 - from);
     const bool right = m_heard.at(to + 1) == sum(frame);
-    // behind a wrong one the next may begin anywhere
+    // after a wrong one the next may begin anywhere
     m_heard.remove(0, right ? to + 2 : from + 1);
     if (right) {
         answer(frame.mid(1, frame.size() - 2));

@@ -9,35 +9,41 @@
 
 class PseudoTerminal;
 
-// A spectral card at its line: answers requests with their checksum right, "[0190", a command of
-// ten characters, "]", the 8-bit sum of all of it. Others are not answered.
-//
-//   RNME, RVER      name and version
-//   RNFT, RTRM      a digit a channel: span index, trim in dB
-//   CNFTcs, CTRMct  sets them: channel, digit; the answer repeats both
-//   RFFTcp          a spectrum of channel c
-//
-// A text goes out as "[0190", the command's four characters, data, "]\r". A spectrum as
-// "[0190RFFT", four decimal digits with the number of points and the points, or, with Type::K7150,
-// two bytes with that number, the channel and the points. Each takes the time that the line would.
+/// A spectral card at its line.
+///
+/// It answers requests: "[0190", a command of ten characters, "]", and one byte with the sum of all
+/// these. Requests with a wrong sum are not answered.
+///
+///     RNME, RVER      name and version
+///     RNFT, RTRM      one digit per channel: span index, trim in dB
+///     CNFTcs, CTRMct  sets them: channel, digit; the reply repeats both
+///     RFFTcp          a spectrum of channel c
+///
+/// A text reply is "[0190", the command's four characters, data, "]\\r". A spectrum is "[0190RFFT",
+/// four decimal digits with the number of points, and the points; with Type::K7150 two bytes with
+/// that number, the channel and the points. A reply takes the time that it would on a real line.
 class CardPort : public QObject
 {
     Q_OBJECT
 
 public:
+    /// The kind of card, which decides about the form of a spectrum.
     enum class Type { Older, K7150 };
 
-    static constexpr int DefaultPoints = 1024;
-    static constexpr int MaxPoints = 9999;
+    static constexpr int DefaultPoints = 1024; ///< of a spectrum
+    static constexpr int MaxPoints = 9999;     ///< of a spectrum
 
-    // line: the unit's end of its line. spectrum: what the card sees, shared by all ports; both
-    // must live longer than this. points: of a spectrum, 1 to MaxPoints.
+    /// \param line the unit's end of its line; must live longer than this
+    /// \param spectrum what the card sees, shared by all ports; must live longer than this
+    /// \param points of a spectrum, 1 to MaxPoints
     CardPort(Type type, PseudoTerminal& line, CardSpectrum& spectrum, const CardFaults& faults,
         int points = DefaultPoints, QObject* parent = nullptr);
 
-    // Requests answered, and such with a wrong checksum.
+    /// \return how many requests were answered
     int answered() const { return m_answered; }
+    /// \return how many requests had a wrong sum
     int refused() const { return m_refused; }
+    /// \return the faults, which count how often they happened
     const CardFaults& faults() const { return m_faults; }
 
 private:

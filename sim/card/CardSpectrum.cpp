@@ -16,10 +16,10 @@ constexpr int HighestTrim = 9;
 
 struct Carrier
 {
-    double part;  // of the span, from the centre
+    double part;  // its place, as a fraction of the span from the centre
     double level; // dB
 };
-// beside the modulated one, which stands in the centre
+// beside the modulated carrier in the centre
 constexpr std::array<Carrier, 2> Unmodulated{{{-0.31, -62.0}, {0.23, -75.0}}};
 constexpr std::array<double, CardSpectrum::Channels> Modulated{-25.0, -32.0, -22.0};
 
@@ -33,7 +33,7 @@ double power(double dB)
     return std::pow(10.0, dB / 10.0);
 }
 
-// The spectrum of random symbols behind a root-raised-cosine filter. turns: distance from the
+// The power spectrum of random symbols after a root-raised-cosine filter. turns: distance from the
 // carrier in symbol rates.
 double haystack(double turns)
 {

@@ -6,40 +6,52 @@
 #include <array>
 #include <random>
 
-// What a spectral card sees: on each of three channels a noise floor, the modulated carrier of the
-// channel's demodulator, as wide as its bit rate makes it, and two unmodulated carriers, all
-// drifting slowly. Frequencies are around the intermediate frequency of 70 MHz. Seeded: the same
-// seed gives the same spectra.
+/// What a spectral card sees.
+///
+/// Each of the three channels has a noise floor, the modulated carrier of the channel's
+/// demodulator, as wide as its bit rate makes it, and two unmodulated carriers, all drifting
+/// slowly. Frequencies are relative to the intermediate frequency of 70 MHz. The same seed gives
+/// the same spectra.
 class CardSpectrum
 {
 public:
-    static constexpr int Channels = 3;
+    static constexpr int Channels = 3; ///< one per demodulator
 
+    /// Spectra with the noise of \a seed.
     explicit CardSpectrum(quint32 seed = 1);
 
-    // What the card is told over its bus. channel: 0 to 2. span: an index into the span table. Out:
-    // false when there is none such.
+    /// Sets the span of a channel, as the card's bus does. \param channel 0 to 2
+    /// \param span an index of the span table
+    /// \return false when there is no such channel or span
     bool setSpan(int channel, int span);
+    /// \return the span of a channel, an index of the span table
     int span(int channel) const { return m_channels.at(static_cast<size_t>(channel)).span; }
-    // trim: 0 to 9, in dB; is kept, the levels do not change.
+    /// Stores the trim of a channel; the levels do not change. \param trim 0 to 9 dB
+    /// \return false when there is no such channel or trim
     bool setTrim(int channel, int trim);
+    /// \return the trim of a channel in dB
     int trim(int channel) const { return m_channels.at(static_cast<size_t>(channel)).trim; }
-    // symbolsPerSecond: above 0; the modulated carrier is a bit wider than that.
+    /// Sets the width of the modulated carrier, which is a bit wider than its symbol rate.
+    /// \param symbolsPerSecond above 0
     void setSymbolRate(int channel, double symbolsPerSecond);
-    // shift: in MHz, by how much all carriers stand above the middle.
+    /// Shifts all carriers. \param shift in MHz above the middle
     void setShift(int channel, double shift);
 
-    // In: the body of a message from the panel. "D2:NFFT:11" changes the span of demodulator 2; "D1
-    // D2 D3:" means all three. Three or four spans have the same parameter: this is for a panel
-    // that tells the card nothing. A span that has the parameter already stays, otherwise the
-    // narrowest is taken. Of a channel whose span the card was told, nothing changes.
+    /// Takes a message from the panel to a demodulator: "D2:NFFT:11" changes the span of
+    /// demodulator 2, "D1 D2 D3:NFFT:11" of all three.
+    ///
+    /// This is for a panel that does not set spans over the card's bus; a channel whose span was
+    /// set there does not change. Three or four spans have the same parameter: a span that has it
+    /// already stays, otherwise the narrowest is taken.
     void takeCommand(const QString& body);
 
-    // Out: `count` points of the channel's span at a time in seconds, lowest frequency first, a
-    // byte each, level in dB = byte × 0.5 − 120.
+    /// \return \a count points of the channel's span, lowest frequency first, one byte per point;
+    /// level in dB = byte × 0.5 − 120
+    /// \param seconds the time, which the drift depends on
     QByteArray points(int channel, int count, double seconds);
 
-    // Out: the level in dB at `offset` MHz from the centre, without noise.
+    /// \return the level in dB at \a offset MHz from the centre, without noise
+    /// \param binMHz width of one point
     double level(int channel, double offset, double binMHz, double seconds) const;
 
 private:

@@ -6,22 +6,23 @@
 #include <QObject>
 #include <QSocketNotifier>
 
-// Lines that the simulator's own operator types, or that a script pipes in. The end of the input is
-// no event: there are just no more lines.
+/// Reads the lines that the user of the simulator types, or that a script pipes in. Nothing happens
+/// at the end of the input; there are just no more lines.
 class InputLines : public QObject
 {
     Q_OBJECT
 
 public:
-    // Every character of the longest message may be typed as "\xHH".
+    /// Longest line that is handed on. Every character of the longest message may be typed as
+    /// "\\xHH".
     static constexpr qsizetype MaxLineLength = 4 * rules::LongestMessage;
 
-    // fileDescriptor: open for reading, not owned.
+    /// \param fileDescriptor open for reading; is not closed here
     explicit InputLines(int fileDescriptor, QObject* parent = nullptr);
 
 signals:
-    // One line without its end. Of a line that is longer than MaxLineLength only one byte more
-    // comes, by which it is known.
+    /// Emitted for each line, without its line break. A line that is longer than MaxLineLength is
+    /// cut after one more byte, so that the receiver notices.
     void line(QByteArray text);
 
 private:

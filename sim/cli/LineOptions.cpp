@@ -14,7 +14,7 @@ const QString Fast = QStringLiteral("fast");
 const QString Fault = QStringLiteral("fault");
 const QString Seed = QStringLiteral("seed");
 
-// Every class that carries out faults has its list here.
+// The list of every class that has faults.
 FaultTable knownFaults()
 {
     return FaultTable(LineFaults::names() + ScopeFaults::names() + CardFaults::names());

@@ -16,9 +16,9 @@ struct Options
     QString check;        ///< --check, the path; empty when nothing is to be checked
     bool noMenus = false; ///< --no-menus
     bool trace = false;   ///< --trace
-    ScopeOptions scopes;
-    CardOptions cards;
-    LineOptions line;
+    ScopeOptions scopes;  ///< of the scope ports
+    CardOptions cards;    ///< of the spectral cards
+    LineOptions line;     ///< of recordings and faults
 
     /// Parses the arguments of the application. Ends the program itself at --help, at --version,
     /// and at arguments that it does not know.

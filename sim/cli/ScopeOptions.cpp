@@ -9,7 +9,7 @@ namespace {
 const QString Signal = QStringLiteral("signal");
 const QString Mode = QStringLiteral("scope-mode");
 
-// of Demod 1, 2 and 3 when nothing else is asked for
+// of Demod 1, 2 and 3
 const QStringList DefaultSignals{
     QStringLiteral("qpsk"), QStringLiteral("8psk"), QStringLiteral("16qam:snr=25")};
 

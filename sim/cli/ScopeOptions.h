@@ -9,8 +9,8 @@ class QCommandLineParser;
 /// The options of the command line about the scope ports: --signal, --scope-mode.
 struct ScopeOptions
 {
-    ScopePortSettings ports;
-    QString fault; ///< why the options are refused; empty when they are accepted
+    ScopePortSettings ports; ///< what the options ask for
+    QString fault;           ///< why the options are refused; empty when they are accepted
 
     /// Adds the options to those that the parser knows.
     static void addTo(QCommandLineParser& parser);

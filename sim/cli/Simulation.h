@@ -28,6 +28,7 @@ class UnitDevices;
 class Simulation
 {
 public:
+    /// Prepares a run; nothing is created yet.
     explicit Simulation(const Options& options);
     ~Simulation();
     Simulation(const Simulation&) = delete;

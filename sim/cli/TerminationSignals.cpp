@@ -7,14 +7,14 @@
 
 namespace {
 
-int g_writeEnd = -1; // the only thing that a signal handler may touch here
+int g_writeEnd = -1; // all that the signal handler uses
 
 void wake(int /*signal*/)
 {
     const int kept = errno;
     const char byte = 1;
     if (::write(g_writeEnd, &byte, 1) < 0) {
-        // full: it was told already
+        // the pipe is full: the signal was announced already
     }
     errno = kept;
 }

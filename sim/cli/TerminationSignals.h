@@ -5,17 +5,19 @@
 
 #include <memory>
 
-// Turns SIGTERM and SIGINT into a signal of the event loop, so that the program ends in order. One
-// object a process, for the length of its life.
+/// Turns SIGTERM and SIGINT into a signal of the event loop, so that the program ends in order.
+/// There is one object per process.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Catches the signals from now on.
     explicit TerminationSignals(QObject* parent = nullptr);
     ~TerminationSignals() override;
 
 signals:
+    /// Emitted when the program has to end.
     void terminate();
 
 private:

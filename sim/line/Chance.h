@@ -4,24 +4,26 @@
 
 #include <random>
 
-// Dice with a seed: the same seed gives the same throws, with any standard library.
+/// A random generator with a seed. The same seed gives the same numbers with every standard
+/// library.
 class Chance
 {
 public:
+    /// Starts the sequence of \a seed.
     explicit Chance(quint32 seed = 1)
         : m_random(seed)
     {
     }
 
-    // rate: 0 (never, and nothing is thrown) to 1 (always).
+    /// \return true with the probability \a rate, 0 (never; no random number is used) to 1 (always)
     bool happens(double rate)
     {
         return rate > 0.0 &&
             static_cast<double>(m_random()) <= rate * static_cast<double>(std::mt19937::max());
     }
 
-    // bound: above 0. Out: 0 to bound - 1. Not by a standard distribution: these differ from
-    // library to library.
+    /// \return a number from 0 to \a bound - 1; \a bound is above 0
+    // No standard distribution: their results differ between libraries.
     int below(qsizetype bound)
     {
         return static_cast<int>(m_random() % static_cast<quint32>(bound));

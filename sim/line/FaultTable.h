@@ -5,31 +5,34 @@
 #include <QList>
 #include <QString>
 
-// The faults that can be asked for by name, and how often each is to happen.
-//
-// Each class that carries out faults has a list of them; the table is made of all these lists. A
-// rate is the part of the frames, blocks or replies that suffer the fault, 0 (never) to 1 (each).
+/// The faults that --fault knows, and the rate of each.
+///
+/// Each class that carries out faults has a list of them, and the table is built from all these
+/// lists. A rate is the share of frames, blocks or replies with the fault, 0 (none) to 1 (all).
 class FaultTable
 {
 public:
+    /// One fault.
     struct Fault
     {
-        QLatin1String name; // "drop"
-        QLatin1String text; // what it does, for the help
+        QLatin1String name; ///< "drop"
+        QLatin1String text; ///< what it does, for the help
     };
 
+    /// A table of the \a known faults, all with the rate 0.
     explicit FaultTable(const QList<Fault>& known = {});
 
-    // In: "NAME=RATE", several with "," between. Out: empty, or why the text is refused; then the
-    // items in front of the bad one are set.
+    /// Sets rates from "NAME=RATE" or several of these separated by ",".
+    /// \return why the text is refused, empty when it is accepted; the items in front of a bad one
+    /// are set all the same
     QString set(const QString& text);
 
-    // Out: 0 to 1; 0 for a fault that was not set.
+    /// \return the rate of a fault, 0 to 1; 0 when it was not set
     double rate(QLatin1String name) const;
-    // Whether every rate is 0.
+    /// Whether every rate is 0.
     bool isEmpty() const;
 
-    // One line a fault: its name and what it does.
+    /// \return one line per fault: its name and what it does
     QString help() const;
 
 private:

@@ -6,30 +6,33 @@
 
 #include <optional>
 
-// Cuts what the panel sends into its messages.
-//
-// Bytes come in as they arrive, in pieces of any size; out come the bodies of framed messages (STX
-// and EOT taken off) and, marked as such, what stands outside a frame, in the order of the line. A
-// frame that is broken off by another STX, or grows past MaxTextLength, counts as unframed.
+/// Cuts what the panel sends into messages.
+///
+/// Bytes come in as they arrive, in pieces of any size. Out come, in the order of the line, the
+/// bodies of framed messages (without STX and EOT) and the text outside frames, marked as unframed.
+/// A frame that another STX breaks off, or that grows past MaxTextLength, counts as unframed.
 class FrameSplitter
 {
 public:
-    static constexpr qsizetype MaxTextLength = 65536; // in characters; more is handed on in pieces
+    static constexpr qsizetype MaxTextLength =
+        65536; ///< in characters; longer text is handed on in pieces
 
+    /// A message, or text outside a frame.
     struct Piece
     {
-        bool framed = false;
-        QString text; // framed: without STX and EOT; unframed: as it came
+        bool framed = false; ///< whether it is a message
+        QString text;        ///< of a message, without STX and EOT
     };
 
-    // In: the next bytes of the line. Out: every piece that is now whole.
+    /// Takes the next bytes of the line. \return every piece that is now complete
     QList<Piece> take(const QByteArray& bytes);
 
-    // Out: text outside a frame that has come so far, nothing when there is none or when a frame is
-    // under way. Such text has no end of its own: ask when the line has been quiet for a while.
+    /// \return the text outside a frame that has come so far; nothing when there is none or when a
+    /// frame has begun. Nothing marks the end of such text: call this when the line has been quiet
+    /// for a while.
     std::optional<Piece> takeLoose();
 
-    // Forgets what is not whole.
+    /// Drops what is not complete.
     void clear();
 
 private:

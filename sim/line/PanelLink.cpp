@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr int QuietMs = 50; // after which unframed text is taken as whole
-constexpr int HoldMs = 100; // after which a burst goes out with the frames that it has
+constexpr int QuietMs = 50; // after which unframed text counts as complete
+constexpr int HoldMs = 100; // after which a burst goes out, complete or not
 
 } // namespace
 

@@ -11,41 +11,43 @@
 
 class PseudoTerminal;
 
-// The unit's end of the conversation with the panel, whoever leads it (the main unit, or a
-// recording that is played back).
-//
-// The way out: write() sends the frame through the faults and tells each piece that really goes
-// over the line by wrote(). The way in: what comes is cut into messages and unframed text; each is
-// told by received() and given to handle(). While busy(), more had better wait: lineFree() tells
-// when the panel has taken all.
+/// The unit's end of the panel's line. What is said there is decided by a subclass: the main unit,
+/// or a recording that is replayed.
+///
+/// Out: write() sends a frame through the faults and announces each piece that really goes over the
+/// line by wrote(). In: what comes is cut into messages and unframed text; each is announced by
+/// received() and then passed to handle(). While busy(), the panel has not read everything yet, and
+/// more should wait until lineFree() is called.
 class PanelLink : public QObject
 {
     Q_OBJECT
 
 public:
-    // line: the unit's end of the line, which must live longer than this.
+    /// \param line the unit's end of the line; must live longer than this
+    /// \param faults of what is sent
     explicit PanelLink(
         PseudoTerminal& line, const LineFaults& faults = {}, QObject* parent = nullptr);
 
 signals:
-    // A message was sent, whatever the faults made of it; the text between STX and EOT.
+    /// Emitted when a message was sent, whatever the faults did to it. \param body without STX and
+    /// EOT
     void sent(QString body);
-    // Bytes went over the line, after the faults.
+    /// Emitted when bytes went over the line, after the faults.
     void wrote(QByteArray bytes);
-    // A message came in, without its frame; or, with framed false, text that stood in none.
+    /// Emitted when a message came in, or text outside a frame. \param text without STX and EOT
     void received(QString text, bool framed);
 
 protected:
     bool isOpen() const;
-    // Whether the panel has not taken yet what was sent.
+    // Whether the panel has not read yet what was sent.
     bool busy() const;
-    // In: bytes to send. Out: false when they were not taken: nobody has the line open, or too much
-    // is held already.
+    // Sends bytes. Returns false when they were not taken, because nobody has the line open or too
+    // much is held already.
     bool write(const QByteArray& bytes);
 
     virtual void panelCame() = 0;
     virtual void panelWent() = 0;
-    // In: a message without its frame, or text that stood in none.
+    // Takes a message without its frame, or text outside a frame.
     virtual void handle(const QString& text, bool framed) = 0;
     virtual void lineFree() = 0;
 

@@ -11,9 +11,9 @@ namespace {
 
 constexpr int PollMs = 50;
 constexpr qsizetype ReadSize = 4096;
-constexpr int MaxReadsAtOnce = 16; // so that a flood does not keep the event loop
+constexpr int MaxReadsAtOnce = 16; // so that a flood of bytes does not block the event loop
 
-// Out: a raw master side that nobody has opened yet, or -1.
+// Returns a raw master side that nobody has opened yet, or -1.
 int openMaster()
 {
     const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
@@ -30,7 +30,7 @@ int openMaster()
     return master;
 }
 
-// Opens and closes the panel's side, throwing away what lies there unread.
+// Opens and closes the panel's side and drops what lies there unread.
 void touchSlave(const char* path)
 {
     const int slave = ::open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
@@ -146,7 +146,7 @@ void PseudoTerminal::setOpen(bool open)
     }
     m_writable->setEnabled(false);
     m_pending.clear();
-    // the next panel does not get what this one left unread, under way or already there
+    // the next panel must not get what this one left unread, held here or already in the terminal
     ::tcflush(m_master, TCOFLUSH);
     touchSlave(::ptsname(m_master));
     m_poll.start(PollMs);

@@ -8,42 +8,47 @@
 
 #include <memory>
 
-// The unit's end of one serial line: the master side of a pseudo-terminal whose other side the
-// panel opens as its port.
-//
-// The line is raw and carries all 256 byte values both ways. While nobody has it open it is asked
-// 20 times a second; opened() tells when the panel came, closed() when it went, and it may come
-// again. What the panel does not take at once is held and sent on as it reads; drained() tells when
-// nothing is held any more. What it sends leaves by received() in pieces as they arrive.
+/// The unit's end of one serial line: the master side of a pseudo-terminal whose slave side the
+/// panel opens as its port.
+///
+/// The line is raw and carries all 256 byte values in both directions. While nobody has it open it
+/// is checked 20 times a second: the panel may open and close it any number of times. What the
+/// panel does not read at once is held and sent on as it reads.
 class PseudoTerminal : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Bytes that are held at most.
     static constexpr qsizetype DefaultLimit = 1048576;
 
-    // limit: the most bytes that are held for a panel that does not read.
+    /// \param limit how many bytes are held at most for a panel that does not read
     explicit PseudoTerminal(qsizetype limit = DefaultLimit, QObject* parent = nullptr);
     ~PseudoTerminal() override;
 
-    // Out: whether the system gave a pseudo-terminal; without one nothing ever opens it.
+    /// Whether the system gave a pseudo-terminal; without one nothing can open it.
     bool isValid() const { return m_master >= 0; }
-    // The path that the other side opens; empty without a pseudo-terminal.
+    /// \return the path that the panel opens; empty without a pseudo-terminal
     QString slavePath() const { return m_slavePath; }
 
-    // Whether the panel has the line open.
+    /// Whether the panel has the line open.
     bool isOpen() const { return m_open; }
-    // Bytes held back, 0 to the limit.
+    /// \return how many bytes are held, 0 to the limit
     qsizetype pendingBytes() const { return m_pending.size(); }
 
-    // Sends the bytes, or holds what the panel does not take yet. Out: false when nothing was sent,
-    // because the line is not open or more than the limit would be held; bytes are never torn.
+    /// Sends the bytes, or holds what the panel does not read yet.
+    /// \return false when none of them was taken, because the line is not open or more than the
+    /// limit would be held
     bool write(const QByteArray& bytes);
 
 signals:
+    /// Emitted when the panel has opened the line.
     void opened();
+    /// Emitted when the panel has closed the line.
     void closed();
+    /// Emitted for what the panel sends, in pieces as they arrive.
     void received(QByteArray bytes);
+    /// Emitted when nothing is held any more.
     void drained();
 
 private:

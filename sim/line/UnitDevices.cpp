@@ -29,7 +29,7 @@ UnitDevices::~UnitDevices()
         QFile::remove(link);
     }
     if (m_made) {
-        QDir().rmdir(m_path); // only when nobody else has put something there
+        QDir().rmdir(m_path); // fails when somebody else has put something there, as it should
     }
 }
 

@@ -9,27 +9,29 @@
 
 class PseudoTerminal;
 
-// The directory that takes the place of /dev for the panel: a symbolic link for each serial device
-// of the unit, named as on the unit, to a pseudo-terminal. Links, and the directory if it was made
-// here, are removed at the end.
+/// The directory that the panel uses in place of /dev. Each serial device of the unit is a symbolic
+/// link, named as on the unit, to a pseudo-terminal. The links are removed at the end, and the
+/// directory too if it was created here.
 class UnitDevices : public QObject
 {
     Q_OBJECT
 
 public:
-    // directory: where the links go, made if it is not there; empty for a fresh one.
+    /// \param directory where the links go, created when it is missing; empty for a new temporary
+    /// one
     explicit UnitDevices(const QString& directory = QString(), QObject* parent = nullptr);
     ~UnitDevices() override;
 
-    // Out: whether the directory is there to be used; otherwise errorString() says why not.
+    /// Whether the directory can be used; otherwise errorString() says why not.
     bool isValid() const { return m_error.isEmpty(); }
+    /// \return what went wrong last, empty when nothing did
     QString errorString() const { return m_error; }
-    // The directory, absolute.
+    /// \return the absolute path of the directory
     QString path() const { return m_path; }
 
-    // Makes the device `name` ("ttyO1"). Out: its line, owned by this object; nullptr when that
-    // failed, and errorString() says why. A link that an earlier run left behind is replaced,
-    // anything else under that name is left alone and is a failure.
+    /// Creates the device \a name ("ttyO1"). A link that an earlier run left behind is replaced;
+    /// anything else of that name is left alone and is an error.
+    /// \return its line, owned by this object; nullptr on an error, and errorString() says which
     PseudoTerminal* add(const QString& name);
 
 private:

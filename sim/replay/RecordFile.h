@@ -5,29 +5,32 @@
 #include <QObject>
 #include <QString>
 
-// Writes the conversation with the panel into a file, a line of wire/Trace.h for everything that
-// goes over the line, at once; Recording reads it.
+/// Writes the conversation with the panel into a file, one line of wire/Trace.h for everything that
+/// goes over the line. Each line is written at once. Recording reads such a file.
 class RecordFile : public QObject
 {
     Q_OBJECT
 
 public:
-    // path: overwritten. isOpen() tells whether that went, errorString() why not.
+    /// Overwrites the file \a path. Check isOpen() afterwards.
     explicit RecordFile(const QString& path, QObject* parent = nullptr);
 
+    /// Whether the file could be opened and takes lines.
     bool isOpen() const { return m_file.isOpen(); }
+    /// \return the path and what went wrong
     QString errorString() const
     {
         return m_file.fileName() + QLatin1String(": ") + m_file.errorString();
     }
 
-    // Bytes that went to the panel.
+    /// Writes bytes that went to the panel.
     void toPanel(const QByteArray& bytes);
-    // What came from it: a message without its frame, or text that stood in none.
+    /// Writes what came from the panel. \param text a message without its frame, or text outside
+    /// one
     void fromPanel(const QString& text, bool framed);
 
 signals:
-    // The file took no more, and is closed; told once.
+    /// Emitted once, when the file takes no more lines and was closed.
     void failed(QString reason);
 
 private:

@@ -7,8 +7,8 @@
 
 namespace {
 
-// Out: from one line to the next; a clock that was set back, or another log behind the first, gives
-// no pause.
+// Returns the pause from one line to the next, none when the clock was set back or when another log
+// begins.
 qint64 gapMs(const wire::TraceLine& from, const wire::TraceLine& to)
 {
     constexpr double MillisecondsASecond = 1000.0;
@@ -84,13 +84,13 @@ void Replay::proceed()
         if (isHeld(line)) {
             return;
         }
-        // counted as played first: what it brings about may come at once
+        // counted as played before it is sent: the answer may come at once
         next();
         play(line);
     }
 }
 
-// Whether the line has to wait; then whatever it waits for calls proceed().
+// Returns whether the line has to wait; what it waits for then calls proceed().
 bool Replay::isHeld(const wire::TraceLine& line)
 {
     return line.in ? m_pace == Pace::Recorded && isTimeHeld() : isAnswerHeld();

@@ -7,31 +7,36 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-// Plays a recording to the panel: sends its "in" lines as they are, byte for byte, once the panel
-// has opened the line, and sets what comes back against its "out" lines.
-//
-// At its own pace each line waits for its time; fast, they follow each other at once. Either way an
-// "out" line that is an answer holds those behind it until it comes, or for a second, so that
-// questions and answers stay in step; what the operator had pressed is not waited for. The end is
-// told by finished(), when all is sent and nothing is missing any more, when the panel has been
-// quiet for a while, or when it goes.
+/// Replays a recording: once the panel has opened the line, sends the "in" lines byte for byte and
+/// compares what comes back with the "out" lines.
+///
+/// At the recorded pace each line waits for its time; at the fast pace it follows at once. Either
+/// way an "out" line that is an answer holds the lines after it until it comes, for a second at
+/// most, so that questions and answers stay in step. What the operator had pressed is not waited
+/// for. The replay ends when everything is sent and nothing is missing any more, when the panel has
+/// been quiet for a while, or when it closes the line.
 class Replay final : public PanelLink
 {
     Q_OBJECT
 
 public:
+    /// How fast the lines follow each other.
     enum class Pace { Recorded, Fast };
 
-    static constexpr int AnswerMs = 1000; // the longest wait for an answer
-    static constexpr int LastMs = 3000;   // the longest quiet at the end while answers are missing
-    static constexpr int SettleMs = 300;  // what may still come when none is
+    static constexpr int AnswerMs = 1000; ///< the longest wait for an answer
+    static constexpr int LastMs =
+        3000; ///< the longest silence at the end while answers are missing
+    static constexpr int SettleMs = 300; ///< the wait for more at the end when no answer is missing
 
+    /// \param line the unit's end of the line; must live longer than this
     Replay(PseudoTerminal& line, const Recording& recording, Pace pace,
         const LineFaults& faults = {}, QObject* parent = nullptr);
 
+    /// \return what came back so far
     const ReplayScore& score() const { return m_score; }
 
 signals:
+    /// Emitted at the end of the replay.
     void finished();
 
 private:

@@ -14,7 +14,7 @@ namespace {
 enum class Question { Ping, Version, LinkMode, SpectrumStart };
 constexpr int Questions = 4;
 
-// Out: the question that the body is.
+// Returns the question that the body is.
 std::optional<Question> questionIn(const QString& body)
 {
     if (body == QLatin1String("PING")) {
@@ -29,7 +29,7 @@ std::optional<Question> questionIn(const QString& body)
     return body == QLatin1String("ST,1") ? std::optional(Question::SpectrumStart) : std::nullopt;
 }
 
-// Out: the question that the frame would answer.
+// Returns the question that the frame would answer.
 std::optional<Question> questionAnsweredBy(const QString& frame)
 {
     static const QRegularExpression version(QStringLiteral("\\A\x02[0-9.]+\x04\\z"));
@@ -37,7 +37,7 @@ std::optional<Question> questionAnsweredBy(const QString& frame)
     if (frame == QLatin1String("\x02PONG\x04")) {
         return Question::Ping;
     }
-    // three texts without a frame, which come in one go
+    // three texts without a frame, which arrive together
     if (frame.startsWith(QLatin1String("D1:SPEN:1"))) {
         return Question::SpectrumStart;
     }
@@ -78,7 +78,7 @@ ReplayScore::ReplayScore(const QList<wire::TraceLine>& lines)
 
 void ReplayScore::take(const QString& frame, qsizetype played)
 {
-    // an answer stands behind its question and in front of the next line that is not played yet
+    // an answer comes after its question and before the next line that is not played yet
     qsizetype due = played;
     while (due < m_lines.size() && !m_lines.at(due).in) {
         ++due;

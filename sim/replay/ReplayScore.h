@@ -6,37 +6,40 @@
 #include <QString>
 #include <QStringList>
 
-// What of a recording came back from the panel it is played to.
-//
-// The recording's "out" lines are of two kinds. Answers follow from what the unit sent before: to
-// "PING", "VER", "Slave" and "ST,1". All others are the operator's: a fresh panel sends them only
-// if somebody presses the same keys again. What the panel sends is set against the answers that are
-// due, in their order, then against the operator's lines in theirs; what fits neither is
-// unexpected.
+/// Compares what the panel sends during a replay with what it sent in the recording.
+///
+/// The recording's "out" lines are of two kinds. Answers follow from what the unit sent before:
+/// "PING", "VER", "Slave" and "ST,1". All others are the operator's: a panel sends them again only
+/// if somebody presses the same keys. What the panel sends is compared with the answers that are
+/// due, in their order, then with the operator's lines in theirs. What fits neither is unexpected.
 class ReplayScore
 {
 public:
+    /// A score for a recording of these \a lines.
     explicit ReplayScore(const QList<wire::TraceLine>& lines);
 
-    // line: a number of the list. Whether it is an answer of the panel; whether it came back.
+    /// Whether a line of the recording is an answer of the panel.
     bool isAnswer(qsizetype line) const { return m_kinds.value(line) == Kind::Answer; }
+    /// Whether the panel has sent this line again.
     bool cameBack(qsizetype line) const { return m_cameBack.value(line); }
 
-    // In: what came from the panel, with its frame characters if it has them; how many lines of the
-    // recording are played, which is as far as answers are due.
+    /// Takes what came from the panel. \param frame with its frame characters, if it has them
+    /// \param played how many lines of the recording have been played; answers to these are due
     void take(const QString& frame, qsizetype played);
 
-    // How many "out" lines there are, and how many of them came back.
+    /// \return the number of "out" lines
     qsizetype expected() const;
+    /// \return how many of the "out" lines came back
     qsizetype returned() const;
+    /// Whether every answer came back.
     bool allAnswersCame() const;
-    // Whether all answers came and nothing else but what the operator had pressed.
+    /// Whether every answer came back, and nothing else apart from the operator's lines.
     bool isGood() const { return allAnswersCame() && m_unexpected == 0; }
 
-    // "199 of 200 frames came back", then a line for each that did not ("missing", or "not pressed"
-    // for the operator's), and for each unexpected one; up to MaxLines of these.
+    /// \return "199 of 200 frames came back", then one line for each that did not ("missing", or
+    /// "not pressed" for the operator's) and for each unexpected one, up to MaxLines of these
     QStringList report() const;
-    static constexpr int MaxLines = 100;
+    static constexpr int MaxLines = 100; ///< about single frames in a report
 
 private:
     enum class Kind { Sent, Answer, Pressed };

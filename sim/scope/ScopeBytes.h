@@ -3,15 +3,16 @@
 #include <QByteArray>
 #include <QVector>
 
-// What a demodulator's scope port puts on its line, as bytes.
+/// The bytes that a demodulator's scope port sends.
 namespace scopeBytes {
 
-// In: 256 samples each, -32768 to 32767. Out: the block's 1,536 bytes.
+/// \return the 1,536 bytes of an I/Q block
+/// \param i, q 256 samples each, -32768 to 32767
 QByteArray block(const QVector<int>& i, const QVector<int>& q);
 
-// In: the number of the record, counted from 0. Out: one SDI record as the unit sends it: a byte in
-// front, the start byte and five bytes: lock and signal level as slow waves, a counter, an error
-// count and a sawtooth.
+/// \return an SDI record as the unit sends it: one byte in front, the start byte, and five data
+/// bytes: lock and signal level as slow waves, a counter, an error count and a sawtooth
+/// \param number of the record, counted from 0
 QByteArray sdiRecord(quint32 number);
 
 } // namespace scopeBytes

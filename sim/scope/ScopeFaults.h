@@ -6,28 +6,28 @@
 #include <QByteArray>
 #include <QList>
 
-// Spoils what a scope port sends, at the rates of a table. Seeded: the same seed spoils the same
-// bytes.
-//
-//     scope-index     a block has a wrong index
-//     scope-loss      one byte of a block or record is lost
-//     scope-noise     up to 400 random bytes come in the middle of it
-//     scope-silence   nothing comes for two seconds from here on
+/// Damages what a scope port sends, at the rates of a table. The same seed damages the same bytes.
+///
+///     scope-index     a block has a wrong index
+///     scope-loss      one byte of a block or record is lost
+///     scope-noise     up to 400 random bytes come in the middle of it
+///     scope-silence   nothing comes for two seconds from here on
 class ScopeFaults
 {
 public:
-    static constexpr int MaxBurst = 400;
-    static constexpr qint64 SilenceMs = 2000;
+    static constexpr int MaxBurst = 400;      ///< random bytes of scope-noise
+    static constexpr qint64 SilenceMs = 2000; ///< of scope-silence
 
-    // No faults at all.
+    /// A port without faults.
     ScopeFaults() = default;
+    /// Faults at the \a rates of a table.
     ScopeFaults(const FaultTable& rates, quint32 seed);
 
-    // The names that a table needs to know.
+    /// \return the faults of this class, for a table
     static QList<FaultTable::Fault> names();
 
-    // In: what the port would send next, a block or a record; the time in ms since it began. Out:
-    // what it sends.
+    /// \return what the port sends in place of \a bytes, a block or a record
+    /// \param ms time since the port began
     QByteArray pass(QByteArray bytes, qint64 ms);
 
 private:

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int TickMs = 16;        // as a serial adapter hands its bytes on
-constexpr double MaxDue = 1536.0; // a line does not catch up on what it has missed
+constexpr int TickMs = 16;        // the interval at which a serial adapter hands bytes on
+constexpr double MaxDue = 1536.0; // a line does not catch up after a delay
 
 } // namespace
 

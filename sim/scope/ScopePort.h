@@ -10,36 +10,40 @@
 
 class PseudoTerminal;
 
-// A demodulator's scope port: sends what its mode asks for at the pace of a line of 115200 baud,
-// 11,520 bytes or 7.5 I/Q blocks a second, or ten SDI records a second. While nobody has the line
-// open, or in the mode "off", nothing is sent.
+/// A demodulator's scope port.
+///
+/// It sends what its mode asks for at the pace of a line of 115200 baud: 11,520 bytes or 7.5 I/Q
+/// blocks per second, or ten SDI records per second. In the mode Off, and while nobody has the line
+/// open, it sends nothing.
 class ScopePort : public QObject
 {
     Q_OBJECT
 
 public:
-    // As the demodulator is told by its command "DSDM".
+    /// What the port sends, with the numbers of the demodulator's command "DSDM".
     enum Mode { Off = 0, Constellation = 1, EyePattern = 2, Sdi = 3 };
 
-    static constexpr double BytesPerSecond = 11520.0;
-    static constexpr int SdiRecordMs = 100;
+    static constexpr double BytesPerSecond = 11520.0; ///< of the line
+    static constexpr int SdiRecordMs = 100;           ///< from one SDI record to the next
 
-    // line: the unit's end of the port's line, which must live longer than this.
+    /// \param line the unit's end of the port's line; must live longer than this
+    /// \param seed of the signal's symbols and noise
     ScopePort(PseudoTerminal& line, const SignalSettings& signal, const ScopeFaults& faults,
         quint32 seed, QObject* parent = nullptr);
 
-    // Another number than those of Mode changes nothing.
+    /// Sets the mode. A number that is not in Mode changes nothing.
     void setMode(int mode);
+    /// \return the mode, one of Mode
     int mode() const { return m_mode; }
 
-    // What the next block is made of; one that is under way is sent to its end.
+    /// Sets the signal from the next block on. A block that has begun is sent to its end.
     void setSignal(const SignalSettings& signal) { m_signal.setSettings(signal); }
 
-    // Lets this much time go by on the line: what it carries in that time is sent. The port's own
-    // timer does so at the pace of the clock.
+    /// Sends what the line carries in \a ms milliseconds. The port's own timer calls this at the
+    /// pace of the clock.
     void pass(qint64 ms);
 
-    // How many blocks or records have been begun.
+    /// \return how many blocks or records have begun
     int sentCount() const { return m_count; }
 
 private:

@@ -13,7 +13,7 @@ constexpr double Pi = 3.14159265358979323846;
 constexpr int PerSymbol = iqBlock::EyeSamplesPerSymbol;
 constexpr int HalfSymbol = PerSymbol / 2;
 
-// How much of the phase noise is left after one sample: a loop of some tens of symbols.
+// The part of the phase noise that is left after one sample: a loop of some tens of symbols.
 constexpr double WanderKept = 0.98;
 
 struct Name
@@ -113,7 +113,8 @@ std::vector<std::complex<double>> SignalModel::alphabet(SignalSettings::Modulati
     return points;
 }
 
-// The impulse response with its limits where the formula divides by zero, t in symbols:
+// The impulse response of the root-raised-cosine filter, with its limits where the formula divides
+// by zero; t in symbols:
 // h(t) = [sin(pi t (1-a)) + 4 a t cos(pi t (1+a))] / [pi t (1 - (4 a t)^2)]
 std::vector<double> SignalModel::rootRaisedCosine(double a)
 {
@@ -143,7 +144,7 @@ std::vector<double> SignalModel::rootRaisedCosine(double a)
     return taps;
 }
 
-// A sinc behind a Hamming window, of gain 1 in the middle of the band.
+// A sinc with a Hamming window, of gain 1 in the middle of the band.
 std::vector<double> SignalModel::bandPass(double band)
 {
     const double cutOff = band / 2.0 / PerSymbol; // in turns a sample
@@ -233,7 +234,7 @@ SignalModel::Complex SignalModel::impaired(Complex sample)
         std::sqrt(1.0 - WanderKept * WanderKept) * m_settings.phase * m_normal(m_random);
     const Complex turned =
         m_settings.level * sample * std::polar(1.0, 2.0 * Pi * m_turn + m_wander * Pi / 180.0);
-    // half of the imbalance to either side, the angle's error on Q
+    // half of the imbalance on each of I and Q, the whole error of the angle on Q
     const double gain = std::pow(10.0, m_settings.imbalance / 40.0);
     const double skew = m_settings.skew * Pi / 180.0;
     return {turned.real() * gain,
@@ -262,7 +263,7 @@ void SignalModel::append(int count, int samplesPerSymbol, QVector<int>& i, QVect
                 taken = {taken.real(), sample.imag()};
             }
         }
-        // the phase wanders on over the samples that are not sent
+        // the phase also wanders during the samples that are not sent
         for (int n = 1; n < step; ++n) {
             impaired({});
         }

@@ -8,24 +8,26 @@
 
 class UnitState;
 
-// The combiner's measurement of its two channels, which the unit tells while a scope is on: twice a
-// second "PM" with the phase difference, which wanders, and the two magnitudes, which are near
-// nothing where a tuner receives nothing. Seeded.
+/// The combiner's measurement of its two channels, which the unit sends while a scope is on.
+///
+/// Twice a second it makes a "PM" message with the phase difference, which wanders, and the two
+/// magnitudes, which are near zero where a tuner receives nothing.
 class CombinerMeter : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int PeriodMs = 500;
+    static constexpr int PeriodMs = 500; ///< from one measurement to the next
 
-    // state: must live longer than this.
+    /// \param state of the unit; must live longer than this
     CombinerMeter(const UnitState& state, quint32 seed, QObject* parent = nullptr);
 
-    // Out: the next measurement, "PM,0.25,70,68": the phase 0 to 1 (of the eight steps of the
-    // panel's scale), the magnitudes 0 to 100.
+    /// \return the next measurement, "PM,0.25,70,68": the phase, 0 to 1 (1 is the full scale of the
+    /// panel), and the magnitudes, 0 to 100
     QString next();
 
 signals:
+    /// Emitted when the unit has to send this message.
     void tells(QString body);
 
 private:

@@ -107,7 +107,7 @@ void MainUnit::begin()
     pump();
 }
 
-// Sends until the panel no longer keeps up; lineFree() tells when it does again.
+// Sends until the panel does not keep up; lineFree() is called when it has caught up.
 void MainUnit::pump()
 {
     if (m_pumping) {
@@ -124,7 +124,7 @@ void MainUnit::pump()
     m_pumping = false;
 }
 
-// The next menu step, or the next typed one behind them. Out: false when there is none.
+// Does the next menu step or, after these, the next typed step. Returns false when there is none.
 bool MainUnit::step()
 {
     MenuStep next;

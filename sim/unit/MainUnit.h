@@ -9,41 +9,42 @@
 #include <QStringList>
 #include <QTimer>
 
-// Plays the main unit on the panel's line.
-//
-// When the panel opens the line it is asked for its version; at the answer, or a second later
-// without one, the menus go out in their order, then what was typed meanwhile. What the panel sends
-// is cut into messages and told by received(); a message of a key is answered as UnitKeys has it,
-// ahead of menus that are still under way. Everything sent is told by sent(). A panel that goes and
-// comes back gets all of it again.
+/// Plays the main unit on the panel's line.
+///
+/// When the panel opens the line it is asked for its version. At the answer, or a second later
+/// without one, the menus go out in their order, then what was typed meanwhile. A message of a key
+/// is answered as UnitKeys says, ahead of menus that are still waiting. A panel that closes the
+/// line and opens it again gets everything again.
 class MainUnit final : public PanelLink
 {
     Q_OBJECT
 
 public:
-    static constexpr qsizetype MaxTyped = 10000;
+    static constexpr qsizetype MaxTyped = 10000; ///< typed steps that can wait
 
-    // line: the unit's end of the line, which must live longer than this. menus: sent once each
-    // time that the panel comes.
+    /// \param line the unit's end of the line; must live longer than this
+    /// \param menus sent once each time that the panel opens the line
     MainUnit(PseudoTerminal& line, const QList<MenuStep>& menus, const LineFaults& faults = {},
         QObject* parent = nullptr);
 
-    // Sends (or waits) after everything that is under way; before the panel is there: after the
-    // menus. Out: false when MaxTyped steps wait already and this one was not taken.
+    /// Sends a message, or waits, after everything that is already waiting; when the panel is not
+    /// there yet, after the menus.
+    /// \return false when MaxTyped steps are already waiting and this one was not taken
     bool type(const MenuStep& step);
 
-    // Sends a message of the unit's own, ahead of menus and typed ones; before the menus are out it
-    // is dropped, for then they tell the same.
+    /// Sends a message of the unit's own, ahead of menus and typed messages. Before the menus are
+    /// sent it is dropped, because they then carry the same values.
     void tell(const QString& body);
 
-    // The mode that the panel last told by "Slave,n": 0 to 2, 0 before it told any.
+    /// \return the mode of the panel's last "Slave,n", 0 to 2; 0 before the first one
     int linkMode() const { return m_linkMode; }
-    // The version that the panel answered, empty before.
+    /// \return the version that the panel answered; empty before that
     QString panelVersion() const { return m_panelVersion; }
+    /// \return the keys of the menus that were sent
     const UnitKeys& keys() const { return m_keys; }
 
 signals:
-    // The last of the menus went out.
+    /// Emitted when the last of the menus was sent.
     void menusSent();
 
 private:

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-// in no namespace, as the resource compiler wants it
+// outside namespaces, which Q_INIT_RESOURCE requires
 static void initMenuResource()
 {
     Q_INIT_RESOURCE(menus);

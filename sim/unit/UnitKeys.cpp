@@ -22,7 +22,7 @@ QString joined(const QLatin1String& word, const QStringList& fields)
     return word + QLatin1Char(',') + fields.join(QLatin1Char(','));
 }
 
-// Out: the texts addressed to one demodulator and one receiver each that a widened one stands for.
+// Returns the commands to one demodulator or receiver each that a command to several stands for.
 QStringList addressed(const QString& text, const QLatin1String& wide, const QStringList& single)
 {
     if (!text.contains(wide)) {
@@ -55,14 +55,14 @@ bool isNumber(const QString& text)
     return ok && std::isfinite(value);
 }
 
-// Out: "Name: chosen", from a label that is "Name" or "Name: chosen before".
+// Returns "Name: chosen" for a label "Name" or "Name: chosen before".
 QString labelWith(const QString& label, const QString& chosen)
 {
     return label.section(QLatin1Char(':'), 0, 0) + QLatin1String(": ") + chosen;
 }
 
-// In: choices or files, "value text:value text", and a value. Out: its text, empty when it is none
-// of them.
+// Returns the text of a value in a list of choices or files, "value text:value text"; empty when
+// the value is not in the list.
 QString choiceText(const QString& options, const QString& value)
 {
     const QStringList items = options.split(QLatin1Char(':'), Qt::SkipEmptyParts);
@@ -74,7 +74,7 @@ QString choiceText(const QString& options, const QString& value)
     return {};
 }
 
-// In: "SK:Some Menu:" or "PAX:0:Some Menu:" and the length of what stands in front of the name.
+// Returns the menu in "SK:Some Menu:" or "PAX:0:Some Menu:"; the name begins at `start`.
 QStringList menuOfCommand(const QString& command, qsizetype prefix)
 {
     QString name = command.mid(prefix);
@@ -82,7 +82,7 @@ QStringList menuOfCommand(const QString& command, qsizetype prefix)
     return name.isEmpty() ? QStringList() : QStringList{QLatin1String("SK,") + name};
 }
 
-// What a key does that changes what is on the screen; nothing for other keys.
+// Returns the messages for a key that changes the screen, none for other keys.
 QStringList confirmScreen(const QString& command)
 {
     if (command.startsWith(QLatin1String("SK:"))) {
@@ -178,7 +178,7 @@ void UnitKeys::apply(const QString& body)
         if (known) {
             Fields& present = m_keys[m_index.value(key)];
             if (present.at(Value).toDouble() != 0) {
-                fields[Value] = present.at(Value); // the panel takes a value only in place of 0
+                fields[Value] = present.at(Value); // the panel takes a new value only when its own is 0
             }
             present = fields;
         } else {

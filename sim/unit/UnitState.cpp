@@ -12,7 +12,7 @@ constexpr double MinSnr = -20.0; // dB
 constexpr double MaxSnr = 100.0;
 constexpr double MinBand = 0.1; // symbol rates
 constexpr double MaxBand = 1000.0;
-// The carrier loop follows what is off by less, in turns a symbol.
+// The carrier loop follows an offset below this, in turns per symbol.
 constexpr double LoopReach = 0.01;
 constexpr double MaxOffset = 0.5;
 constexpr int LastScopeMode = 3;
@@ -29,8 +29,8 @@ double bitsPerSymbol(SignalSettings::Modulation modulation)
     return std::log2(static_cast<double>(SignalModel::alphabet(modulation).size()));
 }
 
-// Out: the modulation that the text of a choice names: "16QAM Turbo", "DQPSK"; none that the model
-// does not have.
+// Returns the modulation in the text of a choice ("16QAM Turbo", "DQPSK"), nothing for one that the
+// model does not have.
 std::optional<SignalSettings::Modulation> modulationIn(const QString& text)
 {
     using Modulation = SignalSettings::Modulation;
@@ -39,7 +39,7 @@ std::optional<SignalSettings::Modulation> modulationIn(const QString& text)
         QLatin1String text;
         Modulation modulation;
     };
-    // one that holds another's name stands in front of it
+    // a name that contains another one comes first
     static const Name Names[] = {{QLatin1String("16QAM"), Modulation::Qam16},
         {QLatin1String("8PSK"), Modulation::Psk8}, {QLatin1String("OQPSK"), Modulation::Oqpsk},
         {QLatin1String("QPSK"), Modulation::Qpsk}, {QLatin1String("BPSK"), Modulation::Bpsk}};
@@ -51,8 +51,7 @@ std::optional<SignalSettings::Modulation> modulationIn(const QString& text)
     return {};
 }
 
-// In: a command, "D1:RATE:" or "D1 D2 D3:RATE:", and the letter of a kind of addressee. Out: the
-// numbers addressed.
+// Returns the numbers that a command ("D1:RATE:" or "D1 D2 D3:RATE:") addresses with this letter.
 QList<int> addressed(const QString& command, QChar kind, int count)
 {
     QList<int> numbers;
@@ -144,7 +143,7 @@ void UnitState::takeMessage(const QString& body)
         takeKey(fields);
     } else if (word == QLatin1String("CV")) {
         const KeyOf key = m_keys.value(fields.value(0) + QLatin1Char(',') + fields.value(1));
-        // choices are confirmed by the key's label
+        // a choice is confirmed by the label of its key
         if (key.options.isEmpty()) {
             set(key.command, fields.value(2), false);
         }
@@ -160,7 +159,7 @@ void UnitState::takeMessage(const QString& body)
     }
 }
 
-// The first definition of a key tells what the unit begins with; the next ones bring new labels.
+// The first definition of a key carries the unit's initial value; later ones only new labels.
 void UnitState::takeKey(const QStringList& fields)
 {
     const QString key = fields.value(0) + QLatin1Char(',') + fields.value(1);
@@ -245,8 +244,8 @@ void UnitState::tunerChanged(int receiver, bool tellFrequency)
     }
 }
 
-// Out: the text of the choice with this value, by the key that has the command; empty when there is
-// none.
+// Returns the text of the choice with this value, from the key with the command; empty when there
+// is none.
 QString UnitState::choice(const QString& command, const QString& value) const
 {
     for (const KeyOf& key : m_keys) {
@@ -278,7 +277,7 @@ double UnitState::symbolRate(int demodulator) const
     return symbolRate(at(demodulator), at(demodulator).bitRate);
 }
 
-// Of the transmitter that is nearer.
+// Returns the distance to the nearer transmitter.
 double UnitState::shiftOf(const Tuner& one) const
 {
     double nearest = m_tuners.front().transmitter - one.frequency;
@@ -300,8 +299,8 @@ bool UnitState::isReceiving(int receiver) const
     return std::abs(shiftOf(one)) <= one.bandwidth / 2.0;
 }
 
-// Noise: the transmitter's power stays what it was, so that a symbol has less of it at a higher
-// rate. The amplitude is that of the default signal again, as behind a gain control.
+// The transmitter's power stays the same, so that at a higher rate a symbol has less energy over
+// the noise. The amplitude stays that of the default signal, as after a gain control.
 SignalSettings UnitState::signal(int demodulator) const
 {
     const Demodulator& one = at(demodulator);
@@ -309,8 +308,8 @@ SignalSettings UnitState::signal(int demodulator) const
     settings.modulation = modulation(one);
     settings.rolloff = one.rollOff.value_or(settings.rolloff);
     const double rate = symbolRate(demodulator);
-    const double firstRate =
-        one.firstBitRate / bitsPerSymbol(one.settings.modulation); // what --signal speaks of
+    const double firstRate = one.firstBitRate /
+        bitsPerSymbol(one.settings.modulation); // the rate that --signal is given for
     settings.snr -= 10.0 * std::log10(rate / firstRate);
     if (!isReceiving(one.receiver)) {
         settings.snr = MinSnr;

@@ -9,64 +9,70 @@
 #include <array>
 #include <optional>
 
-// What the unit is set to, as far as its scope ports and spectral cards show it.
-//
-// Two transmitters are on the air, on the frequencies that the two tuners begin with, and what they
-// send follows the bit rate and the modulation that the demodulators are set to. Demodulator 1 has
-// the first tuner, 2 the second, 3 (the combiner's) again the first.
-//
-// In come the panel's commands, addressed to one ("D1:RATE:5000000") or to several ("D1 D2
-// D3:RATE:5000000", "R1 R2:FREQ:2250.5"), and what is sent to the panel: the values that the keys
-// begin with, values that the unit itself changes, modes of the scopes. Out go signals.
-//
-//     Dn:RATE:bps   symbol rate: the carrier's width; noise per symbol (the transmitter's power
-//                   stays the same), interference between symbols when the tuner's filter gets too
-//                   narrow
-//     Dn:MODE:x     modulation, if the text of the choice names one that SignalModel has
-//     Dn:ROLL:0.35  roll-off of the shaping
-//     Dn:DSDM:m     what the scope port sends
-//     Rn:FREQ:MHz   where the transmitter stands on the chart; far off, the eye closes
-//     Rn:IFBW:x     the tuner's filter, if the text of the choice begins with a number of MHz
+/// The settings of the unit, as far as its scope ports and spectral cards depend on them.
+///
+/// Two transmitters are on the air, on the initial frequencies of the two tuners. What they send
+/// follows the bit rate and the modulation of the demodulators. Demodulator 1 is on the first
+/// tuner, 2 on the second, and 3 (the combiner's) on the first again.
+///
+/// In come the panel's commands, addressed to one ("D1:RATE:5000000") or to several ("D1 D2
+/// D3:RATE:5000000", "R1 R2:FREQ:2250.5"), and the messages to the panel, which carry the initial
+/// values of the keys, values that the unit itself changes, and the modes of the scopes. Every
+/// change goes out by a signal.
+///
+///     Dn:RATE:bps   symbol rate: the carrier's width; noise per symbol (the transmitter's power
+///                   stays the same), interference between symbols when the tuner's filter is too
+///                   narrow
+///     Dn:MODE:x     modulation, if the text of the choice names one that SignalModel has
+///     Dn:ROLL:0.35  roll-off of the shaping
+///     Dn:DSDM:m     what the scope port sends
+///     Rn:FREQ:MHz   where the transmitter is on the chart; far off, the eye closes
+///     Rn:IFBW:x     the tuner's filter, if the text of the choice begins with a number of MHz
 class UnitState : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int Demodulators = 3;
-    static constexpr int Receivers = 2;
+    static constexpr int Demodulators = 3; ///< numbered from 1
+    static constexpr int Receivers = 2;    ///< numbered from 1
 
+    /// A unit as it is switched on.
     explicit UnitState(QObject* parent = nullptr);
 
-    // demodulator: 1 to 3 here and below. The signal at the bit rate that it begins with.
+    /// Sets the signal at the initial bit rate. \param demodulator 1 to 3, here and below
     void setSignal(int demodulator, const SignalSettings& settings);
-    // mode: 0 to 3, others change nothing.
+    /// Sets the mode of a scope port. \param mode 0 to 3; other numbers change nothing
     void setScopeMode(int demodulator, int mode);
 
-    // In: the body of a message from the panel.
+    /// Takes the body of a message from the panel.
     void takeCommand(const QString& body);
-    // In: the body of a message to the panel.
+    /// Takes the body of a message to the panel.
     void takeMessage(const QString& body);
-    // A panel has come anew, or its menus are gone: what the keys then begin with counts again.
+    /// Forgets the initial values: a panel has opened the line, or its menus were cleared, and the
+    /// values of the next keys count.
     void restart();
 
+    /// \return the mode of a scope port, 0 to 3
     int scopeMode(int demodulator) const { return at(demodulator).scopeMode; }
-    // Whether any scope port sends.
+    /// Whether any scope port sends.
     bool isScopeOn() const;
-    // Out: the signal with all that the settings make of it.
+    /// \return the signal with all effects of the settings
     SignalSettings signal(int demodulator) const;
-    double symbolRate(int demodulator) const; // a second
-    // By how many MHz the transmitter stands above the middle of the tuner's band.
+    /// \return the symbols per second
+    double symbolRate(int demodulator) const;
+    /// \return by how many MHz the transmitter is above the middle of the tuner's band
     double shift(int demodulator) const;
-    // receiver: 1 or 2. In MHz.
+    /// \return the frequency of a tuner in MHz. \param receiver 1 or 2
     double frequency(int receiver) const { return tuner(receiver).frequency; }
-    // Whether a transmitter stands in the band of the tuner's filter.
+    /// Whether a transmitter is in the band of the tuner's filter. \param receiver 1 or 2
     bool isReceiving(int receiver) const;
 
 signals:
+    /// Emitted when the mode of a scope port has changed.
     void scopeModeChanged(int demodulator, int mode);
-    // signal(), symbolRate() or shift() of the demodulator has changed.
+    /// Emitted when signal(), symbolRate() or shift() of the demodulator has changed.
     void signalChanged(int demodulator);
-    // The unit has to tell the panel this: "SF,0,2251.5".
+    /// Emitted when the unit has to send a message to the panel: "SF,0,2251.5".
     void tells(QString body);
 
 private:

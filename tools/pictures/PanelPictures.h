@@ -66,6 +66,7 @@ public:
 
     /// \return the menu of this name, nullptr when there is none
     KeyBoard* menu(const QString& name) const;
+    /// \return the panel's window
     MainWindow& window() { return *m_window; }
 
     /// Prints and counts a step that could not be done.
