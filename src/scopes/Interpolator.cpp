@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -109,7 +110,7 @@ double firStep(double input, int ntaps, const double* taps, double* delay, int& 
     return sum;
 }
 
-QVector<double> interpolateStepwise(const QVector<double>& samples, int factor)
+QVector<double> interpolateStepwise(QVector<double> samples, int factor)
 {
     if (samples.isEmpty()) {
         return {};
@@ -118,17 +119,17 @@ QVector<double> interpolateStepwise(const QVector<double>& samples, int factor)
     const QVector<double>& taps = filter.taps();
     QVector<double> delay(taps.size(), 0.0);
     int state = 0;
-    // Beyond both ends the outermost sample goes on.
-    QVector<double> extended(Interpolator::HalfTaps, samples.first());
-    extended += samples;
-    extended += QVector<double>(Interpolator::HalfTaps, samples.last());
-
-    // The filter answers with a delay of half its length.
-    const qsizetype late = 2 * static_cast<qsizetype>(Interpolator::HalfTaps) * filter.factor();
     QVector<double> points;
     points.reserve(samples.size() * filter.factor());
+    // Beyond both ends the outermost sample goes on.
+    const double first = samples.first();
+    const double last = samples.last();
+    samples.insert(0, Interpolator::HalfTaps, first);
+    samples.insert(samples.size(), Interpolator::HalfTaps, last);
+    // The filter answers with a delay of half its length.
+    const qsizetype late = 2 * static_cast<qsizetype>(Interpolator::HalfTaps) * filter.factor();
     qsizetype done = 0;
-    for (const double sample : std::as_const(extended)) {
+    for (const double sample : std::as_const(samples)) {
         for (int phase = 0; phase < filter.factor(); ++phase) {
             const double point = firStep(phase == 0 ? sample : 0.0, static_cast<int>(taps.size()),
                 taps.constData(), delay.data(), state);

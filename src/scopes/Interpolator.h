@@ -54,4 +54,4 @@ double firStep(double input, int ntaps, const double* taps, double* delay, int& 
 /// Interpolates \a samples by \a factor as Interpolator does, but one point at a time with
 /// firStep(): \a factor - 1 zeros follow each sample, and the filter's delay of half its length is
 /// cut off. \return \a factor points for each sample.
-QVector<double> interpolateStepwise(const QVector<double>& samples, int factor);
+QVector<double> interpolateStepwise(QVector<double> samples, int factor);

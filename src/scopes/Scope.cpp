@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -255,7 +256,7 @@ void Scope::plotSdiData(QByteArray& record)
 
 QVector<double> Scope::interpolator(QVector<double> samples, int factor)
 {
-    return interpolateStepwise(samples, factor);
+    return interpolateStepwise(std::move(samples), factor);
 }
 
 double Scope::fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state)
