@@ -263,11 +263,12 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
 
 void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color)
 {
-    traceLine::layOut(levels, plotRect(), levelScale(), m_line);
-    if (!m_line.isEmpty()) {
-        painter.setPen(QPen(color, 0));
-        painter.drawPolyline(m_line);
+    if (levels.isEmpty()) {
+        return; // Without touching the points of the other line, which keep their memory.
     }
+    traceLine::layOut(levels, plotRect(), levelScale(), m_line);
+    painter.setPen(QPen(color, 0));
+    painter.drawPolyline(m_line);
 }
 
 Scale SpectrumChart::frequencyScale() const
