@@ -42,7 +42,7 @@ private slots:
 
     void a_list_without_end_is_cut()
     {
-        QCOMPARE(choices::parse(QString("1 a:").repeated(5000)).size(), choices::MostChoices);
+        QCOMPARE(choices::parse(QString("1 a:").repeated(5000)).size(), choices::MaxChoices);
     }
 
     void long_texts_are_small_and_broken_data()
@@ -112,8 +112,8 @@ private slots:
         const int most = std::numeric_limits<int>::max();
         QCOMPARE(Grid(0, 0).cancelCell(), (Cell{0, 0}));
         QCOMPARE(Grid(-5, -5).cell(3), (Cell{3, 0}));
-        QCOMPARE(Grid(most, most).columns(), choices::MostLines);
-        QCOMPARE(Grid(most, most).rows(), choices::MostLines);
+        QCOMPARE(Grid(most, most).columns(), choices::MaxLines);
+        QCOMPARE(Grid(most, most).rows(), choices::MaxLines);
         QCOMPARE(Grid(4, 1, 2).columns(), 2);
     }
 };

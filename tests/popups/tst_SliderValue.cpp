@@ -140,7 +140,7 @@ private slots:
 
     void more_steps_than_fit_are_left_out()
     {
-        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MostSteps);
+        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MaxSteps);
     }
 };
 
