@@ -44,7 +44,7 @@ class tst_KeyPressMemory : public QObject
 private slots:
     // QN740_CYCLES sets how often; the memory is checked only where there are enough cycles for
     // a leak to show
-    void a_cancelled_editor_leaves_nothing_behind_data()
+    void a_cancelled_editor_leaves_no_memory_behind_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("units");
@@ -64,7 +64,7 @@ private slots:
         row("file name", Key::File, "", 0, popUps::list(9, "f"), "New File", "Cancel");
         row("address pad", Key::Address, "", 0, {}, "", "CE/Cancel");
     }
-    void a_cancelled_editor_leaves_nothing_behind()
+    void a_cancelled_editor_leaves_no_memory_behind()
     {
         QFETCH(int, type);
         QFETCH(QString, units);
