@@ -7,7 +7,10 @@
 
 namespace {
 
-// Carries out a change on a key and on every key that mirrors it.
+// Carries out a change on a key and on every key linked with it.
+//
+// Quirk: it stops there. A message for a source key reaches all of its copies, one for a copy
+// reaches its source, but no other copy. See "Quirks" in docs/architecture.md.
 template <class Change>
 void onKeyAndLinked(Key* key, Change change)
 {
@@ -35,49 +38,28 @@ void MenuMessages::defineKey(const QStringList& fields)
         return;
     }
     KeyBoard* menu = book.findOrCreate(definition->menu);
-    if (Key* key = MenuBook::findKey(menu, definition->keyId)) {
+    if (Key* key = menu->findKey(definition->keyId)) {
         onKeyAndLinked(key, [&](Key& each) { definition->update(each); });
-    } else if (menu->mainMenu) {
-        addToMainMenu(menu, *definition);
-    } else {
-        menu->add_keyboard_button(definition->label, definition->keyId, definition->type,
-            definition->command, definition->units, definition->param, definition->options,
-            definition->value, definition->tog, definition->state, false, nullptr);
+        return;
     }
-}
-
-void MenuMessages::addToMainMenu(KeyBoard* menu, const KeyDefinition& definition)
-{
-    int row = menu->row;
-    int col = menu->col;
-    if (definition.fixed && menu->isPAXMainMenu()) {
-        const groupCells::Cell cell = groupCells::nextFixed(*menu);
-        row = cell.row;
-        col = cell.col;
-    } else {
-        ++menu->col;
+    std::optional<KeyBoard::Cell> cell;
+    if (definition->fixed && menu->kind() == KeyBoard::Kind::Pax) {
+        cell = groupCells::nextFixed(*menu);
     }
-    menu->add_keyboard_button_fixed(definition.label, definition.keyId, definition.type,
-        definition.command, definition.units, definition.param, definition.options,
-        definition.value, definition.tog, definition.state, false, nullptr, row, col);
+    menu->addKey(*definition, cell);
 }
 
 void MenuMessages::copyKey(const QStringList& fields)
 {
     KeyBoard* target = book.findOrCreate(fields.value(0));
-    Key* source = MenuBook::findKey(book.find(fields.value(1)), fields.value(2));
-    if (source == nullptr) {
-        return;
+    if (Key* source = book.findKey(fields.value(1), fields.value(2))) {
+        target->addCopy(*source);
     }
-    const KeyDefinition copy = KeyDefinition::of(*source);
-    target->add_keyboard_button(copy.label, copy.keyId, copy.type, copy.command, copy.units,
-        copy.param, copy.options, copy.value, copy.tog, copy.state, true, source);
-    source->linkedKeys += target->keys.last();
 }
 
 void MenuMessages::changeValue(const QStringList& fields)
 {
-    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    Key* key = book.findKey(fields.value(0), fields.value(1));
     if (key == nullptr) {
         return;
     }
@@ -91,7 +73,7 @@ void MenuMessages::changeValue(const QStringList& fields)
 
 void MenuMessages::changeState(const QStringList& fields)
 {
-    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    Key* key = book.findKey(fields.value(0), fields.value(1));
     if (key == nullptr) {
         return;
     }
@@ -107,7 +89,7 @@ void MenuMessages::lockChoices(const QStringList& fields)
     if (fields.size() < 3) {
         return;
     }
-    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    Key* key = book.findKey(fields.value(0), fields.value(1));
     if (key == nullptr) {
         return;
     }

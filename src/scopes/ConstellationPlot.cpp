@@ -1,6 +1,6 @@
 #include "scopes/ConstellationPlot.h"
 
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 
 #include "scopes/DensityImage.h"
 #include "scopes/Interpolator.h"
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 #include "scopes/PlotContent.h"
 
 #include <QVector>

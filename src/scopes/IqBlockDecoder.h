@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scopes/IqBlock.h"
+#include "wire/IqBlock.h"
 
 #include <QVector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "spectrum/SpanTable.h"
+#include "wire/SpanTable.h"
 
 #include <QColor>
 #include <QList>

@@ -2,7 +2,7 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
-#include "sim/MenuFile.h"
+#include "sim/unit/MenuFile.h"
 #include "support/Panel.h"
 #include "support/TestMain.h"
 

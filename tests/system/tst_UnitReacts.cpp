@@ -9,7 +9,7 @@
 #include "spectrum/SpectrumChart.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
-#include "support/UnitDesk.h"
+#include "support/UnitFixture.h"
 
 #include <QSignalSpy>
 
@@ -36,7 +36,7 @@ double opening(const QVector<double>& i, int step)
 
 } // namespace
 
-class tst_UnitReacts : public QObject, private UnitDesk
+class tst_UnitReacts : public QObject, private UnitFixture
 {
     Q_OBJECT
 
@@ -122,7 +122,7 @@ private slots:
     void init()
     {
         linkMode::store(linkMode::None);
-        sitDown(QN740_SIM, {"--signal", "qpsk:snr=22", "--card-points", "512"});
+        start(QN740_SIM, {"--signal", "qpsk:snr=22", "--card-points", "512"});
         for (int demodulator = 1; demodulator <= 3; ++demodulator) {
             say("SM," + QByteArray::number(demodulator) + ",2");
         }
@@ -131,7 +131,7 @@ private slots:
         }
     }
 
-    void cleanup() { standUp(); }
+    void cleanup() { stop(); }
 
     void a_bit_rate_changes_the_eye_and_the_width_of_the_carrier()
     {
