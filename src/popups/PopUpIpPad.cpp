@@ -7,7 +7,7 @@ namespace {
 
 constexpr int Columns = 4;
 constexpr int CurrentColumns = 2;
-constexpr int LeastEntryWidth = 250;
+constexpr int MinEntryWidth = 250;
 
 // Quirk: almost, but not exactly, the sheets of the number pad. See "Quirks" in
 // docs/architecture.md.
@@ -71,7 +71,7 @@ void PopUpIpPad::buildDialog(const QString& title, const QString& currentAddress
     m_dialog->setWindowTitle(current);
     // The unit's screen has no window frames, so the window title alone would not be seen.
     m_dialog->setCurrentValueText(current);
-    m_dialog->entryLabel->setMinimumWidth(LeastEntryWidth);
+    m_dialog->entryLabel->setMinimumWidth(MinEntryWidth);
     showEntry();
 
     PadKeys* keys = m_dialog->keys;
