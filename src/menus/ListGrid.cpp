@@ -20,7 +20,8 @@ constexpr std::array GridRows{
 };
 constexpr ListGrid LargestGrid{9, 6};
 
-// Counts characters of the whole list text, as a short list has short names too.
+// Quirk: this counts the characters of the whole list text, not its files. See "Quirks" in
+// docs/architecture.md.
 constexpr int ShortFileList = 16;
 constexpr int FileColumns = 4;
 constexpr int FileColumnsOfLong = 5;
