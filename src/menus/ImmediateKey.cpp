@@ -1,5 +1,7 @@
 #include "menus/ImmediateKey.h"
 
+#include "touch/TextButton.h"
+
 #include <cmath>
 
 namespace {
@@ -31,7 +33,7 @@ std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields
     if (!typeOk || !paramOk || !valueOk) {
         return nullptr;
     }
-    key->m_button.reset(Key::newButton(key->label));
+    key->m_button.reset(new TextButton(key->label));
     key->Set_Key(key->m_button.get(), false);
     return key;
 }

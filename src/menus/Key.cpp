@@ -1,7 +1,6 @@
 #include "menus/Key.h"
 
-#include "menus/KeyButton.h"
-#include "menus/KeyStyle.h"
+#include "touch/KeyStyle.h"
 #include "wire/Message.h"
 
 Key::Key()
@@ -94,11 +93,6 @@ void Key::applyState()
 QString Key::message(const QString& valueText) const
 {
     return wire::frame(command + valueText);
-}
-
-QPushButton* Key::newButton(const QString& text, QWidget* parent, ButtonLooks looks)
-{
-    return new KeyButton(text, parent, looks);
 }
 
 void Key::applyStyle(const QString& sheet)

@@ -59,20 +59,6 @@ public:
     // In: the text of a value. Out: STX + command + value + EOT, with no separator.
     QString message(const QString& valueText) const;
 
-    // How a button shows its text.
-    enum ButtonLook {
-        Plain = 0,               // in its font, broken into lines, the last one elided
-        Shrinking = 1,           // smaller before it is elided; the button fills its cell
-        OneLine = 2 | Shrinking, // smaller instead of broken at its blanks
-        Rimmed = 4 | Shrinking   // with a dark rim, for faces that are too light for white text
-    };
-    Q_DECLARE_FLAGS(ButtonLooks, ButtonLook)
-
-    // Out: a new push button as menu pages (Plain) and pop-ups use it: text() is the given text,
-    // and what is painted is that text made to fit.
-    static QPushButton* newButton(
-        const QString& text, QWidget* parent = nullptr, ButtonLooks looks = Plain);
-
     bool large = false;              // large font (22 px) instead of the small one (16 px)
     QPointer<QPushButton> button;    // not owned
     QString label;                   // key text, and title of its pop-ups
@@ -101,5 +87,3 @@ signals:
 private:
     void applyStyle(const QString& sheet);
 };
-
-Q_DECLARE_OPERATORS_FOR_FLAGS(Key::ButtonLooks)

@@ -1,8 +1,9 @@
 #include "menus/KeyBoard.h"
 
 #include "menus/Key.h"
-#include "menus/KeyStyle.h"
 #include "menus/MenuGroups.h"
+#include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 #include <QVBoxLayout>
 
@@ -137,7 +138,7 @@ Key* KeyBoard::newKey(const QString& label, const QString& keyId, int type, cons
     const QString& units, int param, const QString& options, double value, bool tog, int extra,
     bool linked, Key* linkedKey)
 {
-    auto* button = Key::newButton(label);
+    auto* button = new TextButton(label);
     button->setMaximumHeight(HighestKey);
     button->setStyleSheet(keyStyle::enabled(large));
     buttons += button;

@@ -5,12 +5,12 @@
 #include "menus/Key.h"
 
 #include "menus/ListGrid.h"
-#include "popups/FittedLabel.h"
 #include "popups/PopUpFileBoard.h"
 #include "popups/PopUpIpPad.h"
 #include "popups/PopUpKeyBoard.h"
 #include "popups/PopUpNumberPad.h"
 #include "popups/PopUpSlider.h"
+#include "touch/FittedLabel.h"
 
 #include <QCoreApplication>
 #include <QLabel>

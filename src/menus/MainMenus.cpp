@@ -4,9 +4,10 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/KeyDefinition.h"
-#include "menus/KeyStyle.h"
 #include "menus/MenuBook.h"
 #include "menus/SpecialMenu.h"
+#include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 namespace {
 
@@ -99,7 +100,7 @@ KeyBoard* MainMenus::newPaxMenu(const QString& name)
     m_book.add(menu);
     emit paxMenuMade(menu, static_cast<int>(m_book.pages.size()) - 1);
 
-    auto* span = Key::newButton(QStringLiteral("Span"), menu->frame);
+    auto* span = new TextButton(QStringLiteral("Span"), menu->frame);
     span->setObjectName(QStringLiteral("spanButton"));
     span->setStyleSheet(keyStyle::enabled(true));
     span->setMaximumHeight(HighestKey);

@@ -1,6 +1,6 @@
 #include "popups/ChoiceCells.h"
 
-#include "menus/Key.h"
+#include "touch/TextButton.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ ChoiceCells::ChoiceCells(const choices::Grid& grid, qsizetype choiceCount)
 QPushButton* ChoiceCells::addButton(
     const QString& text, const QString& sheet, const choices::Cell& cell)
 {
-    QPushButton* button = Key::newButton(text, nullptr, Key::Shrinking);
+    QPushButton* button = new TextButton(text, nullptr, TextButton::Shrinking);
     button->setStyleSheet(sheet);
     button->setMaximumHeight(TallestButton);
     addWidget(button, cell.row, cell.column);

@@ -1,9 +1,9 @@
 #include "popups/FileNameEdit.h"
 
-#include "menus/Key.h"
 #include "popups/KeyBoardWidget.h"
 #include "popups/PopUpDialog.h"
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
+#include "touch/TextButton.h"
 
 #include <QHBoxLayout>
 #include <QIcon>
@@ -42,7 +42,7 @@ FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
     m_field->setFixedHeight(FieldHeight);
     m_field->setText(text);
     // the board has no window frame to close the dialog with
-    auto* cancel = Key::newButton(QStringLiteral("Cancel"), nullptr, Key::Shrinking);
+    auto* cancel = new TextButton(QStringLiteral("Cancel"), nullptr, TextButton::Shrinking);
     cancel->setStyleSheet(popUpStyle::cancel());
     cancel->setFixedSize(CancelWidth, FieldHeight);
     cancel->setFocusPolicy(Qt::NoFocus);

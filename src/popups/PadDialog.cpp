@@ -1,6 +1,6 @@
 #include "popups/PadDialog.h"
 
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
 
 #include <QFontMetrics>
 #include <QVBoxLayout>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "popups/FittedLabel.h"
 #include "popups/PadKeys.h"
 #include "popups/PopUpDialog.h"
+#include "touch/FittedLabel.h"
 
 // The window of a pad, 795 × 478 on a screen of 800 × 480: title, range line where there is one,
 // then the key grid with the display and the current value in its first row. It shows what the pad

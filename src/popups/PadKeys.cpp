@@ -1,7 +1,7 @@
 #include "popups/PadKeys.h"
 
-#include "menus/Key.h"
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
+#include "touch/TextButton.h"
 
 #include <QGridLayout>
 
@@ -85,7 +85,7 @@ void PadKeys::addHalfCharacters(const QStringList& texts, int row, int column)
 
 QPushButton* PadKeys::newKey(const QString& text, const QString& sheet)
 {
-    QPushButton* key = Key::newButton(text, this, Key::Shrinking);
+    QPushButton* key = new TextButton(text, this, TextButton::Shrinking);
     // also where the sheet names no font size
     QFont large = key->font();
     large.setPixelSize(KeyPixels);

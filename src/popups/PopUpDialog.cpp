@@ -1,7 +1,7 @@
 #include "popups/PopUpDialog.h"
 
-#include "popups/FittedLabel.h"
-#include "popups/PopUpStyle.h"
+#include "touch/FittedLabel.h"
+#include "touch/PopUpStyle.h"
 
 #include <QApplication>
 #include <QMainWindow>

@@ -3,7 +3,7 @@
 #include "popups/ChoiceCells.h"
 #include "popups/FileNameEdit.h"
 #include "popups/PopUpDialog.h"
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
 
 #include <QPointer>
 #include <QPushButton>

@@ -2,7 +2,7 @@
 
 #include "popups/ChoiceCells.h"
 #include "popups/PopUpDialog.h"
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
 
 #include <QPointer>
 #include <QPushButton>

@@ -3,7 +3,7 @@
 #include "popups/EntryErrorBox.h"
 #include "popups/EntryType.h"
 #include "popups/PadDialog.h"
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
 #include "wire/Message.h"
 
 #include <array>

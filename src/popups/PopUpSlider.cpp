@@ -1,7 +1,8 @@
 #include "popups/PopUpSlider.h"
 
 #include "popups/PopUpDialog.h"
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
+#include "touch/TextButton.h"
 
 #include <QLabel>
 #include <QSlider>
@@ -46,9 +47,9 @@ QString rowStyle()
     return QStringLiteral("QPushButton {border: 2px solid black; border-radius: 4px;}");
 }
 
-QPushButton* newSliderButton(const QString& text, const QString& sheet, Key::ButtonLooks looks)
+QPushButton* newSliderButton(const QString& text, const QString& sheet, TextButton::Looks looks)
 {
-    QPushButton* button = Key::newButton(text, nullptr, looks);
+    QPushButton* button = new TextButton(text, nullptr, looks);
     button->setStyleSheet(sheet);
     QFont font = button->font();
     font.setPixelSize(ButtonFont);
@@ -57,9 +58,9 @@ QPushButton* newSliderButton(const QString& text, const QString& sheet, Key::But
 }
 
 // sheet: with white text. A rim makes it readable on a light face.
-QPushButton* newStepButton(const QString& text, const QString& sheet, Key::ButtonLooks rim = {})
+QPushButton* newStepButton(const QString& text, const QString& sheet, TextButton::Looks rim = {})
 {
-    QPushButton* button = newSliderButton(text, sheet, rim | Key::OneLine);
+    QPushButton* button = newSliderButton(text, sheet, rim | TextButton::OneLine);
     button->setAutoRepeat(true);
     button->setAutoRepeatDelay(FirstRepeatMs);
     button->setAutoRepeatInterval(NextRepeatMs);
@@ -131,13 +132,13 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
 
 QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
 {
-    auto* ok = newSliderButton(QStringLiteral("OK"), popUpStyle::plainGreen(), Key::OneLine);
+    auto* ok = newSliderButton(QStringLiteral("OK"), popUpStyle::plainGreen(), TextButton::OneLine);
     connect(ok, &QPushButton::clicked, &dialog, &QDialog::reject);
     QList<QPushButton*> buttons{ok};
     if (steps.isEmpty()) {
         auto* down = newStepButton(QStringLiteral("DOWN"), downStyle());
         connect(down, &QPushButton::clicked, this, &PopUpSlider::decreament_slider);
-        auto* up = newStepButton(QStringLiteral("UP"), upStyle(), Key::Rimmed);
+        auto* up = newStepButton(QStringLiteral("UP"), upStyle(), TextButton::Rimmed);
         connect(up, &QPushButton::clicked, this, &PopUpSlider::increament_slider);
         buttons = {down, ok, up};
     }
@@ -145,7 +146,7 @@ QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
         auto* down = newStepButton(QStringLiteral("< -%1").arg(step), downStyle());
         connect(down, &QPushButton::clicked, this, [this, step] { change_slide(-step); });
         buttons.prepend(down);
-        auto* up = newStepButton(QStringLiteral("+%1 >").arg(step), upStyle(), Key::Rimmed);
+        auto* up = newStepButton(QStringLiteral("+%1 >").arg(step), upStyle(), TextButton::Rimmed);
         connect(up, &QPushButton::clicked, this, [this, step] { change_slide(step); });
         buttons.append(up);
     }

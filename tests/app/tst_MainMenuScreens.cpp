@@ -1,8 +1,8 @@
 // What the main menus, the link-mode dialog and the message boxes look like at 800 × 480. With
 // QN740_PICTURES=DIR every screen is left there as a PNG.
-#include "menus/KeyButton.h"
 #include "support/Panel.h"
 #include "support/TestMain.h"
+#include "touch/TextButton.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -72,11 +72,11 @@ class tst_MainMenuScreens : public QObject
         for (const QPushButton* button : buttons) {
             QVERIFY2(Screen.contains(onScreen(button)), qPrintable(button->text()));
             const bool inStatusBar = onScreen(button).top() >= 430;
-            QVERIFY2(button->height() >= KeyButton::Finger || inStatusBar,
+            QVERIFY2(button->height() >= TextButton::Finger || inStatusBar,
                 qPrintable(QString("%1 is %2 high").arg(button->text()).arg(button->height())));
             QVERIFY2(
                 onScreen(button->window()).contains(onScreen(button)), qPrintable(button->text()));
-            const QString painted = KeyButton::fitted(
+            const QString painted = TextButton::fitted(
                 button->text(), button->fontMetrics(), button->width() - 8, button->height() - 8);
             QVERIFY2(!painted.contains(QChar(0x2026)), qPrintable(button->text()));
             for (const QPushButton* other : buttons) {

@@ -1,6 +1,6 @@
 #include "menus/Key.h"
-#include "menus/KeyStyle.h"
 #include "support/TestMain.h"
+#include "touch/KeyStyle.h"
 
 #include <QSignalSpy>
 

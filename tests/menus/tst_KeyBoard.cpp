@@ -1,7 +1,7 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
-#include "menus/KeyStyle.h"
 #include "support/TestMain.h"
+#include "touch/KeyStyle.h"
 
 #include <QSignalSpy>
 

@@ -1,6 +1,7 @@
 #include "menus/Key.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "touch/TextButton.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -13,7 +14,7 @@ namespace {
 struct Pressed
 {
     explicit Pressed(int type)
-        : button(Key::newButton("Button"))
+        : button(new TextButton("Button"))
         , key(new Key)
         , sent(key, &Key::response_message)
     {

@@ -2,9 +2,9 @@
 
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
-#include "menus/KeyStyle.h"
 #include "menus/MenuMessages.h"
 #include "support/TestMain.h"
+#include "touch/KeyStyle.h"
 
 #include <QSignalSpy>
 

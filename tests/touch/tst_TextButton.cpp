@@ -1,11 +1,10 @@
-#include "menus/Key.h"
-#include "menus/KeyButton.h"
-#include "menus/KeyStyle.h"
 #include "support/TestMain.h"
+#include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 #include <QStyleOptionButton>
 
-class tst_KeyButton : public QObject
+class tst_TextButton : public QObject
 {
     Q_OBJECT
 
@@ -16,7 +15,7 @@ class tst_KeyButton : public QObject
         return font;
     }
 
-    static bool isInside(const KeyButton::Fit& fit, const QSize& room)
+    static bool isInside(const TextButton::Fit& fit, const QSize& room)
     {
         const int wrap = fit.anywhere ? Qt::TextWrapAnywhere : Qt::TextWordWrap;
         const QRect taken =
@@ -29,16 +28,16 @@ private slots:
     void text_that_fits_is_left_alone()
     {
         const QFontMetrics metrics(QApplication::font());
-        QCOMPARE(KeyButton::fitted("Gain", metrics, 200, 60), QString("Gain"));
-        QCOMPARE(KeyButton::fitted("Gain\n12 dB", metrics, 200, 60), QString("Gain\n12 dB"));
-        QCOMPARE(KeyButton::fitted("", metrics, 200, 60), QString());
+        QCOMPARE(TextButton::fitted("Gain", metrics, 200, 60), QString("Gain"));
+        QCOMPARE(TextButton::fitted("Gain\n12 dB", metrics, 200, 60), QString("Gain\n12 dB"));
+        QCOMPARE(TextButton::fitted("", metrics, 200, 60), QString());
     }
 
     void long_text_is_broken_at_blanks()
     {
         const QFontMetrics metrics(QApplication::font());
         const int width = metrics.horizontalAdvance("Loop Bandwidth");
-        QCOMPARE(KeyButton::fitted("Loop Bandwidth of Demodulator", metrics, width, 100),
+        QCOMPARE(TextButton::fitted("Loop Bandwidth of Demodulator", metrics, width, 100),
             QString("Loop Bandwidth\nof Demodulator"));
     }
 
@@ -58,7 +57,7 @@ private slots:
         QFont font = QApplication::font();
         font.setPixelSize(16);
         const QFontMetrics metrics(font);
-        const QStringList lines = KeyButton::fitted(text, metrics, 116, 51).split('\n');
+        const QStringList lines = TextButton::fitted(text, metrics, 116, 51).split('\n');
         QVERIFY(lines.size() * metrics.lineSpacing() <= 51);
         for (const QString& line : lines) {
             QVERIFY2(metrics.horizontalAdvance(line) <= 116, qPrintable(line));
@@ -68,24 +67,24 @@ private slots:
     void a_text_that_is_too_long_ends_in_an_ellipsis()
     {
         const QFontMetrics metrics(QApplication::font());
-        QVERIFY(KeyButton::fitted(QString(300, 'W'), metrics, 100, 40).endsWith(QChar(0x2026)));
+        QVERIFY(TextButton::fitted(QString(300, 'W'), metrics, 100, 40).endsWith(QChar(0x2026)));
     }
 
     void no_room_at_all_is_no_harm()
     {
         const QFontMetrics metrics(QApplication::font());
-        KeyButton::fitted("Gain", metrics, 0, 0);
-        KeyButton::fitted("Gain", metrics, -8, -8);
-        QCOMPARE(KeyButton::fitted("", metrics, -8, -8), QString());
+        TextButton::fitted("Gain", metrics, 0, 0);
+        TextButton::fitted("Gain", metrics, -8, -8);
+        QCOMPARE(TextButton::fitted("", metrics, -8, -8), QString());
     }
 
     void an_ampersand_is_shown_as_it_is()
     {
-        class Painted : public KeyButton
+        class Painted : public TextButton
         {
         public:
-            using KeyButton::initStyleOption;
-            using KeyButton::KeyButton;
+            using TextButton::initStyleOption;
+            using TextButton::TextButton;
         };
         Painted button("Clock & Data");
         button.resize(200, 60);
@@ -101,7 +100,7 @@ private slots:
     void the_text_of_the_button_stays_what_it_was_set_to()
     {
         const std::unique_ptr<QPushButton> button(
-            Key::newButton("Loop Bandwidth of Demodulator 1"));
+            new TextButton("Loop Bandwidth of Demodulator 1"));
         button->resize(60, 60);
         button->grab();
         QCOMPARE(button->text(), QString("Loop Bandwidth of Demodulator 1"));
@@ -111,7 +110,7 @@ private slots:
     {
         // how high the text stands in the key's picture: the dark pixels of its rows
         const auto rowsOfText = [](const QString& label) {
-            const std::unique_ptr<QPushButton> button(Key::newButton(label));
+            const std::unique_ptr<QPushButton> button(new TextButton(label));
             button->setStyleSheet(keyStyle::enabled(false));
             button->resize(124, 63);
             const QImage image = button->grab().toImage().copy(4, 4, 116, 55);
@@ -133,7 +132,7 @@ private slots:
 
     void a_short_text_is_not_shrunk()
     {
-        const KeyButton::Fit fit = KeyButton::shrunk("Off", font(28), {180, 90});
+        const TextButton::Fit fit = TextButton::shrunk("Off", font(28), {180, 90});
         QCOMPARE(fit.text, QString("Off"));
         QCOMPARE(fit.pixelSize, 28);
         QVERIFY(!fit.anywhere);
@@ -141,7 +140,7 @@ private slots:
 
     void a_shrinking_text_gets_smaller_before_words_are_broken()
     {
-        const KeyButton::Fit fit = KeyButton::shrunk("Constellation", font(28), {120, 33});
+        const TextButton::Fit fit = TextButton::shrunk("Constellation", font(28), {120, 33});
         QCOMPARE(fit.text, QString("Constellation"));
         QVERIFY(fit.pixelSize < 28);
         QVERIFY(!fit.anywhere);
@@ -150,7 +149,7 @@ private slots:
 
     void a_shrinking_word_too_wide_at_every_size_is_broken()
     {
-        const KeyButton::Fit fit = KeyButton::shrunk(QString(40, 'W'), font(18), {180, 90});
+        const TextButton::Fit fit = TextButton::shrunk(QString(40, 'W'), font(18), {180, 90});
         QCOMPARE(fit.text, QString(40, 'W'));
         QVERIFY(fit.anywhere);
         QVERIFY(isInside(fit, {180, 90}));
@@ -159,28 +158,28 @@ private slots:
     void what_shrinks_and_fits_at_no_size_is_elided()
     {
         for (const QSize& room : {QSize(120, 33), QSize(41, 20), QSize(30, 16)}) {
-            const KeyButton::Fit fit = KeyButton::shrunk(QString(500, 'W'), font(28), room);
+            const TextButton::Fit fit = TextButton::shrunk(QString(500, 'W'), font(28), room);
             QVERIFY(fit.text.endsWith(QChar(0x2026)));
-            QCOMPARE(fit.pixelSize, KeyButton::SmallestFont);
+            QCOMPARE(fit.pixelSize, TextButton::SmallestFont);
             QVERIFY(isInside(fit, room));
         }
     }
 
     void no_room_to_shrink_into_ends()
     {
-        QCOMPARE(KeyButton::shrunk("abc", font(28), {0, 0}).text, QString(QChar(0x2026)));
-        QCOMPARE(KeyButton::shrunk("abc", font(28), {-6, -6}).text, QString(QChar(0x2026)));
+        QCOMPARE(TextButton::shrunk("abc", font(28), {0, 0}).text, QString(QChar(0x2026)));
+        QCOMPARE(TextButton::shrunk("abc", font(28), {-6, -6}).text, QString(QChar(0x2026)));
     }
 
     void blanks_and_breaks_at_the_end_do_not_move_the_text()
     {
-        QCOMPARE(KeyButton::shrunk("ten chars!     \n", font(18), {180, 90}).text,
+        QCOMPARE(TextButton::shrunk("ten chars!     \n", font(18), {180, 90}).text,
             QString("ten chars!"));
     }
 
     void a_shrunk_text_stays_what_it_was_set_to()
     {
-        KeyButton button(QString(300, 'W'), nullptr, Key::Shrinking);
+        TextButton button(QString(300, 'W'), nullptr, TextButton::Shrinking);
         button.resize(60, 47);
         button.grab();
         QCOMPARE(button.text(), QString(300, 'W'));
@@ -188,7 +187,7 @@ private slots:
 
     void a_shrunk_text_has_the_colour_of_its_sheet()
     {
-        KeyButton button("M", nullptr, Key::Shrinking);
+        TextButton button("M", nullptr, TextButton::Shrinking);
         button.setStyleSheet(
             "QPushButton {background-color:red; color:white; font-size: 26px; border: 1px solid black}");
         button.resize(60, 60);
@@ -205,14 +204,14 @@ private slots:
 
     void a_shrinking_button_asks_for_the_size_of_a_finger()
     {
-        QCOMPARE(
-            KeyButton(QString(60, 'W'), nullptr, Key::Shrinking).minimumSizeHint(), QSize(47, 47));
+        QCOMPARE(TextButton(QString(60, 'W'), nullptr, TextButton::Shrinking).minimumSizeHint(),
+            QSize(47, 47));
     }
 
     void an_ampersand_is_shown_in_a_shrinking_text_too()
     {
         const auto picture = [](const QString& text) {
-            KeyButton button(text, nullptr, Key::Shrinking);
+            TextButton button(text, nullptr, TextButton::Shrinking);
             button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
             button.resize(200, 60);
             return button.grab().toImage();
@@ -223,8 +222,8 @@ private slots:
 
     void a_text_on_one_line_gets_smaller_instead_of_broken()
     {
-        const auto lines = [](Key::ButtonLooks looks) {
-            KeyButton button("< -128", nullptr, looks);
+        const auto lines = [](TextButton::Looks looks) {
+            TextButton button("< -128", nullptr, looks);
             button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
             QFont large = font(40);
             button.setFont(large);
@@ -240,10 +239,10 @@ private slots:
             }
             return inked;
         };
-        QVERIFY(lines(Key::OneLine) < 35);
-        QVERIFY(lines(Key::Shrinking) > 45);
+        QVERIFY(lines(TextButton::OneLine) < 35);
+        QVERIFY(lines(TextButton::Shrinking) > 45);
     }
 };
 
-QN740_TEST_MAIN(tst_KeyButton)
-#include "tst_KeyButton.moc"
+QN740_TEST_MAIN(tst_TextButton)
+#include "tst_TextButton.moc"

@@ -1,4 +1,4 @@
-#include "popups/PopUpStyle.h"
+#include "touch/PopUpStyle.h"
 
 namespace popUpStyle {
 

@@ -1,4 +1,4 @@
-#include "menus/KeyStyle.h"
+#include "touch/KeyStyle.h"
 
 namespace keyStyle {
 

@@ -1,4 +1,4 @@
-#include "popups/FittedLabel.h"
+#include "touch/FittedLabel.h"
 
 #include <QFontInfo>
 #include <QFontMetrics>

@@ -1,4 +1,4 @@
-#include "menus/KeyButton.h"
+#include "touch/TextButton.h"
 
 #include <QFontMetrics>
 #include <QStyleOptionButton>
@@ -53,17 +53,17 @@ bool fits(const QString& text, const QFont& font, const QSize& room, bool anywhe
 
 } // namespace
 
-KeyButton::KeyButton(const QString& text, QWidget* parent, Key::ButtonLooks looks)
+TextButton::TextButton(const QString& text, QWidget* parent, Looks looks)
     : QPushButton(text, parent)
     , m_looks(looks)
 {
-    if (looks.testFlag(Key::Shrinking)) {
+    if (looks.testFlag(Shrinking)) {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         setAutoDefault(false);
     }
 }
 
-QString KeyButton::fitted(const QString& text, const QFontMetrics& metrics, int width, int height)
+QString TextButton::fitted(const QString& text, const QFontMetrics& metrics, int width, int height)
 {
     QStringList lines;
     for (const QString& paragraph : text.left(MostCharacters).split(QLatin1Char('\n'))) {
@@ -82,7 +82,7 @@ QString KeyButton::fitted(const QString& text, const QFontMetrics& metrics, int 
     return lines.join(QLatin1Char('\n'));
 }
 
-KeyButton::Fit KeyButton::shrunk(const QString& text, const QFont& font, const QSize& room)
+TextButton::Fit TextButton::shrunk(const QString& text, const QFont& font, const QSize& room)
 {
     const QString shown = text.trimmed().left(MostCharacters);
     QFont tried = font;
@@ -105,44 +105,44 @@ KeyButton::Fit KeyButton::shrunk(const QString& text, const QFont& font, const Q
     return {elided, tried.pixelSize(), true};
 }
 
-QSize KeyButton::sizeHint() const
+QSize TextButton::sizeHint() const
 {
-    if (m_looks.testFlag(Key::Shrinking)) {
+    if (m_looks.testFlag(Shrinking)) {
         return {Finger, Finger};
     }
     // long texts are broken: they do not make one column of keys wider than the others
     return QPushButton::sizeHint().boundedTo({WidestHint, QWIDGETSIZE_MAX});
 }
 
-QSize KeyButton::minimumSizeHint() const
+QSize TextButton::minimumSizeHint() const
 {
     return sizeHint();
 }
 
-QString KeyButton::fittedText(const QString& text) const
+QString TextButton::fittedText(const QString& text) const
 {
     return fitted(text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
 }
 
 // Whether the text is painted in a font of its own: at the key's own size some of it would be cut.
-bool KeyButton::shrinks() const
+bool TextButton::shrinks() const
 {
-    return m_looks.testFlag(Key::Shrinking) ||
+    return m_looks.testFlag(Shrinking) ||
         (font().pixelSize() > SmallestFont && fittedText(text()).endsWith(Ellipsis));
 }
 
-void KeyButton::initStyleOption(QStyleOptionButton* option) const
+void TextButton::initStyleOption(QStyleOptionButton* option) const
 {
     QPushButton::initStyleOption(option);
     option->text.replace(QLatin1String("&&"), QLatin1String("&"));
-    if (!m_looks.testFlag(Key::Shrinking)) {
+    if (!m_looks.testFlag(Shrinking)) {
         option->text = fittedText(option->text);
         // a lone "&" would be taken for a shortcut and not be drawn
         option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
     }
 }
 
-void KeyButton::paintEvent(QPaintEvent* event)
+void TextButton::paintEvent(QPaintEvent* event)
 {
     if (!shrinks()) {
         QPushButton::paintEvent(event);
@@ -152,7 +152,7 @@ void KeyButton::paintEvent(QPaintEvent* event)
     initStyleOption(&option);
     QString label = text();
     label.replace(QLatin1String("&&"), QLatin1String("&")).remove(QLatin1Char('\r'));
-    if (m_looks.testFlag(Key::OneLine)) {
+    if (m_looks.testFlag(OneLine)) {
         label.replace(QLatin1Char(' '), QChar::Nbsp);
     }
     option.text.clear();
@@ -161,7 +161,7 @@ void KeyButton::paintEvent(QPaintEvent* event)
     paintText(painter, label);
 }
 
-void KeyButton::paintText(QPainter& painter, const QString& label)
+void TextButton::paintText(QPainter& painter, const QString& label)
 {
     const QRect room = rect().adjusted(
         MarginOfShrinking, MarginOfShrinking, -MarginOfShrinking, -MarginOfShrinking);
@@ -175,7 +175,7 @@ void KeyButton::paintText(QPainter& painter, const QString& label)
     shown.setPixelSize(m_fit.pixelSize);
     painter.setFont(shown);
     const int flags = textFlags(m_fit.anywhere);
-    if (m_looks.testFlag(Key::Rimmed)) {
+    if (m_looks.testFlag(Rimmed)) {
         painter.setPen(Qt::black);
         for (const QPoint& side : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1),
                  QPoint(-1, -1), QPoint(1, 1), QPoint(-1, 1), QPoint(1, -1)}) {

@@ -1,5 +1,5 @@
-#include "popups/FittedLabel.h"
 #include "support/TestMain.h"
+#include "touch/FittedLabel.h"
 
 namespace {
 const QSize Room(780, 45);

@@ -1,0 +1,2 @@
+qn740_test(touch FittedLabel)
+qn740_test(touch TextButton)
