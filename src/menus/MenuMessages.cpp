@@ -1,6 +1,7 @@
 #include "menus/MenuMessages.h"
 
 #include "menus/GroupCells.h"
+#include "menus/ImmediateKey.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/KeyDefinition.h"
@@ -121,6 +122,14 @@ void MenuMessages::lockChoices(const QStringList& fields)
         }
     }
     onKeyAndLinked(key, [&](Key& each) { each.itemIds = positions; });
+}
+
+void MenuMessages::pressImmediately(const QStringList& fields)
+{
+    if (const auto key = ImmediateKey::fromFields(fields)) {
+        connect(key.get(), &Key::response_message, &book, &MenuBook::keyboard_response_message);
+        key->key_button_pushed();
+    }
 }
 
 void MenuMessages::selectMenu(const QStringList& fields)

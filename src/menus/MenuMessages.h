@@ -35,6 +35,10 @@ public:
     // nothing.
     void lockChoices(const QStringList& fields);
 
+    /// "IK": presses a key that is on no menu, as the operator would; returns when its editor is
+    /// closed. \param fields see ImmediateKey
+    void pressImmediately(const QStringList& fields);
+
     // "SK": asks by showMenu() for the menu that field 0 names.
     void selectMenu(const QStringList& fields);
 

@@ -12,8 +12,12 @@ namespace wire {
 
 void logIgnored(const QLoggingCategory& category, QLatin1String word, const QString& reason)
 {
+    logIgnored(category, QString(word) + QLatin1String(": ") + toPrintable(reason));
+}
+
+void logIgnored(const QLoggingCategory& category, const QString& text)
+{
     if (category.isDebugEnabled()) {
-        const QString text = QString(word) + QLatin1String(": ") + toPrintable(reason);
         QMessageLogger(nullptr, 0, nullptr, category.categoryName()).debug().noquote() << text;
     }
 }

@@ -1,5 +1,7 @@
 #include "app/Dispatcher.h"
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "link/LinkControl.h"
 #include "link/keySerial.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -111,7 +113,7 @@ private slots:
     void every_message_is_widened_for_the_link_mode()
     {
         QFETCH(int, mode);
-        m_window->linkMode = mode;
+        m_window->rooms().link->setMode(mode);
         m_pty->takeReceived();
         m_window->send_mess("\x02"
                             "D2:FREQ R1:AGC\x04");
@@ -129,9 +131,9 @@ private slots:
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
         m_pty->close();
-        QTRY_VERIFY(!m_window->serial->port()->isOpen());
+        QTRY_VERIFY(!m_window->rooms().link->serial()->port()->isOpen());
         m_window->send_mess("\x02Main\x04");
-        QVERIFY(!m_window->serial->port()->isOpen());
+        QVERIFY(!m_window->rooms().link->serial()->port()->isOpen());
     }
 
     void a_unit_that_asks_and_never_reads_does_not_fill_the_memory()
@@ -144,21 +146,22 @@ private slots:
         for (int i = 0; i < 300; ++i) {
             QVERIFY(m_pty->write(burst));
         }
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->serial->port()->bytesToWrite() > (1 << 20) - 6, 60000);
-        QVERIFY(m_window->serial->port()->bytesToWrite() <= (1 << 20) + 6);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_window->rooms().link->serial()->port()->bytesToWrite() > (1 << 20) - 6, 60000);
+        QVERIFY(m_window->rooms().link->serial()->port()->bytesToWrite() <= (1 << 20) + 6);
     }
 
     void clear_deletes_every_menu()
     {
         m_window->process_mess("\x02"
                                "AK,M,k,L,5,C,,0,,0,0,1\x04");
-        const QPointer<KeyBoard> menu = m_window->menus->book.find("M");
+        const QPointer<KeyBoard> menu = m_window->rooms().menus->book.find("M");
         const QPointer<Key> key = menu->keys.first();
         const QPointer<QPushButton> button = menu->buttons.first();
         const QPointer<QGroupBox> frame = menu->frame;
         m_window->process_mess("\x02"
                                "CLEAR\x04");
-        QVERIFY(m_window->menus->book.pages.isEmpty());
+        QVERIFY(m_window->rooms().menus->book.pages.isEmpty());
         QTRY_VERIFY(menu == nullptr && key == nullptr && button == nullptr && frame == nullptr);
     }
 
@@ -176,11 +179,11 @@ private slots:
         QTRY_COMPARE(shownKey(), QString("B1"));
         m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
         QTRY_COMPARE(shownKey(), QString("C2"));
-        QTRY_COMPARE(m_window->stack->count(), 5); // waiting, scopes and the three
+        QTRY_COMPARE(m_window->rooms().stack->count(), 5); // waiting, scopes and the three
         m_pty->write(framed("SK,A"));
         QTRY_COMPARE(shownKey(), QString("A2"));
-        for (const KeyBoard* menu : m_window->menus->book.pages) {
-            QCOMPARE(m_window->stack->widget(menu->stackIndex), menu->frame.data());
+        for (const KeyBoard* menu : m_window->rooms().menus->book.pages) {
+            QCOMPARE(m_window->rooms().stack->widget(menu->stackIndex), menu->frame.data());
         }
     }
 
@@ -206,7 +209,7 @@ private:
     QString shownKey() const
     {
         for (const QPushButton* button :
-            m_window->stack->currentWidget()->findChildren<QPushButton*>()) {
+            m_window->rooms().stack->currentWidget()->findChildren<QPushButton*>()) {
             if (button->isVisible()) {
                 return button->text();
             }

@@ -1,9 +1,12 @@
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "link/LinkControl.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "scopes/PlotView.h"
 #include "scopes/ScopesPage.h"
 #include "scopes/Streams.h"
+#include "support/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
@@ -66,16 +69,16 @@ private slots:
 
     void without_a_spectrum_the_button_alternates_scopes_and_menus()
     {
-        QPushButton* button = m_window->scopesButton;
-        QWidget* menu = m_window->stack->currentWidget();
+        QPushButton* button = part<QPushButton>(*m_window, "scopesButton");
+        QWidget* menu = m_window->rooms().stack->currentWidget();
         QCOMPARE(button->text(), QStringLiteral("Scopes"));
         for (int round = 0; round < 2; ++round) {
             clickOn(button);
-            QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+            QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
             QCOMPARE(button->text(), QStringLiteral("Menu"));
             QVERIFY(m_window->displayActive());
             clickOn(button);
-            QCOMPARE(m_window->stack->currentWidget(), menu);
+            QCOMPARE(m_window->rooms().stack->currentWidget(), menu);
             QCOMPARE(button->text(), QStringLiteral("Scopes"));
             QVERIFY(!m_window->displayActive());
         }
@@ -84,20 +87,19 @@ private slots:
     void with_a_spectrum_page_the_button_cycles_scopes_spectrum_menus()
     {
         auto* spectrum = new QWidget;
-        m_window->stack->addWidget(spectrum);
-        m_window->views->set(&Views::spectrum, spectrum);
-        m_window->spectrumAvailable = true;
-        QPushButton* button = m_window->scopesButton;
-        QWidget* menu = m_window->stack->currentWidget();
+        m_window->rooms().stack->addWidget(spectrum);
+        m_window->rooms().views->set(&Views::spectrum, spectrum);
+        QPushButton* button = part<QPushButton>(*m_window, "scopesButton");
+        QWidget* menu = m_window->rooms().stack->currentWidget();
         for (int round = 0; round < 2; ++round) {
             clickOn(button);
-            QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+            QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
             QCOMPARE(button->text(), QStringLiteral("Spectrum"));
             clickOn(button);
-            QCOMPARE(m_window->stack->currentWidget(), spectrum);
+            QCOMPARE(m_window->rooms().stack->currentWidget(), spectrum);
             QCOMPARE(button->text(), QStringLiteral("Menu"));
             clickOn(button);
-            QCOMPARE(m_window->stack->currentWidget(), menu);
+            QCOMPARE(m_window->rooms().stack->currentWidget(), menu);
             QCOMPARE(button->text(), QStringLiteral("Scopes"));
         }
     }
@@ -107,27 +109,27 @@ private slots:
         send("AK,First,1,One,0,,0,,0,0,0,1");
         send("AK,Second,1,Two,0,,0,,0,0,0,1");
         send("SK,Second");
-        QWidget* second = m_window->stack->currentWidget();
-        QVERIFY(second != m_window->menus->book.pages.constFirst()->frame);
-        clickOn(m_window->scopesButton);
-        clickOn(m_window->scopesButton);
-        QCOMPARE(m_window->stack->currentWidget(), second);
+        QWidget* second = m_window->rooms().stack->currentWidget();
+        QVERIFY(second != m_window->rooms().menus->book.pages.constFirst()->frame);
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QCOMPARE(m_window->rooms().stack->currentWidget(), second);
     }
 
     void the_scopes_are_still_found_after_the_menus_were_cleared()
     {
         send("CLEAR");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        clickOn(m_window->scopesButton);
-        QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
         // with no menu left there is nothing to go back to; the next one that comes is shown
-        clickOn(m_window->scopesButton);
-        QCOMPARE(m_window->stack->currentWidget(), m_window->scopes);
-        QCOMPARE(m_window->scopesButton->text(), QStringLiteral("Scopes"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QStringLiteral("Scopes"));
         send("AK,New,1,One,0,,0,,0,0,0,1");
         send("SK,New");
-        QCOMPARE(m_window->stack->currentWidget(),
-            m_window->menus->book.find(QStringLiteral("New"))->frame);
+        QCOMPARE(m_window->rooms().stack->currentWidget(),
+            m_window->rooms().menus->book.find(QStringLiteral("New"))->frame);
     }
 
     // ---- the choice of a mode
@@ -168,20 +170,20 @@ private slots:
         QFETCH(int, demodulator);
         QFETCH(QString, choice);
         for (const int linkMode : {0, 1, 2}) {
-            m_window->linkMode = linkMode;
+            m_window->rooms().link->setMode(linkMode);
             clickOnScopes();
             m_window->process_SM({QString::number(demodulator), QStringLiteral("3")});
             m_pty->takeReceived();
             choose(choice);
-            clickOn(m_window->scopes->modeButton(demodulator));
-            QTEST(m_window->scopes->modeButton(demodulator)->text(), "text");
-            QTEST(m_window->scopes->scope(demodulator)->plotType(), "plotType");
-            QTEST(m_window->scopes->storedMode(demodulator), "stored");
+            clickOn(m_window->rooms().scopes->modeButton(demodulator));
+            QTEST(m_window->rooms().scopes->modeButton(demodulator)->text(), "text");
+            QTEST(m_window->rooms().scopes->scope(demodulator)->plotType(), "plotType");
+            QTEST(m_window->rooms().scopes->storedMode(demodulator), "stored");
             QFETCH(QByteArray, sent);
             QTRY_COMPARE(m_pty->received(), sent);
             for (int other = 1; other <= 3; ++other) {
                 if (other != demodulator) {
-                    QCOMPARE(m_window->scopes->modeButton(other)->text(),
+                    QCOMPARE(m_window->rooms().scopes->modeButton(other)->text(),
                         QStringLiteral("Demod %1 Off").arg(other));
                 }
             }
@@ -200,7 +202,7 @@ private slots:
             title = dialog->windowTitle();
             clickOn(buttonWithText(dialog, QStringLiteral("Cancel")));
         });
-        clickOn(m_window->scopes->modeButton(1));
+        clickOn(m_window->rooms().scopes->modeButton(1));
         QCOMPARE(title, QStringLiteral("Select Scope Mode value"));
         texts.sort();
         QCOMPARE(texts,
@@ -229,7 +231,7 @@ private slots:
             QCOMPARE(grid->columnCount(), 3);
             clickOn(buttonWithText(dialog, QStringLiteral("Cancel")));
         });
-        clickOn(m_window->scopes->modeButton(2));
+        clickOn(m_window->rooms().scopes->modeButton(2));
         QCOMPARE(cells,
             (QMap<QString, QPoint>{{"Eye Pattern", {0, 0}}, {"Constellation", {1, 0}},
                 {"Off", {2, 0}}, {"Cancel", {2, 2}}}));
@@ -246,17 +248,17 @@ private slots:
     {
         clickOnScopes();
         choose(QStringLiteral("Cancel"));
-        clickOn(m_window->scopes->modeButton(3));
+        clickOn(m_window->rooms().scopes->modeButton(3));
         m_window->send_mess(QString::fromLatin1(framed("END")));
         QTRY_COMPARE(m_pty->received(), framed("END"));
-        QCOMPARE(m_window->scopes->modeButton(3)->text(), QStringLiteral("Demod 3 Off"));
+        QCOMPARE(m_window->rooms().scopes->modeButton(3)->text(), QStringLiteral("Demod 3 Off"));
     }
 
     void a_choice_that_the_list_does_not_have_sends_an_empty_message()
     {
         m_window->applyScopeChoice(1, QStringLiteral("3"));
         QTRY_COMPARE(m_pty->received(), framed(""));
-        QCOMPARE(m_window->scopes->modeButton(1)->text(), QStringLiteral("Demod 1 Off"));
+        QCOMPARE(m_window->rooms().scopes->modeButton(1)->text(), QStringLiteral("Demod 1 Off"));
         m_window->applyScopeChoice(1, QString());
         m_window->applyScopeChoice(1, QStringLiteral("-1"));
         QTRY_COMPARE(m_pty->received(), framed("") + framed(""));
@@ -303,9 +305,10 @@ private slots:
             }
             const QStringList displays = scopeDisplays();
             send("SM," + QByteArray::number(demodulator) + ',' + QByteArray::number(mode));
-            QCOMPARE(m_window->scopes->modeButton(demodulator)->text(), text.arg(demodulator));
-            QTEST(m_window->scopes->scope(demodulator)->plotType(), "plotType");
-            QTEST(m_window->scopes->storedMode(demodulator), "stored");
+            QCOMPARE(
+                m_window->rooms().scopes->modeButton(demodulator)->text(), text.arg(demodulator));
+            QTEST(m_window->rooms().scopes->scope(demodulator)->plotType(), "plotType");
+            QTEST(m_window->rooms().scopes->storedMode(demodulator), "stored");
             for (const int other : {1, 2, 3}) {
                 if (other != demodulator) {
                     QCOMPARE(scopeDisplays().at(other - 1), displays.at(other - 1));
@@ -329,7 +332,7 @@ private slots:
         QFETCH(QByteArray, message);
         for (const auto& modes : {std::array{3, 2, 2}, std::array{2, 3, 3}}) {
             for (const int demodulator : {1, 2, 3}) {
-                m_window->scopes->setMode(
+                m_window->rooms().scopes->setMode(
                     demodulator, *ScopeMode::ofMessage(modes.at(size_t(demodulator) - 1)));
             }
             const QStringList before = scopeDisplays();
@@ -343,7 +346,7 @@ private slots:
         const auto shown = [this] {
             QList<bool> all;
             for (const int demodulator : {1, 2, 3}) {
-                all += m_window->scopes->scope(demodulator)->plotsShown();
+                all += m_window->rooms().scopes->scope(demodulator)->plotsShown();
             }
             return all;
         };
@@ -361,7 +364,7 @@ private slots:
                 send(message + '0');
             }
             // what it shows not, it receives all the same
-            QSignalSpy blocks(m_window->scopes->scope(demodulator), &Scope::rcv_eye_msg);
+            QSignalSpy blocks(m_window->rooms().scopes->scope(demodulator), &Scope::rcv_eye_msg);
             QVERIFY(m_scopeLines[demodulator]->write(steady(1, 1)));
             QTRY_COMPARE(blocks.size(), 1);
             send(message + '1');
@@ -383,11 +386,11 @@ private slots:
         QFETCH(QByteArray, message);
         for (const bool shown : {true, false}) {
             for (const int demodulator : {1, 2, 3}) {
-                m_window->scopes->scope(demodulator)->setPlotsShown(shown);
+                m_window->rooms().scopes->scope(demodulator)->setPlotsShown(shown);
             }
             send(message);
             for (const int demodulator : {1, 2, 3}) {
-                QCOMPARE(m_window->scopes->scope(demodulator)->plotsShown(), shown);
+                QCOMPARE(m_window->rooms().scopes->scope(demodulator)->plotsShown(), shown);
             }
         }
     }
@@ -415,7 +418,8 @@ private slots:
     {
         clickOnScopes();
         const auto visible = [this](int demodulator, const char* plot) {
-            return m_window->scopes->scope(demodulator)
+            return m_window->rooms()
+                .scopes->scope(demodulator)
                 ->findChild<PlotView*>(QLatin1String(plot))
                 ->isVisible();
         };
@@ -491,7 +495,7 @@ private slots:
         const QColor blue(64, 64, 255);
         send(message);
         for (const int demodulator : {1, 2, 3}) {
-            QCOMPARE(m_window->scopes->scope(demodulator)->lineColor(),
+            QCOMPARE(m_window->rooms().scopes->scope(demodulator)->lineColor(),
                 demodulator == scope ? blue : red);
         }
     }
@@ -502,14 +506,15 @@ private slots:
             m_window->setScopeLineColor(6, none);
         }
         for (const int demodulator : {1, 2, 3}) {
-            QCOMPARE(m_window->scopes->scope(demodulator)->lineColor(), QColor(255, 0, 0));
+            QCOMPARE(m_window->rooms().scopes->scope(demodulator)->lineColor(), QColor(255, 0, 0));
         }
     }
 
     void plots_are_painted_only_while_the_page_is_shown()
     {
-        auto* plot = m_window->scopes->scope(1)->findChild<PlotView*>(QStringLiteral("plotI"));
-        QSignalSpy blocks(m_window->scopes->scope(1), &Scope::rcv_eye_msg);
+        auto* plot =
+            m_window->rooms().scopes->scope(1)->findChild<PlotView*>(QStringLiteral("plotI"));
+        QSignalSpy blocks(m_window->rooms().scopes->scope(1), &Scope::rcv_eye_msg);
         QVERIFY(m_scopeLines[1]->write(steady(1, 1) + steady(2, 2)));
         QTRY_COMPARE(blocks.size(), 2);
         QTest::qWait(100); // longer than the pause before a painting
@@ -524,7 +529,7 @@ private slots:
     void what_comes_in_on_the_re_send_line_goes_to_the_main_unit()
     {
         Pty& line = *newWindowWithResendLine();
-        m_window->linkMode = 1;
+        m_window->rooms().link->setMode(1);
         QVERIFY(line.write("junk\x02"
                            "D1:A"));
         QVERIFY(line.write(QByteArray("BC,1\x04\x04more\x02"
@@ -564,15 +569,15 @@ private slots:
 
     void the_pax_main_menu_takes_the_combiner_s_scope_and_gives_it_back()
     {
-        Scope* scope = m_window->scopes->scope(3);
+        Scope* scope = m_window->rooms().scopes->scope(3);
         QWidget* home = scope->parentWidget();
         send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");
         send("MS,Pax,Tuner CH1,1");
         send("PAX,1");
         QVERIFY(scope->disableFixIsize());
         QTRY_VERIFY(scope->isVisible());
-        QCOMPARE(m_window->stack->currentIndex(), m_window->paxMenuIndex());
-        QVERIFY(m_window->stack->currentWidget()->isAncestorOf(scope));
+        QCOMPARE(m_window->rooms().stack->currentIndex(), m_window->paxMenuIndex());
+        QVERIFY(m_window->rooms().stack->currentWidget()->isAncestorOf(scope));
         QSignalSpy blocks(scope, &Scope::rcv_eye_msg);
         QVERIFY(m_scopeLines[3]->write(steady(16384, 16384)));
         QTRY_COMPARE(blocks.size(), 1);
@@ -590,14 +595,14 @@ private slots:
 
     void the_scope_outlives_the_pax_main_menu()
     {
-        const QPointer<Scope> scope = m_window->scopes->scope(3);
+        const QPointer<Scope> scope = m_window->rooms().scopes->scope(3);
         send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");
         send("MS,Pax,Tuner CH1,1");
         send("PAX,1");
         send("CLEAR");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(scope != nullptr);
-        QVERIFY(m_window->scopes->isAncestorOf(scope));
+        QVERIFY(m_window->rooms().scopes->isAncestorOf(scope));
     }
 
     void nothing_lies_outside_the_screen()
@@ -605,7 +610,7 @@ private slots:
         clickOnScopes();
         const QRect screen(0, 0, 800, 480);
         QCOMPARE(m_window->size(), screen.size());
-        for (QWidget* widget : m_window->scopes->findChildren<QWidget*>()) {
+        for (QWidget* widget : m_window->rooms().scopes->findChildren<QWidget*>()) {
             if (widget->isVisible()) {
                 const QRect place(widget->mapTo(m_window.get(), QPoint()), widget->size());
                 QVERIFY2(screen.contains(place), qPrintable(widget->objectName()));
@@ -618,10 +623,10 @@ private:
 
     void clickOnScopes()
     {
-        if (m_window->stack->currentWidget() != m_window->scopes) {
-            clickOn(m_window->scopesButton);
+        if (m_window->rooms().stack->currentWidget() != m_window->rooms().scopes) {
+            clickOn(part<QPushButton>(*m_window, "scopesButton"));
         }
-        QTRY_COMPARE(m_window->stack->currentWidget(), m_window->scopes);
+        QTRY_COMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
     }
 
     // What button, scope and stored mode tell of each demodulator.
@@ -630,9 +635,9 @@ private:
         QStringList displays;
         for (const int demodulator : {1, 2, 3}) {
             displays += QStringLiteral("%1, type %2, mode %3")
-                            .arg(m_window->scopes->modeButton(demodulator)->text())
-                            .arg(m_window->scopes->scope(demodulator)->plotType())
-                            .arg(m_window->scopes->storedMode(demodulator));
+                            .arg(m_window->rooms().scopes->modeButton(demodulator)->text())
+                            .arg(m_window->rooms().scopes->scope(demodulator)->plotType())
+                            .arg(m_window->rooms().scopes->storedMode(demodulator));
         }
         return displays;
     }
@@ -668,12 +673,13 @@ private:
 
     int bar(const char* name) const
     {
-        return m_window->scopes->findChild<QProgressBar*>(QLatin1String(name))->value();
+        return m_window->rooms().scopes->findChild<QProgressBar*>(QLatin1String(name))->value();
     }
 
     QString lamp(int number) const
     {
-        return m_window->scopes->findChild<QLabel*>(QStringLiteral("phaseLabel%1").arg(number))
+        return m_window->rooms()
+            .scopes->findChild<QLabel*>(QStringLiteral("phaseLabel%1").arg(number))
             ->styleSheet();
     }
 

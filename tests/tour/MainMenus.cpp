@@ -1,4 +1,5 @@
 // The main menus, the link-mode window and the message boxes.
+#include "support/Part.h"
 #include "tour/Tour.h"
 
 #include "app/MainWindow.h"
@@ -22,7 +23,7 @@ QWidget* linkWindow()
 
 void visitLinkModes(Tour& tour)
 {
-    clickOn(tour.window().linkButton);
+    clickOn(part<QPushButton>(tour.window(), "linkButton"));
     Tour::settle();
     QWidget* dialog = linkWindow();
     if (dialog == nullptr) {
@@ -43,7 +44,7 @@ void visitLinkModes(Tour& tour)
 
 void visitMainMenus(Tour& tour)
 {
-    clickOn(tour.window().mainMenuButton);
+    clickOn(part<QPushButton>(tour.window(), "mainMenuButton"));
     Tour::settle();
     tour.picture("main-menu");
     visitLinkModes(tour);

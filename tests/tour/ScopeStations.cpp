@@ -1,3 +1,5 @@
+#include "app/Rooms.h"
+#include "support/Part.h"
 #include "tour/Tour.h"
 
 #include "app/MainWindow.h"
@@ -24,7 +26,7 @@ void showModes(Tour& tour, const char* modes, const QString& picture)
 
 void visitScopes(Tour& tour)
 {
-    clickOn(tour.window().scopesButton);
+    clickOn(part<QPushButton>(tour.window(), "scopesButton"));
     showModes(tour, "213", "scopes-mixed");
     tour.unit("SQ,2,0");
     Tour::settle();
@@ -35,7 +37,7 @@ void visitScopes(Tour& tour)
         tour.picture("scopes-mode-list");
         clickOn(buttonWithText(list, "Cancel"));
     });
-    clickOn(tour.window().scopes->modeButton(2));
+    clickOn(tour.window().rooms().scopes->modeButton(2));
     showModes(tour, "000", "scopes-off");
     showView(tour, Views::Menus);
 }

@@ -1,13 +1,14 @@
 // The scopes page with signals that are made here, block by block, so that the pictures are the
 // same each time: what every modulation and every fault of a receiver looks like.
+#include "app/Rooms.h"
 #include "tour/Tour.h"
 
 #include "app/MainWindow.h"
 #include "app/Views.h"
-#include "wire/IqBlock.h"
 #include "scopes/ScopesPage.h"
 #include "sim/ScopeBytes.h"
 #include "sim/SignalModel.h"
+#include "wire/IqBlock.h"
 
 #include <QCoreApplication>
 
@@ -115,7 +116,7 @@ void visitSignals(Tour& tour)
         QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers); // the page's layout
         for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
             const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
-            Scope& scope = *tour.window().scopes->scope(demodulator);
+            Scope& scope = *tour.window().rooms().scopes->scope(demodulator);
             beginAnew(scope);
             if (shown.mode == Sdi) {
                 plotRecords(scope);

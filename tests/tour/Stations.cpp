@@ -1,3 +1,6 @@
+#include "app/Rooms.h"
+#include "spectrum/SpectrumMessages.h"
+#include "support/Part.h"
 #include "tour/Tour.h"
 
 #include "app/MainWindow.h"
@@ -41,11 +44,12 @@ void visitMenu(Tour& tour, const QString& name)
 
 void showView(Tour& tour, int view)
 {
-    for (int presses = 0; presses < 3 && tour.window().views->current() != view; ++presses) {
-        clickOn(tour.window().scopesButton);
+    for (int presses = 0; presses < 3 && tour.window().rooms().views->current() != view;
+         ++presses) {
+        clickOn(part<QPushButton>(tour.window(), "scopesButton"));
         Tour::settle();
     }
-    if (tour.window().views->current() != view) {
+    if (tour.window().rooms().views->current() != view) {
         tour.fail(QString("no view %1").arg(view));
     }
 }
@@ -126,7 +130,7 @@ void visitSpectrum(Tour& tour)
             tour.picture(names.at(charts - 1) + (span == 0 ? "-narrow" : "-wide"));
         }
     }
-    SpectralCard& card = *tour.window().spectralCard;
+    SpectralCard& card = *tour.window().rooms().spectrum->card();
     auto* lowest = card.findChild<QComboBox*>("cboSpan3");
     clickOn(lowest);
     Tour::settle(ListMs);
@@ -152,7 +156,7 @@ void visitSpectrum(Tour& tour)
 void visitAllMenus(Tour& tour)
 {
     QStringList names;
-    for (const KeyBoard* menu : tour.window().menus->book.pages) {
+    for (const KeyBoard* menu : tour.window().rooms().menus->book.pages) {
         if (menu->name != "Loading" && menu->name != "two") {
             names += menu->name;
         }

@@ -1,4 +1,5 @@
 #include "tour/Tour.h"
+#include "app/Rooms.h"
 
 #include "app/MainWindow.h"
 #include "menus/Key.h"
@@ -114,7 +115,7 @@ void Tour::unit(const QString& message)
 
 KeyBoard* Tour::menu(const QString& name) const
 {
-    return m_window->menus->book.find(name);
+    return m_window->rooms().menus->book.find(name);
 }
 
 void Tour::press(const QString& menuName, const QString& keyId)
