@@ -1,19 +1,17 @@
 #include "link/LinkModeDialog.h"
 
 #include "link/LinkMode.h"
+#include "touch/Edge.h"
 
 #include <QCloseEvent>
 #include <QIcon>
-#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <qdrawutil.h>
 
 namespace {
 
-constexpr int EdgeWidth = 2;
 constexpr int CloseWidth = 150;
 constexpr int CloseHeight = 55;
 constexpr int ModeHeight = 60;
@@ -114,12 +112,10 @@ void LinkModeDialog::showIn(const QRect& area)
     show();
 }
 
-// An edge all around: the window is as grey as the keys below it.
 void LinkModeDialog::paintEvent(QPaintEvent* event)
 {
     QGroupBox::paintEvent(event);
-    QPainter painter(this);
-    qDrawPlainRect(&painter, rect(), Qt::black, EdgeWidth);
+    touch::paintEdge(this);
 }
 
 void LinkModeDialog::closeEvent(QCloseEvent* event)

@@ -1,7 +1,5 @@
 #include "menus/GroupCells.h"
 
-#include "menus/KeyBoard.h"
-
 #include <QString>
 
 #include <array>
@@ -14,7 +12,7 @@ struct Column
     int col;
 };
 
-// in the order of the counters
+// In the order of the counters.
 constexpr std::array<Column, KeyBoard::GroupCounters> Columns{{
     {QLatin1String("Tuner CH1"), 0},
     {QLatin1String("Tuner CH2"), 2},
@@ -26,11 +24,12 @@ constexpr std::array<Column, KeyBoard::GroupCounters> Columns{{
 
 int& counter(KeyBoard& menu, std::size_t index)
 {
-    // on the PAX main menu the tuners' counters are those of the fixed cells: kept so
-    if (menu.isPAXMainMenu() && index == 0) {
+    // Quirk: on the PAX main menu the counters of the two tuners are those of the fixed cells, so a
+    // key that "CM" copies there moves the next fixed cell. See "Quirks" in docs/architecture.md.
+    if (menu.kind() == KeyBoard::Kind::Pax && index == 0) {
         return menu.fixedCol;
     }
-    if (menu.isPAXMainMenu() && index == 1) {
+    if (menu.kind() == KeyBoard::Kind::Pax && index == 1) {
         return menu.fixedRow;
     }
     return menu.groupRows.at(index);
@@ -40,7 +39,7 @@ int& counter(KeyBoard& menu, std::size_t index)
 
 namespace groupCells {
 
-Cell nextOfColumn(KeyBoard& mainMenu, const QString& sourceMenu)
+KeyBoard::Cell nextOfColumn(KeyBoard& mainMenu, const QString& sourceMenu)
 {
     for (std::size_t i = 0; i < Columns.size(); ++i) {
         if (sourceMenu == Columns.at(i).sourceMenu) {
@@ -50,9 +49,9 @@ Cell nextOfColumn(KeyBoard& mainMenu, const QString& sourceMenu)
     return {};
 }
 
-Cell nextFixed(KeyBoard& mainMenu)
+KeyBoard::Cell nextFixed(KeyBoard& mainMenu)
 {
-    const Cell cell{mainMenu.fixedRow, mainMenu.fixedCol};
+    const KeyBoard::Cell cell{mainMenu.fixedRow, mainMenu.fixedCol};
     if (mainMenu.fixedCol == 1) {
         mainMenu.fixedCol = 0;
         ++mainMenu.fixedRow;

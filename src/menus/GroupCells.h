@@ -1,27 +1,22 @@
 #pragma once
 
-class KeyBoard;
+#include "menus/KeyBoard.h"
+
 class QString;
 
-// Which cell of a main menu takes the next copy of a key.
-//
-// On the normal main menu every source menu has a column of its own and fills it from the top; the
-// counters of the six columns live in the menu. On the PAX main menu copies fill the left group two
-// to a row, whatever menu they come from. Rows from 5 on mean the "Options" group.
+/// Chooses the cell of a main menu that the next copy of a key gets.
+///
+/// On the normal main menu every source menu has its own column and fills it from the top; the
+/// counters of the six columns are members of the menu. On the PAX main menu copies fill the left
+/// group two to a row, whichever menu they come from. Rows from 5 on belong to "Options".
 namespace groupCells {
 
-struct Cell
-{
-    int row = 0;
-    int col = 0;
-};
+/// Gives out the next cell in the column of \a sourceMenu and advances that column's counter.
+/// \return (0, 0) for a source menu without a column; nothing is counted then.
+KeyBoard::Cell nextOfColumn(KeyBoard& mainMenu, const QString& sourceMenu);
 
-// Out: the cell of the next copy of a key of `sourceMenu`, whose counter goes on by one. A source
-// menu without a column: (0, 0), and nothing is counted.
-Cell nextOfColumn(KeyBoard& mainMenu, const QString& sourceMenu);
-
-// Out: the next cell of the two columns filled row by row (fixedRow, fixedCol), which go on to the
-// one behind it.
-Cell nextFixed(KeyBoard& mainMenu);
+/// Gives out the cell (fixedRow, fixedCol) of \a mainMenu and advances it to the next one; these
+/// cells fill two columns row by row.
+KeyBoard::Cell nextFixed(KeyBoard& mainMenu);
 
 } // namespace groupCells

@@ -1,27 +1,30 @@
 #include "menus/KeyBoard.h"
 
 #include "menus/Key.h"
+#include "menus/KeyDefinition.h"
 #include "menus/MenuGroups.h"
 #include "touch/KeyStyle.h"
 #include "touch/TextButton.h"
 
 #include <QVBoxLayout>
 
-#include <array>
+#include <algorithm>
 
 namespace {
 constexpr int KeyWidth = 150;
 constexpr int KeyHeight = 80;
-constexpr int HighestKey = 100;
+constexpr int MaxKeyHeight = 100;
 constexpr int TitleAlignment = 0x20;
-constexpr int GroupRows = 5;
-constexpr int GroupColumns = 2;
+constexpr QMargins FrameMargins(4, 15, 4, 4);
 
+constexpr int PaxLastRow = 4;
 constexpr int PaxChannelWidth = 330;
 constexpr int PaxOptionsHeight = 60;
 constexpr QMargins PaxChannelMargins(2, 2, 2, 2);
 constexpr QMargins PaxThinMargins(1, 1, 1, 1);
 
+// Quirk: the blanks inside and behind these sheets are part of their texts. See "Quirks" in
+// docs/architecture.md.
 QString menuSheet()
 {
     return QStringLiteral(
@@ -47,22 +50,30 @@ KeyBoard::~KeyBoard()
     delete frame;
 }
 
-void KeyBoard::new_keyboard(const QString& menuName, int lastRow, int lastCol)
+void KeyBoard::startMenu(Kind kind, const QString& menuName, int lastRow, int lastCol)
 {
+    m_kind = kind;
+    mainMenu = kind != Kind::Plain;
+    large = kind == Kind::Pax;
     name = menuName;
-    row = 0;
-    col = 0;
     maxRow = lastRow;
     maxCol = lastCol;
-    mainMenu = false;
-    frame = new QGroupBox(name + QStringLiteral(" Menu"));
+    row = 0;
+    col = 0;
+    frame = new QGroupBox;
+    addTitle();
+}
+
+void KeyBoard::new_keyboard(const QString& menuName, int lastRow, int lastCol)
+{
+    startMenu(Kind::Plain, menuName, lastRow, lastCol);
+    frame->setTitle(name + QStringLiteral(" Menu"));
     frame->setAlignment(TitleAlignment);
     auto* layout = new QVBoxLayout(frame);
     pages = new StackLayout;
     layout->addLayout(pages);
-    layout->setContentsMargins(4, 15, 4, 4);
+    layout->setContentsMargins(FrameMargins);
     frame->setStyleSheet(menuSheet());
-    addTitle();
     grid = addSubPage();
 }
 
@@ -82,43 +93,27 @@ void KeyBoard::addTitle()
     titleLabel->hide();
 }
 
-void KeyBoard::startMainMenu(const QString& menuName, int lastRow, int lastCol)
-{
-    name = menuName;
-    maxRow = lastRow;
-    maxCol = lastCol;
-    row = 0;
-    col = 0;
-    mainMenu = true;
-    frame = new QGroupBox;
-    grid = new QGridLayout(frame);
-    addTitle();
-}
-
 void KeyBoard::new_mm_keyboard(const QString& menuName, int lastRow, int lastCol)
 {
-    startMainMenu(menuName, lastRow, lastCol);
-    large = false;
-    chan1Grid = menuGroups::newChannelGrid();
-    chan2Grid = menuGroups::newChannelGrid();
-    combGrid = menuGroups::newChannelGrid();
-    optGrid = menuGroups::newOptionsGrid();
-    chan1Box = menuGroups::newGroup(QStringLiteral("Channel 1"), chan1Grid, groupSheet());
-    chan2Box = menuGroups::newGroup(QStringLiteral("Channel 2"), chan2Grid, groupSheet());
-    combBox = menuGroups::newGroup(QStringLiteral("Combiner"), combGrid, groupSheet());
-    optBox = menuGroups::newOptionsGroup(optGrid, groupSheet());
-    grid->addWidget(chan1Box, 0, 0);
-    grid->addWidget(chan2Box, 0, 1);
-    grid->addWidget(combBox, 0, 2);
-    grid->addWidget(optBox, 1, 0, 1, 3);
+    startMenu(Kind::Main, menuName, lastRow, lastCol);
+    grid = new QGridLayout(frame);
+    const menuGroups::FourGroups groups = menuGroups::addFourGroups(grid, groupSheet());
+    chan1Grid = groups.grids.channel1;
+    chan2Grid = groups.grids.channel2;
+    combGrid = groups.grids.combiner;
+    optGrid = groups.grids.options;
+    chan1Box = groups.channel1;
+    chan2Box = groups.channel2;
+    combBox = groups.combiner;
+    optBox = groups.options;
 }
 
 void KeyBoard::new_PAX_mm_keyboard(const QString& menuName, int lastRow, int lastCol)
 {
-    startMainMenu(menuName, lastRow, lastCol);
-    large = true;
+    startMenu(Kind::Pax, menuName, lastRow, lastCol);
+    grid = new QGridLayout(frame);
     chan1Grid = new QGridLayout;
-    menuGroups::setCellSizes(chan1Grid, 1, KeyWidth, 4, KeyHeight);
+    menuGroups::setCellSizes(chan1Grid, 1, KeyWidth, PaxLastRow, KeyHeight);
     chan1Grid->setContentsMargins(PaxChannelMargins);
     chan2Grid = new QGridLayout;
     chan2Grid->setColumnMinimumWidth(0, PaxChannelWidth);
@@ -134,47 +129,64 @@ void KeyBoard::new_PAX_mm_keyboard(const QString& menuName, int lastRow, int las
     grid->setContentsMargins(PaxThinMargins);
 }
 
-Key* KeyBoard::newKey(const QString& label, const QString& keyId, int type, const QString& command,
-    const QString& units, int param, const QString& options, double value, bool tog, int extra,
-    bool linked, Key* linkedKey)
+Key* KeyBoard::addKey(const KeyDefinition& definition, std::optional<Cell> cell, Key* mirrored)
 {
-    auto* button = new TextButton(label);
-    button->setMaximumHeight(HighestKey);
-    button->setStyleSheet(keyStyle::enabled(large));
-    buttons += button;
-
+    QPushButton* button = newButton(definition.label);
     auto* key = new Key(this);
     keys += key;
     key->Set_Key(button, large);
-    key->type = type;
-    key->keyId = keyId;
-    key->command = command;
-    key->units = units;
-    key->param = param;
-    key->options = options;
-    key->value = value;
-    key->setTog(tog);
-    key->state = extra;
-    key->label = label;
-    if (linked && linkedKey != nullptr) {
-        key->linkedKeys += linkedKey;
+    key->type = definition.type;
+    key->keyId = definition.keyId;
+    key->command = definition.command;
+    key->units = definition.units;
+    key->param = definition.param;
+    key->options = definition.options;
+    key->value = definition.value;
+    key->setTog(definition.tog);
+    key->state = definition.state;
+    key->label = definition.label;
+    key->itemIds = definition.itemIds;
+    if (mirrored != nullptr) {
+        key->linkedKeys += mirrored;
     }
     connect(button, &QPushButton::clicked, key, &Key::key_button_pushed);
     connect(key, &Key::response_message, this, &KeyBoard::kb_response_message);
+    if (cell) {
+        placeInGroup(button, *cell);
+    } else {
+        placeInFlow(button);
+    }
     return key;
+}
+
+Key* KeyBoard::addCopy(Key& source, std::optional<Cell> cell)
+{
+    Key* copy = addKey(KeyDefinition::of(source), cell, &source);
+    source.linkedKeys += copy;
+    return copy;
+}
+
+QPushButton* KeyBoard::newButton(const QString& label)
+{
+    auto* button = new TextButton(label);
+    button->setMaximumHeight(MaxKeyHeight);
+    button->setStyleSheet(keyStyle::enabled(large));
+    buttons += button;
+    return button;
 }
 
 QPushButton* KeyBoard::newMoreKey(QWidget* parent)
 {
     auto* more = new QPushButton(QStringLiteral("More..."), parent);
-    more->setMaximumHeight(HighestKey);
+    more->setMaximumHeight(MaxKeyHeight);
     more->setStyleSheet(keyStyle::more());
     connect(more, &QPushButton::clicked, pages, &StackLayout::setNextIndex);
     return more;
 }
 
-// The key in the last cell of a full first sub-page gives way to "More..." and becomes the first of
-// the next. On later sub-pages that cell holds "More..." from the start.
+// Quirk: the key in the last cell of a full first sub-page makes room for "More..." and becomes the
+// first key of the next sub-page, so that 36 keys still fit a single page. Later sub-pages have
+// "More..." in that cell from the start. See "Quirks" in docs/architecture.md.
 void KeyBoard::openNextSubPage()
 {
     QLayoutItem* last = grid->itemAtPosition(maxRow, maxCol);
@@ -192,60 +204,66 @@ void KeyBoard::openNextSubPage()
     grid->addWidget(newMoreKey(grid->parentWidget()), maxRow, maxCol);
 }
 
-void KeyBoard::add_keyboard_button(const QString& label, const QString& keyId, int type,
-    const QString& command, const QString& units, int param, const QString& options, double value,
-    bool tog, int extra, bool linked, Key* linkedKey)
+void KeyBoard::placeInFlow(QPushButton* button)
 {
-    const Key* key = newKey(
-        label, keyId, type, command, units, param, options, value, tog, extra, linked, linkedKey);
     if (pages == nullptr) {
-        placeInGroup(key, row, col++); // a main menu has no sub-pages
+        placeInGroup(button, {row, col++}); // a main menu has no sub-pages
         return;
     }
     const bool atMoreKey = pages->count() > 1 && row == maxRow && col == maxCol;
     if (row > maxRow || atMoreKey) {
         openNextSubPage();
     }
-    grid->addWidget(key->GetKey(), row, col);
+    grid->addWidget(button, row, col);
     if (++col > maxCol) {
         col = 0;
         ++row;
     }
 }
 
+void KeyBoard::placeInGroup(QPushButton* button, Cell cell)
+{
+    const menuGroups::GroupGrids groups{chan1Grid, chan2Grid, combGrid, optGrid};
+    const menuGroups::GroupCell place = groups.at(cell.row, cell.col);
+    if (place.grid != nullptr) {
+        place.grid->addWidget(button, place.row, place.col);
+    } else {
+        button->setParent(frame); // not shown, and deleted with the menu
+        button->hide();
+    }
+}
+
+void KeyBoard::add_keyboard_button(const QString& label, const QString& keyId, int type,
+    const QString& command, const QString& units, int param, const QString& options, double value,
+    bool tog, int extra, bool linked, Key* linkedKey)
+{
+    addKey({{}, keyId, label, type, command, units, param, options, value, tog, extra, false, {}},
+        std::nullopt, linked ? linkedKey : nullptr);
+}
+
 void KeyBoard::add_keyboard_button_fixed(const QString& label, const QString& keyId, int type,
     const QString& command, const QString& units, int param, const QString& options, double value,
     bool tog, int extra, bool linked, Key* linkedKey, int cellRow, int cellCol)
 {
-    placeInGroup(newKey(label, keyId, type, command, units, param, options, value, tog, extra,
-                     linked, linkedKey),
-        cellRow, cellCol);
+    addKey({{}, keyId, label, type, command, units, param, options, value, tog, extra, false, {}},
+        Cell{cellRow, cellCol}, linked ? linkedKey : nullptr);
 }
 
-void KeyBoard::placeInGroup(const Key* key, int cellRow, int cellCol)
+Key* KeyBoard::findKey(const QString& keyId) const
 {
-    QGridLayout* group = nullptr;
-    int groupRow = cellRow;
-    int groupCol = cellCol;
-    if (cellRow >= GroupRows) {
-        group = optGrid;
-        groupRow = 0;
-    } else if (cellCol >= 0 && cellCol < 3 * GroupColumns) {
-        const std::array<QGridLayout*, 3> groups{chan1Grid, chan2Grid, combGrid};
-        group = groups.at(static_cast<std::size_t>(cellCol / GroupColumns));
-        groupCol = cellCol % GroupColumns;
-    }
-    if (group != nullptr && groupRow >= 0 && groupCol >= 0) {
-        group->addWidget(key->GetKey(), groupRow, groupCol);
-    } else {
-        key->GetKey()->setParent(frame); // not shown, and gone with the menu
-        key->GetKey()->hide();
-    }
+    const auto found = std::find_if(
+        keys.cbegin(), keys.cend(), [&](const Key* key) { return key->keyId == keyId; });
+    return found != keys.cend() ? *found : nullptr;
+}
+
+KeyBoard::Kind KeyBoard::kind() const
+{
+    return m_kind;
 }
 
 bool KeyBoard::isPAXMainMenu() const
 {
-    return large;
+    return m_kind == Kind::Pax;
 }
 
 void KeyBoard::deleteKeys()

@@ -5,7 +5,7 @@
 #include <cmath>
 
 namespace {
-constexpr qsizetype LeastFields = 11;
+constexpr qsizetype MinFields = 11;
 
 bool isSet(const QString& field)
 {
@@ -22,7 +22,7 @@ double valueFromText(const QString& text)
 
 std::optional<KeyDefinition> KeyDefinition::fromFields(const QStringList& fields)
 {
-    if (fields.size() < LeastFields) {
+    if (fields.size() < MinFields) {
         return std::nullopt;
     }
     KeyDefinition definition;
@@ -54,6 +54,7 @@ KeyDefinition KeyDefinition::of(const Key& key)
     definition.value = key.value;
     definition.tog = key.tog();
     definition.state = key.state;
+    definition.itemIds = key.itemIds;
     return definition;
 }
 
@@ -64,7 +65,8 @@ void KeyDefinition::update(Key& key) const
     key.units = units;
     key.param = param;
     key.options = options;
-    // a value that the operator or "CV" has set is not overwritten by a new definition
+    // Quirk: a value other than 0 stays, because only "CV" changes values. See "Quirks" in
+    // docs/architecture.md.
     if (key.value == 0.0) {
         key.value = value;
     }

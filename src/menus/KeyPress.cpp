@@ -10,12 +10,9 @@
 #include "popups/PopUpKeyBoard.h"
 #include "popups/PopUpNumberPad.h"
 #include "popups/PopUpSlider.h"
-#include "touch/FittedLabel.h"
+#include "touch/MessageBox.h"
 
 #include <QCoreApplication>
-#include <QLabel>
-#include <QLayout>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 
@@ -25,9 +22,6 @@
 namespace {
 
 constexpr int ValueDecimals = 6;
-constexpr QSize ReportRoom(720, 350);
-constexpr qsizetype MostMeasured = 2000; // characters of a report: more are never read
-constexpr QSize LeastButton(110, 50);
 
 QString buttonText(const Key& key)
 {
@@ -95,37 +89,10 @@ void pressAddress(const QPointer<Key>& key)
     sendUnlessEmpty(key, pad.new_pop_IP_NumberPad(key->label, buttonText(*key)));
 }
 
-// Puts a text that the box would not have room for into letters, or a part of it, that it has.
-void keepInside(QMessageBox& box)
-{
-    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-    if (label == nullptr) {
-        return;
-    }
-    const QRect across(0, 0, ReportRoom.width(), QWIDGETSIZE_MAX);
-    const QRect needed =
-        label->fontMetrics().boundingRect(across, Qt::TextWordWrap, box.text().left(MostMeasured));
-    if (box.text().size() <= MostMeasured && ReportRoom.width() >= needed.width() &&
-        ReportRoom.height() >= needed.height()) {
-        label->setMaximumWidth(ReportRoom.width());
-        return;
-    }
-    auto* fitted = new FittedLabel(&box);
-    fitted->setObjectName(QStringLiteral("fittedText"));
-    fitted->setText(box.text());
-    fitted->setFixedSize(ReportRoom);
-    label->hide();
-    delete box.layout()->replaceWidget(label, fitted);
-}
-
 void reportItself(const Key& key)
 {
-    QMessageBox box;
-    box.setTextFormat(Qt::PlainText);
-    box.addButton(QMessageBox::Ok)->setMinimumSize(LeastButton);
-    box.setText(QStringLiteral("A key_button was pushed %1 %2").arg(buttonText(key), key.command));
-    keepInside(box);
-    box.exec();
+    MessageBox::report(
+        QStringLiteral("A key_button was pushed %1 %2").arg(buttonText(key), key.command));
 }
 
 } // namespace

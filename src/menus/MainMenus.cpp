@@ -3,7 +3,6 @@
 #include "menus/GroupCells.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
-#include "menus/KeyDefinition.h"
 #include "menus/MenuBook.h"
 #include "menus/SpecialMenu.h"
 #include "touch/KeyStyle.h"
@@ -16,31 +15,14 @@ constexpr int LastRow = 5;
 constexpr int LastCol = 5;
 constexpr int PaxLastCol = 2;
 constexpr int OptionsRow = 5;
-constexpr int HighestKey = 100;
+constexpr int MaxKeyHeight = 100;
 
-// Keys that the main unit defines for a main menu itself go to its options.
+// Quirk: row 5 sends every key that "AK" defines for a main menu itself to the group "Options". See
+// "Quirks" in docs/architecture.md.
 void startInOptions(KeyBoard& menu)
 {
     menu.row = OptionsRow;
     menu.col = 0;
-}
-
-template <class NextCell>
-void addCopy(KeyBoard& target, Key& source, NextCell nextCell)
-{
-    const KeyDefinition copy = KeyDefinition::of(source);
-    if (target.mainMenu) {
-        const groupCells::Cell cell = nextCell();
-        target.add_keyboard_button_fixed(copy.label, copy.keyId, copy.type, copy.command,
-            copy.units, copy.param, copy.options, copy.value, copy.tog, copy.state, true, &source,
-            cell.row, cell.col);
-    } else {
-        target.add_keyboard_button(copy.label, copy.keyId, copy.type, copy.command, copy.units,
-            copy.param, copy.options, copy.value, copy.tog, copy.state, true, &source);
-    }
-    Key* key = target.keys.last();
-    key->itemIds = source.itemIds;
-    source.linkedKeys += key;
 }
 
 } // namespace
@@ -62,7 +44,11 @@ void MainMenus::copyToMainMenu(const QStringList& fields)
         emit mainMenuNamed(menu);
     }
     if (Key* key = source(fields)) {
-        addCopy(*menu, *key, [&] { return groupCells::nextOfColumn(*menu, fields.value(1)); });
+        std::optional<KeyBoard::Cell> cell;
+        if (menu->kind() != KeyBoard::Kind::Plain) {
+            cell = groupCells::nextOfColumn(*menu, fields.value(1));
+        }
+        menu->addCopy(*key, cell);
     }
 }
 
@@ -74,13 +60,17 @@ void MainMenus::copyToPaxMenu(const QStringList& fields)
         menu = newPaxMenu(name);
     }
     if (Key* key = source(fields)) {
-        addCopy(*menu, *key, [&] { return groupCells::nextFixed(*menu); });
+        std::optional<KeyBoard::Cell> cell;
+        if (menu->kind() != KeyBoard::Kind::Plain) {
+            cell = groupCells::nextFixed(*menu);
+        }
+        menu->addCopy(*key, cell);
     }
 }
 
 Key* MainMenus::source(const QStringList& fields) const
 {
-    return MenuBook::findKey(m_book.find(fields.value(1)), fields.value(2));
+    return m_book.findKey(fields.value(1), fields.value(2));
 }
 
 KeyBoard* MainMenus::newMainMenu(const QString& name)
@@ -103,7 +93,7 @@ KeyBoard* MainMenus::newPaxMenu(const QString& name)
     auto* span = new TextButton(QStringLiteral("Span"), menu->frame);
     span->setObjectName(QStringLiteral("spanButton"));
     span->setStyleSheet(keyStyle::enabled(true));
-    span->setMaximumHeight(HighestKey);
+    span->setMaximumHeight(MaxKeyHeight);
     menu->optGrid->addWidget(span, 0, menu->col++);
     connect(span, &QPushButton::clicked, this, &MainMenus::spanClicked);
     return menu;

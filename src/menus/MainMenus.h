@@ -8,36 +8,41 @@ class KeyBoard;
 class MenuBook;
 class QWidget;
 
-// The messages by which the main unit composes its main menus out of keys that are on other menus.
-//
-// "CM" fills the grouped main menu, "MS" the PAX main menu; each makes the menu when it is not
-// there. A copy and its source mirror each other: what the main unit says of one reaches the other.
-// Both messages take the fields behind the command word: main menu, source menu, source key. An
-// unknown source leaves the menu as it is.
+/// The messages by which the main unit composes its main menus out of keys of other menus.
+///
+/// "CM" fills the normal main menu, "MS" the PAX main menu; each creates the menu when it does not
+/// exist. A copy and its source mirror each other: a message for one reaches the other too. Both
+/// messages take the fields behind the command word: main menu, source menu, source key. A source
+/// that does not exist leaves the menu as it is.
 class MainMenus : public QObject
 {
     Q_OBJECT
 
 public:
-    // book: the menus of the panel, not owned.
+    /// Makes the messages.
+    /// \param book the panel's menus, not owned
     explicit MainMenus(MenuBook& book, QObject* parent = nullptr);
 
-    // "CM". A menu of that name that is no main menu takes the copy as it takes its other keys.
+    /// "CM": puts the copy into the column of its source menu, or, if the menu of that name is a
+    /// plain one, into its next free cell.
     void copyToMainMenu(const QStringList& fields);
 
-    // "MS".
+    /// "MS": puts the copy into the next fixed cell, or, if the menu of that name is a plain one,
+    /// into its next free cell.
     void copyToPaxMenu(const QStringList& fields);
 
-    // Moves the keys of the first sub-page of "Main", a plain menu, into the groups of a main menu.
-    // Out: the page with the groups, already in the stack; nullptr when there is no plain "Main".
+    /// Moves the keys of the first sub-page of the plain menu "Main" into the groups of a main
+    /// menu. \return the page with the groups, which is already in the stack; nullptr when there is
+    /// no
+    ///         plain menu "Main".
     QWidget* regroupMain();
 
 signals:
-    // "CM" named the menu "Main", new or not.
+    /// Emitted when "CM" names the menu "Main", whether it is new or not.
     void mainMenuNamed(KeyBoard* menu);
-    // "MS" made this PAX main menu; listIndex: its position in the list of menus.
+    /// Emitted when "MS" has created a PAX main menu. \param listIndex its position in the book
     void paxMenuMade(KeyBoard* menu, int listIndex);
-    // The "Span" key of a PAX main menu was pressed.
+    /// Emitted when the "Span" key of a PAX main menu is pressed.
     void spanClicked();
 
 private:

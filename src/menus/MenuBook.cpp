@@ -1,7 +1,8 @@
 #include "menus/MenuBook.h"
 
-#include "menus/Key.h"
 #include "menus/KeyBoard.h"
+
+#include <algorithm>
 
 namespace {
 constexpr int LastRow = 5;
@@ -12,32 +13,26 @@ MenuBook::MenuBook(QStackedLayout* stack, QObject* parent)
     : QObject(parent)
     , m_stack(stack)
 {
-    connect(stack, &QStackedLayout::widgetRemoved, this, &MenuBook::removed);
+    connect(stack, &QStackedLayout::widgetRemoved, this, &MenuBook::pageRemoved);
 }
 
 MenuBook::~MenuBook() = default;
 
 KeyBoard* MenuBook::find(const QString& name) const
 {
-    for (KeyBoard* menu : pages) {
-        if (menu->name == name) {
-            return menu;
-        }
-    }
-    return nullptr;
+    const auto found = std::find_if(
+        pages.cbegin(), pages.cend(), [&](const KeyBoard* menu) { return menu->name == name; });
+    return found != pages.cend() ? *found : nullptr;
 }
 
 Key* MenuBook::findKey(const KeyBoard* menu, const QString& keyId)
 {
-    if (menu == nullptr) {
-        return nullptr;
-    }
-    for (Key* key : menu->keys) {
-        if (key->keyId == keyId) {
-            return key;
-        }
-    }
-    return nullptr;
+    return menu != nullptr ? menu->findKey(keyId) : nullptr;
+}
+
+Key* MenuBook::findKey(const QString& menuName, const QString& keyId) const
+{
+    return findKey(find(menuName), keyId);
 }
 
 KeyBoard* MenuBook::findOrCreate(const QString& name)
@@ -80,7 +75,7 @@ void MenuBook::clear()
     m_otherPages.clear();
 }
 
-void MenuBook::removed(int index)
+void MenuBook::pageRemoved(int index)
 {
     for (KeyBoard* menu : std::as_const(pages)) {
         if (menu->stackIndex > index) {

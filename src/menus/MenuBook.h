@@ -10,48 +10,54 @@
 class Key;
 class KeyBoard;
 
-// All menus of the panel, in the order of creation, each with its page in the main window's stack.
-//
-// The book keeps the menus' stack numbers true: when a page leaves the stack, the numbers above it
-// go down by one.
+/// All menus of the panel, in the order of creation, each with its page in the main window's stack.
+///
+/// The messages find menus and keys through this class, by name and identifier. The book keeps the
+/// menus' stack numbers true: when a page leaves the stack, the numbers above it go down by one.
 class MenuBook : public QObject
 {
     Q_OBJECT
 
 public:
-    // stack: where the menus' pages go, not owned.
+    /// Makes a book without menus.
+    /// \param stack where the menus' pages go, not owned
     explicit MenuBook(QStackedLayout* stack, QObject* parent = nullptr);
     ~MenuBook() override;
 
-    // Out: the first menu of this name, nullptr when there is none.
+    /// \return the first menu of this name, nullptr when there is none. Case counts.
     KeyBoard* find(const QString& name) const;
 
-    // Out: the first key with this identifier in the menu; nullptr when there is none or no menu.
+    /// \return the first key with this identifier in \a menu, nullptr when there is none or no
+    /// menu.
     static Key* findKey(const KeyBoard* menu, const QString& keyId);
 
-    // Out: the menu of this name; a plain one of 6 by 6 cells is made when there is none.
+    /// \return the first key with this identifier in the first menu of this name, nullptr when the
+    ///         menu or the key does not exist.
+    Key* findKey(const QString& menuName, const QString& keyId) const;
+
+    /// \return the first menu of this name; when there is none, a new plain menu of 6 by 6 cells.
     KeyBoard* findOrCreate(const QString& name);
 
-    // Takes over a menu that has been built: it becomes the last of the list and gets its page in
-    // the stack.
+    /// Takes over a menu that has been built: it becomes the last of the list and gets its page in
+    /// the stack.
     void add(KeyBoard* menu);
 
-    // Takes over a page that is no menu of its own; it gets its place in the stack and goes with
-    // the menus.
+    /// Takes over a page that is not a menu itself. It becomes the last page of the stack and is
+    /// deleted together with the menus.
     void addPage(QWidget* page);
 
-    // Schedules all menus, their keys and the other pages for deletion and forgets them. They leave
-    // the stack when that is carried out.
+    /// Schedules all menus, their keys and the other pages for deletion and forgets them at once.
+    /// Their pages leave the stack when they are deleted.
     void clear();
 
-    QList<KeyBoard*> pages;
+    QList<KeyBoard*> pages; ///< The menus, in the order of creation.
 
 signals:
-    // What any key of any menu sends.
+    /// Emitted when a key of any menu sends a message, frame characters included.
     void keyboard_response_message(QString message);
 
 private:
-    void removed(int index);
+    void pageRemoved(int index);
 
     QStackedLayout* m_stack;
     QList<QPointer<QWidget>> m_otherPages;

@@ -1,40 +1,65 @@
 #include "menus/MenuGroups.h"
 
+#include <QMargins>
+
+#include <array>
+
 namespace {
+
 constexpr QMargins GroupMargins(4, 15, 4, 4);
 constexpr int KeyWidth = 150;
 constexpr int KeyHeight = 80;
 constexpr int OptionHeight = 40;
-// with title and edges: squeezed with the page, the keys are still high enough for a finger
-constexpr int LeastOptions = 70;
+// With title and borders. The fixed window squeezes the page; at this height the keys inside are
+// still high enough for a finger.
+constexpr int MinOptionsHeight = 70;
+
+QGridLayout* newGrid(int columns, int rows, int keyHeight)
+{
+    auto* grid = new QGridLayout;
+    menuGroups::setCellSizes(grid, columns - 1, KeyWidth, rows - 1, keyHeight);
+    grid->setContentsMargins(GroupMargins);
+    return grid;
+}
+
+QGridLayout* newKeyGrid()
+{
+    return newGrid(menuGroups::GroupColumns, menuGroups::GroupRows, KeyHeight);
+}
+
 } // namespace
 
 namespace menuGroups {
 
-void setCellSizes(QGridLayout* grid, int lastCol, int minWidth, int lastRow, int minHeight)
+GroupCell GroupGrids::at(int row, int col) const
 {
-    for (int column = 0; column <= lastCol; ++column) {
-        grid->setColumnMinimumWidth(column, minWidth);
+    if (row < 0 || col < 0) {
+        return {};
     }
-    for (int row = 0; row <= lastRow; ++row) {
-        grid->setRowMinimumHeight(row, minHeight);
+    if (row >= GroupRows) {
+        return {options, 0, col};
     }
+    if (col >= KeyColumns) {
+        return {};
+    }
+    const std::array<QGridLayout*, 3> groups{channel1, channel2, combiner};
+    return {groups.at(static_cast<std::size_t>(col / GroupColumns)), row, col % GroupColumns};
 }
 
-QGridLayout* newChannelGrid()
+FourGroups addFourGroups(QGridLayout* outer, const QString& sheet)
 {
-    auto* grid = new QGridLayout;
-    setCellSizes(grid, 1, KeyWidth, 4, KeyHeight);
-    grid->setContentsMargins(GroupMargins);
-    return grid;
-}
-
-QGridLayout* newOptionsGrid()
-{
-    auto* grid = new QGridLayout;
-    setCellSizes(grid, 5, KeyWidth, 0, OptionHeight);
-    grid->setContentsMargins(GroupMargins);
-    return grid;
+    FourGroups groups;
+    groups.grids = {newKeyGrid(), newKeyGrid(), newKeyGrid(), newGrid(KeyColumns, 1, OptionHeight)};
+    groups.channel1 = newGroup(QStringLiteral("Channel 1"), groups.grids.channel1, sheet);
+    groups.channel2 = newGroup(QStringLiteral("Channel 2"), groups.grids.channel2, sheet);
+    groups.combiner = newGroup(QStringLiteral("Combiner"), groups.grids.combiner, sheet);
+    groups.options = newGroup(QStringLiteral("Options"), groups.grids.options, sheet);
+    groups.options->setMinimumHeight(MinOptionsHeight);
+    outer->addWidget(groups.channel1, 0, 0);
+    outer->addWidget(groups.channel2, 0, 1);
+    outer->addWidget(groups.combiner, 0, 2);
+    outer->addWidget(groups.options, 1, 0, 1, 3);
+    return groups;
 }
 
 QGroupBox* newGroup(const QString& title, QGridLayout* grid, const QString& sheet)
@@ -45,11 +70,14 @@ QGroupBox* newGroup(const QString& title, QGridLayout* grid, const QString& shee
     return box;
 }
 
-QGroupBox* newOptionsGroup(QGridLayout* grid, const QString& sheet)
+void setCellSizes(QGridLayout* grid, int lastCol, int minWidth, int lastRow, int minHeight)
 {
-    QGroupBox* box = newGroup(QStringLiteral("Options"), grid, sheet);
-    box->setMinimumHeight(LeastOptions);
-    return box;
+    for (int column = 0; column <= lastCol; ++column) {
+        grid->setColumnMinimumWidth(column, minWidth);
+    }
+    for (int row = 0; row <= lastRow; ++row) {
+        grid->setRowMinimumHeight(row, minHeight);
+    }
 }
 
 } // namespace menuGroups

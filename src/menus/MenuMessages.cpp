@@ -5,10 +5,15 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/KeyDefinition.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
 
 namespace {
 
-// Carries out a change on a key and on every key that mirrors it.
+// Carries out a change on a key and on every key linked with it.
+//
+// Quirk: it stops there. A message for a source key reaches all of its copies, one for a copy
+// reaches its source, but no other copy. See "Quirks" in docs/architecture.md.
 template <class Change>
 void onKeyAndLinked(Key* key, Change change)
 {
@@ -36,49 +41,42 @@ void MenuMessages::defineKey(const QStringList& fields)
         return;
     }
     KeyBoard* menu = book.findOrCreate(definition->menu);
-    if (Key* key = MenuBook::findKey(menu, definition->keyId)) {
+    if (Key* key = menu->findKey(definition->keyId)) {
         onKeyAndLinked(key, [&](Key& each) { definition->update(each); });
-    } else if (menu->mainMenu) {
-        addToMainMenu(menu, *definition);
-    } else {
-        menu->add_keyboard_button(definition->label, definition->keyId, definition->type,
-            definition->command, definition->units, definition->param, definition->options,
-            definition->value, definition->tog, definition->state, false, nullptr);
+        return;
     }
-}
-
-void MenuMessages::addToMainMenu(KeyBoard* menu, const KeyDefinition& definition)
-{
-    int row = menu->row;
-    int col = menu->col;
-    if (definition.fixed && menu->isPAXMainMenu()) {
-        const groupCells::Cell cell = groupCells::nextFixed(*menu);
-        row = cell.row;
-        col = cell.col;
-    } else {
-        ++menu->col;
+    std::optional<KeyBoard::Cell> cell;
+    if (definition->fixed && menu->kind() == KeyBoard::Kind::Pax) {
+        cell = groupCells::nextFixed(*menu);
     }
-    menu->add_keyboard_button_fixed(definition.label, definition.keyId, definition.type,
-        definition.command, definition.units, definition.param, definition.options,
-        definition.value, definition.tog, definition.state, false, nullptr, row, col);
+    menu->addKey(*definition, cell);
 }
 
 void MenuMessages::copyKey(const QStringList& fields)
 {
     KeyBoard* target = book.findOrCreate(fields.value(0));
-    Key* source = MenuBook::findKey(book.find(fields.value(1)), fields.value(2));
-    if (source == nullptr) {
-        return;
+    if (Key* source = book.findKey(fields.value(1), fields.value(2))) {
+        target->addCopy(*source);
     }
-    const KeyDefinition copy = KeyDefinition::of(*source);
-    target->add_keyboard_button(copy.label, copy.keyId, copy.type, copy.command, copy.units,
-        copy.param, copy.options, copy.value, copy.tog, copy.state, true, source);
-    source->linkedKeys += target->keys.last();
+}
+
+// Returns the key that the first two fields name; nullptr, which is logged, when there is none.
+Key* MenuMessages::namedKey(QLatin1String word, const QStringList& fields) const
+{
+    const QString menu = fields.value(0);
+    const QString keyId = fields.value(1);
+    Key* key = book.findKey(menu, keyId);
+    if (key == nullptr && fields.size() > 1) {
+        wire::logIgnored(logMenus(), word,
+            book.find(menu) == nullptr ? QStringLiteral("no menu ") + menu
+                                       : QStringLiteral("no key ") + keyId);
+    }
+    return key;
 }
 
 void MenuMessages::changeValue(const QStringList& fields)
 {
-    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    Key* key = namedKey(wire::word::CV, fields);
     if (key == nullptr) {
         return;
     }
@@ -92,7 +90,7 @@ void MenuMessages::changeValue(const QStringList& fields)
 
 void MenuMessages::changeState(const QStringList& fields)
 {
-    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    Key* key = namedKey(wire::word::CK, fields);
     if (key == nullptr) {
         return;
     }
@@ -108,7 +106,7 @@ void MenuMessages::lockChoices(const QStringList& fields)
     if (fields.size() < 3) {
         return;
     }
-    Key* key = MenuBook::findKey(book.find(fields.value(0)), fields.value(1));
+    Key* key = namedKey(wire::word::EI, fields);
     if (key == nullptr) {
         return;
     }
@@ -136,5 +134,7 @@ void MenuMessages::selectMenu(const QStringList& fields)
 {
     if (KeyBoard* menu = book.find(fields.value(0))) {
         emit showMenu(menu);
+    } else if (!fields.isEmpty()) {
+        wire::logIgnored(logMenus(), wire::word::SK, QStringLiteral("no menu ") + fields.value(0));
     }
 }

@@ -3,26 +3,24 @@
 #include "menus/KeyBoard.h"
 #include "menus/MenuGroups.h"
 
-#include <array>
-
 namespace {
 
-constexpr int GroupRows = 5;
-constexpr int GroupColumns = 2;
-constexpr int Columns = 6;
-
+// Quirk: unlike the sheet of a main menu, this one has no blanks behind it. See "Quirks" in
+// docs/architecture.md.
 QString groupSheet()
 {
     return QStringLiteral(
         "QGroupBox {background-color: black; border-width: 2px; border-style: solid; border-color: white; font-size: 12px; color: yellow; border-radius: 4px;}");
 }
 
-void moveCell(QGridLayout* from, int fromRow, int fromCol, QGridLayout* to, int row, int col)
+// Moves the widget of a plain menu's cell, if there is one, into its group.
+void moveCell(QGridLayout* cells, int row, int col, const menuGroups::GroupGrids& groups)
 {
-    const QLayoutItem* item = from->itemAtPosition(fromRow, fromCol);
+    const QLayoutItem* item = cells->itemAtPosition(row, col);
     if (QWidget* widget = item != nullptr ? item->widget() : nullptr) {
-        from->removeWidget(widget);
-        to->addWidget(widget, row, col);
+        const menuGroups::GroupCell to = groups.at(row, col);
+        cells->removeWidget(widget);
+        to.grid->addWidget(widget, to.row, to.col);
     }
 }
 
@@ -37,28 +35,17 @@ QWidget* regrouped(KeyBoard& menu)
     if (cells == nullptr) {
         return nullptr;
     }
-    const std::array<QGridLayout*, 3> groups{
-        menuGroups::newChannelGrid(), menuGroups::newChannelGrid(), menuGroups::newChannelGrid()};
-    QGridLayout* options = menuGroups::newOptionsGrid();
     auto* page = new QWidget;
     page->setObjectName(QStringLiteral("specialPage"));
     auto* outer = new QGridLayout(page);
-    outer->addWidget(
-        menuGroups::newGroup(QStringLiteral("Channel 1"), groups[0], groupSheet()), 0, 0);
-    outer->addWidget(
-        menuGroups::newGroup(QStringLiteral("Channel 2"), groups[1], groupSheet()), 0, 1);
-    outer->addWidget(
-        menuGroups::newGroup(QStringLiteral("Combiner"), groups[2], groupSheet()), 0, 2);
-    outer->addWidget(menuGroups::newOptionsGroup(options, groupSheet()), 1, 0, 1, 3);
-
-    for (int col = 0; col < Columns; ++col) {
-        QGridLayout* group = groups.at(static_cast<std::size_t>(col / GroupColumns));
-        for (int row = 0; row < GroupRows; ++row) {
-            moveCell(cells, row, col, group, row, col % GroupColumns);
+    const auto groups = menuGroups::addFourGroups(outer, groupSheet()).grids;
+    for (int col = 0; col < menuGroups::KeyColumns; ++col) {
+        for (int row = 0; row < menuGroups::GroupRows; ++row) {
+            moveCell(cells, row, col, groups);
         }
     }
-    for (int col = 0; col < Columns; ++col) {
-        moveCell(cells, GroupRows, col, options, 0, col);
+    for (int col = 0; col < menuGroups::KeyColumns; ++col) {
+        moveCell(cells, menuGroups::GroupRows, col, groups);
     }
     return page;
 }

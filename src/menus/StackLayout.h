@@ -2,15 +2,16 @@
 
 #include <QStackedLayout>
 
-// The sub-pages of a menu, of which one is shown at a time.
+/// The sub-pages of a plain menu, of which one is shown at a time.
 class StackLayout : public QStackedLayout
 {
     Q_OBJECT
 
 public:
+    /// Makes the layout of \a parent, without pages.
     explicit StackLayout(QWidget* parent = nullptr);
 
 public slots:
-    // Shows the next page, after the last one the first. Without pages: nothing.
+    /// Shows the next page, and after the last one the first. Does nothing without pages.
     void setNextIndex();
 };

@@ -1,12 +1,12 @@
 #include "popups/ChoiceCells.h"
 
+#include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 namespace {
 
 constexpr int CellWidth = 150;
 constexpr int CellHeight = 80;
-constexpr int TallestButton = 100;
 constexpr int Spacing = 4;
 constexpr int SpacingOfMany = 1;
 // above this many rows each pixel between them counts
@@ -34,7 +34,7 @@ QPushButton* ChoiceCells::addButton(
 {
     QPushButton* button = new TextButton(text, nullptr, TextButton::Shrinking);
     button->setStyleSheet(sheet);
-    button->setMaximumHeight(TallestButton);
+    button->setMaximumHeight(touch::MaxKeyHeight);
     addWidget(button, cell.row, cell.column);
     button->raise();
     return button;

@@ -1,6 +1,7 @@
 #include "popups/PadKeys.h"
 
 #include "touch/PopUpStyle.h"
+#include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 #include <QGridLayout>
@@ -10,7 +11,6 @@ namespace {
 constexpr int Rows = 5;
 constexpr int RowHeight = 70;
 constexpr int ColumnWidth = 150;
-constexpr int HighestKey = 100;
 constexpr int Spacing = 3;
 constexpr int KeyPixels = 26;
 constexpr int DigitRow = 3; // the lowest row of "1" to "9"
@@ -91,7 +91,7 @@ QPushButton* PadKeys::newKey(const QString& text, const QString& sheet)
     large.setPixelSize(KeyPixels);
     key->setFont(large);
     key->setStyleSheet(sheet);
-    key->setMaximumHeight(HighestKey);
+    key->setMaximumHeight(touch::MaxKeyHeight);
     // the cell decides, not the text
     key->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     key->setFocusPolicy(Qt::NoFocus);

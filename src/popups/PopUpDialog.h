@@ -23,10 +23,6 @@ public:
     // Where the contents go, from top to bottom; the title stands first.
     QVBoxLayout* column() const { return m_column; }
 
-    // Limits a window that is being shown to the screen, with its frame, and moves it to the middle
-    // of the panel's window (of the screen while there is none), as far as the screen allows.
-    static void centre(QWidget* window);
-
 protected:
     void showEvent(QShowEvent* event) override;
 

@@ -100,7 +100,7 @@ void PopUpIpPad::check_number()
     if (m_entry.isValid()) {
         emit valid_entry();
     } else {
-        EntryErrorBox::showAddressFormat(m_dialog);
+        entryErrorBox::showAddressFormat(m_dialog);
     }
 }
 

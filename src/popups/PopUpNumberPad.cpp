@@ -248,7 +248,7 @@ void PopUpNumberPad::_check_number(int multiplier)
         return;
     }
     const QPointer<PopUpNumberPad> self(this);
-    EntryErrorBox::showOutOfRange(m_dialog, m_entry.errorText(multiplier), m_ranges.errorText());
+    entryErrorBox::showOutOfRange(m_dialog, m_entry.errorText(multiplier), m_ranges.errorText());
     if (self != nullptr) {
         showEntry(m_entry.clearAfterError());
     }

@@ -2,6 +2,7 @@
 
 #include "popups/PopUpDialog.h"
 #include "touch/PopUpStyle.h"
+#include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 #include <QLabel>
@@ -20,7 +21,6 @@ constexpr int NextRepeatMs = 200;
 constexpr int MostInARow = 9;
 constexpr int ButtonWidth = 80;
 constexpr int ButtonHeight = 60;
-constexpr int ButtonHeightOfManyRows = 47;
 constexpr int ButtonFont = 22;
 
 QString sliderStyle()
@@ -74,8 +74,7 @@ void fillRows(QGridLayout& layout, const QList<QPushButton*>& buttons)
     const int rows = (count + MostInARow - 1) / MostInARow;
     const int columns = (count + rows - 1) / rows;
     for (int i = 0; i < count; ++i) {
-        buttons.at(i)->setMinimumSize(
-            ButtonWidth, rows > 1 ? ButtonHeightOfManyRows : ButtonHeight);
+        buttons.at(i)->setMinimumSize(ButtonWidth, rows > 1 ? touch::MinTarget : ButtonHeight);
         layout.addWidget(buttons.at(i), i / columns, i % columns);
         layout.setColumnStretch(i % columns, 1);
     }

@@ -11,12 +11,12 @@ constexpr qsizetype AddressAt = 1;
 constexpr qsizetype CommandAt = 5;
 constexpr qsizetype FieldSize = 4;
 
-// the longest spectrum has 65,547 bytes
-constexpr qsizetype MostBytes = qsizetype{256} * 1024;
+// The longest spectrum has 65,547 bytes.
+constexpr qsizetype MaxBytes = qsizetype{256} * 1024;
 
 QString text(const QByteArray& bytes, qsizetype from, qsizetype size)
 {
-    // a negative size runs to the end of the buffer
+    // Quirk: a negative size runs to the end of the buffer. See "Quirks" in docs/architecture.md.
     return QString::fromLatin1(bytes.mid(from, size < 0 ? -1 : size));
 }
 
@@ -44,8 +44,8 @@ Extent k7150Extent(const QByteArray& bytes)
     }
     const auto high = static_cast<quint8>(bytes.at(HeaderSize));
     const auto low = static_cast<quint8>(bytes.at(HeaderSize + 1));
-    // one character more than the length says: the card counts its points only, and the channel
-    // number comes before them
+    // One character more than the length says: the card counts its points only, and the channel
+    // number comes before them.
     return {true, From, high * 256 + low + 1};
 }
 
@@ -76,7 +76,7 @@ QString requestOf(const QByteArray& frame, bool withChecksum)
 
 void ReplyBuffer::clear()
 {
-    m_bytes.resize(0); // keeps its room
+    m_bytes.resize(0); // keeps its capacity, so that the next reply needs no allocation
     m_searched = 0;
     m_open = -1;
     m_close = -1;
@@ -86,7 +86,7 @@ void ReplyBuffer::clear()
 bool ReplyBuffer::findHeader()
 {
     if (!m_header) {
-        // the header may have begun in what was searched before
+        // The header may have begun in what was searched before.
         const qsizetype from = qMax(qsizetype{0}, m_searched - (HeaderSize - 1));
         const qsizetype at = m_bytes.indexOf(SpectrumHeader, from);
         m_header = at >= 0;
@@ -104,7 +104,7 @@ ReplyBuffer::Found ReplyBuffer::take(CmdMsg& reply, Layout layout)
     }
     const Found found = takeText(reply);
     m_searched = m_bytes.size();
-    return found == Found::NeedMore && m_searched > MostBytes ? dropGarbage() : found;
+    return found == Found::NeedMore && m_searched > MaxBytes ? dropGarbage() : found;
 }
 
 ReplyBuffer::Found ReplyBuffer::takeSpectrum(CmdMsg& reply, Layout layout)
@@ -130,8 +130,8 @@ ReplyBuffer::Found ReplyBuffer::takeText(CmdMsg& reply)
     if (m_open < 0 || m_close < 0) {
         return Found::NeedMore;
     }
-    // an end before the start gives a negative size, and so does a frame without room for its
-    // fields: both run to the end of what was received
+    // An end before the start gives a negative size, and so does a frame without room for its
+    // fields: in both cases text() runs to the end of what was received.
     const qsizetype dataAt = m_open + CommandAt + FieldSize;
     reply = CmdMsg(text(m_bytes, m_open + AddressAt, FieldSize),
         text(m_bytes, m_open + CommandAt, FieldSize), text(m_bytes, dataAt, m_close - dataAt));
@@ -141,7 +141,7 @@ ReplyBuffer::Found ReplyBuffer::takeText(CmdMsg& reply)
 
 ReplyBuffer::Found ReplyBuffer::dropGarbage()
 {
-    // the last bytes may be the beginning of a header
+    // The last bytes may be the beginning of a header.
     const QByteArray tail = m_bytes.right(HeaderSize - 1);
     clear();
     m_bytes = tail;

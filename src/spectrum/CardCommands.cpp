@@ -44,16 +44,25 @@ QString readTrims()
     return QStringLiteral("RTRM");
 }
 
+QString spectrumWord()
+{
+    return QStringLiteral("RFFT");
+}
+
 QString readSpectrum(int channel, int pass)
 {
     return withDigits(QStringLiteral("RFFT%1%2"), channel, pass);
 }
 
+bool isSpectrumRequest(const QString& request)
+{
+    return request.mid(AddressSize, WordSize) == spectrumWord();
+}
+
 int spectrumChannel(const QString& request)
 {
     constexpr int ChannelAt = AddressSize + WordSize;
-    if (request.mid(AddressSize, WordSize) != QLatin1String("RFFT") ||
-        request.size() <= ChannelAt) {
+    if (!isSpectrumRequest(request) || request.size() <= ChannelAt) {
         return -1;
     }
     const int channel = request.at(ChannelAt).unicode() - u'0';

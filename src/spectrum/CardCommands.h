@@ -3,53 +3,79 @@
 #include <QString>
 #include <QVector>
 
-// The words that the panel and a spectral card (or, about a card, the main unit) say to each other.
+/// The words that the panel and a spectral card say to each other, and what the panel tells the
+/// main unit and its demodulators about the card. Channels are 0 to 2.
 namespace card {
 
+/// The number of channels of a card.
 constexpr int Channels = 3;
 
-// The address of the one card on its bus, the prefix of every request.
-QString address(); // "0190"
+/// The address of the one card on its bus, the prefix of every request: "0190".
+QString address();
 
-// In: the four characters of the address, a command. Out: the request as the bus carries it: the
-// command is filled up with "0" to ten characters, or cut to ten.
+/// The request as the bus carries it: the address, then the command filled up with "0" to ten
+/// characters, or cut to ten.
+/// \param address four characters.
+/// \param command the word and its arguments.
 QString request(const QString& address, const QString& command);
 
-QString readName();    // "RNME"
-QString readVersion(); // "RVER"
-QString readSpans();   // "RNFT": answered by one digit a channel, its span index
-QString readTrims();   // "RTRM": answered by one digit a channel, its trim in dB
-// channel: 0 to 2. pass: 0 to 2, counts the rounds over the channels.
-QString readSpectrum(int channel, int pass); // "RFFT%1%2"
-// In: a request with its address. Out: the channel whose spectrum it asks for, 0 to 2, or -1 when
-// it asks for something else.
+/// "RNME": asks for the card's name.
+QString readName();
+/// "RVER": asks for the card's version.
+QString readVersion();
+/// "RNFT": asks for the span index of each channel. The reply has one digit per channel.
+QString readSpans();
+/// "RTRM": asks for the trim of each channel. The reply has one digit per channel, in dB.
+QString readTrims();
+/// The word of a request for a spectrum and of its reply: "RFFT".
+QString spectrumWord();
+/// "RFFT%1%2": asks for the spectrum of a channel.
+/// \param channel 0 to 2.
+/// \param pass 0 to 2, counts the rounds over the channels.
+QString readSpectrum(int channel, int pass);
+/// \param request with its address.
+/// \return whether it asks for a spectrum, of whatever channel.
+bool isSpectrumRequest(const QString& request);
+/// \param request with its address.
+/// \return the channel whose spectrum it asks for; -1 when it asks for something else.
 int spectrumChannel(const QString& request);
-// channel: 0 to 2. span: an index into the span table.
-QString setSpan(int channel, int span); // "CNFT%1%2"
-// channel: 0 to 2. trim: 0 to 9, in dB.
-QString setTrim(int channel, int trim); // "CTRM%1%2"
+/// "CNFT%1%2": sets the span of a channel.
+/// \param channel 0 to 2.
+/// \param span an index into the span table.
+QString setSpan(int channel, int span);
+/// "CTRM%1%2": sets the trim of a channel.
+/// \param channel 0 to 2.
+/// \param trim 0 to 9, in dB.
+QString setTrim(int channel, int trim);
 
-// The queue marker behind which spectra have the new span. channel: 0 to 2.
-QString clearAverage(int channel); // "ClrAvg%1"
-// In: a queue marker. Out: its channel, 0 to 2, or -1 when it is no clear-average marker or names
-// no such channel.
+/// "ClrAvg%1": the queue marker behind which the spectra of a channel have the new span.
+QString clearAverage(int channel);
+/// \return the channel of a clear-average marker; -1 for another marker, and for one that names
+/// no channel.
 int clearAverageChannel(const QString& marker);
 
-// In: the data of a reply to readSpans() or readTrims(). Out: one number a channel, or an empty
-// list when it is not at least three digits.
+/// Reads the data of a reply to readSpans() or readTrims().
+/// \return one number per channel; empty when the data do not begin with three digits.
 QVector<int> digits(const QString& data);
 
-// To a demodulator (1 to 3), without frame characters. fftParam: of the span table.
-QString demodulatorSpan(int demodulator, const QString& fftParam); // "D%1:NFFT:%2"
-QString demodulatorSpectrumOn(int demodulator);                    // "D%1:SPEN:1"
+/// "D%1:NFFT:%2": tells a demodulator its span, without frame characters.
+/// \param demodulator 1 to 3.
+/// \param fftParam of the span table.
+QString demodulatorSpan(int demodulator, const QString& fftParam);
+/// "D%1:SPEN:1": tells a demodulator to send spectra, without frame characters.
+/// \param demodulator 1 to 3.
+QString demodulatorSpectrumOn(int demodulator);
 
-// To the main unit, which does not see the card's bus: that the card is there, and its version.
+/// Tells the main unit, which does not see the card's bus, that the card is there.
 QString listEntry();
+/// Tells the main unit the card's version.
 QString versionEntry(const QString& version);
 
-// How a card is shown: "NAME Ver:1.02". A K7150 has no name and version of its own.
+/// How a card is shown: "NAME Ver:1.02".
 QString nameAndVersion(const QString& name, const QString& version);
+/// How a K7150 is shown, which cannot be asked for its version: "SDU Ver:1.23".
 QString k7150Version();
-QString k7150Name(); // "K7150_Spectrum"
+/// The name of a K7150, which cannot be asked for it: "K7150_Spectrum".
+QString k7150Name();
 
 } // namespace card

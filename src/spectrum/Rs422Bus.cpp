@@ -10,13 +10,9 @@
 
 namespace {
 
-constexpr QChar Marker{0x07};
-constexpr QChar OwnTimeout{0x08};
-constexpr int ReplyMs = 450;
-constexpr int LongestReplyMs = 10000;
 constexpr int DrainMs = 50;
-// a line that takes nothing for minutes must not fill the memory with requests
-constexpr qint64 MostUnsent = 4096;
+// A line that takes nothing for minutes must not fill the memory with requests.
+constexpr qint64 MaxUnsentBytes = 4096;
 
 QString printable(const QByteArray& bytes)
 {
@@ -61,90 +57,84 @@ void Rs422Bus::close()
 
 void Rs422Bus::sendMessage(const QString& msg)
 {
-    {
-        const QMutexLocker lock(&m_txMutex);
-        m_txQueue.append(msg);
-    }
+    enqueue(bus::QueueEntry::fromText(msg));
+}
+
+void Rs422Bus::sendMessage(const QString& msg, int timeout)
+{
+    enqueue(bus::QueueEntry::timedRequest(msg, timeout));
+}
+
+void Rs422Bus::setMessageQueFlag(const QString& flag)
+{
+    enqueue(bus::QueueEntry::marker(flag));
+}
+
+void Rs422Bus::enqueue(const bus::QueueEntry& entry)
+{
+    m_txQueue.append(entry);
     if (!m_awaitingReply) {
         run();
     }
 }
 
-void Rs422Bus::sendMessage(const QString& msg, int timeout)
-{
-    sendMessage(OwnTimeout + QString::number(timeout) + QLatin1Char(' ') + msg);
-}
-
-void Rs422Bus::setMessageQueFlag(const QString& flag)
-{
-    sendMessage(Marker + flag);
-}
-
 void Rs422Bus::addToStatusQueue(QStringList& list)
 {
-    m_statusQueue += list;
+    for (const QString& text : std::as_const(list)) {
+        m_statusQueue.append(bus::QueueEntry::requestFromText(text));
+    }
 }
 
 bool Rs422Bus::isWaiting(const QString& request) const
 {
-    return std::any_of(m_txQueue.cbegin(), m_txQueue.cend(), [&](const QString& queued) {
-        const bool timed = queued.startsWith(OwnTimeout);
-        return (timed ? queued.section(QLatin1Char(' '), 1) : queued) == request;
-    });
+    return std::any_of(
+        m_txQueue.cbegin(), m_txQueue.cend(), [&request](const bus::QueueEntry& entry) {
+            return entry.kind() != bus::QueueEntry::Kind::Marker && entry.text() == request;
+        });
 }
 
 void Rs422Bus::run()
 {
-    // writing may wait for the line, and a reply that comes meanwhile must not start another
+    // Writing may wait for the line, and a reply that comes meanwhile must not start another
+    // transaction.
     if (m_starting) {
         return;
     }
     m_starting = true;
-    QString request;
-    if (takeRequest(request)) {
-        start(request);
-    }
+    passMarkers();
+    sendNext();
     m_starting = false;
 }
 
-bool Rs422Bus::takeRequest(QString& request)
+// Announces the markers that stand before the next request.
+void Rs422Bus::passMarkers()
 {
-    while (!m_txQueue.isEmpty()) {
-        request = m_txQueue.takeFirst();
-        if (!request.startsWith(Marker)) {
-            return true;
-        }
-        passMarker(request);
+    while (!m_txQueue.isEmpty() && m_txQueue.constFirst().kind() == bus::QueueEntry::Kind::Marker) {
+        const QString flag = m_txQueue.takeFirst().text();
+        // What is queued by the receiver of the signal waits for its turn.
+        m_awaitingReply = true;
+        emit messageQueueFlag(flag);
+        m_awaitingReply = false;
     }
-    if (m_statusQueue.isEmpty()) {
-        return false;
-    }
-    request = m_statusQueue.at(m_statusIndex);
-    m_statusIndex = (m_statusIndex + 1) % static_cast<int>(m_statusQueue.size());
-    return true;
 }
 
-void Rs422Bus::passMarker(const QString& marker)
+void Rs422Bus::sendNext()
 {
-    // what is queued meanwhile waits for its turn
-    m_awaitingReply = true;
-    emit messageQueueFlag(marker.mid(1));
-    m_awaitingReply = false;
+    if (!m_txQueue.isEmpty()) {
+        start(m_txQueue.takeFirst());
+    } else if (!m_statusQueue.isEmpty()) {
+        const bus::QueueEntry request = m_statusQueue.at(m_statusIndex);
+        m_statusIndex = (m_statusIndex + 1) % static_cast<int>(m_statusQueue.size());
+        start(request);
+    }
 }
 
-void Rs422Bus::start(const QString& queued)
+void Rs422Bus::start(const bus::QueueEntry& request)
 {
-    QString request = queued;
-    int timeout = ReplyMs;
-    if (queued.startsWith(OwnTimeout)) {
-        // a timeout that is no number counts as 0
-        timeout = qBound(0, queued.mid(1).section(QLatin1Char(' '), 0, 0).toInt(), LongestReplyMs);
-        request = queued.mid(1).section(QLatin1Char(' '), 1);
-    }
-    m_txFrame = bus::frame(request, m_startOfFrame, m_endOfFrame, m_oldProtocol);
+    m_txFrame = bus::frame(request.text(), m_startOfFrame, m_endOfFrame, m_oldProtocol);
     write();
     m_awaitingReply = true;
-    m_replyTimerId = startTimer(timeout, Qt::PreciseTimer);
+    m_replyTimerId = startTimer(request.timeoutMs(), Qt::PreciseTimer);
 }
 
 void Rs422Bus::write()
@@ -152,9 +142,9 @@ void Rs422Bus::write()
     QSerialPort& port = m_line.port();
     drain(port);
     if (!port.isOpen()) {
-        return; // ends by its timer like any request without a reply
+        return; // The reply timer ends the transaction, as for any request without a reply.
     }
-    if (port.bytesToWrite() > MostUnsent) {
+    if (port.bytesToWrite() > MaxUnsentBytes) {
         port.clear(QSerialPort::Output);
     }
     port.write(m_txFrame);
@@ -172,18 +162,22 @@ void Rs422Bus::processReadyRead()
         using Found = bus::ReplyBuffer::Found;
         const auto layout = m_k7150Type ? bus::Layout::K7150 : bus::Layout::Decimal;
         const Found found = m_rxBuffer.take(message, layout);
-        if (found != Found::Reply && found != Found::Spectrum) {
-            continue;
+        if (found == Found::Reply || found == Found::Spectrum) {
+            takeReply(message, found == Found::Spectrum);
         }
-        const bool answered = m_awaitingReply;
-        emit messageReceived(message);
-        if (answered) {
-            m_awaitingReply = false;
-        }
-        // a reply that nobody asked for may have made the owner ask for something
-        if (found == Found::Spectrum && !m_awaitingReply) {
-            run();
-        }
+    }
+}
+
+void Rs422Bus::takeReply(const CmdMsg& message, bool isSpectrum)
+{
+    const bool answered = m_awaitingReply;
+    emit messageReceived(message);
+    if (answered) {
+        m_awaitingReply = false;
+    }
+    // A reply that nobody asked for may have made the owner send a request.
+    if (isSpectrum && !m_awaitingReply) {
+        run();
     }
 }
 
@@ -191,14 +185,15 @@ void Rs422Bus::timerEvent(QTimerEvent* event)
 {
     const int id = event->timerId();
     killTimer(id);
-    // of a transaction that was answered before the next one began
+    // The timer of a transaction that was answered before the next one began ends nothing.
     if (id != m_replyTimerId) {
         return;
     }
     m_replyTimerId = 0;
-    // without checksums every transaction is reported, also an answered one: kept so
+    // Quirk: without checksums an answered transaction is reported as lost, too. See "Quirks" in
+    // docs/architecture.md.
     if (m_awaitingReply || !m_oldProtocol) {
-        m_awaitingReply = true; // what the owner queues now waits for run() below
+        m_awaitingReply = true; // What the owner queues now waits for run() below.
         emit messageTxSuccess(lastRequest(), NoReply);
     }
     m_awaitingReply = false;

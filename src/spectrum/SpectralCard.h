@@ -5,122 +5,152 @@
 #include "wire/SpanTable.h"
 
 #include <QList>
-#include <QTimer>
 #include <QWidget>
 
-#include <array>
+#include <memory>
 
-class QComboBox;
+class CardSession;
 class SpectrumArea;
 class SpectrumChart;
 
-// One spectral card and its page: three channels, each with a chart and its span.
-//
-// A poll out: the timer's turn, UpdateCmds() picks the next shown channel, sendSerialCmd() puts the
-// address before the command, the bus carries it. A spectrum in: the bus hands over a CmdMsg,
-// CommSpectral_Command() finds its channel, the channel's chart takes the points, specUpdate()
-// passes them on. A poll is under way until its reply or for 2,500 ms, and as long as it waits in
-// the bus's queue; the timer asks for the next one when none is, 20 times a second at most. It runs
-// only while the page is on the screen, or while setOverRideVisCheck() says that a chart of it is
-// lent to another page, whether that one is on the screen or not. Beside the timer, the older
-// card's lost reply asks for the next spectrum, once, also when the page is hidden by then.
-//
-// A span out: the card is told by a request with a marker behind it. Until the marker has passed,
-// spectra of that channel were measured with the span before, and are dropped; further choices
-// wait, and the last one of them is told then: however fast they come, one is queued. A K7150's
-// demodulator is told as well, by updateDemodCh(); what has not been told yet is before the first
-// poll.
-//
-// Channels are 0 to 2 and spans are indexes into m_spanTable throughout; others are ignored.
+/// The page of one spectral card: three channels, each with a chart and its span.
+///
+/// The page shows, its CardSession talks to the card. A spectrum in: the session passes the points
+/// on, the channel's chart takes them, specUpdate() hands them to whoever forwards them. A span
+/// out: the combo box, setSpanComboBox() and SetSpan() tell it to the session, which reports it
+/// back to the chart, the box and spanChanged(). The card is polled while the page is on the
+/// screen, or while setOverRideVisCheck() says that a chart of it is lent to another page, whether
+/// that one is on the screen or not.
+///
+/// Channels are 0 to 2 and spans are indexes into m_spanTable throughout; others are ignored.
 class SpectralCard : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// One span that the operator can choose.
     using SPANINFO = SpanInfo;
+    /// All spans, narrowest first.
     static const QVector<SPANINFO> m_spanTable;
 
-    // window: which pair of receivers the card serves, 0 "CH.1/CH.2/CMB.1", others
-    // "CH.3/CH.4/CMB.2". portName: the card's port, without a directory.
+    /// \param parent the page's parent.
+    /// \param window which pair of receivers the card serves: 0 for "CH.1/CH.2/CMB.1", others for
+    /// "CH.3/CH.4/CMB.2".
+    /// \param portName the card's port, without a directory.
     SpectralCard(QWidget* parent, int window, const QString& portName);
     ~SpectralCard() override;
 
-    // Whether the card's first port is open.
-    bool isOpen() const { return m_buses[0] != nullptr && m_buses[0]->isOpen(); }
+    /// Whether the card's first port is open.
+    bool isOpen() const;
 
-    // Sends one request through the first bus. command: is filled up or cut to ten characters.
-    // timeout: of the reply in ms; below 1, and without it, the bus's own.
+    /// Sends one request through the first bus.
+    /// \param command is filled up or cut to ten characters.
+    /// \param timeout for the reply in ms; below 1 the bus's own.
     void sendSerialCmd(const QString& command, int timeout);
+    /// Sends one request through the first bus, with the bus's own timeout.
     void sendSerialCmd(const QString& command);
 
-    // Asks for the next spectrum: of the next channel whose area is shown; of none, if none is.
+    /// Asks for the next spectrum: of the next channel whose area is shown; of none, if none is.
     void UpdateCmds();
 
-    // Goes over to a card of the K7150 type on three ports.
+    /// Goes over to a card of the K7150 type on three ports.
     void setK7150(const QString& port1, const QString& port2, const QString& port3);
-    bool k7150Type() const { return m_k7150Type; }
+    /// Whether the card is of the K7150 type.
+    bool k7150Type() const;
 
-    // Asks the card for its version, spans and trims, what of it has not been asked already. A
-    // K7150 is asked nothing: its demodulators are told to send spectra, they and it with which
-    // span.
+    /// Asks the card for its version, spans and trims, what of it has not been asked already. A
+    /// K7150 is asked nothing: its demodulators are told to send spectra, they and it with which
+    /// span.
     void initSA();
 
-    int getSpan(int channel) const; // -1 for no such channel
+    /// The span of a channel; -1 for no such channel.
+    int getSpan(int channel) const;
+    /// The labels of the span table.
     QStringList getSpanList() const;
-    QVector<double> spanTicks(int span) const; // in MHz around 70 MHz; empty for no such span
+    /// The tick positions of a span in MHz, for a chart around 70 MHz; empty for no such span.
+    QVector<double> spanTicks(int span) const;
+    /// What a channel's combo box offers; empty for no such channel.
     QStringList cboSpanItems(int channel) const;
-    // Chooses a span as the operator would in the combo box.
+    /// Chooses a span as the operator would in the combo box.
     void setSpanComboBox(int channel, int span);
+    /// Chooses a span.
     void SetSpan(int channel, int span);
-    // rf: the frequency in the middle of the channel's chart, in MHz, above 0.
+    /// Sets the frequency in the middle of a channel's chart.
+    /// \param rf in MHz, above 0; others are ignored.
+    /// \param channel 0 to 2; others are ignored.
     void setRf(double rf, int channel);
-    double centre(int channel) const; // in MHz; 0 for no such channel
-    // levels: of the horizontal markers in dB; an empty list removes them.
+    /// The frequency in the middle of a channel's chart, in MHz; 0 for no such channel.
+    double centre(int channel) const;
+    /// Sets the horizontal markers of a channel's chart.
+    /// \param channel 0 to 2; others are ignored.
+    /// \param levels in dB; an empty list removes them.
     void setHMarkers(int channel, const QList<double>& levels);
-    // colour: 0 red, 1 green, 2 blue, 3 cyan, 4 magenta, 5 yellow, 6 white, 7 grey. trace: of the
-    // channel of that number; -1 for all.
+    /// Sets the colour of a trace.
+    /// \param colour 0 red, 1 green, 2 blue, 3 cyan, 4 magenta, 5 yellow, 6 white, 7 grey.
+    /// \param trace that of the channel of this number; -1 for all.
     void setLineColor(int colour, int trace);
-    static QColor lineColor(int colour); // invalid for no such number
-    // trim: 0 to 9, in dB. It is the card's own correction: its levels have it in them, nothing is
-    // added here. No page has a key for it; it is there for whoever trims a card.
+    /// The colour of a number as in setLineColor(); invalid for no such number.
+    static QColor lineColor(int colour);
+    /// Tells the card its own correction, which its levels contain: nothing is added here. No page
+    /// has a key for it; it is there for whoever trims a card.
+    /// \param channel 0 to 2; others are ignored.
+    /// \param trim 0 to 9, in dB; others are ignored.
     void setTrim(int channel, int trim);
-    int trim(int channel) const; // as the card or setTrim() said last; -1 for no such channel
+    /// The trim in dB, as the card or setTrim() said last; -1 for no such channel.
+    int trim(int channel) const;
 
-    // The channel's chart, to be put into another page; nullptr for no such channel.
+    /// A channel's chart, to be put into another page; nullptr for no such channel.
     SpectrumChart* chart(int channel) const;
-    // Puts it back into this page.
+    /// Puts a channel's chart back into this page.
     void returnChartToVbox(int channel);
+    /// Sets the name in the title of a channel's chart.
     void SetChartAreaName(int channel, const QString& name);
+    /// Shows or hides a channel. A hidden channel is not polled.
     void SetChartAreaVisible(int channel, bool on);
+    /// Whether a channel is shown when the page is.
     bool chartAreaVisible(int channel) const;
-    // The name in the titles of all charts.
+    /// Sets the title of the window and the name in the titles of all charts.
     void WindowName(const QString& name);
 
-    // Whether the card is polled although its page is not on the screen.
+    /// Whether the card is polled although its page is not on the screen.
     bool getOverRideVisCheck() const { return m_overRideVisCheck; }
+    /// Sets whether the card is polled although its page is not on the screen.
     void setOverRideVisCheck(bool on);
 
-    // Builds the charts; once.
+    /// Builds the charts; later calls do nothing.
     void initCharts();
 
 public slots:
+    /// Takes a reply of the card.
     void CommSpectral_Command(const CmdMsg& message);
+    /// Takes the bus's report that a request got no reply; after a spectrum request of this card,
+    /// the next spectrum is asked for.
     void ComPortTimeOut(const QString& request, Rs422Bus::Results result);
+    /// Takes a queue marker that has passed: from now on spectra of its channel have the new span.
     void queFlag(const QString& flag);
+    /// Chooses the span that a channel's combo box shows.
+    ///@{
     void cboSpan1_SelectedIndexChanged();
     void cboSpan2_SelectedIndexChanged();
     void cboSpan3_SelectedIndexChanged();
+    ///@}
+    /// Polls the card if it should be polled and no poll is under way.
     void timerTimeOut();
 
 signals:
-    // A card is there; its name.
+    /// Emitted when a card has said its name, or has been taken for a K7150.
     void cardDetected(QString name);
-    // "NAME Ver:1.02"
+    /// Emitted when the card's version is known.
+    /// \param text name and version, "NAME Ver:1.02".
     void cardVersionUpdated(QString text);
-    // A message for the main unit, with its frame characters.
+    /// Emitted when the main unit or a demodulator has to be told something.
+    /// \param message with its frame characters.
     void updateDemodCh(QString message);
-    // points: one byte a point, level in dB = byte × 0.5 − 120.
+    /// Emitted when a spectrum has been shown.
+    /// \param points one byte per point, level in dB = byte × 0.5 − 120.
+    /// \param channel 0 to 2.
     void specUpdate(QByteArray points, int channel);
+    /// Emitted when the span of a channel has become another one.
     void spanChanged(int channel, int span);
 
 protected:
@@ -128,45 +158,12 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    static bool isChannel(int channel) { return channel >= 0 && channel < card::Channels; }
-    Rs422Bus* newBus(const QString& portName, int baudRate);
-    Rs422Bus* newK7150Bus(const QString& portName);
-    void busOpened();
     void connectCombos();
-    void ask(const QString& command);
-    void tellCard(int channel);
-    void tellDemodulator(int channel);
-    void tellSpansBeforePoll();
-    void skipHidden();
-    void countOn();
-    int askedChannel() const;
-    void takeSpectrum(const CmdMsg& message);
-    void takeSpans(const QString& text);
-    void takeTrims(const QString& text);
-    void showSpan(int channel, int span);
-    bool pollUnderWay() const;
-    void runTimerWhenNeeded();
-    void tell(const QString& body);
+    void connectSession();
+    void chooseFromBox(int channel);
+    void pollWhenNeeded();
 
-    std::array<Rs422Bus*, card::Channels> m_buses{}; // the first one carries all requests
-    QList<SpectrumArea*> m_areas;                    // one a channel
-    std::array<int, card::Channels> m_spans{};
-    std::array<int, card::Channels> m_toldSpans{}; // what the card was told last
-    std::array<bool, card::Channels> m_demodulatorTold{};
-    std::array<bool, card::Channels> m_cardTold{}; // since the K7150 is there
-    std::array<int, card::Channels> m_trims{};
-    std::array<bool, card::Channels> m_shown{};
-    std::array<bool, card::Channels> m_averageClearPending{}; // the marker has not passed
-    QTimer m_timer{this};
-    QTimer m_replyDue{this}; // runs while the poll under way may still be answered
-    QString m_address;
-    QString m_name;
-    QString m_askedCommand;
-    int m_askedChannel = -1;   // of the poll under way, -1 when none is
-    int m_lastChannel = 0;     // whose poll was queued last
-    bool m_askedStale = false; // its frequency was changed meanwhile
-    quint8 m_channel = 0;      // polling counters
-    quint8 m_pass = 0;
-    bool m_k7150Type = false;
+    std::unique_ptr<CardSession> m_session; // also a child, for those who look for its buses
+    QList<SpectrumArea*> m_areas;           // one per channel
     bool m_overRideVisCheck = false;
 };

@@ -13,9 +13,9 @@
 namespace {
 
 constexpr int ProbeMs = 100;
-constexpr qint64 MostUnread = 4096;
+constexpr qint64 MaxUnreadBytes = 4096;
 
-// a socket that a panel has left behind when it was killed, and that nobody serves now
+// Whether a panel that was killed has left this socket behind, and nobody serves it now.
 bool isAbandoned(const QString& path)
 {
     struct stat status = {};
@@ -41,7 +41,7 @@ SpectralRemote::SpectralRemote(SpectralCard* card, QObject* parent)
     connect(&m_server, &QLocalServer::newConnection, this, &SpectralRemote::takeReaders);
     const QString path = qEnvironmentVariable("QN740_SPECTRUM_SOCKET");
     if (!path.isEmpty()) {
-        // a server puts a relative one into the directory for temporary files
+        // QLocalServer would put a relative path into the directory for temporary files.
         listen(QFileInfo(path).absoluteFilePath());
         connect(card, &SpectralCard::specUpdate, this, &SpectralRemote::forward);
     }
@@ -60,7 +60,7 @@ void SpectralRemote::listen(const QString& path)
     if (isAbandoned(path)) {
         QFile::remove(path);
     }
-    // listening would replace whatever stands there
+    // Listening would replace whatever stands there.
     if (QFileInfo::exists(path)) {
         qCWarning(logSpectrum).noquote() << "no spectra at" << path << ": in use";
         return;
@@ -75,12 +75,12 @@ void SpectralRemote::listen(const QString& path)
 void SpectralRemote::takeReaders()
 {
     while (QLocalSocket* reader = m_server.nextPendingConnection()) {
-        if (m_readers.size() >= MostReaders) {
+        if (m_readers.size() >= MaxReaders) {
             reader->abort();
             reader->deleteLater();
             continue;
         }
-        reader->setReadBufferSize(MostUnread);
+        reader->setReadBufferSize(MaxUnreadBytes);
         connect(reader, &QLocalSocket::readyRead, reader, [reader] { reader->readAll(); });
         connect(reader, &QLocalSocket::disconnected, this, [this, reader] { forget(reader); });
         m_readers += reader;
@@ -95,11 +95,11 @@ void SpectralRemote::forget(QLocalSocket* reader)
 
 qint64 SpectralRemote::backlog() const
 {
-    qint64 most = 0;
+    qint64 slowest = 0;
     for (const QLocalSocket* reader : m_readers) {
-        most = qMax(most, reader->bytesToWrite());
+        slowest = qMax(slowest, reader->bytesToWrite());
     }
-    return most;
+    return slowest;
 }
 
 QByteArray SpectralRemote::line(const QByteArray& points, int channel, double centre, double span)
@@ -133,9 +133,10 @@ void SpectralRemote::forward(const QByteArray& points, int channel)
     const int span = m_card->getSpan(channel);
     const double width = SpectralCard::m_spanTable.value(span).spanMHz;
     const QByteArray text = line(points, channel, m_card->centre(channel), width);
-    const QList<QLocalSocket*> readers = m_readers; // writing may end one
+    const QList<QLocalSocket*> readers =
+        m_readers; // a copy, because writing may make a reader disconnect
     for (QLocalSocket* reader : readers) {
-        if (reader->bytesToWrite() + text.size() <= MostBacklog) {
+        if (reader->bytesToWrite() + text.size() <= MaxBacklogBytes) {
             reader->write(text);
         }
     }

@@ -1,32 +1,33 @@
 #pragma once
 
-#include <QFont>
+#include "touch/TextFit.h"
+
 #include <QLabel>
 
-// A label whose text never decides how large it is: what does not fit its room is broken into
-// lines at blanks, then drawn in a smaller font, then broken anywhere, then elided. text() stays
-// what it was set to, and is always plain text.
+/// A label whose text never decides how large the label is.
+///
+/// The layout gives the label a room; when it is painted, its text is fitted into that room by
+/// TextFit: broken into lines at blanks, then drawn in smaller letters, then broken anywhere, then
+/// shortened. text() stays what it was set to, and is always plain text.
 class FittedLabel : public QLabel
 {
     Q_OBJECT
 
 public:
+    /// How far a label's text is changed before it is shortened.
+    static constexpr TextFit::Limits Limits{12, 9, 2000, true};
+
+    /// Makes a label without text.
     explicit FittedLabel(QWidget* parent = nullptr);
 
+    /// \reimp No size: the text asks for none.
     QSize sizeHint() const override;
+    /// \reimp No size: the text asks for none.
     QSize minimumSizeHint() const override;
-
-    // How a text is drawn: `flags` are Qt::TextFlag values for line breaks.
-    struct Fit
-    {
-        QString text; // elided where it must be
-        QFont font;
-        int flags = 0;
-    };
-    // In: a text, the font it should have, the room in pixels. Out: the first way of drawing it
-    // that fits.
-    static Fit fit(const QString& text, const QFont& font, const QSize& room);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    TextFit m_fit;
 };

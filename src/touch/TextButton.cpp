@@ -1,5 +1,7 @@
 #include "touch/TextButton.h"
 
+#include "touch/Sizes.h"
+
 #include <QFontMetrics>
 #include <QStyleOptionButton>
 #include <QStylePainter>
@@ -8,25 +10,40 @@ namespace {
 
 // border and a blank pixel on each side, as the style sheets of the keys have it
 constexpr int Margin = 4;
-constexpr int MarginOfShrinking = 3;
+constexpr int ShrinkingMargin = 3;
 
 // the least width of a column of keys
-constexpr int WidestHint = 150;
+constexpr int MaxHintWidth = 150;
 
 constexpr QChar Ellipsis(0x2026);
 
-// no key can show more characters than this, whatever the main unit sends
-constexpr qsizetype MostCharacters = 400;
+// How many characters from the start of the text fit the width, one at least. Measures starts of
+// doubling length first: a line is short however long the text is.
+qsizetype fittingCharacters(const QString& text, const QFontMetrics& metrics, int width)
+{
+    const auto fits = [&](qsizetype count) {
+        return metrics.horizontalAdvance(text.left(count)) <= width;
+    };
+    qsizetype good = 1;
+    qsizetype bad = 2;
+    while (bad <= text.size() && fits(bad)) {
+        good = bad;
+        bad *= 2;
+    }
+    bad = qMin(bad, text.size() + 1);
+    while (bad - good > 1) {
+        const qsizetype tried = (good + bad) / 2;
+        (fits(tried) ? good : bad) = tried;
+    }
+    return good;
+}
 
 QStringList brokenLines(const QString& paragraph, const QFontMetrics& metrics, int width)
 {
     QStringList lines;
     QString rest = paragraph;
     while (!rest.isEmpty()) {
-        qsizetype fits = rest.size();
-        while (fits > 1 && metrics.horizontalAdvance(rest.left(fits)) > width) {
-            --fits;
-        }
+        const qsizetype fits = fittingCharacters(rest, metrics, width);
         qsizetype cut = fits;
         if (fits < rest.size() && rest.at(fits) != QLatin1Char(' ')) {
             const qsizetype blank = rest.left(fits).lastIndexOf(QLatin1Char(' '));
@@ -38,24 +55,12 @@ QStringList brokenLines(const QString& paragraph, const QFontMetrics& metrics, i
     return lines;
 }
 
-int textFlags(bool anywhere)
-{
-    const int wrap = anywhere ? Qt::TextWrapAnywhere : Qt::TextWordWrap;
-    return Qt::AlignCenter | wrap;
-}
-
-bool fits(const QString& text, const QFont& font, const QSize& room, bool anywhere)
-{
-    const QRect space(QPoint(0, 0), room);
-    const QRect taken = QFontMetrics(font).boundingRect(space, textFlags(anywhere), text);
-    return taken.width() <= room.width() && taken.height() <= room.height();
-}
-
 } // namespace
 
 TextButton::TextButton(const QString& text, QWidget* parent, Looks looks)
     : QPushButton(text, parent)
     , m_looks(looks)
+    , m_fit(Limits)
 {
     if (looks.testFlag(Shrinking)) {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -66,7 +71,7 @@ TextButton::TextButton(const QString& text, QWidget* parent, Looks looks)
 QString TextButton::fitted(const QString& text, const QFontMetrics& metrics, int width, int height)
 {
     QStringList lines;
-    for (const QString& paragraph : text.left(MostCharacters).split(QLatin1Char('\n'))) {
+    for (const QString& paragraph : text.left(Limits.maxCharacters).split(QLatin1Char('\n'))) {
         if (metrics.horizontalAdvance(paragraph) <= width) {
             lines += paragraph;
         } else {
@@ -82,36 +87,13 @@ QString TextButton::fitted(const QString& text, const QFontMetrics& metrics, int
     return lines.join(QLatin1Char('\n'));
 }
 
-TextButton::Fit TextButton::shrunk(const QString& text, const QFont& font, const QSize& room)
-{
-    const QString shown = text.trimmed().left(MostCharacters);
-    QFont tried = font;
-    for (const bool anywhere : {false, true}) {
-        for (int pixels = font.pixelSize(); pixels >= SmallestFont; --pixels) {
-            tried.setPixelSize(pixels);
-            if (fits(shown, tried, room, anywhere)) {
-                return {shown, pixels, anywhere};
-            }
-        }
-    }
-    const int smallest = qMin(font.pixelSize(), SmallestFont);
-    tried.setPixelSize(qMax(1, smallest));
-    QString rest = shown;
-    QString elided;
-    do {
-        rest.chop(1);
-        elided = rest + Ellipsis;
-    } while (!rest.isEmpty() && !fits(elided, tried, room, true));
-    return {elided, tried.pixelSize(), true};
-}
-
 QSize TextButton::sizeHint() const
 {
     if (m_looks.testFlag(Shrinking)) {
-        return {Finger, Finger};
+        return {touch::MinTarget, touch::MinTarget};
     }
-    // long texts are broken: they do not make one column of keys wider than the others
-    return QPushButton::sizeHint().boundedTo({WidestHint, QWIDGETSIZE_MAX});
+    // A long text is broken into lines, so it must not make its column of keys the widest.
+    return QPushButton::sizeHint().boundedTo({MaxHintWidth, QWIDGETSIZE_MAX});
 }
 
 QSize TextButton::minimumSizeHint() const
@@ -128,7 +110,7 @@ QString TextButton::fittedText(const QString& text) const
 bool TextButton::shrinks() const
 {
     return m_looks.testFlag(Shrinking) ||
-        (font().pixelSize() > SmallestFont && fittedText(text()).endsWith(Ellipsis));
+        (font().pixelSize() > Limits.minWholePixels && fittedText(text()).endsWith(Ellipsis));
 }
 
 void TextButton::initStyleOption(QStyleOptionButton* option) const
@@ -137,7 +119,7 @@ void TextButton::initStyleOption(QStyleOptionButton* option) const
     option->text.replace(QLatin1String("&&"), QLatin1String("&"));
     if (!m_looks.testFlag(Shrinking)) {
         option->text = fittedText(option->text);
-        // a lone "&" would be taken for a shortcut and not be drawn
+        // QPushButton takes a lone "&" for the mark of a shortcut and does not draw it
         option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
     }
 }
@@ -163,26 +145,19 @@ void TextButton::paintEvent(QPaintEvent* event)
 
 void TextButton::paintText(QPainter& painter, const QString& label)
 {
-    const QRect room = rect().adjusted(
-        MarginOfShrinking, MarginOfShrinking, -MarginOfShrinking, -MarginOfShrinking);
-    if (m_fitText != label || m_fitFont != font() || m_fitRoom != room.size()) {
-        m_fitText = label;
-        m_fitFont = font();
-        m_fitRoom = room.size();
-        m_fit = shrunk(label, font(), room.size());
-    }
-    QFont shown = font();
-    shown.setPixelSize(m_fit.pixelSize);
-    painter.setFont(shown);
-    const int flags = textFlags(m_fit.anywhere);
+    const QRect room =
+        rect().adjusted(ShrinkingMargin, ShrinkingMargin, -ShrinkingMargin, -ShrinkingMargin);
+    const TextFit::Fit& way = m_fit.fit(label.trimmed(), font(), room.size());
+    painter.setFont(way.font);
+    const int flags = Qt::AlignCenter | way.flags;
     if (m_looks.testFlag(Rimmed)) {
         painter.setPen(Qt::black);
         for (const QPoint& side : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1),
                  QPoint(-1, -1), QPoint(1, 1), QPoint(-1, 1), QPoint(1, -1)}) {
-            painter.drawText(room.translated(side), flags, m_fit.text);
+            painter.drawText(room.translated(side), flags, way.text);
         }
     }
     const auto group = isEnabled() ? QPalette::Normal : QPalette::Disabled;
     painter.setPen(palette().color(group, QPalette::ButtonText));
-    painter.drawText(room, flags, m_fit.text);
+    painter.drawText(room, flags, way.text);
 }

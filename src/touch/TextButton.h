@@ -1,51 +1,48 @@
 #pragma once
 
+#include "touch/TextFit.h"
+
 #include <QPushButton>
 
-// A push button that paints its text inside itself, however long it is; text() and font() stay what
-// they were set to; "&" is shown as it is, and "&&", as keys may have it for one, as one. Keys of
-// menu pages keep their font while the text, broken into lines at blanks where there are any, has
-// room. Where it has not, and with the look Shrinking, as the buttons of pop-ups have it, the
-// text gets smaller, and is elided ("…") where that is not enough.
+/// A push button that paints its text inside itself, however long the text is.
+///
+/// text() and font() stay what they were set to; what is painted is worked out from them and from
+/// the button's size. Keys of menu pages (Plain) keep their font as long as the text has room when
+/// it is broken into lines. Where it has none, and always on the buttons of pop-ups (Shrinking),
+/// TextFit fits the text. "&" is shown as it is and marks no shortcut; "&&", which main units send
+/// for one, is shown as one.
 class TextButton : public QPushButton
 {
     Q_OBJECT
 
 public:
-    // How a button shows its text.
+    /// How a button shows its text.
     enum Look {
-        Plain = 0,               // in its font, broken into lines, the last one elided
-        Shrinking = 1,           // smaller before it is elided; the button fills its cell
-        OneLine = 2 | Shrinking, // smaller instead of broken at its blanks
-        Rimmed = 4 | Shrinking   // with a dark rim, for faces that are too light for white text
+        Plain = 0,               ///< Keeps the font as long as the text has room when broken.
+        Shrinking = 1,           ///< Smaller letters rather than cut; the button fills its cell.
+        OneLine = 2 | Shrinking, ///< Smaller letters rather than broken at its blanks.
+        Rimmed = 4 | Shrinking   ///< With a dark rim, for faces too light for white text.
     };
+    /// Several looks together.
     Q_DECLARE_FLAGS(Looks, Look)
 
-    // The least size of a key under a finger, in pixels (9 mm on a 7-inch panel): what a shrinking
-    // button asks for.
-    static constexpr int Finger = 47;
-    // The smallest size that a text is shrunk to, in pixels.
-    static constexpr int SmallestFont = 12;
+    /// How far a button's text is changed before it is shortened.
+    static constexpr TextFit::Limits Limits{12, 12, 400, false};
 
+    /// Makes a button with a text of any length.
     explicit TextButton(const QString& text, QWidget* parent = nullptr, Looks looks = Plain);
 
-    // In: a text, the metrics of its font, the room for it in pixels. Out: the text with line
-    // breaks, every line at most `width` wide and all of them at most `height` high, but one line
-    // at least.
+    /// Breaks a text into lines, at blanks where it has any, and shortens the last line that there
+    /// is room for.
+    /// \param text    any text; the first Limits.maxCharacters of it count
+    /// \param metrics of the font that it is painted in
+    /// \param width   of the longest line, in pixels
+    /// \param height  of all lines, in pixels; one line is always kept
     static QString fitted(const QString& text, const QFontMetrics& metrics, int width, int height);
 
-    // How a shrunk text is painted.
-    struct Fit
-    {
-        QString text;          // elided where it must be
-        int pixelSize = 0;     // of the font
-        bool anywhere = false; // lines are also broken inside words
-    };
-    // In: a text, its font with a pixel size, the room in pixels.
-    // Out: how to paint it inside the room; blanks and breaks at its ends are left out.
-    static Fit shrunk(const QString& text, const QFont& font, const QSize& room);
-
+    /// \reimp
     QSize sizeHint() const override;
+    /// \reimp
     QSize minimumSizeHint() const override;
 
 protected:
@@ -58,11 +55,7 @@ private:
     void paintText(QPainter& painter, const QString& label);
 
     Looks m_looks;
-    // the last fit and what it was made for: measuring is dear
-    Fit m_fit;
-    QString m_fitText;
-    QFont m_fitFont;
-    QSize m_fitRoom;
+    TextFit m_fit;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TextButton::Looks)

@@ -4,6 +4,7 @@
 #include "support/Panel.h"
 #include "support/Part.h"
 #include "support/TestMain.h"
+#include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 #include <QLabel>
@@ -74,7 +75,7 @@ class tst_MainMenuScreens : public QObject
         for (const QPushButton* button : buttons) {
             QVERIFY2(Screen.contains(onScreen(button)), qPrintable(button->text()));
             const bool inStatusBar = onScreen(button).top() >= 430;
-            QVERIFY2(button->height() >= TextButton::Finger || inStatusBar,
+            QVERIFY2(button->height() >= touch::MinTarget || inStatusBar,
                 qPrintable(QString("%1 is %2 high").arg(button->text()).arg(button->height())));
             QVERIFY2(
                 onScreen(button->window()).contains(onScreen(button)), qPrintable(button->text()));

@@ -32,7 +32,7 @@ private slots:
         }
     }
 
-    void the_counters_are_apart()
+    void each_source_menu_has_a_counter_of_its_own()
     {
         KeyBoard menu;
         menu.new_mm_keyboard(QStringLiteral("Main"), 5, 5);
@@ -48,14 +48,14 @@ private slots:
         QCOMPARE(menu.fixedRow, 0);
     }
 
-    void an_unknown_source_menu_goes_to_the_first_cell_data()
+    void copies_from_an_unknown_source_menu_always_get_the_first_cell_data()
     {
         QTest::addColumn<QString>("source");
         for (const char* name : {"", "tuner ch1", "Tuner CH1 ", "Demod 4", "Main"}) {
             QTest::newRow(name) << QString::fromLatin1(name);
         }
     }
-    void an_unknown_source_menu_goes_to_the_first_cell()
+    void copies_from_an_unknown_source_menu_always_get_the_first_cell()
     {
         QFETCH(QString, source);
         KeyBoard menu;
@@ -81,7 +81,7 @@ private slots:
         }
     }
 
-    void on_the_PAX_main_menu_the_tuners_count_with_the_fixed_cells()
+    void on_the_PAX_main_menu_the_tuners_share_the_counters_of_the_fixed_cells()
     {
         KeyBoard menu;
         menu.new_PAX_mm_keyboard(QStringLiteral("PAX"), 5, 2);

@@ -1,5 +1,6 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
+#include "menus/KeyDefinition.h"
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
 
@@ -33,7 +34,7 @@ QString textAt(QGridLayout* grid, int row, int col)
     return button != nullptr ? button->text() : QString();
 }
 
-// The keys of a sub-page, row by row; empty cells are left out.
+// Texts of the keys of a sub-page, row by row, without the empty cells.
 QStringList textsOf(QGridLayout* grid)
 {
     QStringList texts;
@@ -71,7 +72,7 @@ private slots:
         QVERIFY(!menu.isPAXMainMenu());
     }
 
-    void a_plain_menu_has_its_frame_and_geometry()
+    void a_plain_menu_has_its_frame_and_cell_sizes()
     {
         KeyBoard menu;
         menu.new_keyboard("Tuner CH1", 5, 5);
@@ -96,7 +97,7 @@ private slots:
         QCOMPARE(menu.grid->columnMinimumWidth(6), 0);
     }
 
-    void a_key_gets_everything_it_is_given()
+    void a_key_gets_all_fields()
     {
         KeyBoard menu;
         menu.new_keyboard("M", 5, 5);
@@ -133,6 +134,94 @@ private slots:
         QCOMPARE(menu.buttons.first()->styleSheet(), keyStyle::enabled(false));
     }
 
+    void a_key_is_made_from_its_definition()
+    {
+        KeyBoard menu;
+        menu.new_mm_keyboard("Main", 5, 5);
+        const KeyDefinition definition{
+            "ignored", "id", "Label", 2, "CMD", "units", 3, "options", 1.5, true, 2, true, {0, 2}};
+        Key mirrored;
+        Key* key = menu.addKey(definition, KeyBoard::Cell{1, 3}, &mirrored);
+        QCOMPARE(menu.keys, QList<Key*>{key});
+        QCOMPARE(key->label, QString("Label"));
+        QCOMPARE(key->keyId, QString("id"));
+        QCOMPARE(key->type, 2);
+        QCOMPARE(key->command, QString("CMD"));
+        QCOMPARE(key->units, QString("units"));
+        QCOMPARE(key->param, 3);
+        QCOMPARE(key->options, QString("options"));
+        QCOMPARE(key->value, 1.5);
+        QVERIFY(key->tog());
+        QCOMPARE(key->state, 2);
+        QCOMPARE(key->itemIds, (QList<int>{0, 2}));
+        QCOMPARE(key->linkedKeys, QList<QPointer<Key>>{&mirrored});
+        QVERIFY(mirrored.linkedKeys.isEmpty());
+        QCOMPARE(menu.chan2Grid->itemAtPosition(1, 1)->widget(), key->GetKey());
+    }
+
+    void a_key_without_a_cell_gets_the_next_free_one()
+    {
+        KeyBoard plain;
+        plain.new_keyboard("M", 5, 5);
+        KeyBoard main;
+        main.new_mm_keyboard("Main", 5, 5);
+        main.row = 5;
+        KeyDefinition definition;
+        for (const char* label : {"first", "second"}) {
+            definition.label = label;
+            plain.addKey(definition);
+            main.addKey(definition);
+        }
+        QCOMPARE(textAt(plain.grid, 0, 1), QString("second"));
+        QCOMPARE(textAt(main.optGrid, 0, 1), QString("second"));
+    }
+
+    void a_copy_and_its_source_mirror_each_other()
+    {
+        KeyBoard source;
+        source.new_keyboard("M", 5, 5);
+        addKeys(source, 1);
+        source.keys.first()->itemIds = {1};
+        KeyBoard target;
+        target.new_PAX_mm_keyboard("PAX", 5, 2);
+        Key* copy = target.addCopy(*source.keys.first(), KeyBoard::Cell{2, 1});
+        QCOMPARE(target.keys, QList<Key*>{copy});
+        QCOMPARE(copy->label, QString("key 1"));
+        QCOMPARE(copy->itemIds, QList<int>{1});
+        QVERIFY(copy->large);
+        QCOMPARE(copy->linkedKeys, QList<QPointer<Key>>{source.keys.first()});
+        QCOMPARE(source.keys.first()->linkedKeys, QList<QPointer<Key>>{copy});
+        QCOMPARE(textAt(target.chan1Grid, 2, 1), QString("key 1"));
+    }
+
+    void the_first_key_with_an_identifier_is_found()
+    {
+        KeyBoard menu;
+        menu.new_keyboard("M", 5, 5);
+        QVERIFY(menu.findKey("key 2") == nullptr);
+        addKeys(menu, 3);
+        addKeys(menu, 3);
+        QCOMPARE(menu.findKey("key 2"), menu.keys.at(1));
+        QVERIFY(menu.findKey("Key 2") == nullptr);
+        menu.deleteKeys();
+        QVERIFY(menu.findKey("key 2") == nullptr);
+    }
+
+    void the_kind_is_that_of_the_function_that_built_the_menu()
+    {
+        KeyBoard plain;
+        QCOMPARE(plain.kind(), KeyBoard::Kind::Plain);
+        plain.new_keyboard("M", 5, 5);
+        QCOMPARE(plain.kind(), KeyBoard::Kind::Plain);
+        KeyBoard main;
+        main.new_mm_keyboard("Main", 5, 5);
+        QCOMPARE(main.kind(), KeyBoard::Kind::Main);
+        KeyBoard pax;
+        pax.new_PAX_mm_keyboard("PAX", 5, 2);
+        QCOMPARE(pax.kind(), KeyBoard::Kind::Pax);
+        QVERIFY(!plain.large && !main.large && pax.large);
+    }
+
     void keys_flow_row_by_row()
     {
         KeyBoard menu;
@@ -160,7 +249,7 @@ private slots:
         QCOMPARE(gridOf(menu, 1)->rowMinimumHeight(5), 80);
     }
 
-    void later_pages_keep_the_last_cell_for_more()
+    void later_pages_keep_their_last_cell_free_for_the_More_key()
     {
         KeyBoard menu;
         menu.new_keyboard("M", 5, 5);
@@ -171,7 +260,7 @@ private slots:
         QCOMPARE(textsOf(gridOf(menu, 3)), QStringList({"key 106", "More..."}));
     }
 
-    void more_has_its_own_look()
+    void the_More_key_has_its_own_style()
     {
         KeyBoard menu;
         menu.new_keyboard("M", 5, 5);
@@ -188,7 +277,7 @@ private slots:
         }
     }
 
-    void more_leads_to_the_next_page_and_from_the_last_to_the_first()
+    void the_More_key_opens_the_next_page_and_after_the_last_the_first()
     {
         KeyBoard menu;
         menu.new_keyboard("M", 5, 5);
@@ -202,7 +291,7 @@ private slots:
         QCOMPARE(shown, (QList<int>{1, 2, 0, 1}));
     }
 
-    void what_a_key_sends_leaves_the_menu_unchanged()
+    void messages_of_keys_are_forwarded_unchanged()
     {
         KeyBoard menu;
         menu.new_keyboard("M", 5, 5);
@@ -253,7 +342,7 @@ private slots:
         }
     }
 
-    void the_pax_main_menu_has_large_keys_and_three_groups_without_titles()
+    void the_PAX_main_menu_has_large_keys_and_three_groups_without_titles()
     {
         KeyBoard menu;
         menu.new_PAX_mm_keyboard("PAX", 5, 2);
@@ -299,10 +388,10 @@ private slots:
         QTest::newRow("5,0") << 5 << 0 << "Options" << 0 << 0;
         QTest::newRow("5,9") << 5 << 9 << "Options" << 0 << 9;
         QTest::newRow("7,1") << 7 << 1 << "Options" << 0 << 1;
-        QTest::newRow("0,6 nowhere") << 0 << 6 << "" << 0 << 0;
-        QTest::newRow("0,-1 nowhere") << 0 << -1 << "" << 0 << 0;
-        QTest::newRow("-1,0 nowhere") << -1 << 0 << "" << 0 << 0;
-        QTest::newRow("5,-1 nowhere") << 5 << -1 << "" << 0 << 0;
+        QTest::newRow("0,6 in no group") << 0 << 6 << "" << 0 << 0;
+        QTest::newRow("0,-1 in no group") << 0 << -1 << "" << 0 << 0;
+        QTest::newRow("-1,0 in no group") << -1 << 0 << "" << 0 << 0;
+        QTest::newRow("5,-1 in no group") << 5 << -1 << "" << 0 << 0;
     }
 
     void fixed_keys_go_to_the_group_of_their_cell()
@@ -331,7 +420,7 @@ private slots:
         QCOMPARE(grid->itemAtPosition(groupRow, groupCol)->widget(), button);
     }
 
-    void the_pax_main_menu_has_no_combiner_group_to_go_to()
+    void keys_for_the_combiner_are_not_shown_on_the_PAX_main_menu()
     {
         KeyBoard menu;
         menu.new_PAX_mm_keyboard("PAX", 5, 2);
@@ -343,7 +432,7 @@ private slots:
         QVERIFY(!menu.buttons.at(1)->isVisible());
     }
 
-    void a_menu_takes_its_widgets_with_it()
+    void a_deleted_menu_deletes_its_widgets_and_keys()
     {
         auto menu = std::make_unique<KeyBoard>();
         menu->new_mm_keyboard("Main", 5, 5);
@@ -357,7 +446,7 @@ private slots:
         QVERIFY(frame == nullptr && shown == nullptr && hidden == nullptr && key == nullptr);
     }
 
-    void deleting_the_keys_is_deferred_and_the_lists_are_empty_at_once()
+    void deleteKeys_empties_the_lists_at_once_and_deletes_later()
     {
         KeyBoard menu;
         menu.new_keyboard("M", 5, 5);

@@ -30,7 +30,7 @@ private slots:
         QCOMPARE(key->fixed, false);
     }
 
-    void fewer_than_eleven_fields_are_no_definition()
+    void fewer_than_eleven_fields_are_not_a_definition()
     {
         for (int n = 0; n < Fields.size(); ++n) {
             QVERIFY(!KeyDefinition::fromFields(Fields.mid(0, n)));
@@ -105,7 +105,7 @@ private slots:
         QTest::newRow("exponent") << "1e6" << 1e6;
         QTest::newRow("too large") << "1e60" << 0.0;
         QTest::newRow("infinite") << "inf" << 0.0;
-        QTest::newRow("no number") << "nan" << 0.0;
+        QTest::newRow("not a number") << "nan" << 0.0;
     }
 
     void a_value_is_a_finite_number_in_single_precision()
@@ -114,16 +114,18 @@ private slots:
         QTEST(valueFromText(text), "value");
     }
 
-    void an_update_changes_everything_but_identifier_and_value()
+    void an_update_keeps_identifier_value_and_locked_choices()
     {
         QPushButton button("Old");
         Key key;
         key.Set_Key(&button, false);
         key.keyId = "id";
         key.value = 7;
+        key.itemIds = {2};
         KeyDefinition::fromFields(Fields)->update(key);
         QCOMPARE(key.keyId, QString("id"));
         QCOMPARE(key.value, 7.0);
+        QCOMPARE(key.itemIds, QList<int>{2});
         QCOMPARE(key.type, 3);
         QCOMPARE(key.command, QString("R1:GN"));
         QCOMPARE(key.units, QString("100 0"));
@@ -133,21 +135,22 @@ private slots:
         QCOMPARE(key.state, 2);
         QCOMPARE(key.label, QString("Gain"));
         QCOMPARE(button.text(), QString("Gain"));
-        QVERIFY(button.isEnabled()); // stored, not shown
+        QVERIFY(button.isEnabled()); // the state is stored, not shown
     }
 
-    void an_update_fills_in_a_value_of_0()
+    void an_update_replaces_a_value_of_0()
     {
         Key key;
         KeyDefinition::fromFields(Fields)->update(key);
         QCOMPARE(key.value, 12.5);
     }
 
-    void the_definition_of_a_key_is_its_copy()
+    void the_definition_of_a_key_has_all_fields_for_a_copy()
     {
         Key key;
         KeyDefinition::fromFields(Fields)->update(key);
         key.keyId = "gain";
+        key.itemIds = {1, 3};
         const KeyDefinition copy = KeyDefinition::of(key);
         QCOMPARE(copy.keyId, key.keyId);
         QCOMPARE(copy.label, key.label);
@@ -159,6 +162,7 @@ private slots:
         QCOMPARE(copy.value, key.value);
         QCOMPARE(copy.tog, key.tog());
         QCOMPARE(copy.state, key.state);
+        QCOMPARE(copy.itemIds, key.itemIds);
     }
 };
 

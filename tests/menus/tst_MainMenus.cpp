@@ -10,7 +10,7 @@
 
 namespace {
 
-// Menus in a stack, as the main window has them.
+// Menus and their messages, with a stack as the main window has it.
 struct Menus
 {
     QWidget window;
@@ -56,7 +56,7 @@ class tst_MainMenus : public QObject
     Q_OBJECT
 
 private slots:
-    void CM_for_an_unknown_key_makes_the_menu_and_adds_nothing_data()
+    void CM_for_a_missing_key_creates_the_menu_without_keys_data()
     {
         QTest::addColumn<QStringList>("fields");
         QTest::newRow("no key") << QStringList{"Main", "Tuner CH1", "nokey"};
@@ -64,7 +64,7 @@ private slots:
         QTest::newRow("two fields") << QStringList{"Main", "Tuner CH1"};
         QTest::newRow("one field") << QStringList{"Main"};
     }
-    void CM_for_an_unknown_key_makes_the_menu_and_adds_nothing()
+    void CM_for_a_missing_key_creates_the_menu_without_keys()
     {
         QFETCH(QStringList, fields);
         Menus menus;
@@ -150,7 +150,7 @@ private slots:
         }
     }
 
-    void keys_of_a_main_menu_itself_go_to_its_options()
+    void AK_keys_of_a_main_menu_go_to_its_options()
     {
         Menus menus;
         menus.key("Tuner CH1", "0");
@@ -164,7 +164,7 @@ private slots:
         }
     }
 
-    void only_the_name_Main_is_announced()
+    void only_the_menu_Main_is_announced()
     {
         Menus menus;
         QSignalSpy named(&menus.main, &MainMenus::mainMenuNamed);
@@ -179,7 +179,7 @@ private slots:
         QCOMPARE(menus.messages.book.pages.size(), 4);
     }
 
-    void copies_flow_into_a_plain_Main()
+    void a_plain_Main_takes_copies_in_its_next_free_cell()
     {
         Menus menus;
         QSignalSpy named(&menus.main, &MainMenus::mainMenuNamed);
@@ -230,14 +230,14 @@ private slots:
         for (const Key* key : all) {
             QCOMPARE(key->itemIds, (QList<int>{0, 2, 5}));
         }
-        // what is said of the copy reaches the source
+        // A change of a copy reaches its source, but no other copy.
         menus.messages.changeValue({"Main", "k", "9", "1"});
         QCOMPARE(source->value, 9.0);
         QVERIFY(source->tog());
         QCOMPARE(pax->value, 7.0);
     }
 
-    void a_copy_lives_on_without_its_source()
+    void a_copy_still_changes_when_its_source_is_deleted()
     {
         Menus menus;
         menus.key("Demod 1", "k");
@@ -253,7 +253,7 @@ private slots:
         QCOMPARE(copy->itemIds, QList<int>{1});
     }
 
-    void MS_makes_the_PAX_main_menu_with_its_Span_key_first()
+    void MS_creates_the_PAX_main_menu_with_its_Span_key_first()
     {
         Menus menus;
         QSignalSpy made(&menus.main, &MainMenus::paxMenuMade);
@@ -282,7 +282,7 @@ private slots:
         QCOMPARE(at(pax->optGrid, 0, 1), pax->buttons.at(1));
     }
 
-    void MS_fills_the_left_group_two_keys_to_a_row()
+    void MS_fills_the_left_group_with_two_keys_per_row()
     {
         Menus menus;
         menus.keys("Combiner", 5);
@@ -299,7 +299,7 @@ private slots:
         QCOMPARE(pax->keys.at(1)->linkedKeys.first(), menus.menu("Anything")->keys.first());
     }
 
-    void a_key_placed_fixed_and_a_copy_share_the_PAX_cells()
+    void fixed_keys_and_copies_share_the_fixed_cells_of_the_PAX_main_menu()
     {
         Menus menus;
         menus.key("Combiner", "0");
@@ -326,7 +326,7 @@ private slots:
         QVERIFY(pax->buttons.at(1)->isHidden());
     }
 
-    void the_special_page_takes_the_keys_by_their_cells()
+    void the_special_page_groups_keys_by_their_cells()
     {
         Menus menus;
         menus.keys("Main", 36);
@@ -396,7 +396,7 @@ private slots:
         QCOMPARE(boxes.size(), 4);
     }
 
-    void of_two_sub_pages_the_first_is_moved_with_its_More_key()
+    void the_special_page_takes_only_the_first_sub_page_with_its_More_key()
     {
         Menus menus;
         menus.keys("Main", 40);
@@ -437,7 +437,7 @@ private slots:
         QCOMPARE(menus.menu("Main")->keys.size(), 1);
     }
 
-    void clearing_takes_special_pages_along()
+    void clear_deletes_special_pages_too()
     {
         Menus menus;
         menus.keys("Main", 3);

@@ -23,7 +23,7 @@ private slots:
         m_area.reset();
     }
 
-    void an_unknown_menu_is_found_by_nobody_until_it_is_made()
+    void a_menu_is_not_found_before_it_is_created()
     {
         QVERIFY(m_book->find("A") == nullptr);
         KeyBoard* menu = m_book->findOrCreate("A");
@@ -35,14 +35,14 @@ private slots:
         QCOMPARE(m_stack->widget(menu->stackIndex), menu->frame.data());
     }
 
-    void names_are_compared_letter_for_letter()
+    void case_and_blanks_of_a_name_count()
     {
         m_book->findOrCreate("Main");
         QVERIFY(m_book->find("main") == nullptr);
         QVERIFY(m_book->find("Main ") == nullptr);
     }
 
-    void of_two_menus_or_keys_of_one_name_the_first_is_found()
+    void the_first_of_two_menus_or_keys_with_the_same_name_is_found()
     {
         KeyBoard* first = m_book->findOrCreate("A");
         auto* second = new KeyBoard;
@@ -55,9 +55,12 @@ private slots:
         QCOMPARE(MenuBook::findKey(first, "k"), first->keys.at(0));
         QVERIFY(MenuBook::findKey(first, "x") == nullptr);
         QVERIFY(MenuBook::findKey(nullptr, "k") == nullptr);
+        QCOMPARE(m_book->findKey("A", "k"), first->keys.at(0));
+        QVERIFY(m_book->findKey("A", "x") == nullptr);
+        QVERIFY(m_book->findKey("B", "k") == nullptr);
     }
 
-    void what_keys_send_leaves_the_book()
+    void messages_of_keys_are_forwarded()
     {
         QSignalSpy sent(m_book.get(), &MenuBook::keyboard_response_message);
         KeyBoard* menu = m_book->findOrCreate("A");
@@ -67,7 +70,7 @@ private slots:
         QCOMPARE(sent.first().first().toString(), QString("\x02GO1\x04"));
     }
 
-    void clearing_forgets_at_once_and_deletes_later()
+    void clear_forgets_the_menus_at_once_and_deletes_them_later()
     {
         KeyBoard* menu = m_book->findOrCreate("A");
         const QPointer<KeyBoard> guard = menu;
@@ -80,7 +83,7 @@ private slots:
         QCOMPARE(m_stack->count(), 0);
     }
 
-    void stack_numbers_follow_their_page_when_others_go()
+    void stack_indexes_follow_their_page_when_other_pages_go()
     {
         for (const char* name : {"A", "B", "C"}) {
             m_book->findOrCreate(name);
@@ -100,7 +103,7 @@ private slots:
         }
     }
 
-    void pages_below_the_one_that_goes_keep_their_number()
+    void removing_a_page_keeps_the_stack_indexes_below_it()
     {
         KeyBoard* menu = m_book->findOrCreate("A");
         auto* other = new QWidget;
@@ -109,7 +112,7 @@ private slots:
         QCOMPARE(menu->stackIndex, 0);
     }
 
-    void the_number_of_a_page_that_is_gone_itself_stays()
+    void a_menu_whose_page_is_deleted_keeps_its_stack_index()
     {
         m_book->findOrCreate("A");
         KeyBoard* menu = m_book->findOrCreate("B");

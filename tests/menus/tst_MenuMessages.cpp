@@ -24,7 +24,7 @@ private slots:
         m_area.reset();
     }
 
-    void a_definition_makes_menu_and_key()
+    void AK_creates_menu_and_key()
     {
         ak("Tuner CH1,gain,Gain,3,R1:GN,100 0,10,1:5,12.5,0,1");
         const Key* key = find("Tuner CH1", "gain");
@@ -40,7 +40,7 @@ private slots:
         QVERIFY(key->linkedKeys.isEmpty());
     }
 
-    void a_short_definition_is_ignored_even_for_a_key_that_is_there()
+    void AK_with_too_few_fields_is_ignored_even_for_an_existing_key()
     {
         ak("M,k,Old,5,OLD,,0,,0,0,1");
         ak("M,k,New,5,NEW,,0,,0,0");
@@ -50,7 +50,7 @@ private slots:
         m_menus->defineKey({});
     }
 
-    void a_second_definition_updates_the_key()
+    void a_second_AK_updates_the_key()
     {
         ak("M,k,Old,5,OLD,u,1,o,0,0,1");
         ak("M,k,New,0,NEW,v,2,p,0,1,0");
@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(key->state, 0);
     }
 
-    void a_value_that_is_not_0_is_changed_by_cv_only()
+    void only_CV_changes_a_value_other_than_0()
     {
         ak("M,k,L,1,C,,0,,5,0,1");
         ak("M,k,L,1,C,,0,,7,0,1");
@@ -79,7 +79,7 @@ private slots:
         QCOMPARE(find("M", "k")->value, 9.0);
     }
 
-    void a_definition_only_stores_the_display_state()
+    void AK_stores_the_display_state_without_showing_it()
     {
         ak("M,k,L,5,C,,0,,0,0,2");
         QPushButton* button = find("M", "k")->GetKey();
@@ -89,7 +89,7 @@ private slots:
         QCOMPARE(button->styleSheet(), keyStyle::enabled(false));
     }
 
-    void a_second_definition_only_stores_the_display_state_too()
+    void a_second_AK_stores_the_display_state_without_showing_it()
     {
         ak("M,k,L,5,C,,0,,0,0,1");
         ck("M,k,1");
@@ -104,7 +104,7 @@ private slots:
         }
     }
 
-    void the_toggle_of_a_definition_colours_the_key()
+    void the_toggle_of_an_AK_colours_the_key()
     {
         ak("M,k,L,0,C,,0,,0,1,1");
         QCOMPARE(find("M", "k")->GetKey()->styleSheet(), keyStyle::toggled(false));
@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(find("M", "k")->GetKey()->styleSheet(), keyStyle::enabled(false));
     }
 
-    void cv_sets_value_and_toggle()
+    void CV_sets_value_and_toggle()
     {
         ak("M,k,L,0,C,,0,,0,0,1");
         cv("M,k,3.5,1");
@@ -123,7 +123,7 @@ private slots:
         QVERIFY(!find("M", "k")->tog());
     }
 
-    void fields_that_are_missing_read_as_0_and_clear()
+    void missing_fields_count_as_0_and_clear()
     {
         ak("M,k,L,0,C,,0,,0,0,1");
         cv("M,k,3.5,1");
@@ -140,7 +140,7 @@ private slots:
         m_menus->selectMenu({});
     }
 
-    void ck_stores_and_applies_the_state_data()
+    void CK_stores_and_applies_the_state_data()
     {
         QTest::addColumn<QString>("field");
         QTest::addColumn<int>("state");
@@ -150,10 +150,10 @@ private slots:
         QTest::newRow("1") << "1" << 1 << false << true;
         QTest::newRow("2") << "2" << 2 << true << true;
         QTest::newRow("3") << "3" << 3 << false << true;
-        QTest::newRow("no number") << "x" << 0 << false << false;
+        QTest::newRow("not a number") << "x" << 0 << false << false;
     }
 
-    void ck_stores_and_applies_the_state()
+    void CK_stores_and_applies_the_state()
     {
         QFETCH(QString, field);
         ak("M,k,L,5,C,,0,,0,0,1");
@@ -165,7 +165,7 @@ private slots:
         QTEST(key->GetKey()->isEnabled(), "enabled");
     }
 
-    void sk_asks_for_the_menu_it_names()
+    void SK_asks_for_the_menu_it_names()
     {
         ak("M,k,L,5,C,,0,,0,0,1");
         QSignalSpy asked(m_menus.get(), &MenuMessages::showMenu);
@@ -189,7 +189,7 @@ private slots:
         QCOMPARE(m_menus->book.pages.size(), 1);
     }
 
-    void a_copy_has_everything_of_its_source_and_both_know_each_other()
+    void a_copy_has_all_fields_of_its_source_and_both_are_linked()
     {
         ak("M,k,Label,1,CMD,units,4,options,2.5,1,1");
         m_menus->copyKey({"N", "M", "k"});
@@ -209,15 +209,23 @@ private slots:
         QCOMPARE(source->linkedKeys, QList<QPointer<Key>>{copy});
     }
 
-    void a_copy_of_what_is_not_there_makes_the_target_menu_only_data()
+    void a_copy_keeps_the_locked_choices_of_its_source()
+    {
+        ak("M,k,Label,2,CMD,,0,0 A:1 B:2 C,0,0,1");
+        m_menus->lockChoices({"M", "k", "0:2"});
+        m_menus->copyKey({"N", "M", "k"});
+        QCOMPARE(find("N", "k")->itemIds, (QList<int>{0, 2}));
+    }
+
+    void copying_a_missing_key_only_creates_the_target_menu_data()
     {
         QTest::addColumn<QStringList>("fields");
         QTest::newRow("no such menu") << QStringList{"N", "X", "k"};
         QTest::newRow("no such key") << QStringList{"N", "M", "x"};
-        QTest::newRow("short") << QStringList{"N"};
+        QTest::newRow("one field") << QStringList{"N"};
     }
 
-    void a_copy_of_what_is_not_there_makes_the_target_menu_only()
+    void copying_a_missing_key_only_creates_the_target_menu()
     {
         QFETCH(QStringList, fields);
         ak("M,k,L,5,C,,0,,0,0,1");
@@ -226,14 +234,14 @@ private slots:
         QVERIFY(m_menus->book.find("N")->keys.isEmpty());
     }
 
-    void changes_reach_the_copy_both_ways_data()
+    void changes_reach_both_source_and_copy_data()
     {
         QTest::addColumn<QString>("menu");
         QTest::newRow("from the source") << "M";
         QTest::newRow("from the copy") << "N";
     }
 
-    void changes_reach_the_copy_both_ways()
+    void changes_reach_both_source_and_copy()
     {
         QFETCH(QString, menu);
         ak("M,k,L,0,C,,0,,0,0,1");
@@ -243,7 +251,7 @@ private slots:
         ak(menu + ",k,New,0,D,u,3,o,9,1,2");
         for (const char* each : {"M", "N"}) {
             const Key* key = find(each, "k");
-            QCOMPARE(key->value, 4.0); // not 0, so the definition left it
+            QCOMPARE(key->value, 4.0); // not 0, so AK does not change it
             QVERIFY(key->tog());
             QCOMPARE(key->state, 2);
             QVERIFY(key->GetKey()->isHidden());
@@ -253,7 +261,7 @@ private slots:
         }
     }
 
-    void a_definition_decides_for_each_key_whether_its_value_stays()
+    void AK_sets_the_value_of_every_linked_key_whose_own_is_0()
     {
         ak("M,k,L,0,C,,0,,4,0,1");
         m_menus->copyKey({"N", "M", "k"});
@@ -263,7 +271,7 @@ private slots:
         QCOMPARE(find("N", "k")->value, 9.0);
     }
 
-    void a_copy_whose_source_is_gone_is_still_served()
+    void a_copy_still_changes_when_its_source_is_deleted()
     {
         ak("M,k,L,5,C,,0,,0,0,1");
         m_menus->copyKey({"N", "M", "k"});
@@ -276,7 +284,7 @@ private slots:
         QCOMPARE(find("N", "k")->value, 3.0);
     }
 
-    void new_keys_of_a_main_menu_go_to_its_options()
+    void AK_keys_of_a_main_menu_go_to_its_options()
     {
         auto* main = new KeyBoard;
         main->new_mm_keyboard("Main", 5, 5);
@@ -292,7 +300,7 @@ private slots:
         QCOMPARE(main->col, 8);
     }
 
-    void fixed_keys_of_the_pax_main_menu_fill_two_columns_row_by_row()
+    void fixed_AK_keys_of_the_PAX_main_menu_fill_two_columns_row_by_row()
     {
         auto* pax = new KeyBoard;
         pax->new_PAX_mm_keyboard("PAX", 5, 2);
@@ -308,7 +316,7 @@ private slots:
         QCOMPARE(pax->optGrid->itemAtPosition(0, 0)->widget(), pax->buttons.at(3));
     }
 
-    void the_fixed_field_means_nothing_on_the_normal_main_menu()
+    void the_normal_main_menu_ignores_the_fixed_field()
     {
         auto* main = new KeyBoard;
         main->new_mm_keyboard("Main", 5, 5);

@@ -6,7 +6,7 @@ class tst_StackLayout : public QObject
     Q_OBJECT
 
 private slots:
-    void the_next_page_follows_and_the_first_follows_the_last()
+    void the_next_page_is_shown_and_after_the_last_the_first()
     {
         QWidget parent;
         StackLayout layout(&parent);
@@ -21,7 +21,7 @@ private slots:
         QCOMPARE(shown, (QList<int>{1, 2, 0, 1}));
     }
 
-    void a_single_page_follows_itself()
+    void a_single_page_stays()
     {
         QWidget parent;
         StackLayout layout(&parent);
@@ -30,7 +30,7 @@ private slots:
         QCOMPARE(layout.currentIndex(), 0);
     }
 
-    void without_pages_nothing_happens()
+    void nothing_happens_without_pages()
     {
         QWidget parent;
         StackLayout layout(&parent);

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "spectrum/CmdMsg.h"
+#include "spectrum/Rs422Bus.h"
 #include "support/Pty.h"
 
 #include <QByteArray>
 #include <QList>
 
-// What a card says and hears, for tests that play one.
+/// What a card sends and receives, for tests that play one.
 namespace cardSide {
 
 inline QByteArray text(
@@ -44,23 +45,23 @@ inline QByteArray carrier(int size, int at, double dB, double floorDB = -100.0)
     return points;
 }
 
-// The requests among the bytes that the card has heard, without their framing. A frame whose
-// checksum is wrong comes as "?".
-inline QList<QByteArray> requests(const QByteArray& heard)
+// The requests among the bytes that the card has received, without their framing. A frame whose
+// checksum is wrong appears as "?".
+inline QList<QByteArray> requests(const QByteArray& received)
 {
     QList<QByteArray> list;
     qsizetype from = 0;
-    while ((from = heard.indexOf('[', from)) >= 0) {
-        const qsizetype to = heard.indexOf(']', from);
-        if (to < 0 || to + 1 >= heard.size()) {
+    while ((from = received.indexOf('[', from)) >= 0) {
+        const qsizetype to = received.indexOf(']', from);
+        if (to < 0 || to + 1 >= received.size()) {
             break;
         }
         unsigned sum = 0;
         for (qsizetype i = from; i <= to; ++i) {
-            sum += static_cast<unsigned char>(heard.at(i));
+            sum += static_cast<unsigned char>(received.at(i));
         }
-        const bool right = (sum & 0xff) == static_cast<unsigned char>(heard.at(to + 1));
-        list += right ? heard.mid(from + 1, to - from - 1) : QByteArray("?");
+        const bool right = (sum & 0xff) == static_cast<unsigned char>(received.at(to + 1));
+        list += right ? received.mid(from + 1, to - from - 1) : QByteArray("?");
         from = to + 2;
     }
     return list;
@@ -87,6 +88,17 @@ inline QList<QByteArray> only(Pty& pty, const QByteArray& word)
 inline CmdMsg message(const QByteArray& points)
 {
     return {"0190", "RFFT", QString::fromLatin1(points)};
+}
+
+// The bus below an object that is on this port; nullptr when there is none.
+inline Rs422Bus* busOn(const QObject* owner, const QString& port)
+{
+    for (Rs422Bus* bus : owner->findChildren<Rs422Bus*>()) {
+        if (bus->portName() == port) {
+            return bus;
+        }
+    }
+    return nullptr;
 }
 
 } // namespace cardSide

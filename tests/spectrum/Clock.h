@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <QTimerEvent>
 
-// The test's hand on the clock: a timer's value is read, and its time passes at once.
+/// Lets a test read what the timers of an object are set to, and make them run out at once.
 namespace testClock {
 
 using Timers = QList<QAbstractEventDispatcher::TimerInfo>;
@@ -15,7 +15,7 @@ inline Timers timers(QObject* object)
     return QAbstractEventDispatcher::instance()->registeredTimers(object);
 }
 
-// What the running timers are set to, in ms.
+// The intervals of the running timers in ms.
 inline QList<int> intervals(QObject* object)
 {
     QList<int> list;
@@ -25,7 +25,7 @@ inline QList<int> intervals(QObject* object)
     return list;
 }
 
-// All timers that run for the object now run out.
+// Makes all timers that run for the object run out now.
 inline void expire(QObject* object)
 {
     const Timers running = timers(object);

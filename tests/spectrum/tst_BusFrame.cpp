@@ -19,7 +19,7 @@ Found feed(
     return buffer.take(message, layout);
 }
 
-// Of this thread, so that what else the machine does does not count.
+// The processor time of this thread, so that other load on the machine does not count.
 qint64 computingNanoseconds()
 {
     timespec now{};
@@ -29,7 +29,7 @@ qint64 computingNanoseconds()
 
 qint64 nanosecondsFor(qsizetype size, qsizetype piece)
 {
-    // noise that always looks like the beginning of something
+    // Noise that always looks like the beginning of a header.
     QByteArray noise;
     while (noise.size() < size) {
         noise += "[0190RFF]";
@@ -111,7 +111,7 @@ private slots:
         QTest::newRow("decimal, 9999 points")
             << Layout::Decimal << cardSide::spectrum(QByteArray(9999, 'p'))
             << QByteArray(9999, 'p');
-        QTest::newRow("decimal, a length that is no number counts as 0")
+        QTest::newRow("decimal, a length that is not a number counts as 0")
             << Layout::Decimal << QByteArray("[0190RFFTabcd") << QByteArray();
         QTest::newRow("decimal, a negative length counts as 0")
             << Layout::Decimal << QByteArray("[0190RFFT-001") << QByteArray();
@@ -254,7 +254,7 @@ private slots:
         }
     }
 
-    void nothing_is_no_reply()
+    void bytes_without_a_reply_give_none()
     {
         ReplyBuffer buffer;
         CmdMsg message;
@@ -267,13 +267,13 @@ private slots:
         ReplyBuffer buffer;
         CmdMsg message;
         bool dropped = false;
-        qsizetype most = 0;
+        qsizetype largestSize = 0;
         for (int i = 0; i < 1000; ++i) {
             dropped = feed(buffer, QByteArray(1000, '['), message) == Found::Garbage || dropped;
-            most = qMax(most, buffer.size());
+            largestSize = qMax(largestSize, buffer.size());
         }
         QVERIFY(dropped);
-        QVERIFY2(most < 300 * 1024, qPrintable(QString::number(most)));
+        QVERIFY2(largestSize < 300 * 1024, qPrintable(QString::number(largestSize)));
         QCOMPARE(feed(buffer, cardSide::spectrum("ab"), message), Found::Spectrum);
     }
 
@@ -290,15 +290,15 @@ private slots:
 
     void the_search_is_linear_in_the_bytes()
     {
-        // byte by byte, eight times the bytes must not take much more than eight times as long; a
-        // search from the start each time would take sixty-four times
+        // Byte by byte, eight times the bytes must not take much more than eight times as long. A
+        // search from the start each time would take sixty-four times as long.
         nanosecondsFor(20000, 1);
-        const auto least = [](qsizetype size) {
+        const auto shortest = [](qsizetype size) {
             return std::min(
                 {nanosecondsFor(size, 1), nanosecondsFor(size, 1), nanosecondsFor(size, 1)});
         };
-        const qint64 small = least(25000);
-        const qint64 large = least(200000);
+        const qint64 small = shortest(25000);
+        const qint64 large = shortest(200000);
         QVERIFY2(large < 24 * small, qPrintable(QString("%1 ns and %2 ns").arg(small).arg(large)));
     }
 };

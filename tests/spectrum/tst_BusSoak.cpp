@@ -1,5 +1,5 @@
-// Ten thousand requests, each another one, over a pseudo-terminal with a card that fails three
-// times in ten; the timers run as they are set.
+// Ten thousand different requests over a pseudo-terminal to a card that fails three times in ten.
+// The timers run in real time.
 #include "spectrum/CardSide.h"
 #include "spectrum/Rs422Bus.h"
 #include "support/Heap.h"
@@ -15,7 +15,7 @@ constexpr int Transactions = 10000;
 constexpr int TimeoutMs = 1;
 constexpr int InFlight = 3; // queued ahead, so that the queue is never empty
 
-// A card that answers each request, or fails on purpose in one of six ways.
+// A card that answers each request or fails on purpose, in six ways.
 class FailingCard : public QObject
 {
 public:
@@ -24,7 +24,7 @@ public:
         , m_random(seed)
         , m_notifier(pty.master(), QSocketNotifier::Read)
     {
-        connect(&m_notifier, &QSocketNotifier::activated, this, [this] { hear(); });
+        connect(&m_notifier, &QSocketNotifier::activated, this, [this] { receive(); });
     }
 
     int requests = 0;
@@ -33,17 +33,17 @@ public:
     QHash<QByteArray, int> seen;
 
 private:
-    void hear()
+    void receive()
     {
-        m_heard += m_pty.takeReceived();
-        for (const QByteArray& request : cardSide::requests(m_heard)) {
+        m_received += m_pty.takeReceived();
+        for (const QByteArray& request : cardSide::requests(m_received)) {
             ++requests;
             ++seen[request];
             answer();
         }
-        const qsizetype last = m_heard.lastIndexOf(']');
-        if (last >= 0 && last + 1 < m_heard.size()) {
-            m_heard.remove(0, last + 2);
+        const qsizetype last = m_received.lastIndexOf(']');
+        if (last >= 0 && last + 1 < m_received.size()) {
+            m_received.remove(0, last + 2);
         }
     }
 
@@ -83,7 +83,7 @@ private:
     Pty& m_pty;
     std::mt19937 m_random;
     QSocketNotifier m_notifier;
-    QByteArray m_heard;
+    QByteArray m_received;
 };
 
 } // namespace
@@ -107,7 +107,7 @@ private slots:
         qint64 memoryLate = 0;
         QEventLoop loop;
 
-        const auto top = [&] {
+        const auto fillQueue = [&] {
             while (queued < Transactions && bus.txCount() < InFlight) {
                 bus.sendMessage(QString("0190RFFT%1").arg(queued++, 6, 10, QChar('0')), TimeoutMs);
             }
@@ -121,7 +121,7 @@ private slots:
                 memoryLate = heapInUse();
                 loop.quit();
             }
-            top();
+            fillQueue();
         };
         connect(&bus, &Rs422Bus::messageReceived, this, [&](const CmdMsg& message) {
             if (message.command == "RFFT" && message.addressValue == 190) {
@@ -140,7 +140,7 @@ private slots:
         stuck.setSingleShot(true);
         connect(&stuck, &QTimer::timeout, &loop, &QEventLoop::quit);
         stuck.start(280 * 1000);
-        top();
+        fillQueue();
         loop.exec();
         qInfo("%d transactions in %lld ms: %d answered, %d timed out, %d good replies, heap %lld "
               "and %lld KiB",
@@ -150,19 +150,19 @@ private slots:
         QCOMPARE(answered + lost, Transactions);
         QVERIFY(answered > Transactions / 10 && lost > Transactions / 10);
         QCOMPARE(card.requests, Transactions);
-        QCOMPARE(int(card.seen.size()), Transactions); // each once, none twice
+        QCOMPARE(int(card.seen.size()), Transactions); // none was sent twice
         for (const int times : std::as_const(card.seen)) {
             QCOMPARE(times, 1);
         }
         for (const int times : std::as_const(reported)) {
             QCOMPARE(times, 1);
         }
-        // each kind of failure took place about one time in twenty
+        // Each kind of failure took place about one time in twenty.
         for (const int times : card.faults) {
             QVERIFY2(times > Transactions / 25 && times < Transactions / 16,
                 qPrintable(QString::number(times)));
         }
-        // the bookkeeping of this test itself grows by less than this
+        // The records of this test itself grow by less than this.
         const qint64 growth = memoryLate - memoryEarly;
         QVERIFY2(growth < 4 * 1024 * 1024, qPrintable(QString::number(growth)));
     }

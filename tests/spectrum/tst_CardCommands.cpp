@@ -26,13 +26,14 @@ private slots:
         QTEST(card::request("0190", command), "request");
     }
 
-    void the_words_of_the_card()
+    void the_words_are_those_that_the_card_knows()
     {
         QCOMPARE(card::address(), QString("0190"));
         QCOMPARE(card::readName(), QString("RNME"));
         QCOMPARE(card::readVersion(), QString("RVER"));
         QCOMPARE(card::readSpans(), QString("RNFT"));
         QCOMPARE(card::readTrims(), QString("RTRM"));
+        QCOMPARE(card::spectrumWord(), QString("RFFT"));
         QCOMPARE(card::readSpectrum(2, 1), QString("RFFT21"));
         QCOMPARE(card::setSpan(0, 9), QString("CNFT09"));
         QCOMPARE(card::setTrim(1, 4), QString("CTRM14"));
@@ -49,19 +50,21 @@ private slots:
     void a_request_for_a_spectrum_has_its_channel_data()
     {
         QTest::addColumn<QString>("request");
+        QTest::addColumn<bool>("spectrum");
         QTest::addColumn<int>("channel");
-        QTest::newRow("0") << "0190RFFT000000" << 0;
-        QTest::newRow("2") << "0190RFFT210000" << 2;
-        QTest::newRow("3") << "0190RFFT300000" << -1;
-        QTest::newRow("a letter") << "0190RFFTx00000" << -1;
-        QTest::newRow("another word") << "0190RVER000000" << -1;
-        QTest::newRow("short") << "0190RFFT" << -1;
-        QTest::newRow("empty") << "" << -1;
+        QTest::newRow("0") << "0190RFFT000000" << true << 0;
+        QTest::newRow("2") << "0190RFFT210000" << true << 2;
+        QTest::newRow("3") << "0190RFFT300000" << true << -1;
+        QTest::newRow("a letter") << "0190RFFTx00000" << true << -1;
+        QTest::newRow("another word") << "0190RVER000000" << false << -1;
+        QTest::newRow("short") << "0190RFFT" << true << -1;
+        QTest::newRow("empty") << "" << false << -1;
     }
 
     void a_request_for_a_spectrum_has_its_channel()
     {
         QFETCH(QString, request);
+        QTEST(card::isSpectrumRequest(request), "spectrum");
         QTEST(card::spectrumChannel(request), "channel");
     }
 

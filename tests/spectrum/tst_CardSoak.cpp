@@ -1,6 +1,6 @@
-// A hundred thousand polls of a card that fails three times in ten, over a pseudo-terminal, both
-// types. The test holds the clock: where no reply comes, the timers run out at once, and what they
-// were set to is checked instead.
+// A hundred thousand polls of a card of each type that fails three times in ten, over a
+// pseudo-terminal. The test controls the time: where no reply comes, it makes the timers run out at
+// once and checks their intervals instead.
 #include "spectrum/CardSide.h"
 #include "spectrum/Clock.h"
 #include "spectrum/SpectralCard.h"
@@ -18,7 +18,7 @@
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int Transactions = 4000; // of each type; all of them in the other build
+constexpr int Transactions = 4000; // of each type; the plain build does the full number
 #else
 constexpr int Transactions = 50000;
 #endif
@@ -28,7 +28,7 @@ constexpr int Points = 64;
 
 enum Fault { NoReply, Cut, Noise, WrongAddress, WrongLength, Late, FaultCount, Good = FaultCount };
 
-// What the system has given to the program, in bytes.
+// The memory that the program has in RAM, in bytes.
 qint64 residentSize()
 {
     QFile file("/proc/self/statm");
@@ -36,7 +36,7 @@ qint64 residentSize()
     return open ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) : 0;
 }
 
-// The order in which the card is asked while all charts are shown.
+// The poll of this number, counted from 0, while all charts are shown.
 QByteArray request(int number)
 {
     return "0190RFFT" + QByteArray::number(number % 3) + QByteArray::number(number / 3 % 3) +
@@ -66,8 +66,8 @@ private slots:
         QElapsedTimer elapsed;
         elapsed.start();
         for (int number = 0; number < Transactions; ++number) {
-            QVERIFY2(hearOne(), qPrintable(QString("polling stopped at %1").arg(number)));
-            QCOMPARE(m_request, request(number)); // none left out, none twice
+            QVERIFY2(receiveOne(), qPrintable(QString("polling stopped at %1").arg(number)));
+            QCOMPARE(m_request, request(number)); // No poll is left out, none is sent twice.
             answer(dice());
             if (QTest::currentTestFailed()) {
                 return;
@@ -95,7 +95,7 @@ private slots:
         constexpr qint64 Flat = 256 * 1024;
         QVERIFY(heap.back() - heap.front() < Flat);
 #if !defined(__SANITIZE_ADDRESS__)
-        // the sanitizer keeps freed memory for a while
+        // The sanitizer keeps freed memory for a while.
         QVERIFY(resident.back() - resident.front() < 4 * Flat);
 #endif
     }
@@ -122,10 +122,7 @@ private:
             m_card->setK7150("ttyUSB11", "absent", "missing");
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
-        const auto buses = m_card->findChildren<Rs422Bus*>();
-        for (Rs422Bus* bus : buses) {
-            m_bus = bus->portName() == "ttyUSB11" ? bus : m_bus;
-        }
+        m_bus = cardSide::busOn(m_card.get(), "ttyUSB11");
         connect(m_bus, &Rs422Bus::messageReceived, this, [this](const CmdMsg& message) {
             if (message.command == "RFFT") {
                 ++(std::exchange(m_open, false) ? m_answered : m_unasked);
@@ -141,12 +138,12 @@ private:
                 }
             });
         connect(m_card.get(), &SpectralCard::specUpdate, this, [this] { ++m_spectra; });
-        // the name is asked for and not given, the spans are told and not answered
+        // The requests for the name and for the spans end without a reply.
         if (k7150) {
             m_card->initSA();
         }
-        for (int heard = 1; heard <= (k7150 ? 3 : 1); ++heard) {
-            QTRY_COMPARE(cardSide::requests(*m_pty).size(), heard);
+        for (int requests = 1; requests <= (k7150 ? 3 : 1); ++requests) {
+            QTRY_COMPARE(cardSide::requests(*m_pty).size(), requests);
             testClock::expire(m_bus);
         }
         m_pty->takeReceived();
@@ -154,7 +151,7 @@ private:
         auto* poll = m_card->findChild<QTimer*>("pollTimer");
         QVERIFY(poll != nullptr && poll->isActive());
         QCOMPARE(poll->interval(), 50);
-        poll->stop(); // from now on the test is the timer
+        poll->stop(); // From now on the test is the timer.
         m_card->timerTimeOut();
     }
 
@@ -163,21 +160,21 @@ private:
         QCoreApplication::processEvents(QEventLoop::AllEvents);
     }
 
-    // Waits for the next request. Out: whether exactly one came.
-    bool hearOne()
+    // Waits for the next request and returns whether exactly one came.
+    bool receiveOne()
     {
-        QList<QByteArray> heard;
+        QList<QByteArray> received;
         QElapsedTimer elapsed;
         elapsed.start();
-        while (heard.isEmpty() && elapsed.elapsed() < PatienceMs) {
+        while (received.isEmpty() && elapsed.elapsed() < PatienceMs) {
             turn();
-            heard = cardSide::requests(*m_pty);
+            received = cardSide::requests(*m_pty);
         }
         m_pty->takeReceived();
-        if (heard.size() != 1 || m_open) {
+        if (received.size() != 1 || m_open) {
             return false;
         }
-        m_request = heard.first();
+        m_request = received.first();
         m_open = true;
         return true;
     }
@@ -208,7 +205,7 @@ private:
         elsewhere[3] = '8';
         const std::array<QByteArray, FaultCount + 1> bytes{
             QByteArray(), good.left(40), "]noise]" + good, elsewhere, longer, QByteArray(), good};
-        // what comes late comes while the next one is waited for, before its own
+        // A late reply comes while the next one is waited for, before that one.
         if (!m_late.isEmpty()) {
             QVERIFY(m_pty->writeUntilRead(m_late));
         }
@@ -230,19 +227,19 @@ private:
         testClock::expire(m_bus);
     }
 
-    // What the card's timers do until the next request.
+    // Does what the card's timers do until the next request.
     void goOn()
     {
         if (m_runOut && !m_k7150) {
-            return; // asked again already
+            return; // takeTimeout() has asked again already
         }
-        // the timer of an answered one may run out before the next request or behind it
+        // The timer of an answered request may run out before or after the next request.
         if (!m_runOut && m_random() % 8 != 0) {
             testClock::expire(m_bus);
         }
         if (m_runOut) {
             m_card->timerTimeOut();
-            QVERIFY(testClock::timers(m_bus).isEmpty()); // too early
+            QVERIFY(testClock::timers(m_bus).isEmpty()); // it is too early for a poll
             auto* due = m_card->findChild<QTimer*>("replyDueTimer");
             QCOMPARE(due->interval(), 2500);
             testClock::expire(due);
@@ -260,11 +257,11 @@ private:
     QByteArray m_late;
     int m_answered = 0;
     int m_lost = 0;
-    int m_unasked = 0; // replies while nothing was waited for
+    int m_unasked = 0; // replies that no request waited for
     int m_spectra = 0;
     bool m_k7150 = false;
-    bool m_open = false;   // a request was heard and has not ended
-    bool m_runOut = false; // the last one ended by its timer
+    bool m_open = false;   // a request was received and has not ended
+    bool m_runOut = false; // the last request ended by its timer
 };
 
 QN740_TEST_MAIN(tst_CardSoak)

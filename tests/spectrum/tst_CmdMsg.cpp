@@ -16,7 +16,7 @@ private slots:
         QTest::newRow("card 90 of channel 1") << "0190" << 190 << 1 << 90 << "01";
         QTest::newRow("channel 12") << "1234" << 1234 << 12 << 34 << "12";
         QTest::newRow("zero") << "0000" << 0 << 0 << 0 << "00";
-        QTest::newRow("no number") << "AB90" << -1 << 0 << -1 << "AB";
+        QTest::newRow("not a number") << "AB90" << -1 << 0 << -1 << "AB";
         QTest::newRow("empty") << "" << -1 << 0 << -1 << "";
         QTest::newRow("one character") << "7" << 7 << 0 << 7 << "7";
     }

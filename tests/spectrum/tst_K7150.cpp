@@ -1,6 +1,6 @@
 // A card of the K7150 type: three ports, demodulators that are told their spans, replies that name
 // their channel.
-#include "spectrum/CardDesk.h"
+#include "spectrum/CardFixture.h"
 #include "spectrum/SpectrumChart.h"
 #include "support/TestMain.h"
 
@@ -19,7 +19,7 @@ speed_t speed(const Pty& pty)
     return ::cfgetospeed(&settings);
 }
 
-// messages without their frame characters
+// The messages without their frame characters.
 QStringList texts(const QSignalSpy& told)
 {
     QStringList list;
@@ -31,13 +31,13 @@ QStringList texts(const QSignalSpy& told)
 
 } // namespace
 
-class tst_K7150 : public QObject, private CardDesk
+class tst_K7150 : public QObject, private CardFixture
 {
     Q_OBJECT
 
 private slots:
-    void init() { sitDown(); }
-    void cleanup() { standUp(); }
+    void init() { start(); }
+    void cleanup() { stop(); }
 
     void the_k7150_arrangement_replaces_the_first_bus_and_adds_two()
     {
@@ -135,7 +135,7 @@ private slots:
         QCOMPARE(m_card->chart(2)->trace().size(), 2);
     }
 
-    void a_spectrum_of_another_port_does_not_end_the_first_one_s_poll()
+    void a_spectrum_of_another_port_does_not_end_the_poll_of_the_first_port()
     {
         Pty& pty = switchToK7150();
         cardKnowsItsSpans(pty);
@@ -157,10 +157,10 @@ private slots:
         QTRY_COMPARE(cardSide::requests(pty).size(), 2);
     }
 
-    void a_span_change_under_way_does_not_outlive_the_older_card()
+    void a_span_change_under_way_ends_with_the_older_card()
     {
-        nameKnown();
-        m_card->UpdateCmds(); // the change waits behind it
+        endNameRequest();
+        m_card->UpdateCmds(); // The change waits behind this request.
         m_card->SetSpan(0, 4);
         switchToK7150();
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
@@ -168,7 +168,7 @@ private slots:
         QCOMPARE(spectra.count(), 1);
     }
 
-    void a_span_change_averages_anew_behind_its_marker()
+    void a_span_change_restarts_the_average_behind_its_marker()
     {
         switchToK7150();
         m_card->chart(0)->setAveraging(16);
@@ -221,7 +221,8 @@ private slots:
         m_card->setOverRideVisCheck(true);
         timer("pollTimer")->stop();
         QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        // each channel once, the second one was told already; whether the card answers or not
+        // Each channel is told once, the second one was told already, whether or not the card
+        // answers.
         m_card->timerTimeOut();
         QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D3:NFFT:12"}));
         QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT000000"});
@@ -283,11 +284,8 @@ private slots:
     {
         m_card->setK7150("late", "absent", "absent");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        m_card->SetSpan(0, 7); // nobody hears it
-        Rs422Bus* late = nullptr;
-        for (Rs422Bus* one : m_card->findChildren<Rs422Bus*>()) {
-            late = one->portName() == "late" ? one : late;
-        }
+        m_card->SetSpan(0, 7); // while the port is absent
+        Rs422Bus* late = cardSide::busOn(m_card, "late");
         testClock::expire(late);
         QVERIFY(testClock::timers(late).isEmpty());
         Pty& pty = m_devices->add("late");
@@ -310,7 +308,7 @@ private slots:
         QCOMPARE(testClock::intervals(bus()), QList<int>{450});
     }
 
-    void spans_of_one_transform_are_told_apart()
+    void spans_with_the_same_fft_parameter_are_told_apart()
     {
         Pty& pty = switchToK7150();
         QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
@@ -368,7 +366,7 @@ private:
         return pty;
     }
 
-    // all channels have been told theirs
+    // Tells all channels their spans and lets the requests end.
     void cardKnowsItsSpans(Pty& pty)
     {
         m_card->initSA();

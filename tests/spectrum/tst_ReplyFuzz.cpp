@@ -1,5 +1,5 @@
 // Ten million bytes of noise, broken replies and good ones through the reply parser, in pieces of
-// every size, beside the plainest possible reading of the same rules.
+// every size, compared with the simplest possible implementation of the same rules.
 #include "spectrum/BusFrame.h"
 #include "spectrum/CardSide.h"
 #include "support/TestMain.h"
@@ -14,7 +14,7 @@ namespace {
 
 constexpr qsizetype Bytes = 10 * 1000 * 1000;
 
-// The rules written down once more, without any memory of earlier searches.
+// The same rules without any memory of earlier searches.
 struct PlainBuffer
 {
     QByteArray bytes;
@@ -84,10 +84,10 @@ public:
     {
         static const QByteArray alphabet = "[]\r0190RFFTRNME\0\xff";
         QByteArray bytes(size, '\0');
-        const bool nasty = below(2) == 0;
+        const bool difficult = below(2) == 0;
         for (char& byte : bytes) {
-            byte = nasty ? alphabet.at(below(static_cast<int>(alphabet.size())))
-                         : static_cast<char>(m_random());
+            byte = difficult ? alphabet.at(below(static_cast<int>(alphabet.size())))
+                             : static_cast<char>(m_random());
         }
         return bytes;
     }
@@ -129,7 +129,7 @@ class tst_ReplyFuzz : public QObject
     Q_OBJECT
 
 private slots:
-    void ten_million_bytes_are_read_as_the_rules_say_data()
+    void ten_million_bytes_give_the_replies_that_the_rules_give_data()
     {
         QTest::addColumn<int>("layout");
         QTest::addColumn<int>("largest");
@@ -140,12 +140,12 @@ private slots:
         QTest::newRow("K7150, as they come") << int(Layout::K7150) << 2000;
     }
 
-    void ten_million_bytes_are_read_as_the_rules_say()
+    void ten_million_bytes_give_the_replies_that_the_rules_give()
     {
         QFETCH(int, layout);
         QFETCH(int, largest);
         const auto form = static_cast<Layout>(layout);
-        // the five rows together
+        // The five rows together feed all bytes.
         const qsizetype share = Bytes / 5;
         Source source(740 + static_cast<quint32>(largest + layout));
         bus::ReplyBuffer buffer;
@@ -173,7 +173,7 @@ private slots:
                 }
                 QCOMPARE(buffer.size(), plain.bytes.size());
             }
-            // as the reply timer does
+            // The reply timer does the same.
             if (source.below(20) == 0) {
                 buffer.clear();
                 plain.bytes.clear();
@@ -190,7 +190,7 @@ private slots:
         int found = 0;
         for (int i = 0; i < 5000; ++i) {
             QByteArray garbage = source.noise(source.below(400));
-            // a header among the garbage starts a reply of its own
+            // A header among the garbage starts a reply of its own.
             garbage.replace("[0190RFFT", "");
             garbage.replace("[0190RFFT", "");
             bus::ReplyBuffer buffer;
@@ -206,20 +206,20 @@ private slots:
         QVERIFY(found > 4900);
     }
 
-    void a_long_wait_for_a_length_that_never_comes_stays_small()
+    void a_reply_whose_announced_length_never_comes_takes_bounded_memory()
     {
         bus::ReplyBuffer buffer;
         CmdMsg message;
         buffer.append("[0190RFFT9999");
-        qsizetype most = 0;
+        qsizetype largestSize = 0;
         int spectra = 0;
         for (int i = 0; i < 100000; ++i) {
             buffer.append(QByteArray(100, 'x'));
             spectra += buffer.take(message, Layout::Decimal) == Found::Spectrum ? 1 : 0;
-            most = qMax(most, buffer.size());
+            largestSize = qMax(largestSize, buffer.size());
         }
         QCOMPARE(spectra, 1);
-        QVERIFY(most < 300 * 1024);
+        QVERIFY(largestSize < 300 * 1024);
     }
 };
 

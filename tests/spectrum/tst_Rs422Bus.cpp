@@ -1,41 +1,14 @@
-#include "spectrum/CardSide.h"
-#include "spectrum/Clock.h"
-#include "spectrum/Rs422Bus.h"
+#include "spectrum/BusFixture.h"
 #include "support/TestMain.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 
 #include <sys/ioctl.h>
 
 namespace {
 
-using Requests = QList<QByteArray>;
-
-// longer than any test; its time passes by testClock::expire()
-constexpr int Long = 10000;
-
-// the interval of the newest timer of the bus, which is its reply timer; -1 when none runs
-int replyTimer(Rs422Bus* bus)
-{
-    int newest = -1;
-    int interval = -1;
-    for (const auto& timer : testClock::timers(bus)) {
-        if (timer.timerId > newest) {
-            newest = timer.timerId;
-            interval = timer.interval;
-        }
-    }
-    return interval;
-}
-
-int timers(Rs422Bus* bus)
-{
-    return static_cast<int>(testClock::timers(bus).size());
-}
-
-// bytes that the card has not taken from the line
-int onTheLine(const Pty& pty)
+// the bytes that the card has not taken from the line
+int unreadBytes(const Pty& pty)
 {
     int bytes = 0;
     ::ioctl(pty.master(), FIONREAD, &bytes);
@@ -44,29 +17,13 @@ int onTheLine(const Pty& pty)
 
 } // namespace
 
-class tst_Rs422Bus : public QObject
+class tst_Rs422Bus : public QObject, private BusFixture
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        m_devices = std::make_unique<DeviceDirectory>();
-        m_card = &m_devices->add("ttyUSB11");
-        m_bus = std::make_unique<Rs422Bus>("ttyUSB11", '[', ']', true, 921600);
-        m_received = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageReceived);
-        m_lost = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageTxSuccess);
-        m_flags = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageQueueFlag);
-    }
-
-    void cleanup()
-    {
-        m_received.reset();
-        m_lost.reset();
-        m_flags.reset();
-        m_bus.reset();
-        m_devices.reset();
-    }
+    void init() { start(); }
+    void cleanup() { stop(); }
 
     // opening
 
@@ -88,7 +45,7 @@ private slots:
         QVERIFY(!m_bus->isOpen());
     }
 
-    void an_absent_port_is_not_open_and_harms_nothing()
+    void an_absent_port_is_not_open_and_requests_to_it_time_out()
     {
         Rs422Bus bus("absent", '[', ']', true, 921600);
         QSignalSpy lost(&bus, &Rs422Bus::messageTxSuccess);
@@ -162,7 +119,7 @@ private slots:
         QCOMPARE(m_bus->txCount(), 1);
     }
 
-    void what_waits_and_what_was_sent_last_can_be_asked()
+    void the_bus_knows_what_waits_and_what_was_sent_last()
     {
         QCOMPARE(m_bus->lastRequest(), QString());
         m_bus->sendMessage("first", 10000);
@@ -179,7 +136,7 @@ private slots:
 
     // timeouts, by the value of the timer
 
-    void the_reply_timer_data()
+    void a_request_has_its_reply_timer_data()
     {
         QTest::addColumn<QString>("queued");
         QTest::addColumn<int>("ms");
@@ -189,7 +146,7 @@ private slots:
         QTest::newRow("own") << own + "2000 0190RFFT" << 2000 << QByteArray("0190RFFT");
         QTest::newRow("at the cap") << own + "10000 a" << 10000 << QByteArray("a");
         QTest::newRow("above the cap") << own + "20000 a" << 10000 << QByteArray("a");
-        QTest::newRow("no number") << own + "soon a" << 0 << QByteArray("a");
+        QTest::newRow("not a number") << own + "soon a" << 0 << QByteArray("a");
         QTest::newRow("too many digits") << own + "99999999999 a" << 0 << QByteArray("a");
         QTest::newRow("negative") << own + "-5 a" << 0 << QByteArray("a");
         QTest::newRow("zero") << own + "0 a" << 0 << QByteArray("a");
@@ -198,7 +155,7 @@ private slots:
         QTest::newRow("no blank: an empty request") << own + "300" << 300 << QByteArray("");
     }
 
-    void the_reply_timer()
+    void a_request_has_its_reply_timer()
     {
         QFETCH(QString, queued);
         QFETCH(int, ms);
@@ -208,7 +165,7 @@ private slots:
         QTRY_COMPARE(cardSide::requests(*m_card).value(0), sent);
     }
 
-    void an_own_timeout_is_queued_by_its_own_function()
+    void a_timeout_can_be_given_as_an_argument()
     {
         m_bus->sendMessage("0190RFFT", 20000);
         QCOMPARE(replyTimer(m_bus.get()), 10000);
@@ -239,7 +196,7 @@ private slots:
         QCOMPARE(m_lost->count(), 1);
     }
 
-    void a_request_s_time_passes_by_itself_too()
+    void a_reply_timer_runs_out_by_itself()
     {
         m_bus->sendMessage("first", 1);
         QTRY_COMPARE(m_lost->count(), 1);
@@ -297,7 +254,7 @@ private slots:
                 m_bus->timerEvent(&event);
             }
         }
-        QCOMPARE(testClock::intervals(m_bus.get()), QList<int>{9000}); // only the second one's
+        QCOMPARE(testClock::intervals(m_bus.get()), QList<int>{9000}); // only the second timer
         QCOMPARE(m_lost->count(), 0);
         m_card->write(cardSide::text("RVER", "b"));
         QTRY_COMPARE(m_received->count(), 2);
@@ -313,18 +270,18 @@ private slots:
         elapsed.start();
         m_bus->sendMessage("second", Long);
         QVERIFY2(elapsed.elapsed() >= 45, qPrintable(QString::number(elapsed.elapsed())));
-        QCOMPARE(m_bus->lastRequest(), QString("second")); // and then it is sent
+        QCOMPARE(m_bus->lastRequest(), QString("second")); // and then the request is sent
     }
 
-    void requests_for_a_line_that_takes_nothing_do_not_gather()
+    void requests_for_a_line_that_takes_nothing_do_not_accumulate()
     {
-        constexpr int Requests = 6;
-        for (int i = 0; i < Requests; ++i) {
+        constexpr int Count = 6;
+        for (int i = 0; i < Count; ++i) {
             fillTheLine();
             testClock::expire(m_bus.get());
         }
         m_bus->sendMessage("the last one", Long);
-        // once the card listens again: what stood on the line, not all that was asked
+        // Once the card reads again it gets what stood on the line, not all that was requested.
         const QByteArray last = bus::frame("the last one", '[', ']', true);
         QTRY_VERIFY(m_card->received().endsWith(last));
         const auto heard = m_card->received().size();
@@ -379,7 +336,7 @@ private slots:
         QTRY_COMPARE(cardSide::requests(*m_card).mid(0, 4), Requests({"s0", "s1", "s2", "s0"}));
     }
 
-    void a_queued_request_goes_before_the_status()
+    void queued_requests_go_before_status_requests()
     {
         QStringList status{"s0"};
         m_bus->addToStatusQueue(status);
@@ -397,205 +354,55 @@ private slots:
         QCOMPARE(replyTimer(m_bus.get()), 7000);
     }
 
-    // replies
-
-    void a_spectrum_is_received_data()
+    void a_status_request_is_never_a_marker()
     {
-        QTest::addColumn<bool>("k7150");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QByteArray>("data");
-        QByteArray all;
-        for (int byte = 0; byte < 256; ++byte) {
-            all += static_cast<char>(byte);
-        }
-        QTest::newRow("decimal") << false << cardSide::spectrum(all) << all;
-        QTest::newRow("decimal after ten bytes of noise")
-            << false << "0123456789" + cardSide::spectrum(all) << all;
-        QTest::newRow("K7150") << true << cardSide::k7150Spectrum(2, all) << '\x02' + all;
-        QTest::newRow("K7150 after noise")
-            << true << "[[]0123456" + cardSide::k7150Spectrum(0, all) << QByteArray(1, '\0') + all;
+        QStringList status{QChar(0x07) + QString("flag")};
+        m_bus->addToStatusQueue(status);
+        m_bus->run();
+        QTRY_COMPARE(cardSide::requests(*m_card),
+            Requests{"\x07"
+                     "flag"});
+        QCOMPARE(m_flags->count(), 0);
     }
 
-    void a_spectrum_is_received()
+    void a_marker_can_be_queued_as_text()
     {
-        QFETCH(bool, k7150);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QByteArray, data);
-        m_bus->setIsK7150Type(k7150);
-        m_bus->sendMessage("0190RFFT");
-        QTRY_VERIFY(!m_card->received().isEmpty());
-        m_card->write(bytes);
-        QTRY_COMPARE(m_received->count(), 1);
-        const auto message = m_received->at(0).at(0).value<CmdMsg>();
-        QCOMPARE(message.data.toLatin1(), data);
-        QCOMPARE(message.command, QString("RFFT"));
-        QCOMPARE(message.addressValue, 190);
-    }
-
-    void a_reply_travels_in_a_queued_signal_too()
-    {
-        QVERIFY(QMetaType::fromName("CmdMsg").isValid());
-        QList<CmdMsg> taken;
-        connect(
-            m_bus.get(), &Rs422Bus::messageReceived, this,
-            [&taken](const CmdMsg& message) { taken += message; }, Qt::QueuedConnection);
-        m_card->write(cardSide::text("RNME", "name"));
-        QTRY_COMPARE(taken.size(), 1);
-        QCOMPARE(taken.first().data, QString("name"));
-        QCOMPARE(taken.first().addressValue, 190);
-    }
-
-    void a_spectrum_split_across_reads_is_assembled()
-    {
-        const QByteArray reply = cardSide::spectrum(QByteArray(600, 'p'));
-        m_bus->sendMessage("0190RFFT", Long);
-        for (const QByteArray& part : {reply.left(4), reply.mid(4, 7), reply.mid(11, 300)}) {
-            QVERIFY(m_card->writeUntilRead(part));
-            QCOMPARE(m_received->count(), 0);
-        }
-        m_card->write(reply.mid(311));
-        QTRY_COMPARE(m_received->count(), 1);
-        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().data.size(), 600);
-    }
-
-    void a_spectrum_advances_the_queue_at_once()
-    {
-        m_bus->sendMessage("first", 10000);
-        m_bus->sendMessage("second", 10000);
-        m_card->write(cardSide::spectrum("x"));
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
-    }
-
-    void a_text_reply_does_not_advance_the_queue()
-    {
-        m_bus->sendMessage("first", Long);
-        m_bus->sendMessage("second", Long);
-        m_card->write(cardSide::text("RNME", "name"));
-        QTRY_COMPARE(m_received->count(), 1);
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
-        QCOMPARE(m_bus->txCount(), 1);
-        // but its timer does
-        testClock::expire(m_bus.get());
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
-        QCOMPARE(m_lost->count(), 0);
-    }
-
-    void a_request_queued_after_a_text_reply_goes_out_at_once()
-    {
-        m_bus->sendMessage("first", 10000);
-        m_card->write(cardSide::text("RNME", "name"));
-        QTRY_COMPARE(m_received->count(), 1);
-        m_bus->sendMessage("second");
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
-    }
-
-    void a_second_text_reply_in_the_same_read_is_lost()
-    {
-        m_bus->sendMessage("first", 10000);
-        m_card->write(cardSide::text("RNME", "a") + cardSide::text("RVER", "b"));
-        QTRY_COMPARE(m_received->count(), 1);
-        QTest::qWait(50);
-        QCOMPARE(m_received->count(), 1);
-        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().data, QString("a"));
-    }
-
-    void a_reply_of_another_address_ends_the_transaction_too()
-    {
-        m_bus->sendMessage("0190RNME", Long);
-        m_card->write(cardSide::text("RNME", "x", "AB90"));
-        QTRY_COMPARE(m_received->count(), 1);
-        const auto message = m_received->at(0).at(0).value<CmdMsg>();
-        QCOMPARE(message.addressValue, -1);
-        QCOMPARE(message.getChannelAddressInt(), 0);
-        QCOMPARE(message.getCardAddressInt(), -1);
-        testClock::expire(m_bus.get());
+        m_bus->sendMessage(QChar(0x07) + QString("flag"));
+        QCOMPARE(m_flags->count(), 1);
+        QCOMPARE(m_flags->at(0).at(0).toString(), QString("flag"));
         QCOMPARE(timers(m_bus.get()), 0);
-        QCOMPARE(m_lost->count(), 0);
     }
 
-    void what_the_owner_queues_on_a_text_reply_waits_for_the_timer()
+    void control_characters_behind_a_timeout_of_its_own_are_sent()
     {
-        connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(),
-            [this] { m_bus->sendMessage("second"); });
-        m_bus->sendMessage("first", Long);
-        m_card->write(cardSide::text("RNME", "a"));
-        QTRY_COMPARE(m_received->count(), 1);
+        m_bus->sendMessage(QChar(0x07) + QString("text"), 2000);
+        QCOMPARE(m_flags->count(), 0);
+        QCOMPARE(replyTimer(m_bus.get()), 2000);
+        QTRY_COMPARE(cardSide::requests(*m_card),
+            Requests{"\x07"
+                     "text"});
+    }
+
+    void a_marker_that_waits_is_not_a_request_that_waits()
+    {
+        m_bus->sendMessage("busy", Long);
+        m_bus->setMessageQueFlag("flag");
         QCOMPARE(m_bus->txCount(), 1);
-        testClock::expire(m_bus.get());
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
-    }
-
-    void a_reply_that_nobody_asked_for_is_passed_on_and_breaks_nothing()
-    {
-        m_card->write(cardSide::text("RNME", "a"));
-        QTRY_COMPARE(m_received->count(), 1);
-        m_card->write(cardSide::spectrum("x"));
-        QTRY_COMPARE(m_received->count(), 2);
-        QCOMPARE(timers(m_bus.get()), 0);
-        m_bus->sendMessage("first", Long);
-        testClock::expire(m_bus.get());
-        QCOMPARE(m_lost->count(), 1);
-    }
-
-    void a_request_made_on_a_reply_that_nobody_asked_for_is_kept_track_of()
-    {
-        bool once = true;
-        connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(), [this, &once] {
-            if (std::exchange(once, false)) {
-                m_bus->sendMessage("first", Long);
-                m_bus->sendMessage("second", Long);
-            }
-        });
-        m_card->write(cardSide::spectrum("x"));
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
-        testClock::expire(m_bus.get());
-        QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
-        testClock::expire(m_bus.get());
-        QCOMPARE(m_lost->count(), 2);
-    }
-
-    void the_bus_may_be_closed_and_deleted_in_a_reply()
-    {
-        Rs422Bus* bus = m_bus.release();
-        connect(bus, &Rs422Bus::messageReceived, bus, [bus] {
-            bus->close();
-            bus->deleteLater();
-        });
-        const QPointer<Rs422Bus> watch(bus);
-        bus->sendMessage("first");
-        m_card->write(cardSide::spectrum("x") + "more");
-        QTRY_VERIFY(watch.isNull());
-    }
-
-    void noise_while_idle_does_not_fill_the_memory()
-    {
-        for (int i = 0; i < 40; ++i) {
-            QVERIFY(m_card->write(QByteArray(8000, '[')));
-        }
-        m_bus->sendMessage("first");
-        m_card->write(cardSide::spectrum("x"));
-        QTRY_COMPARE(m_received->count(), 1);
+        QVERIFY(!m_bus->isWaiting("flag"));
     }
 
 private:
-    static constexpr int LargeRequest = 40000; // more than a line takes that nobody reads
+    static constexpr int LargeRequest = 40000; // more bytes than a line takes that nobody reads
 
-    // A request is on its way that does not get through.
+    // Sends a request that the line takes only in part.
     void fillTheLine()
     {
         m_bus->sendMessage(QString(LargeRequest, 'x'), Long);
         int before = -1;
         QTRY_VERIFY((QTest::qWait(50),
-            std::exchange(before, onTheLine(*m_card)) == before && before > 1000));
+            std::exchange(before, unreadBytes(*m_card)) == before && before > 1000));
         QVERIFY(before < LargeRequest);
     }
-
-    std::unique_ptr<DeviceDirectory> m_devices;
-    Pty* m_card = nullptr;
-    std::unique_ptr<Rs422Bus> m_bus;
-    std::unique_ptr<QSignalSpy> m_received;
-    std::unique_ptr<QSignalSpy> m_lost;
-    std::unique_ptr<QSignalSpy> m_flags;
 };
 
 QN740_TEST_MAIN(tst_Rs422Bus)

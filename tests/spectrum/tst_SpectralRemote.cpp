@@ -114,16 +114,16 @@ private slots:
         lazy.setReadBufferSize(1);
         connectReader(lazy, remote);
         const QByteArray points(4096, 'p');
-        qint64 most = 0;
+        qint64 largest = 0;
         for (int i = 0; i < 2000; ++i) {
             emit m_card->specUpdate(points, 0);
-            most = qMax(most, remote.backlog());
+            largest = qMax(largest, remote.backlog());
             if (i % 100 == 0) {
                 QCoreApplication::processEvents();
             }
         }
-        QVERIFY2(
-            most > 0 && most <= SpectralRemote::MostBacklog, qPrintable(QString::number(most)));
+        QVERIFY2(largest > 0 && largest <= SpectralRemote::MaxBacklogBytes,
+            qPrintable(QString::number(largest)));
     }
 
     void readers_that_hang_or_vanish_leave_the_memory_as_it_was()
@@ -154,7 +154,7 @@ private slots:
         QVERIFY2(growth < 64 * 1024, qPrintable(QString::number(growth)));
     }
 
-    void a_reader_that_hangs_takes_nothing_from_the_others()
+    void a_reader_that_hangs_does_not_slow_down_the_others()
     {
         SpectralRemote remote(m_card.get());
         QLocalSocket hanging;
@@ -210,15 +210,15 @@ private slots:
     {
         SpectralRemote remote(m_card.get());
         std::vector<std::unique_ptr<QLocalSocket>> readers;
-        for (int i = 0; i < SpectralRemote::MostReaders + 3; ++i) {
+        for (int i = 0; i < SpectralRemote::MaxReaders + 3; ++i) {
             readers.push_back(std::make_unique<QLocalSocket>());
             readers.back()->connectToServer(m_path);
         }
-        QTRY_COMPARE(remote.readers(), SpectralRemote::MostReaders);
+        QTRY_COMPARE(remote.readers(), SpectralRemote::MaxReaders);
         QTRY_COMPARE(readers.back()->state(), QLocalSocket::UnconnectedState);
     }
 
-    void a_socket_left_behind_is_taken_over()
+    void a_socket_that_nobody_serves_is_taken_over()
     {
         QVERIFY(
             QProcess::execute("python3",
@@ -249,7 +249,7 @@ private slots:
         QCOMPARE(QFileInfo(m_path).size(), 8);
     }
 
-    void a_relative_path_is_of_the_working_directory()
+    void a_relative_path_starts_at_the_working_directory()
     {
         const QString before = QDir::currentPath();
         QVERIFY(QDir::setCurrent(m_devices->path()));
@@ -261,7 +261,7 @@ private slots:
             m_path = m_devices->path() + "/here";
             QLocalSocket reader;
             connectReader(reader, remote);
-            // in use: left alone
+            // The socket is in use and left alone.
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no spectra at .*/here"));
             const SpectralRemote second(m_card.get());
             QVERIFY(!second.isListening() && remote.isListening());
@@ -270,7 +270,7 @@ private slots:
         QVERIFY(QDir::setCurrent(before));
     }
 
-    void the_socket_is_gone_with_the_forwarder()
+    void the_socket_is_removed_with_the_forwarder()
     {
         {
             const SpectralRemote remote(m_card.get());

@@ -1,2 +1,6 @@
 qn740_test(touch FittedLabel)
+qn740_test(touch MessageBox)
+qn740_test(touch Placement)
+qn740_test(touch Sizes)
 qn740_test(touch TextButton)
+qn740_test(touch TextFit)

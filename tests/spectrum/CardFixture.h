@@ -4,17 +4,18 @@
 #include "spectrum/Clock.h"
 #include "spectrum/SpectralCard.h"
 
+#include <QComboBox>
 #include <QMainWindow>
 #include <QtTest>
 
 #include <memory>
 
-// A card on "ttyUSB11" in a window of the menu area's size, with the other end of its line. Base of
-// the tests of SpectralCard.
-class CardDesk
+/// A card's page on "ttyUSB11" in a window of the menu area's size, with the other end of its line.
+/// Base of the tests of SpectralCard.
+class CardFixture
 {
 protected:
-    void sitDown()
+    void start()
     {
         m_devices = std::make_unique<DeviceDirectory>();
         m_pty = &m_devices->add("ttyUSB11");
@@ -24,27 +25,27 @@ protected:
         m_window->setCentralWidget(m_card);
     }
 
-    void standUp()
+    void stop()
     {
         m_window.reset();
         m_devices.reset();
     }
 
-    // The bus that carries the requests: of a K7150 that is the one on "ttyUSB12".
+    /// The bus that carries the requests: that of a K7150 is the one on "ttyUSB12".
     Rs422Bus* bus() const
     {
-        for (Rs422Bus* one : m_card->findChildren<Rs422Bus*>()) {
-            if (one->portName() == (m_card->k7150Type() ? "ttyUSB12" : "ttyUSB11")) {
-                return one;
-            }
-        }
-        return nullptr;
+        return cardSide::busOn(m_card, m_card->k7150Type() ? "ttyUSB12" : "ttyUSB11");
     }
 
     QTimer* timer(const char* name) const { return m_card->findChild<QTimer*>(name); }
 
-    // The name was asked for and not given, and the bus is idle.
-    void nameKnown()
+    QComboBox* spanBox(int channel) const
+    {
+        return m_card->findChild<QComboBox*>(QString("cboSpan%1").arg(channel + 1));
+    }
+
+    /// Lets the request for the name end without a reply, so that the bus is idle.
+    void endNameRequest()
     {
         QTRY_VERIFY(!cardSide::requests(*m_pty).isEmpty());
         testClock::expire(bus());

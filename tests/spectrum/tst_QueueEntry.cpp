@@ -1,0 +1,106 @@
+#include "spectrum/QueueEntry.h"
+#include "support/TestMain.h"
+
+using bus::QueueEntry;
+using Kind = QueueEntry::Kind;
+
+Q_DECLARE_METATYPE(bus::QueueEntry::Kind)
+
+class tst_QueueEntry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void times_are_those_of_the_bus()
+    {
+        QCOMPARE(bus::DefaultReplyMs, 450);
+        QCOMPARE(bus::MaxReplyMs, 10000);
+    }
+
+    void a_request_waits_the_usual_time_and_keeps_its_text()
+    {
+        const QueueEntry entry = QueueEntry::request("\x07 a\x08");
+        QCOMPARE(entry.kind(), Kind::Request);
+        QCOMPARE(entry.text(), QString("\x07 a\x08"));
+        QCOMPARE(entry.timeoutMs(), 450);
+    }
+
+    void a_marker_keeps_its_flag()
+    {
+        const QueueEntry entry = QueueEntry::marker("ClrAvg1");
+        QCOMPARE(entry.kind(), Kind::Marker);
+        QCOMPARE(entry.text(), QString("ClrAvg1"));
+    }
+
+    void a_timeout_is_bounded_data()
+    {
+        QTest::addColumn<int>("asked");
+        QTest::addColumn<int>("ms");
+        QTest::newRow("inside") << 2000 << 2000;
+        QTest::newRow("zero") << 0 << 0;
+        QTest::newRow("negative") << -1 << 0;
+        QTest::newRow("at the maximum") << 10000 << 10000;
+        QTest::newRow("above the maximum") << 10001 << 10000;
+    }
+
+    void a_timeout_is_bounded()
+    {
+        QFETCH(int, asked);
+        const QueueEntry entry = QueueEntry::timedRequest("a", asked);
+        QCOMPARE(entry.kind(), Kind::TimedRequest);
+        QCOMPARE(entry.text(), QString("a"));
+        QTEST(entry.timeoutMs(), "ms");
+    }
+
+    void control_characters_are_read_data()
+    {
+        QTest::addColumn<QString>("queued");
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("ms");
+        const QString timed(QChar(0x08));
+        const QString marker(QChar(0x07));
+        QTest::newRow("plain") << "0190RNME" << Kind::Request << "0190RNME" << 450;
+        QTest::newRow("empty") << "" << Kind::Request << "" << 450;
+        QTest::newRow("control character inside")
+            << "a" + marker + timed << Kind::Request << "a" + marker + timed << 450;
+        QTest::newRow("timeout") << timed + "70 a" << Kind::TimedRequest << "a" << 70;
+        QTest::newRow("blanks belong to the request")
+            << timed + "70 a b  c" << Kind::TimedRequest << "a b  c" << 70;
+        QTest::newRow("no blank") << timed + "70" << Kind::TimedRequest << "" << 70;
+        QTest::newRow("no timeout") << timed + " a" << Kind::TimedRequest << "a" << 0;
+        QTest::newRow("timeout that is not a number")
+            << timed + "soon a" << Kind::TimedRequest << "a" << 0;
+        QTest::newRow("timeout above the maximum")
+            << timed + "20000 a" << Kind::TimedRequest << "a" << 10000;
+        QTest::newRow("a marker behind a timeout is text")
+            << timed + "70 " + marker + "a" << Kind::TimedRequest << marker + "a" << 70;
+        QTest::newRow("marker") << marker + "ClrAvg0" << Kind::Marker << "ClrAvg0" << 0;
+        QTest::newRow("empty marker") << marker << Kind::Marker << "" << 0;
+        QTest::newRow("a timeout behind a marker is its flag")
+            << marker + timed + "70 a" << Kind::Marker << timed + "70 a" << 0;
+    }
+
+    void control_characters_are_read()
+    {
+        QFETCH(QString, queued);
+        const QueueEntry entry = QueueEntry::fromText(queued);
+        QTEST(entry.kind(), "kind");
+        QTEST(entry.text(), "text");
+        QTEST(entry.timeoutMs(), "ms");
+    }
+
+    void text_that_can_only_be_a_request_is_never_a_marker()
+    {
+        const QString text = QChar(0x07) + QString("flag");
+        const QueueEntry plain = QueueEntry::requestFromText(text);
+        QCOMPARE(plain.kind(), Kind::Request);
+        QCOMPARE(plain.text(), text);
+        const QueueEntry timed = QueueEntry::requestFromText(QChar(0x08) + QString("70 a"));
+        QCOMPARE(timed.kind(), Kind::TimedRequest);
+        QCOMPARE(timed.timeoutMs(), 70);
+    }
+};
+
+QN740_TEST_MAIN(tst_QueueEntry)
+#include "tst_QueueEntry.moc"

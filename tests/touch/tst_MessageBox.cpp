@@ -1,0 +1,238 @@
+#include "touch/MessageBox.h"
+
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTextEdit>
+
+namespace {
+const QRect Screen(0, 0, 800, 480);
+constexpr int MinTarget = 47;
+
+bool isCentred(const QWidget& window, const QRect& area)
+{
+    const QPoint off = window.frameGeometry().center() - area.center();
+    return qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1;
+}
+
+QRect placeIn(const QWidget& box, const QWidget& part)
+{
+    return {part.mapTo(&box, QPoint()), part.size()};
+}
+} // namespace
+
+class tst_MessageBox : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_box_without_OK_has_no_button()
+    {
+        MessageBox box;
+        box.setText("Text");
+        box.show();
+        QVERIFY(box.buttons().isEmpty());
+        QVERIFY(box.findChildren<QPushButton*>().isEmpty());
+    }
+
+    void OK_is_large_enough_for_a_finger_and_closes_the_box()
+    {
+        MessageBox box;
+        box.setText("Text");
+        const QPushButton* ok = box.addOk();
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QVERIFY(ok->width() >= 110 && ok->height() >= 50);
+        clickOn(box.buttons().first());
+        QVERIFY(!box.isVisible());
+    }
+
+    void it_has_a_black_edge_of_two_pixels_data()
+    {
+        QTest::addColumn<QString>("sheet");
+        QTest::newRow("plain") << "";
+        QTest::newRow("with a sheet") << "background-color:darkgray; border-width: 2px;";
+    }
+    void it_has_a_black_edge_of_two_pixels()
+    {
+        QFETCH(QString, sheet);
+        MessageBox box;
+        box.setStyleSheet(sheet);
+        box.setText("Text");
+        box.show();
+        const QImage picture = box.grab().toImage();
+        const int right = picture.width() - 1;
+        const int bottom = picture.height() - 1;
+        for (int i = 0; i < 2; ++i) {
+            for (int x = 0; x <= right; ++x) {
+                QCOMPARE(picture.pixelColor(x, i), QColor(Qt::black));
+                QCOMPARE(picture.pixelColor(x, bottom - i), QColor(Qt::black));
+            }
+            for (int y = 0; y <= bottom; ++y) {
+                QCOMPARE(picture.pixelColor(i, y), QColor(Qt::black));
+                QCOMPARE(picture.pixelColor(right - i, y), QColor(Qt::black));
+            }
+        }
+        QVERIFY(picture.pixelColor(2, 2) != QColor(Qt::black));
+    }
+
+    void a_least_width_is_kept_by_a_spacer_in_the_last_row()
+    {
+        MessageBox box;
+        box.setMinContentWidth(600); // before its parts: the order does not matter
+        box.setText("Text");
+        box.addOk();
+        box.show();
+        QVERIFY(box.width() >= 600);
+        const auto* grid = qobject_cast<QGridLayout*>(box.layout());
+        QLayoutItem* last = grid->itemAtPosition(grid->rowCount() - 1, 0);
+        QVERIFY(last != nullptr && last->spacerItem() != nullptr);
+        QCOMPARE(last->spacerItem()->sizeHint().width(), 600);
+    }
+
+    void it_stands_in_the_middle_of_its_area()
+    {
+        for (const QRect& area : {Screen, QRect(300, 200, 800, 480)}) {
+            MessageBox box;
+            box.setText("Text");
+            box.setArea(area);
+            box.show();
+            QVERIFY(isCentred(box, area));
+        }
+    }
+
+    void without_an_area_it_stands_in_the_middle_of_the_panel()
+    {
+        MessageBox onScreen;
+        onScreen.setText("Text");
+        onScreen.show();
+        QVERIFY(isCentred(onScreen, Screen));
+        QMainWindow panel;
+        panel.setGeometry(100, 40, 600, 300);
+        panel.show();
+        MessageBox onPanel;
+        onPanel.setText("Text");
+        onPanel.show();
+        QVERIFY(isCentred(onPanel, panel.geometry()));
+    }
+
+    void every_text_is_inside_the_screen_and_readable_to_its_end_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("rich");
+        QTest::addColumn<bool>("scrolled");
+        const QString words = QString("The receiver has lost it. ");
+        for (const bool rich : {false, true}) {
+            const auto row = [rich](const char* name, const QString& text, bool scrolled) {
+                QTest::addRow("%s, %s", name, rich ? "rich" : "plain") << text << rich << scrolled;
+            };
+            row("short", "Text", false);
+            row("empty", QString(), false);
+            row("a word wider than the screen", QString(300, 'M'), false);
+            row("2,000 characters", words.repeated(77).left(2000), false);
+            row("19,000 characters", words.repeated(731).left(19'000), true);
+            row("1,000,000 characters", words.repeated(38'462), true);
+        }
+    }
+    void every_text_is_inside_the_screen_and_readable_to_its_end()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, rich);
+        QFETCH(bool, scrolled);
+        if (rich && text.size() > 20'000) {
+            text.truncate(20'000); // whoever shows rich text cuts it: a cut may split its markup
+        }
+        MessageBox box;
+        box.setTextFormat(rich ? Qt::RichText : Qt::PlainText);
+        box.setText(text);
+        const QPushButton* ok = box.addOk();
+        box.setArea(Screen);
+        box.setWindowFlag(Qt::FramelessWindowHint);
+        box.show();
+        QCOMPARE(box.text(), text);
+        QVERIFY(Screen.contains(box.frameGeometry()));
+        QVERIFY(box.rect().contains(placeIn(box, *ok)));
+        const auto* view = box.findChild<QTextEdit*>("longText");
+        const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+        QCOMPARE(label->isVisible(), view == nullptr);
+        if (view == nullptr) {
+            QVERIFY(!scrolled);
+            QVERIFY(box.rect().contains(placeIn(box, *label)));
+            return;
+        }
+        QVERIFY(box.rect().contains(placeIn(box, *view)));
+        QVERIFY(!placeIn(box, *view).intersects(placeIn(box, *ok)));
+        QVERIFY(view->document()->idealWidth() <= view->viewport()->width());
+        QCOMPARE(view->verticalScrollBar()->isVisible(), scrolled);
+        if (scrolled) {
+            QVERIFY(view->verticalScrollBar()->width() >= MinTarget);
+        } else {
+            QCOMPARE(view->toPlainText().trimmed(), text.trimmed());
+        }
+    }
+
+    void an_informative_text_that_is_too_high_is_scrolled_with_a_finger()
+    {
+        MessageBox box;
+        box.setText("Invalid Entry");
+        box.setInformativeText("<b>" + QString("10 to 20<br>").repeated(100) + "</b>");
+        const QPushButton* ok = box.addOk();
+        box.show();
+        QVERIFY(Screen.contains(box.frameGeometry()));
+        QVERIFY(box.rect().contains(placeIn(box, *ok)));
+        const auto* area = box.findChild<QScrollArea*>();
+        QVERIFY(area != nullptr && area->isVisible());
+        QVERIFY(area->verticalScrollBar()->width() >= MinTarget);
+        QVERIFY(area->verticalScrollBar()->maximum() > 0);
+    }
+
+    void an_informative_text_that_fits_is_not_scrolled()
+    {
+        MessageBox box;
+        box.setText("Invalid Entry");
+        box.setInformativeText("10 to 20");
+        box.show();
+        QVERIFY(box.findChild<QScrollArea*>() == nullptr);
+        QVERIFY(box.findChild<QLabel*>("qt_msgbox_informativelabel")->isVisible());
+    }
+
+    void a_box_that_is_shown_again_is_not_laid_out_twice()
+    {
+        MessageBox box;
+        box.setMinContentWidth(600);
+        box.setText(QString(300, 'M'));
+        box.show();
+        const QSize size = box.size();
+        box.hide();
+        box.show();
+        QCOMPARE(box.size(), size);
+        QCOMPARE(box.findChildren<QTextEdit*>("longText").size(), 1);
+    }
+
+    void a_report_shows_markup_as_text_until_OK()
+    {
+        bool seen = false;
+        whenModal([&seen](QWidget* window) {
+            const QPointer<MessageBox> box = qobject_cast<MessageBox*>(window);
+            QVERIFY(box != nullptr);
+            QCOMPARE(box->text(), QString("<b>x</b> & 50 %1"));
+            QCOMPARE(box->textFormat(), Qt::PlainText);
+            QCOMPARE(box->buttons().size(), 1);
+            seen = true;
+            clickOn(box->buttons().first());
+        });
+        MessageBox::report("<b>x</b> & 50 %1");
+        QVERIFY(seen);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+};
+
+QN740_TEST_MAIN(tst_MessageBox)
+#include "tst_MessageBox.moc"
