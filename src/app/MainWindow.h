@@ -132,8 +132,8 @@ public slots:
     void applyScopeChoice(int demodulator, const QString& choice);
     ///@}
 
-    /// What the scope of Demod 1, 2 or 3 has received. \param i samples, parts of full scale
-    /// \param q like i \param record five bytes
+    /// What the scope of Demod 1, 2 or 3 has received: samples in parts of full scale, or five
+    /// bytes.
     ///@{
     void eye_1_msg(const QVector<double>& i, const QVector<double>& q);
     void eye_2_msg(const QVector<double>& i, const QVector<double>& q);

@@ -91,7 +91,7 @@ void Views::removed(int index)
             --page->m_index;
         }
     }
-    // the stack shows whatever page comes next when the one on the screen goes
+    // When the page on the screen goes, the stack shows whatever page comes next.
     if (m_current == Menus && menu.m_widget == nullptr && m_waiting != nullptr) {
         m_stack->setCurrentWidget(m_waiting);
     }

@@ -83,7 +83,9 @@ void SpectrumMessages::setUp()
 void SpectrumMessages::start(const QStringList& fields)
 {
     if (fields.value(0) != QLatin1String("1")) {
-        wire::logIgnored(logSpectrum(), wire::word::ST, QStringLiteral("only 1 starts it"));
+        if (!fields.isEmpty()) {
+            wire::logIgnored(logSpectrum(), wire::word::ST, QStringLiteral("only 1 starts it"));
+        }
         return;
     }
     setUp();

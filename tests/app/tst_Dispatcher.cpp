@@ -8,6 +8,7 @@
 #include "menus/MenuMessages.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
+#include "wire/Commands.h"
 
 class tst_Dispatcher : public QObject
 {
@@ -185,6 +186,56 @@ private slots:
         for (const KeyBoard* menu : m_window->rooms().menus->book.pages) {
             QCOMPARE(m_window->rooms().stack->widget(menu->stackIndex), menu->frame.data());
         }
+    }
+
+    void every_word_of_the_table_has_its_slot()
+    {
+        QStringList words = Dispatcher::words();
+        QCOMPARE(words.size(), wire::toPanel().size());
+        for (const wire::Command& command : wire::toPanel()) {
+            QCOMPARE(words.removeAll(command.word), 1);
+        }
+    }
+
+    void an_ignored_message_is_logged_with_the_reason_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("logged");
+        const auto row = [](const char* message, const char* logged) {
+            QTest::newRow(message) << QString(message) << QString(logged);
+        };
+        row("AK,M,k,L,5,C,,0,,0", "qn740.menus AK: 9 fields, needs 11");
+        row("SK,Nowhere", "qn740.menus SK: no menu Nowhere");
+        row("SK", "qn740.menus SK: 0 fields, needs 1");
+        row("CV,Nowhere,k,1,1", "qn740.menus CV: no menu Nowhere");
+        row("CK,Loading,k,1", "qn740.menus CK: no key k");
+        row("EI,Loading,k,1", "qn740.menus EI: no key k");
+        row("PAX,2", "qn740.menus PAX: neither 0 nor 1");
+        row("SM,5,1", "qn740.scopes SM: no demodulator 5");
+        row("SM,1,x", "qn740.scopes SM: the mode must be a whole number, not \"x\"");
+        row("SF,0,70", "qn740.spectrum SF: no spectrum yet");
+        row("ST", "qn740.spectrum ST: 0 fields, needs 1");
+        row("SB,x,Text", "qn740.link SB: the time must be a whole number, not \"x\"");
+        row("Foo", "qn740.link unknown word Foo");
+        row("SK,Loading", ""); // carried out
+        row("SB,0,Text", "");
+    }
+
+    void an_ignored_message_is_logged_with_the_reason()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, logged);
+        static QStringList lines;
+        lines.clear();
+        QLoggingCategory::setFilterRules("qn740.*.debug=true");
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext& context, const QString& text) {
+                lines += QString(context.category) + ' ' + text;
+            });
+        m_window->process_mess('\x02' + message + '\x04');
+        qInstallMessageHandler(before);
+        QLoggingCategory::setFilterRules("");
+        QCOMPARE(lines.join('|'), logged);
     }
 
     void the_debug_log_can_be_read_back()

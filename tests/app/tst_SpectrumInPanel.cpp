@@ -1,4 +1,5 @@
-// What the main unit's messages do to the spectrum page.
+// The spectrum page in the panel: its start, its place among the views, and its chart on the PAX
+// main menu.
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
@@ -17,7 +18,7 @@
 #include <QComboBox>
 #include <QPushButton>
 
-class tst_SpectrumMessages : public QObject
+class tst_SpectrumInPanel : public QObject
 {
     Q_OBJECT
 
@@ -135,84 +136,6 @@ private slots:
         QCOMPARE(m_unit->received(), told);
     }
 
-    void sf_sets_the_frequency_in_the_middle_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<double>("centre");
-        QTest::newRow("channel 1") << QByteArray("SF,1,2250.5") << 2250.5;
-        QTest::newRow("no frequency") << QByteArray("SF,1") << 70.0;
-        QTest::newRow("no number") << QByteArray("SF,1,x") << 70.0;
-        QTest::newRow("no channel") << QByteArray("SF,,2250.5") << 70.0;
-        QTest::newRow("another channel") << QByteArray("SF,7,2250.5") << 70.0;
-        QTest::newRow("negative channel") << QByteArray("SF,-1,2250.5") << 70.0;
-        QTest::newRow("huge channel") << QByteArray("SF,2147483647,2250.5") << 70.0;
-        QTest::newRow("channel beyond") << QByteArray("SF,4294967297,2250.5") << 70.0;
-        QTest::newRow("negative") << QByteArray("SF,1,-2250.5") << 70.0;
-        QTest::newRow("infinite") << QByteArray("SF,1,inf") << 70.0;
-        QTest::newRow("not a number") << QByteArray("SF,1,nan") << 70.0;
-        QTest::newRow("enormous") << QByteArray("SF,1,1e300") << 70.0;
-    }
-
-    void sf_sets_the_frequency_in_the_middle()
-    {
-        QFETCH(QByteArray, message);
-        tell("ST,1");
-        tell(message);
-        QTEST(m_window->rooms().spectrum->card()->centre(1), "centre");
-        QCOMPARE(m_window->rooms().spectrum->card()->centre(0), 70.0);
-    }
-
-    void sp_chooses_a_span_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<int>("span");
-        QTest::newRow("channel 2") << QByteArray("SP,2,9") << 9;
-        QTest::newRow("no span") << QByteArray("SP,2") << 0;
-        QTest::newRow("no number") << QByteArray("SP,2,a") << 0;
-        QTest::newRow("too high") << QByteArray("SP,2,10") << 0;
-        QTest::newRow("negative") << QByteArray("SP,2,-1") << 0;
-        QTest::newRow("another channel") << QByteArray("SP,3,9") << 0;
-        QTest::newRow("negative channel") << QByteArray("SP,-1,9") << 0;
-        QTest::newRow("lowest channel") << QByteArray("SP,-2147483648,9") << 0;
-        QTest::newRow("huge channel") << QByteArray("SP,2147483647,9") << 0;
-        QTest::newRow("channel beyond") << QByteArray("SP,4294967298,9") << 0;
-        QTest::newRow("huge span") << QByteArray("SP,2,2147483647") << 0;
-        QTest::newRow("lowest span") << QByteArray("SP,2,-2147483648") << 0;
-    }
-
-    void sp_chooses_a_span()
-    {
-        QFETCH(QByteArray, message);
-        tell("ST,1");
-        tell(message);
-        QTEST(m_window->rooms().spectrum->card()->getSpan(2), "span");
-        QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 0);
-        QCOMPARE(m_window->rooms().spectrum->card()->getSpan(1), 0);
-    }
-
-    void sh_shows_and_hides_a_chart_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<bool>("shown");
-        QTest::newRow("hide") << QByteArray("SH,1,0") << false;
-        QTest::newRow("show") << QByteArray("SH,1,1") << true;
-        QTest::newRow("neither") << QByteArray("SH,1,2") << true;
-        QTest::newRow("no second field") << QByteArray("SH,1") << true;
-        QTest::newRow("no number") << QByteArray("SH,1,x") << true;
-        QTest::newRow("another chart") << QByteArray("SH,3,0") << true;
-    }
-
-    void sh_shows_and_hides_a_chart()
-    {
-        QFETCH(QByteArray, message);
-        QFETCH(bool, shown);
-        tell("ST,1");
-        tell(message);
-        QCOMPARE(m_window->rooms().spectrum->card()->chartAreaVisible(1), shown);
-        tell("SH,1,1");
-        QVERIFY(m_window->rooms().spectrum->card()->chartAreaVisible(1));
-    }
-
     void sh_without_any_display_returns_to_the_menus_data()
     {
         QTest::addColumn<QByteArray>("message");
@@ -288,59 +211,6 @@ private slots:
         tell("PAX,0");
         QVERIFY(!card->chartAreaVisible(0) && card->chartAreaVisible(1));
         QVERIFY(!card->chartAreaVisible(2));
-    }
-
-    void lc_sets_the_colour_of_a_trace_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<QList<int>>("colours"); // of the three charts
-        QTest::newRow("trace 1") << QByteArray("LC,0,1") << QList<int>{0, 3, 1};
-        QTest::newRow("trace 3") << QByteArray("LC,6,3") << QList<int>{5, 3, 6};
-        QTest::newRow("no trace: all") << QByteArray("LC,4") << QList<int>{4, 4, 4};
-        QTest::newRow("trace 4") << QByteArray("LC,4,4") << QList<int>{5, 3, 1};
-        QTest::newRow("trace 0: all") << QByteArray("LC,4,0") << QList<int>{4, 4, 4};
-        QTest::newRow("lowest number") << QByteArray("LC,4,-2147483648") << QList<int>{5, 3, 1};
-        QTest::newRow("unknown colour") << QByteArray("LC,8,1") << QList<int>{5, 3, 1};
-        QTest::newRow("no colour") << QByteArray("LC") << QList<int>{5, 3, 1};
-        QTest::newRow("no number") << QByteArray("LC,1,x") << QList<int>{5, 3, 1};
-    }
-
-    void lc_sets_the_colour_of_a_trace()
-    {
-        QFETCH(QByteArray, message);
-        QFETCH(QList<int>, colours);
-        tell("ST,1");
-        tell(message);
-        for (int channel = 0; channel < 3; ++channel) {
-            QCOMPARE(m_window->rooms().spectrum->card()->chart(channel)->lineColor(),
-                SpectralCard::lineColor(colours.at(channel)));
-        }
-    }
-
-    void hm_sets_the_horizontal_markers_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<QList<double>>("levels");
-        QTest::newRow("two") << QByteArray("HM,0,-20.5,-80") << QList<double>{-20.5, -80.0};
-        QTest::newRow("none") << QByteArray("HM,0") << QList<double>{};
-        QTest::newRow("no number") << QByteArray("HM,0,-20,x") << QList<double>{-1.0};
-        QTest::newRow("no channel") << QByteArray("HM") << QList<double>{-1.0};
-        QTest::newRow("another channel") << QByteArray("HM,5,-20") << QList<double>{-1.0};
-        QTest::newRow("wild") << QByteArray("HM,0,nan,inf,1e300,-30") << QList<double>{-30.0};
-    }
-
-    void hm_sets_the_horizontal_markers()
-    {
-        QFETCH(QByteArray, message);
-        tell("ST,1");
-        m_window->rooms().spectrum->card()->setHMarkers(0, {-1.0});
-        tell(message);
-        QFETCH(QList<double>, levels);
-        const QList<double> shown = m_window->rooms().spectrum->card()->chart(0)->hMarkers();
-        QCOMPARE(shown.size(), levels.size());
-        for (qsizetype i = 0; i < levels.size(); ++i) {
-            QCOMPARE(shown.at(i), levels.at(i));
-        }
     }
 
     void the_page_is_polled_while_it_is_shown()
@@ -529,5 +399,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-QN740_TEST_MAIN(tst_SpectrumMessages)
-#include "tst_SpectrumMessages.moc"
+QN740_TEST_MAIN(tst_SpectrumInPanel)
+#include "tst_SpectrumInPanel.moc"
