@@ -1,5 +1,12 @@
-# What every target of this project is built with; nothing of it reaches a project that uses the library.
+# The options of every target of this project. Nothing of them reaches a project that uses the library.
 add_library(qn740_options INTERFACE)
+target_compile_definitions(qn740_options INTERFACE
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_URL_CAST_FROM_STRING
+)
 target_compile_options(qn740_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(QN740_WERROR)
     target_compile_options(qn740_options INTERFACE -Werror)

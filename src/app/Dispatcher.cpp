@@ -1,51 +1,12 @@
 #include "app/Dispatcher.h"
 
-#include "app/MainWindow.h"
 #include "wire/Commands.h"
 #include "wire/Log.h"
 #include "wire/Message.h"
 
-#include <array>
+#include <utility>
 
 namespace {
-
-// A command word and the slot that carries it out.
-struct Entry
-{
-    QLatin1String word;
-    void (MainWindow::*slot)(const QStringList& fields);
-};
-
-namespace word = wire::word;
-
-constexpr std::array<Entry, 24> Table{{
-    {word::AK, &MainWindow::process_AK_key},
-    {word::SK, &MainWindow::process_SK_key},
-    {word::CK, &MainWindow::process_CK_key},
-    {word::CV, &MainWindow::process_CV_key},
-    // Quirk: "CM" leads to the handler of the main menus; process_CM_key has no word. See "Quirks"
-    // in docs/architecture.md.
-    {word::CM, &MainWindow::process_MM_key},
-    {word::SB, &MainWindow::process_SB_key},
-    {word::DB, &MainWindow::process_DB_key},
-    {word::Ping, &MainWindow::process_PING},
-    {word::Slave, &MainWindow::process_slave},
-    {word::SQ, &MainWindow::process_SQ},
-    {word::SM, &MainWindow::process_SM},
-    {word::Ver, &MainWindow::process_VER},
-    {word::SH, &MainWindow::process_SH},
-    {word::MS, &MainWindow::process_MM_key_PAX},
-    {word::Pax, &MainWindow::process_PAX},
-    {word::LC, &MainWindow::process_LC},
-    {word::EI, &MainWindow::process_EI_key},
-    {word::SP, &MainWindow::process_SP_key},
-    {word::IK, &MainWindow::process_IK_key},
-    {word::SF, &MainWindow::process_SF_key},
-    {word::HM, &MainWindow::process_HM_key},
-    {word::ST, &MainWindow::process_ST},
-    {word::PM, &MainWindow::process_PM},
-    {word::Clear, &MainWindow::process_CLEAR},
-}};
 
 const QLoggingCategory& categoryOf(wire::Room room)
 {
@@ -80,8 +41,8 @@ void logFault(const QString& word, const QStringList& fields)
 
 } // namespace
 
-Dispatcher::Dispatcher(MainWindow& window)
-    : m_window(window)
+Dispatcher::Dispatcher(QList<Entry> table)
+    : m_table(std::move(table))
 {
 }
 
@@ -90,19 +51,19 @@ bool Dispatcher::dispatch(const QString& message) const
     QStringList fields = wire::fields(message);
     const QString word = fields.takeFirst();
     logFault(word, fields);
-    for (const Entry& entry : Table) {
+    for (const Entry& entry : m_table) {
         if (word == entry.word) {
-            (m_window.*entry.slot)(fields);
+            entry.handler(fields);
             return true;
         }
     }
     return false;
 }
 
-QStringList Dispatcher::words()
+QStringList Dispatcher::words() const
 {
     QStringList words;
-    for (const Entry& entry : Table) {
+    for (const Entry& entry : m_table) {
         words += entry.word;
     }
     return words;

@@ -1,29 +1,36 @@
 #pragma once
 
+#include <QLatin1String>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
-class MainWindow;
+#include <functional>
 
-/// The way from the command words of the main unit to the slots of the main window that carry them
-/// out.
+/// The way from the command words of the main unit to what carries them out.
 ///
-/// A slot is called whatever its fields are: it decides itself what to do with too few of them. A
-/// message that will be ignored is logged at debug level in the category of its room.
+/// A handler is called whatever the fields are: it decides itself what to do with too few of them.
+/// A message that will be ignored is logged at debug level in the category of its room.
 class Dispatcher
 {
 public:
-    /// \param window whose slots are run; not owned, has to outlive this object
-    explicit Dispatcher(MainWindow& window);
+    /// What carries out the messages of one command word.
+    struct Entry
+    {
+        QLatin1String word; ///< known only by exactly its letters
+        std::function<void(const QStringList& fields)> handler; ///< gets what follows the word
+    };
 
-    /// Runs the slot of a message's first field with the remaining fields. \return whether there is
-    /// a slot: a word is known only with exactly its letters.
-    /// \param message with its frame characters
+    /// \param table in the order in which the words are compared
+    explicit Dispatcher(QList<Entry> table);
+
+    /// Runs the handler of a message's first field with the remaining fields. \return whether there
+    /// is one. \param message with its frame characters
     bool dispatch(const QString& message) const;
 
     /// \return all words in the order in which they are compared.
-    static QStringList words();
+    QStringList words() const;
 
 private:
-    MainWindow& m_window;
+    QList<Entry> m_table;
 };

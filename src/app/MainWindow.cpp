@@ -1,11 +1,9 @@
 #include "app/MainWindow.h"
 
-#include "app/Dispatcher.h"
-#include "app/MenuNavigation.h"
-#include "app/Rooms.h"
+#include "app/RoomConnections.h"
+#include "app/SlotTable.h"
 #include "app/SplashScreen.h"
 #include "app/StatusBar.h"
-#include "link/LinkControl.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -26,11 +24,13 @@ static void loadPictures()
 
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
-    , m_dispatcher(std::make_unique<Dispatcher>(*this))
+    , m_dispatcher(std::make_unique<Dispatcher>(slotTable(*this)))
 {
     loadPictures();
     showSplash();
-    m_rooms = std::make_unique<Rooms>(*this);
+    m_rooms = std::make_unique<Rooms>(this);
+    setCentralWidget(m_rooms->central);
+    connectRooms(*m_rooms, *this);
     m_rooms->link->open(QStringLiteral("ttyO1"));
     setUpLook();
     Set_Status_Bar();
@@ -83,6 +83,12 @@ void MainWindow::Set_Status_Bar()
     connect(m_rooms->link, &LinkControl::dialogOpened, m_statusBar,
         [this] { m_statusBar->setLinkingEnabled(false); });
     connect(m_rooms->link, &LinkControl::dialogClosed, this, &MainWindow::enableStatBut1);
+}
+
+void MainWindow::setup_scopes()
+{
+    m_rooms->addScopes();
+    connectScopes(*m_rooms, *this);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

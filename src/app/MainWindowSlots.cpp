@@ -20,11 +20,6 @@
 
 #include <QMessageBox>
 
-void MainWindow::setup_scopes()
-{
-    m_rooms->addScopes();
-}
-
 void MainWindow::setUpSpectrum()
 {
     m_rooms->spectrum->setUp();

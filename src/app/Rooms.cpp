@@ -2,15 +2,12 @@
 
 #include "app/ChoiceLists.h"
 #include "app/DisplayLoan.h"
-#include "app/MainWindow.h"
 #include "app/MenuNavigation.h"
 #include "link/BoxMessages.h"
 #include "link/LinkControl.h"
 #include "link/MessageBoxes.h"
 #include "link/ResendLine.h"
-#include "link/keySerial.h"
 #include "menus/KeyBoard.h"
-#include "menus/MainMenus.h"
 #include "menus/MenuMessages.h"
 #include "scopes/ScopeMessages.h"
 #include "scopes/ScopesPage.h"
@@ -18,9 +15,6 @@
 #include "spectrum/SpectrumMessages.h"
 
 #include <QCoreApplication>
-#include <QPushButton>
-
-#include <array>
 
 namespace {
 
@@ -33,25 +27,22 @@ bool isForOlderCard()
 
 } // namespace
 
-Rooms::Rooms(MainWindow& theWindow)
+Rooms::Rooms(QWidget* window)
     : hasOlderCard(isForOlderCard())
-    , window(theWindow)
-    , central(new QWidget(&theWindow))
+    , central(new QWidget(window))
     , stack(new QStackedLayout)
-    , views(new Views(stack, &theWindow))
-    , menus(new MenuMessages(stack, &theWindow))
-    , navigation(new MenuNavigation(*menus, *views, &theWindow))
-    , link(new LinkControl(&theWindow))
-    , boxes(new BoxMessages(&theWindow))
-    , messageBoxes(new MessageBoxes(&theWindow))
-    , resendLine(new ResendLine(&theWindow))
-    , spectrum(new SpectrumMessages(hasOlderCard, central, &theWindow))
-    , choices(new ChoiceLists(&theWindow))
+    , views(new Views(stack, window))
+    , menus(new MenuMessages(stack, window))
+    , navigation(new MenuNavigation(*menus, *views, window))
+    , link(new LinkControl(window))
+    , boxes(new BoxMessages(window))
+    , messageBoxes(new MessageBoxes(window))
+    , resendLine(new ResendLine(window))
+    , spectrum(new SpectrumMessages(hasOlderCard, central, window))
+    , choices(new ChoiceLists(window))
+    , m_window(window)
 {
     central->setObjectName(QStringLiteral("central"));
-    window.setCentralWidget(central);
-    connectMenus();
-    connectLink();
     connectSpectrum();
     addStartPages();
     central->setLayout(stack);
@@ -69,38 +60,17 @@ void Rooms::addStartPages()
     views->showMenu(menus->book.pages.constFirst()->frame);
 }
 
-void Rooms::connectMenus()
-{
-    QObject::connect(
-        &menus->book, &MenuBook::keyboard_response_message, &window, &MainWindow::send_mess);
-    QObject::connect(navigation, &MenuNavigation::response, &window, &MainWindow::send_mess);
-    QObject::connect(
-        &navigation->mainMenus(), &MainMenus::spanClicked, &window, &MainWindow::spanClicked);
-}
-
-void Rooms::connectLink()
-{
-    QObject::connect(link->serial(), &keySerial::valid_mess_in, &window, &MainWindow::process_mess,
-        Qt::DirectConnection);
-    QObject::connect(resendLine, &ResendLine::received, &window, &MainWindow::send_scope_mess);
-    QObject::connect(boxes, &BoxMessages::boxWanted, &window, &MainWindow::main_messagebox);
-    QObject::connect(boxes, &BoxMessages::closeWanted, &window, &MainWindow::killbox);
-}
-
 void Rooms::connectSpectrum()
 {
-    QObject::connect(spectrum, &SpectrumMessages::pageMade, &window, [this](SpectralCard* page) {
+    QObject::connect(spectrum, &SpectrumMessages::pageMade, central, [this](SpectralCard* page) {
         stack->addWidget(page);
         views->set(&Views::spectrum, page);
     });
-    QObject::connect(spectrum, &SpectrumMessages::pageMissed, &window, [this] {
-        if (!window.scope_available()) {
+    QObject::connect(spectrum, &SpectrumMessages::pageMissed, central, [this] {
+        if (!scopes->anyPortOpen()) {
             views->returnToMenus(views->menu.widget());
         }
     });
-    QObject::connect(
-        spectrum, &SpectrumMessages::lineColorSet, &window, &MainWindow::setScopeLineColor);
-    QObject::connect(spectrum, &SpectrumMessages::response, &window, &MainWindow::send_mess);
     QObject::connect(spectrum, &SpectrumMessages::unframedResponse, link, &LinkControl::write);
     QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices, &ChoiceLists::askSpan);
     QObject::connect(choices, &ChoiceLists::spanChosen, spectrum, &SpectrumMessages::applyChoice);
@@ -111,34 +81,17 @@ void Rooms::addScopes()
     scopes = new ScopesPage(central);
     stack->addWidget(scopes);
     views->set(&Views::scopes, scopes);
-    scopeMessages = new ScopeMessages(*scopes, &window);
-    loan = new DisplayLoan(*scopes, *spectrum, &window);
-    connectScopes();
+    scopeMessages = new ScopeMessages(*scopes, m_window);
+    loan = new DisplayLoan(*scopes, *spectrum, m_window);
+    connectScopeMessages();
     connectLoan();
     resendLine->open();
 }
 
-void Rooms::connectScopes()
+void Rooms::connectScopeMessages()
 {
-    constexpr std::array EyeSlots{
-        &MainWindow::eye_1_msg, &MainWindow::eye_2_msg, &MainWindow::eye_3_msg};
-    constexpr std::array SdiSlots{
-        &MainWindow::sdi_1_msg, &MainWindow::sdi_2_msg, &MainWindow::sdi_3_msg};
-    constexpr std::array ModeSlots{&MainWindow::togglePlotType_ch1, &MainWindow::togglePlotType_ch2,
-        &MainWindow::togglePlotType_comb};
-    for (std::size_t i = 0; i < EyeSlots.size(); ++i) {
-        const int demodulator = static_cast<int>(i) + 1;
-        Scope* const scope = scopes->scope(demodulator);
-        QObject::connect(scope, &Scope::rcv_eye_msg, &window, EyeSlots.at(i));
-        QObject::connect(scope, &Scope::rcv_sdi_msg, &window, SdiSlots.at(i));
-        QObject::connect(
-            scopes->modeButton(demodulator), &QPushButton::clicked, &window, ModeSlots.at(i));
-    }
-    QObject::connect(scopeMessages, &ScopeMessages::response, &window, &MainWindow::send_mess);
     QObject::connect(
         scopeMessages, &ScopeMessages::choiceWanted, choices, &ChoiceLists::askScopeMode);
-    QObject::connect(
-        choices, &ChoiceLists::scopeModeChosen, &window, &MainWindow::applyScopeChoice);
 }
 
 void Rooms::connectLoan()

@@ -8,7 +8,6 @@ class BoxMessages;
 class ChoiceLists;
 class DisplayLoan;
 class LinkControl;
-class MainWindow;
 class MenuMessages;
 class MenuNavigation;
 class MessageBoxes;
@@ -26,13 +25,12 @@ struct Rooms
 {
     /// Makes and connects everything but the scopes page. No line is opened yet.
     /// \param window the parent of all objects
-    explicit Rooms(MainWindow& window);
+    explicit Rooms(QWidget* window);
 
     /// Makes the scopes page and opens its ports and the line for re-sent messages.
     void addScopes();
 
     bool hasOlderCard;                      ///< the panel was started with "-noK7150"
-    MainWindow& window;                     ///< the parent of all objects
     QWidget* central;                       ///< the window's menu area
     QStackedLayout* stack;                  ///< the pages of the menu area
     Views* views;                           ///< which page is shown, and the pages' numbers
@@ -50,9 +48,9 @@ struct Rooms
 
 private:
     void addStartPages();
-    void connectMenus();
-    void connectLink();
     void connectSpectrum();
-    void connectScopes();
+    void connectScopeMessages();
     void connectLoan();
+
+    QWidget* m_window;
 };

@@ -4,7 +4,7 @@
 #include "app/Rooms.h"
 #include "scopes/ScopesPage.h"
 #include "scopes/Streams.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 

@@ -1,6 +1,7 @@
 #include "app/Dispatcher.h"
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
+#include "app/SlotTable.h"
 #include "link/LinkControl.h"
 #include "link/keySerial.h"
 #include "menus/Key.h"
@@ -30,7 +31,7 @@ private slots:
 
     void the_table_has_all_words_in_their_order()
     {
-        QCOMPARE(Dispatcher::words(),
+        QCOMPARE(Dispatcher(slotTable(*m_window)).words(),
             (QStringList{"AK", "SK", "CK", "CV", "CM", "SB", "DB", "PING", "Slave", "SQ", "SM",
                 "VER", "SH", "MS", "PAX", "LC", "EI", "SP", "IK", "SF", "HM", "ST", "PM",
                 "CLEAR"}));
@@ -58,7 +59,7 @@ private slots:
     void words_are_matched_letter_for_letter()
     {
         QFETCH(QString, message);
-        QTEST(Dispatcher(*m_window).dispatch(message), "known");
+        QTEST(Dispatcher(slotTable(*m_window)).dispatch(message), "known");
     }
 
     void the_queries_are_answered_over_the_line_data()
@@ -89,7 +90,7 @@ private slots:
     void short_lists_and_empty_fields_harm_nobody()
     {
         m_pty->takeReceived();
-        for (const QString& word : Dispatcher::words()) {
+        for (const QString& word : Dispatcher(slotTable(*m_window)).words()) {
             for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
                 // these open editors and boxes, or answer by themselves
                 if (word != "IK" && word != "DB" && word != "Slave") {
@@ -190,7 +191,7 @@ private slots:
 
     void every_word_of_the_table_has_its_slot()
     {
-        QStringList words = Dispatcher::words();
+        QStringList words = Dispatcher(slotTable(*m_window)).words();
         QCOMPARE(words.size(), wire::toPanel().size());
         for (const wire::Command& command : wire::toPanel()) {
             QCOMPARE(words.removeAll(command.word), 1);

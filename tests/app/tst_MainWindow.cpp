@@ -5,7 +5,7 @@
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"

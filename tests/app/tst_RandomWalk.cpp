@@ -9,7 +9,7 @@
 #include "menus/MenuMessages.h"
 #include "support/Heap.h"
 #include "support/Panel.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 #include <QMessageBox>

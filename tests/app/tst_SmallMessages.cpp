@@ -6,7 +6,7 @@
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/Panel.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 #include <QLabel>

@@ -10,7 +10,7 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "spectrum/SpectrumMessages.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"

@@ -1,5 +1,5 @@
 #include "app/StatusBar.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
 

@@ -4,9 +4,9 @@
 #include "scopes/Scope.h"
 #include "scopes/ScopesPage.h"
 #include "scopes/StcMagPhasePlot.h"
-#include "sim/ScopeBytes.h"
-#include "sim/ScopeFaults.h"
-#include "sim/SignalModel.h"
+#include "sim/scope/ScopeBytes.h"
+#include "sim/scope/ScopeFaults.h"
+#include "sim/scope/SignalModel.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
 

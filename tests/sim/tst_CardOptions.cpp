@@ -1,10 +1,7 @@
-#include "sim/CardOptions.h"
-#include "sim/CardSpectrum.h"
-#include "sim/UnitDevices.h"
+#include "sim/cli/CardOptions.h"
 #include "support/TestMain.h"
 
 #include <QCommandLineParser>
-#include <QDir>
 
 class tst_CardOptions : public QObject
 {
@@ -15,19 +12,19 @@ private slots:
     {
         const CardOptions options = read({});
         QCOMPARE(options.fault, QString());
-        QVERIFY(!options.none);
-        QCOMPARE(options.type, CardPort::Type::K7150);
-        QCOMPARE(options.points, 1024);
+        QVERIFY(!options.ports.none);
+        QCOMPARE(options.ports.type, CardPort::Type::K7150);
+        QCOMPARE(options.ports.points, 1024);
     }
 
     void good_options_are_taken()
     {
         const CardOptions options = read({"--card", "older", "--card-points", "9999"});
         QCOMPARE(options.fault, QString());
-        QCOMPARE(options.type, CardPort::Type::Older);
-        QCOMPARE(options.points, 9999);
-        QVERIFY(read({"--card", "none"}).none);
-        QCOMPARE(read({"--card-points", "1"}).points, 1);
+        QCOMPARE(options.ports.type, CardPort::Type::Older);
+        QCOMPARE(options.ports.points, 9999);
+        QVERIFY(read({"--card", "none"}).ports.none);
+        QCOMPARE(read({"--card-points", "1"}).ports.points, 1);
         QCOMPARE(read({"--card", "k7150"}).fault, QString());
     }
 
@@ -51,19 +48,6 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QTEST(read(arguments).fault, "reason");
-    }
-
-    void there_are_three_ports_or_none()
-    {
-        for (const bool none : {false, true}) {
-            UnitDevices devices;
-            CardSpectrum spectrum;
-            QVERIFY(read({"--card", none ? "none" : "older"})
-                        .addPorts(devices, spectrum, FaultTable(), 1));
-            const QStringList names = QDir(devices.path()).entryList(QDir::System | QDir::Files);
-            QCOMPARE(
-                names, none ? QStringList() : QStringList({"ttyUSB11", "ttyUSB12", "ttyUSB13"}));
-        }
     }
 
 private:

@@ -1,6 +1,6 @@
-#include "sim/CardSpectrum.h"
-#include "wire/SpanTable.h"
+#include "sim/card/CardSpectrum.h"
 #include "support/TestMain.h"
+#include "wire/SpanTable.h"
 
 namespace {
 constexpr int Points = 1024;

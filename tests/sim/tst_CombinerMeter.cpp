@@ -1,6 +1,6 @@
-#include "sim/CombinerMeter.h"
-#include "sim/MessageRules.h"
-#include "sim/UnitState.h"
+#include "sim/unit/CombinerMeter.h"
+#include "sim/unit/MessageRules.h"
+#include "sim/unit/UnitState.h"
 #include "support/TestMain.h"
 
 #include <QSignalSpy>

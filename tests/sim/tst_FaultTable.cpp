@@ -1,4 +1,4 @@
-#include "sim/FaultTable.h"
+#include "sim/line/FaultTable.h"
 #include "support/TestMain.h"
 
 namespace {

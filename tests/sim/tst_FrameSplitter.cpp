@@ -1,4 +1,4 @@
-#include "sim/FrameSplitter.h"
+#include "sim/line/FrameSplitter.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -100,8 +100,8 @@ private slots:
         const auto pieces = splitter.take('\x02' + QByteArray(200000, 'x'));
         QCOMPARE(pieces.size(), 3);
         QVERIFY(!pieces.first().framed);
-        QCOMPARE(pieces.first().text.size(), FrameSplitter::LongestText + 1);
-        QCOMPARE(splitter.takeLoose()->text.size(), 200000 - 3 * FrameSplitter::LongestText);
+        QCOMPARE(pieces.first().text.size(), FrameSplitter::MaxTextLength + 1);
+        QCOMPARE(splitter.takeLoose()->text.size(), 200000 - 3 * FrameSplitter::MaxTextLength);
     }
 };
 

@@ -1,4 +1,4 @@
-#include "sim/LineFaults.h"
+#include "sim/line/LineFaults.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
 
@@ -89,8 +89,8 @@ private slots:
             lengths.insert(bytes.size() - Frame.size());
             values.insert(bytes.at(0));
         }
-        QCOMPARE(lengths.size(), LineFaults::MostJunk);
-        QVERIFY(!lengths.contains(0) && lengths.contains(LineFaults::MostJunk));
+        QCOMPARE(lengths.size(), LineFaults::MaxJunk);
+        QVERIFY(!lengths.contains(0) && lengths.contains(LineFaults::MaxJunk));
         QCOMPARE(values.size(), 256);
     }
 

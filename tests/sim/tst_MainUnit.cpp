@@ -1,5 +1,5 @@
-#include "sim/MainUnit.h"
-#include "sim/PseudoTerminal.h"
+#include "sim/line/PseudoTerminal.h"
+#include "sim/unit/MainUnit.h"
 #include "support/LineEnd.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
@@ -153,7 +153,7 @@ private slots:
     {
         PseudoTerminal line;
         MainUnit unit(line, {});
-        for (int i = 0; i < MainUnit::MostTyped; ++i) {
+        for (int i = 0; i < MainUnit::MaxTyped; ++i) {
             QVERIFY(unit.type(message("PING")));
         }
         QVERIFY(!unit.type(message("PING")));

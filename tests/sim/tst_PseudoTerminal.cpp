@@ -1,4 +1,4 @@
-#include "sim/PseudoTerminal.h"
+#include "sim/line/PseudoTerminal.h"
 #include "support/LineEnd.h"
 #include "support/TestMain.h"
 

@@ -1,5 +1,5 @@
-#include "sim/RecordFile.h"
-#include "sim/Recording.h"
+#include "sim/replay/RecordFile.h"
+#include "sim/replay/Recording.h"
 #include "support/TestMain.h"
 
 #include <QSignalSpy>

@@ -1,5 +1,5 @@
-#include "sim/PseudoTerminal.h"
-#include "sim/Replay.h"
+#include "sim/line/PseudoTerminal.h"
+#include "sim/replay/Replay.h"
 #include "support/LineEnd.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"

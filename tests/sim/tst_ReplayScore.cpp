@@ -1,5 +1,5 @@
-#include "sim/Recording.h"
-#include "sim/ReplayScore.h"
+#include "sim/replay/Recording.h"
+#include "sim/replay/ReplayScore.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -181,7 +181,7 @@ private slots:
             score.take("x", 0);
         }
         const QStringList report = score.report();
-        QCOMPARE(report.size(), 1 + ReplayScore::MostLines + 1);
+        QCOMPARE(report.size(), 1 + ReplayScore::MaxLines + 1);
         QCOMPARE(report.first(), QString("0 of 150 frames came back"));
         QCOMPARE(report.last(), QString("170 more"));
     }

@@ -1,12 +1,8 @@
-#include "sim/ScopeOptions.h"
-#include "sim/ScopePort.h"
-#include "sim/UnitDevices.h"
-#include "sim/UnitState.h"
+#include "sim/cli/ScopeOptions.h"
+#include "sim/scope/ScopePort.h"
 #include "support/TestMain.h"
 
 #include <QCommandLineParser>
-
-#include <algorithm>
 
 namespace {
 
@@ -25,20 +21,10 @@ ScopeOptions parsed(const QStringList& arguments)
 QList<Modulation> modulationsOf(const ScopeOptions& options)
 {
     QList<Modulation> modulations;
-    for (const SignalSettings& settings : options.signalSettings) {
+    for (const SignalSettings& settings : options.ports.signalSettings) {
         modulations += settings.modulation;
     }
     return modulations;
-}
-
-// The ports that were made, in the order of their demodulators.
-QList<ScopePort*> portsOf(const UnitDevices& devices)
-{
-    QList<ScopePort*> ports = devices.findChildren<ScopePort*>();
-    std::sort(ports.begin(), ports.end(), [](const ScopePort* one, const ScopePort* other) {
-        return one->objectName() < other->objectName();
-    });
-    return ports;
 }
 
 } // namespace
@@ -54,15 +40,15 @@ private slots:
         QVERIFY(options.fault.isEmpty());
         QCOMPARE(modulationsOf(options),
             (QList<Modulation>{Modulation::Qpsk, Modulation::Psk8, Modulation::Qam16}));
-        QCOMPARE(options.signalSettings.at(2).snr, 25.0);
-        QCOMPARE(options.mode, static_cast<int>(ScopePort::Off));
+        QCOMPARE(options.ports.signalSettings.at(2).snr, 25.0);
+        QCOMPARE(options.ports.mode, static_cast<int>(ScopePort::Off));
     }
 
     void the_last_signal_given_goes_for_the_ports_that_are_left()
     {
         const ScopeOptions one = parsed({"--signal", "bpsk:snr=12"});
         QCOMPARE(modulationsOf(one), QList<Modulation>(3, Modulation::Bpsk));
-        QCOMPARE(one.signalSettings.at(2).snr, 12.0);
+        QCOMPARE(one.ports.signalSettings.at(2).snr, 12.0);
         const ScopeOptions two = parsed({"--signal", "bpsk", "--signal", "oqpsk"});
         QCOMPARE(modulationsOf(two),
             (QList<Modulation>{Modulation::Bpsk, Modulation::Oqpsk, Modulation::Oqpsk}));
@@ -76,7 +62,7 @@ private slots:
     {
         const ScopeOptions options = parsed({"--scope-mode", "3"});
         QVERIFY(options.fault.isEmpty());
-        QCOMPARE(options.mode, static_cast<int>(ScopePort::Sdi));
+        QCOMPARE(options.ports.mode, static_cast<int>(ScopePort::Sdi));
     }
 
     void what_is_none_of_them_is_refused_with_the_reason_data()
@@ -105,40 +91,6 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QTEST(parsed(arguments).fault, "reason");
-    }
-
-    void three_ports_are_made_that_follow_what_is_said_of_modes()
-    {
-        UnitDevices devices;
-        UnitState unit;
-        const ScopeOptions options = parsed({"--scope-mode", "2"});
-        QVERIFY(options.addPorts(devices, unit, FaultTable(), 1));
-        for (int n = 1; n <= 3; ++n) {
-            QVERIFY(QFileInfo(devices.path() + QString("/ttyUSB%1").arg(n)).isSymLink());
-        }
-        const QList<ScopePort*> ports = portsOf(devices);
-        QCOMPARE(ports.size(), 3);
-        for (const ScopePort* port : ports) {
-            QCOMPARE(port->mode(), static_cast<int>(ScopePort::EyePattern));
-        }
-        unit.takeCommand("D2:DSDM:1");
-        unit.takeMessage("SM,3,3");
-        QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::EyePattern));
-        QCOMPARE(ports.at(1)->mode(), static_cast<int>(ScopePort::Constellation));
-        QCOMPARE(ports.at(2)->mode(), static_cast<int>(ScopePort::Sdi));
-        unit.takeCommand("D1:DSDM:0");
-        QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::Off));
-    }
-
-    void a_device_that_cannot_be_made_is_told()
-    {
-        UnitDevices devices;
-        UnitState unit;
-        QFile inTheWay(devices.path() + "/ttyUSB2");
-        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        QVERIFY(!parsed({}).addPorts(devices, unit, FaultTable(), 1));
-        QVERIFY(devices.errorString().contains("ttyUSB2"));
-        QVERIFY(inTheWay.remove());
     }
 };
 

@@ -1,8 +1,8 @@
 #include "scopes/IqBlockDecoder.h"
 #include "scopes/SdiDecoder.h"
-#include "sim/PseudoTerminal.h"
-#include "sim/ScopeBytes.h"
-#include "sim/ScopePort.h"
+#include "sim/line/PseudoTerminal.h"
+#include "sim/scope/ScopeBytes.h"
+#include "sim/scope/ScopePort.h"
 #include "support/LineEnd.h"
 #include "support/TestMain.h"
 
@@ -228,7 +228,7 @@ private slots:
 
     void the_line_s_time_is_that_of_the_clock()
     {
-        constexpr double MostAtOnce = 1536.0 / 11520.0; // seconds: more is not caught up on
+        constexpr double MaxAtOnce = 1536.0 / 11520.0; // seconds: more is not caught up on
         PseudoTerminal line;
         ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         LineEnd panel(line.slavePath());
@@ -243,7 +243,7 @@ private slots:
             panel.received();
             const double now = static_cast<double>(elapsed.nsecsElapsed()) / 1e9;
             // where a loaded machine has stopped both, no more than that is sure
-            least += std::min(MostAtOnce, now - last);
+            least += std::min(MaxAtOnce, now - last);
             last = now;
         }
         const auto size = static_cast<double>(panel.received().size());

@@ -1,6 +1,6 @@
-#include "wire/IqBlock.h"
-#include "sim/SignalModel.h"
+#include "sim/scope/SignalModel.h"
 #include "support/TestMain.h"
+#include "wire/IqBlock.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
-#include "sim/PseudoTerminal.h"
-#include "sim/UnitDevices.h"
+#include "sim/line/PseudoTerminal.h"
+#include "sim/line/UnitDevices.h"
 #include "support/TestMain.h"
 
 #include <QDir>

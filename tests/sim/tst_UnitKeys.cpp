@@ -1,4 +1,4 @@
-#include "sim/UnitKeys.h"
+#include "sim/unit/UnitKeys.h"
 #include "support/TestMain.h"
 
 class tst_UnitKeys : public QObject

@@ -1,5 +1,5 @@
-#include "sim/SignalModel.h"
-#include "sim/UnitState.h"
+#include "sim/scope/SignalModel.h"
+#include "sim/unit/UnitState.h"
 #include "support/TestMain.h"
 
 #include <QSignalSpy>

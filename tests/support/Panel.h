@@ -62,7 +62,7 @@ private:
     {
         const QByteArray pong = framed("PONG");
         if (!unit.write(after + framed("PING")) ||
-            !QTest::qWaitFor([&] { return unit.received().endsWith(pong); }, LongestWaitMs)) {
+            !QTest::qWaitFor([&] { return unit.received().endsWith(pong); }, MaxWaitMs)) {
             QTest::qFail("the panel does not answer", __FILE__, __LINE__);
         }
         QByteArray answer = unit.takeReceived();
@@ -70,5 +70,5 @@ private:
         return answer;
     }
 
-    static constexpr int LongestWaitMs = 20'000;
+    static constexpr int MaxWaitMs = 20'000;
 };

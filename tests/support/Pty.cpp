@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 namespace {
-constexpr int LongestWriteMs = 5000;
+constexpr int MaxWriteMs = 5000;
 } // namespace
 
 Pty::Pty()
@@ -38,7 +38,7 @@ bool Pty::write(const QByteArray& bytes)
     QElapsedTimer elapsed;
     elapsed.start();
     qsizetype done = 0;
-    while (done < bytes.size() && elapsed.elapsed() < LongestWriteMs) {
+    while (done < bytes.size() && elapsed.elapsed() < MaxWriteMs) {
         const ssize_t n =
             ::write(m_master, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
         if (n > 0) {
@@ -60,7 +60,7 @@ bool Pty::writeUntilRead(const QByteArray& bytes)
     };
     QElapsedTimer elapsed;
     elapsed.start();
-    const auto inTime = [&elapsed] { return elapsed.elapsed() < LongestWriteMs; };
+    const auto inTime = [&elapsed] { return elapsed.elapsed() < MaxWriteMs; };
     // the kernel hands them over when it likes, and they are read in a turn of the event loop only
     const bool written = slave >= 0 && write(bytes);
     while (written && unread() < bytes.size() && inTime()) {

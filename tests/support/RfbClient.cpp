@@ -16,7 +16,7 @@ constexpr quint8 NoSecurity = 1;
 constexpr quint8 LeftButton = 1;
 constexpr qint32 RawEncoding = 0;
 constexpr int BytesPerPixel = 4;
-constexpr qint64 LongestText = 1024 * 1024; // of a name, a reason or a clipboard
+constexpr qint64 MaxTextLength = 1024 * 1024; // of a name, a reason or a clipboard
 
 // messages of the server
 constexpr quint8 FramebufferUpdate = 0;
@@ -127,7 +127,7 @@ bool RfbClient::initialise(QDeadlineTimer deadline)
     if (!take(24, deadline, &header)) {
         return false;
     }
-    if (u32(header, 20) > LongestText) {
+    if (u32(header, 20) > MaxTextLength) {
         return fail(QStringLiteral("the server's name is too long"));
     }
     if (!take(u32(header, 20), deadline, &name)) {
@@ -217,7 +217,7 @@ bool RfbClient::readMessage(QDeadlineTimer deadline, QRegion* covered)
         return true;
     case CutText:
         return take(7, deadline, &bytes) &&
-            (u32(bytes, 3) <= LongestText || fail(QStringLiteral("the clipboard is too long"))) &&
+            (u32(bytes, 3) <= MaxTextLength || fail(QStringLiteral("the clipboard is too long"))) &&
             take(u32(bytes, 3), deadline, &bytes);
     default:
         return fail(QStringLiteral("unknown message %1").arg(quint8(bytes.at(0))));

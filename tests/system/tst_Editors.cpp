@@ -6,7 +6,7 @@
 #include "menus/MenuMessages.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
-#include "support/UnitDesk.h"
+#include "support/UnitFixture.h"
 #include "wire/Trace.h"
 
 #include <QLabel>
@@ -35,7 +35,7 @@ int milliseconds(const wire::TraceLine& line)
 
 } // namespace
 
-class tst_Editors : public QObject, private UnitDesk
+class tst_Editors : public QObject, private UnitFixture
 {
     Q_OBJECT
 
@@ -95,12 +95,12 @@ class tst_Editors : public QObject, private UnitDesk
     static QString frame(const char* body) { return QChar(0x02) + QString(body) + QChar(0x04); }
 
 private slots:
-    void init() { sitDown(QN740_SIM, {"--trace"}); }
+    void init() { start(QN740_SIM, {"--trace"}); }
 
     void cleanup()
     {
         QVERIFY(QApplication::activeModalWidget() == nullptr);
-        standUp();
+        stop();
     }
 
     void a_frequency_that_is_typed_arrives_and_comes_back()

@@ -1,6 +1,6 @@
 // What is said between the real programs, recorded and played again; and the panel on a line that
 // spoils what it carries.
-#include "sim/Recording.h"
+#include "sim/replay/Recording.h"
 #include "support/Program.h"
 #include "support/TestMain.h"
 

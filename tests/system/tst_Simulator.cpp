@@ -1,4 +1,4 @@
-#include "sim/MenuFile.h"
+#include "sim/unit/MenuFile.h"
 #include "support/LineEnd.h"
 #include "support/Program.h"
 #include "support/Pty.h"

@@ -3,9 +3,9 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
-#include "sim/MenuFile.h"
+#include "sim/unit/MenuFile.h"
 #include "support/Panel.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 namespace {

@@ -9,10 +9,10 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "spectrum/SpectrumMessages.h"
-#include "support/Part.h"
+#include "tools/screen/Part.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
-#include "support/UnitDesk.h"
+#include "support/UnitFixture.h"
 
 #include <QSignalSpy>
 
@@ -39,7 +39,7 @@ double opening(const QVector<double>& i, int step)
 
 } // namespace
 
-class tst_UnitReacts : public QObject, private UnitDesk
+class tst_UnitReacts : public QObject, private UnitFixture
 {
     Q_OBJECT
 
@@ -128,7 +128,7 @@ private slots:
     void init()
     {
         linkMode::store(linkMode::None);
-        sitDown(QN740_SIM, {"--signal", "qpsk:snr=22", "--card-points", "512"});
+        start(QN740_SIM, {"--signal", "qpsk:snr=22", "--card-points", "512"});
         for (int demodulator = 1; demodulator <= 3; ++demodulator) {
             say("SM," + QByteArray::number(demodulator) + ",2");
         }
@@ -137,7 +137,7 @@ private slots:
         }
     }
 
-    void cleanup() { standUp(); }
+    void cleanup() { stop(); }
 
     void a_bit_rate_changes_the_eye_and_the_width_of_the_carrier()
     {

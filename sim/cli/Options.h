@@ -1,0 +1,29 @@
+#pragma once
+
+#include "sim/cli/CardOptions.h"
+#include "sim/cli/LineOptions.h"
+#include "sim/cli/ScopeOptions.h"
+
+#include <QString>
+
+class QCoreApplication;
+
+/// All options of the command line.
+struct Options
+{
+    QString directory;    ///< --dir; empty for a directory of the program's own
+    QString menu;         ///< --menu, the path; empty for the built-in menus
+    QString check;        ///< --check, the path; empty when nothing is to be checked
+    bool noMenus = false; ///< --no-menus
+    bool trace = false;   ///< --trace
+    ScopeOptions scopes;  ///< of the scope ports
+    CardOptions cards;    ///< of the spectral cards
+    LineOptions line;     ///< of recordings and faults
+
+    /// Parses the arguments of the application. Ends the program itself at --help, at --version,
+    /// and at arguments that it does not know.
+    static Options parse(const QCoreApplication& application);
+
+    /// \return why the options are refused; empty when they are accepted
+    QString fault() const;
+};

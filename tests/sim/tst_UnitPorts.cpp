@@ -1,0 +1,88 @@
+#include "sim/unit/UnitPorts.h"
+
+#include "sim/card/CardSpectrum.h"
+#include "sim/line/UnitDevices.h"
+#include "sim/scope/ScopePort.h"
+#include "sim/unit/UnitState.h"
+#include "support/TestMain.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+namespace {
+
+ScopePortSettings scopes(ScopePort::Mode mode)
+{
+    return {QList<SignalSettings>(ScopePortSettings::Ports), mode};
+}
+
+// The ports that were made, in the order of their demodulators.
+QList<ScopePort*> portsOf(const UnitDevices& devices)
+{
+    QList<ScopePort*> ports = devices.findChildren<ScopePort*>();
+    std::sort(ports.begin(), ports.end(), [](const ScopePort* one, const ScopePort* other) {
+        return one->objectName() < other->objectName();
+    });
+    return ports;
+}
+
+} // namespace
+
+class tst_UnitPorts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void three_scope_ports_follow_the_modes_of_the_unit()
+    {
+        UnitDevices devices;
+        UnitState unit;
+        QVERIFY(
+            unitPorts::addScopes(devices, unit, scopes(ScopePort::EyePattern), FaultTable(), 1));
+        for (int n = 1; n <= 3; ++n) {
+            QVERIFY(QFileInfo(devices.path() + QString("/ttyUSB%1").arg(n)).isSymLink());
+        }
+        const QList<ScopePort*> ports = portsOf(devices);
+        QCOMPARE(ports.size(), 3);
+        for (const ScopePort* port : ports) {
+            QCOMPARE(port->mode(), static_cast<int>(ScopePort::EyePattern));
+        }
+        unit.takeCommand("D2:DSDM:1");
+        unit.takeMessage("SM,3,3");
+        QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::EyePattern));
+        QCOMPARE(ports.at(1)->mode(), static_cast<int>(ScopePort::Constellation));
+        QCOMPARE(ports.at(2)->mode(), static_cast<int>(ScopePort::Sdi));
+        unit.takeCommand("D1:DSDM:0");
+        QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::Off));
+    }
+
+    void a_device_that_cannot_be_made_is_reported()
+    {
+        UnitDevices devices;
+        UnitState unit;
+        QFile inTheWay(devices.path() + "/ttyUSB2");
+        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+        QVERIFY(!unitPorts::addScopes(devices, unit, scopes(ScopePort::Off), FaultTable(), 1));
+        QVERIFY(devices.errorString().contains("ttyUSB2"));
+        QVERIFY(inTheWay.remove());
+    }
+
+    void there_are_three_card_ports_or_none()
+    {
+        for (const bool none : {false, true}) {
+            UnitDevices devices;
+            CardSpectrum spectrum;
+            CardPortSettings settings;
+            settings.none = none;
+            settings.type = CardPort::Type::Older;
+            QVERIFY(unitPorts::addCards(devices, spectrum, settings, FaultTable(), 1));
+            const QStringList names = QDir(devices.path()).entryList(QDir::System | QDir::Files);
+            QCOMPARE(
+                names, none ? QStringList() : QStringList({"ttyUSB11", "ttyUSB12", "ttyUSB13"}));
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_UnitPorts)
+#include "tst_UnitPorts.moc"

@@ -1,0 +1,236 @@
+// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the unit
+// has received and what the screen shows. All tests share one start.
+#include "support/PanelDriver.h"
+#include "support/TestMain.h"
+
+namespace {
+
+// On the scopes page: the plots of Demod 1 and 3, the numbers beside the upper one of Demod 1, and
+// the mode button of Demod 1.
+constexpr QRect First(60, 10, 190, 260);
+constexpr QRect Third(540, 10, 250, 260);
+constexpr QRect FirstLevels(0, 0, 66, 140);
+constexpr QPoint FirstMode(132, 350);
+const QColor BadgeYellow(0xff, 0xd0, 0x00);
+
+} // namespace
+
+class tst_DisplayWorkflows : public QObject, private PanelDriver
+{
+    Q_OBJECT
+
+    bool m_lost = false;
+
+public:
+    tst_DisplayWorkflows()
+        : PanelDriver(QN740_SIM, QN740_PANEL)
+    {
+    }
+
+private slots:
+    void initTestCase() { start(); }
+    void cleanup()
+    {
+        QCOMPARE(panel().state(), QProcess::Running);
+        if (!m_lost) {
+            showMenus();
+        }
+    }
+    void cleanupTestCase() { stop(); }
+
+    void scopes_move_and_stop_and_can_be_hidden()
+    {
+        openMenu("Start");
+        touch(NextView);
+        QImage before = screen().picture();
+        QVERIFY(changes(before, First));
+        QVERIFY(changes(before, Third));
+        touch(FirstMode); // "Demod 1 Eye Pattern"
+        QVERIFY(shows(Title, TitleBlue));
+        touch({662, 108}); // "Off"
+        expect({"D1:DSDM:0"});
+        // what is under way comes to its end; from then on one stands still and another moves
+        const auto standsStill = [&] {
+            before = screen().picture();
+            return changes(before, Third) && screen().picture().copy(First) == before.copy(First);
+        };
+        QVERIFY(QTest::qWaitFor(standsStill, LongMs));
+        touch(FirstMode); // "Demod 1 Off"
+        QVERIFY(shows(Title, TitleBlue));
+        touch({400, 108}); // "Constellation"
+        expect({"D1:DSDM:1"});
+        before = screen().picture();
+        QVERIFY(changes(before, First));
+        touch(FirstMode);
+        QVERIFY(shows(Title, TitleBlue));
+        touch({662, 422}); // "Cancel"
+        QVERIFY(showsOther(Title, TitleBlue));
+        QCOMPARE(sent(), QByteArrayList());
+        say("SQ,3,0");
+        // but for a note in its middle
+        const auto isBlack = [&] {
+            const QImage part = screen().picture().copy(Third.adjusted(0, 0, 0, -130));
+            return part == [&part] {
+                QImage black(part.size(), part.format());
+                black.fill(Qt::black);
+                return black;
+            }();
+        };
+        QVERIFY(QTest::qWaitFor(isBlack, LongMs));
+        say("SQ,3,1");
+        QVERIFY(QTest::qWaitFor([&] { return !isBlack(); }, LongMs));
+    }
+
+    void the_spectrum_moves_and_takes_span_average_and_marker()
+    {
+        openMenu("Start");
+        touch({NextView, NextView}); // over the scopes
+        const QPoint average(662, 79);
+        QVERIFY(shows({625, 70}, Grey));
+        const QRect chart(45, 25, 550, 90);
+        QImage before = screen().picture();
+        QVERIFY(changes(before, chart));
+        touch(average);
+        QVERIFY(showsOther({625, 70}, Grey));
+        touch(average);
+        QVERIFY(shows({625, 70}, Grey));
+        // a tap sets a marker, a dotted line through the chart; a tap on it takes it away
+        const auto hasMarker = [this] { return bright(QRect(196, 65, 9, 45)) > 8; };
+        QVERIFY(!hasMarker());
+        touch({200, 80});
+        QVERIFY(QTest::qWaitFor(hasMarker, LongMs));
+        touch({200, 80});
+        QVERIFY(QTest::qWaitFor([&] { return !hasMarker(); }, LongMs));
+        sent();
+        before = screen().picture();
+        touch({690, 25}); // the span
+        QVERIFY(changes(before, QRect(610, 55, 180, 60)));
+        touch({690, 120});
+        QByteArrayList spans;
+        QTRY_VERIFY_WITH_TIMEOUT((spans += sent()).size() >= 1, LongMs);
+        QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
+    }
+
+    void the_pax_menu_comes_and_goes_with_its_displays()
+    {
+        openMenu("Start");
+        touch(key(1, 2)); // "PAX Menu"
+        expect({"PAX:1:1"});
+        QVERIFY(showsOther(StatusBar, Grey));
+        QImage before = screen().picture();
+        QVERIFY(changes(before, QRect(500, 20, 220, 180))); // the scope
+        QVERIFY(changes(before, QRect(450, 285, 320, 90))); // the chart
+        touch({102, 211});                                  // "Combine"
+        expect({"C1:COMB:0"});
+        QVERIFY(shows({15, 185}, Grey));
+        touch({134, 445}); // "Span"
+        QVERIFY(shows({30, 64}, TitleBlue));
+        touch({300, 178}); // "3 MHz"
+        QByteArrayList spans;
+        QTRY_VERIFY_WITH_TIMEOUT((spans += sent()).size() >= 1, LongMs);
+        QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
+        touch({665, 445}); // "Start Menu"
+        expect({"PAX:0:Start:1"});
+        QVERIFY(shows(StatusBar, Grey));
+        QVERIFY(shows(besideText(0, 0), Grey));
+    }
+
+    void a_touch_on_a_plot_fixes_its_range_and_fits_it_again()
+    {
+        openMenu("Start");
+        say("SM,1,2");
+        touch(NextView);
+        const QPoint plot(160, 70);
+        const auto levels = [this] { return screen().picture().copy(FirstLevels); };
+        QVERIFY(changes(screen().picture(), First)); // it has something to be fitted to
+        QImage before = screen().picture();
+        touch(plot);
+        QVERIFY(changes(before, FirstLevels));
+        const QImage fixed = levels();
+        before = screen().picture();
+        touch(plot);
+        QVERIFY(changes(before, FirstLevels));
+        touch(plot);
+        // full scale is full scale, whatever the signal
+        QVERIFY(QTest::qWaitFor([&] { return levels() == fixed; }, LongMs));
+        touch(plot);
+        QVERIFY(QTest::qWaitFor([&] { return levels() != fixed; }, LongMs));
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
+    void the_unit_turns_a_scope_to_sdi_and_back()
+    {
+        const QRect button(20, 325, 230, 50);
+        openMenu("Start");
+        touch(NextView);
+        say("SM,1,2");
+        QImage before = screen().picture();
+        say("SM,1,3");
+        QVERIFY(changes(before, button));
+        QVERIFY(changes(before, FirstLevels));
+        for (int i = 0; i < 2; ++i) { // the first change may be what was under way
+            before = screen().picture();
+            QVERIFY(changes(before, First));
+        }
+        QCOMPARE(sent(), QByteArrayList());
+        say("SM,1,2");
+        before = screen().picture();
+        QVERIFY(changes(before, First));
+    }
+
+    void the_highest_levels_are_held_on_demand()
+    {
+        const QRect chart(45, 25, 550, 90);
+        const QColor held(127, 127, 0);
+        const QPoint key(752, 79);
+        const QPoint besideItsText(716, 62);
+        constexpr int Some = 50;
+        openMenu("Start");
+        touch({NextView, NextView}); // over the scopes
+        QVERIFY(shows(besideItsText, Grey));
+        QCOMPARE(count(chart, held), 0);
+        touch(key);
+        QVERIFY(showsOther(besideItsText, Grey));
+        QVERIFY(QTest::qWaitFor([&] { return count(chart, held) > Some; }, LongMs));
+        touch(key);
+        QVERIFY(shows(besideItsText, Grey));
+        QVERIFY(QTest::qWaitFor([&] { return count(chart, held) == 0; }, LongMs));
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
+    void a_number_is_typed_as_on_a_telephone_in_the_pax_menu()
+    {
+        say("PAX,1");
+        touch({299, 47}); // "Bit Rate"
+        QVERIFY(shows(Title, TitleBlue));
+        // "1" and "2" in the first row, "5" under "2", "." at the bottom, "Mbps"
+        touch({{102, 197}, {300, 197}, {300, 438}, {300, 277}, {696, 438}});
+        expect({"D3:RATE:12500000.000000"});
+        QVERIFY(showsOther(Title, TitleBlue));
+    }
+
+    // The last one: the main unit's line is not opened again.
+    void with_the_unit_gone_the_panel_lives_and_the_scopes_come_back()
+    {
+        openMenu("Start");
+        touch(NextView);
+        QImage before = screen().picture();
+        QVERIFY(changes(before, Third));
+        const auto saysNoData = [this] { return count(Third, BadgeYellow) > 3; };
+        QVERIFY(!saysNoData());
+        m_lost = true;
+        stopUnit();
+        QTRY_VERIFY_WITH_TIMEOUT(panel().errors().contains("ttyO1 was lost"), LongMs);
+        QVERIFY(QTest::qWaitFor(saysNoData, LongMs));
+        startUnit({"--scope-mode", "1"});
+        QVERIFY(QTest::qWaitFor([&] { return !saysNoData(); }, LongMs));
+        before = screen().picture();
+        QVERIFY(changes(before, Third));
+        QCOMPARE(panel().state(), QProcess::Running);
+        touch(NextView); // it still takes a touch
+        QVERIFY(changes(before, QRect(610, 0, 180, 60)));
+    }
+};
+
+QN740_TEST_MAIN(tst_DisplayWorkflows)
+#include "tst_DisplayWorkflows.moc"

@@ -1,0 +1,173 @@
+// The real program with a card at its line: which type it takes the card for, and a spectrum all
+// the way from the line to a reader elsewhere, also from the simulated card of the older type.
+#include "spectrum/CardSide.h"
+#include "support/Program.h"
+#include "support/RfbClient.h"
+#include "support/TestMain.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocalSocket>
+
+#include <termios.h>
+
+namespace {
+
+constexpr int LongMs = 40000;
+
+using Requests = QList<QByteArray>;
+
+Requests polls(Pty& card)
+{
+    Requests some;
+    for (const QByteArray& request : cardSide::requests(card)) {
+        if (request.startsWith("0190RFFT")) {
+            some += request;
+        }
+    }
+    return some;
+}
+
+// How many points of the levels are not far below the highest one.
+int width(const QJsonArray& levels)
+{
+    constexpr double Far = 12.0; // dB
+    double highest = -1000.0;
+    for (const QJsonValue& level : levels) {
+        highest = qMax(highest, level.toDouble());
+    }
+    int count = 0;
+    for (const QJsonValue& level : levels) {
+        count += level.toDouble() > highest - Far ? 1 : 0;
+    }
+    return count;
+}
+
+speed_t speed(const Pty& pty)
+{
+    termios settings{};
+    ::tcgetattr(pty.master(), &settings);
+    return ::cfgetospeed(&settings);
+}
+
+} // namespace
+
+class tst_SimulatedCard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_option_decides_which_type_is_polled_data()
+    {
+        QTest::addColumn<bool>("older");
+        QTest::newRow("-noK7150") << true;
+        QTest::newRow("without it") << false;
+    }
+
+    void the_option_decides_which_type_is_polled()
+    {
+        QFETCH(bool, older);
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyO1");
+        Pty& card = devices.add("ttyUSB11");
+        const QString socket = devices.path() + "/spectra";
+        Program panel(QN740_PANEL, older ? QStringList{"-noK7150"} : QStringList(),
+            {"QN740_SPECTRUM_SOCKET=" + socket});
+        QVERIFY(unit.write(framed("VER")));
+        QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
+        unit.takeReceived();
+
+        // the older one is there at once and is asked for its name, the other is switched on
+        if (older) {
+            QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(card), Requests{"0190RNME000000"}, LongMs);
+        } else {
+            QVERIFY(!QFileInfo::exists(socket));
+            unit.write(framed("ST,1"));
+            QTRY_COMPARE_WITH_TIMEOUT(
+                unit.received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"), LongMs);
+        }
+        QCOMPARE(speed(card), older ? speed_t(B921600) : speed_t(B230400));
+        QLocalSocket reader;
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(socket), LongMs);
+        reader.connectToServer(socket);
+        QVERIFY(reader.waitForConnected(LongMs));
+
+        // the menu that shows the first chart
+        unit.write(framed("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1") + framed("MS,Pax,Tuner,freq") +
+            framed("PAX,1"));
+        QTRY_COMPARE_WITH_TIMEOUT(polls(card), Requests{"0190RFFT000000"}, LongMs);
+        QCOMPARE(cardSide::requests(card).contains("0190CNFT000000"), !older);
+        const QByteArray points = cardSide::carrier(512, 100, -20);
+        card.write(older ? cardSide::spectrum(points) : cardSide::k7150Spectrum(0, points));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            polls(card), Requests({"0190RFFT000000", "0190RFFT010000"}), LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(reader.canReadLine(), LongMs);
+        const QJsonObject spectrum = QJsonDocument::fromJson(reader.readLine()).object();
+        const QJsonArray levels = spectrum.value("levels").toArray();
+        QCOMPARE(spectrum.value("channel").toInt(-1), 0);
+        QCOMPARE(levels.size(), 512);
+        QCOMPARE(levels.at(100).toDouble(), -20.0);
+        QCOMPARE(levels.at(101).toDouble(), -100.0);
+        if (older) {
+            QCOMPARE(unit.received(), QByteArray()); // no demodulator is told anything
+        } else {
+            QVERIFY(unit.received().endsWith(framed("D3:NFFT:12")));
+        }
+    }
+
+    void the_older_card_of_the_unit_shows_the_span_that_the_operator_chose()
+    {
+        const QTemporaryDir parent;
+        const QString devices = parent.filePath("dev");
+        const QString socket = parent.filePath("spectra");
+        Program unit(QN740_SIM, {"--dir", devices, "--card", "older"});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: ready " + devices.toUtf8()), LongMs);
+        const quint16 port = RfbClient::freePort();
+        Program panel(QN740_PANEL,
+            {"-noK7150", "-platform", QString("vnc:size=800x480:port=%1").arg(port)},
+            {"QN740_DEV=" + devices, "QN740_SPECTRUM_SOCKET=" + socket});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
+        unit.write("PAX,1\n"); // the menu that shows the first chart
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(socket), LongMs);
+        QLocalSocket reader;
+        reader.connectToServer(socket);
+        QVERIFY(reader.waitForConnected(LongMs));
+
+        // the menus have set 20 MHz
+        QJsonObject last;
+        const auto has = [&](double span) {
+            while (reader.canReadLine()) {
+                last = QJsonDocument::fromJson(reader.readLine()).object();
+            }
+            return last.value("channel").toInt(-1) == 0 && last.value("span").toDouble() == span;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(has(21.447264), LongMs);
+        QCOMPARE(last.value("levels").toArray().size(), 1024);
+        QCOMPARE(last.value("centre").toDouble(), 2250.5);
+        const int before = width(last.value("levels").toArray());
+        QVERIFY2(before > 10, qPrintable(QString::number(before)));
+
+        // the start-up picture takes every touch for a while
+        RfbClient screen;
+        QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
+        const auto listIsOpen = [&] {
+            return screen.picture().pixelColor(30, 64) == QColor(66, 89, 148); // its title
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(
+            listIsOpen() || (screen.click({134, 445}) && listIsOpen()), LongMs); // "Span"
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !listIsOpen() || (screen.click({300, 178}) && !listIsOpen()), LongMs); // "3 MHz"
+
+        // nothing but the card's own line can have told it: the unit hears of no span
+        const auto isWide = [&] {
+            return has(3.235677106) && width(last.value("levels").toArray()) > 3 * before;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isWide(), LongMs);
+        QVERIFY(!unit.output().contains(":NFFT:"));
+        QCOMPARE(panel.state(), QProcess::Running);
+    }
+};
+
+QN740_TEST_MAIN(tst_SimulatedCard)
+#include "tst_SimulatedCard.moc"

@@ -1,0 +1,146 @@
+// The scopes against the real simulated unit: what the operator chooses is what the unit sends and
+// what is plotted.
+#include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "scopes/PlotView.h"
+#include "scopes/ScopesPage.h"
+#include "tools/screen/Part.h"
+#include "support/Program.h"
+#include "support/Pty.h"
+#include "support/Screen.h"
+#include "support/TestMain.h"
+
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <cmath>
+
+namespace {
+
+constexpr int LongMs = Program::LongMs;
+
+} // namespace
+
+class tst_SimulatedScopes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { qunsetenv("QN740_DEV"); }
+
+    void a_mode_that_is_chosen_is_sent_and_plotted()
+    {
+        start({"--signal", "qpsk:snr=30"});
+        QSignalSpy blocks(scope(2), &Scope::rcv_eye_msg);
+        choose(2, "Constellation");
+        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D2:DSDM:1"), LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 3, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(plot(2)->paintCount() > 2, LongMs);
+        // one sample a symbol: all of them near the four points
+        const QVector<QPointF> points = scope(2)->constellation().plotted();
+        const double level = 0.5 / std::sqrt(2.0);
+        for (int k = 1; k < points.size(); ++k) {
+            QVERIFY(std::abs(std::abs(points.at(k).x()) - level) < 0.12);
+            QVERIFY(std::abs(std::abs(points.at(k).y()) - level) < 0.12);
+        }
+        choose(2, "Off");
+        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D2:DSDM:0"), LongMs);
+    }
+
+    void all_three_scopes_run_at_once()
+    {
+        start({"--scope-mode", "2"});
+        QTRY_VERIFY_WITH_TIMEOUT(plot(1)->paintCount() > 5, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(plot(2)->paintCount() > 5, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(plot(3)->paintCount() > 5, LongMs);
+    }
+
+    void sdi_is_set_by_the_unit_and_shown()
+    {
+        start({});
+        QSignalSpy records(scope(1), &Scope::rcv_sdi_msg);
+        m_unit->write("SM,1,3\n");
+        QTRY_VERIFY_WITH_TIMEOUT(records.size() >= 3, LongMs);
+        QCOMPARE(records.last().first().toByteArray().size(), 5);
+        QCOMPARE(m_window->rooms().scopes->modeButton(1)->text(), QString("Demod 1 SDI"));
+    }
+
+    void a_spoiled_line_is_still_shown_data()
+    {
+        QTest::addColumn<QString>("fault");
+        for (const char* fault : {"scope-index=0.25", "scope-loss=0.2", "scope-noise=0.1",
+                 "scope-silence=0.02", "scope-index=0.2,scope-loss=0.2,scope-noise=0.1"}) {
+            QTest::newRow(fault) << QString(fault);
+        }
+    }
+
+    void a_spoiled_line_is_still_shown()
+    {
+        QFETCH(QString, fault);
+        start({"--scope-mode", "2", "--fault", fault, "--seed", "7"});
+        QSignalSpy blocks(scope(1), &Scope::rcv_eye_msg);
+        QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 8, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(plot(1)->paintCount() > 3, LongMs);
+    }
+
+    void nonsense_on_the_command_line_is_told_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("signal") << QStringList{"--signal", "fsk"};
+        QTest::newRow("fault") << QStringList{"--fault", "smoke"};
+        QTest::newRow("mode") << QStringList{"--scope-mode", "4"};
+        QTest::newRow("seed") << QStringList{"--seed", "x"};
+    }
+
+    void nonsense_on_the_command_line_is_told()
+    {
+        QFETCH(QStringList, arguments);
+        Program unit(QN740_SIM, arguments);
+        QVERIFY(unit.ends());
+        QCOMPARE(unit.exitCode(), 1);
+        QVERIFY2(unit.errors().startsWith("qn740-sim: ") &&
+                unit.errors().contains(arguments.constLast().toUtf8()),
+            unit.errors());
+    }
+
+private:
+    void start(const QStringList& arguments)
+    {
+        m_window.reset();
+        m_parent = std::make_unique<QTemporaryDir>();
+        const QString devices = m_parent->filePath("dev");
+        m_unit = std::make_unique<Program>(
+            QN740_SIM, QStringList{"--dir", devices, "--no-menus"} + arguments);
+        QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices.toUtf8()), LongMs);
+        qputenv("QN740_DEV", devices.toLocal8Bit());
+        m_window = std::make_unique<MainWindow>();
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget != m_window.get()) {
+                widget->hide(); // the splash
+            }
+        }
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+    }
+
+    void choose(int demodulator, const QString& text)
+    {
+        whenModal([text](QWidget* dialog) { clickOn(buttonWithText(dialog, text)); });
+        clickOn(m_window->rooms().scopes->modeButton(demodulator));
+    }
+
+    Scope* scope(int demodulator) const { return m_window->rooms().scopes->scope(demodulator); }
+    PlotView* plot(int demodulator) const
+    {
+        return scope(demodulator)->findChild<PlotView*>("plotI");
+    }
+
+    std::unique_ptr<QTemporaryDir> m_parent;
+    std::unique_ptr<Program> m_unit;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+QN740_TEST_MAIN(tst_SimulatedScopes)
+#include "tst_SimulatedScopes.moc"

@@ -1,0 +1,70 @@
+// The main menus, the link-mode window and the message boxes.
+#include "tools/pictures/PanelPictures.h"
+#include "tools/pictures/Screens.h"
+
+#include "app/MainWindow.h"
+#include "tools/screen/Part.h"
+#include "tools/screen/Screen.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QRadioButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QWidget* linkWindow()
+{
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->windowTitle() == u"QN740 Configuration Settings"_s) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+void takeLinkModes(PanelPictures& panel)
+{
+    clickOn(part<QPushButton>(panel.window(), "linkButton"));
+    PanelPictures::settle();
+    QWidget* dialog = linkWindow();
+    if (dialog == nullptr) {
+        panel.fail(u"no link-mode window"_s);
+        return;
+    }
+    const auto modes = dialog->findChildren<QRadioButton*>();
+    for (const int mode : {1, 2, 0}) {
+        clickOn(modes.value(mode));
+        PanelPictures::settle();
+        panel.take(u"link-mode-%1"_s.arg(mode));
+    }
+    panel.pressButton(dialog, u"Close"_s);
+    PanelPictures::settle();
+}
+
+} // namespace
+
+void takeMainMenus(PanelPictures& panel)
+{
+    clickOn(part<QPushButton>(panel.window(), "mainMenuButton"));
+    PanelPictures::settle();
+    panel.take(u"main-menu"_s);
+    takeLinkModes(panel);
+    panel.say(u"DB,Antenna 2: no reference signal"_s);
+    PanelPictures::settle();
+    panel.take(u"message"_s);
+    panel.say(u"DB,KILLBOX"_s);
+    panel.say(u"DB,The set-up FLIGHT_1 was stored.,1"_s);
+    PanelPictures::settle();
+    panel.take(u"message-ok"_s);
+    panel.say(u"DB,KILLBOX"_s);
+    panel.say(u"SM,3,1"_s);
+    panel.say(u"PAX,1"_s);
+    constexpr int FillMs = 2500;
+    PanelPictures::settle(FillMs);
+    panel.take(u"pax-menu"_s);
+    panel.say(u"PAX,0"_s);
+    panel.say(u"SM,3,0"_s);
+    PanelPictures::settle();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+class PanelPictures;
+
+/// \file
+/// The screens of the panel, one function for each part of it. Each function opens the screens by
+/// clicks and by messages of the unit, takes their pictures, and leaves the menus on the screen.
+
+/// The spectrum page with one to three charts.
+void takeSpectrum(PanelPictures& panel);
+/// The first menu, the page without menus, and the special menu.
+void takeStart(PanelPictures& panel);
+/// Menus of the default menu file and every state of a key.
+void takeMenus(PanelPictures& panel);
+/// The main menus, the window of the link mode, and message boxes.
+void takeMainMenus(PanelPictures& panel);
+/// Every modal editor.
+void takeEditors(PanelPictures& panel);
+/// The scopes page with the signals of the unit.
+void takeScopes(PanelPictures& panel);
+/// The scopes page with signals that are computed here, so that the pictures are always the same.
+void takeSignals(PanelPictures& panel);
+
+/// Every page of every menu that the unit has sent, in place of all the others.
+void takeAllMenus(PanelPictures& panel);

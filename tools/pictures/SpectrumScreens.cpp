@@ -1,0 +1,70 @@
+// The spectrum page with one to three charts.
+#include "tools/pictures/PanelPictures.h"
+#include "tools/pictures/Screens.h"
+
+#include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "app/Views.h"
+#include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumChart.h"
+#include "spectrum/SpectrumMessages.h"
+#include "tools/screen/Screen.h"
+
+#include <QComboBox>
+
+using namespace Qt::StringLiterals;
+
+void takeSpectrum(PanelPictures& panel)
+{
+    constexpr int Charts = 3;
+    constexpr int SomeSpectraMs = 2500;
+    constexpr int ListMs = 200;
+    constexpr int ManySpectraMs = 4000;
+    const auto show = [&panel](int charts) {
+        for (int channel = 0; channel < Charts; ++channel) {
+            panel.say(u"SH,%1,%2"_s.arg(channel).arg(channel < charts ? 1 : 0));
+        }
+    };
+    const auto choose = [&panel](const QList<int>& spans) {
+        for (int channel = 0; channel < Charts; ++channel) {
+            panel.say(u"SP,%1,%2"_s.arg(channel).arg(spans.at(channel)));
+        }
+    };
+    const QList<int> mixed{6, 3, 4};
+    panel.say(u"ST,1"_s);
+    panel.showView(Views::Spectrum);
+    panel.say(u"HM,0,-30,-80"_s);
+    choose(mixed);
+    PanelPictures::settle(SomeSpectraMs);
+    panel.take(u"spectrum-three"_s);
+    const QStringList names{u"spectrum-one"_s, u"spectrum-two"_s, u"spectrum-three"_s};
+    for (int charts = 1; charts <= Charts; ++charts) {
+        show(charts);
+        for (const int span : {0, 9}) {
+            choose({span, span, span});
+            PanelPictures::settle(SomeSpectraMs);
+            panel.take(names.at(charts - 1) + (span == 0 ? u"-narrow"_s : u"-wide"_s));
+        }
+    }
+    SpectralCard& card = *panel.window().rooms().spectrum->card();
+    auto* lowest = card.findChild<QComboBox*>(u"cboSpan3"_s);
+    clickOn(lowest);
+    PanelPictures::settle(ListMs);
+    panel.take(u"spectrum-span-list"_s);
+    lowest->hidePopup();
+    choose(mixed);
+    show(1);
+    panel.pressButton(&card, u"Max Hold"_s);
+    PanelPictures::settle(ManySpectraMs);
+    panel.take(u"spectrum-max-hold"_s);
+    panel.pressButton(&card, u"Average"_s);
+    clickOn(card.chart(0));
+    PanelPictures::settle(SomeSpectraMs);
+    panel.take(u"spectrum-marker"_s);
+    for (QString button : {u"Average"_s, u"Max Hold"_s}) {
+        panel.pressButton(&card, button);
+    }
+    card.chart(0)->clearMarker();
+    show(Charts);
+    panel.showView(Views::Menus);
+}

@@ -1,0 +1,112 @@
+#include "tools/screen/Screen.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QWindow>
+#include <QtTest/qtestmouse.h>
+
+#include <algorithm>
+
+namespace {
+constexpr QSize ScreenSize(800, 480);
+constexpr int PollMs = 10;
+constexpr int MaxWaitMs = 5000;
+
+struct Poll
+{
+    std::function<void(QWidget*)> then;
+    std::function<void()> otherwise;
+    QPointer<QWidget> old; // the dialog that was up before
+};
+
+void pollModal(const Poll& poll, int leftMs)
+{
+    QTimer::singleShot(PollMs, qApp, [poll, leftMs] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (dialog != nullptr && dialog != poll.old) {
+            poll.then(dialog);
+        } else if (leftMs > 0) {
+            pollModal(poll, leftMs - PollMs);
+        } else {
+            poll.otherwise();
+        }
+    });
+}
+
+bool standsOver(const QWindow* window, const QWindow* below)
+{
+    while (window != nullptr && window != below) {
+        window = window->transientParent();
+    }
+    return window != nullptr;
+}
+
+// The layer of a window: 0 is the lowest, 3 the highest.
+int layerOf(const QWidget* window)
+{
+    if (window->inherits("QMainWindow")) {
+        return 0;
+    }
+    if (window->windowType() == Qt::Popup) {
+        return 3;
+    }
+    const QWidget* modal = QApplication::activeModalWidget();
+    return modal != nullptr && standsOver(window->windowHandle(), modal->windowHandle()) ? 2 : 1;
+}
+
+QWidgetList visibleWindows()
+{
+    // in the order in which they were created
+    const auto created = QGuiApplication::topLevelWindows();
+    const auto rank = [&created](const QWidget* window) {
+        return std::make_pair(layerOf(window), created.indexOf(window->windowHandle()));
+    };
+    QWidgetList windows;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible()) {
+            windows += window;
+        }
+    }
+    std::sort(windows.begin(), windows.end(),
+        [&rank](const QWidget* a, const QWidget* b) { return rank(a) < rank(b); });
+    return windows;
+}
+
+} // namespace
+
+QPixmap grabScreen()
+{
+    QPixmap picture(ScreenSize);
+    picture.fill(Qt::black);
+    QPainter painter(&picture);
+    for (QWidget* window : visibleWindows()) {
+        painter.drawPixmap(window->geometry().topLeft(), window->grab());
+    }
+    return picture;
+}
+
+void clickOn(QWidget* widget)
+{
+    QWidget* window = widget->window();
+    const QPoint at = widget->mapTo(window, widget->rect().center());
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, at);
+}
+
+QPushButton* buttonWithText(const QWidget* parent, const QString& text)
+{
+    const auto buttons = parent->findChildren<QPushButton*>();
+    for (QPushButton* button : buttons) {
+        if (button->isVisible() && button->text() == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+void whenModal(const std::function<void(QWidget*)>& then, const std::function<void()>& otherwise)
+{
+    pollModal({then, otherwise, QApplication::activeModalWidget()}, MaxWaitMs);
+}
