@@ -1,6 +1,7 @@
 #include "popups/PushButtonKey.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "touch/HeldKeys.h"
 
 class tst_PushButtonKey : public QObject
 {
@@ -23,6 +24,23 @@ private slots:
         QCOMPARE(pressed.first().first().toString(), QString("q"));
         QCOMPARE(
             key.styleSheet(), QString("color:white;border: 1px solid #000000;border-radius:6px;"));
+    }
+
+    void a_key_that_lets_go_looks_as_before()
+    {
+        QWidget window;
+        auto* key = new PushButtonKey("q", &window);
+        window.resize(200, 100);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy pressed(key, &PushButtonKey::keyPressed);
+        const QString sheet = key->styleSheet();
+        QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, key->geometry().center());
+        QVERIFY(key->styleSheet() != sheet);
+        touch::letGo(&window);
+        QCOMPARE(key->styleSheet(), sheet);
+        QVERIFY(!key->isDown());
+        QVERIFY(pressed.isEmpty());
     }
 
     void command_keys_look_different()
