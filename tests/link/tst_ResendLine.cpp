@@ -69,7 +69,7 @@ private slots:
         QTRY_COMPARE(received.size(), 1);
     }
 
-    void a_lost_line_harms_nobody_who_deletes_it()
+    void a_lost_line_can_be_deleted_and_opened_anew()
     {
         DeviceDirectory devices;
         Pty& unit = devices.add("ttyUSB4");
