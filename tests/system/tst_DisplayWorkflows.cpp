@@ -1,5 +1,5 @@
-// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the unit
-// has received and what the screen shows. All tests share one start.
+// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the
+// unit has received and what the screen shows. All tests share one start.
 #include "support/PanelDriver.h"
 #include "support/TestMain.h"
 

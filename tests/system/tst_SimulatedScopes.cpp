@@ -4,11 +4,11 @@
 #include "app/Rooms.h"
 #include "scopes/PlotView.h"
 #include "scopes/ScopesPage.h"
-#include "tools/screen/Part.h"
 #include "support/Program.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 #include <QPushButton>
 #include <QSignalSpy>

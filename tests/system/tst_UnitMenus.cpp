@@ -5,8 +5,8 @@
 #include "menus/MenuMessages.h"
 #include "sim/unit/MenuFile.h"
 #include "support/Panel.h"
-#include "tools/screen/Part.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 namespace {
 

@@ -9,10 +9,10 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "spectrum/SpectrumMessages.h"
-#include "tools/screen/Part.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 #include "support/UnitFixture.h"
+#include "tools/screen/Part.h"
 
 #include <QSignalSpy>
 
