@@ -4,6 +4,7 @@
 #include "menus/KeyDefinition.h"
 #include "menus/MenuGroups.h"
 #include "touch/KeyStyle.h"
+#include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 #include <QVBoxLayout>
@@ -13,7 +14,6 @@
 namespace {
 constexpr int KeyWidth = 150;
 constexpr int KeyHeight = 80;
-constexpr int MaxKeyHeight = 100;
 constexpr int TitleAlignment = 0x20;
 constexpr QMargins FrameMargins(4, 15, 4, 4);
 
@@ -169,7 +169,7 @@ Key* KeyBoard::addCopy(Key& source, std::optional<Cell> cell)
 QPushButton* KeyBoard::newButton(const QString& label)
 {
     auto* button = new TextButton(label);
-    button->setMaximumHeight(MaxKeyHeight);
+    button->setMaximumHeight(touch::MaxKeyHeight);
     button->setStyleSheet(keyStyle::enabled(large));
     buttons += button;
     return button;
@@ -178,7 +178,7 @@ QPushButton* KeyBoard::newButton(const QString& label)
 QPushButton* KeyBoard::newMoreKey(QWidget* parent)
 {
     auto* more = new QPushButton(QStringLiteral("More..."), parent);
-    more->setMaximumHeight(MaxKeyHeight);
+    more->setMaximumHeight(touch::MaxKeyHeight);
     more->setStyleSheet(keyStyle::more());
     connect(more, &QPushButton::clicked, pages, &StackLayout::setNextIndex);
     return more;

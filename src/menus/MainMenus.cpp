@@ -6,6 +6,7 @@
 #include "menus/MenuBook.h"
 #include "menus/SpecialMenu.h"
 #include "touch/KeyStyle.h"
+#include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 namespace {
@@ -15,7 +16,6 @@ constexpr int LastRow = 5;
 constexpr int LastCol = 5;
 constexpr int PaxLastCol = 2;
 constexpr int OptionsRow = 5;
-constexpr int MaxKeyHeight = 100;
 
 // Quirk: row 5 sends every key that "AK" defines for a main menu itself to the group "Options". See
 // "Quirks" in docs/architecture.md.
@@ -93,7 +93,7 @@ KeyBoard* MainMenus::newPaxMenu(const QString& name)
     auto* span = new TextButton(QStringLiteral("Span"), menu->frame);
     span->setObjectName(QStringLiteral("spanButton"));
     span->setStyleSheet(keyStyle::enabled(true));
-    span->setMaximumHeight(MaxKeyHeight);
+    span->setMaximumHeight(touch::MaxKeyHeight);
     menu->optGrid->addWidget(span, 0, menu->col++);
     connect(span, &QPushButton::clicked, this, &MainMenus::spanClicked);
     return menu;

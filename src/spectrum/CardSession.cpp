@@ -27,7 +27,7 @@ CardSession::CardSession(const QString& portName, QObject* parent)
     if (m_buses[0]->isOpen()) {
         connectFirstBus();
     }
-    // A port that comes later, or comes back.
+    // The port may also come later, or come back.
     connect(m_buses[0], &Rs422Bus::opened, this, &CardSession::connectFirstBus);
     setUpTimers();
     connect(m_buses[0], &Rs422Bus::messageQueueFlag, this, &CardSession::takeMarker);
@@ -79,7 +79,7 @@ void CardSession::setK7150(const QString& port1, const QString& port2, const QSt
     m_buses[0] = newK7150Bus(port1);
     connect(m_buses[0], &Rs422Bus::messageReceived, this, &CardSession::takeReply);
     connect(m_buses[0], &Rs422Bus::messageQueueFlag, this, &CardSession::takeMarker);
-    // A card that comes later, or comes back, has not heard what was said before.
+    // A card that comes later, or comes back, does not know the spans that were sent before.
     connect(m_buses[0], &Rs422Bus::opened, this, [this] {
         for (Channel& channel : m_channels) {
             channel.cardTold = false;
@@ -120,7 +120,7 @@ void CardSession::setUpCard()
     }
 }
 
-// A card that says its name all the time must not fill the queue.
+// Asks only once at a time: a card that keeps sending its name must not fill the queue.
 void CardSession::ask(const QString& command)
 {
     if (!m_buses[0]->isWaiting(card::request(m_address, command))) {
@@ -222,8 +222,9 @@ void CardSession::pollIfDue()
     poll();
 }
 
-// A K7150 is not asked for its spans, so it is told them: all demodulators at once, the card each
-// channel before its first spectrum, because a card that does not answer takes its time each time.
+// A K7150 cannot be asked for its spans, so it is told them. All demodulators are told at once; the
+// card is told each channel before the first spectrum of that channel, because each request that it
+// does not answer blocks the bus until its timeout.
 void CardSession::tellSpansBeforePoll()
 {
     for (int channel = 0; channel < card::Channels; ++channel) {

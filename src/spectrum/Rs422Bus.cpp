@@ -175,7 +175,7 @@ void Rs422Bus::takeReply(const CmdMsg& message, bool isSpectrum)
     if (answered) {
         m_awaitingReply = false;
     }
-    // A reply that nobody asked for may have made the owner send a request.
+    // A reply without a request may have made the owner send one, which is under way now.
     if (isSpectrum && !m_awaitingReply) {
         run();
     }

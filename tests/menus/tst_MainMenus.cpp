@@ -230,11 +230,20 @@ private slots:
         for (const Key* key : all) {
             QCOMPARE(key->itemIds, (QList<int>{0, 2, 5}));
         }
-        // A change of a copy reaches its source, but no other copy.
+    }
+
+    void a_change_of_a_copy_reaches_its_source_but_no_other_copy()
+    {
+        Menus menus;
+        menus.key("Demod 1", "k");
+        menus.copy("Main", "Demod 1", "k");
+        menus.paxCopy("PAX", "Demod 1", "k");
+        menus.messages.changeValue({"Demod 1", "k", "7", "0"});
         menus.messages.changeValue({"Main", "k", "9", "1"});
-        QCOMPARE(source->value, 9.0);
-        QVERIFY(source->tog());
-        QCOMPARE(pax->value, 7.0);
+        QCOMPARE(menus.menu("Main")->keys.first()->value, 9.0);
+        QCOMPARE(menus.menu("Demod 1")->keys.first()->value, 9.0);
+        QVERIFY(menus.menu("Demod 1")->keys.first()->tog());
+        QCOMPARE(menus.menu("PAX")->keys.first()->value, 7.0);
     }
 
     void a_copy_still_changes_when_its_source_is_deleted()
@@ -356,6 +365,14 @@ private slots:
                 }
             }
         }
+    }
+
+    void the_special_page_has_the_last_row_in_its_options()
+    {
+        Menus menus;
+        menus.keys("Main", 36);
+        const QList<QPushButton*> buttons = menus.menu("Main")->buttons;
+        auto* outer = qobject_cast<QGridLayout*>(menus.main.regroupMain()->layout());
         for (int col = 0; col < 3; ++col) {
             QCOMPARE(at(outer, 1, col), at(outer, 1, 0));
         }

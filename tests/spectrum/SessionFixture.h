@@ -26,8 +26,11 @@ protected:
         m_devices.reset();
     }
 
-    /// The bus of the older card.
-    Rs422Bus* bus() const { return cardSide::busOn(m_session.get(), "ttyUSB11"); }
+    /// The bus that carries the requests: that of a K7150 is the one on "ttyUSB12".
+    Rs422Bus* bus() const
+    {
+        return cardSide::busOn(m_session.get(), m_session->isK7150() ? "ttyUSB12" : "ttyUSB11");
+    }
 
     QTimer* timer(const char* name) const { return m_session->findChild<QTimer*>(name); }
 

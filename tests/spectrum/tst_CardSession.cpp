@@ -94,9 +94,15 @@ private slots:
 
     void unknown_replies_are_ignored()
     {
+        QSignalSpy detected(m_session.get(), &CardSession::detected);
+        QSignalSpy version(m_session.get(), &CardSession::versionKnown);
+        QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
+        QSignalSpy spans(m_session.get(), &CardSession::spanConfirmed);
         m_session->takeReply({"0190", "ABCD", "x"});
         m_session->takeReply({"0190", "", ""});
         m_session->takeReply({});
+        QCOMPARE(detected.count() + version.count() + spectra.count() + spans.count(), 0);
+        QCOMPARE(bus()->txCount(), 0);
     }
 
     // requests

@@ -1,5 +1,4 @@
-// A card of the K7150 type: three ports, demodulators that are told their spans, replies that name
-// their channel.
+// The page of a card of the K7150 type.
 #include "spectrum/CardFixture.h"
 #include "spectrum/SpectrumChart.h"
 #include "support/TestMain.h"
@@ -135,39 +134,6 @@ private slots:
         QCOMPARE(m_card->chart(2)->trace().size(), 2);
     }
 
-    void a_spectrum_of_another_port_does_not_end_the_poll_of_the_first_port()
-    {
-        Pty& pty = switchToK7150();
-        cardKnowsItsSpans(pty);
-        m_card->setOverRideVisCheck(true);
-        timer("pollTimer")->stop();
-        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        m_card->timerTimeOut();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
-        m_second->write(cardSide::k7150Spectrum(0, "ab"));
-        m_third->write(cardSide::k7150Spectrum(1, "cd"));
-        QTRY_COMPARE(spectra.count(), 2);
-        m_card->timerTimeOut();
-        QTest::qWait(20);
-        QCOMPARE(cardSide::requests(pty).size(), 1);
-        QCOMPARE(bus()->txCount(), 0);
-        pty.write(cardSide::k7150Spectrum(0, "ef"));
-        QTRY_COMPARE(spectra.count(), 3);
-        m_card->timerTimeOut();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 2);
-    }
-
-    void a_span_change_under_way_ends_with_the_older_card()
-    {
-        endNameRequest();
-        m_card->UpdateCmds(); // The change waits behind this request.
-        m_card->SetSpan(0, 4);
-        switchToK7150();
-        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        m_card->CommSpectral_Command(cardSide::message('\0' + QByteArray(8, 'x')));
-        QCOMPARE(spectra.count(), 1);
-    }
-
     void a_span_change_restarts_the_average_behind_its_marker()
     {
         switchToK7150();
@@ -184,16 +150,6 @@ private slots:
         QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
     }
 
-    void a_lost_reply_of_a_k7150_is_not_asked_for_again_by_the_bus()
-    {
-        Pty& pty = switchToK7150();
-        m_card->UpdateCmds();
-        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
-        testClock::expire(bus());
-        QTest::qWait(50);
-        QCOMPARE(cardSide::requests(pty).size(), 1);
-    }
-
     void a_k7150_on_the_screen_comes_back_after_a_lost_reply()
     {
         Pty& pty = switchToK7150();
@@ -207,64 +163,6 @@ private slots:
         QVERIFY(timer("replyDueTimer")->isActive() && timer("replyDueTimer")->isSingleShot());
         testClock::expire(timer("replyDueTimer"));
         QTRY_COMPARE(cardSide::requests(pty).size(), 2);
-    }
-
-    // spans
-
-    void demodulators_and_card_are_told_their_spans_before_the_first_poll()
-    {
-        Pty& pty = switchToK7150();
-        m_card->SetSpan(1, 9);
-        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT190000"});
-        testClock::expire(bus());
-        pty.takeReceived();
-        m_card->setOverRideVisCheck(true);
-        timer("pollTimer")->stop();
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        // Each channel is told once, the second one was told already, whether or not the card
-        // answers.
-        m_card->timerTimeOut();
-        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D3:NFFT:12"}));
-        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT000000"});
-        testClock::expire(bus());
-        QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT000000", "0190RFFT000000"}));
-        pty.takeReceived();
-        QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
-        const QList<Requests> turns{{"0190RFFT100000"}, {"0190CNFT200000", "0190RFFT200000"},
-            {"0190RFFT010000"}, {"0190RFFT110000"}, {"0190RFFT210000"}};
-        int last = 0;
-        for (const Requests& turn : turns) {
-            pty.write(cardSide::k7150Spectrum(last++ % 3, "x"));
-            QTRY_COMPARE(spectra.count(), last);
-            m_card->timerTimeOut();
-            if (turn.size() == 2) {
-                QTRY_COMPARE(cardSide::requests(pty), turn.mid(0, 1));
-                testClock::expire(bus());
-            }
-            QTRY_COMPARE(cardSide::requests(pty), turn);
-            pty.takeReceived();
-        }
-        QCOMPARE(told.count(), 2);
-    }
-
-    void a_spectrum_asked_for_directly_tells_no_span()
-    {
-        Pty& pty = switchToK7150();
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_card->UpdateCmds();
-        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190RFFT000000"});
-        QCOMPARE(told.count(), 0);
-    }
-
-    void a_hidden_channel_is_not_told_before_it_is_polled()
-    {
-        Pty& pty = switchToK7150();
-        m_card->SetChartAreaVisible(0, false);
-        m_card->setOverRideVisCheck(true);
-        timer("pollTimer")->stop();
-        m_card->timerTimeOut();
-        testClock::expire(bus());
-        QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT100000", "0190RFFT100000"}));
     }
 
     void a_k7150_whose_port_comes_later_is_polled_and_its_demodulators_are_told_once()
@@ -293,46 +191,6 @@ private slots:
         m_window->show();
         const Requests first{"0190CNFT070000", "0190RFFT000000"};
         QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(pty), first, 10000);
-    }
-
-    void demodulator_and_card_are_told_a_span()
-    {
-        Pty& pty = switchToK7150();
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_card->SetSpan(1, 9);
-        QCOMPARE(told.count(), 1);
-        QCOMPARE(told.at(0).at(0).toString(),
-            QString("\x02"
-                    "D2:NFFT:10\x04"));
-        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT190000"});
-        QCOMPARE(testClock::intervals(bus()), QList<int>{450});
-    }
-
-    void spans_with_the_same_fft_parameter_are_told_apart()
-    {
-        Pty& pty = switchToK7150();
-        QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        Requests card;
-        for (const int span : {6, 7, 8, 9}) {
-            m_card->SetSpan(0, span);
-            testClock::expire(bus());
-            card += "0190CNFT0" + QByteArray::number(span) + "0000";
-        }
-        QTRY_COMPARE(cardSide::requests(pty), card);
-        QCOMPARE(texts(told), QStringList(4, "D1:NFFT:10"));
-    }
-
-    void of_spans_chosen_fast_the_card_is_told_the_first_and_the_last()
-    {
-        Pty& pty = switchToK7150();
-        for (int span = 1; span < 10; ++span) {
-            m_card->SetSpan(2, span);
-        }
-        QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT210000"});
-        testClock::expire(bus());
-        QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT210000", "0190CNFT290000"}));
-        testClock::expire(bus());
-        QVERIFY(testClock::timers(bus()).isEmpty());
     }
 
     void a_k7150_is_set_up_through_its_demodulators_and_told_its_spans()

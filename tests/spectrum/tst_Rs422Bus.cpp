@@ -284,8 +284,8 @@ private slots:
         // Once the card reads again it gets what stood on the line, not all that was requested.
         const QByteArray last = bus::frame("the last one", '[', ']', true);
         QTRY_VERIFY(m_card->received().endsWith(last));
-        const auto heard = m_card->received().size();
-        QVERIFY2(heard < 2 * LargeRequest, qPrintable(QString::number(heard)));
+        const auto bytes = m_card->received().size();
+        QVERIFY2(bytes < 2 * LargeRequest, qPrintable(QString::number(bytes)));
     }
 
     // markers
