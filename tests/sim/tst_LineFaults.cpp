@@ -9,7 +9,7 @@ const QByteArray Frame = framed("SB,0,Text");
 LineFaults faults(const char* rates, quint32 seed = 1)
 {
     FaultTable table(LineFaults::names());
-    const QString fault = table.set(rates);
+    const QString fault = table.set(QString::fromUtf8(rates));
     return fault.isEmpty() ? LineFaults(table, seed) : LineFaults();
 }
 

@@ -6,6 +6,8 @@
 
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray joined(const QSignalSpy& spy)
@@ -150,7 +152,7 @@ private slots:
         const auto start = std::clock();
         QTest::qWait(1000);
         const double seconds = double(std::clock() - start) / CLOCKS_PER_SEC;
-        QVERIFY2(seconds < 0.25, qPrintable(QString("%1 s of 1 s").arg(seconds)));
+        QVERIFY2(seconds < 0.25, qPrintable(u"%1 s of 1 s"_s.arg(seconds)));
     }
 
     void it_may_go_while_the_panel_has_it_open()

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray zeroBlock()
@@ -30,7 +32,7 @@ int blocksIn(const QByteArray& bytes)
 FaultTable rates(const char* text)
 {
     FaultTable table(ScopeFaults::names());
-    const QString fault = table.set(text);
+    const QString fault = table.set(QString::fromUtf8(text));
     if (!fault.isEmpty()) {
         qFatal("%s", qPrintable(fault));
     }
@@ -250,7 +252,7 @@ private slots:
         const double seconds = static_cast<double>(elapsed.nsecsElapsed()) / 1e9;
         QVERIFY(size <= 11520.0 * seconds + 16.0);
         QVERIFY2(size >= 0.75 * 11520.0 * least,
-            qPrintable(QString("%1 bytes in %2 s of %3 s").arg(size).arg(least).arg(seconds)));
+            qPrintable(u"%1 bytes in %2 s of %3 s"_s.arg(size).arg(least).arg(seconds)));
     }
 
     void off_sends_nothing()

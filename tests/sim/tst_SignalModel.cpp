@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Modulation = SignalSettings::Modulation;
@@ -222,7 +224,7 @@ private slots:
         const double fitting = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=1.5"), 2000);
         const double narrow = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=0.8"), 2000);
         QVERIFY2(wide < -38.0 && fitting < -30.0 && narrow > -20.0,
-            qPrintable(QString("%1 %2 %3").arg(wide).arg(fitting).arg(narrow)));
+            qPrintable(u"%1 %2 %3"_s.arg(wide).arg(fitting).arg(narrow)));
     }
 
     void a_filter_passes_its_band_and_stops_the_rest()

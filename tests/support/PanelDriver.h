@@ -80,7 +80,7 @@ public:
     void openEditor(const QByteArray& menu, QPoint keyPoint, QPoint title = Title);
 
 private:
-    QString devices() const { return m_parent->filePath("dev"); }
+    QString devices() const { return m_parent->filePath(QStringLiteral("dev")); }
 
     const QString m_simulatorPath;
     const QString m_panelPath;

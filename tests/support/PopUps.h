@@ -21,7 +21,7 @@ inline void press(QWidget* modal, const QString& text)
 {
     QPushButton* button = buttonWithText(modal, text);
     if (button == nullptr) {
-        QTest::qFail(qPrintable("no button " + text), __FILE__, __LINE__);
+        QTest::qFail(qPrintable(QLatin1String("no button ") + text), __FILE__, __LINE__);
         dialog(modal)->reject();
         return;
     }

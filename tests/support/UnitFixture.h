@@ -22,8 +22,9 @@ protected:
     void start(const QString& simulator, const QStringList& options)
     {
         m_parent = std::make_unique<QTemporaryDir>();
-        const QString devices = m_parent->filePath("dev");
-        m_unit = std::make_unique<Program>(simulator, QStringList{"--dir", devices} + options);
+        const QString devices = m_parent->filePath(QStringLiteral("dev"));
+        m_unit = std::make_unique<Program>(
+            simulator, QStringList{QStringLiteral("--dir"), devices} + options);
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices.toUtf8()), LongMs);
         qputenv("QN740_DEV", devices.toLocal8Bit());
         m_window = std::make_unique<MainWindow>();

@@ -1,7 +1,9 @@
-// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the unit
-// has received and what the screen shows. All tests share one start.
+// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the
+// unit has received and what the screen shows. All tests share one start.
 #include "support/PanelDriver.h"
 #include "support/TestMain.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,7 +25,7 @@ class tst_DisplayWorkflows : public QObject, private PanelDriver
 
 public:
     tst_DisplayWorkflows()
-        : PanelDriver(QN740_SIM, QN740_PANEL)
+        : PanelDriver(QString::fromUtf8(QN740_SIM), QString::fromUtf8(QN740_PANEL))
     {
     }
 
@@ -222,7 +224,7 @@ private slots:
         stopUnit();
         QTRY_VERIFY_WITH_TIMEOUT(panel().errors().contains("ttyO1 was lost"), LongMs);
         QVERIFY(QTest::qWaitFor(saysNoData, LongMs));
-        startUnit({"--scope-mode", "1"});
+        startUnit({u"--scope-mode"_s, u"1"_s});
         QVERIFY(QTest::qWaitFor([&] { return !saysNoData(); }, LongMs));
         before = screen().picture();
         QVERIFY(changes(before, Third));

@@ -8,6 +8,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = Program::LongMs;
@@ -25,8 +27,8 @@ class tst_LinkModes : public QObject
     void start()
     {
         m_line = &m_devices.add(QStringLiteral("ttyO1"));
-        m_panel = std::make_unique<Program>(
-            QN740_PANEL, QStringList{}, QStringList{"XDG_CONFIG_HOME=" + m_home.path()});
+        m_panel = std::make_unique<Program>(QString::fromUtf8(QN740_PANEL), QStringList{},
+            QStringList{u"XDG_CONFIG_HOME="_s + m_home.path()});
         QCOMPARE(answer("VER"), framed("1.1.6.4"));
     }
 

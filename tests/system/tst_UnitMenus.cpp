@@ -6,6 +6,8 @@
 #include "support/Panel.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The bodies of the messages that begin with one of these.
@@ -24,7 +26,7 @@ QList<QByteArray> messages(const QList<QByteArray>& beginnings = {QByteArray()})
     return bodies;
 }
 
-const QString Green("background-color: green");
+const QString Green = u"background-color: green"_s;
 
 // The unit's word that this key is set now.
 QByteArray confirmation(const Panel& panel, const Key* key)
@@ -32,7 +34,7 @@ QByteArray confirmation(const Panel& panel, const Key* key)
     for (const KeyBoard* page : panel.window.menus->book.pages) {
         for (const Key* one : page->keys) {
             if (one == key) {
-                return QString("CV,%1,%2,0,1").arg(page->name, key->keyId).toLatin1();
+                return u"CV,%1,%2,0,1"_s.arg(page->name, key->keyId).toLatin1();
             }
         }
     }
