@@ -19,7 +19,7 @@ private slots:
         QCOMPARE(options.ports.points, 1024);
     }
 
-    void good_options_are_taken()
+    void good_options_are_accepted()
     {
         const CardOptions options = read({u"--card"_s, u"older"_s, u"--card-points"_s, u"9999"_s});
         QCOMPARE(options.fault, QString());
@@ -30,7 +30,7 @@ private slots:
         QCOMPARE(read({u"--card"_s, u"k7150"_s}).fault, QString());
     }
 
-    void what_cannot_be_is_refused_with_its_reason_data()
+    void invalid_options_are_refused_with_the_reason_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("reason");
@@ -46,7 +46,7 @@ private slots:
             << QStringList{u"--card-points"_s, u"many"_s} << "no number of points: \"many\"";
     }
 
-    void what_cannot_be_is_refused_with_its_reason()
+    void invalid_options_are_refused_with_the_reason()
     {
         QFETCH(QStringList, arguments);
         QTEST(read(arguments).fault, "reason");

@@ -281,7 +281,7 @@ private slots:
         }
     }
 
-    void the_page_goes_on_through_every_fault()
+    void the_page_survives_every_fault()
     {
         const FaultTable table = rates(u"card-no-reply=0.05,card-late=0.05,card-cut=0.05,"_s
                                        u"card-noise=0.1,card-address=0.05,card-length=0.05"_s);

@@ -36,7 +36,7 @@ private slots:
         QVERIFY(points != one.points(0, Points, 1.0)); // and no two are alike
     }
 
-    void there_is_a_noise_floor_with_carriers_on_it()
+    void carriers_rise_above_a_noise_floor()
     {
         CardSpectrum spectrum;
         spectrum.setSpan(1, 9);
@@ -160,7 +160,7 @@ private slots:
         }
     }
 
-    void what_the_card_was_told_counts_more_than_a_demodulator_s_parameter()
+    void a_span_set_on_the_card_overrides_a_demodulator_s_parameter()
     {
         CardSpectrum spectrum;
         for (int span = 0; span < spanTable().size(); ++span) {

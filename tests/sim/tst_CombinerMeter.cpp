@@ -12,7 +12,7 @@ class tst_CombinerMeter : public QObject
     Q_OBJECT
 
 private slots:
-    void it_tells_while_a_scope_is_on_and_at_no_other_time()
+    void it_measures_only_while_a_scope_is_on()
     {
         UnitState unit;
         const CombinerMeter meter(unit, 1);

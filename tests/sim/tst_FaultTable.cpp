@@ -43,7 +43,7 @@ private slots:
         QVERIFY(faults.isEmpty());
     }
 
-    void what_is_no_fault_is_refused_with_the_reason_data()
+    void unknown_faults_and_bad_rates_are_refused_with_the_reason_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("reason");
@@ -61,7 +61,7 @@ private slots:
         QTest::newRow("infinite") << "lost=inf" << rate;
     }
 
-    void what_is_no_fault_is_refused_with_the_reason()
+    void unknown_faults_and_bad_rates_are_refused_with_the_reason()
     {
         QFETCH(QString, text);
         FaultTable faults = table();

@@ -59,7 +59,7 @@ private slots:
         QCOMPARE(unit.panelVersion(), u"1.1.6.4"_s);
     }
 
-    void what_the_unit_tells_by_itself_goes_out_behind_the_menus()
+    void messages_of_the_unit_s_own_are_sent_after_the_menus()
     {
         PseudoTerminal line;
         MainUnit unit(
@@ -136,7 +136,7 @@ private slots:
         QTRY_COMPARE(panel.received(), frames({"VER", "CLEAR", "PING", "DB,Text"}));
     }
 
-    void what_is_typed_later_goes_out_at_once_and_with_its_waits()
+    void typed_steps_after_the_menus_are_sent_at_once_with_their_waits()
     {
         PseudoTerminal line;
         MainUnit unit(line, {});
@@ -179,7 +179,7 @@ private slots:
         }
     }
 
-    void a_panel_that_goes_in_the_middle_leaves_the_rest_unsent()
+    void a_panel_that_closes_the_line_early_gets_no_more()
     {
         PseudoTerminal line;
         MainUnit unit(line, {message(u"CLEAR"_s), wait(200), message(u"PING"_s)});
@@ -205,7 +205,7 @@ private slots:
         QTRY_COMPARE(unit.linkMode(), 1);
     }
 
-    void everything_received_is_told_framed_or_not()
+    void everything_received_is_announced_framed_or_not()
     {
         PseudoTerminal line;
         MainUnit unit(line, {});

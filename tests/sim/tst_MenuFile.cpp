@@ -38,7 +38,7 @@ class tst_MenuFile : public QObject
     Q_OBJECT
 
 private slots:
-    void a_message_is_accepted_as_it_stands_data()
+    void a_good_message_is_accepted_unchanged_data()
     {
         QTest::addColumn<QString>("line");
         const QStringList lines{GoodKey, GoodKey + u",1"_s, GoodKey + u","_s, u"SK,Menu"_s,
@@ -54,7 +54,7 @@ private slots:
         }
     }
 
-    void a_message_is_accepted_as_it_stands()
+    void a_good_message_is_accepted_unchanged()
     {
         QFETCH(QString, line);
         const MenuFile::Line parsed = MenuFile::parseLine(line.toUtf8());
@@ -159,7 +159,7 @@ private slots:
         QCOMPARE(file.messageCount(), 1);
     }
 
-    void all_faults_are_told_with_file_and_line()
+    void all_faults_are_reported_with_file_and_line()
     {
         const MenuFile file =
             MenuFile::parse("# head\n\nAK,1\nPING\n  # more\nnone\n", u"my.menu"_s);
@@ -285,7 +285,7 @@ private slots:
         QVERIFY(toggles.contains(u"0"_s) && toggles.contains(u"1"_s));
     }
 
-    void the_built_in_messages_name_keys_and_menus_that_are_there()
+    void the_built_in_messages_name_existing_keys_and_menus()
     {
         QSet<QString> keys;
         QSet<QString> menus{u"Main"_s, u"PAX"_s};

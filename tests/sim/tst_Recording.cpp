@@ -59,7 +59,7 @@ private slots:
                 u"D2:SPEN:1"_s, u"x"_s, u"y"_s, u"z"_s}));
     }
 
-    void a_file_without_such_a_line_is_refused()
+    void a_file_without_a_trace_line_is_refused()
     {
         const QString path = fileWith("PING\n12 in PING\n");
         const Recording recording = Recording::load(path);
@@ -108,7 +108,7 @@ private slots:
         QVERIFY(lines.at(1).seconds >= lines.at(0).seconds);
     }
 
-    void a_file_that_cannot_be_written_is_told()
+    void a_file_that_cannot_be_written_is_reported()
     {
         RecordFile file(u"/proc/none/talk.log"_s);
         QVERIFY(!file.isOpen());
@@ -116,7 +116,7 @@ private slots:
         file.toPanel("x");
     }
 
-    void a_full_disk_is_told_once()
+    void a_full_disk_is_reported_once()
     {
         RecordFile file(u"/dev/full"_s);
         QVERIFY(file.isOpen());

@@ -116,7 +116,7 @@ private slots:
         QCOMPARE(sent.size(), 0);
     }
 
-    void a_panel_that_goes_ends_it()
+    void closing_the_line_ends_the_replay()
     {
         PseudoTerminal line;
         Replay replay(line, Recording::parse(Question + Answer), Replay::Pace::Fast);

@@ -31,7 +31,7 @@ class tst_ReplayScore : public QObject
     Q_OBJECT
 
 private slots:
-    void answers_are_told_from_what_the_operator_pressed_data()
+    void answers_are_distinguished_from_the_operator_s_messages_data()
     {
         QTest::addColumn<QStringList>("lines");
         QTest::addColumn<QList<bool>>("answers");
@@ -61,7 +61,7 @@ private slots:
                                   << QList<bool>{false, false};
     }
 
-    void answers_are_told_from_what_the_operator_pressed()
+    void answers_are_distinguished_from_the_operator_s_messages()
     {
         QFETCH(QStringList, lines);
         const ReplayScore score(recording(lines));
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(score.report(), QStringList{u"4 of 4 frames came back"_s});
     }
 
-    void keys_that_nobody_presses_again_are_told_and_no_fault()
+    void keys_that_nobody_presses_again_are_reported_but_are_no_fault()
     {
         ReplayScore score(recording(Talk));
         score.take(frame(u"PONG"_s), 1);
@@ -119,7 +119,7 @@ private slots:
                 u"3 of 4 frames came back"_s, u"not pressed: 1.000 out \\x02R1:AGC:1\\x04"_s}));
     }
 
-    void a_missing_answer_is_told_and_is_a_fault()
+    void a_missing_answer_is_reported_and_is_a_fault()
     {
         ReplayScore score(recording(Talk));
         score.take(frame(u"PONG"_s), 1);
@@ -131,7 +131,7 @@ private slots:
             (QStringList{u"3 of 4 frames came back"_s, u"missing: 1.000 out \\x021.1.6.4\\x04"_s}));
     }
 
-    void what_was_not_recorded_is_told_and_is_a_fault()
+    void an_unexpected_message_is_reported_and_is_a_fault()
     {
         ReplayScore score(recording({u"in \\x02PING\\x04"_s, u"out \\x02PONG\\x04"_s}));
         score.take(frame(u"PONG"_s), 1);

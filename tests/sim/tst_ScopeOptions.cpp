@@ -46,7 +46,7 @@ private slots:
         QCOMPARE(options.ports.mode, static_cast<int>(ScopePort::Off));
     }
 
-    void the_last_signal_given_goes_for_the_ports_that_are_left()
+    void the_last_signal_is_used_for_the_remaining_ports()
     {
         const ScopeOptions one = parsed({u"--signal"_s, u"bpsk:snr=12"_s});
         QCOMPARE(modulationsOf(one), QList<Modulation>(3, Modulation::Bpsk));
@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(options.ports.mode, static_cast<int>(ScopePort::Sdi));
     }
 
-    void what_is_none_of_them_is_refused_with_the_reason_data()
+    void invalid_options_are_refused_with_the_reason_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("reason");
@@ -91,7 +91,7 @@ private slots:
         row("empty mode", {u"--scope-mode"_s, u""_s}, "no mode of a scope port: \"\"");
     }
 
-    void what_is_none_of_them_is_refused_with_the_reason()
+    void invalid_options_are_refused_with_the_reason()
     {
         QFETCH(QStringList, arguments);
         QTEST(parsed(arguments).fault, "reason");

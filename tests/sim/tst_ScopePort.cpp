@@ -57,7 +57,7 @@ class tst_ScopePort : public QObject
     Q_OBJECT
 
 private slots:
-    void a_block_is_what_the_panel_s_decoder_takes()
+    void the_panel_s_decoder_accepts_a_block()
     {
         QVector<int> i;
         QVector<int> q;
@@ -74,7 +74,7 @@ private slots:
         QCOMPARE(decoder.q().at(9), (32767 - 9) / 32768.0);
     }
 
-    void a_record_is_what_the_panel_s_decoder_takes()
+    void the_panel_s_decoder_accepts_a_record()
     {
         for (quint32 number = 0; number < 1000; ++number) {
             SdiDecoder decoder;

@@ -273,7 +273,7 @@ private slots:
         QVERIFY(first != other);
     }
 
-    void what_is_no_signal_is_told_data()
+    void an_invalid_signal_is_reported_data()
     {
         QTest::addColumn<QString>("text");
         for (const char* text : {"", "fsk", "qpsk:", "qpsk:snr", "qpsk:snr=x", "qpsk:snr=nan",
@@ -282,7 +282,7 @@ private slots:
         }
     }
 
-    void what_is_no_signal_is_told()
+    void an_invalid_signal_is_reported()
     {
         QFETCH(QString, text);
         QString fault;

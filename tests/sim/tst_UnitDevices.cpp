@@ -13,7 +13,7 @@ class tst_UnitDevices : public QObject
     Q_OBJECT
 
 private slots:
-    void a_fresh_directory_comes_and_goes_with_its_links()
+    void a_new_directory_is_removed_with_its_links()
     {
         QString path;
         {
@@ -27,7 +27,7 @@ private slots:
         QVERIFY(!QFile::exists(path));
     }
 
-    void a_directory_that_it_made_goes_again()
+    void a_directory_that_it_created_is_removed()
     {
         QTemporaryDir parent;
         {
@@ -39,7 +39,7 @@ private slots:
         QVERIFY(!QDir(parent.filePath(u"a/dev"_s)).exists());
     }
 
-    void a_directory_that_was_there_stays_without_the_links()
+    void an_existing_directory_stays_without_the_links()
     {
         QTemporaryDir parent;
         {
@@ -76,7 +76,7 @@ private slots:
         QVERIFY(file.exists());
     }
 
-    void a_directory_that_cannot_be_made_is_told()
+    void a_directory_that_cannot_be_created_is_reported()
     {
         UnitDevices devices(u"/proc/none/dev"_s);
         QVERIFY(!devices.isValid());

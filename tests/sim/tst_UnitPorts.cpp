@@ -59,7 +59,7 @@ private slots:
         QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::Off));
     }
 
-    void a_device_that_cannot_be_made_is_reported()
+    void a_device_that_cannot_be_created_is_reported()
     {
         UnitDevices devices;
         UnitState unit;

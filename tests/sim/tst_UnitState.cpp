@@ -43,7 +43,7 @@ class tst_UnitState : public QObject
     Q_OBJECT
 
 private slots:
-    void a_scope_is_told_its_mode_by_either_side()
+    void both_sides_can_set_the_mode_of_a_scope()
     {
         UnitState unit;
         QSignalSpy changed(&unit, &UnitState::scopeModeChanged);
@@ -62,7 +62,7 @@ private slots:
         }
     }
 
-    void what_is_no_mode_changes_none_data()
+    void an_invalid_mode_changes_nothing_data()
     {
         QTest::addColumn<QString>("body");
         for (const char* body : {"D2:DSDM:", "D2:DSDM:x", "D2:DSDM:4", "D2:DSDM:-1", "D2:DSDM:1.5",
@@ -71,7 +71,7 @@ private slots:
             QTest::addRow("%s", body) << QString::fromUtf8(body);
         }
     }
-    void what_is_no_mode_changes_none()
+    void an_invalid_mode_changes_nothing()
     {
         QFETCH(QString, body);
         UnitState unit;
@@ -198,7 +198,7 @@ private slots:
         QCOMPARE(unit.signal(1).rolloff, 1.0);
     }
 
-    void a_changed_frequency_moves_the_spectrum_and_is_told_to_the_panel()
+    void a_changed_frequency_moves_the_spectrum_and_is_sent_to_the_panel()
     {
         UnitState unit;
         QSignalSpy tells(&unit, &UnitState::tells);
@@ -232,7 +232,7 @@ private slots:
         QVERIFY(unit.isReceiving(1));
     }
 
-    void off_its_frequency_a_signal_turns_and_further_off_there_is_noise()
+    void a_detuned_signal_rotates_and_far_off_there_is_only_noise()
     {
         UnitState unit;
         unit.takeCommand(u"R1:FREQ:2250.51"_s); // 10 kHz at 2.5 million symbols a second: followed
@@ -249,7 +249,7 @@ private slots:
         QVERIFY2(*std::max_element(i.begin(), i.end()) > 3000, "nothing is there at all");
     }
 
-    void the_values_that_keys_begin_with_count_once()
+    void the_initial_values_of_keys_count_once()
     {
         UnitState unit;
         const QSignalSpy tells(&unit, &UnitState::tells);

@@ -113,7 +113,7 @@ private slots:
         QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
     }
 
-    void the_pax_menu_comes_and_goes_with_its_displays()
+    void the_pax_menu_shows_its_displays_and_is_left_again()
     {
         openMenu("Start");
         touch(key(1, 2)); // "PAX Menu"
@@ -212,7 +212,7 @@ private slots:
     }
 
     // The last one: the main unit's line is not opened again.
-    void with_the_unit_gone_the_panel_lives_and_the_scopes_come_back()
+    void without_the_unit_the_panel_keeps_running_and_the_scopes_come_back()
     {
         openMenu("Start");
         touch(NextView);

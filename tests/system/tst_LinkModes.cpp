@@ -61,7 +61,7 @@ private slots:
 
     void cleanupTestCase() { m_panel.reset(); }
 
-    void every_prefix_goes_out_as_it_must_data()
+    void every_prefix_is_widened_for_the_link_mode_data()
     {
         QTest::addColumn<QByteArray>("command");
         QTest::addColumn<QByteArrayList>("sent"); // in modes 0, 1 and 2
@@ -87,7 +87,7 @@ private slots:
         row("D1:dsdm ", "D1 D2 D3:dsdm ", "D1 D2 D3:dsdm ");
         row("D1DSDM:", "D1DSDM:", "D1DSDM:");
     }
-    void every_prefix_goes_out_as_it_must()
+    void every_prefix_is_widened_for_the_link_mode()
     {
         QFETCH(QByteArray, command);
         QFETCH(QByteArrayList, sent);

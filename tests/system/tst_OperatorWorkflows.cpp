@@ -163,7 +163,7 @@ private slots:
         QCOMPARE(sent(), QByteArrayList());
     }
 
-    void a_step_of_the_frequency_goes_out_at_once()
+    void a_step_of_the_frequency_is_sent_at_once()
     {
         openEditor("Tuner CH2", key(0, 0));
         touch(padKey(u'f', u"2nd"_s)); // "Step Up"

@@ -37,7 +37,7 @@ class tst_Panel : public QObject
 private slots:
     void init() { m_parent = std::make_unique<QTemporaryDir>(); }
 
-    void a_toggle_key_goes_to_the_unit_and_back_and_turns_green()
+    void a_toggle_key_turns_green_when_the_unit_confirms_it()
     {
         const QString devices = m_parent->filePath(u"dev"_s);
         Program unit(QString::fromUtf8(QN740_SIM), {u"--dir"_s, devices, u"--trace"_s});
@@ -181,7 +181,7 @@ private slots:
         }
     }
 
-    void a_line_whose_other_end_goes_burns_no_core()
+    void a_lost_line_does_not_keep_the_processor_busy()
     {
         DeviceDirectory devices;
         Pty& line = devices.add(u"ttyO1"_s);

@@ -117,7 +117,7 @@ private slots:
         QVERIFY(picturesIn(m_made.path()).size() > 40);
     }
 
-    void the_documents_have_the_pictures_of_the_tour_and_no_others()
+    void the_documents_have_all_pictures_and_no_others()
     {
         const QStringList made = picturesIn(m_made.path());
         const QStringList there = picturesIn(inRoot("docs/pictures"));
@@ -130,7 +130,7 @@ private slots:
         }
     }
 
-    void a_picture_shows_the_panel_as_it_is_data()
+    void a_picture_is_up_to_date_data()
     {
         QTest::addColumn<QString>("name");
         for (const QString& name : picturesIn(m_made.path())) {
@@ -141,7 +141,7 @@ private slots:
         }
     }
 
-    void a_picture_shows_the_panel_as_it_is()
+    void a_picture_is_up_to_date()
     {
         QFETCH(QString, name);
         const QImage old(kept(name));
@@ -151,7 +151,7 @@ private slots:
         QVERIFY2(found.isEmpty(), qPrintable(u"%1 %2: %3"_s.arg(name, Remake, found)));
     }
 
-    void what_stands_still_around_a_signal_is_as_it_is_data()
+    void the_still_parts_around_a_signal_are_up_to_date_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QRect>("part");
@@ -163,7 +163,7 @@ private slots:
         }
     }
 
-    void what_stands_still_around_a_signal_is_as_it_is()
+    void the_still_parts_around_a_signal_are_up_to_date()
     {
         QFETCH(QString, name);
         QFETCH(QRect, part);
@@ -173,7 +173,7 @@ private slots:
         QVERIFY2(found.isEmpty(), qPrintable(u"%1 %2: %3"_s.arg(name, Remake, found)));
     }
 
-    void a_picture_that_a_document_names_is_there_data()
+    void every_picture_in_a_document_exists_data()
     {
         QTest::addColumn<QString>("name");
         QStringList documents{inRoot("README.md")};
@@ -194,7 +194,7 @@ private slots:
         }
     }
 
-    void a_picture_that_a_document_names_is_there()
+    void every_picture_in_a_document_exists()
     {
         QFETCH(QString, name);
         QVERIFY2(QFileInfo(name).isFile(), qPrintable(name));

@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(answersIn(file("again.log")), answers);
     }
 
-    void an_answer_that_differs_is_told_by_the_exit_status()
+    void a_different_answer_shows_in_the_exit_status()
     {
         const QString talk = fileWith("0.000 in \\x02VER\\x04\n0.010 out \\x029.9\\x04\n"
                                       "0.020 in \\x02PING\\x04\n0.030 out \\x02PONG\\x04\n"

@@ -115,7 +115,7 @@ private slots:
         QTRY_COMPARE(second.picture().pixelColor(Field.center()), Touched);
     }
 
-    void nobody_there_is_told_in_time()
+    void a_missing_program_is_reported_in_time()
     {
         RfbClient client;
         const quint16 port = RfbClient::freePort();
@@ -123,7 +123,7 @@ private slots:
         QCOMPARE(client.errorString(), u"nobody listens on port %1"_s.arg(port));
     }
 
-    void a_screen_that_goes_gives_no_picture()
+    void a_closed_screen_gives_no_picture()
     {
         RfbClient client;
         QVERIFY(client.connectTo(m_port));

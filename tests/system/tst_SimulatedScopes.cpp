@@ -84,7 +84,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(plot(1)->paintCount() > 3, LongMs);
     }
 
-    void nonsense_on_the_command_line_is_told_data()
+    void nonsense_on_the_command_line_is_reported_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::newRow("signal") << QStringList{u"--signal"_s, u"fsk"_s};
@@ -93,7 +93,7 @@ private slots:
         QTest::newRow("seed") << QStringList{u"--seed"_s, u"x"_s};
     }
 
-    void nonsense_on_the_command_line_is_told()
+    void nonsense_on_the_command_line_is_reported()
     {
         QFETCH(QStringList, arguments);
         Program unit(QString::fromUtf8(QN740_SIM), arguments);

@@ -151,14 +151,14 @@ private slots:
         QVERIFY2(both.match(QString::fromUtf8(program.output())).hasMatch(), program.output());
     }
 
-    void a_termination_ends_it_and_takes_the_directory_along_data()
+    void a_termination_signal_ends_it_and_removes_the_directory_data()
     {
         QTest::addColumn<int>("number");
         QTest::newRow("SIGTERM") << SIGTERM;
         QTest::newRow("SIGINT") << SIGINT;
     }
 
-    void a_termination_ends_it_and_takes_the_directory_along()
+    void a_termination_signal_ends_it_and_removes_the_directory()
     {
         QFETCH(int, number);
         Program program(QString::fromUtf8(QN740_SIM), {});
@@ -205,7 +205,7 @@ private slots:
         QCOMPARE(program.output(), path.toUtf8() + ": 2 messages, no fault\n");
     }
 
-    void a_missing_menu_file_is_told()
+    void a_missing_menu_file_is_reported()
     {
         Program program(
             QString::fromUtf8(QN740_SIM), {u"--menu"_s, m_parent.filePath(u"none.menu"_s)});
@@ -214,7 +214,7 @@ private slots:
         QVERIFY(program.errors().startsWith(m_parent.filePath(u"none.menu"_s).toUtf8() + ": "));
     }
 
-    void a_directory_that_cannot_be_used_is_told()
+    void a_directory_that_cannot_be_used_is_reported()
     {
         Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, u"/proc/none"_s});
         QVERIFY(program.ends());
@@ -222,7 +222,7 @@ private slots:
         QCOMPARE(program.errors(), QByteArray("qn740-sim: /proc/none: cannot be made\n"));
     }
 
-    void an_example_of_the_help_works_as_it_stands_there_data()
+    void every_example_of_the_help_works_data()
     {
         QTest::addColumn<QString>("command");
         Program program(QString::fromUtf8(QN740_SIM), {u"--help"_s});
@@ -239,7 +239,7 @@ private slots:
         }
     }
 
-    void an_example_of_the_help_works_as_it_stands_there()
+    void every_example_of_the_help_works()
     {
         QFETCH(QString, command);
         QTemporaryDir home;

@@ -50,14 +50,14 @@ class tst_UnitMenus : public QObject
 private slots:
     void init() { linkMode::store(linkMode::None); }
 
-    void both_main_menus_are_composed_of_keys_that_are_there_data()
+    void both_main_menus_consist_of_existing_keys_data()
     {
         QTest::addColumn<QString>("menu");
         QTest::addColumn<QByteArray>("word");
         QTest::newRow("main menu") << "Main" << QByteArray("CM,Main,");
         QTest::newRow("PAX main menu") << "PAX" << QByteArray("MS,PAX,");
     }
-    void both_main_menus_are_composed_of_keys_that_are_there()
+    void both_main_menus_consist_of_existing_keys()
     {
         QFETCH(QString, menu);
         QFETCH(QByteArray, word);
