@@ -22,7 +22,7 @@ QByteArray joined(const QList<LineFaults::Piece>& pieces)
     return bytes;
 }
 
-// Out: how many of 10,000 frames do not come as they are.
+// Returns how many of 10,000 frames arrive changed.
 int spoiled(const char* rates)
 {
     LineFaults line = faults(rates);

@@ -29,7 +29,7 @@ QByteArray conversation()
     return text;
 }
 
-// Out: everything that left the panel, in its order.
+// Returns everything that left the panel, in its order.
 QByteArray answersIn(const QString& path)
 {
     QByteArray bytes;
@@ -71,7 +71,7 @@ class tst_Recordings : public QObject
         return out.fileName();
     }
 
-    // Records the conversation with a panel into talk.log. Out: what the panel logged.
+    // Records the conversation with a panel into talk.log. Returns what the panel logged.
     QByteArray recordConversation(const QStringList& panelLog = {})
     {
         Program unit(QString::fromUtf8(QN740_SIM),
@@ -159,7 +159,7 @@ private slots:
         QTest::newRow("all") << "drop=0.1,cut=0.1,junk=0.1,split=0.1,burst=0.1";
     }
 
-    // Only a message with nothing in front of it is sure to be understood: the first one behind a
+    // Only a message with nothing in front of it is sure to be understood: the first one after a
     // spoiled one may be lost with it.
     void a_panel_on_a_bad_line_comes_up_again_with_the_next_whole_message()
     {

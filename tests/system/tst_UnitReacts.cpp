@@ -43,7 +43,7 @@ class tst_UnitReacts : public QObject, private UnitFixture
     Q_OBJECT
 
     // Presses a key of a menu and, in its editor, these buttons; waits until the unit has received
-    // what comes of it.
+    // the answer.
     void set(const char* menu, const char* id, const QStringList& buttons, const QByteArray& sent)
     {
         say("PAX,0");
@@ -94,7 +94,7 @@ class tst_UnitReacts : public QObject, private UnitFixture
         return sum;
     }
 
-    // How wide the carrier of a chart stands above this level, in MHz, by one spectrum that is
+    // The width in MHz of the carrier of a chart above this level, from one spectrum that is
     // asked for from now on.
     double carrierWidth(int channel)
     {
