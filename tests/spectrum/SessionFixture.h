@@ -31,7 +31,8 @@ protected:
     /// The bus that carries the requests: that of a K7150 is the one on "ttyUSB12".
     Rs422Bus* bus() const
     {
-        return cardSide::busOn(m_session.get(), m_session->isK7150() ? u"ttyUSB12"_s : u"ttyUSB11"_s);
+        return cardSide::busOn(
+            m_session.get(), m_session->isK7150() ? u"ttyUSB12"_s : u"ttyUSB11"_s);
     }
 
     QTimer* timer(const char* name) const

@@ -1,5 +1,6 @@
 // What the operator sets is what the scopes and charts of the panel show then: the panel's window,
 // pressed by real clicks, and the real simulated unit at the other end of all its lines.
+#include "app/Rooms.h"
 #include "link/LinkMode.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -7,9 +8,11 @@
 #include "scopes/ScopesPage.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
+#include "spectrum/SpectrumMessages.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 #include "support/UnitFixture.h"
+#include "tools/screen/Part.h"
 
 #include <QSignalSpy>
 
@@ -47,10 +50,10 @@ class tst_UnitReacts : public QObject, private UnitFixture
     void set(const char* menu, const char* id, const QStringList& buttons, const QByteArray& sent)
     {
         say("PAX,0");
-        clickOn(m_window->mainMenuButton); // out of scopes and spectrum
+        clickOn(part<QPushButton>(*m_window, "mainMenuButton")); // out of scopes and spectrum
         say(QByteArray("SK,") + menu);
         const Key* pressed = MenuBook::findKey(
-            m_window->menus->book.find(QString::fromUtf8(menu)), QString::fromUtf8(id));
+            m_window->rooms().menus->book.find(QString::fromUtf8(menu)), QString::fromUtf8(id));
         QVERIFY(pressed != nullptr && pressed->GetKey()->isVisible());
         whenModal([&buttons](QWidget* editor) {
             for (const QString& button : buttons) {
@@ -62,19 +65,22 @@ class tst_UnitReacts : public QObject, private UnitFixture
         say("PING"); // and the unit's own answers are there
     }
 
-    Scope* scope(int demodulator) const { return m_window->scopes->scope(demodulator); }
-    SpectrumChart* chart(int channel) const { return m_window->spectralCard->chart(channel); }
+    Scope* scope(int demodulator) const { return m_window->rooms().scopes->scope(demodulator); }
+    SpectrumChart* chart(int channel) const
+    {
+        return m_window->rooms().spectrum->card()->chart(channel);
+    }
 
     void showScopes()
     {
-        clickOn(m_window->mainMenuButton);
-        clickOn(m_window->scopesButton);
+        clickOn(part<QPushButton>(*m_window, "mainMenuButton"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
     }
     void showSpectrum()
     {
         showScopes();
-        clickOn(m_window->scopesButton);
-        QVERIFY(m_window->spectralCard->isVisible());
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QVERIFY(m_window->rooms().spectrum->card()->isVisible());
     }
 
     // The mean opening of the next eyes of a demodulator.
@@ -99,7 +105,7 @@ class tst_UnitReacts : public QObject, private UnitFixture
     double carrierWidth(int channel)
     {
         constexpr double Above = -60.0;
-        QSignalSpy spectra(m_window->spectralCard, &SpectralCard::specUpdate);
+        QSignalSpy spectra(m_window->rooms().spectrum->card(), &SpectralCard::specUpdate);
         const auto next = [&spectra, channel]() -> QByteArray {
             int seen = 0;
             for (const QList<QVariant>& one : spectra) {
@@ -194,8 +200,9 @@ private slots:
         showScopes();
         const double bpsk = largestQ();
         QVERIFY2(bpsk >= 0.0 && bpsk < 0.2, QByteArray::number(bpsk)); // noise
-        QCOMPARE(
-            MenuBook::findKey(m_window->menus->book.find(u"Demod 1"_s), u"mod"_s)->GetKey()->text(),
+        QCOMPARE(MenuBook::findKey(m_window->rooms().menus->book.find(u"Demod 1"_s), u"mod"_s)
+                     ->GetKey()
+                     ->text(),
             u"Modulation: BPSK"_s);
     }
 
@@ -223,7 +230,7 @@ private slots:
         QSignalSpy second(scope(2), &Scope::rcv_eye_msg);
         QTRY_VERIFY_WITH_TIMEOUT(!first.isEmpty() && !second.isEmpty(), LongMs);
         whenModal([](QWidget* list) { popUps::press(list, u"Off"_s); });
-        clickOn(m_window->scopes->modeButton(1));
+        clickOn(m_window->rooms().scopes->modeButton(1));
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D1:DSDM:0"), LongMs);
         // once what is under way is there, blocks of the second alone
         const auto onlySecond = [&] {
@@ -239,9 +246,9 @@ private slots:
         say("Slave,1");
         set("Demod 2", "rate", {u"5"_s, u"0"_s, u"0"_s, u"Kbps"_s}, "D1 D2 D3:RATE:500000.000000");
         for (const char* menu : {"Demod 1", "Demod 2", "Demod 3"}) {
-            QTRY_COMPARE(
-                MenuBook::findKey(m_window->menus->book.find(QString::fromUtf8(menu)), u"rate"_s)
-                    ->value,
+            QTRY_COMPARE(MenuBook::findKey(
+                             m_window->rooms().menus->book.find(QString::fromUtf8(menu)), u"rate"_s)
+                             ->value,
                 5e5);
         }
         set("Tuner CH2", "freq", {u"2"_s, u"2"_s, u"5"_s, u"2"_s, u"MHz"_s},

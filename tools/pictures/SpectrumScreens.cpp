@@ -3,9 +3,11 @@
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "app/Views.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
+#include "spectrum/SpectrumMessages.h"
 #include "tools/screen/Screen.h"
 
 #include <QComboBox>
@@ -49,7 +51,7 @@ void takeCharts(PanelPictures& panel)
 void takeSpanList(PanelPictures& panel)
 {
     constexpr int ListMs = 200;
-    auto* lowest = panel.window().spectralCard->findChild<QComboBox*>(u"cboSpan3"_s);
+    auto* lowest = panel.window().rooms().spectrum->card()->findChild<QComboBox*>(u"cboSpan3"_s);
     clickOn(lowest);
     PanelPictures::settle(ListMs);
     panel.take(u"spectrum-span-list"_s);
@@ -58,7 +60,7 @@ void takeSpanList(PanelPictures& panel)
 
 void takeReadings(PanelPictures& panel)
 {
-    SpectralCard& card = *panel.window().spectralCard;
+    SpectralCard& card = *panel.window().rooms().spectrum->card();
     show(panel, 1);
     panel.pressButton(&card, u"Max Hold"_s);
     PanelPictures::settle(ManySpectraMs);
