@@ -35,9 +35,9 @@ void ChoiceScroll::resizeEvent(QResizeEvent* event)
 {
     FingerScroll::resizeEvent(event);
     const int gap = m_cells->spacing();
-    const int rowAndGap = (viewport()->height() + gap) / m_shownRows;
-    widget()->setFixedSize(viewport()->width(), rowAndGap * m_rows - gap);
-    verticalScrollBar()->setSingleStep(rowAndGap);
+    const int shown = viewport()->height() + gap;
+    widget()->setFixedSize(viewport()->width(), shown * m_rows / m_shownRows - gap);
+    verticalScrollBar()->setSingleStep(shown / m_shownRows);
     scrollToFirstShown();
 }
 

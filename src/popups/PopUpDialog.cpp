@@ -44,6 +44,7 @@ void PopUpDialog::setNote(const QString& text)
     auto* note = new QLabel(text);
     note->setObjectName(QStringLiteral("noteLabel"));
     note->setTextFormat(Qt::PlainText);
+    note->setStyleSheet(QStringLiteral("border: none;")); // the windows' sheets give it one
     auto* line = new QHBoxLayout(m_title);
     line->setContentsMargins(0, 0, NoteMargin, 0);
     line->addStretch(1);

@@ -8,6 +8,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 using namespace scopeFixture;
 
 namespace {
@@ -340,11 +342,11 @@ private slots:
         QFETCH(QByteArray, bytes);
         ScopeFixture fixture;
         fixture.scope.setPlotType(plotType);
-        auto* silence = fixture.scope.findChild<QTimer*>("silence");
+        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
         QVERIFY(silence != nullptr && !silence->isActive());
         const auto badges = [&] {
             return QStringList{plot(fixture.scope, "plotI")->content()->badge(),
-                withQ ? plot(fixture.scope, "plotQ")->content()->badge() : "NO DATA"};
+                withQ ? plot(fixture.scope, "plotQ")->content()->badge() : u"NO DATA"_s};
         };
         const auto received = [&] { return fixture.blocks.size() + fixture.records.size(); };
         fixture.line.write(bytes);
@@ -352,7 +354,7 @@ private slots:
         QVERIFY(badges().first().isEmpty());
         QCOMPARE(testClock::intervals(silence), QList<int>{2000});
         testClock::expire(silence);
-        QCOMPARE(badges(), (QStringList{"NO DATA", "NO DATA"}));
+        QCOMPARE(badges(), (QStringList{u"NO DATA"_s, u"NO DATA"_s}));
         const int painted = plot(fixture.scope, "plotI")->paintCount();
         QTRY_VERIFY(plot(fixture.scope, "plotI")->paintCount() > painted);
 
@@ -369,14 +371,14 @@ private slots:
     {
         ScopeFixture fixture;
         fixture.scope.setOff(false);
-        testClock::expire(fixture.scope.findChild<QTimer*>("silence"));
+        testClock::expire(fixture.scope.findChild<QTimer*>(u"silence"_s));
         QCOMPARE(plot(fixture.scope, "plotI")->content()->badge(), QStringLiteral("NO DATA"));
     }
 
     void a_scope_that_is_off_removes_the_block_that_was_under_way()
     {
         ScopeFixture fixture;
-        auto* silence = fixture.scope.findChild<QTimer*>("silence");
+        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
         fixture.scope.setPlotType(Scope::Constellation);
         fixture.scope.setOff(true);
         QVERIFY(!silence->isActive());
