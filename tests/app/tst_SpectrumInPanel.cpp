@@ -14,6 +14,7 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 #include "tools/screen/Part.h"
+#include "touch/PresentMark.h"
 
 #include <QComboBox>
 #include <QPushButton>
@@ -290,7 +291,12 @@ private slots:
         });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
-        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "Cancel")); });
+        whenModal([](QWidget* dialog) {
+            const auto* mark = dialog->findChild<PresentMark*>();
+            QVERIFY(mark != nullptr);
+            QCOMPARE(mark->parentWidget(), buttonWithText(dialog, "7.5 Mhz"));
+            clickOn(buttonWithText(dialog, "Cancel"));
+        });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
     }
