@@ -87,6 +87,7 @@ void MainWindow::process_ST(const QStringList& fields)
     if (fields.value(0) != QLatin1String("1")) {
         return;
     }
+    const bool again = spectralCard != nullptr;
     setUpSpectrum();
     // the second one twice, the third one never, and no frame around them: kept so
     writeToLink(QStringLiteral("D1:SPEN:1"));
@@ -94,6 +95,9 @@ void MainWindow::process_ST(const QStringList& fields)
     writeToLink(QStringLiteral("D2:SPEN:1"));
     disconnect(spectralCard, &SpectralCard::updateDemodCh, this, &MainWindow::send_mess);
     connect(spectralCard, &SpectralCard::updateDemodCh, this, &MainWindow::send_mess);
+    if (again) {
+        spectralCard->tellDemodulatorsAgain(); // A main unit that was restarted has forgotten them.
+    }
     const QWidget* paxPage = views->paxMenu.widget();
     if (paxPage != nullptr && stack->currentWidget() == paxPage) {
         lendChart(paxDisplayGrid());

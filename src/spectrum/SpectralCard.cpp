@@ -125,6 +125,11 @@ void SpectralCard::initSA()
     m_session->setUpCard();
 }
 
+void SpectralCard::tellDemodulatorsAgain()
+{
+    m_session->tellDemodulatorsAgain();
+}
+
 void SpectralCard::CommSpectral_Command(const CmdMsg& message)
 {
     m_session->takeReply(message);
