@@ -488,7 +488,7 @@ private slots:
         QFETCH(QByteArray, message);
         QFETCH(int, scope);
         const QColor red(255, 0, 0);
-        const QColor blue(64, 64, 255);
+        const QColor blue(0x60, 0x90, 0xff);
         send(message);
         for (const int demodulator : {1, 2, 3}) {
             QCOMPARE(m_window->scopes->scope(demodulator)->lineColor(),

@@ -11,7 +11,7 @@ Q_DECLARE_METATYPE(std::function<void(SpectrumChart&)>)
 
 namespace {
 
-// pixels of about this colour inside the chart
+// Counts the pixels of about this colour.
 int pixels(const QImage& picture, const QColor& color)
 {
     int count = 0;
@@ -102,7 +102,7 @@ private slots:
         QCOMPARE(m_chart->peak().frequency, 2250.5);
     }
 
-    void a_wild_rf_frequency_is_ignored_data()
+    void an_invalid_rf_frequency_is_ignored_data()
     {
         QTest::addColumn<double>("rf");
         QTest::newRow("zero") << 0.0;
@@ -112,14 +112,14 @@ private slots:
         QTest::newRow("enormous") << 1e30;
     }
 
-    void a_wild_rf_frequency_is_ignored()
+    void an_invalid_rf_frequency_is_ignored()
     {
         QFETCH(double, rf);
         m_chart->setCentre(rf);
         QCOMPARE(m_chart->centre(), 70.0);
     }
 
-    void a_narrow_chart_names_three_of_its_ticks()
+    void a_narrow_chart_labels_three_of_its_ticks()
     {
         m_chart->setSpan(spanTable().at(3));
         m_chart->resize(250, 200);
@@ -129,7 +129,7 @@ private slots:
         QCOMPARE(m_chart->xAxis->tickVector().size(), 5);
     }
 
-    // what stands on the screen without anything that paints once more, as grab() would
+    // Compares what is on the screen; grab() would paint once more.
     void a_change_is_on_the_screen_without_another_paint_data()
     {
         using Change = std::function<void(SpectrumChart&)>;
@@ -147,7 +147,7 @@ private slots:
     {
         QFETCH(std::function<void(SpectrumChart&)>, change);
         m_chart->addSpectrum(QByteArray(512, cardSide::level(-60)));
-        QTest::qWait(400); // the read-out's turn is over, nothing more is painted
+        QTest::qWait(400); // The read-out is up to date and nothing more is painted.
         const int paints = m_chart->paints;
         change(*m_chart);
         QTRY_VERIFY(m_chart->paints > paints);
@@ -160,7 +160,7 @@ private slots:
         QCOMPARE(shown, onTheScreen());
     }
 
-    void levels_are_numbered_in_fixed_decimals()
+    void level_ticks_have_fixed_decimals()
     {
         QCOMPARE(m_chart->yAxis->numberFormat(), QString("f"));
         QCOMPARE(m_chart->yAxis->range().lower, -120.0);
@@ -191,7 +191,7 @@ private slots:
         QCOMPARE(m_chart->peak().level, -30.5);
     }
 
-    void the_peak_is_read_out()
+    void the_read_out_shows_the_peak()
     {
         QCOMPARE(m_chart->readout(), QString());
         m_chart->setSpan(spanTable().at(9));
@@ -199,7 +199,7 @@ private slots:
         QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
     }
 
-    void the_read_out_follows_at_a_readable_pace()
+    void the_read_out_changes_at_a_readable_pace()
     {
         m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
         m_chart->addSpectrum(cardSide::carrier(101, 50, -10.0));
@@ -207,7 +207,7 @@ private slots:
         QTRY_COMPARE(m_chart->readout(), QString("Peak 70.000 MHz -10.0 dB"));
     }
 
-    void triangle_and_diamond_stand_on_the_trace_while_their_texts_are_read()
+    void triangle_and_diamond_follow_the_trace_before_their_texts_do()
     {
         m_chart->setLineColor(Qt::green);
         m_chart->addSpectrum(cardSide::carrier(101, 20, -42.5));
@@ -218,7 +218,7 @@ private slots:
         QCOMPARE(m_chart->readout(), text);
         const QImage after = m_chart->grab().toImage();
         QCOMPARE(m_chart->readout(), text);
-        // the triangle's light inside, above the highest point; the diamond's right half
+        // The triangle's light inside above the highest point, and the right half of the diamond.
         const auto triangle = [this](const QImage& picture, double part, double level) {
             return picture.pixelColor(pixelOf(part, level) - QPoint(0, 8)).blue() > 128;
         };
@@ -280,7 +280,7 @@ private slots:
         QVERIFY(pixels(picture, QColor(0, 255, 255).darker(200)) > 400);
     }
 
-    void averaging_and_max_hold_are_named_in_the_read_out()
+    void the_read_out_shows_averaging_and_max_hold()
     {
         m_chart->setAveraging(16);
         m_chart->setMaxHold(true);
@@ -352,7 +352,7 @@ private slots:
         QVERIFY(pixels(with.copy(plot.right() - 2, y - 1, 1, 3), Qt::green) > 0);
     }
 
-    void wild_horizontal_markers_are_left_out()
+    void horizontal_markers_off_the_axis_are_left_out()
     {
         m_chart->setHMarkers({qQNaN(), qInf(), -1e30, 500.0, -50.0});
         QCOMPARE(m_chart->hMarkers(), QList<double>{-50.0});
@@ -384,7 +384,7 @@ private slots:
         QVERIFY(!m_chart->marker().valid);
     }
 
-    void a_tap_as_near_as_a_finger_comes_takes_the_marker_away()
+    void a_tap_within_a_finger_of_the_marker_removes_it()
     {
         m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
         const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
@@ -460,7 +460,7 @@ private slots:
 
     void the_next_paint_waits_as_long_as_the_last_one_took()
     {
-        // takes long everywhere: a large chart, and lines from top to bottom all over it
+        // Painting takes long on any machine: a large chart full of lines from top to bottom.
         m_chart->resize(4000, 3000);
         QByteArray points(9000, '\0');
         for (qsizetype i = 0; i < points.size(); i += 2) {
@@ -492,7 +492,7 @@ private slots:
         QVERIFY(m_chart->peak().valid);
     }
 
-    void it_lets_what_lies_under_it_paint_first()
+    void the_widgets_under_the_chart_are_painted_first()
     {
         QVERIFY(!m_chart->testAttribute(Qt::WA_OpaquePaintEvent));
     }
