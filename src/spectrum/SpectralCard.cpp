@@ -284,7 +284,7 @@ void SpectralCard::SetChartAreaVisible(int channel, bool on)
 {
     if (CardSession::isChannel(channel)) {
         m_session->setShown(channel, on);
-        m_areas.at(channel)->setVisible(on);
+        m_areas.at(channel)->setShown(on);
     }
 }
 
@@ -321,5 +321,9 @@ void SpectralCard::hideEvent(QHideEvent* event)
 
 void SpectralCard::pollWhenNeeded()
 {
-    m_session->setPolling(isVisible() || m_overRideVisCheck);
+    const bool polled = isVisible() || m_overRideVisCheck;
+    m_session->setPolling(polled);
+    for (SpectrumArea* area : std::as_const(m_areas)) {
+        area->setPolled(polled);
+    }
 }
