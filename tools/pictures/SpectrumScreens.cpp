@@ -14,6 +14,22 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// What a chart shows when its card is gone.
+void takeSilence(PanelPictures& panel, SpectralCard& card)
+{
+    constexpr int MaxWaits = 120; // six seconds; a chart waits for three
+    card.setK7150(u"absent"_s, {}, {});
+    for (int waits = 0; waits < MaxWaits && !card.chart(0)->stale(); ++waits) {
+        PanelPictures::settle();
+    }
+    panel.take(u"spectrum-no-data"_s);
+    card.setK7150(u"ttyUSB11"_s, {}, {});
+}
+
+} // namespace
+
 void takeSpectrum(PanelPictures& panel)
 {
     constexpr int Charts = 3;
@@ -65,6 +81,7 @@ void takeSpectrum(PanelPictures& panel)
         panel.pressButton(&card, button);
     }
     card.chart(0)->clearMarker();
+    takeSilence(panel, card);
     show(Charts);
     panel.showView(Views::Menus);
 }
