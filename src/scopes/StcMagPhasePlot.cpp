@@ -40,6 +40,8 @@ public:
     {
         setObjectName(QStringLiteral("veil"));
         setAttribute(Qt::WA_TransparentForMouseEvents);
+        // The style sheet of the window gives every plain widget a black ground.
+        setStyleSheet(QStringLiteral("background: transparent;"));
         hide();
     }
 

@@ -97,6 +97,20 @@ private slots:
         QCOMPARE(plot.findChild<QWidget*>("veil")->size(), plot.size());
     }
 
+    void the_sheet_of_a_window_around_does_not_cover_it()
+    {
+        QWidget window;
+        window.setStyleSheet(".QWidget{background-color: black;}");
+        StcMagPhasePlot plot(&window);
+        plot.resize(800, 52);
+        plot.setPhaseDifHold(0.625);
+        plot.updateDisplay();
+        plot.setDimmed(true);
+        const QImage dimmed = window.grab(plot.geometry()).toImage();
+        const QPoint lamp = plot.findChild<QLabel*>("phaseLabel5")->geometry().center();
+        QVERIFY(dimmed.pixelColor(lamp).lightness() > 0);
+    }
+
     void a_display_is_not_dimmed_at_first()
     {
         const StcMagPhasePlot plot;

@@ -106,7 +106,10 @@ void takeSilence(PanelPictures& panel)
 {
     constexpr int MaxWaits = 100; // five seconds; a scope waits for two
     ScopesPage& page = *panel.window().rooms().scopes;
-    for (int waits = 0; waits < MaxWaits && !page.scope(1)->stale(); ++waits) {
+    const auto allStale = [&page] {
+        return page.scope(1)->stale() && page.scope(2)->stale() && page.scope(3)->stale();
+    };
+    for (int waits = 0; waits < MaxWaits && !allStale(); ++waits) {
         PanelPictures::settle();
     }
     panel.take(u"signal-no-data"_s);
