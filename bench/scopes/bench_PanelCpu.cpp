@@ -21,6 +21,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int DefaultSeconds = 30;
@@ -126,7 +128,7 @@ quint16 freePort()
 // Bytes that the program has read from lines, files and anything else.
 double bytesRead(const Program& program)
 {
-    QFile file(QString("/proc/%1/io").arg(program.processId()));
+    QFile file(u"/proc/%1/io"_s.arg(program.processId()));
     const bool open = file.open(QIODevice::ReadOnly);
     const QByteArray rchar = open ? file.readLine() : QByteArray();
     return rchar.mid(rchar.indexOf(' ')).trimmed().toDouble();
@@ -161,7 +163,7 @@ bool measure(const char* what, Program& panel, int seconds)
 void setModes(Program& unit, int mode)
 {
     for (int demodulator = 1; demodulator <= Demodulators; ++demodulator) {
-        unit.write(QString("SM,%1,%2\n").arg(demodulator).arg(mode).toLatin1());
+        unit.write(u"SM,%1,%2\n"_s.arg(demodulator).arg(mode).toLatin1());
     }
     QTest::qWait(SettleMs);
 }
@@ -173,17 +175,18 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     const int seconds = argc > 1 ? QByteArray(argv[1]).toInt() : DefaultSeconds;
     const QTemporaryDir work; // Has mode 0700, which the run-time directory needs.
-    const QString devices = work.filePath("dev");
-    Program unit(QN740_SIM, {"--dir", devices, "--no-menus", "--scope-mode", "2"});
+    const QString devices = work.filePath(u"dev"_s);
+    Program unit(QString::fromUtf8(QN740_SIM),
+        {u"--dir"_s, devices, u"--no-menus"_s, u"--scope-mode"_s, u"2"_s});
     if (seconds <= 0 || !waitFor(unit, "sim: ready " + devices.toLatin1())) {
         return 1;
     }
     const quint16 port = freePort();
-    Program panel(QN740_PANEL,
-        {"-platform", "offscreen:configfile=" QN740_SCREEN, "-plugin",
-            QString("tuiotouch:udp=%1").arg(port)},
-        {"QN740_DEV=" + devices, "XDG_RUNTIME_DIR=" + work.path(),
-            "XDG_CONFIG_HOME=" + work.path()});
+    Program panel(QString::fromUtf8(QN740_PANEL),
+        {u"-platform"_s, u"offscreen:configfile="_s QN740_SCREEN, u"-plugin"_s,
+            u"tuiotouch:udp=%1"_s.arg(port)},
+        {u"QN740_DEV="_s + devices, u"XDG_RUNTIME_DIR="_s + work.path(),
+            u"XDG_CONFIG_HOME="_s + work.path()});
     if (!waitFor(unit, "sim: panel opened ttyO1")) {
         return 1;
     }

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QRgb FrameColor = 0xff203040;
@@ -148,7 +150,7 @@ private slots:
 
     void the_next_paint_waits_at_least_as_long_as_the_last_one_took()
     {
-        const auto* timer = m_plot->findChild<QTimer*>("paintTimer");
+        const auto* timer = m_plot->findChild<QTimer*>(u"paintTimer"_s);
         QVERIFY(timer != nullptr);
         m_plot->paintMs = 20;
         m_plot->repaint();
@@ -164,7 +166,7 @@ private slots:
         plot.show();
         QVERIFY(QTest::qWaitForWindowExposed(&plot));
         plot.schedulePaint();
-        const auto* timer = plot.findChild<QTimer*>("paintTimer");
+        const auto* timer = plot.findChild<QTimer*>(u"paintTimer"_s);
         QVERIFY(timer->isActive());
         QVERIFY(timer->interval() >= 500);
     }
@@ -174,7 +176,7 @@ private slots:
         m_plot->hide();
         const int before = m_plot->paintCount();
         m_plot->schedulePaint();
-        QVERIFY(!m_plot->findChild<QTimer*>("paintTimer")->isActive());
+        QVERIFY(!m_plot->findChild<QTimer*>(u"paintTimer"_s)->isActive());
         QTest::qWait(50);
         QCOMPARE(m_plot->paintCount(), before);
         m_plot->show();

@@ -4,6 +4,8 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr int LimitMs = 200;
 }
@@ -16,7 +18,7 @@ private slots:
     void init()
     {
         m_watch = std::make_unique<DataWatch>(LimitMs, "watchTimer");
-        m_timer = m_watch->findChild<QTimer*>("watchTimer");
+        m_timer = m_watch->findChild<QTimer*>(u"watchTimer"_s);
         QVERIFY(m_timer != nullptr);
     }
 

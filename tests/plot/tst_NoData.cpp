@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QImage painted(const QSize& size, const QRect& area, const QColor& under = Qt::white)
@@ -33,7 +35,7 @@ class tst_NoData : public QObject
     Q_OBJECT
 
 private slots:
-    void the_text_is_fixed() { QCOMPARE(noData::text(), QString("NO DATA")); }
+    void the_text_is_fixed() { QCOMPARE(noData::text(), u"NO DATA"_s); }
 
     void the_letters_can_be_read()
     {

@@ -1,6 +1,8 @@
 #include "scopes/ScopeContents.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 using View = ScopeContents::View;
 
 namespace {
@@ -22,8 +24,8 @@ private slots:
         QCOMPARE(contents.view(), View::Eyes);
         PlotContent* const eye = contents.upper();
         QVERIFY(contents.lower() != eye);
-        QCOMPARE(eye->axes().yLabel, QString("I (% FS)"));
-        QCOMPARE(contents.lower()->axes().yLabel, QString("Q (% FS)"));
+        QCOMPARE(eye->axes().yLabel, u"I (% FS)"_s);
+        QCOMPARE(contents.lower()->axes().yLabel, u"Q (% FS)"_s);
         contents.setView(View::Constellation);
         QVERIFY(contents.upper() == &contents.constellation());
         contents.setView(View::Strips);
@@ -47,11 +49,11 @@ private slots:
     {
         ScopeContents contents;
         contents.addBlock(Full, Half);
-        QCOMPARE(contents.upper()->badge(), QString("CLIP"));
+        QCOMPARE(contents.upper()->badge(), u"CLIP"_s);
         QCOMPARE(contents.lower()->badge(), QString());
         contents.addBlock(Half, Full);
         QCOMPARE(contents.upper()->badge(), QString());
-        QCOMPARE(contents.lower()->badge(), QString("CLIP"));
+        QCOMPARE(contents.lower()->badge(), u"CLIP"_s);
     }
 
     void a_constellation_is_marked_when_i_or_q_is_clipped_data()
@@ -96,22 +98,22 @@ private slots:
     void a_record_goes_to_the_strips_and_ends_their_badge()
     {
         ScopeContents contents;
-        contents.setBadge("NO DATA");
+        contents.setBadge(u"NO DATA"_s);
         contents.addRecord("abcde");
         QCOMPARE(contents.strips().records().size(), size_t(1));
         QCOMPARE(contents.strips().badge(), QString());
-        QCOMPARE(contents.constellation().badge(), QString("NO DATA"));
+        QCOMPARE(contents.constellation().badge(), u"NO DATA"_s);
     }
 
     void a_badge_and_its_end_reach_all_views()
     {
         ScopeContents contents;
-        contents.setBadge("NO DATA");
+        contents.setBadge(u"NO DATA"_s);
         for (const View view : {View::Eyes, View::Constellation, View::Strips}) {
             contents.setView(view);
-            QCOMPARE(contents.upper()->badge(), QString("NO DATA"));
+            QCOMPARE(contents.upper()->badge(), u"NO DATA"_s);
         }
-        QCOMPARE(contents.lower()->badge(), QString("NO DATA"));
+        QCOMPARE(contents.lower()->badge(), u"NO DATA"_s);
         contents.clear();
         for (const View view : {View::Eyes, View::Constellation, View::Strips}) {
             contents.setView(view);

@@ -8,6 +8,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(std::function<void(Scope&)>)
 
 using namespace scopeFixture;
@@ -36,7 +38,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         ScopeFixture fixture;
         fixture.scope.setPlotType(plotType);
-        auto* silence = fixture.scope.findChild<QTimer*>("silence");
+        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
         QVERIFY(silence != nullptr && silence->isActive()); // It is on, and data are expected.
         const auto badges = [&] {
             return QStringList{plot(fixture.scope, "plotI")->content()->badge(),
@@ -51,7 +53,7 @@ private slots:
         testClock::expire(silence);
         QCOMPARE(badges(), (QStringList{"NO DATA", "NO DATA"}));
         QVERIFY(fixture.scope.stale() && !silence->isActive());
-        QCOMPARE(fixture.scope.readout(), QString("NO DATA"));
+        QCOMPARE(fixture.scope.readout(), u"NO DATA"_s);
         QVERIFY(plot(fixture.scope, "plotI")->isStale());
         const int painted = plot(fixture.scope, "plotI")->paintCount();
         QTRY_VERIFY(plot(fixture.scope, "plotI")->paintCount() > painted);
@@ -75,7 +77,7 @@ private slots:
         QTRY_COMPARE(fixture.blocks.size(), 1);
         PlotView* view = plot(fixture.scope, "plotI");
         const QImage healthy = view->grab().toImage();
-        testClock::expire(fixture.scope.findChild<QTimer*>("silence"));
+        testClock::expire(fixture.scope.findChild<QTimer*>(u"silence"_s));
         const QImage dead = view->grab().toImage();
         const QRect area = view->dataArea();
         int dimmed = 0;
@@ -127,7 +129,7 @@ private slots:
         QFETCH(std::function<void(Scope&)>, change);
         ScopeFixture fixture;
         Scope& scope = fixture.scope;
-        auto* silence = scope.findChild<QTimer*>("silence");
+        auto* silence = scope.findChild<QTimer*>(u"silence"_s);
         fixture.line.write(steady(16000, 16000));
         QTRY_COMPARE(fixture.blocks.size(), 1);
         QTest::qWait(50);
@@ -139,7 +141,7 @@ private slots:
         QVERIFY(scope.stale());
         change(scope);
         QVERIFY(scope.stale());
-        QCOMPARE(scope.readout(), QString("NO DATA"));
+        QCOMPARE(scope.readout(), u"NO DATA"_s);
         QVERIFY(plot(scope, "plotI")->isStale());
         scope.setPlotType(Scope::EyePattern);
         fixture.line.write(steady(16000, 16000));
@@ -166,9 +168,9 @@ private slots:
         QCOMPARE(scope.readout(), QString());
         fixture.line.write(steady(32767, 32767));
         QTRY_COMPARE(fixture.blocks.size(), 1);
-        QCOMPARE(scope.readout(), QString("CLIP"));
+        QCOMPARE(scope.readout(), u"CLIP"_s);
         scope.setPlotsShown(false);
-        QCOMPARE(scope.readout(), QString("Hidden by the main unit"));
+        QCOMPARE(scope.readout(), u"Hidden by the main unit"_s);
         scope.setPlotsShown(true);
         fixture.line.write(steady(100, 32767)); // Q alone is clipped, and not shown any more
         QTRY_COMPARE(fixture.blocks.size(), 2);
@@ -179,7 +181,7 @@ private slots:
     void a_scope_that_is_off_is_not_stale()
     {
         ScopeFixture fixture;
-        auto* silence = fixture.scope.findChild<QTimer*>("silence");
+        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
         testClock::expire(silence);
         QVERIFY(fixture.scope.stale());
         fixture.scope.setOff(true);
@@ -195,14 +197,14 @@ private slots:
     {
         ScopeFixture fixture;
         fixture.scope.setOff(false);
-        testClock::expire(fixture.scope.findChild<QTimer*>("silence"));
+        testClock::expire(fixture.scope.findChild<QTimer*>(u"silence"_s));
         QCOMPARE(plot(fixture.scope, "plotI")->content()->badge(), QStringLiteral("NO DATA"));
     }
 
     void a_scope_that_is_off_removes_the_block_that_was_under_way()
     {
         ScopeFixture fixture;
-        auto* silence = fixture.scope.findChild<QTimer*>("silence");
+        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
         fixture.scope.setPlotType(Scope::Constellation);
         fixture.scope.setOff(true);
         QVERIFY(!silence->isActive());

@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr QSize PageSize(800, 428); // what the status bar leaves
 } // namespace
@@ -105,7 +107,7 @@ private slots:
         QVERIFY(scope.stale());
         page.setMode(2, *ScopeMode::ofMessage(1));
         page.setMode(2, *ScopeMode::ofMessage(2));
-        QCOMPARE(scope.readout(), QString("NO DATA"));
+        QCOMPARE(scope.readout(), u"NO DATA"_s);
     }
 
     void off_empties_the_plots_of_the_scope()

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString sheetOf(const StcMagPhasePlot& plot, int lamp)
@@ -89,12 +91,12 @@ private slots:
         plot.setCh0MagHold(100);
         plot.updateDisplay();
         const QImage full = plot.grab().toImage();
-        const QRect area = plot.findChild<QWidget*>("ch0Bar")->geometry();
+        const QRect area = plot.findChild<QWidget*>(u"ch0Bar"_s)->geometry();
         QVERIFY(full.pixelColor(area.right() - 6, area.center().y()).lightness() > 0);
         QVERIFY(full.pixelColor(area.right() - 6, area.center().y()).lightness() < 60);
         plot.resize(700, 52);
         plot.grab(); // A widget that is not shown is resized when it is painted.
-        QCOMPARE(plot.findChild<QWidget*>("veil")->size(), plot.size());
+        QCOMPARE(plot.findChild<QWidget*>(u"veil"_s)->size(), plot.size());
     }
 
     void the_sheet_of_a_window_around_does_not_cover_it()
@@ -107,7 +109,7 @@ private slots:
         plot.updateDisplay();
         plot.setDimmed(true);
         const QImage dimmed = window.grab(plot.geometry()).toImage();
-        const QPoint lamp = plot.findChild<QLabel*>("phaseLabel5")->geometry().center();
+        const QPoint lamp = plot.findChild<QLabel*>(u"phaseLabel5"_s)->geometry().center();
         QVERIFY(dimmed.pixelColor(lamp).lightness() > 0);
     }
 

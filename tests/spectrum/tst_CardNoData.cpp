@@ -3,6 +3,8 @@
 #include "spectrum/SpectrumChart.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_CardNoData : public QObject, private CardFixture
 {
     Q_OBJECT
@@ -97,7 +99,7 @@ private slots:
         }
         m_card->setRf(2250.5, 0);
         QVERIFY(m_card->chart(0)->stale());
-        QCOMPARE(m_card->chart(0)->readout(), QString("NO DATA"));
+        QCOMPARE(m_card->chart(0)->readout(), u"NO DATA"_s);
     }
 
     void a_lent_chart_waits_while_the_page_is_not_on_the_screen()
@@ -131,7 +133,7 @@ private slots:
 private:
     QTimer* waiting(int channel) const
     {
-        return m_card->chart(channel)->findChild<QTimer*>("noDataTimer");
+        return m_card->chart(channel)->findChild<QTimer*>(u"noDataTimer"_s);
     }
 };
 

@@ -9,6 +9,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(std::function<void(SpectrumChart&)>)
 
 namespace {
@@ -45,7 +47,7 @@ private slots:
     {
         m_chart->setPolled(true);
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        auto* timer = m_chart->findChild<QTimer*>("noDataTimer");
+        auto* timer = m_chart->findChild<QTimer*>(u"noDataTimer"_s);
         QCOMPARE(testClock::intervals(timer), QList<int>{3000});
         QTest::qWait(400);
         QVERIFY(!m_chart->stale());
@@ -53,7 +55,7 @@ private slots:
         const int paints = m_chart->paintCount();
         testClock::expire(timer);
         QVERIFY(m_chart->stale() && !timer->isActive());
-        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB\nNO DATA"));
+        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB\nNO DATA"_s);
         QTRY_VERIFY(m_chart->paintCount() > paints);
         QTest::qWait(50);
         const QImage dead = onTheScreen();
@@ -66,16 +68,16 @@ private slots:
 
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
         QVERIFY(!m_chart->stale() && timer->isActive());
-        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
+        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
         QTRY_COMPARE(pixels(onTheScreen(), noData::Text), 0);
     }
 
     void a_polled_chart_that_never_got_a_spectrum_shows_no_data()
     {
         m_chart->setPolled(true);
-        testClock::expire(m_chart->findChild<QTimer*>("noDataTimer"));
+        testClock::expire(m_chart->findChild<QTimer*>(u"noDataTimer"_s));
         QVERIFY(m_chart->stale());
-        QCOMPARE(m_chart->readout(), QString("NO DATA"));
+        QCOMPARE(m_chart->readout(), u"NO DATA"_s);
     }
 
     void only_a_spectrum_ends_no_data_data()
@@ -111,7 +113,7 @@ private slots:
         QFETCH(std::function<void(SpectrumChart&)>, change);
         m_chart->setPolled(true);
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        auto* timer = m_chart->findChild<QTimer*>("noDataTimer");
+        auto* timer = m_chart->findChild<QTimer*>(u"noDataTimer"_s);
         QTest::qWait(50);
         change(*m_chart);
         QVERIFY2(
@@ -120,7 +122,7 @@ private slots:
         QVERIFY(m_chart->stale());
         change(*m_chart);
         QVERIFY(m_chart->stale());
-        QVERIFY(m_chart->readout().endsWith("NO DATA"));
+        QVERIFY(m_chart->readout().endsWith(u"NO DATA"_s));
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
         QVERIFY(!m_chart->stale());
     }
@@ -129,7 +131,7 @@ private slots:
     {
         m_chart->setPolled(false);
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        auto* timer = m_chart->findChild<QTimer*>("noDataTimer");
+        auto* timer = m_chart->findChild<QTimer*>(u"noDataTimer"_s);
         QVERIFY(!timer->isActive());
         m_chart->setPolled(true);
         testClock::expire(timer);
@@ -146,7 +148,7 @@ private slots:
 
     void a_chart_that_nobody_told_is_taken_as_polled_from_its_first_spectrum_on()
     {
-        auto* timer = m_chart->findChild<QTimer*>("noDataTimer");
+        auto* timer = m_chart->findChild<QTimer*>(u"noDataTimer"_s);
         QVERIFY(!timer->isActive());
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
         QVERIFY(timer->isActive());

@@ -3,6 +3,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int MuchRoom = 2000;
@@ -61,7 +63,7 @@ private slots:
     {
         ChartReadout readout;
         readout.update({1, false, Peak, true, {}, 70.0}, 0, MuchRoom);
-        QCOMPARE(readout.text(), QString("Peak 70.500 MHz -42.5 dB"));
+        QCOMPARE(readout.text(), u"Peak 70.500 MHz -42.5 dB"_s);
     }
 
     void stands_beside_the_title_when_there_is_room()
@@ -72,14 +74,14 @@ private slots:
         readout.update({1, false, Peak, false, {}, 70.0}, MuchRoom, MuchRoom);
         const int below = readout.headHeight();
         QVERIFY(below > beside);
-        QCOMPARE(readout.text(), QString("Peak 70.500 MHz -42.5 dB"));
+        QCOMPARE(readout.text(), u"Peak 70.500 MHz -42.5 dB"_s);
     }
 
     void takes_several_lines_where_one_is_too_short()
     {
         ChartReadout readout;
         readout.update({1, false, Peak, true, Marker, 70.0}, 100, 200);
-        QCOMPARE(readout.text(), QString("Peak 70.500 MHz -42.5 dB\nMarker 69.250 MHz -100.0 dB"));
+        QCOMPARE(readout.text(), u"Peak 70.500 MHz -42.5 dB\nMarker 69.250 MHz -100.0 dB"_s);
         const int two = readout.headHeight();
         readout.update({16, true, Peak, true, Marker, 70.0}, 100, 200);
         QVERIFY(readout.headHeight() > two);
@@ -94,7 +96,7 @@ private slots:
         for (const double level : {-1.0, -99.5, 0.0, -100.0}) {
             const SpectrumReading reading{true, 70.0, level};
             readout.update({1, false, reading, true, reading, 70.0}, 50, room);
-            QVERIFY(readout.text().contains('\n'));
+            QVERIFY(readout.text().contains(u'\n'));
             QCOMPARE(readout.headHeight(), height);
         }
     }

@@ -9,6 +9,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(std::function<void(SpectrumChart&)>)
 
 namespace {
@@ -66,16 +68,30 @@ private slots:
     {
         QTest::addColumn<int>("span");
         QTest::addColumn<QStringList>("labels");
-        QTest::newRow("0") << 0 << QStringList{"69.50", "69.75", "70.00", "70.25", "70.50"};
-        QTest::newRow("1") << 1 << QStringList{"68.50", "69.25", "70.00", "70.75", "71.50"};
-        QTest::newRow("2") << 2 << QStringList{"67.50", "68.75", "70.00", "71.25", "72.50"};
-        QTest::newRow("3") << 3 << QStringList{"66.250", "68.125", "70.000", "71.875", "73.750"};
-        QTest::newRow("4") << 4 << QStringList{"65.0", "67.5", "70.0", "72.5", "75.0"};
-        QTest::newRow("5") << 5 << QStringList{"62.50", "66.25", "70.00", "73.75", "77.50"};
-        QTest::newRow("6") << 6 << QStringList{"60", "65", "70", "75", "80"};
-        QTest::newRow("7") << 7 << QStringList{"57.50", "63.75", "70.00", "76.25", "82.50"};
-        QTest::newRow("8") << 8 << QStringList{"55.0", "62.5", "70.0", "77.5", "85.0"};
-        QTest::newRow("9") << 9 << QStringList{"50", "60", "70", "80", "90"};
+        QTest::newRow("0") << 0
+                           << QStringList{
+                                  u"69.50"_s, u"69.75"_s, u"70.00"_s, u"70.25"_s, u"70.50"_s};
+        QTest::newRow("1") << 1
+                           << QStringList{
+                                  u"68.50"_s, u"69.25"_s, u"70.00"_s, u"70.75"_s, u"71.50"_s};
+        QTest::newRow("2") << 2
+                           << QStringList{
+                                  u"67.50"_s, u"68.75"_s, u"70.00"_s, u"71.25"_s, u"72.50"_s};
+        QTest::newRow("3") << 3
+                           << QStringList{
+                                  u"66.250"_s, u"68.125"_s, u"70.000"_s, u"71.875"_s, u"73.750"_s};
+        QTest::newRow("4") << 4
+                           << QStringList{u"65.0"_s, u"67.5"_s, u"70.0"_s, u"72.5"_s, u"75.0"_s};
+        QTest::newRow("5") << 5
+                           << QStringList{
+                                  u"62.50"_s, u"66.25"_s, u"70.00"_s, u"73.75"_s, u"77.50"_s};
+        QTest::newRow("6") << 6 << QStringList{u"60"_s, u"65"_s, u"70"_s, u"75"_s, u"80"_s};
+        QTest::newRow("7") << 7
+                           << QStringList{
+                                  u"57.50"_s, u"63.75"_s, u"70.00"_s, u"76.25"_s, u"82.50"_s};
+        QTest::newRow("8") << 8
+                           << QStringList{u"55.0"_s, u"62.5"_s, u"70.0"_s, u"77.5"_s, u"85.0"_s};
+        QTest::newRow("9") << 9 << QStringList{u"50"_s, u"60"_s, u"70"_s, u"80"_s, u"90"_s};
     }
 
     void the_five_ticks_of_every_span_are_shown()
@@ -87,7 +103,7 @@ private slots:
         QCOMPARE(m_chart->tickLabels(), labels);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         QCOMPARE(m_chart->xAxis->tickVector(), spanTable().at(span).ticks);
-        labels[2] += " MHz";
+        labels[2] += u" MHz"_s;
         QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()), labels);
         QCOMPARE(m_chart->xAxis->range().size(), spanTable().at(span).spanMHz);
         QCOMPARE(m_chart->xAxis->range().center(), 70.0);
@@ -97,8 +113,8 @@ private slots:
     {
         m_chart->setSpan(spanTable().at(4));
         m_chart->setCentre(2250.5);
-        QCOMPARE(
-            m_chart->tickLabels(), QStringList({"2245.5", "2248.0", "2250.5", "2253.0", "2255.5"}));
+        QCOMPARE(m_chart->tickLabels(),
+            QStringList({u"2245.5"_s, u"2248.0"_s, u"2250.5"_s, u"2253.0"_s, u"2255.5"_s}));
         QCOMPARE(m_chart->xAxis->range().center(), 2250.5);
         m_chart->addSpectrum(cardSide::carrier(100, 50, -20));
         QCOMPARE(m_chart->peak().frequency, 2250.5);
@@ -127,7 +143,7 @@ private slots:
         m_chart->resize(250, 200);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()),
-            QStringList({"66.250", "", "70.000 MHz", "", "73.750"}));
+            QStringList({u"66.250"_s, u""_s, u"70.000 MHz"_s, u""_s, u"73.750"_s}));
         QCOMPARE(m_chart->xAxis->tickVector().size(), 5);
     }
 
@@ -142,7 +158,8 @@ private slots:
             [](SpectrumChart& chart) { chart.setSpan(spanTable().at(9)); });
         QTest::newRow("RF frequency")
             << Change([](SpectrumChart& chart) { chart.setCentre(2250.5); });
-        QTest::newRow("title") << Change([](SpectrumChart& chart) { chart.setTitle("Demod 2"); });
+        QTest::newRow("title") << Change(
+            [](SpectrumChart& chart) { chart.setTitle(u"Demod 2"_s); });
     }
 
     void a_change_is_on_the_screen_without_another_paint()
@@ -164,7 +181,7 @@ private slots:
 
     void level_ticks_have_fixed_decimals()
     {
-        QCOMPARE(m_chart->yAxis->numberFormat(), QString("f"));
+        QCOMPARE(m_chart->yAxis->numberFormat(), u"f"_s);
         QCOMPARE(m_chart->yAxis->range().lower, -120.0);
         QVERIFY(m_chart->yAxis->range().upper >= 7.5);
     }
@@ -199,15 +216,15 @@ private slots:
         QCOMPARE(m_chart->readout(), QString());
         m_chart->setSpan(spanTable().at(9));
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
+        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
     }
 
     void the_read_out_changes_at_a_readable_pace()
     {
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
         m_chart->addSpectrum(cardSide::carrier(100, 50, -10.0));
-        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
-        QTRY_COMPARE(m_chart->readout(), QString("Peak 70.000 MHz -10.0 dB"));
+        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
+        QTRY_COMPARE(m_chart->readout(), u"Peak 70.000 MHz -10.0 dB"_s);
     }
 
     void the_peak_s_triangle_waits_for_its_text_and_the_diamond_does_not()
@@ -317,7 +334,7 @@ private slots:
     {
         m_chart->setAveraging(16);
         m_chart->setMaxHold(true);
-        QCOMPARE(m_chart->readout(), QString("Avg 16   Max Hold"));
+        QCOMPARE(m_chart->readout(), u"Avg 16   Max Hold"_s);
         m_chart->setAveraging(1);
         m_chart->setMaxHold(false);
         QCOMPARE(m_chart->readout(), QString());
@@ -402,8 +419,8 @@ private slots:
         const double width = spanTable().at(9).spanMHz;
         QVERIFY(std::abs(m_chart->marker().frequency - (70.0 - width / 4)) < width / 100);
         QCOMPARE(m_chart->marker().level, -100.0);
-        QVERIFY2(
-            m_chart->readout().contains("Marker 59.") && m_chart->readout().endsWith("-100.0 dB"),
+        QVERIFY2(m_chart->readout().contains(u"Marker 59."_s) &&
+                m_chart->readout().endsWith(u"-100.0 dB"_s),
             qPrintable(m_chart->readout()));
         QVERIFY(pixels(m_chart->grab().toImage(), Qt::white) > 20);
     }
@@ -503,13 +520,13 @@ private slots:
         m_chart->addSpectrum(points);
         QTest::qWait(400);
         m_chart->repaint();
-        const auto* timer = m_chart->findChild<QTimer*>("paintTimer");
+        const auto* timer = m_chart->findChild<QTimer*>(u"paintTimer"_s);
         QVERIFY(timer != nullptr && !timer->isActive());
         m_chart->addSpectrum(cardSide::carrier(512, 1, -20));
         QVERIFY(timer->isActive());
         QVERIFY2(m_chart->tookMs > 1, qPrintable(QString::number(m_chart->tookMs)));
         QVERIFY2(timer->interval() > 0 && timer->interval() <= m_chart->tookMs,
-            qPrintable(QString("%1 of %2").arg(timer->interval()).arg(m_chart->tookMs)));
+            qPrintable(u"%1 of %2"_s.arg(timer->interval()).arg(m_chart->tookMs)));
     }
 
     void a_hidden_chart_is_not_painted()

@@ -5,6 +5,8 @@
 
 #include <QStyleOptionButton>
 
+using namespace Qt::StringLiterals;
+
 class tst_TextButton : public QObject
 {
     Q_OBJECT
@@ -20,27 +22,27 @@ private slots:
     void text_that_fits_is_left_alone()
     {
         const QFontMetrics metrics(QApplication::font());
-        QCOMPARE(TextButton::fitted("Gain", metrics, 200, 60), QString("Gain"));
-        QCOMPARE(TextButton::fitted("Gain\n12 dB", metrics, 200, 60), QString("Gain\n12 dB"));
-        QCOMPARE(TextButton::fitted("", metrics, 200, 60), QString());
+        QCOMPARE(TextButton::fitted(u"Gain"_s, metrics, 200, 60), u"Gain"_s);
+        QCOMPARE(TextButton::fitted(u"Gain\n12 dB"_s, metrics, 200, 60), u"Gain\n12 dB"_s);
+        QCOMPARE(TextButton::fitted(u""_s, metrics, 200, 60), QString());
     }
 
     void long_text_is_broken_at_blanks()
     {
         const QFontMetrics metrics(QApplication::font());
-        const int width = metrics.horizontalAdvance("Loop Bandwidth");
-        QCOMPARE(TextButton::fitted("Loop Bandwidth of Demodulator", metrics, width, 100),
-            QString("Loop Bandwidth\nof Demodulator"));
+        const int width = metrics.horizontalAdvance(u"Loop Bandwidth"_s);
+        QCOMPARE(TextButton::fitted(u"Loop Bandwidth of Demodulator"_s, metrics, width, 100),
+            u"Loop Bandwidth\nof Demodulator"_s);
     }
 
     void every_line_fits_and_no_more_lines_than_the_height_has_room_for_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("60 characters without a blank") << QString(60, 'W');
-        QTest::newRow("60 characters with blanks") << QString("modulation ").repeated(6).left(60);
-        QTest::newRow("200 kB") << QString(200 * 1024, 'x');
-        QTest::newRow("blanks") << QString(60, ' ');
-        QTest::newRow("line breaks") << QString(60, '\n');
+        QTest::newRow("60 characters without a blank") << QString(60, u'W');
+        QTest::newRow("60 characters with blanks") << u"modulation "_s.repeated(6).left(60);
+        QTest::newRow("200 kB") << QString(200 * 1024, u'x');
+        QTest::newRow("blanks") << QString(60, u' ');
+        QTest::newRow("line breaks") << QString(60, u'\n');
     }
 
     void every_line_fits_and_no_more_lines_than_the_height_has_room_for()
@@ -49,7 +51,7 @@ private slots:
         QFont font = QApplication::font();
         font.setPixelSize(16);
         const QFontMetrics metrics(font);
-        const QStringList lines = TextButton::fitted(text, metrics, 116, 51).split('\n');
+        const QStringList lines = TextButton::fitted(text, metrics, 116, 51).split(u'\n');
         QVERIFY(lines.size() * metrics.lineSpacing() <= 51);
         for (const QString& line : lines) {
             QVERIFY2(metrics.horizontalAdvance(line) <= 116, qPrintable(line));
@@ -59,15 +61,15 @@ private slots:
     void a_text_that_is_too_long_ends_in_an_ellipsis()
     {
         const QFontMetrics metrics(QApplication::font());
-        QVERIFY(TextButton::fitted(QString(300, 'W'), metrics, 100, 40).endsWith(QChar(0x2026)));
+        QVERIFY(TextButton::fitted(QString(300, u'W'), metrics, 100, 40).endsWith(QChar(0x2026)));
     }
 
     void a_button_without_room_does_not_hang()
     {
         const QFontMetrics metrics(QApplication::font());
-        TextButton::fitted("Gain", metrics, 0, 0);
-        TextButton::fitted("Gain", metrics, -8, -8);
-        QCOMPARE(TextButton::fitted("", metrics, -8, -8), QString());
+        TextButton::fitted(u"Gain"_s, metrics, 0, 0);
+        TextButton::fitted(u"Gain"_s, metrics, -8, -8);
+        QCOMPARE(TextButton::fitted(u""_s, metrics, -8, -8), QString());
     }
 
     void an_ampersand_is_shown_as_it_is()
@@ -78,24 +80,24 @@ private slots:
             using TextButton::initStyleOption;
             using TextButton::TextButton;
         };
-        Painted button("Clock & Data");
+        Painted button(u"Clock & Data"_s);
         button.resize(200, 60);
         QStyleOptionButton option;
         button.initStyleOption(&option);
-        QCOMPARE(option.text, QString("Clock && Data")); // which the style draws with one "&"
-        QCOMPARE(button.text(), QString("Clock & Data"));
-        button.setText("Clock && Data");
+        QCOMPARE(option.text, u"Clock && Data"_s); // which the style draws with one "&"
+        QCOMPARE(button.text(), u"Clock & Data"_s);
+        button.setText(u"Clock && Data"_s);
         button.initStyleOption(&option);
-        QCOMPARE(option.text, QString("Clock && Data"));
+        QCOMPARE(option.text, u"Clock && Data"_s);
     }
 
     void the_text_of_the_button_stays_what_it_was_set_to()
     {
         const std::unique_ptr<QPushButton> button(
-            new TextButton("Loop Bandwidth of Demodulator 1"));
+            new TextButton(u"Loop Bandwidth of Demodulator 1"_s));
         button->resize(60, 60);
         button->grab();
-        QCOMPARE(button->text(), QString("Loop Bandwidth of Demodulator 1"));
+        QCOMPARE(button->text(), u"Loop Bandwidth of Demodulator 1"_s);
     }
 
     void text_of_a_menu_key_gets_smaller_only_when_it_would_be_cut()
@@ -116,10 +118,10 @@ private slots:
             }
             return rows;
         };
-        const int one = rowsOfText("Gain");
-        QVERIFY(rowsOfText("Mask: 1.0.0.0") <= one + 4); // one line of the same size
+        const int one = rowsOfText(u"Gain"_s);
+        QVERIFY(rowsOfText(u"Mask: 1.0.0.0"_s) <= one + 4); // one line of the same size
         // two lines at the key's own size have no room for this; four smaller ones have
-        QVERIFY(rowsOfText("A label of more characters than one key can hold") > 2 * one + 4);
+        QVERIFY(rowsOfText(u"A label of more characters than one key can hold"_s) > 2 * one + 4);
     }
 
     void blanks_and_breaks_at_the_ends_do_not_move_the_text()
@@ -130,23 +132,23 @@ private slots:
             button.resize(180, 90);
             return button.grab().toImage();
         };
-        QCOMPARE(picture("  ten chars!     \n"), picture("ten chars!"));
-        QVERIFY(picture("ten chars!") != picture(QString()));
+        QCOMPARE(picture(u"  ten chars!     \n"_s), picture(u"ten chars!"_s));
+        QVERIFY(picture(u"ten chars!"_s) != picture(QString()));
     }
 
     void a_shrunk_text_stays_what_it_was_set_to()
     {
-        TextButton button(QString(300, 'W'), nullptr, TextButton::Shrinking);
+        TextButton button(QString(300, u'W'), nullptr, TextButton::Shrinking);
         button.resize(60, 47);
         button.grab();
-        QCOMPARE(button.text(), QString(300, 'W'));
+        QCOMPARE(button.text(), QString(300, u'W'));
     }
 
     void a_shrunk_text_has_the_colour_of_its_sheet()
     {
-        TextButton button("M", nullptr, TextButton::Shrinking);
+        TextButton button(u"M"_s, nullptr, TextButton::Shrinking);
         button.setStyleSheet(
-            "QPushButton {background-color:red; color:white; font-size: 26px; border: 1px solid black}");
+            u"QPushButton {background-color:red; color:white; font-size: 26px; border: 1px solid black}"_s);
         button.resize(60, 60);
         const QImage picture = button.grab().toImage();
         int white = 0;
@@ -161,7 +163,7 @@ private slots:
 
     void a_shrinking_button_asks_for_the_size_of_a_finger()
     {
-        QCOMPARE(TextButton(QString(60, 'W'), nullptr, TextButton::Shrinking).minimumSizeHint(),
+        QCOMPARE(TextButton(QString(60, u'W'), nullptr, TextButton::Shrinking).minimumSizeHint(),
             QSize(47, 47));
     }
 
@@ -169,19 +171,19 @@ private slots:
     {
         const auto picture = [](const QString& text) {
             TextButton button(text, nullptr, TextButton::Shrinking);
-            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            button.setStyleSheet(u"QPushButton {color: white; background: black; border: 0px}"_s);
             button.resize(200, 60);
             return button.grab().toImage();
         };
-        QVERIFY(picture("Clock & Data") != picture("Clock  Data"));
-        QCOMPARE(picture("Clock && Data"), picture("Clock & Data"));
+        QVERIFY(picture(u"Clock & Data"_s) != picture(u"Clock  Data"_s));
+        QCOMPARE(picture(u"Clock && Data"_s), picture(u"Clock & Data"_s));
     }
 
     void a_text_on_one_line_gets_smaller_instead_of_broken()
     {
         const auto lines = [](TextButton::Looks looks) {
-            TextButton button("< -128", nullptr, looks);
-            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            TextButton button(u"< -128"_s, nullptr, looks);
+            button.setStyleSheet(u"QPushButton {color: white; background: black; border: 0px}"_s);
             QFont large = font(40);
             button.setFont(large);
             button.resize(100, 100);

@@ -123,7 +123,7 @@ void takeSilence(PanelPictures& panel)
 void takeSignals(PanelPictures& panel)
 {
     // the unit's own signals end, and with them the phase and magnitudes that it tells
-    for (QString off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
+    for (const QString& off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
         panel.say(off);
     }
     panel.showView(Views::Scopes);
@@ -152,7 +152,7 @@ void takeSignals(PanelPictures& panel)
             takeSilence(panel);
         }
     }
-    for (QString off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
+    for (const QString& off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
         panel.say(off);
     }
     panel.showView(Views::Menus);

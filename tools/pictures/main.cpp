@@ -1,4 +1,4 @@
-// Walks through the panel's screens against the simulated unit and leaves a picture of each.
+// qn740-pictures: a picture of every screen of the panel, driven by the simulated unit.
 #include "app/Identity.h"
 #include "tools/pictures/PanelPictures.h"
 #include "tools/pictures/Screens.h"
@@ -9,6 +9,21 @@
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+void takeDefaultMenus(PanelPictures& panel)
+{
+    takeMenus(panel);
+    takeSignals(panel);
+    takeSpectrum(panel);
+    takeMainMenus(panel);
+    takeEditors(panel);
+    takeScopes(panel);
+    takeStart(panel);
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -41,13 +56,7 @@ int main(int argc, char** argv)
     if (parser.isSet(menu)) {
         takeAllMenus(panel);
     } else {
-        takeMenus(panel);
-        takeSignals(panel);
-        takeSpectrum(panel);
-        takeMainMenus(panel);
-        takeEditors(panel);
-        takeScopes(panel);
-        takeStart(panel);
+        takeDefaultMenus(panel);
     }
     std::printf("%d pictures\n", panel.count());
     return panel.succeeded() ? 0 : 1;
