@@ -17,7 +17,7 @@ class tst_DataWatch : public QObject
 private slots:
     void init()
     {
-        m_watch = std::make_unique<DataWatch>(LimitMs, "watchTimer");
+        m_watch = std::make_unique<DataWatch>(LimitMs, u"watchTimer"_s);
         m_timer = m_watch->findChild<QTimer*>(u"watchTimer"_s);
         QVERIFY(m_timer != nullptr);
     }

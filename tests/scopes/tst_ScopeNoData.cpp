@@ -19,7 +19,7 @@ class tst_ScopeNoData : public QObject
     Q_OBJECT
 
 private slots:
-    void a_plot_that_gets_no_more_data_shows_no_data_data()
+    void a_plot_that_gets_no_more_data_says_so_data()
     {
         QTest::addColumn<int>("plotType");
         QTest::addColumn<bool>("withQ");
@@ -31,7 +31,7 @@ private slots:
                                            "12345");
     }
 
-    void a_plot_that_gets_no_more_data_shows_no_data()
+    void a_plot_that_gets_no_more_data_says_so()
     {
         QFETCH(int, plotType);
         QFETCH(bool, withQ);
@@ -42,7 +42,7 @@ private slots:
         QVERIFY(silence != nullptr && silence->isActive()); // It is on, and data are expected.
         const auto badges = [&] {
             return QStringList{plot(fixture.scope, "plotI")->content()->badge(),
-                withQ ? plot(fixture.scope, "plotQ")->content()->badge() : "NO DATA"};
+                withQ ? plot(fixture.scope, "plotQ")->content()->badge() : u"NO DATA"_s};
         };
         const auto received = [&] { return fixture.blocks.size() + fixture.records.size(); };
         fixture.line.write(bytes);
@@ -51,7 +51,7 @@ private slots:
         QVERIFY(!fixture.scope.stale());
         QCOMPARE(testClock::intervals(silence), QList<int>{2000});
         testClock::expire(silence);
-        QCOMPARE(badges(), (QStringList{"NO DATA", "NO DATA"}));
+        QCOMPARE(badges(), (QStringList{u"NO DATA"_s, u"NO DATA"_s}));
         QVERIFY(fixture.scope.stale() && !silence->isActive());
         QCOMPARE(fixture.scope.readout(), u"NO DATA"_s);
         QVERIFY(plot(fixture.scope, "plotI")->isStale());
@@ -97,7 +97,7 @@ private slots:
             healthy.copy(0, 0, area.left(), healthy.height())); // the axis
     }
 
-    void only_data_end_no_data_data()
+    void only_data_end_the_note_data()
     {
         using Change = std::function<void(Scope&)>;
         QTest::addColumn<Change>("change");
@@ -124,7 +124,7 @@ private slots:
         });
     }
 
-    void only_data_end_no_data()
+    void only_data_end_the_note()
     {
         QFETCH(std::function<void(Scope&)>, change);
         ScopeFixture fixture;
@@ -193,12 +193,12 @@ private slots:
         QCOMPARE(testClock::intervals(silence), QList<int>{2000});
     }
 
-    void a_scope_that_is_on_and_gets_nothing_shows_no_data()
+    void a_scope_that_is_on_and_gets_nothing_says_so()
     {
         ScopeFixture fixture;
         fixture.scope.setOff(false);
         testClock::expire(fixture.scope.findChild<QTimer*>(u"silence"_s));
-        QCOMPARE(plot(fixture.scope, "plotI")->content()->badge(), QStringLiteral("NO DATA"));
+        QCOMPARE(plot(fixture.scope, "plotI")->content()->badge(), u"NO DATA"_s);
     }
 
     void a_scope_that_is_off_removes_the_block_that_was_under_way()

@@ -77,7 +77,7 @@ private slots:
         }
     }
 
-    void only_a_scope_that_is_on_waits_for_data()
+    void only_a_scope_that_is_on_waits()
     {
         ScopesPage page;
         auto* silence = page.scope(2)->findChild<QTimer*>(QStringLiteral("silence"));

@@ -89,7 +89,7 @@ private slots:
         QVERIFY(waiting(2)->isActive() && waiting(2)->remainingTime() <= 2960);
     }
 
-    void a_span_that_is_chosen_again_does_not_end_no_data()
+    void a_span_that_is_chosen_again_does_not_end_the_note()
     {
         m_window->show();
         testClock::expire(waiting(0));

@@ -43,7 +43,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(m_chart.get()));
     }
 
-    void a_polled_chart_without_a_spectrum_for_three_seconds_shows_no_data()
+    void a_polled_chart_without_a_spectrum_for_three_seconds_says_so()
     {
         m_chart->setPolled(true);
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
@@ -72,7 +72,7 @@ private slots:
         QTRY_COMPARE(pixels(onTheScreen(), noData::Text), 0);
     }
 
-    void a_polled_chart_that_never_got_a_spectrum_shows_no_data()
+    void a_polled_chart_that_never_got_a_spectrum_says_so()
     {
         m_chart->setPolled(true);
         testClock::expire(m_chart->findChild<QTimer*>(u"noDataTimer"_s));
@@ -80,7 +80,7 @@ private slots:
         QCOMPARE(m_chart->readout(), u"NO DATA"_s);
     }
 
-    void only_a_spectrum_ends_no_data_data()
+    void only_a_spectrum_ends_the_note_data()
     {
         using Change = std::function<void(SpectrumChart&)>;
         QTest::addColumn<Change>("change");
@@ -97,7 +97,8 @@ private slots:
             << Change([](SpectrumChart& chart) { chart.restartAverage(); });
         QTest::newRow("colour") << Change(
             [](SpectrumChart& chart) { chart.setLineColor(Qt::green); });
-        QTest::newRow("title") << Change([](SpectrumChart& chart) { chart.setTitle("Demod 2"); });
+        QTest::newRow("title") << Change(
+            [](SpectrumChart& chart) { chart.setTitle(u"Demod 2"_s); });
         QTest::newRow("polled as before")
             << Change([](SpectrumChart& chart) { chart.setPolled(true); });
         QTest::newRow("no points") << Change([](SpectrumChart& chart) { chart.addSpectrum({}); });
@@ -108,7 +109,7 @@ private slots:
         QTest::newRow("size") << Change([](SpectrumChart& chart) { chart.resize(500, 180); });
     }
 
-    void only_a_spectrum_ends_no_data()
+    void only_a_spectrum_ends_the_note()
     {
         QFETCH(std::function<void(SpectrumChart&)>, change);
         m_chart->setPolled(true);
@@ -127,7 +128,7 @@ private slots:
         QVERIFY(!m_chart->stale());
     }
 
-    void a_chart_that_is_not_polled_or_left_out_shows_no_no_data()
+    void a_chart_that_is_not_polled_or_left_out_is_not_stale()
     {
         m_chart->setPolled(false);
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));

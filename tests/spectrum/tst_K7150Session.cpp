@@ -99,7 +99,7 @@ private slots:
         m_session->setSpan(1, 4);
         QSignalSpy told(m_session.get(), &CardSession::demodulatorMessage);
         m_session->tellDemodulatorsAgain();
-        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D2:NFFT:11", "D3:NFFT:12"}));
+        QCOMPARE(texts(told), QStringList({u"D1:NFFT:12"_s, u"D2:NFFT:11"_s, u"D3:NFFT:12"_s}));
     }
 
     void the_demodulators_of_an_older_card_are_told_no_span()
