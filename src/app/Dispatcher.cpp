@@ -1,50 +1,48 @@
 #include "app/Dispatcher.h"
 
-#include "app/MainWindow.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
 #include "wire/Message.h"
 
-#include <array>
+#include <utility>
 
 namespace {
 
-struct Entry
+const QLoggingCategory& categoryOf(wire::Room room)
 {
-    QLatin1String word;
-    void (MainWindow::*slot)(const QStringList& fields);
-};
+    switch (room) {
+    case wire::Room::Link:
+        return logLink();
+    case wire::Room::Menus:
+        return logMenus();
+    case wire::Room::Scopes:
+        return logScopes();
+    case wire::Room::Spectrum:
+        return logSpectrum();
+    }
+    return logLink();
+}
 
-constexpr std::array<Entry, 24> Table{{
-    {QLatin1String("AK"), &MainWindow::process_AK_key},
-    {QLatin1String("SK"), &MainWindow::process_SK_key},
-    {QLatin1String("CK"), &MainWindow::process_CK_key},
-    {QLatin1String("CV"), &MainWindow::process_CV_key},
-    {QLatin1String("CM"),
-        &MainWindow::process_MM_key}, // the main menu's handler, not one of its own
-    {QLatin1String("SB"), &MainWindow::process_SB_key},
-    {QLatin1String("DB"), &MainWindow::process_DB_key},
-    {QLatin1String("PING"), &MainWindow::process_PING},
-    {QLatin1String("Slave"), &MainWindow::process_slave},
-    {QLatin1String("SQ"), &MainWindow::process_SQ},
-    {QLatin1String("SM"), &MainWindow::process_SM},
-    {QLatin1String("VER"), &MainWindow::process_VER},
-    {QLatin1String("SH"), &MainWindow::process_SH},
-    {QLatin1String("MS"), &MainWindow::process_MM_key_PAX},
-    {QLatin1String("PAX"), &MainWindow::process_PAX},
-    {QLatin1String("LC"), &MainWindow::process_LC},
-    {QLatin1String("EI"), &MainWindow::process_EI_key},
-    {QLatin1String("SP"), &MainWindow::process_SP_key},
-    {QLatin1String("IK"), &MainWindow::process_IK_key},
-    {QLatin1String("SF"), &MainWindow::process_SF_key},
-    {QLatin1String("HM"), &MainWindow::process_HM_key},
-    {QLatin1String("ST"), &MainWindow::process_ST},
-    {QLatin1String("PM"), &MainWindow::process_PM},
-    {QLatin1String("CLEAR"), &MainWindow::process_CLEAR},
-}};
+// Logs, at debug level, what is wrong with a message, as far as the table of command words tells;
+// the slots log the rest.
+void logFault(const QString& word, const QStringList& fields)
+{
+    const wire::Command* command = wire::findCommand(wire::toPanel(), word);
+    const QLoggingCategory& category =
+        categoryOf(command != nullptr ? command->room : wire::Room::Link);
+    if (!category.isDebugEnabled()) {
+        return;
+    }
+    const QString reason = wire::whyIgnored(word, fields);
+    if (!reason.isEmpty()) {
+        wire::logIgnored(category, reason);
+    }
+}
 
 } // namespace
 
-Dispatcher::Dispatcher(MainWindow& window)
-    : m_window(window)
+Dispatcher::Dispatcher(QList<Entry> table)
+    : m_table(std::move(table))
 {
 }
 
@@ -52,19 +50,20 @@ bool Dispatcher::dispatch(const QString& message) const
 {
     QStringList fields = wire::fields(message);
     const QString word = fields.takeFirst();
-    for (const Entry& entry : Table) {
+    logFault(word, fields);
+    for (const Entry& entry : m_table) {
         if (word == entry.word) {
-            (m_window.*entry.slot)(fields);
+            entry.handler(fields);
             return true;
         }
     }
     return false;
 }
 
-QStringList Dispatcher::words()
+QStringList Dispatcher::words() const
 {
     QStringList words;
-    for (const Entry& entry : Table) {
+    for (const Entry& entry : m_table) {
         words += entry.word;
     }
     return words;

@@ -1,25 +1,36 @@
 #pragma once
 
+#include <QLatin1String>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
-class MainWindow;
+#include <functional>
 
-// The command words of the main unit and the slots of the main window that carry them out, in one
-// table.
+/// The way from the command words of the main unit to what carries them out.
+///
+/// A handler is called whatever the fields are: it decides itself what to do with too few of them.
+/// A message that will be ignored is logged at debug level in the category of its room.
 class Dispatcher
 {
 public:
-    explicit Dispatcher(MainWindow& window);
+    /// What carries out the messages of one command word.
+    struct Entry
+    {
+        QLatin1String word; ///< known only by exactly its letters
+        std::function<void(const QStringList& fields)> handler; ///< gets what follows the word
+    };
 
-    // In: a message with its frame characters. Runs the slot of its first field with the remaining
-    // fields; a word that is not in the table, letter for letter, is ignored. Out: whether there
-    // was one.
+    /// \param table in the order in which the words are compared
+    explicit Dispatcher(QList<Entry> table);
+
+    /// Runs the handler of a message's first field with the remaining fields. \return whether there
+    /// is one. \param message with its frame characters
     bool dispatch(const QString& message) const;
 
-    // All words in the order in which they are compared.
-    static QStringList words();
+    /// \return all words in the order in which they are compared.
+    QStringList words() const;
 
 private:
-    MainWindow& m_window;
+    QList<Entry> m_table;
 };

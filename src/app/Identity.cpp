@@ -32,8 +32,8 @@ void applyLook(QApplication& application)
     font.setPixelSize(FontPixels);
     QApplication::setFont(font);
     application.setPalette(QApplication::style()->standardPalette());
-    // every painting of a button that a style sheet colours makes a new entry, whose name the cache
-    // keeps for good: some 260 bytes a painting, from power-on to power-off
+    // Every painting of a button that a style sheet colours makes a new cache entry, whose name the
+    // cache keeps for good: about 260 bytes per painting, from power-on to power-off.
     QPixmapCache::setCacheLimit(0);
 }
 

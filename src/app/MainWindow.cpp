@@ -1,39 +1,22 @@
 #include "app/MainWindow.h"
 
-#include "app/Dispatcher.h"
-#include "app/Identity.h"
+#include "app/RoomConnections.h"
+#include "app/SlotTable.h"
 #include "app/SplashScreen.h"
-#include "link/LinkMode.h"
-#include "link/LinkModeDialog.h"
-#include "link/MessageBoxes.h"
-#include "link/keySerial.h"
-#include "menus/KeyBoard.h"
-#include "menus/MenuMessages.h"
-#include "wire/SerialLine.h"
+#include "app/StatusBar.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QStatusBar>
+#include <QTimer>
 
 namespace {
 
 constexpr QSize ScreenSize(800, 480);
 constexpr int SplashMs = 15000;
-constexpr int StatusBarHeight = 50;
-constexpr int StatusButtonHeight = 30;
-constexpr int StatusButtonWidth = 106;
-constexpr int StatusFontPixels = 16;
-constexpr QColor DisabledText(0x16, 0x32, 0x4e);
-constexpr QMargins StatusBarMargins(8, 0, 4, 0);
-constexpr int StartPageLastCell = 5;
 
 } // namespace
 
-// outside of any namespace, because the macro declares a function where it stands
+// The macro declares a function where it stands, so it cannot stand in a namespace or a member.
 static void loadPictures()
 {
     Q_INIT_RESOURCE(MyResources);
@@ -41,31 +24,26 @@ static void loadPictures()
 
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
-    , settings(std::make_unique<QSettings>())
-    , noK7150(QCoreApplication::arguments().contains(QStringLiteral("-noK7150")))
-    , m_dispatcher(std::make_unique<Dispatcher>(*this))
-    , m_messageBoxes(std::make_unique<MessageBoxes>())
+    , m_dispatcher(std::make_unique<Dispatcher>(slotTable(*this)))
 {
     loadPictures();
     showSplash();
-    setUpStack();
-    setUpLink();
+    m_rooms = std::make_unique<Rooms>(this);
+    setCentralWidget(m_rooms->central);
+    connectRooms(*m_rooms, *this);
+    m_rooms->link->open(QStringLiteral("ttyO1"));
     setUpLook();
     Set_Status_Bar();
     setup_scopes();
-    if (noK7150) {
-        spectrumAvailable = false;
+    if (m_rooms->hasOlderCard) {
         setUpSpectrum();
     }
     get_settings();
-    ready = true;
+    m_ready = true;
 }
 
 MainWindow::~MainWindow()
 {
-    timer.stop();
-    delete m_scopeResend; // its closing may report an error to this window
-    m_scopeResend = nullptr;
     QApplication::restoreOverrideCursor();
 }
 
@@ -75,40 +53,8 @@ void MainWindow::showSplash()
         std::make_unique<SplashScreen>(QPixmap(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
     m_splash->show();
     QCoreApplication::processEvents();
-    // precise: a coarse timer of this length may be most of a second early
+    // A coarse timer of this length may end most of a second early.
     QTimer::singleShot(SplashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
-}
-
-void MainWindow::setUpStack()
-{
-    central = new QWidget(this);
-    central->setObjectName(QStringLiteral("central"));
-    setCentralWidget(central);
-    stack = new QStackedLayout;
-    menus = new MenuMessages(stack, this);
-    views = new Views(stack, this);
-    connect(&menus->book, &MenuBook::keyboard_response_message, this, &MainWindow::send_mess);
-    connect(menus, &MenuMessages::showMenu, this, &MainWindow::showMenu);
-    setUpMainMenus();
-    for (const QString& name : {QStringLiteral("Loading"), QStringLiteral("two")}) {
-        auto* page = new KeyBoard;
-        page->new_keyboard(name, StartPageLastCell, StartPageLastCell);
-        menus->book.add(page);
-    }
-    views->addWaitingPage();
-    views->showMenu(menus->book.pages.constFirst()->frame);
-    central->setLayout(stack);
-    central->show();
-}
-
-void MainWindow::setUpLink()
-{
-    serial = new keySerial;
-    serial->setParent(this);
-    connect(
-        serial, &keySerial::valid_mess_in, this, &MainWindow::process_mess, Qt::DirectConnection);
-    serial->check_serial();
-    serial->open_serial(QStringLiteral("ttyO1"));
 }
 
 void MainWindow::setUpLook()
@@ -116,7 +62,7 @@ void MainWindow::setUpLook()
     setStyleSheet(QStringLiteral(
         "QMainWindow {background-color: black; border-width: 2px; border-style: solid; border-color: black; font-size: 16px;}                        .QWidget{background-color: black;} QPushButton:pressed {background-color: #4169e1;} "));
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
-    // a full page of keys asks for more than the screen by its minimum sizes
+    // By its minimum sizes a full page of keys asks for more than the screen has.
     setFixedSize(ScreenSize);
     setCursor(Qt::BlankCursor);
     QApplication::setOverrideCursor(Qt::BlankCursor);
@@ -124,60 +70,25 @@ void MainWindow::setUpLook()
 
 void MainWindow::Set_Status_Bar()
 {
-    statusBar_ = new QStatusBar;
-    statusBar_->setObjectName(QStringLiteral("statusBar"));
-    statusBar_->setStyleSheet(QStringLiteral(
-        "QStatusBar {background-color: #919191 ;  font-size: 16px; border-width: 2px; border-style: solid; border-color: yellow;}"));
-    setStatusBar(statusBar_);
-    statusBar_->showMessage(QStringLiteral("TORVA QN740 - Start Up"));
-    statusBar_->setSizeGripEnabled(false);
-    statusBar_->setMinimumHeight(StatusBarHeight);
-
-    auto* container = new QWidget;
-    auto* row = new QHBoxLayout(container);
-    row->setContentsMargins(StatusBarMargins);
-    statusLabel = new QLabel;
-    statusLabel->setObjectName(QStringLiteral("statusLabel"));
-    row->addWidget(statusLabel);
-    linkButton = addStatusButton(
-        "linkButton", QStringLiteral("Linking"), QStringLiteral("background-color: #4682b4"));
-    mainMenuButton = addStatusButton(
-        "mainMenuButton", QStringLiteral("Main Menu"), QStringLiteral("background-color: #008080"));
-    scopesButton = addStatusButton(
-        "scopesButton", QStringLiteral("Scopes"), QStringLiteral("background-color: #2e8b57"));
-    for (QPushButton* button : {linkButton, mainMenuButton, scopesButton}) {
-        row->addWidget(button);
-    }
-    auto* version = new QLabel(QStringLiteral(" v%1 ").arg(identity::version()));
-    version->setObjectName(QStringLiteral("versionLabel"));
-    version->setMinimumHeight(StatusButtonHeight);
-    row->addWidget(version);
-    container->setStyleSheet(QStringLiteral("background-color: #919191 ;"));
-    statusBar_->addPermanentWidget(container, 0);
-
-    connect(linkButton, &QPushButton::clicked, this, &MainWindow::process_config_menu);
-    connect(mainMenuButton, &QPushButton::clicked, this, &MainWindow::goto_main_menu);
-    connect(scopesButton, &QPushButton::clicked, this, &MainWindow::menus_scopes_toggle);
+    m_statusBar = new StatusBar;
+    setStatusBar(m_statusBar);
+    connect(m_statusBar, &StatusBar::linkingPressed, this, &MainWindow::process_config_menu);
+    connect(m_statusBar, &StatusBar::mainMenuPressed, this, &MainWindow::goto_main_menu);
+    connect(m_statusBar, &StatusBar::viewPressed, this, &MainWindow::menus_scopes_toggle);
+    connect(m_rooms->views, &Views::changed, m_statusBar, &StatusBar::setNextView);
+    connect(m_rooms->navigation, &MenuNavigation::menuShown, m_statusBar, &StatusBar::showMenuName);
+    connect(
+        m_rooms->navigation, &MenuNavigation::statusBarWanted, m_statusBar, &QWidget::setVisible);
+    connect(m_rooms->link, &LinkControl::modeChanged, m_statusBar, &StatusBar::setLinkMode);
+    connect(m_rooms->link, &LinkControl::dialogOpened, m_statusBar,
+        [this] { m_statusBar->setLinkingEnabled(false); });
+    connect(m_rooms->link, &LinkControl::dialogClosed, this, &MainWindow::enableStatBut1);
 }
 
-QPushButton* MainWindow::addStatusButton(
-    const char* name, const QString& text, const QString& sheet)
+void MainWindow::setup_scopes()
 {
-    auto* button = new QPushButton(text);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(StatusButtonHeight);
-    button->setStyleSheet(sheet);
-    // as large as the bar allows: they are for fingers
-    button->setMinimumWidth(StatusButtonWidth);
-    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
-    QFont font = button->font();
-    font.setPixelSize(StatusFontPixels);
-    button->setFont(font);
-    // by itself it would be as pale as the button
-    QPalette palette = button->palette();
-    palette.setColor(QPalette::Disabled, QPalette::ButtonText, DisabledText);
-    button->setPalette(palette);
-    return button;
+    m_rooms->addScopes();
+    connectScopes(*m_rooms, *this);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -188,14 +99,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
-    // Where no window manager keeps it on top, a window is on top when it comes up; this one does
-    // so after this event.
+    // Where no window manager keeps the splash screen on top, a window that comes up is on top;
+    // this one comes up after this event.
     QMetaObject::invokeMethod(m_splash.get(), &QWidget::raise, Qt::QueuedConnection);
-}
-
-void MainWindow::button_pushed()
-{
-    QMessageBox box;
-    box.setText(QStringLiteral("A button was pushed"));
-    box.exec();
 }

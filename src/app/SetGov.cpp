@@ -3,7 +3,7 @@
 #include <QProcess>
 
 namespace {
-constexpr int LongestRunMs = 1000;
+constexpr int MaxRunMs = 1000;
 } // namespace
 
 void SetGov::changeGov()
@@ -11,6 +11,6 @@ void SetGov::changeGov()
     QProcess process;
     process.start(QStringLiteral("cpufreq-set"),
         {QStringLiteral("--governor"), QStringLiteral("performance")}, QIODevice::ReadWrite);
-    process.waitForFinished(LongestRunMs);
+    process.waitForFinished(MaxRunMs);
     process.close();
 }

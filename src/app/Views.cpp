@@ -24,6 +24,9 @@ void Views::set(Page Views::*page, QWidget* widget)
 {
     (this->*page).m_widget = widget;
     (this->*page).m_index = m_stack->indexOf(widget);
+    if (page == &Views::spectrum) {
+        announce();
+    }
 }
 
 void Views::show(Page Views::*page)
@@ -36,8 +39,48 @@ void Views::show(Page Views::*page)
 void Views::showMenu(QWidget* widget)
 {
     set(&Views::menu, widget);
-    m_current = Menus;
+    setCurrent(Menus);
     show(&Views::menu);
+}
+
+void Views::returnToMenus(QWidget* page)
+{
+    if (page != nullptr) {
+        showMenu(page);
+    }
+    setCurrent(Menus);
+}
+
+void Views::setCurrent(View view)
+{
+    m_current = view;
+    announce();
+}
+
+void Views::announce()
+{
+    emit changed(m_current, next());
+}
+
+Views::View Views::next() const
+{
+    if (m_current == Menus) {
+        return Scopes;
+    }
+    return m_current == Scopes && spectrum.m_widget != nullptr ? Spectrum : Menus;
+}
+
+void Views::showNext()
+{
+    setCurrent(next());
+    switch (m_current) {
+    case Menus:
+        return show(&Views::menu);
+    case Scopes:
+        return show(&Views::scopes);
+    case Spectrum:
+        return show(&Views::spectrum);
+    }
 }
 
 void Views::removed(int index)
@@ -48,7 +91,7 @@ void Views::removed(int index)
             --page->m_index;
         }
     }
-    // the stack shows whatever page comes next when the one on the screen goes
+    // When the page on the screen goes, the stack shows whatever page comes next.
     if (m_current == Menus && menu.m_widget == nullptr && m_waiting != nullptr) {
         m_stack->setCurrentWidget(m_waiting);
     }

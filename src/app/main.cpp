@@ -13,7 +13,7 @@ constexpr int SecondGovernorMs = 1000;
 
 int main(int argc, char** argv)
 {
-    // twice: the board's own start-up may set another governor while the panel comes up
+    // The governor is set twice: the board's own start-up may set another while the panel comes up.
     SetGov governor;
     governor.changeGov();
 

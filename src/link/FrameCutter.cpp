@@ -4,7 +4,7 @@
 
 void FrameCutter::append(const QString& characters)
 {
-    // what was handed out or dropped is given back once an append, not once a message
+    // The memory of what was handed out or dropped is freed once per append, not once per message.
     m_buffer.remove(0, m_begin);
     m_searched -= m_begin;
     m_begin = 0;

@@ -4,28 +4,29 @@
 
 #include <optional>
 
-// Cuts the messages of the front-panel link out of the characters that arrive.
-//
-// Characters go in by append(); after each append the owner calls next() until it answers nothing.
-// A message reaches from the first character that is left to the first EOT. What stands before an
-// STX goes away one character a call, however far the STX lies, and all of it when there is no STX
-// at all; the EOT of a message stays in front of what follows it, to be dropped the same way. Both
-// are how the main unit knows the panel, and are kept.
-//
-// The work per character does not grow with the length of an unfinished message.
+/// Cuts the messages of the front-panel link out of the characters that arrive.
+///
+/// Characters go in by append(); after each append the owner calls next() until it answers nothing.
+/// A message reaches from the first character that is left to the first EOT. The work per character
+/// does not grow with the length of an unfinished message.
+///
+/// Quirk: what stands before an STX goes away one character per call, however far the STX lies, and
+/// all of it when there is no STX at all; the EOT of a message stays in front of what follows it,
+/// to be dropped the same way. Main units know the panel so. See "Quirks" in docs/architecture.md.
 class FrameCutter
 {
 public:
-    // Adds characters (codes 0 to 255) behind those that are left.
+    /// Adds characters (codes 0 to 255) behind those that are left.
     void append(const QString& characters);
 
-    // Out: the next message with everything in front of it that was not dropped, its EOT included;
-    // nothing when no EOT is there yet.
+    /// \return the next message with everything in front of it that was not dropped, its EOT
+    /// included; nothing when no EOT is there yet.
     std::optional<QString> next();
 
-    // The characters that are left.
+    /// \return the characters that are left.
     QString rest() const { return m_buffer.mid(m_begin); }
 
+    /// Drops the characters that are left.
     void clear();
 
 private:

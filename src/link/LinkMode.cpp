@@ -6,7 +6,7 @@
 
 namespace {
 
-// commands of one demodulator's own display and set-up
+// Commands of one demodulator's own display and set-up.
 constexpr std::array<QLatin1String, 18> LocalCommands{QLatin1String(":DSDM"),
     QLatin1String(":NFFT"), QLatin1String(":SCBE"), QLatin1String(":SRT0"), QLatin1String(":B0LB"),
     QLatin1String(":FCS0"), QLatin1String(":MFS0"), QLatin1String(":DC0E"), QLatin1String(":AG0E"),
@@ -33,7 +33,8 @@ bool isLocal(const QString& message)
     return false;
 }
 
-// Only the first prefix that occurs is widened, all its occurrences.
+// Quirk: only the first prefix that occurs is widened, but all its occurrences. See "Quirks" in
+// docs/architecture.md.
 template <std::size_t N>
 void widenFirst(QString& message, const std::array<QLatin1String, N>& prefixes, QLatin1String all)
 {

@@ -8,9 +8,9 @@
 
 namespace {
 constexpr qint32 BaudRate = 115200;
-constexpr qsizetype MostBytesARead = 1024;
-// what may wait in the port while a modal editor keeps a handler busy
-constexpr qint64 MostBytesWaiting = 1 << 20;
+constexpr qsizetype MaxBytesPerRead = 1024;
+// This much may wait in the port while a modal editor keeps a handler busy
+constexpr qint64 MaxBytesWaiting = 1 << 20;
 } // namespace
 
 keySerial::keySerial() = default;
@@ -26,7 +26,7 @@ void keySerial::check_serial()
 bool keySerial::open_serial(const QString& name)
 {
     m_line = std::make_unique<SerialLine>(&logLink);
-    const bool ok = m_line->open(name, BaudRate, SerialLine::Reopen::Never, MostBytesWaiting);
+    const bool ok = m_line->open(name, BaudRate, SerialLine::Reopen::Never, MaxBytesWaiting);
     connect(&m_line->port(), &QSerialPort::readyRead, this, &keySerial::serial_data_in);
     connect(m_line.get(), &SerialLine::losing, this, [this] {
         m_rest = m_line->port().readAll();
@@ -65,10 +65,10 @@ void keySerial::serial_data_in()
 QByteArray keySerial::read()
 {
     if (m_line->isOpen()) {
-        return m_line->port().read(MostBytesARead);
+        return m_line->port().read(MaxBytesPerRead);
     }
-    QByteArray bytes = m_rest.left(MostBytesARead);
-    m_rest.remove(0, MostBytesARead);
+    QByteArray bytes = m_rest.left(MaxBytesPerRead);
+    m_rest.remove(0, MaxBytesPerRead);
     return bytes;
 }
 
@@ -79,7 +79,7 @@ bool keySerial::hasMore() const
 
 void keySerial::takeNextTurn()
 {
-    // bytes that are left are not announced again until others follow them
+    // Bytes that are left are not announced again until others follow them.
     if (m_turnQueued || (m_rest.isEmpty() && !hasMore())) {
         return;
     }

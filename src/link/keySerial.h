@@ -8,10 +8,10 @@
 
 #include <memory>
 
-// The serial link to the main unit: collects the bytes of its line and hands on whole messages.
-//
-// It does not send; the main window writes to port() itself. One message is handled to its end
-// before the next one is cut, also when its handler opens a modal editor.
+/// The serial link to the main unit: collects the bytes of its line and hands on whole messages.
+///
+/// It does not send; LinkControl writes to port(). One message is handled to its end before the
+/// next one is cut, also when its handler opens a modal editor.
 class keySerial : public QObject
 {
     Q_OBJECT
@@ -20,26 +20,26 @@ public:
     keySerial();
     ~keySerial() override;
 
-    // Looks at the serial ports of the system and does nothing with what it sees.
+    /// Looks at the serial ports of the system and does nothing with what it sees.
     void check_serial();
 
-    // Opens the line at 115200 baud. name: a device without a directory ("ttyO1"). Out: whether it
-    // is open. It is never opened again; a line that is lost stays closed.
+    /// Opens the line at 115200 baud. It is never opened again; a line that is lost stays closed.
+    /// \return whether it is open. \param name a device without a directory ("ttyO1")
     bool open_serial(const QString& name);
 
-    // The device name that was opened; empty before.
+    /// \return the device name that was opened; empty before.
     QString name() const;
 
-    // The port; nullptr before open_serial().
+    /// \return the port; nullptr before open_serial().
     QSerialPort* port();
 
 public slots:
-    // Takes what the port has, 1024 bytes at most, and emits the messages that are complete. If the
-    // port has more, the next turn comes from the event loop.
+    /// Takes what the port has, 1024 bytes at most, and emits the messages that are complete. If
+    /// the port has more, the next turn comes from the event loop.
     void serial_data_in();
 
 signals:
-    // One message, from its first character to its EOT.
+    /// Emitted once per message. \param message from its first character to its EOT
     void valid_mess_in(QString message);
 
 private:

@@ -1,9 +1,12 @@
 #include "menus/MenuMessages.h"
 
 #include "menus/GroupCells.h"
+#include "menus/ImmediateKey.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/KeyDefinition.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
 
 namespace {
 
@@ -57,9 +60,23 @@ void MenuMessages::copyKey(const QStringList& fields)
     }
 }
 
+// Returns the key that the first two fields name; nullptr, which is logged, when there is none.
+Key* MenuMessages::namedKey(QLatin1String word, const QStringList& fields) const
+{
+    const QString menu = fields.value(0);
+    const QString keyId = fields.value(1);
+    Key* key = book.findKey(menu, keyId);
+    if (key == nullptr && fields.size() > 1) {
+        wire::logIgnored(logMenus(), word,
+            book.find(menu) == nullptr ? QStringLiteral("no menu ") + menu
+                                       : QStringLiteral("no key ") + keyId);
+    }
+    return key;
+}
+
 void MenuMessages::changeValue(const QStringList& fields)
 {
-    Key* key = book.findKey(fields.value(0), fields.value(1));
+    Key* key = namedKey(wire::word::CV, fields);
     if (key == nullptr) {
         return;
     }
@@ -73,7 +90,7 @@ void MenuMessages::changeValue(const QStringList& fields)
 
 void MenuMessages::changeState(const QStringList& fields)
 {
-    Key* key = book.findKey(fields.value(0), fields.value(1));
+    Key* key = namedKey(wire::word::CK, fields);
     if (key == nullptr) {
         return;
     }
@@ -89,7 +106,7 @@ void MenuMessages::lockChoices(const QStringList& fields)
     if (fields.size() < 3) {
         return;
     }
-    Key* key = book.findKey(fields.value(0), fields.value(1));
+    Key* key = namedKey(wire::word::EI, fields);
     if (key == nullptr) {
         return;
     }
@@ -105,9 +122,19 @@ void MenuMessages::lockChoices(const QStringList& fields)
     onKeyAndLinked(key, [&](Key& each) { each.itemIds = positions; });
 }
 
+void MenuMessages::pressImmediately(const QStringList& fields)
+{
+    if (const auto key = ImmediateKey::fromFields(fields)) {
+        connect(key.get(), &Key::response_message, &book, &MenuBook::keyboard_response_message);
+        key->key_button_pushed();
+    }
+}
+
 void MenuMessages::selectMenu(const QStringList& fields)
 {
     if (KeyBoard* menu = book.find(fields.value(0))) {
         emit showMenu(menu);
+    } else if (!fields.isEmpty()) {
+        wire::logIgnored(logMenus(), wire::word::SK, QStringLiteral("no menu ") + fields.value(0));
     }
 }

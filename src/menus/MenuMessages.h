@@ -38,6 +38,10 @@ public:
     /// with fewer than three fields.
     void lockChoices(const QStringList& fields);
 
+    /// "IK": presses a key that is on no menu, as the operator would; returns when its editor is
+    /// closed. \param fields see ImmediateKey
+    void pressImmediately(const QStringList& fields);
+
     /// "SK": emits showMenu() for the menu that field 0 names.
     void selectMenu(const QStringList& fields);
 
@@ -46,4 +50,7 @@ public:
 signals:
     /// Emitted when the main unit wants this menu shown.
     void showMenu(KeyBoard* menu);
+
+private:
+    Key* namedKey(QLatin1String word, const QStringList& fields) const;
 };

@@ -15,7 +15,7 @@ SerialLine::SerialLine(Category category, QObject* parent)
 
 SerialLine::~SerialLine()
 {
-    // the port reports its own closing, when this object is no longer whole
+    // The port reports its own closing, at a time when this object is no longer whole.
     m_port.disconnect(this);
 }
 

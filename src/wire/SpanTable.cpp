@@ -12,7 +12,8 @@ SpanInfo::SpanInfo(const char* theLabel, const char* theFftParam, const char* th
 
 const QVector<SpanInfo>& spanTable()
 {
-    // "7.5 Mhz" is written so on the unit
+    // Quirk: "7.5 Mhz", with a small h, is how the unit writes it. See "Quirks" in
+    // docs/architecture.md.
     static const QVector<SpanInfo> table = {
         {"1 MHz  ", "12", "3990", 1.199056, {69.5, 69.75, 70, 70.25, 70.5}},
         {"3 MHz  ", "12", "3812", 3.235677106, {68.5, 69.25, 70, 70.75, 71.5}},

@@ -32,8 +32,8 @@ TraceLine TraceLine::now(bool in, const QString& frame)
         timer.start();
         return timer;
     }();
-    constexpr double SecondsAMillisecond = 1e-3;
-    return {static_cast<double>(clock.elapsed()) * SecondsAMillisecond, in, frame};
+    constexpr double SecondsPerMillisecond = 1e-3;
+    return {static_cast<double>(clock.elapsed()) * SecondsPerMillisecond, in, frame};
 }
 
 } // namespace wire

@@ -1,4 +1,7 @@
 #include "app/ProtocolExamples.h"
+#include "app/Rooms.h"
+#include "spectrum/SpectrumMessages.h"
+#include "tools/screen/Part.h"
 
 #include "link/LinkMode.h"
 #include "menus/KeyBoard.h"
@@ -292,13 +295,14 @@ ExampleRun::Outcome ExampleRun::attempt(const Example::Statement& statement)
     case Kind::KeyIs:
         return keyIs(name, statement.text.section(' ', -1));
     case Kind::StatusBarShows:
-        holds = m_window.statusBar_->isVisible() && m_window.statusBar_->currentMessage() == name;
+        holds = m_window.statusBar()->isVisible() && m_window.statusBar()->currentMessage() == name;
         break;
     case Kind::StatusBarHidden:
-        holds = !m_window.statusBar_->isVisible();
+        holds = !m_window.statusBar()->isVisible();
         break;
     case Kind::LinkModeShows:
-        holds = m_window.statusLabel->isVisible() && m_window.statusLabel->text() == name;
+        holds = part<QLabel>(m_window, "statusLabel")->isVisible() &&
+            part<QLabel>(m_window, "statusLabel")->text() == name;
         break;
     case Kind::BoxShows:
         holds = box != nullptr && box->text().contains(name);
@@ -380,9 +384,9 @@ ExampleRun::Outcome ExampleRun::sendsNothing()
 
 ExampleRun::Outcome ExampleRun::menuShows(const QString& menu, const QString& key, bool shown) const
 {
-    for (const KeyBoard* page : std::as_const(m_window.menus->book.pages)) {
+    for (const KeyBoard* page : std::as_const(m_window.rooms().menus->book.pages)) {
         const bool isShown = page->name == menu && page->frame->isVisible() &&
-            m_window.stack->currentWidget() == page->frame;
+            m_window.rooms().stack->currentWidget() == page->frame;
         if (isShown && (visibleButton(page->frame, key) != nullptr) == shown) {
             return Outcome::Holds;
         }
@@ -401,7 +405,7 @@ ExampleRun::Outcome ExampleRun::keyIs(const QString& text, const QString& look) 
 
 bool ExampleRun::scopeHolds(const Example::Statement& statement) const
 {
-    const ScopesPage* page = m_window.scopes;
+    const ScopesPage* page = m_window.rooms().scopes;
     if (page == nullptr || !page->isVisible()) {
         return false;
     }
@@ -437,7 +441,7 @@ bool ExampleRun::chartHolds(const Example::Statement& statement) const
 {
     const int channel = statement.names.value(0).toInt();
     const QString value = statement.names.value(1);
-    const SpectralCard* card = m_window.spectralCard;
+    const SpectralCard* card = m_window.rooms().spectrum->card();
     const SpectrumChart* chart = card != nullptr ? card->chart(channel) : nullptr;
     if (chart == nullptr || !card->isVisible()) {
         return false;

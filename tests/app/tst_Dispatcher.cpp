@@ -1,11 +1,15 @@
 #include "app/Dispatcher.h"
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "app/SlotTable.h"
+#include "link/LinkControl.h"
 #include "link/keySerial.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
+#include "wire/Commands.h"
 
 class tst_Dispatcher : public QObject
 {
@@ -27,7 +31,7 @@ private slots:
 
     void the_table_has_all_words_in_their_order()
     {
-        QCOMPARE(Dispatcher::words(),
+        QCOMPARE(Dispatcher(slotTable(*m_window)).words(),
             (QStringList{"AK", "SK", "CK", "CV", "CM", "SB", "DB", "PING", "Slave", "SQ", "SM",
                 "VER", "SH", "MS", "PAX", "LC", "EI", "SP", "IK", "SF", "HM", "ST", "PM",
                 "CLEAR"}));
@@ -55,7 +59,7 @@ private slots:
     void words_are_matched_letter_for_letter()
     {
         QFETCH(QString, message);
-        QTEST(Dispatcher(*m_window).dispatch(message), "known");
+        QTEST(Dispatcher(slotTable(*m_window)).dispatch(message), "known");
     }
 
     void the_queries_are_answered_over_the_line_data()
@@ -86,7 +90,7 @@ private slots:
     void short_lists_and_empty_fields_harm_nobody()
     {
         m_pty->takeReceived();
-        for (const QString& word : Dispatcher::words()) {
+        for (const QString& word : Dispatcher(slotTable(*m_window)).words()) {
             for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
                 // these open editors and boxes, or answer by themselves
                 if (word != "IK" && word != "DB" && word != "Slave") {
@@ -111,7 +115,7 @@ private slots:
     void every_message_is_widened_for_the_link_mode()
     {
         QFETCH(int, mode);
-        m_window->linkMode = mode;
+        m_window->rooms().link->setMode(mode);
         m_pty->takeReceived();
         m_window->send_mess("\x02"
                             "D2:FREQ R1:AGC\x04");
@@ -129,9 +133,9 @@ private slots:
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
         m_pty->close();
-        QTRY_VERIFY(!m_window->serial->port()->isOpen());
+        QTRY_VERIFY(!m_window->rooms().link->serial()->port()->isOpen());
         m_window->send_mess("\x02Main\x04");
-        QVERIFY(!m_window->serial->port()->isOpen());
+        QVERIFY(!m_window->rooms().link->serial()->port()->isOpen());
     }
 
     void a_unit_that_asks_and_never_reads_does_not_fill_the_memory()
@@ -144,21 +148,22 @@ private slots:
         for (int i = 0; i < 300; ++i) {
             QVERIFY(m_pty->write(burst));
         }
-        QTRY_VERIFY_WITH_TIMEOUT(m_window->serial->port()->bytesToWrite() > (1 << 20) - 6, 60000);
-        QVERIFY(m_window->serial->port()->bytesToWrite() <= (1 << 20) + 6);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_window->rooms().link->serial()->port()->bytesToWrite() > (1 << 20) - 6, 60000);
+        QVERIFY(m_window->rooms().link->serial()->port()->bytesToWrite() <= (1 << 20) + 6);
     }
 
     void clear_deletes_every_menu()
     {
         m_window->process_mess("\x02"
                                "AK,M,k,L,5,C,,0,,0,0,1\x04");
-        const QPointer<KeyBoard> menu = m_window->menus->book.find("M");
+        const QPointer<KeyBoard> menu = m_window->rooms().menus->book.find("M");
         const QPointer<Key> key = menu->keys.first();
         const QPointer<QPushButton> button = menu->buttons.first();
         const QPointer<QGroupBox> frame = menu->frame;
         m_window->process_mess("\x02"
                                "CLEAR\x04");
-        QVERIFY(m_window->menus->book.pages.isEmpty());
+        QVERIFY(m_window->rooms().menus->book.pages.isEmpty());
         QTRY_VERIFY(menu == nullptr && key == nullptr && button == nullptr && frame == nullptr);
     }
 
@@ -176,12 +181,62 @@ private slots:
         QTRY_COMPARE(shownKey(), QString("B1"));
         m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
         QTRY_COMPARE(shownKey(), QString("C2"));
-        QTRY_COMPARE(m_window->stack->count(), 5); // waiting, scopes and the three
+        QTRY_COMPARE(m_window->rooms().stack->count(), 5); // waiting, scopes and the three
         m_pty->write(framed("SK,A"));
         QTRY_COMPARE(shownKey(), QString("A2"));
-        for (const KeyBoard* menu : m_window->menus->book.pages) {
-            QCOMPARE(m_window->stack->widget(menu->stackIndex), menu->frame.data());
+        for (const KeyBoard* menu : m_window->rooms().menus->book.pages) {
+            QCOMPARE(m_window->rooms().stack->widget(menu->stackIndex), menu->frame.data());
         }
+    }
+
+    void every_word_of_the_table_has_its_slot()
+    {
+        QStringList words = Dispatcher(slotTable(*m_window)).words();
+        QCOMPARE(words.size(), wire::toPanel().size());
+        for (const wire::Command& command : wire::toPanel()) {
+            QCOMPARE(words.removeAll(command.word), 1);
+        }
+    }
+
+    void an_ignored_message_is_logged_with_the_reason_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("logged");
+        const auto row = [](const char* message, const char* logged) {
+            QTest::newRow(message) << QString(message) << QString(logged);
+        };
+        row("AK,M,k,L,5,C,,0,,0", "qn740.menus AK: 9 fields, needs 11");
+        row("SK,Nowhere", "qn740.menus SK: no menu Nowhere");
+        row("SK", "qn740.menus SK: 0 fields, needs 1");
+        row("CV,Nowhere,k,1,1", "qn740.menus CV: no menu Nowhere");
+        row("CK,Loading,k,1", "qn740.menus CK: no key k");
+        row("EI,Loading,k,1", "qn740.menus EI: no key k");
+        row("PAX,2", "qn740.menus PAX: neither 0 nor 1");
+        row("SM,5,1", "qn740.scopes SM: no demodulator 5");
+        row("SM,1,x", "qn740.scopes SM: the mode must be a whole number, not \"x\"");
+        row("SF,0,70", "qn740.spectrum SF: no spectrum yet");
+        row("ST", "qn740.spectrum ST: 0 fields, needs 1");
+        row("SB,x,Text", "qn740.link SB: the time must be a whole number, not \"x\"");
+        row("Foo", "qn740.link unknown word Foo");
+        row("SK,Loading", ""); // carried out
+        row("SB,0,Text", "");
+    }
+
+    void an_ignored_message_is_logged_with_the_reason()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, logged);
+        static QStringList lines;
+        lines.clear();
+        QLoggingCategory::setFilterRules("qn740.*.debug=true");
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext& context, const QString& text) {
+                lines += QString(context.category) + ' ' + text;
+            });
+        m_window->process_mess('\x02' + message + '\x04');
+        qInstallMessageHandler(before);
+        QLoggingCategory::setFilterRules("");
+        QCOMPARE(lines.join('|'), logged);
     }
 
     void the_debug_log_can_be_read_back()
@@ -206,7 +261,7 @@ private:
     QString shownKey() const
     {
         for (const QPushButton* button :
-            m_window->stack->currentWidget()->findChildren<QPushButton*>()) {
+            m_window->rooms().stack->currentWidget()->findChildren<QPushButton*>()) {
             if (button->isVisible()) {
                 return button->text();
             }

@@ -1,5 +1,6 @@
 // What the main unit sends while the operator has an editor open: over a real line, into the real
 // window, with real clicks. The editor's result goes to its key, or nowhere when the key is gone.
+#include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
@@ -56,7 +57,7 @@ void pressAll(QWidget* dialog, const QStringList& buttons)
 // enters the value.
 void use(Panel& panel, const Editor& editor, const std::function<void(QWidget*)>& fire)
 {
-    const Key* key = MenuBook::findKey(panel.window.menus->book.find("Test"), "k");
+    const Key* key = MenuBook::findKey(panel.window.rooms().menus->book.find("Test"), "k");
     QVERIFY(key != nullptr && key->GetKey() != nullptr && key->GetKey()->isVisible());
     whenModal([&](QWidget* dialog) {
         if (!editor.buttonsOver.isEmpty()) {
@@ -178,7 +179,8 @@ private slots:
         QFETCH(int, index);
         const Editor& editor = editors().at(index);
         open(editor);
-        const QPointer<Key> key = MenuBook::findKey(m_panel->window.menus->book.find("Test"), "k");
+        const QPointer<Key> key =
+            MenuBook::findKey(m_panel->window.rooms().menus->book.find("Test"), "k");
         use(*m_panel, editor, [&](QWidget* dialog) {
             m_panel->say({"CLEAR"});
             QTRY_VERIFY(key == nullptr);
@@ -252,7 +254,8 @@ private slots:
             });
             QVERIFY(m_panel->unit.write(framed("IK,Second,2,SEC ,,0,0 Off:1 On")));
             QTRY_VERIFY_WITH_TIMEOUT(done, LongMs);
-            QTRY_VERIFY_WITH_TIMEOUT(m_panel->window.menus->book.find("Test") == nullptr, LongMs);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                m_panel->window.rooms().menus->book.find("Test") == nullptr, LongMs);
         });
         QCOMPARE(m_panel->heard(), framed("SEC 1"));
     }

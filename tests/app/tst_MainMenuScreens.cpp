@@ -1,6 +1,8 @@
 // What the main menus, the link-mode dialog and the message boxes look like at 800 × 480. With
 // QN740_PICTURES=DIR every screen is left there as a PNG.
+#include "app/Rooms.h"
 #include "support/Panel.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
@@ -106,7 +108,8 @@ private slots:
         }
         messages += "SK,Main";
         panel.say(messages);
-        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Self Test")) != nullptr);
+        QTRY_VERIFY(
+            buttonWithText(panel.window.rooms().central, QStringLiteral("Self Test")) != nullptr);
         QTest::qWait(50);
         picture("main-menu");
         checkButtons(panel.window, 36 + 3);
@@ -125,7 +128,8 @@ private slots:
         messages += key("PAX", "o2", "Menu", false);
         messages += "PAX,1";
         panel.say(messages);
-        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Span")) != nullptr);
+        QTRY_VERIFY(
+            buttonWithText(panel.window.rooms().central, QStringLiteral("Span")) != nullptr);
         QTest::qWait(50);
         picture("pax-menu");
         checkButtons(panel.window, 13);
@@ -163,7 +167,7 @@ private slots:
         QFETCH(int, mode);
         linkMode::store(mode);
         Panel panel;
-        clickOn(panel.window.linkButton);
+        clickOn(part<QPushButton>(panel.window, "linkButton"));
         QWidget* dialog = Panel::shownWindow("linkDialog");
         QVERIFY(dialog != nullptr);
         QTest::qWait(50);

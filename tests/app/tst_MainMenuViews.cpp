@@ -1,8 +1,11 @@
 // Which page the main menu messages bring to the screen, over the line and with real touches.
+#include "app/MenuNavigation.h"
+#include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/Panel.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 #include <QStatusBar>
@@ -21,7 +24,7 @@ class tst_MainMenuViews : public QObject
 
     static KeyBoard* menu(const Panel& panel, const char* name)
     {
-        return panel.window.menus->book.find(QLatin1String(name));
+        return panel.window.rooms().menus->book.find(QLatin1String(name));
     }
 
     static void turn() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
@@ -32,30 +35,30 @@ private slots:
     void main_menu_does_nothing_before_there_is_one()
     {
         Panel panel;
-        const QWidget* shown = panel.window.stack->currentWidget();
-        clickOn(panel.window.mainMenuButton);
+        const QWidget* shown = panel.window.rooms().stack->currentWidget();
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), QByteArray());
-        QCOMPARE(panel.window.stack->currentWidget(), shown);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), shown);
         QCOMPARE(panel.window.mainMenuIndex(), -1);
         QCOMPARE(panel.window.paxMenuIndex(), -1);
-        QCOMPARE(panel.window.paxMenuListIndex, -1);
+        QCOMPARE(panel.window.rooms().navigation->paxListIndex(), -1);
     }
 
     void main_menu_shows_it_and_tells_the_main_unit()
     {
         Panel panel;
         panel.say({SourceKey, CopyToMain, "AK,Extra,k,L,0,C,,0,,0,0,1", "SK,Extra"});
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Extra")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Extra")->frame);
         QCOMPARE(panel.window.mainMenuIndex(), menu(panel, "Main")->stackIndex);
-        panel.window.views->setCurrent(Views::Scopes);
-        panel.window.scopesButton->setText(QStringLiteral("Menu"));
-        clickOn(panel.window.mainMenuButton);
+        panel.window.rooms().views->setCurrent(Views::Scopes);
+        part<QPushButton>(panel.window, "scopesButton")->setText(QStringLiteral("Menu"));
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Main")->frame);
-        QCOMPARE(panel.window.views->menu.widget(), menu(panel, "Main")->frame);
-        QCOMPARE(panel.window.views->current(), Views::Menus);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Main")->frame);
+        QCOMPARE(panel.window.rooms().views->menu.widget(), menu(panel, "Main")->frame);
+        QCOMPARE(panel.window.rooms().views->current(), Views::Menus);
         QVERIFY(!panel.window.displayActive());
-        QCOMPARE(panel.window.scopesButton->text(), QStringLiteral("Scopes"));
+        QCOMPARE(part<QPushButton>(panel.window, "scopesButton")->text(), QStringLiteral("Scopes"));
     }
 
     void Main_is_sent_unwidened_in_every_link_mode()
@@ -64,7 +67,7 @@ private slots:
             linkMode::store(mode);
             Panel panel;
             panel.say({SourceKey, CopyToMain});
-            clickOn(panel.window.mainMenuButton);
+            clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
             QCOMPARE(panel.heard(), framed("Main"));
         }
     }
@@ -81,13 +84,13 @@ private slots:
         turn();
         QCOMPARE(panel.window.mainMenuIndex(), index);
         panel.say({"AK,New,k,L,0,C,,0,,0,0,1", "SK,New"});
-        clickOn(panel.window.mainMenuButton);
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "New")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "New")->frame);
         panel.say({SourceKey, CopyToMain});
-        clickOn(panel.window.mainMenuButton);
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Main")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Main")->frame);
     }
 
     void a_redefinition_at_once_shows_the_right_pages_a_hundred_times()
@@ -104,12 +107,12 @@ private slots:
             messages += i % 2 == 0 ? "SK,Extra" : "SK,Main";
             panel.say(messages);
             turn();
-            QCOMPARE(panel.window.stack->currentWidget(),
+            QCOMPARE(panel.window.rooms().stack->currentWidget(),
                 menu(panel, i % 2 == 0 ? "Extra" : "Main")->frame);
-            clickOn(panel.window.mainMenuButton);
-            QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Main")->frame);
+            clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
+            QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Main")->frame);
             panel.say({"PAX,1"});
-            QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Big")->frame);
+            QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Big")->frame);
             panel.say({"PAX,0"});
             QVERIFY(i < 2 || widgets() == before);
             before = widgets();
@@ -123,11 +126,12 @@ private slots:
         QCOMPARE(panel.window.mainMenuIndex(), -1);
         panel.say({CopyToMain});
         QCOMPARE(panel.window.mainMenuIndex(), menu(panel, "Main")->stackIndex);
-        clickOn(panel.window.mainMenuButton);
-        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Source")) != nullptr);
-        QVERIFY(buttonWithText(panel.window.central, QStringLiteral("Own")) != nullptr);
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
+        QTRY_VERIFY(
+            buttonWithText(panel.window.rooms().central, QStringLiteral("Source")) != nullptr);
+        QVERIFY(buttonWithText(panel.window.rooms().central, QStringLiteral("Own")) != nullptr);
         panel.heard();
-        clickOn(buttonWithText(panel.window.central, QStringLiteral("Source")));
+        clickOn(buttonWithText(panel.window.rooms().central, QStringLiteral("Source")));
         QCOMPARE(panel.heard(), framed("K:1"));
     }
 
@@ -135,8 +139,10 @@ private slots:
     {
         Panel panel;
         panel.say({SourceKey, CopyToMain, "SK,Main"});
-        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Source")) != nullptr);
-        QPushButton* button = buttonWithText(panel.window.central, QStringLiteral("Source"));
+        QTRY_VERIFY(
+            buttonWithText(panel.window.rooms().central, QStringLiteral("Source")) != nullptr);
+        QPushButton* button =
+            buttonWithText(panel.window.rooms().central, QStringLiteral("Source"));
         clickOn(button);
         QCOMPARE(panel.heard(), framed("K:1"));
         QVERIFY(!button->styleSheet().contains(QLatin1String("green")));
@@ -154,19 +160,19 @@ private slots:
         Panel panel;
         panel.say({SourceKey, CopyToPax});
         QCOMPARE(panel.window.paxMenuIndex(), menu(panel, "Big")->stackIndex);
-        QCOMPARE(panel.window.paxMenuListIndex, 3);
-        panel.window.views->setCurrent(Views::Scopes);
+        QCOMPARE(panel.window.rooms().navigation->paxListIndex(), 3);
+        panel.window.rooms().views->setCurrent(Views::Scopes);
         QCOMPARE(panel.say({"PAX,1"}), QByteArray());
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Big")->frame);
-        QCOMPARE(panel.window.views->menu.widget(), menu(panel, "Big")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Big")->frame);
+        QCOMPARE(panel.window.rooms().views->menu.widget(), menu(panel, "Big")->frame);
         QVERIFY(!panel.window.displayActive());
-        QVERIFY(panel.window.statusBar_->isHidden());
+        QVERIFY(panel.window.statusBar()->isHidden());
         // its menu is one like others for "SK"
         panel.say({"SK,Tuner CH1"});
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
         panel.say({"PAX,0"});
-        QVERIFY(panel.window.statusBar_->isVisible());
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
+        QVERIFY(panel.window.statusBar()->isVisible());
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
     }
 
     void PAX_does_nothing_else_data()
@@ -181,18 +187,18 @@ private slots:
         QFETCH(QByteArray, message);
         Panel panel;
         panel.say({SourceKey, CopyToPax, "PAX,1", message});
-        QVERIFY(panel.window.statusBar_->isHidden());
+        QVERIFY(panel.window.statusBar()->isHidden());
         panel.say({"PAX,0", message});
-        QVERIFY(panel.window.statusBar_->isVisible());
+        QVERIFY(panel.window.statusBar()->isVisible());
     }
 
     void without_a_PAX_menu_the_status_bar_stays()
     {
         Panel panel;
-        const QWidget* shown = panel.window.stack->currentWidget();
+        const QWidget* shown = panel.window.rooms().stack->currentWidget();
         panel.say({"PAX,1"});
-        QVERIFY(panel.window.statusBar_->isVisible());
-        QCOMPARE(panel.window.stack->currentWidget(), shown);
+        QVERIFY(panel.window.statusBar()->isVisible());
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), shown);
     }
 
     void the_list_position_of_a_PAX_menu_that_is_gone_does_no_harm()
@@ -200,14 +206,14 @@ private slots:
         Panel panel;
         panel.say({SourceKey, CopyToPax, "PAX,1", "CLEAR"});
         turn();
-        QCOMPARE(panel.window.paxMenuListIndex, 3);
+        QCOMPARE(panel.window.rooms().navigation->paxListIndex(), 3);
         panel.say({"PAX,0", "PAX,1"}); // the list is empty
         panel.say({"AK,A,k,L,0,C,,0,,0,0,1", "AK,B,k,L,0,C,,0,,0,0,1", "AK,C,k,L,0,C,,0,,0,0,1",
             "AK,D,k,L,0,C,,0,,0,0,1", "SK,D", "PAX,0", "PAX,1"}); // another menu's
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "D")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "D")->frame);
         panel.say({SourceKey, CopyToPax, "PAX,1"});
-        QCOMPARE(panel.window.paxMenuListIndex, 5);
-        QCOMPARE(panel.window.stack->currentWidget(), menu(panel, "Big")->frame);
+        QCOMPARE(panel.window.rooms().navigation->paxListIndex(), 5);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Big")->frame);
     }
 
     void the_special_menu_becomes_the_main_menu()
@@ -215,28 +221,29 @@ private slots:
         Panel panel;
         panel.say({"AK,Main,own,Own,0,C:,,0,,0,0,1", "AK,Extra,k,L,0,C,,0,,0,0,1", "SK,Extra"});
         panel.window.process_special_menu();
-        const QPointer<QWidget> page = panel.window.stack->currentWidget();
+        const QPointer<QWidget> page = panel.window.rooms().stack->currentWidget();
         QCOMPARE(page->objectName(), QStringLiteral("specialPage"));
-        QCOMPARE(panel.window.stack->indexOf(page), panel.window.mainMenuIndex());
+        QCOMPARE(panel.window.rooms().stack->indexOf(page), panel.window.mainMenuIndex());
         panel.say({"SK,Extra"});
-        clickOn(panel.window.mainMenuButton);
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        QCOMPARE(panel.window.stack->currentWidget(), page);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), page);
         QTRY_VERIFY(buttonWithText(page, QStringLiteral("Own")) != nullptr);
         clickOn(buttonWithText(page, QStringLiteral("Own")));
         QCOMPARE(panel.heard(), framed("C:1"));
         panel.say({"CLEAR"});
         turn();
         QVERIFY(page == nullptr);
-        QCOMPARE(panel.window.stack->currentWidget()->objectName(), QStringLiteral("waitingPage"));
+        QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
+            QStringLiteral("waitingPage"));
     }
 
     void without_a_Main_there_is_no_special_menu()
     {
         Panel panel;
-        const QWidget* shown = panel.window.stack->currentWidget();
+        const QWidget* shown = panel.window.rooms().stack->currentWidget();
         panel.window.process_special_menu();
-        QCOMPARE(panel.window.stack->currentWidget(), shown);
+        QCOMPARE(panel.window.rooms().stack->currentWidget(), shown);
         QCOMPARE(panel.window.mainMenuIndex(), -1);
     }
 
@@ -244,10 +251,10 @@ private slots:
     {
         Panel panel;
         panel.say({"AK,Main,own,Own,0,C:,,0,,0,0,1"});
-        panel.window.views->setCurrent(Views::Spectrum);
+        panel.window.rooms().views->setCurrent(Views::Spectrum);
         panel.window.process_special_menu();
         QVERIFY(!panel.window.displayActive());
-        QCOMPARE(panel.window.scopesButton->text(), QStringLiteral("Scopes"));
+        QCOMPARE(part<QPushButton>(panel.window, "scopesButton")->text(), QStringLiteral("Scopes"));
     }
 
     void button_pushed_says_so()

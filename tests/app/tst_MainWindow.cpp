@@ -1,8 +1,11 @@
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "link/LinkControl.h"
 #include "link/LinkMode.h"
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
+#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
@@ -64,7 +67,7 @@ private slots:
         QCOMPARE(m_window->size(), QSize(800, 480));
         QVERIFY(m_window->windowFlags() & Qt::FramelessWindowHint);
         QCOMPARE(m_window->windowType(), Qt::Window);
-        QVERIFY(m_window->ready);
+        QVERIFY(m_window->isReady());
         QCOMPARE(m_window->styleSheet(),
             QString("QMainWindow {background-color: black; border-width: 2px; border-style: solid; "
                     "border-color: black; font-size: 16px;}                        "
@@ -82,7 +85,7 @@ private slots:
 
     void the_start_pages_are_plain_menus_and_loading_is_shown()
     {
-        const auto& pages = m_window->menus->book.pages;
+        const auto& pages = m_window->rooms().menus->book.pages;
         QCOMPARE(pages.size(), 2);
         QCOMPARE(pages.at(0)->name, QString("Loading"));
         QCOMPARE(pages.at(1)->name, QString("two"));
@@ -91,9 +94,9 @@ private slots:
             QCOMPARE(pages.at(i)->maxCol, 5);
             QCOMPARE(pages.at(i)->stackIndex, i);
         }
-        QCOMPARE(m_window->stack->currentIndex(), 0);
-        QCOMPARE(m_window->centralWidget(), m_window->central);
-        QCOMPARE(m_window->central->layout(), m_window->stack);
+        QCOMPARE(m_window->rooms().stack->currentIndex(), 0);
+        QCOMPARE(m_window->centralWidget(), m_window->rooms().central);
+        QCOMPARE(m_window->rooms().central->layout(), m_window->rooms().stack);
         QCOMPARE(m_window->mainMenuIndex(), -1);
         QCOMPARE(m_window->paxMenuIndex(), -1);
     }
@@ -121,7 +124,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!splash()->isVisible(), 40000);
         QVERIFY2(elapsed.elapsed() >= 15000, QByteArray::number(elapsed.elapsed()));
         // this one has no end of its own
-        QCOMPARE(m_window->statusBar_->currentMessage(), QString("TORVA QN740 - Start Up"));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString("TORVA QN740 - Start Up"));
     }
 
     void the_status_bar_has_its_parts_data()
@@ -153,11 +156,11 @@ private slots:
 
     void the_status_bar_starts_with_the_start_up_message()
     {
-        QCOMPARE(m_window->statusBar(), m_window->statusBar_);
-        QCOMPARE(m_window->statusBar_->currentMessage(), QString("TORVA QN740 - Start Up"));
-        QCOMPARE(m_window->statusBar_->minimumHeight(), 50);
-        QVERIFY(!m_window->statusBar_->isSizeGripEnabled());
-        QCOMPARE(m_window->statusBar_->styleSheet(),
+        QCOMPARE(m_window->statusBar(), m_window->statusBar());
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString("TORVA QN740 - Start Up"));
+        QCOMPARE(m_window->statusBar()->minimumHeight(), 50);
+        QVERIFY(!m_window->statusBar()->isSizeGripEnabled());
+        QCOMPARE(m_window->statusBar()->styleSheet(),
             QString("QStatusBar {background-color: #919191 ;  font-size: 16px; border-width: 2px; "
                     "border-style: solid; border-color: yellow;}"));
         QCOMPARE(m_window->findChild<QLabel*>("statusLabel")->text(), QString());
@@ -194,7 +197,7 @@ private slots:
         constexpr int Edge = 6;
         m_window->show();
         m_window->process_config_menu();
-        QPushButton* button = m_window->linkButton;
+        QPushButton* button = part<QPushButton>(*m_window, "linkButton");
         QVERIFY(!button->isEnabled());
         QCOMPARE(button->styleSheet(), QString("background-color: #4682b4"));
         const QImage image = button->grab(button->rect().adjusted(Edge, Edge, -Edge, -Edge))
@@ -215,9 +218,9 @@ private slots:
 
     void the_link_button_is_enabled_again_by_its_slot()
     {
-        m_window->linkButton->setEnabled(false);
+        part<QPushButton>(*m_window, "linkButton")->setEnabled(false);
         m_window->enableStatBut1();
-        QVERIFY(m_window->linkButton->isEnabled());
+        QVERIFY(part<QPushButton>(*m_window, "linkButton")->isEnabled());
     }
 
     void the_diagnostic_slot_shows_its_box()
@@ -236,11 +239,11 @@ private slots:
         m_window.reset();
         m_devices->remove("ttyO1");
         MainWindow window;
-        QVERIFY(window.ready);
-        QCOMPARE(window.serial->name(), QString("ttyO1"));
-        QVERIFY(!window.serial->port()->isOpen());
+        QVERIFY(window.isReady());
+        QCOMPARE(window.rooms().link->serial()->name(), QString("ttyO1"));
+        QVERIFY(!window.rooms().link->serial()->port()->isOpen());
         window.send_mess("\x02Main\x04");
-        QCOMPARE(window.stack->currentIndex(), 0);
+        QCOMPARE(window.rooms().stack->currentIndex(), 0);
     }
 
     void the_stored_link_mode_is_restored_data()
@@ -259,20 +262,20 @@ private slots:
         linkMode::store(mode);
         m_window = std::make_unique<MainWindow>();
         linkMode::store(0);
-        QCOMPARE(m_window->linkMode, mode);
-        QTEST(m_window->statusLabel->text(), "label");
+        QCOMPARE(m_window->rooms().link->mode(), mode);
+        QTEST(part<QLabel>(*m_window, "statusLabel")->text(), "label");
     }
 
     void sk_shows_a_menu_and_says_so()
     {
         m_window->show();
         unit("AK,Tuner CH1,k,L,5,C,,0,,0,0,1");
-        QCOMPARE(m_window->stack->currentIndex(), 0);
+        QCOMPARE(m_window->rooms().stack->currentIndex(), 0);
         unit("SK,Tuner CH1");
-        QCOMPARE(m_window->stack->currentWidget(), menu("Tuner CH1")->frame.data());
-        QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - Tuner CH1"));
+        QCOMPARE(m_window->rooms().stack->currentWidget(), menu("Tuner CH1")->frame.data());
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString("QN740 Menu - Tuner CH1"));
         unit("SK,Unknown");
-        QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - Tuner CH1"));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString("QN740 Menu - Tuner CH1"));
     }
 
     void the_text_of_sk_outlives_the_time_of_a_text_before_it()
@@ -282,17 +285,17 @@ private slots:
         unit("SB,100,Soon over");
         unit("SK,A");
         QTest::qWait(400);
-        QCOMPARE(m_window->statusBar_->currentMessage(), QString("QN740 Menu - A"));
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString("QN740 Menu - A"));
     }
 
     void sk_only_records_the_menu_while_a_display_is_up()
     {
         unit("AK,A,k,L,5,C,,0,,0,0,1");
-        m_window->views->setCurrent(Views::Scopes);
+        m_window->rooms().views->setCurrent(Views::Scopes);
         unit("SK,A");
-        QCOMPARE(m_window->stack->currentIndex(), 0);
-        QCOMPARE(m_window->views->menu.index(), menu("A")->stackIndex);
-        QCOMPARE(m_window->statusBar_->currentMessage(), QString("TORVA QN740 - Start Up"));
+        QCOMPARE(m_window->rooms().stack->currentIndex(), 0);
+        QCOMPARE(m_window->rooms().views->menu.index(), menu("A")->stackIndex);
+        QCOMPARE(m_window->statusBar()->currentMessage(), QString("TORVA QN740 - Start Up"));
     }
 
     void every_key_of_a_full_page_lies_on_the_screen_whole()
@@ -304,8 +307,8 @@ private slots:
         unit("SK,Full");
         QCOMPARE(m_window->size(), QSize(800, 480));
         QTest::qWait(0);
-        const QRect area(
-            m_window->central->mapTo(m_window.get(), QPoint()), m_window->central->size());
+        const QRect area(m_window->rooms().central->mapTo(m_window.get(), QPoint()),
+            m_window->rooms().central->size());
         QVERIFY(QRect(0, 0, 800, 480).contains(area));
         QList<QRect> keys;
         for (const QPushButton* button : menu("Full")->buttons) {
@@ -341,8 +344,10 @@ private slots:
         unit(QString("SB,0,%1").arg(QString(500, 'w')));
         QTest::qWait(0);
         QCOMPARE(m_window->size(), QSize(800, 480));
-        QVERIFY(m_window->rect().contains(m_window->scopesButton->mapTo(
-            m_window.get(), m_window->scopesButton->rect().bottomRight())));
+        QVERIFY(m_window->rect().contains(
+            part<QPushButton>(*m_window, "scopesButton")
+                ->mapTo(m_window.get(),
+                    part<QPushButton>(*m_window, "scopesButton")->rect().bottomRight())));
     }
 
     void a_press_on_the_glass_reaches_the_unit()
@@ -359,7 +364,7 @@ private slots:
 
 private:
     void unit(const QString& body) { m_window->process_mess('\x02' + body + '\x04'); }
-    KeyBoard* menu(const QString& name) const { return m_window->menus->book.find(name); }
+    KeyBoard* menu(const QString& name) const { return m_window->rooms().menus->book.find(name); }
 
     std::unique_ptr<DeviceDirectory> m_devices;
     Pty* m_pty = nullptr;

@@ -1,8 +1,10 @@
 // The panel as it is started for a card of the older type.
 #include "app/Identity.h"
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "spectrum/CardSide.h"
 #include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumMessages.h"
 #include "support/Pty.h"
 
 #include <QtTest>
@@ -32,12 +34,12 @@ private slots:
             devices.add(name);
         }
         const MainWindow window;
-        QVERIFY(window.noK7150);
-        QVERIFY(window.spectralCard != nullptr && !window.spectralCard->k7150Type());
-        QVERIFY(window.spectrumAvailable);
-        QCOMPARE(window.spectralCard->findChild<Rs422Bus*>()->portName(), taken);
-        QCOMPARE(window.spectralCard->isOpen(), !there.isEmpty());
-        QVERIFY(window.views->spectrum.index() >= 0);
+        QVERIFY(window.rooms().hasOlderCard);
+        QVERIFY(window.rooms().spectrum->card() != nullptr &&
+            !window.rooms().spectrum->card()->k7150Type());
+        QCOMPARE(window.rooms().spectrum->card()->findChild<Rs422Bus*>()->portName(), taken);
+        QCOMPARE(window.rooms().spectrum->card()->isOpen(), !there.isEmpty());
+        QVERIFY(window.rooms().views->spectrum.index() >= 0);
     }
 
     void the_card_is_asked_for_its_name_and_told_to_the_unit()
@@ -60,9 +62,9 @@ private slots:
         Pty& unit = devices.add("ttyO1");
         devices.add("ttyUSB11");
         MainWindow window;
-        SpectralCard* card = window.spectralCard;
+        SpectralCard* card = window.rooms().spectrum->card();
         window.process_mess(QString::fromLatin1(framed("ST,1")));
-        QCOMPARE(window.spectralCard, card);
+        QCOMPARE(window.rooms().spectrum->card(), card);
         QVERIFY(!card->k7150Type());
         QTRY_COMPARE(unit.received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"));
     }

@@ -1,6 +1,5 @@
 // Every example of docs/protocol.md is a message to the simulator, and the panel does with it what
 // the lines under it say.
-#include "app/Dispatcher.h"
 #include "app/ProtocolExamples.h"
 #include "scopes/IqBlockDecoder.h"
 #include "sim/card/CardPort.h"
@@ -10,6 +9,7 @@
 #include "spectrum/BusFrame.h"
 #include "support/LineEnd.h"
 #include "support/TestMain.h"
+#include "wire/Commands.h"
 #include "wire/Message.h"
 
 namespace {
@@ -75,7 +75,10 @@ private slots:
 
     void every_message_has_an_example()
     {
-        QStringList missing = Dispatcher::words();
+        QStringList missing;
+        for (const wire::Command& command : wire::toPanel()) {
+            missing += command.word;
+        }
         for (const Example& example : std::as_const(m_examples)) {
             for (const QByteArray& line : example.messages.split('\n')) {
                 missing.removeAll(QString::fromUtf8(line.split(',').first()));

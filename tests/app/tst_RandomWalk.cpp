@@ -2,11 +2,14 @@
 // its own says after each step which page must be on the screen.
 //
 // QN740_WALK_STEPS and QN740_WALK_SEED choose another length and another walk.
+#include "app/Rooms.h"
+#include "link/LinkControl.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/Heap.h"
 #include "support/Panel.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 #include <QMessageBox>
@@ -126,7 +129,7 @@ class tst_RandomWalk : public QObject
         m_panel->window.process_mess(QString::fromLatin1(framed(body.toLatin1())));
     }
 
-    QStackedLayout* stack() const { return m_panel->window.stack; }
+    QStackedLayout* stack() const { return m_panel->window.rooms().stack; }
 
     // The page that came last is the last of the stack.
     void remember(int page) { m_pages[page] = stack()->widget(stack()->count() - 1); }
@@ -194,7 +197,7 @@ class tst_RandomWalk : public QObject
             m_model.menuPage = menu->page;
             if (!m_model.scopesView) {
                 m_model.shown = menu->page;
-                QCOMPARE(m_panel->window.statusBar_->currentMessage(),
+                QCOMPARE(m_panel->window.statusBar()->currentMessage(),
                     QStringLiteral("QN740 Menu - ") + name);
             }
         }
@@ -267,10 +270,10 @@ class tst_RandomWalk : public QObject
 
     void touchMainMenu()
     {
-        if (!m_panel->window.mainMenuButton->isVisible()) {
+        if (!part<QPushButton>(m_panel->window, "mainMenuButton")->isVisible()) {
             return;
         }
-        clickOn(m_panel->window.mainMenuButton);
+        clickOn(part<QPushButton>(m_panel->window, "mainMenuButton"));
         if (m_model.mainPage != Model::Never) {
             m_model.returnToMenus(m_model.mainPage);
             m_expected += framed("Main");
@@ -278,10 +281,10 @@ class tst_RandomWalk : public QObject
     }
     void touchScopes()
     {
-        if (!m_panel->window.scopesButton->isVisible()) {
+        if (!part<QPushButton>(m_panel->window, "scopesButton")->isVisible()) {
             return;
         }
-        clickOn(m_panel->window.scopesButton);
+        clickOn(part<QPushButton>(m_panel->window, "scopesButton"));
         m_model.scopesView = !m_model.scopesView;
         if (m_model.scopesView) {
             m_model.shown = Model::ScopesPage;
@@ -322,7 +325,7 @@ class tst_RandomWalk : public QObject
     // Also one that is cleared and not yet deleted.
     const Key* keyOf(const QPushButton* button) const
     {
-        for (const Key* key : m_panel->window.menus->book.findChildren<Key*>()) {
+        for (const Key* key : m_panel->window.rooms().menus->book.findChildren<Key*>()) {
             if (key->GetKey() == button) {
                 return key;
             }
@@ -331,15 +334,16 @@ class tst_RandomWalk : public QObject
     }
     void touchLinking()
     {
-        if (!m_panel->window.linkButton->isVisible() || !m_panel->window.linkButton->isEnabled()) {
+        if (!part<QPushButton>(m_panel->window, "linkButton")->isVisible() ||
+            !part<QPushButton>(m_panel->window, "linkButton")->isEnabled()) {
             return;
         }
-        clickOn(m_panel->window.linkButton);
+        clickOn(part<QPushButton>(m_panel->window, "linkButton"));
         QWidget* dialog = Panel::shownWindow("linkDialog");
         QVERIFY(dialog != nullptr);
-        m_expected += framed("Slave," + QByteArray::number(m_panel->window.linkMode));
+        m_expected += framed("Slave," + QByteArray::number(m_panel->window.rooms().link->mode()));
         clickOn(buttonWithText(dialog, QStringLiteral("Close")));
-        QVERIFY(m_panel->window.linkButton->isEnabled());
+        QVERIFY(part<QPushButton>(m_panel->window, "linkButton")->isEnabled());
     }
 
     // --- what is checked
@@ -374,8 +378,8 @@ class tst_RandomWalk : public QObject
         const MainWindow& window = m_panel->window;
         QCOMPARE(shownPage(), m_model.shown);
         QCOMPARE(window.displayActive(), m_model.scopesView);
-        QCOMPARE(window.statusBar_->isHidden(), !m_model.statusBar);
-        QCOMPARE(window.scopesButton->text(),
+        QCOMPARE(window.statusBar()->isHidden(), !m_model.statusBar);
+        QCOMPARE(part<QPushButton>(window, "scopesButton")->text(),
             m_model.scopesView ? QStringLiteral("Menu") : QStringLiteral("Scopes"));
         QCOMPARE(window.mainMenuIndex() == -1, m_model.mainPage == Model::Never);
         QCOMPARE(window.paxMenuIndex() == -1, m_model.paxPage == Model::Never);
@@ -387,12 +391,13 @@ class tst_RandomWalk : public QObject
             QCOMPARE(stack()->widget(window.paxMenuIndex()), m_pages.value(m_model.paxPage));
         }
         if (m_model.menuPage >= 0) {
-            QCOMPARE(stack()->widget(window.views->menu.index()), m_pages.value(m_model.menuPage));
+            QCOMPARE(stack()->widget(window.rooms().views->menu.index()),
+                m_pages.value(m_model.menuPage));
         }
-        QCOMPARE(stack()->widget(window.views->scopes.index()), m_scopes);
-        QCOMPARE(window.menus->book.pages.size(), m_model.menus.size());
+        QCOMPARE(stack()->widget(window.rooms().views->scopes.index()), m_scopes);
+        QCOMPARE(window.rooms().menus->book.pages.size(), m_model.menus.size());
         for (qsizetype i = 0; i < m_model.menus.size(); ++i) {
-            const KeyBoard* menu = window.menus->book.pages.at(i);
+            const KeyBoard* menu = window.rooms().menus->book.pages.at(i);
             QCOMPARE(menu->name, m_model.menus.at(i).name);
             QCOMPARE(stack()->widget(menu->stackIndex), menu->frame);
             QCOMPARE(m_pages.value(m_model.menus.at(i).page), menu->frame);
@@ -452,11 +457,11 @@ private slots:
 
         Panel panel;
         m_panel = &panel;
-        m_scopes = m_panel->window.views->scopes.widget();
+        m_scopes = m_panel->window.rooms().views->scopes.widget();
         m_model.add(QStringLiteral("Loading"), true);
         m_model.add(QStringLiteral("two"), true);
         for (int i = 0; i < 2; ++i) {
-            m_pages[i] = panel.window.menus->book.pages.at(i)->frame;
+            m_pages[i] = panel.window.rooms().menus->book.pages.at(i)->frame;
         }
         m_model.menuPage = 0;
         m_model.shown = 0;

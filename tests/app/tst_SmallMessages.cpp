@@ -1,9 +1,12 @@
 // The small messages of the main unit and the link mode, over the line.
+#include "app/Rooms.h"
+#include "link/LinkControl.h"
 #include "link/LinkModeDialog.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/Panel.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 #include <QLabel>
@@ -66,8 +69,8 @@ private slots:
         QFETCH(QString, label);
         linkMode::store(mode);
         const Panel panel;
-        QCOMPARE(panel.window.linkMode, mode);
-        QCOMPARE(panel.window.statusLabel->text(), label);
+        QCOMPARE(panel.window.rooms().link->mode(), mode);
+        QCOMPARE(part<QLabel>(panel.window, "statusLabel")->text(), label);
     }
 
     void Slave_with_a_field_sets_the_mode_and_stores_it_data()
@@ -101,8 +104,8 @@ private slots:
         Panel panel;
         QSettings(QStringLiteral("TORVA"), QStringLiteral("QN740KB")).clear();
         QCOMPARE(panel.say({message}), QByteArray());
-        QCOMPARE(panel.window.linkMode, mode);
-        QCOMPARE(panel.window.statusLabel->text(), label);
+        QCOMPARE(panel.window.rooms().link->mode(), mode);
+        QCOMPARE(part<QLabel>(panel.window, "statusLabel")->text(), label);
         QCOMPARE(isStored(), stored);
         QCOMPARE(linkMode::stored(), stored ? mode : 0);
     }
@@ -132,12 +135,12 @@ private slots:
         QFETCH(QByteArray, sent);
         linkMode::store(mode);
         Panel panel;
-        clickOn(panel.window.linkButton);
+        clickOn(part<QPushButton>(panel.window, "linkButton"));
         QWidget* dialog = Panel::shownWindow("linkDialog");
         QVERIFY(dialog != nullptr);
-        QVERIFY(!panel.window.linkButton->isEnabled());
+        QVERIFY(!part<QPushButton>(panel.window, "linkButton")->isEnabled());
         QCOMPARE(panel.heard(), sent);
-        QCOMPARE(panel.window.linkMode, mode);
+        QCOMPARE(panel.window.rooms().link->mode(), mode);
         QStringList checked;
         for (const QRadioButton* radio : dialog->findChildren<QRadioButton*>()) {
             if (radio->isChecked()) {
@@ -148,16 +151,16 @@ private slots:
 
         const QPointer<QWidget> guard = dialog;
         clickOn(buttonWithText(dialog, QStringLiteral("Close")));
-        QVERIFY(panel.window.linkButton->isEnabled());
+        QVERIFY(part<QPushButton>(panel.window, "linkButton")->isEnabled());
         QTRY_VERIFY(guard == nullptr);
-        QVERIFY(panel.window.linkDialog == nullptr);
+        QVERIFY(panel.window.findChild<LinkModeDialog*>() == nullptr);
         QCOMPARE(panel.heard(), QByteArray());
     }
 
     void a_touch_on_a_mode_sends_shows_and_stores_it()
     {
         Panel panel;
-        clickOn(panel.window.linkButton);
+        clickOn(part<QPushButton>(panel.window, "linkButton"));
         QWidget* dialog = Panel::shownWindow("linkDialog");
         QVERIFY(QTest::qWaitForWindowExposed(dialog));
         panel.heard();
@@ -174,8 +177,8 @@ private slots:
             auto* radio = dialog->findChild<QRadioButton*>(QLatin1String(step.button));
             clickOn(radio);
             QCOMPARE(panel.heard(), framed("Slave," + QByteArray::number(step.mode)));
-            QCOMPARE(panel.window.linkMode, step.mode);
-            QCOMPARE(panel.window.statusLabel->text(), QLatin1String(step.label));
+            QCOMPARE(panel.window.rooms().link->mode(), step.mode);
+            QCOMPARE(part<QLabel>(panel.window, "statusLabel")->text(), QLatin1String(step.label));
             QCOMPARE(linkMode::stored(), step.mode);
             clickOn(radio); // chosen already
             QCOMPARE(panel.heard(), QByteArray());
@@ -191,7 +194,7 @@ private slots:
         panel.window.div_tog(false);
         panel.window.freq_tog(false);
         QCOMPARE(panel.heard(), QByteArray());
-        QCOMPARE(panel.window.linkMode, 1);
+        QCOMPARE(panel.window.rooms().link->mode(), 1);
         panel.window.freq_tog(true);
         QCOMPARE(panel.heard(), framed("Slave,2"));
         panel.window.master_tog(true);
@@ -202,28 +205,29 @@ private slots:
     void an_open_dialog_follows_the_main_unit()
     {
         Panel panel;
-        clickOn(panel.window.linkButton);
+        clickOn(part<QPushButton>(panel.window, "linkButton"));
         panel.heard();
         QCOMPARE(panel.say({"Slave,2"}), QByteArray());
-        QVERIFY(panel.window.linkDialog
+        QVERIFY(panel.window.findChild<LinkModeDialog*>()
                     ->findChild<QRadioButton*>(QStringLiteral("frequencyDiversityLinking"))
                     ->isChecked());
-        QCOMPARE(panel.window.linkMode, 2);
+        QCOMPARE(panel.window.rooms().link->mode(), 2);
     }
 
     void there_is_one_dialog_at_most()
     {
         Panel panel;
         panel.window.process_config_menu();
-        const LinkModeDialog* first = panel.window.linkDialog;
+        const LinkModeDialog* first = panel.window.findChild<LinkModeDialog*>();
         panel.window.process_config_menu();
-        QCOMPARE(panel.window.linkDialog, first);
+        QCOMPARE(panel.window.findChild<LinkModeDialog*>(), first);
         QCOMPARE(panel.heard(), framed("Slave,0"));
         for (int i = 0; i < 50; ++i) {
-            clickOn(buttonWithText(panel.window.linkDialog, QStringLiteral("Close")));
-            QTRY_VERIFY(panel.window.linkDialog == nullptr);
-            clickOn(panel.window.linkButton);
-            QVERIFY(panel.window.linkDialog != nullptr);
+            clickOn(
+                buttonWithText(panel.window.findChild<LinkModeDialog*>(), QStringLiteral("Close")));
+            QTRY_VERIFY(panel.window.findChild<LinkModeDialog*>() == nullptr);
+            clickOn(part<QPushButton>(panel.window, "linkButton"));
+            QVERIFY(panel.window.findChild<LinkModeDialog*>() != nullptr);
         }
         int dialogs = 0;
         for (const QWidget* top : QApplication::topLevelWidgets()) {
@@ -257,14 +261,14 @@ private slots:
         QFETCH(QString, shown);
         Panel panel;
         QCOMPARE(panel.say({message}), QByteArray());
-        QCOMPARE(panel.window.statusBar_->currentMessage(), shown);
+        QCOMPARE(panel.window.statusBar()->currentMessage(), shown);
     }
 
     void SB_with_a_time_goes_when_it_is_over()
     {
         Panel panel;
         panel.say({"SB,50,Soon gone"});
-        QTRY_COMPARE(panel.window.statusBar_->currentMessage(), QString());
+        QTRY_COMPARE(panel.window.statusBar()->currentMessage(), QString());
     }
 
     void DB_opens_a_box_data()
@@ -342,7 +346,7 @@ private slots:
     {
         Panel panel;
         panel.say({"AK,M,k,Key,99,C,,0,,0,0,1", "SK,M"});
-        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Key")) != nullptr);
+        QTRY_VERIFY(buttonWithText(panel.window.rooms().central, QStringLiteral("Key")) != nullptr);
         bool closed = false;
         whenModal([&](QWidget* editor) {
             panel.say({"DB,Look,1"});
@@ -355,7 +359,7 @@ private slots:
             }
             editor->close();
         });
-        clickOn(buttonWithText(panel.window.central, QStringLiteral("Key")));
+        clickOn(buttonWithText(panel.window.rooms().central, QStringLiteral("Key")));
         QVERIFY(closed);
         QCOMPARE(shownBoxes().size(), 0);
     }
@@ -364,12 +368,12 @@ private slots:
     {
         Panel panel;
         panel.say({"AK,M,k,Key,99,C,,0,,0,0,1", "SK,M"});
-        QTRY_VERIFY(buttonWithText(panel.window.central, QStringLiteral("Key")) != nullptr);
+        QTRY_VERIFY(buttonWithText(panel.window.rooms().central, QStringLiteral("Key")) != nullptr);
         whenModal([&](QWidget* editor) {
             panel.say({"DB,Look,1"});
             editor->close();
         });
-        clickOn(buttonWithText(panel.window.central, QStringLiteral("Key")));
+        clickOn(buttonWithText(panel.window.rooms().central, QStringLiteral("Key")));
         QTest::qWait(50);
         QCOMPARE(shownBoxes().size(), 1);
         QVERIFY(shownBoxes().first()->windowHandle()->isVisible());
@@ -435,7 +439,8 @@ private slots:
         QFETCH(QList<int>, locked);
         Panel panel;
         panel.say({"AK,M,k,Key,2,C,,0,0 A:1 B,0,0,1", "EI,M,k,9", message});
-        QCOMPARE(panel.window.menus->book.find(QStringLiteral("M"))->keys.first()->itemIds, locked);
+        QCOMPARE(panel.window.rooms().menus->book.find(QStringLiteral("M"))->keys.first()->itemIds,
+            locked);
     }
 };
 

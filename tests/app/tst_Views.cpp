@@ -112,6 +112,56 @@ private slots:
         QCOMPARE(shown(), QString("c"));
     }
 
+    void each_view_is_announced_with_the_one_that_follows_it()
+    {
+        QList<QPair<int, int>> announced;
+        connect(m_views.get(), &Views::changed, this, [&](Views::View current, Views::View next) {
+            announced.append({current, next});
+        });
+        m_views->set(&Views::scopes, m_stack->widget(1));
+        QVERIFY(announced.isEmpty());
+        m_views->showNext();
+        m_views->showNext();
+        m_views->showNext();
+        QCOMPARE(announced, (QList<QPair<int, int>>{{1, 0}, {0, 1}, {1, 0}}));
+        // a spectrum page that comes while the scopes are shown is what follows them
+        m_views->set(&Views::spectrum, m_stack->widget(2));
+        QCOMPARE(announced.takeLast(), (QPair<int, int>{1, 2}));
+        m_views->showNext();
+        QCOMPARE(announced.takeLast(), (QPair<int, int>{2, 0}));
+        m_views->showMenu(m_stack->widget(0));
+        QCOMPARE(announced.takeLast(), (QPair<int, int>{0, 1}));
+    }
+
+    void the_next_view_brings_its_page()
+    {
+        m_views->showMenu(m_stack->widget(3));
+        m_views->set(&Views::scopes, m_stack->widget(1));
+        for (int round = 0; round < 2; ++round) {
+            m_views->showNext();
+            QCOMPARE(shown(), QString("b"));
+            m_views->showNext();
+            QCOMPARE(shown(), QString("d"));
+        }
+        m_views->set(&Views::spectrum, m_stack->widget(2));
+        for (const char* page : {"b", "c", "d"}) {
+            m_views->showNext();
+            QCOMPARE(shown(), QString(page));
+            QVERIFY(m_views->isShown(m_stack->currentWidget()));
+        }
+    }
+
+    void back_in_the_menus_a_page_that_is_gone_leaves_the_screen_as_it_is()
+    {
+        m_views->setCurrent(Views::Spectrum);
+        m_views->returnToMenus(nullptr);
+        QCOMPARE(m_views->current(), Views::Menus);
+        QCOMPARE(shown(), QString("a"));
+        m_views->returnToMenus(m_stack->widget(2));
+        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(m_views->menu.index(), 2);
+    }
+
 private:
     QString shown() const { return qobject_cast<QLabel*>(m_stack->currentWidget())->text(); }
 

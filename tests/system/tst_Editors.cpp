@@ -1,5 +1,6 @@
 // Every modal editor from the finger to the unit: the panel's window, pressed by real clicks, and
 // the real simulated unit at the other end of the line. What counts is what the unit has received.
+#include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
@@ -40,7 +41,7 @@ class tst_Editors : public QObject, private UnitFixture
 
     Key* key(const char* menu, const char* id) const
     {
-        return MenuBook::findKey(m_window->menus->book.find(menu), id);
+        return MenuBook::findKey(m_window->rooms().menus->book.find(menu), id);
     }
 
     // Presses a key of a menu and, in the editor that opens, does what `then` does.

@@ -1,8 +1,10 @@
 // The scopes against the real simulated unit: what the operator chooses is what the unit sends and
 // what is plotted.
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "scopes/PlotView.h"
 #include "scopes/ScopesPage.h"
+#include "tools/screen/Part.h"
 #include "support/Program.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
@@ -61,7 +63,7 @@ private slots:
         m_unit->write("SM,1,3\n");
         QTRY_VERIFY_WITH_TIMEOUT(records.size() >= 3, LongMs);
         QCOMPARE(records.last().first().toByteArray().size(), 5);
-        QCOMPARE(m_window->scopes->modeButton(1)->text(), QString("Demod 1 SDI"));
+        QCOMPARE(m_window->rooms().scopes->modeButton(1)->text(), QString("Demod 1 SDI"));
     }
 
     void a_spoiled_line_is_still_shown_data()
@@ -120,16 +122,16 @@ private:
                 widget->hide(); // the splash
             }
         }
-        clickOn(m_window->scopesButton);
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
     }
 
     void choose(int demodulator, const QString& text)
     {
         whenModal([text](QWidget* dialog) { clickOn(buttonWithText(dialog, text)); });
-        clickOn(m_window->scopes->modeButton(demodulator));
+        clickOn(m_window->rooms().scopes->modeButton(demodulator));
     }
 
-    Scope* scope(int demodulator) const { return m_window->scopes->scope(demodulator); }
+    Scope* scope(int demodulator) const { return m_window->rooms().scopes->scope(demodulator); }
     PlotView* plot(int demodulator) const
     {
         return scope(demodulator)->findChild<PlotView*>("plotI");

@@ -1,9 +1,11 @@
 // The menus that the simulated unit sends at start-up, on the panel.
+#include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "sim/unit/MenuFile.h"
 #include "support/Panel.h"
+#include "tools/screen/Part.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -29,7 +31,7 @@ const QString Green("background-color: green");
 // The unit's word that this key is set now.
 QByteArray confirmation(const Panel& panel, const Key* key)
 {
-    for (const KeyBoard* page : panel.window.menus->book.pages) {
+    for (const KeyBoard* page : panel.window.rooms().menus->book.pages) {
         for (const Key* one : page->keys) {
             if (one == key) {
                 return QString("CV,%1,%2,0,1").arg(page->name, key->keyId).toLatin1();
@@ -61,7 +63,7 @@ private slots:
         QFETCH(QByteArray, word);
         Panel panel;
         panel.say(messages());
-        const KeyBoard* board = panel.window.menus->book.find(menu);
+        const KeyBoard* board = panel.window.rooms().menus->book.find(menu);
         QVERIFY(board != nullptr && board->mainMenu);
         const auto copies = messages({word}).size();
         QVERIFY(copies >= 8);
@@ -79,9 +81,9 @@ private slots:
     {
         Panel panel;
         panel.say(messages());
-        clickOn(panel.window.mainMenuButton);
+        clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        const KeyBoard* main = panel.window.menus->book.find(QStringLiteral("Main"));
+        const KeyBoard* main = panel.window.rooms().menus->book.find(QStringLiteral("Main"));
         Key* toggle = nullptr;
         for (Key* key : main->keys) {
             if (toggle == nullptr && key->type == Key::Toggle && !key->tog() &&

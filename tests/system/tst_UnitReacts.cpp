@@ -1,5 +1,6 @@
 // What the operator sets is what the scopes and charts of the panel show then: the panel's window,
 // pressed by real clicks, and the real simulated unit at the other end of all its lines.
+#include "app/Rooms.h"
 #include "link/LinkMode.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -7,6 +8,8 @@
 #include "scopes/ScopesPage.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
+#include "spectrum/SpectrumMessages.h"
+#include "tools/screen/Part.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 #include "support/UnitFixture.h"
@@ -45,9 +48,9 @@ class tst_UnitReacts : public QObject, private UnitFixture
     void set(const char* menu, const char* id, const QStringList& buttons, const QByteArray& sent)
     {
         say("PAX,0");
-        clickOn(m_window->mainMenuButton); // out of scopes and spectrum
+        clickOn(part<QPushButton>(*m_window, "mainMenuButton")); // out of scopes and spectrum
         say(QByteArray("SK,") + menu);
-        const Key* pressed = MenuBook::findKey(m_window->menus->book.find(menu), id);
+        const Key* pressed = MenuBook::findKey(m_window->rooms().menus->book.find(menu), id);
         QVERIFY(pressed != nullptr && pressed->GetKey()->isVisible());
         whenModal([&buttons](QWidget* editor) {
             for (const QString& button : buttons) {
@@ -59,19 +62,22 @@ class tst_UnitReacts : public QObject, private UnitFixture
         say("PING"); // and the unit's own answers are there
     }
 
-    Scope* scope(int demodulator) const { return m_window->scopes->scope(demodulator); }
-    SpectrumChart* chart(int channel) const { return m_window->spectralCard->chart(channel); }
+    Scope* scope(int demodulator) const { return m_window->rooms().scopes->scope(demodulator); }
+    SpectrumChart* chart(int channel) const
+    {
+        return m_window->rooms().spectrum->card()->chart(channel);
+    }
 
     void showScopes()
     {
-        clickOn(m_window->mainMenuButton);
-        clickOn(m_window->scopesButton);
+        clickOn(part<QPushButton>(*m_window, "mainMenuButton"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
     }
     void showSpectrum()
     {
         showScopes();
-        clickOn(m_window->scopesButton);
-        QVERIFY(m_window->spectralCard->isVisible());
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QVERIFY(m_window->rooms().spectrum->card()->isVisible());
     }
 
     // The mean opening of the next eyes of a demodulator.
@@ -96,7 +102,7 @@ class tst_UnitReacts : public QObject, private UnitFixture
     double carrierWidth(int channel)
     {
         constexpr double Above = -60.0;
-        QSignalSpy spectra(m_window->spectralCard, &SpectralCard::specUpdate);
+        QSignalSpy spectra(m_window->rooms().spectrum->card(), &SpectralCard::specUpdate);
         const auto next = [&spectra, channel]() -> QByteArray {
             int seen = 0;
             for (const QList<QVariant>& one : spectra) {
@@ -190,7 +196,9 @@ private slots:
         showScopes();
         const double bpsk = largestQ();
         QVERIFY2(bpsk >= 0.0 && bpsk < 0.2, QByteArray::number(bpsk)); // noise
-        QCOMPARE(MenuBook::findKey(m_window->menus->book.find("Demod 1"), "mod")->GetKey()->text(),
+        QCOMPARE(MenuBook::findKey(m_window->rooms().menus->book.find("Demod 1"), "mod")
+                     ->GetKey()
+                     ->text(),
             QString("Modulation: BPSK"));
     }
 
@@ -218,7 +226,7 @@ private slots:
         QSignalSpy second(scope(2), &Scope::rcv_eye_msg);
         QTRY_VERIFY_WITH_TIMEOUT(!first.isEmpty() && !second.isEmpty(), LongMs);
         whenModal([](QWidget* list) { popUps::press(list, "Off"); });
-        clickOn(m_window->scopes->modeButton(1));
+        clickOn(m_window->rooms().scopes->modeButton(1));
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D1:DSDM:0"), LongMs);
         // once what is under way is there, blocks of the second alone
         const auto onlySecond = [&] {
@@ -234,7 +242,8 @@ private slots:
         say("Slave,1");
         set("Demod 2", "rate", {"5", "0", "0", "Kbps"}, "D1 D2 D3:RATE:500000.000000");
         for (const char* menu : {"Demod 1", "Demod 2", "Demod 3"}) {
-            QTRY_COMPARE(MenuBook::findKey(m_window->menus->book.find(menu), "rate")->value, 5e5);
+            QTRY_COMPARE(
+                MenuBook::findKey(m_window->rooms().menus->book.find(menu), "rate")->value, 5e5);
         }
         set("Tuner CH2", "freq", {"2", "2", "5", "2", "MHz"}, "R1 R2:FREQ:2252.000000");
         for (int channel = 0; channel < 3; ++channel) {

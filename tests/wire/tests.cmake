@@ -1,3 +1,4 @@
+qn740_test(wire Commands)
 qn740_test(wire Message)
 qn740_test(wire SerialLine)
 qn740_test(wire SpanTable)

@@ -3,6 +3,7 @@
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
+#include "tools/screen/Part.h"
 #include "tools/screen/Screen.h"
 
 #include <QApplication>
@@ -25,7 +26,7 @@ QWidget* linkWindow()
 
 void takeLinkModes(PanelPictures& panel)
 {
-    clickOn(panel.window().linkButton);
+    clickOn(part<QPushButton>(panel.window(), "linkButton"));
     PanelPictures::settle();
     QWidget* dialog = linkWindow();
     if (dialog == nullptr) {
@@ -46,7 +47,7 @@ void takeLinkModes(PanelPictures& panel)
 
 void takeMainMenus(PanelPictures& panel)
 {
-    clickOn(panel.window().mainMenuButton);
+    clickOn(part<QPushButton>(panel.window(), "mainMenuButton"));
     PanelPictures::settle();
     panel.take(u"main-menu"_s);
     takeLinkModes(panel);

@@ -3,6 +3,7 @@
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "menus/StackLayout.h"
@@ -82,7 +83,7 @@ void takeMenus(PanelPictures& panel)
 void takeAllMenus(PanelPictures& panel)
 {
     QStringList names;
-    for (const KeyBoard* menu : panel.window().menus->book.pages) {
+    for (const KeyBoard* menu : panel.window().rooms().menus->book.pages) {
         if (menu->name != u"Loading"_s && menu->name != u"two"_s) {
             names += menu->name;
         }

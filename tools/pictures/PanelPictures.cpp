@@ -1,10 +1,12 @@
 #include "tools/pictures/PanelPictures.h"
 
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "app/Views.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
+#include "tools/screen/Part.h"
 #include "tools/screen/Screen.h"
 
 #include <QApplication>
@@ -118,7 +120,7 @@ void PanelPictures::say(const QString& message)
 
 KeyBoard* PanelPictures::menu(const QString& name) const
 {
-    return m_window->menus->book.find(name);
+    return m_window->rooms().menus->book.find(name);
 }
 
 void PanelPictures::press(const QString& menuName, const QString& keyId)
@@ -161,11 +163,11 @@ void PanelPictures::pressButton(QWidget* parent, const QString& text)
 
 void PanelPictures::showView(int view)
 {
-    for (int presses = 0; presses < 3 && m_window->views->current() != view; ++presses) {
-        clickOn(m_window->scopesButton);
+    for (int presses = 0; presses < 3 && m_window->rooms().views->current() != view; ++presses) {
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
         settle();
     }
-    if (m_window->views->current() != view) {
+    if (m_window->rooms().views->current() != view) {
         fail(u"no view %1"_s.arg(view));
     }
 }

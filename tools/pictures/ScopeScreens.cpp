@@ -2,7 +2,9 @@
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "scopes/ScopesPage.h"
+#include "tools/screen/Part.h"
 #include "tools/screen/Screen.h"
 
 #include <QPushButton>
@@ -27,7 +29,7 @@ void showModes(PanelPictures& panel, const QString& modes, const QString& pictur
 
 void takeScopes(PanelPictures& panel)
 {
-    clickOn(panel.window().scopesButton);
+    clickOn(part<QPushButton>(panel.window(), "scopesButton"));
     showModes(panel, u"213"_s, u"scopes-mixed"_s);
     panel.say(u"SQ,2,0"_s);
     PanelPictures::settle();
@@ -38,7 +40,7 @@ void takeScopes(PanelPictures& panel)
         panel.take(u"scopes-mode-list"_s);
         clickOn(buttonWithText(list, u"Cancel"_s));
     });
-    clickOn(panel.window().scopes->modeButton(2));
+    clickOn(panel.window().rooms().scopes->modeButton(2));
     showModes(panel, u"000"_s, u"scopes-off"_s);
     panel.showView(Views::Menus);
 }

@@ -4,6 +4,7 @@
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "app/Views.h"
 #include "scopes/ScopesPage.h"
 #include "sim/scope/ScopeBytes.h"
@@ -119,7 +120,7 @@ void takeSignals(PanelPictures& panel)
         QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers); // the page's layout
         for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
             const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
-            Scope& scope = *panel.window().scopes->scope(demodulator);
+            Scope& scope = *panel.window().rooms().scopes->scope(demodulator);
             beginAnew(scope);
             if (shown.mode == Sdi) {
                 plotRecords(scope);

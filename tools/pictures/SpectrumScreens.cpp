@@ -3,9 +3,11 @@
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
 #include "app/Views.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
+#include "spectrum/SpectrumMessages.h"
 #include "tools/screen/Screen.h"
 
 #include <QComboBox>
@@ -44,7 +46,7 @@ void takeSpectrum(PanelPictures& panel)
             panel.take(names.at(charts - 1) + (span == 0 ? u"-narrow"_s : u"-wide"_s));
         }
     }
-    SpectralCard& card = *panel.window().spectralCard;
+    SpectralCard& card = *panel.window().rooms().spectrum->card();
     auto* lowest = card.findChild<QComboBox*>(u"cboSpan3"_s);
     clickOn(lowest);
     PanelPictures::settle(ListMs);

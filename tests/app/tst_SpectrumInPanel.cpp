@@ -1,11 +1,16 @@
-// What the main unit's messages do to the spectrum page.
+// The spectrum page in the panel: its start, its place among the views, and its chart on the PAX
+// main menu.
 #include "app/MainWindow.h"
+#include "app/Rooms.h"
+#include "link/LinkControl.h"
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "spectrum/CardSide.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
+#include "spectrum/SpectrumMessages.h"
+#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
@@ -13,7 +18,7 @@
 #include <QComboBox>
 #include <QPushButton>
 
-class tst_SpectrumMessages : public QObject
+class tst_SpectrumInPanel : public QObject
 {
     Q_OBJECT
 
@@ -38,24 +43,24 @@ private slots:
 
     void there_is_no_spectrum_page_before_it_is_started()
     {
-        QVERIFY(m_window->spectralCard == nullptr);
-        QVERIFY(!m_window->spectrumAvailable);
-        QCOMPARE(m_window->views->spectrum.index(), -1);
+        QVERIFY(m_window->rooms().spectrum->card() == nullptr);
+        QVERIFY(m_window->rooms().spectrum->card() == nullptr);
+        QCOMPARE(m_window->rooms().views->spectrum.index(), -1);
         for (const char* message :
             {"SF,0,2250.5", "SP,0,3", "SH,0,0", "LC,1,1", "HM,0,-10", "ST,0", "ST", "ST,2"}) {
             tell(message);
         }
         m_window->spanClicked();
-        QVERIFY(m_window->spectralCard == nullptr);
+        QVERIFY(m_window->rooms().spectrum->card() == nullptr);
         QCOMPARE(m_unit->received(), QByteArray());
     }
 
     void st_starts_the_k7150_on_three_ports()
     {
         tell("ST,1");
-        SpectralCard* card = m_window->spectralCard;
-        QVERIFY(card != nullptr && card->k7150Type() && m_window->spectrumAvailable);
-        QCOMPARE(m_window->stack->widget(m_window->views->spectrum.index()), card);
+        SpectralCard* card = m_window->rooms().spectrum->card();
+        QVERIFY(card != nullptr && card->k7150Type());
+        QCOMPARE(m_window->rooms().stack->widget(m_window->rooms().views->spectrum.index()), card);
         QStringList ports;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         for (const Rs422Bus* bus : card->findChildren<Rs422Bus*>()) {
@@ -75,9 +80,9 @@ private slots:
     void st_twice_keeps_the_page_and_connects_it_once()
     {
         tell("ST,1");
-        SpectralCard* card = m_window->spectralCard;
+        SpectralCard* card = m_window->rooms().spectrum->card();
         tell("ST,1");
-        QCOMPARE(m_window->spectralCard, card);
+        QCOMPARE(m_window->rooms().spectrum->card(), card);
         QTRY_COMPARE(m_unit->received().size(), 6 * 9);
         m_unit->takeReceived();
         card->SetSpan(1, 9);
@@ -88,10 +93,10 @@ private slots:
     void demodulator_commands_are_widened_as_all_are_but_spans_are_local()
     {
         tell("ST,1");
-        m_window->linkMode = 1;
+        m_window->rooms().link->setMode(1);
         QTRY_COMPARE(m_unit->received().size(), 3 * 9);
         m_unit->takeReceived();
-        m_window->spectralCard->SetSpan(0, 3);
+        m_window->rooms().spectrum->card()->SetSpan(0, 3);
         QTRY_COMPARE(m_unit->received(), framed("D1:NFFT:11"));
     }
 
@@ -105,7 +110,7 @@ private slots:
     void st_is_not_widened_in_the_linked_modes()
     {
         QFETCH(int, mode);
-        m_window->linkMode = mode;
+        m_window->rooms().link->setMode(mode);
         tell("ST,1");
         QTRY_COMPARE(m_unit->received().size(), 3 * 9);
         QTest::qWait(20);
@@ -117,96 +122,18 @@ private slots:
         tell("ST,1");
         QTRY_COMPARE(m_unit->received().size(), 3 * 9);
         m_unit->takeReceived();
-        m_window->views->setCurrent(Views::Spectrum);
-        m_window->views->show(&Views::spectrum);
+        m_window->rooms().views->setCurrent(Views::Spectrum);
+        m_window->rooms().views->show(&Views::spectrum);
         const QByteArray told = framed("D1:NFFT:12") + framed("D2:NFFT:12") + framed("D3:NFFT:12");
         QTRY_COMPARE(m_unit->received(), told);
         Pty& card = *m_cards.at(0);
         QTRY_COMPARE(cardSide::only(card, "RFFT").size(), 1);
         QCOMPARE(cardSide::requests(card).first(), QByteArray("0190CNFT000000"));
-        m_window->views->show(&Views::menu);
-        m_window->views->show(&Views::spectrum);
+        m_window->rooms().views->show(&Views::menu);
+        m_window->rooms().views->show(&Views::spectrum);
         card.write(cardSide::k7150Spectrum(0, "x"));
         QTRY_COMPARE(cardSide::only(card, "RFFT").size(), 2);
         QCOMPARE(m_unit->received(), told);
-    }
-
-    void sf_sets_the_frequency_in_the_middle_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<double>("centre");
-        QTest::newRow("channel 1") << QByteArray("SF,1,2250.5") << 2250.5;
-        QTest::newRow("no frequency") << QByteArray("SF,1") << 70.0;
-        QTest::newRow("no number") << QByteArray("SF,1,x") << 70.0;
-        QTest::newRow("no channel") << QByteArray("SF,,2250.5") << 70.0;
-        QTest::newRow("another channel") << QByteArray("SF,7,2250.5") << 70.0;
-        QTest::newRow("negative channel") << QByteArray("SF,-1,2250.5") << 70.0;
-        QTest::newRow("huge channel") << QByteArray("SF,2147483647,2250.5") << 70.0;
-        QTest::newRow("channel beyond") << QByteArray("SF,4294967297,2250.5") << 70.0;
-        QTest::newRow("negative") << QByteArray("SF,1,-2250.5") << 70.0;
-        QTest::newRow("infinite") << QByteArray("SF,1,inf") << 70.0;
-        QTest::newRow("not a number") << QByteArray("SF,1,nan") << 70.0;
-        QTest::newRow("enormous") << QByteArray("SF,1,1e300") << 70.0;
-    }
-
-    void sf_sets_the_frequency_in_the_middle()
-    {
-        QFETCH(QByteArray, message);
-        tell("ST,1");
-        tell(message);
-        QTEST(m_window->spectralCard->centre(1), "centre");
-        QCOMPARE(m_window->spectralCard->centre(0), 70.0);
-    }
-
-    void sp_chooses_a_span_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<int>("span");
-        QTest::newRow("channel 2") << QByteArray("SP,2,9") << 9;
-        QTest::newRow("no span") << QByteArray("SP,2") << 0;
-        QTest::newRow("no number") << QByteArray("SP,2,a") << 0;
-        QTest::newRow("too high") << QByteArray("SP,2,10") << 0;
-        QTest::newRow("negative") << QByteArray("SP,2,-1") << 0;
-        QTest::newRow("another channel") << QByteArray("SP,3,9") << 0;
-        QTest::newRow("negative channel") << QByteArray("SP,-1,9") << 0;
-        QTest::newRow("lowest channel") << QByteArray("SP,-2147483648,9") << 0;
-        QTest::newRow("huge channel") << QByteArray("SP,2147483647,9") << 0;
-        QTest::newRow("channel beyond") << QByteArray("SP,4294967298,9") << 0;
-        QTest::newRow("huge span") << QByteArray("SP,2,2147483647") << 0;
-        QTest::newRow("lowest span") << QByteArray("SP,2,-2147483648") << 0;
-    }
-
-    void sp_chooses_a_span()
-    {
-        QFETCH(QByteArray, message);
-        tell("ST,1");
-        tell(message);
-        QTEST(m_window->spectralCard->getSpan(2), "span");
-        QCOMPARE(m_window->spectralCard->getSpan(0), 0);
-        QCOMPARE(m_window->spectralCard->getSpan(1), 0);
-    }
-
-    void sh_shows_and_hides_a_chart_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<bool>("shown");
-        QTest::newRow("hide") << QByteArray("SH,1,0") << false;
-        QTest::newRow("show") << QByteArray("SH,1,1") << true;
-        QTest::newRow("neither") << QByteArray("SH,1,2") << true;
-        QTest::newRow("no second field") << QByteArray("SH,1") << true;
-        QTest::newRow("no number") << QByteArray("SH,1,x") << true;
-        QTest::newRow("another chart") << QByteArray("SH,3,0") << true;
-    }
-
-    void sh_shows_and_hides_a_chart()
-    {
-        QFETCH(QByteArray, message);
-        QFETCH(bool, shown);
-        tell("ST,1");
-        tell(message);
-        QCOMPARE(m_window->spectralCard->chartAreaVisible(1), shown);
-        tell("SH,1,1");
-        QVERIFY(m_window->spectralCard->chartAreaVisible(1));
     }
 
     void sh_without_any_display_returns_to_the_menus_data()
@@ -227,14 +154,15 @@ private slots:
     {
         QFETCH(QByteArray, message);
         QFETCH(bool, returns);
-        clickOn(m_window->scopesButton);
-        QCOMPARE(m_window->views->current(), Views::Scopes);
-        QCOMPARE(m_window->scopesButton->text(), QString("Menu"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Menu"));
         tell(message);
-        const QWidget* menu = m_window->views->menu.widget();
-        QCOMPARE(m_window->views->current(), returns ? Views::Menus : Views::Scopes);
-        QCOMPARE(m_window->stack->currentWidget() == menu, returns);
-        QCOMPARE(m_window->scopesButton->text(), QString(returns ? "Scopes" : "Menu"));
+        const QWidget* menu = m_window->rooms().views->menu.widget();
+        QCOMPARE(m_window->rooms().views->current(), returns ? Views::Menus : Views::Scopes);
+        QCOMPARE(m_window->rooms().stack->currentWidget() == menu, returns);
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(),
+            QString(returns ? "Scopes" : "Menu"));
     }
 
     void sh_with_a_scope_or_a_spectrum_stays_where_it_is_data()
@@ -251,18 +179,19 @@ private slots:
             m_devices->add("ttyUSB2");
             m_window = std::make_unique<MainWindow>();
             m_window->show();
-            QVERIFY(m_window->scope_available() && !m_window->spectrumAvailable);
+            QVERIFY(m_window->scope_available() && m_window->rooms().spectrum->card() == nullptr);
         } else {
             tell("ST,1");
         }
-        m_window->views->setCurrent(Views::Scopes);
-        m_window->views->show(&Views::scopes);
-        m_window->scopesButton->setText("Menu");
+        m_window->rooms().views->setCurrent(Views::Scopes);
+        m_window->rooms().views->show(&Views::scopes);
+        part<QPushButton>(*m_window, "scopesButton")->setText("Menu");
         for (const char* message : {"SH,0,0", "SH,0,1"}) {
             tell(message);
-            QCOMPARE(m_window->views->current(), Views::Scopes);
-            QVERIFY(m_window->stack->currentWidget() != m_window->views->menu.widget());
-            QCOMPARE(m_window->scopesButton->text(), QString("Menu"));
+            QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
+            QVERIFY(
+                m_window->rooms().stack->currentWidget() != m_window->rooms().views->menu.widget());
+            QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Menu"));
         }
     }
 
@@ -270,7 +199,7 @@ private slots:
     {
         definePaxMenu();
         tell("ST,1");
-        SpectralCard* card = m_window->spectralCard;
+        SpectralCard* card = m_window->rooms().spectrum->card();
         tell("SH,1,0");
         tell("PAX,1");
         tell("SH,0,0"); // the lent chart stays while it is lent
@@ -284,115 +213,63 @@ private slots:
         QVERIFY(!card->chartAreaVisible(2));
     }
 
-    void lc_sets_the_colour_of_a_trace_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<QList<int>>("colours"); // of the three charts
-        QTest::newRow("trace 1") << QByteArray("LC,0,1") << QList<int>{0, 3, 1};
-        QTest::newRow("trace 3") << QByteArray("LC,6,3") << QList<int>{5, 3, 6};
-        QTest::newRow("no trace: all") << QByteArray("LC,4") << QList<int>{4, 4, 4};
-        QTest::newRow("trace 4") << QByteArray("LC,4,4") << QList<int>{5, 3, 1};
-        QTest::newRow("trace 0: all") << QByteArray("LC,4,0") << QList<int>{4, 4, 4};
-        QTest::newRow("lowest number") << QByteArray("LC,4,-2147483648") << QList<int>{5, 3, 1};
-        QTest::newRow("unknown colour") << QByteArray("LC,8,1") << QList<int>{5, 3, 1};
-        QTest::newRow("no colour") << QByteArray("LC") << QList<int>{5, 3, 1};
-        QTest::newRow("no number") << QByteArray("LC,1,x") << QList<int>{5, 3, 1};
-    }
-
-    void lc_sets_the_colour_of_a_trace()
-    {
-        QFETCH(QByteArray, message);
-        QFETCH(QList<int>, colours);
-        tell("ST,1");
-        tell(message);
-        for (int channel = 0; channel < 3; ++channel) {
-            QCOMPARE(m_window->spectralCard->chart(channel)->lineColor(),
-                SpectralCard::lineColor(colours.at(channel)));
-        }
-    }
-
-    void hm_sets_the_horizontal_markers_data()
-    {
-        QTest::addColumn<QByteArray>("message");
-        QTest::addColumn<QList<double>>("levels");
-        QTest::newRow("two") << QByteArray("HM,0,-20.5,-80") << QList<double>{-20.5, -80.0};
-        QTest::newRow("none") << QByteArray("HM,0") << QList<double>{};
-        QTest::newRow("no number") << QByteArray("HM,0,-20,x") << QList<double>{-1.0};
-        QTest::newRow("no channel") << QByteArray("HM") << QList<double>{-1.0};
-        QTest::newRow("another channel") << QByteArray("HM,5,-20") << QList<double>{-1.0};
-        QTest::newRow("wild") << QByteArray("HM,0,nan,inf,1e300,-30") << QList<double>{-30.0};
-    }
-
-    void hm_sets_the_horizontal_markers()
-    {
-        QFETCH(QByteArray, message);
-        tell("ST,1");
-        m_window->spectralCard->setHMarkers(0, {-1.0});
-        tell(message);
-        QFETCH(QList<double>, levels);
-        const QList<double> shown = m_window->spectralCard->chart(0)->hMarkers();
-        QCOMPARE(shown.size(), levels.size());
-        for (qsizetype i = 0; i < levels.size(); ++i) {
-            QCOMPARE(shown.at(i), levels.at(i));
-        }
-    }
-
     void the_page_is_polled_while_it_is_shown()
     {
         tell("ST,1");
         QTest::qWait(150);
         QCOMPARE(cardSide::requests(*m_cards.at(0)).size(), 0);
-        m_window->views->setCurrent(Views::Spectrum);
-        m_window->views->show(&Views::spectrum);
+        m_window->rooms().views->setCurrent(Views::Spectrum);
+        m_window->rooms().views->show(&Views::spectrum);
         QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         m_cards.at(0)->write(cardSide::k7150Spectrum(0, cardSide::carrier(512, 100, -20)));
-        QTRY_COMPARE(m_window->spectralCard->chart(0)->peak().level, -20.0);
+        QTRY_COMPARE(m_window->rooms().spectrum->card()->chart(0)->peak().level, -20.0);
     }
 
     void the_views_go_round_with_the_card_s_page()
     {
         tell("ST,1");
-        SpectralCard* card = m_window->spectralCard;
-        QPushButton* button = m_window->scopesButton;
-        const QWidget* menu = m_window->stack->currentWidget();
+        SpectralCard* card = m_window->rooms().spectrum->card();
+        QPushButton* button = part<QPushButton>(*m_window, "scopesButton");
+        const QWidget* menu = m_window->rooms().stack->currentWidget();
         for (int round = 0; round < 2; ++round) {
             QCOMPARE(button->text(), QString("Scopes"));
             clickOn(button);
-            QCOMPARE(m_window->views->current(), Views::Scopes);
-            QCOMPARE(m_window->stack->currentWidget(), m_window->views->scopes.widget());
+            QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
+            QCOMPARE(
+                m_window->rooms().stack->currentWidget(), m_window->rooms().views->scopes.widget());
             QVERIFY(!card->isVisible());
             QCOMPARE(button->text(), QString("Spectrum"));
             clickOn(button);
-            QCOMPARE(m_window->views->current(), Views::Spectrum);
+            QCOMPARE(m_window->rooms().views->current(), Views::Spectrum);
             QVERIFY(card->isVisible() && card->chart(0)->isVisible());
             QCOMPARE(button->text(), QString("Menu"));
             clickOn(button);
-            QCOMPARE(m_window->views->current(), Views::Menus);
-            QCOMPARE(m_window->stack->currentWidget(), menu);
+            QCOMPARE(m_window->rooms().views->current(), Views::Menus);
+            QCOMPARE(m_window->rooms().stack->currentWidget(), menu);
             QVERIFY(!card->isVisible());
         }
     }
 
     void st_while_the_scopes_are_shown_offers_the_spectrum_next()
     {
-        clickOn(m_window->scopesButton);
-        QCOMPARE(m_window->scopesButton->text(), QString("Menu"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Menu"));
         tell("ST,1");
-        QCOMPARE(m_window->views->current(), Views::Scopes);
-        QCOMPARE(m_window->scopesButton->text(), QString("Spectrum"));
-        clickOn(m_window->scopesButton);
-        QVERIFY(m_window->spectralCard->isVisible());
+        QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Spectrum"));
+        clickOn(part<QPushButton>(*m_window, "scopesButton"));
+        QVERIFY(m_window->rooms().spectrum->card()->isVisible());
     }
 
     void the_page_lies_inside_the_window()
     {
         tell("ST,1");
-        m_window->views->setCurrent(Views::Spectrum);
-        m_window->views->show(&Views::spectrum);
+        m_window->rooms().views->setCurrent(Views::Spectrum);
+        m_window->rooms().views->show(&Views::spectrum);
         QCOMPARE(m_window->size(), QSize(800, 480));
-        QVERIFY(m_window->spectralCard->height() <= 430);
+        QVERIFY(m_window->rooms().spectrum->card()->height() <= 430);
         QTest::qWait(50);
-        for (const QWidget* widget : m_window->spectralCard->findChildren<QWidget*>()) {
+        for (const QWidget* widget : m_window->rooms().spectrum->card()->findChildren<QWidget*>()) {
             if (widget->isVisible() && widget->window() == m_window.get()) {
                 const QRect at(widget->mapTo(m_window.get(), QPoint(0, 0)), widget->size());
                 QVERIFY2(QRect(0, 0, 800, 432).contains(at), qPrintable(widget->objectName()));
@@ -412,21 +289,21 @@ private slots:
             clickOn(button);
         });
         m_window->spanClicked();
-        QCOMPARE(m_window->spectralCard->getSpan(0), 3);
+        QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
         whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "Cancel")); });
         m_window->spanClicked();
-        QCOMPARE(m_window->spectralCard->getSpan(0), 3);
+        QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
     }
 
     void the_first_chart_is_lent_and_returned()
     {
         tell("ST,1");
         tell("SH,1,0");
-        SpectralCard* card = m_window->spectralCard;
+        SpectralCard* card = m_window->rooms().spectrum->card();
         auto* page = new KeyBoard;
         page->new_PAX_mm_keyboard("Pax", 5, 2);
-        m_window->menus->book.add(page);
-        m_window->stack->setCurrentWidget(page->frame);
+        m_window->rooms().menus->book.add(page);
+        m_window->rooms().stack->setCurrentWidget(page->frame);
         m_window->lendChart(page->chan2Grid);
         m_window->lendChart(page->chan2Grid);
         QVERIFY(page->frame->isAncestorOf(card->chart(0)));
@@ -448,17 +325,18 @@ private slots:
         definePaxMenu();
         tell("PAX,1");
         tell("ST,1");
-        QVERIFY(m_window->views->paxMenu.widget()->isAncestorOf(m_window->spectralCard->chart(0)));
-        QVERIFY(!m_window->spectralCard->chartAreaVisible(1));
+        QVERIFY(m_window->rooms().views->paxMenu.widget()->isAncestorOf(
+            m_window->rooms().spectrum->card()->chart(0)));
+        QVERIFY(!m_window->rooms().spectrum->card()->chartAreaVisible(1));
     }
 
     void the_pax_menu_shows_the_first_chart_and_gives_it_back()
     {
         definePaxMenu();
         tell("ST,1");
-        SpectralCard* card = m_window->spectralCard;
+        SpectralCard* card = m_window->rooms().spectrum->card();
         tell("PAX,1");
-        QVERIFY(m_window->views->paxMenu.widget()->isAncestorOf(card->chart(0)));
+        QVERIFY(m_window->rooms().views->paxMenu.widget()->isAncestorOf(card->chart(0)));
         QVERIFY(card->chart(0)->isVisible());
         QVERIFY(card->chart(0)->height() >= 100 && card->chart(0)->width() >= 300);
         QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
@@ -474,11 +352,11 @@ private slots:
         definePaxMenu();
         tell("ST,1");
         tell("PAX,1");
-        QPushButton* key = buttonWithText(m_window->views->paxMenu.widget(), "Span");
+        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), "Span");
         QVERIFY(key != nullptr);
         whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "40 MHz")); });
         clickOn(key);
-        QCOMPARE(m_window->spectralCard->getSpan(0), 9);
+        QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 9);
     }
 
     void a_cleared_pax_menu_gives_the_chart_back_first()
@@ -486,10 +364,10 @@ private slots:
         definePaxMenu();
         tell("ST,1");
         tell("PAX,1");
-        const QPointer<SpectrumChart> chart(m_window->spectralCard->chart(0));
+        const QPointer<SpectrumChart> chart(m_window->rooms().spectrum->card()->chart(0));
         tell("CLEAR");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(chart != nullptr && m_window->spectralCard->isAncestorOf(chart));
+        QVERIFY(chart != nullptr && m_window->rooms().spectrum->card()->isAncestorOf(chart));
     }
 
     void a_chart_that_goes_down_with_its_pax_page_comes_anew()
@@ -497,12 +375,13 @@ private slots:
         tell("ST,1");
         auto* page = new KeyBoard;
         page->new_PAX_mm_keyboard("Pax", 5, 2);
-        m_window->menus->book.add(page);
+        m_window->rooms().menus->book.add(page);
         m_window->lendChart(page->chan2Grid);
-        m_window->menus->book.clear();
+        m_window->rooms().menus->book.clear();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         m_window->returnChart();
-        QVERIFY(m_window->spectralCard->isAncestorOf(m_window->spectralCard->chart(0)));
+        QVERIFY(m_window->rooms().spectrum->card()->isAncestorOf(
+            m_window->rooms().spectrum->card()->chart(0)));
     }
 
 private:
@@ -520,5 +399,5 @@ private:
     std::unique_ptr<MainWindow> m_window;
 };
 
-QN740_TEST_MAIN(tst_SpectrumMessages)
-#include "tst_SpectrumMessages.moc"
+QN740_TEST_MAIN(tst_SpectrumInPanel)
+#include "tst_SpectrumInPanel.moc"

@@ -1,0 +1,103 @@
+#include "app/Rooms.h"
+
+#include "app/ChoiceLists.h"
+#include "app/DisplayLoan.h"
+#include "app/MenuNavigation.h"
+#include "link/BoxMessages.h"
+#include "link/LinkControl.h"
+#include "link/MessageBoxes.h"
+#include "link/ResendLine.h"
+#include "menus/KeyBoard.h"
+#include "menus/MenuMessages.h"
+#include "scopes/ScopeMessages.h"
+#include "scopes/ScopesPage.h"
+#include "spectrum/SpectralCard.h"
+#include "spectrum/SpectrumMessages.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+constexpr int StartPageLastCell = 5;
+
+bool isForOlderCard()
+{
+    return QCoreApplication::arguments().contains(QStringLiteral("-noK7150"));
+}
+
+} // namespace
+
+Rooms::Rooms(QWidget* window)
+    : hasOlderCard(isForOlderCard())
+    , central(new QWidget(window))
+    , stack(new QStackedLayout)
+    , views(new Views(stack, window))
+    , menus(new MenuMessages(stack, window))
+    , navigation(new MenuNavigation(*menus, *views, window))
+    , link(new LinkControl(window))
+    , boxes(new BoxMessages(window))
+    , messageBoxes(new MessageBoxes(window))
+    , resendLine(new ResendLine(window))
+    , spectrum(new SpectrumMessages(hasOlderCard, central, window))
+    , choices(new ChoiceLists(window))
+    , m_window(window)
+{
+    central->setObjectName(QStringLiteral("central"));
+    connectSpectrum();
+    addStartPages();
+    central->setLayout(stack);
+    central->show();
+}
+
+void Rooms::addStartPages()
+{
+    for (const QString& name : {QStringLiteral("Loading"), QStringLiteral("two")}) {
+        auto* page = new KeyBoard;
+        page->new_keyboard(name, StartPageLastCell, StartPageLastCell);
+        menus->book.add(page);
+    }
+    views->addWaitingPage();
+    views->showMenu(menus->book.pages.constFirst()->frame);
+}
+
+void Rooms::connectSpectrum()
+{
+    QObject::connect(spectrum, &SpectrumMessages::pageMade, central, [this](SpectralCard* page) {
+        stack->addWidget(page);
+        views->set(&Views::spectrum, page);
+    });
+    QObject::connect(spectrum, &SpectrumMessages::pageMissed, central, [this] {
+        if (!scopes->anyPortOpen()) {
+            views->returnToMenus(views->menu.widget());
+        }
+    });
+    QObject::connect(spectrum, &SpectrumMessages::unframedResponse, link, &LinkControl::write);
+    QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices, &ChoiceLists::askSpan);
+    QObject::connect(choices, &ChoiceLists::spanChosen, spectrum, &SpectrumMessages::applyChoice);
+}
+
+void Rooms::addScopes()
+{
+    scopes = new ScopesPage(central);
+    stack->addWidget(scopes);
+    views->set(&Views::scopes, scopes);
+    scopeMessages = new ScopeMessages(*scopes, m_window);
+    loan = new DisplayLoan(*scopes, *spectrum, m_window);
+    connectScopeMessages();
+    connectLoan();
+    resendLine->open();
+}
+
+void Rooms::connectScopeMessages()
+{
+    QObject::connect(
+        scopeMessages, &ScopeMessages::choiceWanted, choices, &ChoiceLists::askScopeMode);
+}
+
+void Rooms::connectLoan()
+{
+    QObject::connect(navigation, &MenuNavigation::displaysWanted, loan, &DisplayLoan::lendTo);
+    QObject::connect(navigation, &MenuNavigation::displaysReturned, loan, &DisplayLoan::takeBack);
+    QObject::connect(spectrum, &SpectrumMessages::started, loan,
+        [this] { loan->lendChartTo(navigation->shownPaxPlace()); });
+}

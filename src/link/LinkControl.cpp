@@ -1,0 +1,126 @@
+#include "link/LinkControl.h"
+
+#include "link/LinkMode.h"
+#include "link/LinkModeDialog.h"
+#include "link/keySerial.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
+#include "wire/Trace.h"
+
+#include <QWidget>
+
+LinkControl::LinkControl(QWidget* window)
+    : QObject(window)
+    , m_window(window)
+    , m_serial(new keySerial)
+{
+    m_serial->setParent(this);
+}
+
+void LinkControl::open(const QString& device)
+{
+    m_serial->check_serial();
+    m_serial->open_serial(device);
+}
+
+void LinkControl::send(const QString& message)
+{
+    write(linkMode::widened(message, m_mode));
+}
+
+void LinkControl::write(const QString& text)
+{
+    qCDebug(logLink).noquote() << wire::TraceLine::now(false, text).text();
+    QSerialPort* port = m_serial->port();
+    if (port != nullptr && port->isOpen() && port->bytesToWrite() < MaxUnsentBytes) {
+        port->write(text.toLatin1());
+    }
+}
+
+void LinkControl::answerPing()
+{
+    send(wire::message(wire::word::Pong));
+}
+
+void LinkControl::setMode(int mode)
+{
+    m_mode = mode;
+    emit modeChanged(linkMode::label(mode));
+}
+
+void LinkControl::restoreMode()
+{
+    m_mode = linkMode::stored();
+    if (linkMode::isKnown(m_mode)) {
+        emit modeChanged(linkMode::label(m_mode));
+    }
+}
+
+void LinkControl::storeMode() const
+{
+    linkMode::store(m_mode);
+}
+
+void LinkControl::takeModeMessage(const QStringList& fields)
+{
+    if (fields.isEmpty()) {
+        sendMode();
+        return;
+    }
+    bool ok = false;
+    const int mode = fields.value(0).toInt(&ok);
+    if (!ok) {
+        return;
+    }
+    if (linkMode::isKnown(mode)) {
+        setMode(mode);
+        if (m_dialog != nullptr) {
+            m_dialog->showMode(mode);
+        }
+    }
+    // Quirk: the mode is stored again even when the number is no mode and nothing has changed. See
+    // "Quirks" in docs/architecture.md.
+    storeMode();
+}
+
+void LinkControl::toggleMode(int mode, bool on)
+{
+    if (on) {
+        setMode(mode);
+        sendMode();
+        storeMode();
+    }
+}
+
+void LinkControl::sendMode()
+{
+    send(wire::message(wire::word::Slave, {QString::number(m_mode)}));
+}
+
+void LinkControl::openDialog()
+{
+    if (m_dialog != nullptr) {
+        return;
+    }
+    emit dialogOpened();
+    m_dialog = new LinkModeDialog(m_window);
+    connectDialog();
+    // Quirk: checking the button of the current mode sends and stores that mode, as if the operator
+    // had just chosen it. See "Quirks" in docs/architecture.md.
+    m_dialog->setMode(m_mode);
+    m_dialog->showIn(m_window->geometry());
+}
+
+void LinkControl::connectDialog()
+{
+    connect(m_dialog, &LinkModeDialog::masterToggled, this,
+        [this](bool on) { toggleMode(linkMode::None, on); });
+    connect(m_dialog, &LinkModeDialog::divToggled, this,
+        [this](bool on) { toggleMode(linkMode::Diversity, on); });
+    connect(m_dialog, &LinkModeDialog::freqToggled, this,
+        [this](bool on) { toggleMode(linkMode::FrequencyDiversity, on); });
+    connect(m_dialog, &LinkModeDialog::closed, this, [this] {
+        m_dialog = nullptr;
+        emit dialogClosed();
+    });
+}

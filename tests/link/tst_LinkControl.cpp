@@ -1,0 +1,195 @@
+#include "link/LinkControl.h"
+#include "link/LinkMode.h"
+#include "link/LinkModeDialog.h"
+#include "link/keySerial.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QSignalSpy>
+
+class tst_LinkControl : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QSettings("TORVA", "QN740KB").clear();
+        m_devices = std::make_unique<DeviceDirectory>();
+        m_unit = &m_devices->add("ttyO1");
+        m_window = std::make_unique<QWidget>();
+        m_window->setGeometry(0, 0, 800, 480);
+        m_link = new LinkControl(m_window.get());
+        m_link->open("ttyO1");
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_devices.reset();
+    }
+
+    void a_message_is_widened_for_the_link_mode_and_a_text_is_not_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QByteArray>("sent");
+        QTest::newRow("none") << 0 << framed("D2:FREQ R1:AGC");
+        QTest::newRow("diversity") << 1 << framed("D1 D2 D3:FREQ R1 R2:AGC");
+        QTest::newRow("frequency diversity") << 2 << framed("D1 D2 D3:FREQ R1:AGC");
+    }
+
+    void a_message_is_widened_for_the_link_mode_and_a_text_is_not()
+    {
+        QFETCH(int, mode);
+        m_link->setMode(mode);
+        m_link->send(QString::fromLatin1(framed("D2:FREQ R1:AGC")));
+        QTRY_VERIFY(m_unit->received().endsWith('\x04'));
+        QTEST(m_unit->takeReceived(), "sent");
+        m_link->write("D2:SPEN:1");
+        QTRY_COMPARE(m_unit->received(), QByteArray("D2:SPEN:1"));
+    }
+
+    void each_write_is_logged_with_its_direction()
+    {
+        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"));
+        m_link->answerPing();
+        QLoggingCategory::setFilterRules("");
+        QTRY_COMPARE(m_unit->received(), framed("PONG"));
+    }
+
+    void what_nobody_reads_is_limited()
+    {
+        const QString message(100'000, 'x');
+        for (int i = 0; i < 30; ++i) {
+            m_link->write(message);
+        }
+        const qint64 waiting = m_link->serial()->port()->bytesToWrite();
+        QVERIFY(waiting > LinkControl::MaxUnsentBytes - message.size());
+        QVERIFY(waiting < LinkControl::MaxUnsentBytes + message.size());
+    }
+
+    void nothing_is_sent_on_a_line_that_is_not_open()
+    {
+        QWidget window;
+        LinkControl link(&window);
+        link.answerPing(); // never opened
+        QVERIFY(link.serial()->port() == nullptr);
+        link.open("ttyO9");
+        link.answerPing();
+        QVERIFY(!link.serial()->port()->isOpen());
+    }
+
+    void the_mode_message_asks_and_sets_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<bool>("isStored");
+        QTest::newRow("none") << QStringList{"0"} << 0 << "" << true;
+        QTest::newRow("diversity") << QStringList{"1"} << 1 << "Diversity Mode" << true;
+        QTest::newRow("frequency diversity")
+            << QStringList{"2"} << 2 << "Frequency Diversity Mode" << true;
+        QTest::newRow("no mode") << QStringList{"7"} << 2 << QString() << true;
+        QTest::newRow("no number") << QStringList{"x"} << 2 << QString() << false;
+        QTest::newRow("empty") << QStringList{""} << 2 << QString() << false;
+    }
+
+    void the_mode_message_asks_and_sets()
+    {
+        QFETCH(QStringList, fields);
+        QFETCH(int, mode);
+        QFETCH(QString, label);
+        m_link->setMode(2);
+        const QSignalSpy changed(m_link, &LinkControl::modeChanged);
+        m_link->takeModeMessage(fields);
+        QCOMPARE(m_link->mode(), mode);
+        QCOMPARE(changed.value(0).value(0).toString(), label);
+        QTEST(QSettings("TORVA", "QN740KB").contains("Slave"), "isStored");
+        m_link->takeModeMessage({});
+        QTRY_COMPARE(m_unit->received(), framed("Slave," + QByteArray::number(mode)));
+    }
+
+    void the_stored_mode_is_restored_and_shown_if_it_is_one()
+    {
+        const QSignalSpy changed(m_link, &LinkControl::modeChanged);
+        linkMode::store(1);
+        m_link->restoreMode();
+        QCOMPARE(m_link->mode(), 1);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(changed.at(0).at(0).toString(), QString("Diversity Mode"));
+        linkMode::store(7);
+        m_link->restoreMode();
+        QCOMPARE(m_link->mode(), 7);
+        QCOMPARE(changed.size(), 1);
+        m_link->setMode(2);
+        m_link->storeMode();
+        QCOMPARE(linkMode::stored(), 2);
+    }
+
+    void the_dialog_opens_once_and_sends_the_mode_as_if_it_had_been_chosen()
+    {
+        const QSignalSpy opened(m_link, &LinkControl::dialogOpened);
+        const QSignalSpy closed(m_link, &LinkControl::dialogClosed);
+        m_link->setMode(1);
+        m_link->openDialog();
+        m_link->openDialog();
+        QCOMPARE(opened.size(), 1);
+        QTRY_COMPARE(m_unit->received(), framed("Slave,1"));
+        QCOMPARE(linkMode::stored(), 1);
+        QVERIFY(closed.isEmpty());
+        dialog()->close();
+        QCOMPARE(closed.size(), 1);
+        m_link->openDialog();
+        QCOMPARE(opened.size(), 2);
+    }
+
+    void the_operator_s_choice_is_shown_sent_and_stored()
+    {
+        const QSignalSpy changed(m_link, &LinkControl::modeChanged);
+        m_link->openDialog();
+        QTRY_COMPARE(m_unit->takeReceived(), framed("Slave,0"));
+        for (const int mode : {1, 2, 0}) {
+            dialog()->setMode(mode);
+            QCOMPARE(m_link->mode(), mode);
+            QCOMPARE(linkMode::stored(), mode);
+            QCOMPARE(changed.constLast().at(0).toString(), linkMode::label(mode));
+            QTRY_COMPARE(m_unit->received(), framed("Slave," + QByteArray::number(mode)));
+            m_unit->takeReceived();
+        }
+    }
+
+    void an_open_dialog_follows_the_main_unit_silently()
+    {
+        m_link->openDialog();
+        QTRY_COMPARE(m_unit->takeReceived(), framed("Slave,0"));
+        m_link->takeModeMessage({"2"});
+        QVERIFY(dialog()->findChild<QRadioButton*>("frequencyDiversityLinking")->isChecked());
+        m_link->answerPing();
+        QTRY_COMPARE(m_unit->received(), framed("PONG"));
+    }
+
+    void unchecking_a_mode_changes_nothing()
+    {
+        m_link->setMode(1);
+        m_link->toggleMode(2, false);
+        QCOMPARE(m_link->mode(), 1);
+        m_link->answerPing();
+        QTRY_COMPARE(m_unit->received(), framed("PONG"));
+    }
+
+private:
+    LinkModeDialog* dialog() const { return m_window->findChild<LinkModeDialog*>(); }
+
+    std::unique_ptr<DeviceDirectory> m_devices;
+    Pty* m_unit = nullptr;
+    std::unique_ptr<QWidget> m_window;
+    LinkControl* m_link = nullptr;
+};
+
+QN740_TEST_MAIN(tst_LinkControl)
+#include "tst_LinkControl.moc"

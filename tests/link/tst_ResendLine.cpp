@@ -1,0 +1,91 @@
+#include "link/ResendLine.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+
+class tst_ResendLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void each_message_is_handed_on_whole()
+    {
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyUSB4");
+        ResendLine line;
+        const QSignalSpy received(&line, &ResendLine::received);
+        line.open();
+        QVERIFY(unit.write("junk\x02"
+                           "D1:A"));
+        QVERIFY(unit.write(QByteArray("BC,1\x04\x04more\x02"
+                                      "D2:DSDM:1\x04")));
+        QTRY_COMPARE(received.size(), 2);
+        QCOMPARE(received.at(0).at(0).toString(),
+            QString("\x02"
+                    "D1:ABC,1\x04"));
+        QCOMPARE(received.at(1).at(0).toString(),
+            QString("\x02"
+                    "D2:DSDM:1\x04"));
+    }
+
+    void an_error_makes_what_follows_the_beginning_of_another_message()
+    {
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyUSB4");
+        ResendLine line;
+        const QSignalSpy received(&line, &ResendLine::received);
+        line.open();
+        // The first message says that the beginning of the second has been read as well.
+        QVERIFY(unit.write(framed("A") +
+            "\x02"
+            "B"));
+        QTRY_COMPARE(received.size(), 1);
+        line.takeError(QSerialPort::NoError);
+        QVERIFY(unit.write(QByteArray("C\x04\x02"
+                                      "D")));
+        QTRY_COMPARE(received.size(), 2);
+        QCOMPARE(received.at(1).at(0).toString(),
+            QString("\x02"
+                    "BC\x04"));
+        line.takeError(QSerialPort::ReadError);
+        QVERIFY(unit.write(QByteArray("E\x04") + framed("F")));
+        QTRY_COMPARE(received.size(), 3);
+        QCOMPARE(received.at(2).at(0).toString(),
+            QString("\x02"
+                    "F\x04"));
+    }
+
+    void a_line_that_is_not_there_is_opened_when_it_comes()
+    {
+        DeviceDirectory devices;
+        ResendLine line;
+        const QSignalSpy received(&line, &ResendLine::received);
+        line.read(); // nothing to read
+        line.open();
+        Pty& unit = devices.add("ttyUSB4");
+        QTRY_VERIFY_WITH_TIMEOUT(
+            line.findChild<SerialLine*>()->isOpen() && unit.write(framed("A")), 20000);
+        QTRY_COMPARE(received.size(), 1);
+    }
+
+    void a_lost_line_harms_nobody_who_deletes_it()
+    {
+        DeviceDirectory devices;
+        Pty& unit = devices.add("ttyUSB4");
+        auto line = std::make_unique<ResendLine>();
+        line->open();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyUSB4 was lost"));
+        unit.close();
+        QTRY_VERIFY(!line->findChild<SerialLine*>()->isOpen());
+        line.reset();
+        devices.add("ttyUSB4");
+        ResendLine open;
+        open.open();
+        QVERIFY(open.findChild<SerialLine*>()->isOpen());
+    }
+};
+
+QN740_TEST_MAIN(tst_ResendLine)
+#include "tst_ResendLine.moc"

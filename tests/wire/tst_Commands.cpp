@@ -1,0 +1,166 @@
+#include "support/TestMain.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
+
+using wire::FieldType;
+
+class tst_Commands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void both_directions_have_their_words()
+    {
+        QStringList words;
+        for (const wire::Command& command : wire::toPanel()) {
+            words += command.word;
+        }
+        words.sort();
+        QCOMPARE(words.join(' '),
+            QString("AK CK CLEAR CM CV DB EI HM IK LC MS PAX PING PM SB SF SH SK SM SP SQ ST Slave "
+                    "VER"));
+        words.clear();
+        for (const wire::Command& command : wire::fromPanel()) {
+            words += command.word;
+        }
+        QCOMPARE(words.join(' '), QString("PONG Slave Main"));
+    }
+
+    void no_word_stands_twice_and_the_numbers_of_fields_make_sense()
+    {
+        for (const auto& commands : {wire::toPanel(), wire::fromPanel()}) {
+            for (const wire::Command& command : commands) {
+                QCOMPARE(wire::findCommand(commands, command.word), &command);
+                QVERIFY2(command.minFields <= command.completeFields, command.word.data());
+                QVERIFY2(command.completeFields <= command.fields.size(), command.word.data());
+            }
+        }
+    }
+
+    void a_word_is_found_only_with_its_exact_letters()
+    {
+        QCOMPARE(wire::findCommand(wire::toPanel(), "PING")->word, wire::word::Ping);
+        for (const char* unknown : {"ping", "PING ", " PING", "", "PONG", "Main"}) {
+            QVERIFY2(wire::findCommand(wire::toPanel(), unknown) == nullptr, unknown);
+        }
+        QVERIFY(wire::findCommand(wire::fromPanel(), "PING") == nullptr);
+    }
+
+    void fields_are_described_up_to_the_last_known_one()
+    {
+        const wire::Command* shows = wire::findCommand(wire::toPanel(), "SK");
+        QCOMPARE(shows->field(0)->name, QLatin1String("menu name"));
+        QVERIFY(shows->field(1) == nullptr);
+        const wire::Command* markers = wire::findCommand(wire::toPanel(), "HM");
+        QCOMPARE(markers->field(1)->name, QLatin1String("level"));
+        QCOMPARE(markers->field(100), markers->field(1));
+        QVERIFY(wire::findCommand(wire::toPanel(), "PING")->field(0) == nullptr);
+    }
+
+    void a_field_fits_its_type_data()
+    {
+        QTest::addColumn<FieldType>("type");
+        QTest::addColumn<QStringList>("good");
+        QTest::addColumn<QStringList>("bad");
+        QTest::newRow("text") << FieldType::Text << QStringList{"", "x", "1"} << QStringList{};
+        QTest::newRow("name") << FieldType::Name << QStringList{"x", " "} << QStringList{""};
+        QTest::newRow("integer") << FieldType::Integer << QStringList{"0", "-7", "2147483647"}
+                                 << QStringList{"", "x", "1.5", "0x2", "99999999999"};
+        QTest::newRow("number") << FieldType::Number << QStringList{"0", "-7.5", "1e3", "nan"}
+                                << QStringList{"", "x", "1.2.3"};
+        QTest::newRow("flag") << FieldType::Flag << QStringList{"0", "1"}
+                              << QStringList{"", "2", "01", "x"};
+        QTest::newRow("placement")
+            << FieldType::Placement << QStringList{"0", "1", ""} << QStringList{"2", "x"};
+        QTest::newRow("state") << FieldType::State << QStringList{"0", "1", "2"}
+                               << QStringList{"", "3", "-1"};
+        QTest::newRow("positions") << FieldType::Positions << QStringList{"", "1", "0:2:3", "1::2"}
+                                   << QStringList{"x", "1:x", "1.5"};
+    }
+
+    void a_field_fits_its_type()
+    {
+        QFETCH(FieldType, type);
+        QFETCH(QStringList, good);
+        QFETCH(QStringList, bad);
+        for (const QString& text : good) {
+            QVERIFY2(wire::fits(type, text), qPrintable(text));
+        }
+        for (const QString& text : bad) {
+            QVERIFY2(!wire::fits(type, text), qPrintable(text));
+        }
+        QCOMPARE(wire::description(type).isEmpty(), type == FieldType::Text);
+    }
+
+    void the_reason_says_why_a_message_is_ignored_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("reason");
+        const auto row = [](const char* message, const char* reason) {
+            QTest::newRow(message) << QString(message) << QString(reason);
+        };
+        row("AK,Menu,k,L,5,C,,0,,0", "AK: 9 fields, needs 11");
+        row("AK", "AK: 0 fields, needs 11");
+        row("AK,Menu,k,L,5,C,,0,,0,0,1", "");
+        row("AK,Menu,k,L,x,C,,x,,x,x,x", ""); // such numbers count as 0
+        row("SK", "SK: 0 fields, needs 1");
+        row("SK,Nowhere", "");
+        row("CK,Menu", "CK: 1 field, needs 2");
+        row("CK,Menu,k", ""); // a state that is missing is 0
+        row("CV,Menu,k", "");
+        row("EI,Menu,k", "EI: 2 fields, needs 3");
+        row("SM,1", "SM: 1 field, needs 2");
+        row("SM,1,x", "SM: the mode must be a whole number, not \"x\"");
+        row("SM,\t,1", "SM: the demodulator must be a whole number, not \"\\x09\"");
+        row("PM,x,1,1", "PM: the phase must be a number, not \"x\"");
+        row("LC,1", "");
+        row("LC,1,x", "LC: the trace must be a whole number, not \"x\"");
+        row("HM,0,-10,-20,x", "HM: the level must be a number, not \"x\"");
+        row("Slave", "");
+        row("Slave,x", "Slave: the link mode must be a whole number, not \"x\"");
+        row("IK,L,0,C,,0", "IK: 5 fields, needs 6");
+        row("PING,what,ever", "");
+        row("Foo", "unknown word Foo");
+        row("", "unknown word ");
+        row("\x7f,1", "unknown word \\x7f");
+    }
+
+    void the_reason_says_why_a_message_is_ignored()
+    {
+        QFETCH(QString, message);
+        QStringList fields = message.split(',');
+        const QString word = fields.takeFirst();
+        QTEST(wire::whyIgnored(word, fields), "reason");
+    }
+
+    void a_long_field_is_cut_in_the_reason()
+    {
+        QCOMPARE(wire::whyIgnored(QString(1000, 'A'), {}),
+            QString("unknown word " + QString(40, 'A') + "..."));
+    }
+
+    void a_message_is_built_with_its_frame()
+    {
+        QCOMPARE(wire::message(wire::word::Pong), QString("\x02PONG\x04"));
+        QCOMPARE(wire::message(wire::word::Slave, {"2"}), QString("\x02Slave,2\x04"));
+    }
+
+    void an_ignored_message_is_logged_at_debug_level_only()
+    {
+        static QStringList logged;
+        logged.clear();
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext& context, const QString& text) {
+                logged += QString(context.category) + ' ' + text;
+            });
+        wire::logIgnored(logMenus(), wire::word::SK, "no menu Nowhere");
+        QLoggingCategory::setFilterRules("qn740.menus.debug=true");
+        wire::logIgnored(logMenus(), wire::word::SK, "no menu No\twhere");
+        QLoggingCategory::setFilterRules("");
+        qInstallMessageHandler(before);
+        QCOMPARE(logged, QStringList{"qn740.menus SK: no menu No\\x09where"});
+    }
+};
+
+QN740_TEST_MAIN(tst_Commands)
+#include "tst_Commands.moc"
