@@ -16,7 +16,7 @@ constexpr int CloseWidth = 150;
 constexpr int CloseHeight = 55;
 constexpr int ModeHeight = 60;
 
-// The platform's own circle is too small for a finger and hardly seen on the grey.
+// The platform's own circle is too small for a finger and hard to see on the grey.
 QString circleSheet()
 {
     return QStringLiteral(
@@ -65,7 +65,7 @@ LinkModeDialog::LinkModeDialog(QWidget* parent)
 QRadioButton* LinkModeDialog::addMode(const char* name, const QString& text)
 {
     QString shown = text;
-    shown.replace(QLatin1Char('&'), QLatin1String("&&")); // a lone "&" would not be shown
+    shown.replace(QLatin1Char('&'), QLatin1String("&&")); // QRadioButton does not show a lone "&"
     auto* mode = new ModeButton(shown);
     mode->setObjectName(QLatin1String(name));
     mode->setMinimumHeight(ModeHeight);

@@ -6,34 +6,39 @@ class QPushButton;
 class QRadioButton;
 class QVBoxLayout;
 
-// The window in which the operator chooses the link mode: one radio button a mode and "Close".
-//
-// It does not block the panel and deletes itself when it is closed, by whatever means. It knows
-// nothing of the mode's meaning: each radio button says by its signal that it was checked or
-// unchecked, also when showMode() or setMode() checked it.
+/// The window in which the operator chooses the link mode: one radio button for each mode, and
+/// "Close".
+///
+/// It does not block the panel and deletes itself when it is closed, by whatever means. It does not
+/// know what a mode means: each radio button announces by its signal that it was checked or
+/// unchecked, whoever caused it.
 class LinkModeDialog : public QGroupBox
 {
     Q_OBJECT
 
 public:
-    // parent: the window over which it stands, nullptr for none.
+    /// Makes the window, with no mode checked. \a parent: the window over which it stands, or
+    /// nullptr.
     explicit LinkModeDialog(QWidget* parent = nullptr);
 
-    // Checks the radio button of a mode as the operator would, signal included; a number that is
-    // no mode changes nothing.
+    /// Checks the radio button of a mode as the operator would, with its signal; a number that is
+    /// not a mode changes nothing.
     void setMode(int mode);
 
-    // The same, silently: the mode was changed elsewhere.
+    /// The same without the signal of that button, for a mode that was changed elsewhere.
     void showMode(int mode);
 
-    // Shows the window in the middle of `area` (in global coordinates), wholly inside it.
+    /// Shows the window in the middle of \a area (in global coordinates) and inside it.
     void showIn(const QRect& area);
 
 signals:
-    void masterToggled(bool on); // "No Linking"
+    /// Emitted when "No Linking" was checked or unchecked.
+    void masterToggled(bool on);
+    /// Emitted when diversity linking was checked or unchecked.
     void divToggled(bool on);
+    /// Emitted when frequency diversity linking was checked or unchecked.
     void freqToggled(bool on);
-    // The window was closed.
+    /// Emitted when the window was closed.
     void closed();
 
 protected:

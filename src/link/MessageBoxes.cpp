@@ -24,6 +24,11 @@ void standOverEditor(QMessageBox* box)
 
 } // namespace
 
+MessageBoxes::MessageBoxes(QObject* parent)
+    : QObject(parent)
+{
+}
+
 MessageBoxes::~MessageBoxes()
 {
     for (const QPointer<QMessageBox>& box : std::as_const(m_boxes)) {

@@ -8,24 +8,25 @@
 
 class QMessageBox;
 
-// The message boxes that the main unit opens over the panel.
-//
-// A box does not block the panel and has no parent; it is deleted when it is closed. It lies in the
-// middle of the panel, wholly inside it, whatever the length of its text: a text that is too long
-// for the usual letters is set in smaller ones, and one that is too long for these has a scroll bar
-// that is wide enough for a finger.
+/// The message boxes that the main unit opens over the panel.
+///
+/// A box does not block the panel and has no parent; it is deleted when it is closed. How it looks
+/// and where it stands is the business of MessageBox.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    /// Makes an owner of boxes; there is none yet.
+    explicit MessageBoxes(QObject* parent = nullptr);
+    /// Closes the boxes that are open.
     ~MessageBoxes() override;
 
-    // Opens a box. text: rich text of the main unit, of which the first 20,000 characters count;
-    // okButton: whether there is a button by which the operator closes it; area: the panel's place
-    // on the screen. Out: the box, shown; its accept() closes it. Only the 16 boxes opened last
-    // stay open.
+    /// Opens a box. Only the 16 boxes opened last stay open.
+    /// \param text     rich text of the main unit, of which the first 20,000 characters count
+    /// \param okButton whether there is a button with which the operator closes it
+    /// \param area     the panel's place on the screen
+    /// \return the box, shown; its accept() closes it.
     QMessageBox* open(const QString& text, bool okButton, const QRect& area);
 
 private:

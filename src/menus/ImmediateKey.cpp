@@ -5,13 +5,13 @@
 #include <cmath>
 
 namespace {
-constexpr qsizetype LeastFields = 6;
+constexpr qsizetype MinFields = 6;
 constexpr qsizetype ValueField = 7;
 } // namespace
 
 std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields)
 {
-    if (fields.size() < LeastFields) {
+    if (fields.size() < MinFields) {
         return nullptr;
     }
     bool typeOk = false;

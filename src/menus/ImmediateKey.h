@@ -6,16 +6,18 @@
 
 #include <memory>
 
-// A key that the main unit wants pressed at once. It is on no menu and never shown; whoever makes
-// it connects its response_message(), presses it by key_button_pushed() and lets it go.
+/// A key that the main unit wants pressed at once ("IK"). It is on no menu and never shown: its
+/// owner connects its response_message(), presses it by key_button_pushed() and deletes it.
 class ImmediateKey : public Key
 {
     Q_OBJECT
 
 public:
-    // Fields: 0 label, 1 type, 2 command prefix, 3 units, 4 parameter, 5 options, and where there
-    // are any, 6 number pad's text, 7 value. Out: nothing when there are fewer than six or one of
-    // the numbers is none.
+    /// Makes the key that a message describes.
+    /// \param fields label, type, command prefix, units, parameter, options; then, where there are
+    /// any, the number pad's text and the value
+    /// \return nullptr when there are fewer than six fields, or when type, parameter or value are
+    /// not numbers.
     static std::unique_ptr<ImmediateKey> fromFields(const QStringList& fields);
 
 private:

@@ -97,7 +97,7 @@ QString Key::message(const QString& valueText) const
 
 void Key::applyStyle(const QString& sheet)
 {
-    // setting a sheet is dear, also when it is the one that is there
+    // Setting a style sheet is slow even when it is the same one, so skip it when nothing changes.
     if (button->styleSheet() != sheet) {
         button->setStyleSheet(sheet);
     }

@@ -1,7 +1,7 @@
-// What a press of a key does; the one file of this room that knows the modal editors.
+// What a press of a key does; the only file of this room that includes the modal editors.
 //
-// An editor runs inside the call, and the key may be gone, with all of its fields, when it closes:
-// the fields are copied before, and nothing is sent for a key that is gone.
+// An editor runs inside the call, and the key, with all of its fields, may be deleted before it
+// closes: the fields are copied before, and nothing is sent for a key that was deleted.
 #include "menus/Key.h"
 
 #include "menus/ListGrid.h"
@@ -66,8 +66,8 @@ void pressSlider(const QPointer<Key>& key)
     const QString steps = key->options;
     const double farthest = std::numeric_limits<float>::max();
     const auto value = static_cast<float>(std::clamp(key->value, -farthest, farthest));
-    // lives on when the dialog is closed, until its last position is sent; the key gets it only
-    // while it is there
+    // The slider lives on when the dialog is closed, until its last position is sent; the message
+    // reaches the key only while the key exists.
     auto* popUp = new PopUpSlider(QCoreApplication::instance());
     QObject::connect(popUp, &Key::response_message, key.data(), &Key::response_message);
     popUp->new_pop_slider(label, command, range, value, key->param, steps);
@@ -102,7 +102,7 @@ void Key::key_button_pushed()
     switch (type) {
     case Toggle:
     case Command:
-        // the look changes when the main unit confirms
+        // The look changes when the main unit confirms.
         tog_ = !tog_;
         emit response_message(message(tog_ ? QStringLiteral("1") : QStringLiteral("0")));
         break;

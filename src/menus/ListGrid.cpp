@@ -6,7 +6,7 @@ namespace {
 
 constexpr int Rows = 4;
 
-// Up to so many choices a list has this grid.
+// The grid of lists with no more choices than this.
 struct GridRow
 {
     qsizetype upTo;
@@ -20,7 +20,8 @@ constexpr std::array GridRows{
 };
 constexpr ListGrid LargestGrid{9, 6};
 
-// a short list of files has short names too
+// Quirk: this counts the characters of the whole list text, not its files. See "Quirks" in
+// docs/architecture.md.
 constexpr int ShortFileList = 16;
 constexpr int FileColumns = 4;
 constexpr int FileColumnsOfLong = 5;

@@ -9,8 +9,7 @@ constexpr int CellWidth = 150;
 constexpr int CellHeight = 80;
 constexpr int Spacing = 4;
 constexpr int SpacingOfMany = 1;
-// above this many rows each pixel between them counts
-constexpr int ManyRows = 6;
+constexpr int ManyRows = 6; // with more rows each pixel between them counts
 
 } // namespace
 

@@ -6,16 +6,21 @@
 
 class QPushButton;
 
-// The buttons of a selection list or file board, in cells of equal shares of the room. What is put
-// into a cell later lies over what is there already.
+/// The buttons of a selection list or file board, in cells of equal shares of the room. What is put
+/// into a cell later lies over what is there already.
 class ChoiceCells : public QGridLayout
 {
     Q_OBJECT
 
 public:
-    // In: rows and columns; how many choices there are, those below the last row included.
+    /// Makes empty cells.
+    /// \param grid        rows and columns
+    /// \param choiceCount how many choices there are, those below the last row of the grid included
     ChoiceCells(const choices::Grid& grid, qsizetype choiceCount);
 
-    // In: text, style sheet and cell of a new button. Out: the button.
+    /// Adds a button that shows a text of any length.
+    /// \param text  what the button shows
+    /// \param sheet its style sheet
+    /// \param cell  where it stands
     QPushButton* addButton(const QString& text, const QString& sheet, const choices::Cell& cell);
 };

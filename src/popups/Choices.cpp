@@ -6,13 +6,13 @@
 
 namespace {
 
-// fewer columns than this have room for longer texts
+// Grids with fewer columns have room for longer texts.
 constexpr int ManyColumns = 5;
 constexpr int LongText = 15;
 constexpr int MediumText = 10;
 constexpr int LongTextInManyColumns = 9;
 constexpr int MediumTextInManyColumns = 6;
-// the same for both column counts: kept so
+// Quirk: the same for both column counts. See "Quirks" in docs/architecture.md.
 constexpr int BreakPosition = 15;
 
 } // namespace
@@ -23,7 +23,7 @@ QList<Choice> parse(const QString& list)
 {
     QList<Choice> found;
     for (const QString& item : list.split(QLatin1Char(':'))) {
-        if (item.trimmed().isEmpty() || found.size() >= MostChoices) {
+        if (item.trimmed().isEmpty() || found.size() >= MaxChoices) {
             continue;
         }
         const qsizetype blank = item.indexOf(QLatin1Char(' '));
@@ -47,15 +47,15 @@ Look look(const QString& text, int columns, bool keepLargeFont)
     if (text.size() <= longLimit) {
         return {text, true};
     }
-    // a shorter text is filled up with blanks to where the break stands
+    // A shorter text is filled up with blanks as far as the break.
     QString broken = text.leftJustified(BreakPosition);
     broken.insert(BreakPosition, QLatin1Char('\n'));
     return {broken, true};
 }
 
-Grid::Grid(int rows, int columns, int leastColumns)
-    : m_rows(std::clamp(rows, 1, MostLines))
-    , m_columns(std::clamp(columns, leastColumns, MostLines))
+Grid::Grid(int rows, int columns, int minColumns)
+    : m_rows(std::clamp(rows, 1, MaxLines))
+    , m_columns(std::clamp(columns, minColumns, MaxLines))
 {
 }
 

@@ -9,11 +9,11 @@ bool has(const QString& key, const QString& word)
 }
 } // namespace
 
-EditedLine EditedLine::after(const QString& key, int longest) const
+EditedLine EditedLine::after(const QString& key, int maxLength) const
 {
     EditedLine line{text, std::clamp(cursor, 0, static_cast<int>(text.size())), false};
     if (key.size() == 1) {
-        if (line.text.size() < longest) {
+        if (line.text.size() < maxLength) {
             line.text.insert(line.cursor, key);
             ++line.cursor;
             line.insertedSelected = true;

@@ -21,7 +21,8 @@ QString fieldStyle()
 
 } // namespace
 
-// in the global namespace, as the macro wants it; the library's pictures are not linked otherwise
+// Q_INIT_RESOURCE must stand in the global namespace. Without it the linker leaves out the pictures
+// of the static library.
 static void useMyResources()
 {
     Q_INIT_RESOURCE(MyResources);
@@ -41,7 +42,7 @@ FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
     m_field->setStyleSheet(fieldStyle());
     m_field->setFixedHeight(FieldHeight);
     m_field->setText(text);
-    // the board has no window frame to close the dialog with
+    // The unit's screen has no window frames, so there is no other way to close the dialog.
     auto* cancel = new TextButton(QStringLiteral("Cancel"), nullptr, TextButton::Shrinking);
     cancel->setStyleSheet(popUpStyle::cancel());
     cancel->setFixedSize(CancelWidth, FieldHeight);
@@ -58,7 +59,7 @@ FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
     connect(cancel, &QPushButton::clicked, m_dialog, &QDialog::reject);
     connect(m_dialog, &QDialog::rejected, this, &FileNameEdit::fn_can);
 
-    // the parent may go while the dialog is open, and would take this along
+    // The parent may be deleted while the dialog is open, and would delete this object too.
     const QPointer<QWidget> later(parent);
     m_field->setFocus();
     m_dialog->exec();

@@ -9,14 +9,14 @@ namespace {
 
 constexpr int Margin = 8;
 constexpr int Spacing = 4;
-// shares of a row's width: all rows have the same sum, so that all letters are of one width
+// Shares of a row's width. All rows have the same sum, so that all letters are equally wide.
 constexpr int RowShares = 28;
 constexpr int LetterShares = 2;
 constexpr int WideShares = 5;
 constexpr int ArrowShares = 3;
-constexpr int LeastWidth = 770;
+constexpr int MinWidth = 770;
 
-// white texts want a dark face, on whatever the keyboard stands
+// White texts need a dark face, whatever the keyboard stands on.
 QString faceStyle()
 {
     return QStringLiteral(
@@ -44,7 +44,7 @@ KeyBoardWidget::KeyBoardWidget(QLineEdit* field, bool embedded, QWidget* parent)
     , m_field(field)
 {
     setStyleSheet(faceStyle());
-    setMinimumWidth(LeastWidth);
+    setMinimumWidth(MinWidth);
     auto* rows = new QVBoxLayout(this);
     const int margin = embedded ? 0 : Margin;
     rows->setContentsMargins(margin, margin, margin, margin);
@@ -57,7 +57,7 @@ KeyBoardWidget::KeyBoardWidget(QLineEdit* field, bool embedded, QWidget* parent)
         rows->addLayout(row);
         addRow(row, split(keys));
     }
-    // the caps lock is off at first
+    // The caps lock is off at the start.
     emit capsPushed(false);
 }
 
@@ -68,7 +68,7 @@ void KeyBoardWidget::addRow(QHBoxLayout* row, const QStringList& texts)
         taken += sharesOf(text);
     }
     const int spare = RowShares - taken;
-    // a row without a command key stands in the middle, the others begin at the left edge
+    // A row without a command key stands in the middle; the others begin at the left edge.
     const bool centred = texts.first().size() == 1 && spare > 1;
     if (centred) {
         row->addStretch(spare / 2);
@@ -119,7 +119,7 @@ void KeyBoardWidget::pushButtonKeyPressed(const QString& text)
         m_field->setText(line.text);
     }
     if (m_field == nullptr) {
-        return; // whoever hears of the new text may delete the field
+        return; // whoever is connected to textChanged() may delete the field
     }
     if (line.insertedSelected) {
         m_field->setSelection(line.cursor - 1, 1);

@@ -8,13 +8,14 @@
 namespace {
 
 constexpr int StartBlanks = 6;
-constexpr int BlanksAfterError = 7; // one more than at the start: kept so
+// Quirk: one more than at the start. See "Quirks" in docs/architecture.md.
+constexpr int BlanksAfterError = 7;
 constexpr int HexadecimalBase = 16;
 constexpr QChar Blank{u' '};
 constexpr QChar Minus{u'-'};
 
-// longer entries are shortened in the middle where they are shown in the error box
-constexpr qsizetype LongestShown = 36;
+// The error box shortens longer entries in the middle.
+constexpr qsizetype MaxShown = 36;
 constexpr qsizetype ShownEnd = 12;
 
 QString blanks(int count)
@@ -66,7 +67,7 @@ void NumberEntry::append(const QString& characters)
 
 void NumberEntry::backspace()
 {
-    // a negative entry cannot be shortened: kept so
+    // Quirk: a negative entry cannot be shortened. See "Quirks" in docs/architecture.md.
     if (!negative() && m_text.size() > StartBlanks) {
         m_text.chop(1);
     }
@@ -115,8 +116,8 @@ NumberEntry::Checked NumberEntry::check(const NumberRanges& ranges, int multipli
 QString NumberEntry::errorText(int multiplier) const
 {
     QString shown = m_text;
-    if (shown.size() > LongestShown) {
-        shown = shown.left(LongestShown - ShownEnd - 1) + QChar(0x2026) + shown.right(ShownEnd);
+    if (shown.size() > MaxShown) {
+        shown = shown.left(MaxShown - ShownEnd - 1) + QChar(0x2026) + shown.right(ShownEnd);
     }
     return QStringLiteral("<font size = 5>Invalid Entry %1 %2%3</font>")
         .arg(shown.toHtmlEscaped(), prefix(multiplier), entryType::unit(m_type));
@@ -130,5 +131,5 @@ QString NumberEntry::clearAfterError()
 
 bool NumberEntry::negative() const
 {
-    return m_text.toDouble() < 0.0; // what is no number reads as 0
+    return m_text.toDouble() < 0.0; // what is not a number reads as 0
 }

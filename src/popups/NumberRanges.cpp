@@ -15,7 +15,7 @@ constexpr int RangesPerLine = 3;
 constexpr int Indent = 26;
 constexpr int GeneralDigits = 6;
 
-// "nan" is a number to QString, but a bound that compares with nothing is none to us
+// QString reads "nan" as a number, but nothing lies within a bound that is NaN.
 double bound(const QString& text)
 {
     const double value = text.toDouble();

@@ -9,8 +9,8 @@ namespace {
 
 constexpr int Margin = 3;
 constexpr int Spacing = 3;
-constexpr int RangeMargin = 4;        // above and below the lines together
-constexpr int HighestRangeLabel = 52; // three lines; leaves every row of keys its 70 pixels
+constexpr int RangeMargin = 4;     // above and below the lines together
+constexpr int MaxRangeHeight = 52; // three lines; leaves every row of keys its 70 pixels
 constexpr int EntryColumns = 2;
 constexpr int CurrentHeight = 70;
 constexpr int CurrentWidth = 150;
@@ -32,7 +32,7 @@ FittedLabel* newLabel(const QString& name, const QString& sheet, QWidget* parent
     return label;
 }
 
-// For labels whose sheet sets no size.
+// Sets the font size of labels whose sheet sets none.
 void setPixels(QWidget* widget, int pixels)
 {
     QFont font = widget->font();
@@ -71,7 +71,7 @@ void PadDialog::setRangeText(const QString& text)
     m_rangeLabel->setText(text);
     const qsizetype lines = 1 + text.count(QLatin1Char('\n'));
     const qsizetype wanted = lines * m_rangeLabel->fontMetrics().lineSpacing() + RangeMargin;
-    m_rangeLabel->setFixedHeight(static_cast<int>(qMin<qsizetype>(wanted, HighestRangeLabel)));
+    m_rangeLabel->setFixedHeight(static_cast<int>(qMin<qsizetype>(wanted, MaxRangeHeight)));
     m_rangeLabel->show();
 }
 

@@ -25,8 +25,8 @@ PadKeys::PadKeys(int columns, QWidget* parent)
     : QWidget(parent)
     , m_grid(new QGridLayout(this))
 {
-    // with a border of its own a key shows the plain colour of its sheet: the platform's border
-    // comes with a gradient that leaves white text on red hard to read
+    // With a border of its own a key shows the plain colour of its sheet. The platform's border
+    // comes with a gradient, on which white text is hard to read.
     setStyleSheet(QStringLiteral("QPushButton {border: 1px solid #505050; border-radius: 4px}"));
     m_grid->setContentsMargins(0, 0, 0, 0);
     m_grid->setSpacing(Spacing);
@@ -86,13 +86,13 @@ void PadKeys::addHalfCharacters(const QStringList& texts, int row, int column)
 QPushButton* PadKeys::newKey(const QString& text, const QString& sheet)
 {
     QPushButton* key = new TextButton(text, this, TextButton::Shrinking);
-    // also where the sheet names no font size
+    // for sheets that name no font size
     QFont large = key->font();
     large.setPixelSize(KeyPixels);
     key->setFont(large);
     key->setStyleSheet(sheet);
     key->setMaximumHeight(touch::MaxKeyHeight);
-    // the cell decides, not the text
+    // The cell decides on the size, not the text.
     key->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     key->setFocusPolicy(Qt::NoFocus);
     key->setAutoDefault(false);

@@ -12,8 +12,8 @@
 namespace {
 
 constexpr int Margin = 3;
-// "New File" and "Cancel" stand side by side
-constexpr int LeastColumns = 2;
+// "New File" and "Cancel" stand side by side.
+constexpr int MinColumns = 2;
 
 } // namespace
 
@@ -27,7 +27,7 @@ QString PopUpFileBoard::new_pop_fileboard(
 {
     m_selection.clear();
     const QList<choices::Choice> offered = choices::parse(files);
-    const choices::Grid grid(rows, columns, LeastColumns);
+    const choices::Grid grid(rows, columns, MinColumns);
 
     PopUpDialog dialog(QStringLiteral("PopUpFileBoard"),
         QStringLiteral("Select ") + name + QStringLiteral(" value"), Qt::WindowFlags(), Margin);

@@ -7,9 +7,10 @@ namespace {
 
 constexpr int Columns = 4;
 constexpr int CurrentColumns = 2;
-constexpr int LeastEntryWidth = 250;
+constexpr int MinEntryWidth = 250;
 
-// almost the sheets of the number pad: kept so
+// Quirk: almost, but not exactly, the sheets of the number pad. See "Quirks" in
+// docs/architecture.md.
 QString cancelStyle()
 {
     return QStringLiteral(
@@ -68,9 +69,9 @@ void PopUpIpPad::buildDialog(const QString& title, const QString& currentAddress
         QStringLiteral("QMenuBar {background-color: #F5F5F5; font-size: 12px;}"));
     const QString current = QStringLiteral("IPv4: %1").arg(currentAddress);
     m_dialog->setWindowTitle(current);
-    // the panel's screen has no window frames, so that the window title alone would not be seen
+    // The unit's screen has no window frames, so the window title alone would not be seen.
     m_dialog->setCurrentValueText(current);
-    m_dialog->entryLabel->setMinimumWidth(LeastEntryWidth);
+    m_dialog->entryLabel->setMinimumWidth(MinEntryWidth);
     showEntry();
 
     PadKeys* keys = m_dialog->keys;

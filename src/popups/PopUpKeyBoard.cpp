@@ -14,7 +14,7 @@ constexpr int Margin = 6;
 
 QString titleOf(const QString& name)
 {
-    // key texts write "&&" for one "&"
+    // Main units write "&&" for one "&" in key texts.
     QString shown = name;
     shown.replace(QStringLiteral("&&"), QStringLiteral("&"));
     return QStringLiteral("Select ") + shown + QStringLiteral(" value");
@@ -53,7 +53,7 @@ QString PopUpKeyBoard::new_pop_keyboard(const QString& choiceList, const QString
         const bool enabled = !disabled.contains(i);
         auto* button = cells->addButton(look.text, sheetOf(look, enabled), grid.cell(i));
         button->setEnabled(enabled);
-        // in this order: the selection is there before the dialog closes
+        // in this order: the selection is stored before the dialog closes
         connect(button, &QPushButton::clicked, this,
             [this, value = offered.at(i).value] { button_clicked(value); });
         connect(button, &QPushButton::clicked, &dialog, &QDialog::accept);

@@ -65,7 +65,8 @@ double PopUpNumberPad::new_pop_NumberPad(const QString& title, const QString& ra
     m_stepIndex = 0;
     m_entered = Cancelled;
 
-    // the arguments may belong to a key that is gone when the dialog closes: not used after it
+    // The arguments may belong to a key that is deleted while the dialog is open, so they are not
+    // used after it.
     const QPointer<PopUpNumberPad> self(this);
     m_dialog = buildDialog(title, valueText, mirrored);
     const int outcome = m_dialog->exec();
@@ -85,7 +86,7 @@ PadDialog* PopUpNumberPad::buildDialog(
 {
     const bool hexadecimal = m_entryType == entryType::Hexadecimal;
     const int columns = hexadecimal ? HexadecimalColumns : Columns;
-    // "BackSpace" takes the last cell of the first row of a frequency pad
+    // On a frequency pad, "BackSpace" stands in the last cell of the first row.
     const int shown = m_entryType == entryType::Frequency ? columns - 1 : columns;
     m_dialog = new PadDialog(QStringLiteral("PopUpNumberPad"), title, Qt::FramelessWindowHint,
         columns, shown - DisplayColumns);
@@ -203,7 +204,7 @@ void PopUpNumberPad::addUnitKeys(const QString& mega, const QString& kilo, const
         &PopUpNumberPad::check_number);
 }
 
-// "-1 Auto Level" is labelled "Auto Level"; a list of numbers by the one that is taken
+// "-1 Auto Level" is labelled "Auto Level"; a list of numbers with the one that is sent.
 QString PopUpNumberPad::specialLabel() const
 {
     const QString text = m_specialValues.mid(1).join(QLatin1Char(' '));

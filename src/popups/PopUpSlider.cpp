@@ -18,7 +18,7 @@ constexpr int Width = 400;
 constexpr int WidthOfManySteps = 630;
 constexpr int FirstRepeatMs = 500;
 constexpr int NextRepeatMs = 200;
-constexpr int MostInARow = 9;
+constexpr int MaxInRow = 9;
 constexpr int ButtonWidth = 80;
 constexpr int ButtonHeight = 60;
 constexpr int ButtonFont = 22;
@@ -41,7 +41,7 @@ QString upStyle()
         "QPushButton {background-color:orange; color:white;} QPushButton:pressed {background-color: #4169e1;}");
 }
 
-// with a border the faces have the colours of their own sheets, and no gradient
+// With a border the buttons show the plain colours of their own sheets, without a gradient.
 QString rowStyle()
 {
     return QStringLiteral("QPushButton {border: 2px solid black; border-radius: 4px;}");
@@ -57,7 +57,7 @@ QPushButton* newSliderButton(const QString& text, const QString& sheet, TextButt
     return button;
 }
 
-// sheet: with white text. A rim makes it readable on a light face.
+// The sheet sets white text; a rim makes it readable on a light face.
 QPushButton* newStepButton(const QString& text, const QString& sheet, TextButton::Looks rim = {})
 {
     QPushButton* button = newSliderButton(text, sheet, rim | TextButton::OneLine);
@@ -67,11 +67,11 @@ QPushButton* newStepButton(const QString& text, const QString& sheet, TextButton
     return button;
 }
 
-// The buttons from left to right, on as few rows as hold them.
+// Lays the buttons out from left to right, on as few rows as hold them.
 void fillRows(QGridLayout& layout, const QList<QPushButton*>& buttons)
 {
     const auto count = static_cast<int>(buttons.size());
-    const int rows = (count + MostInARow - 1) / MostInARow;
+    const int rows = (count + MaxInRow - 1) / MaxInRow;
     const int columns = (count + rows - 1) / rows;
     for (int i = 0; i < count; ++i) {
         buttons.at(i)->setMinimumSize(ButtonWidth, rows > 1 ? touch::MinTarget : ButtonHeight);
@@ -87,7 +87,7 @@ PopUpSlider::PopUpSlider(QObject* parent)
 {
     m_timer.setSingleShot(true);
     m_timer.setInterval(ThrottleMs);
-    // a coarse one may fire early, and two messages would come too near
+    // A coarse timer may fire early, and two messages would then follow too soon.
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &PopUpSlider::timerDone);
 }
@@ -190,7 +190,7 @@ void PopUpSlider::timerDone()
 
 void PopUpSlider::send(const QString& message)
 {
-    // first the timer: whoever takes the message may delete this
+    // The timer is started first: whoever takes the message may delete this object.
     m_timer.start();
     emit response_message(message);
 }

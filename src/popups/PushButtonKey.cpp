@@ -28,7 +28,7 @@ PushButtonKey::PushButtonKey(const QString& text, QWidget* parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAutoDefault(false);
-    setFocusPolicy(Qt::NoFocus); // the field keeps its cursor
+    setFocusPolicy(Qt::NoFocus); // so that the field keeps its cursor
     setStyleSheet(isCommand() ? commandStyle() : normalStyle());
     connect(this, &QPushButton::pressed, this, [this] { setStyleSheet(pressedStyle()); });
     connect(this, &QPushButton::released, this,

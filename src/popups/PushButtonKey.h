@@ -2,29 +2,34 @@
 
 #include <QPushButton>
 
-// One key of the on-screen keyboard: its text is its character or its command word. It acts when
-// it is let go; "CAPS" then toggles the caps lock and announces it, and every key hears of it.
+/// One key of the on-screen keyboard: its text is its character or its command word.
+///
+/// It acts when it is released; "CAPS" then toggles the caps lock and announces the new state,
+/// which the keyboard passes on to every key.
 class PushButtonKey : public QPushButton
 {
     Q_OBJECT
 
 public:
+    /// Makes a key with its character or command word.
     explicit PushButtonKey(const QString& text, QWidget* parent = nullptr);
 
-    // Out: whether this is a command key, that is one with more than one character.
+    /// \return whether this is a command key, that is one with more than one character.
     bool isCommand() const { return text().size() > 1; }
 
+    /// \reimp
     QSize sizeHint() const override;
+    /// \reimp
     QSize minimumSizeHint() const override;
 
 public slots:
-    // The caps lock is on or off: a one-character text becomes upper or lower case.
+    /// The caps lock was switched: a one-character text becomes upper or lower case.
     void getCapLocksChanged(bool on);
 
 signals:
-    // The key was pressed; its text.
+    /// Emitted with the key's text when the key was pressed.
     void keyPressed(QString text);
-    // The "CAPS" key was pressed; the new state.
+    /// Emitted with the new state when "CAPS" was pressed.
     void capLocksChanged(bool on);
 
 private:

@@ -17,7 +17,7 @@ std::optional<QString> SendThrottle::expired()
         m_waiting = false;
         return std::nullopt;
     }
-    // the timer runs once more, so that the next change keeps its distance to this message too
+    // The timer runs once more, so that the next change also waits for its time.
     m_lastSent = m_pending;
     return m_lastSent;
 }

@@ -20,7 +20,7 @@ int bound(const QString& text)
         return 0;
     }
     return static_cast<int>(
-        std::clamp<double>(number, -SliderValue::Farthest, SliderValue::Farthest));
+        std::clamp<double>(number, -SliderValue::MaxBound, SliderValue::MaxBound));
 }
 
 } // namespace
@@ -86,7 +86,7 @@ QList<int> SliderValue::steps(const QString& text)
     QList<int> steps;
     for (const QString& item : text.split(QLatin1Char(':'))) {
         const int step = std::abs(bound(item.trimmed()));
-        if (step != 0 && steps.size() < MostSteps) {
+        if (step != 0 && steps.size() < MaxSteps) {
             steps += step;
         }
     }

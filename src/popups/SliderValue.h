@@ -5,43 +5,56 @@
 
 #include <optional>
 
-// What a slider says and sends, without its window: its bounds out of the range text, the read-out
-// of a value, the message of a position and whether a step may be taken.
+/// What a slider shows and sends, without its window: its bounds from the range text, the read-out
+/// of a value, the message of a position and whether a step may be taken.
 class SliderValue
 {
 public:
-    // How the read-out shows a value; any other number: as dB when the name has "dB" in it,
-    // otherwise as a percentage of the maximum.
-    enum Type { Hexadecimal = 9, Plain = 10 };
+    /// How the read-out shows a value. Any other number: as dB when the setting's name has "dB" in
+    /// it, otherwise as a percentage of the maximum.
+    enum Type {
+        Hexadecimal = 9, ///< "0xFF"; negative values as 32 bits.
+        Plain = 10       ///< "7"
+    };
 
-    // Bounds lie within ± this, so that their distance is an int too.
-    static constexpr int Farthest = 1'000'000'000;
-    // More steps than this do not fit on the screen; those behind are left out.
-    static constexpr int MostSteps = 20;
+    /// Bounds lie within ± this, so that their distance is an int too.
+    static constexpr int MaxBound = 1'000'000'000;
+    /// More steps than this do not fit on the screen; those behind are left out.
+    static constexpr int MaxSteps = 20;
 
+    /// A value without a range: 0.
     SliderValue() = default;
-    // In: the setting's name, the prefix of its messages, "maximum minimum" as two integers (what
-    // is no number counts as 0, swapped bounds are put in order), the type of the read-out.
+    /// Makes a value with its range.
+    /// \param name    of the setting
+    /// \param command prefix of its messages
+    /// \param range   "maximum minimum" as two integers; what is not a number counts as 0, swapped
+    /// bounds are put in order
+    /// \param type    of the read-out, see Type
     SliderValue(QString name, QString command, const QString& range, int type);
 
+    /// \return the lower bound.
     int minimum() const { return m_minimum; }
+    /// \return the upper bound.
     int maximum() const { return m_maximum; }
-    // Out: percent for each unit of the value, 100 / maximum; 0 with a maximum of 0.
+    /// \return percent for each unit of the value: 100 / maximum, or 0 with a maximum of 0.
     float scale() const { return m_scale; }
 
-    // In: any value, also no number or infinite. Out: the slider's position for it, fraction cut
-    // off and within the bounds.
+    /// \return the slider's position for a value, without its fraction and within the bounds.
+    /// \param value any number, NaN and infinity included
     int position(double value) const;
-    // In: as for position(). Out: the text of the value within the bounds, such as "50.00%",
-    // "12.00dB", "0xFF" (negative ones as 32 bits) or "7".
+    /// \return the text of a value within the bounds, such as "50.00%", "12.00dB", "0xFF" or "7".
+    /// \param value as for position()
     QString readout(double value) const;
-    // Out: the finished message, frame characters included.
+    /// \return the finished message of a position, frame characters included.
     QString message(int position) const;
-    // In: a signed step. Out: the new position, nothing when it would lie outside the bounds.
+    /// \return the position after a step, nothing when it would lie outside the bounds.
+    /// \param position the one before
+    /// \param step     with its sign
     std::optional<int> stepped(int position, int step) const;
 
-    // In: integers separated by ":". Out: their magnitudes in the same order; what is no number or
-    // 0 is left out.
+    /// \return the magnitudes of the steps in a text, in the same order; what is not a number or is
+    /// 0 is left out.
+    /// \param text integers separated by ":"
     static QList<int> steps(const QString& text);
 
 private:

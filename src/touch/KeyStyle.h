@@ -2,16 +2,20 @@
 
 #include <QString>
 
-// The looks of menu keys, one sheet for each state and font size. The texts differ in small ways
-// between the sizes and stay so.
+/// The style sheets of menu keys, one for each state and font size.
+///
+/// Quirk: the texts differ in small ways between the sizes. See "Quirks" in docs/architecture.md.
 namespace keyStyle {
 
-// largeFont: 22 px (PAX main menu) instead of 16 px.
-QString enabled(bool largeFont); // grey
-QString toggled(bool largeFont); // green: a toggle key that is on
+/// \return the sheet of a key that can be pressed: grey. \a largeFont: 22 px (PAX main menu)
+/// instead of 16 px.
+QString enabled(bool largeFont);
+/// \return the sheet of a toggle key that is on: green.
+QString toggled(bool largeFont);
+/// \return the sheet of a key that cannot be pressed: dark grey.
 QString disabled(bool largeFont);
 
-// The "More..." key of a menu page.
+/// \return the sheet of the "More..." key of a menu page.
 QString more();
 
 } // namespace keyStyle

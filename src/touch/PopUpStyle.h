@@ -2,29 +2,44 @@
 
 #include <QString>
 
-// The looks that several editors share, letter for letter. What looks almost the same in one editor
-// only stands with that editor.
+/// The style sheets that several editors share. A sheet that looks almost the same but is used by
+/// one editor only stands with that editor. All keys turn #4169e1 while they are pressed.
 namespace popUpStyle {
 
+/// \return the sheet of an editor's title.
 QString title();
+/// \return the sheet of a pad's display.
 QString entry();
-// Its font size is written with a blank and has no effect: kept so, the label sets its font itself.
+/// \return the sheet of the current value beside the display.
+///
+/// Quirk: its font size is written with a blank ("18 px") and has no effect; the label sets its
+/// font itself. See "Quirks" in docs/architecture.md.
 QString currentValue();
 
-// Keys of the pads, with 26 px text; they turn #4169e1 while they are pressed, as all do.
+/// \return the sheet of a pad's key with 26 px text, in the colour of its name.
+///@{
 QString character(); // grey
 QString green();
 QString seaGreen();
 QString lightSteelBlue();
 QString blue();
+///@}
 
-QString cancel();      // "CE/Cancel" of the number pad, "Cancel" of the lists
-QString plainGreen();  // "New File" and "OK", in the font of their window
-QString choice();      // a choice, 28 px
-QString longChoice();  // a choice with a long text, 18 px
-QString deadChoice();  // a choice that cannot be pressed
-QString fileChoice();  // a file, in the font of its window
-QString listWindow();  // the selection list
-QString filesWindow(); // the file board and the file name dialog
+/// \return the sheet of "CE/Cancel" of the number pad and of "Cancel" of the lists.
+QString cancel();
+/// \return the sheet of "New File" and "OK", in the font of their window.
+QString plainGreen();
+/// \return the sheet of a choice, 28 px.
+QString choice();
+/// \return the sheet of a choice with a long text, 18 px.
+QString longChoice();
+/// \return the sheet of a choice that cannot be pressed.
+QString deadChoice();
+/// \return the sheet of a file, in the font of its window.
+QString fileChoice();
+/// \return the sheet of the selection list's window.
+QString listWindow();
+/// \return the sheet of the window of the file board and of the file name dialog.
+QString filesWindow();
 
 } // namespace popUpStyle

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What several rooms must agree on so that a finger can use the panel.
+/// What all rooms with widgets share so that a finger can use the panel.
 namespace touch {
 
 /// Smallest width and height of anything that is pressed, in pixels: 9 mm on a 7-inch panel.

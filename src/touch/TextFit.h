@@ -42,7 +42,8 @@ public:
     /// when one of the arguments has changed since the last call.
     const Fit& fit(const QString& text, const QFont& font, const QSize& room);
 
-    /// Finds how to draw \a text.
+    /// Finds how to draw a text.
+    /// \param text   any text
     /// \param font   the font that the text should have; its size is the largest that is used
     /// \param room   width and height in pixels
     /// \param limits how far the text may be changed

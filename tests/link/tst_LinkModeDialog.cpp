@@ -28,7 +28,7 @@ class tst_LinkModeDialog : public QObject
     Q_OBJECT
 
 private slots:
-    void it_says_what_the_modes_are()
+    void it_names_the_modes()
     {
         LinkModeDialog dialog;
         QCOMPARE(dialog.title(), QStringLiteral("Link Mode"));
@@ -62,7 +62,7 @@ private slots:
         QVERIFY(!dialog.windowIcon().isNull());
     }
 
-    void setting_a_mode_announces_it_once_data()
+    void setting_a_mode_emits_its_signal_once_data()
     {
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("button");
@@ -72,7 +72,7 @@ private slots:
         QTest::newRow("3") << 3 << QString();
         QTest::newRow("-1") << -1 << QString();
     }
-    void setting_a_mode_announces_it_once()
+    void setting_a_mode_emits_its_signal_once()
     {
         QFETCH(int, mode);
         QFETCH(QString, button);
@@ -87,7 +87,7 @@ private slots:
         QCOMPARE(checked(dialog), button.isEmpty() ? QStringList() : QStringList{button});
     }
 
-    void showing_a_mode_is_silent()
+    void showing_a_mode_does_not_emit_its_signal()
     {
         LinkModeDialog dialog;
         dialog.setMode(0);

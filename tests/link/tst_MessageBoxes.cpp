@@ -29,13 +29,13 @@ class tst_MessageBoxes : public QObject
     Q_OBJECT
 
 private slots:
-    void a_box_looks_as_it_should_data()
+    void a_box_has_text_icon_sheet_and_button_data()
     {
         QTest::addColumn<bool>("ok");
         QTest::newRow("with OK") << true;
         QTest::newRow("without") << false;
     }
-    void a_box_looks_as_it_should()
+    void a_box_has_text_icon_sheet_and_button()
     {
         QFETCH(bool, ok);
         MessageBoxes boxes;
@@ -102,7 +102,7 @@ private slots:
         }
     }
 
-    void boxes_go_with_their_owner()
+    void boxes_are_deleted_with_their_owner()
     {
         auto boxes = std::make_unique<MessageBoxes>();
         boxes->open(QStringLiteral("One"), true, Screen);
@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(openBoxes(), 0);
     }
 
-    void a_thousand_boxes_leave_nothing_behind()
+    void a_thousand_boxes_leave_no_widgets_behind()
     {
         MessageBoxes boxes;
         const auto widgets = QApplication::allWidgets().size();
@@ -138,7 +138,7 @@ private slots:
         QVERIFY(Screen.contains(box->frameGeometry()));
     }
 
-    void an_endless_text_is_cut()
+    void a_text_of_a_million_characters_is_cut()
     {
         MessageBoxes boxes;
         const QMessageBox* box = boxes.open(QString(1'000'000, QLatin1Char('a')), true, Screen);

@@ -9,7 +9,7 @@ class tst_ImmediateKey : public QObject
     Q_OBJECT
 
 private slots:
-    void every_field_has_its_place()
+    void every_field_is_read()
     {
         const auto key = ImmediateKey::fromFields(
             {"Label", "1", "D1:BR", "1 10", "3", "Auto", "text", "-2.5", "beyond"});
@@ -40,7 +40,7 @@ private slots:
         QCOMPARE(seven->padText, QStringLiteral("pad"));
     }
 
-    void there_is_no_key_of_malformed_fields_data()
+    void malformed_fields_make_no_key_data()
     {
         QTest::addColumn<QStringList>("fields");
         QTest::newRow("none") << QStringList{};
@@ -54,7 +54,7 @@ private slots:
         QTest::newRow("nan") << QStringList{"L", "0", "C", "", "0", "", "", "nan"};
         QTest::newRow("too large") << QStringList{"L", "0", "C", "", "0", "", "", "1e60"};
     }
-    void there_is_no_key_of_malformed_fields()
+    void malformed_fields_make_no_key()
     {
         QFETCH(QStringList, fields);
         QVERIFY(ImmediateKey::fromFields(fields) == nullptr);
@@ -72,7 +72,7 @@ private slots:
                            "\x04"));
     }
 
-    void its_button_goes_with_it()
+    void its_button_is_deleted_with_it()
     {
         QPointer<QPushButton> button;
         {

@@ -146,7 +146,7 @@ private slots:
         QVERIFY(!button.isVisible());
     }
 
-    void a_key_without_a_button_takes_every_call()
+    void a_key_without_a_button_ignores_every_call()
     {
         Key key;
         {

@@ -189,7 +189,7 @@ private slots:
         });
     }
 
-    void live_steps_leave_through_the_key()
+    void live_steps_are_sent_by_the_key()
     {
         Pressed it(Key::Number);
         it.key->units = "70 140";
@@ -222,14 +222,14 @@ private slots:
         QVERIFY(it.messages().isEmpty());
     }
 
-    void the_result_of_an_editor_whose_key_is_gone_goes_nowhere_data()
+    void nothing_is_sent_for_a_key_deleted_while_its_editor_is_open_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QStringList>("keys");
         QTest::newRow("number") << 1 << QStringList{"1", "Enter"};
         QTest::newRow("address") << 6 << QStringList{"1", ".", "2", ".", "3", ".", "4", "Enter"};
     }
-    void the_result_of_an_editor_whose_key_is_gone_goes_nowhere()
+    void nothing_is_sent_for_a_key_deleted_while_its_editor_is_open()
     {
         QFETCH(int, type);
         QFETCH(QStringList, keys);
@@ -245,7 +245,7 @@ private slots:
         QVERIFY(it.messages().isEmpty());
     }
 
-    void a_live_step_of_a_key_that_is_gone_goes_nowhere()
+    void a_live_step_after_the_key_was_deleted_is_not_sent()
     {
         Pressed it(Key::Number);
         it.key->units = "70 140";

@@ -113,7 +113,7 @@ private slots:
         QCOMPARE(spy.at(1).first().toString(), QString("\x02MOD x\x04"));
     }
 
-    void a_slider_sends_live_and_the_key_nothing_itself()
+    void only_the_slider_sends_not_the_key()
     {
         const auto key = newKey(Key::Slider, "1:5");
         key->units = "100 0";
@@ -132,7 +132,7 @@ private slots:
         QCOMPARE(spy.first().first().toString(), QString("\x02MOD 47\x04"));
     }
 
-    void the_last_position_comes_after_ok()
+    void the_last_position_is_sent_after_ok()
     {
         const auto key = newKey(Key::Slider, "");
         key->units = "100 0";
@@ -148,7 +148,7 @@ private slots:
         QTRY_VERIFY(qApp->findChildren<Key*>().isEmpty());
     }
 
-    void no_value_is_too_odd_for_a_slider()
+    void a_slider_opens_with_any_value()
     {
         for (const double value : {std::nan(""), HUGE_VAL, -1e300}) {
             const auto key = newKey(Key::Slider, "");
@@ -159,14 +159,14 @@ private slots:
         }
     }
 
-    void a_key_that_goes_while_its_editor_is_open_sends_nothing_data()
+    void a_key_deleted_while_its_editor_is_open_sends_nothing_data()
     {
         QTest::addColumn<int>("type");
         QTest::newRow("selection") << int{Key::Selection};
         QTest::newRow("slider") << int{Key::Slider};
         QTest::newRow("file") << int{Key::File};
     }
-    void a_key_that_goes_while_its_editor_is_open_sends_nothing()
+    void a_key_deleted_while_its_editor_is_open_sends_nothing()
     {
         QFETCH(int, type);
         auto key = newKey(type, type == Key::Slider ? QString() : QString("0 Off:1 On"));

@@ -1,4 +1,4 @@
-// Every editor, opened by its key and cancelled again and again, leaves memory where it was.
+// Opening every editor by its key and cancelling it again and again does not use up memory.
 #include "menus/Key.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Kilobytes of this process that are in memory.
+// Memory that this process occupies, in kB.
 qint64 residentKilobytes()
 {
     QFile file("/proc/self/statm");
@@ -18,7 +18,8 @@ qint64 residentKilobytes()
         : 0;
 }
 
-// As soon as the event loop of the next dialog turns. Faster than to look for it from time to time.
+// Calls `then` as soon as the event loop of the next dialog runs. This is faster than whenModal(),
+// which polls.
 void inNextDialog(const std::function<void(QWidget*)>& then)
 {
     QTimer::singleShot(0, qApp, [then] {
@@ -42,9 +43,9 @@ class tst_KeyPressMemory : public QObject
     Q_OBJECT
 
 private slots:
-    // QN740_CYCLES sets how often; the memory is checked only where there are enough cycles for
-    // a leak to show
-    void a_cancelled_editor_leaves_nothing_behind_data()
+    // QN740_CYCLES sets the number of cycles; the memory is checked only when there are enough of
+    // them for a leak to show.
+    void a_cancelled_editor_leaves_no_memory_behind_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("units");
@@ -64,7 +65,7 @@ private slots:
         row("file name", Key::File, "", 0, popUps::list(9, "f"), "New File", "Cancel");
         row("address pad", Key::Address, "", 0, {}, "", "CE/Cancel");
     }
-    void a_cancelled_editor_leaves_nothing_behind()
+    void a_cancelled_editor_leaves_no_memory_behind()
     {
         QFETCH(int, type);
         QFETCH(QString, units);

@@ -37,7 +37,7 @@ private slots:
         QCOMPARE(sent.count(), 0);
     }
 
-    void a_key_may_go_while_its_box_is_open()
+    void a_key_may_be_deleted_while_its_box_is_open()
     {
         auto* button = new QPushButton("Antenna");
         auto* key = new Key;

@@ -26,7 +26,7 @@ private slots:
         QVERIFY(!AddressEntry().isValid());
     }
 
-    void dots_come_by_themselves_data()
+    void a_dot_is_added_after_three_digits_data()
     {
         QTest::addColumn<QString>("keys");
         QTest::addColumn<QString>("text");
@@ -53,7 +53,7 @@ private slots:
         QTest::newRow("an empty group") << "1..2.3"
                                         << "1..2.3";
     }
-    void dots_come_by_themselves()
+    void a_dot_is_added_after_three_digits()
     {
         QFETCH(QString, keys);
         QTEST(typed(keys).text(), "text");
@@ -84,7 +84,7 @@ private slots:
         QTEST(typed(keys).isValid(), "valid");
     }
 
-    void what_is_no_number_is_no_group()
+    void a_group_that_is_not_a_number_is_invalid()
     {
         for (const char* group : {"-1", "a", "0x1"}) {
             AddressEntry entry;
@@ -93,7 +93,7 @@ private slots:
         }
     }
 
-    void backspace_takes_the_last_character()
+    void backspace_removes_the_last_character()
     {
         AddressEntry entry = typed("192168");
         entry.backspace();
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(entry.text(), "");
     }
 
-    void clearing_empties_it()
+    void clearing_removes_everything()
     {
         AddressEntry entry = typed("1.2");
         QVERIFY(!entry.isEmpty());

@@ -11,7 +11,7 @@ class tst_Choices : public QObject
     Q_OBJECT
 
 private slots:
-    void an_item_is_value_blank_and_text_data()
+    void an_item_is_a_value_a_blank_and_a_text_data()
     {
         QTest::addColumn<QString>("list");
         QTest::addColumn<QStringList>("values");
@@ -27,7 +27,7 @@ private slots:
         QTest::newRow("no blank") << "QPSK" << QStringList{"QPSK"} << QStringList{"QPSK"};
         QTest::newRow("nothing") << "" << QStringList{} << QStringList{};
     }
-    void an_item_is_value_blank_and_text()
+    void an_item_is_a_value_a_blank_and_a_text()
     {
         QFETCH(QString, list);
         QStringList values;
@@ -40,9 +40,9 @@ private slots:
         QTEST(texts, "texts");
     }
 
-    void a_list_without_end_is_cut()
+    void choices_beyond_the_limit_are_left_out()
     {
-        QCOMPARE(choices::parse(QString("1 a:").repeated(5000)).size(), choices::MostChoices);
+        QCOMPARE(choices::parse(QString("1 a:").repeated(5000)).size(), choices::MaxChoices);
     }
 
     void long_texts_are_small_and_broken_data()
@@ -97,7 +97,7 @@ private slots:
         QCOMPARE(grid.newFileCell(), (Cell{3, 1}));
     }
 
-    void rows_are_added_for_what_is_too_much()
+    void rows_are_added_for_more_choices_than_cells()
     {
         const Grid grid(9, 6);
         QCOMPARE(grid.rowsFor(0), 9);
@@ -107,13 +107,13 @@ private slots:
         QCOMPARE(grid.rowsFor(61), 11);
     }
 
-    void senseless_grids_are_held_in_bounds()
+    void grid_sizes_out_of_bounds_are_limited()
     {
         const int most = std::numeric_limits<int>::max();
         QCOMPARE(Grid(0, 0).cancelCell(), (Cell{0, 0}));
         QCOMPARE(Grid(-5, -5).cell(3), (Cell{3, 0}));
-        QCOMPARE(Grid(most, most).columns(), choices::MostLines);
-        QCOMPARE(Grid(most, most).rows(), choices::MostLines);
+        QCOMPARE(Grid(most, most).columns(), choices::MaxLines);
+        QCOMPARE(Grid(most, most).rows(), choices::MaxLines);
         QCOMPARE(Grid(4, 1, 2).columns(), 2);
     }
 };

@@ -60,7 +60,7 @@ private slots:
         QTEST(line.insertedSelected, "selected");
     }
 
-    void a_full_line_takes_no_more()
+    void a_full_line_takes_no_more_characters()
     {
         const EditedLine line = EditedLine{"abc", 1, true}.after("x", 3);
         QCOMPARE(line.text, QString("abc"));
@@ -68,7 +68,7 @@ private slots:
         QVERIFY(!line.insertedSelected);
     }
 
-    void return_is_known_in_any_case_as_contained_text()
+    void any_text_that_contains_return_in_any_case_ends_the_entry()
     {
         QVERIFY(EditedLine::isReturn("RETURN"));
         QVERIFY(EditedLine::isReturn("the Return key"));

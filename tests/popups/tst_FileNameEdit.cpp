@@ -45,7 +45,7 @@ private slots:
         QCOMPARE(run("night", [](QWidget* modal) { popUps::press(modal, "Cancel"); }), QString());
     }
 
-    void a_keyboard_with_wires_works_too()
+    void a_physical_keyboard_works_too()
     {
         QCOMPARE(run("",
                      [](QWidget* modal) {
@@ -59,7 +59,7 @@ private slots:
             run("ab", [](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Escape); }), QString());
     }
 
-    void the_dialog_is_as_given()
+    void the_dialog_has_its_title_sheet_and_flags()
     {
         run("", [](QWidget* modal) {
             QCOMPARE(modal->objectName(), QString("FileNameEdit"));
@@ -77,7 +77,7 @@ private slots:
         });
     }
 
-    void a_parent_that_goes_meanwhile_takes_nothing_along()
+    void a_parent_deleted_meanwhile_does_not_delete_it()
     {
         auto* parent = new QWidget;
         whenModal([&](QWidget* modal) {

@@ -83,7 +83,7 @@ private slots:
         QCOMPARE(m_field->cursorPosition(), 2);
     }
 
-    void backspace_takes_the_character_just_typed()
+    void backspace_removes_the_character_just_typed()
     {
         press("a");
         press("b");
@@ -91,7 +91,7 @@ private slots:
         QCOMPARE(m_field->text(), QString("a"));
     }
 
-    void return_tells_the_owner_and_changes_nothing()
+    void return_is_announced_and_changes_nothing()
     {
         QSignalSpy spy(m_keys, &KeyBoardWidget::ret_pushed);
         m_field->setText("abc");
@@ -150,7 +150,7 @@ private slots:
         QVERIFY(bare.textEdit() == nullptr);
     }
 
-    void a_full_field_takes_no_more()
+    void a_full_field_takes_no_more_characters()
     {
         m_field->setMaxLength(2);
         m_field->setText("ab");

@@ -32,7 +32,7 @@ private slots:
         QCOMPARE(NumberEntry(3).display(), "      ");
     }
 
-    void characters_go_to_the_end_without_limit()
+    void characters_are_added_at_the_end_without_limit()
     {
         NumberEntry entry = typed("1");
         entry.append("2.");
@@ -42,7 +42,7 @@ private slots:
         QCOMPARE(entry.text().size(), 5009);
     }
 
-    void backspace_takes_the_last_character_data()
+    void backspace_removes_the_last_character_data()
     {
         QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("after");
@@ -59,7 +59,7 @@ private slots:
         QTest::newRow("letters") << "BE"
                                  << "      B";
     }
-    void backspace_takes_the_last_character()
+    void backspace_removes_the_last_character()
     {
         QFETCH(QString, before);
         NumberEntry entry = typed(before, 8);
@@ -67,7 +67,7 @@ private slots:
         QTEST(entry.text(), "after");
     }
 
-    void backspace_does_nothing_to_a_negative_entry()
+    void backspace_does_not_change_a_negative_entry()
     {
         NumberEntry entry = typed("12");
         entry.minus();
@@ -107,7 +107,7 @@ private slots:
         QCOMPARE(entry.text(), "       -5");
     }
 
-    void what_reads_as_0_takes_another_minus_and_backspace_data()
+    void an_entry_that_reads_as_0_takes_another_minus_and_backspace_data()
     {
         QTest::addColumn<QString>("rest");
         for (const char* rest : {"", "0", "0."}) {
@@ -115,7 +115,7 @@ private slots:
         }
     }
 
-    void what_reads_as_0_takes_another_minus_and_backspace()
+    void an_entry_that_reads_as_0_takes_another_minus_and_backspace()
     {
         QFETCH(QString, rest);
         NumberEntry entry;
@@ -129,7 +129,7 @@ private slots:
         QCOMPARE(entry.text(), ("       --" + rest).chopped(1));
     }
 
-    void plus_takes_the_minus_away()
+    void plus_removes_the_minus()
     {
         NumberEntry entry = typed("12");
         entry.plus();
@@ -143,7 +143,7 @@ private slots:
         QCOMPARE(entry.text(), "       -12");
     }
 
-    void plus_leaves_a_lone_minus()
+    void plus_does_not_remove_a_minus_without_digits()
     {
         NumberEntry entry;
         entry.minus();
@@ -160,7 +160,7 @@ private slots:
         QCOMPARE(entry.text(), "      ");
     }
 
-    void seven_blanks_after_an_error_are_cleared_before_the_pad_is_left()
+    void seven_blanks_after_an_error_are_cleared_before_the_pad_is_cancelled()
     {
         NumberEntry entry;
         entry.clearAfterError();
@@ -178,7 +178,7 @@ private slots:
         }
     }
 
-    void what_is_valid_data()
+    void numbers_inside_a_range_are_valid_data()
     {
         QTest::addColumn<QString>("characters");
         QTest::addColumn<int>("type");
@@ -215,7 +215,7 @@ private slots:
                                  << 18446744073709551615.0;
         QTest::newRow("65 bits") << QString(17, 'F') << 8 << "0 1e30" << 0 << false << 0.0;
     }
-    void what_is_valid()
+    void numbers_inside_a_range_are_valid()
     {
         QFETCH(QString, characters);
         QFETCH(int, type);

@@ -34,7 +34,7 @@ private slots:
         QCOMPARE(NumberRanges("2 0:1 3:1 9:1 2", 0).ranges(), expected);
     }
 
-    void what_is_no_range_is_ignored_data()
+    void items_that_are_not_ranges_are_ignored_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("shown");
@@ -57,13 +57,13 @@ private slots:
         QTest::newRow("two blanks: the second field is empty") << "1  2"
                                                                << "1 to 0";
     }
-    void what_is_no_range_is_ignored()
+    void items_that_are_not_ranges_are_ignored()
     {
         QFETCH(QString, text);
         QTEST(line(text, 0), "shown");
     }
 
-    void both_ends_are_inside_data()
+    void both_bounds_are_inside_data()
     {
         QTest::addColumn<double>("value");
         QTest::addColumn<bool>("inside");
@@ -78,13 +78,13 @@ private slots:
         QTest::newRow("nan") << std::numeric_limits<double>::quiet_NaN() << false;
         QTest::newRow("inf") << std::numeric_limits<double>::infinity() << false;
     }
-    void both_ends_are_inside()
+    void both_bounds_are_inside()
     {
         QFETCH(double, value);
         QTEST(NumberRanges("10 20:1 5", 0).contains(value), "inside");
     }
 
-    void without_a_range_nothing_is_inside() { QVERIFY(!NumberRanges("", 0).contains(0.0)); }
+    void without_a_range_nothing_is_valid() { QVERIFY(!NumberRanges("", 0).contains(0.0)); }
 
     void three_ranges_stand_on_a_line()
     {
@@ -117,7 +117,7 @@ private slots:
         QCOMPARE(ranges.errorText().split("\r\n").size(), 20);
     }
 
-    void one_range_as_text_data()
+    void a_range_is_written_as_its_type_wants_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<double>("low");
@@ -148,7 +148,7 @@ private slots:
         row(8, -255, 16.9, "-FF to 10");
         row(42, 1, 2, "1 to 2");
     }
-    void one_range_as_text()
+    void a_range_is_written_as_its_type_wants()
     {
         QFETCH(int, type);
         QFETCH(double, low);
@@ -175,7 +175,7 @@ private slots:
         QTEST(NumberRanges("10 20:1 5", type).rangeLine("The title"), "text");
     }
 
-    void a_frequency_line_is_indented_by_five_blanks_more()
+    void a_frequency_line_is_indented_by_five_more_blanks()
     {
         const NumberRanges ranges("1 2:3 4:5 6:7 8", 1);
         QCOMPARE(ranges.rangeLine({}),

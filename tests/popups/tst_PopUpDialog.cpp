@@ -48,7 +48,7 @@ private slots:
         QVERIFY(frameless.windowFlags().testFlag(Qt::FramelessWindowHint));
     }
 
-    void a_title_asks_for_no_width()
+    void a_long_title_does_not_widen_the_dialog()
     {
         const PopUpDialog dialog("Name", QString(500, 'W'), Qt::WindowFlags(), 6);
         QVERIFY(dialog.sizeHint().width() < 20);

@@ -14,20 +14,20 @@ class tst_PopUpFileBoard : public QObject
     }
 
 private slots:
-    void a_file_answers_its_value()
+    void a_pressed_file_returns_its_value()
     {
         QCOMPARE(run("a1 Night setup:a2 Day",
                      [](QWidget* modal) { popUps::press(modal, "Night setup"); }),
             QString("a1"));
     }
 
-    void cancel_answers_nothing()
+    void cancel_returns_nothing()
     {
         QCOMPARE(
             run("a1 Night", [](QWidget* modal) { popUps::press(modal, "Cancel"); }), QString());
     }
 
-    void a_typed_name_is_the_answer()
+    void a_typed_name_is_returned()
     {
         QCOMPARE(run("a1 Night",
                      [](QWidget* modal) {
@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(answer, QString("a1"));
     }
 
-    void the_dialog_is_as_given()
+    void the_dialog_has_its_title_sheet_and_flags()
     {
         run("a1 Night:a2 Day", [](QWidget* modal) {
             QCOMPARE(modal->objectName(), QString("PopUpFileBoard"));

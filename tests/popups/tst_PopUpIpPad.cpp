@@ -1,27 +1,14 @@
 #include "popups/PopUpIpPad.h"
-#include "support/Screen.h"
+
+#include "popups/PadScreen.h"
 #include "support/TestMain.h"
 
 #include <QDialog>
-#include <QLabel>
 #include <QMessageBox>
 
+using namespace padScreen;
+
 namespace {
-
-constexpr int LeastKey = 47;
-const QRect ScreenArea(0, 0, 800, 480);
-
-// Lets the script play the operator in the next modal dialog and closes what it has left open.
-void play(const std::function<void(QWidget*)>& script)
-{
-    whenModal([script](QWidget* dialog) {
-        const QPointer<QWidget> guard(dialog);
-        script(dialog);
-        if (guard != nullptr && guard->isVisible()) {
-            guard->close();
-        }
-    });
-}
 
 QString run(PopUpIpPad& pad, const std::function<void(QWidget*)>& script,
     const QString& title = "Address", const QString& current = "10.0.0.1")
@@ -36,39 +23,15 @@ QString run(const std::function<void(QWidget*)>& script)
     return run(pad, script);
 }
 
-// Out: whether all keys were there and got a click. keys: one character each.
+// Clicks on keys of one character each. Returns whether all of them were there.
 bool type(const QWidget* dialog, const QString& keys)
 {
-    for (const QChar key : keys) {
-        QPushButton* button = buttonWithText(dialog, key);
-        if (button == nullptr) {
-            return false;
-        }
-        clickOn(button);
-    }
-    return true;
+    return press(dialog, keys.split(QString(), Qt::SkipEmptyParts));
 }
 
 void press(const QWidget* dialog, const char* key)
 {
-    QPushButton* button = buttonWithText(dialog, key);
-    QVERIFY2(button != nullptr, key);
-    clickOn(button);
-}
-
-QString entry(const QWidget* dialog)
-{
-    return dialog->findChild<QLabel*>("entryLabel")->text();
-}
-
-QRect place(const QWidget* dialog, const QWidget* child)
-{
-    return {child->mapTo(dialog, QPoint(0, 0)), child->size()};
-}
-
-int topLevels()
-{
-    return static_cast<int>(QApplication::topLevelWidgets().size());
+    QVERIFY2(padScreen::press(dialog, {key}), key);
 }
 
 } // namespace
@@ -133,7 +96,7 @@ private slots:
                     }
                 }
                 for (const QPushButton* key : keys) {
-                    QVERIFY(key->width() >= LeastKey && key->height() >= LeastKey);
+                    QVERIFY(key->width() >= MinKey && key->height() >= MinKey);
                     QCOMPARE(dialog->childAt(place(dialog, key).center()), key);
                 }
                 ran = true;
@@ -163,7 +126,7 @@ private slots:
         });
     }
 
-    void the_styles_are_the_systems_own()
+    void the_style_sheets_are_exact()
     {
         run([](QWidget* dialog) {
             const auto sheet = [dialog](const char* key) {
@@ -198,7 +161,7 @@ private slots:
             "192.168.001.2");
     }
 
-    void backspace_takes_the_last_character()
+    void backspace_removes_the_last_character()
     {
         run([](QWidget* dialog) {
             QVERIFY(type(dialog, "1234"));
@@ -207,7 +170,7 @@ private slots:
         });
     }
 
-    void clear_clears_first_and_cancels_then()
+    void clear_first_clears_and_then_cancels()
     {
         QCOMPARE(run([](QWidget* dialog) {
             QVERIFY(type(dialog, "1.2.3.4"));
@@ -220,7 +183,7 @@ private slots:
             "");
     }
 
-    void an_invalid_address_stays_and_is_explained()
+    void an_invalid_address_is_explained_and_stays()
     {
         QCOMPARE(run([](QWidget* dialog) {
             bool seen = false;
@@ -297,7 +260,7 @@ private slots:
         QCOMPARE(topLevels(), before);
     }
 
-    void slots_of_a_closed_pad_are_harmless()
+    void slots_of_a_closed_pad_do_nothing()
     {
         PopUpIpPad pad;
         pad.num_button_clicked("1");

@@ -28,7 +28,7 @@ class tst_PopUpKeyBoard : public QObject
     }
 
 private slots:
-    void a_choice_answers_its_value_data()
+    void a_pressed_choice_returns_its_value_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("value");
@@ -41,7 +41,7 @@ private slots:
         QTest::newRow("cancel") << "Cancel"
                                 << "";
     }
-    void a_choice_answers_its_value()
+    void a_pressed_choice_returns_its_value()
     {
         QFETCH(QString, text);
         const QString value = pressed("0 Off:1 On:xyz A b c", text);
@@ -57,7 +57,7 @@ private slots:
         QCOMPARE(popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false), QString());
     }
 
-    void the_dialog_is_as_given()
+    void the_dialog_has_its_title_sheet_and_flags()
     {
         PopUpKeyBoard popUp;
         whenModal([](QWidget* modal) {

@@ -41,7 +41,7 @@ class tst_PopUpSlider : public QObject
     }
 
 private slots:
-    void the_dialog_is_as_given()
+    void the_dialog_has_its_title_sheet_and_flags()
     {
         PopUpSlider popUp;
         run(popUp, "Volume", "100 0", 50, 0, "", [](QWidget* modal, QSlider* slider) {
@@ -136,7 +136,7 @@ private slots:
         });
     }
 
-    void no_two_messages_are_nearer_than_the_throttle()
+    void messages_are_never_closer_than_the_throttle_time()
     {
         PopUpSlider popUp;
         QElapsedTimer clock;
@@ -186,7 +186,7 @@ private slots:
         });
     }
 
-    void bad_ranges_and_values_do_no_harm_data()
+    void malformed_ranges_and_values_are_limited_data()
     {
         QTest::addColumn<QString>("range");
         QTest::addColumn<float>("value");
@@ -199,7 +199,7 @@ private slots:
         QTest::newRow("infinite") << "100 0" << HUGE_VALF;
         QTest::newRow("far") << "1e300 -1e300" << 1e30F;
     }
-    void bad_ranges_and_values_do_no_harm()
+    void malformed_ranges_and_values_are_limited()
     {
         QFETCH(QString, range);
         QFETCH(float, value);
@@ -240,7 +240,7 @@ private slots:
         QTRY_VERIFY(popUp == nullptr);
     }
 
-    void without_a_position_that_waits_it_is_deleted_at_once()
+    void it_is_deleted_at_once_when_no_position_waits()
     {
         QPointer<PopUpSlider> popUp = new PopUpSlider(qApp);
         run(*popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider*) {});
@@ -249,7 +249,7 @@ private slots:
         QVERIFY(popUp == nullptr);
     }
 
-    void slots_without_a_dialog_do_nothing()
+    void slots_do_nothing_without_a_dialog()
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
@@ -261,7 +261,7 @@ private slots:
         QVERIFY(spy.isEmpty());
     }
 
-    void who_takes_a_message_may_delete_the_slider()
+    void a_receiver_of_a_message_may_delete_the_slider()
     {
         auto* popUp = new PopUpSlider;
         connect(popUp, &Key::response_message, qApp, [popUp] { delete popUp; });

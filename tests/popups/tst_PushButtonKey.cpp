@@ -7,7 +7,7 @@ class tst_PushButtonKey : public QObject
     Q_OBJECT
 
 private slots:
-    void a_press_says_the_text_when_it_is_let_go()
+    void a_press_announces_the_text_on_release()
     {
         PushButtonKey key("q");
         key.show();
@@ -25,7 +25,7 @@ private slots:
             key.styleSheet(), QString("color:white;border: 1px solid #000000;border-radius:6px;"));
     }
 
-    void command_keys_have_a_look_of_their_own()
+    void command_keys_look_different()
     {
         QCOMPARE(PushButtonKey("DEL").styleSheet(), QString("background:lightgray;color:darkred;"));
     }
@@ -41,7 +41,7 @@ private slots:
         QCOMPARE(changed.at(1).first().toBool(), false);
     }
 
-    void other_keys_do_not_touch_the_caps_lock()
+    void other_keys_do_not_change_the_caps_lock()
     {
         for (const QString& text : {QString("c"), QString("DEL"), QString("BACKSPACE")}) {
             PushButtonKey key(text);

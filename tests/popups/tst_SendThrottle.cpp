@@ -6,7 +6,7 @@ class tst_SendThrottle : public QObject
     Q_OBJECT
 
 private slots:
-    void the_first_message_leaves_at_once()
+    void the_first_message_is_sent_at_once()
     {
         SendThrottle throttle;
         QVERIFY(!throttle.isWaiting());
@@ -14,7 +14,7 @@ private slots:
         QVERIFY(throttle.isWaiting());
     }
 
-    void of_those_that_come_meanwhile_only_the_last_one_leaves()
+    void only_the_last_message_offered_meanwhile_is_sent()
     {
         SendThrottle throttle;
         throttle.offer("1");
@@ -35,7 +35,7 @@ private slots:
         QCOMPARE(throttle.expired(), std::optional<QString>("3"));
     }
 
-    void nothing_leaves_twice()
+    void no_message_is_sent_twice()
     {
         SendThrottle throttle;
         throttle.offer("1");
@@ -45,7 +45,7 @@ private slots:
         QVERIFY(!throttle.isWaiting());
     }
 
-    void after_a_pause_the_next_message_leaves_at_once()
+    void after_a_pause_the_next_message_is_sent_at_once()
     {
         SendThrottle throttle;
         throttle.offer("1");

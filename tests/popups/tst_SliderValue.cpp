@@ -38,7 +38,7 @@ private slots:
         QTEST(value.scale(), "scale");
     }
 
-    void the_position_is_cut_off_and_held_within_the_bounds_data()
+    void the_position_drops_the_fraction_and_stays_within_the_bounds_data()
     {
         QTest::addColumn<double>("value");
         QTest::addColumn<int>("position");
@@ -53,7 +53,7 @@ private slots:
         QTest::newRow("minus infinite") << -infinite << -10;
         QTest::newRow("no number") << std::nan("") << -10;
     }
-    void the_position_is_cut_off_and_held_within_the_bounds()
+    void the_position_drops_the_fraction_and_stays_within_the_bounds()
     {
         QFETCH(double, value);
         const SliderValue slider(QString(), QString(), "100 -10", 0);
@@ -140,7 +140,7 @@ private slots:
 
     void more_steps_than_fit_are_left_out()
     {
-        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MostSteps);
+        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MaxSteps);
     }
 };
 

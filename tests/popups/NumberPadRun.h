@@ -1,0 +1,41 @@
+#pragma once
+
+#include "popups/PadScreen.h"
+#include "popups/PopUpNumberPad.h"
+
+// Opens number pads for the tests.
+namespace numberPadRun {
+
+constexpr int Types = 9;
+inline const QString SevenRanges("950 2150:70 140:1 2:3 4:5 6:7 8:9 10");
+
+// The arguments of an opening, with values that suit tests of other things.
+struct Opening
+{
+    int type = 0;
+    QString ranges = "0 100";
+    double current = 0.0;
+    QString special;
+    QString command = "CMD";
+    QString valueText;
+    bool mirrored = false;
+    QString title = "Title";
+};
+
+// Opens a pad, runs the script with its dialog and returns what the pad returns.
+inline double run(
+    PopUpNumberPad& pad, const Opening& opening, const std::function<void(QWidget*)>& script)
+{
+    padScreen::play(script);
+    return pad.new_pop_NumberPad(opening.title, opening.ranges, opening.current, opening.type,
+        opening.special, opening.command, opening.valueText, opening.mirrored);
+}
+
+// The same with a pad of its own.
+inline double run(const Opening& opening, const std::function<void(QWidget*)>& script)
+{
+    PopUpNumberPad pad;
+    return run(pad, opening, script);
+}
+
+} // namespace numberPadRun

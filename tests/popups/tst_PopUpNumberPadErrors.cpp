@@ -1,0 +1,144 @@
+// What the number pad does with entries that are not valid.
+#include "popups/NumberPadRun.h"
+#include "support/TestMain.h"
+
+#include <QMessageBox>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+using namespace numberPadRun;
+using namespace padScreen;
+
+class tst_PopUpNumberPadErrors : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(QApplication::activeModalWidget(), nullptr); }
+
+    void an_invalid_entry_shows_what_would_be_valid()
+    {
+        Opening opening;
+        opening.type = 2;
+        opening.ranges = "10 20:1 5";
+        run(opening, [](QWidget* dialog) {
+            bool seen = false;
+            play([&seen](QWidget* top) {
+                auto* box = qobject_cast<QMessageBox*>(top);
+                QVERIFY(box != nullptr);
+                QCOMPARE(box->windowTitle(), "Out Of Range");
+                QCOMPARE(box->text(), "<font size = 5>Invalid Entry       2  Kbps</font>");
+                QCOMPARE(box->informativeText(),
+                    "<font size = 6>Valid Range(s)</font><br><font size = 7><b>1.0 bps to 5.0 bps<br>10.0 bps to 20.0 bps</b></font>");
+                QCOMPARE(box->buttons().size(), 1);
+                QCOMPARE(box->button(QMessageBox::Ok)->styleSheet(), "font: 28px");
+                QVERIFY(!box->windowIcon().isNull());
+                QVERIFY(box->width() >= 600);
+                QVERIFY(ScreenArea.contains(box->frameGeometry()));
+                seen = true;
+                clickOn(box->button(QMessageBox::Ok));
+            });
+            QVERIFY(press(dialog, {"2", "Kbps"}));
+            QVERIFY(seen);
+            QVERIFY(dialog->isVisible());
+            QCOMPARE(entry(dialog), "       bps");
+            QVERIFY(press(dialog, {"3"}));
+            QCOMPARE(entry(dialog), "       3");
+        });
+    }
+
+    void the_error_box_lies_inside_the_screen_data()
+    {
+        QTest::addColumn<QString>("ranges");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("digits");
+        QTest::newRow("no range") << "" << 0 << 1;
+        QTest::newRow("one") << "2000 3000" << 0 << 1;
+        QTest::newRow("seven") << SevenRanges << 0 << 1;
+        QTest::newRow("seven of a frequency") << SevenRanges << 1 << 1;
+        QTest::newRow("sixty") << QStringList(QList<QString>(60, "2000 3000")).join(":") << 2 << 1;
+        QTest::newRow("long numbers") << "1e299 1e300" << 1 << 1;
+        QTest::newRow("long entry") << "2 3" << 0 << 200;
+    }
+    void the_error_box_lies_inside_the_screen()
+    {
+        QFETCH(QString, ranges);
+        QFETCH(int, type);
+        QFETCH(int, digits);
+        Opening opening;
+        opening.type = type;
+        opening.ranges = ranges;
+        bool seen = false;
+        run(opening, [&](QWidget* dialog) {
+            QVERIFY(press(dialog, QStringList(QList<QString>(digits, "0"))));
+            play([&seen](QWidget* top) {
+                auto* box = qobject_cast<QMessageBox*>(top);
+                QVERIFY(box != nullptr);
+                const QRect frame = box->frameGeometry();
+                QVERIFY2(ScreenArea.contains(frame),
+                    qPrintable(QString("%1 %2 %3 %4")
+                                   .arg(frame.x())
+                                   .arg(frame.y())
+                                   .arg(frame.width())
+                                   .arg(frame.height())));
+                const QPoint off = frame.center() - ScreenArea.center();
+                QVERIFY(qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1);
+                const QPushButton* ok = qobject_cast<QPushButton*>(box->button(QMessageBox::Ok));
+                QVERIFY(box->rect().contains(place(box, ok)));
+                QVERIFY(ok->width() >= MinKey && ok->height() >= MinKey);
+                for (const QWidget* widget : shown(box)) {
+                    QVERIFY(widget == ok || widget->objectName() == "qt_msgbox_informativelabel" ||
+                        !place(box, widget).intersects(place(box, ok)));
+                }
+                seen = true;
+                clickOn(box->button(QMessageBox::Ok));
+            });
+            (type == 2 ? buttonWithText(dialog, "bps")
+                       : buttonWithText(dialog, type == 1 ? "MHz" : "Enter"))
+                ->click();
+        });
+        QVERIFY(seen);
+    }
+
+    void more_ranges_than_the_screen_holds_are_scrolled_with_a_finger()
+    {
+        Opening opening;
+        opening.ranges = QStringList(QList<QString>(60, "2000 3000")).join(":");
+        bool seen = false;
+        run(opening, [&seen](QWidget* dialog) {
+            play([&seen](QWidget* box) {
+                const auto* area = box->findChild<QScrollArea*>();
+                QVERIFY(area != nullptr);
+                QScrollBar* bar = area->verticalScrollBar();
+                QVERIFY(bar->isVisible() && bar->width() >= MinKey && bar->maximum() > 0);
+                bar->setValue(bar->maximum());
+                const QWidget* text = area->widget();
+                QCOMPARE(text->mapTo(area, text->rect().bottomLeft()).y(),
+                    area->viewport()->rect().bottom());
+                seen = true;
+            });
+            QVERIFY(press(dialog, {"Enter"}));
+        });
+        QVERIFY(seen);
+    }
+
+    void an_empty_entry_is_invalid()
+    {
+        PopUpNumberPad pad;
+        QSignalSpy valid(&pad, &PopUpNumberPad::valid_entry);
+        bool seen = false;
+        run(pad, {}, [&](QWidget* dialog) {
+            play([&seen](QWidget* box) {
+                seen = qobject_cast<QMessageBox*>(box) != nullptr;
+                box->close();
+            });
+            QVERIFY(press(dialog, {"Enter"}));
+        });
+        QVERIFY(seen);
+        QCOMPARE(valid.size(), 0);
+    }
+};
+
+QN740_TEST_MAIN(tst_PopUpNumberPadErrors)
+#include "tst_PopUpNumberPadErrors.moc"

@@ -1,0 +1,310 @@
+// How the number pad looks: its window, keys and lines of text for every type of number.
+#include "popups/NumberPadRun.h"
+#include "support/TestMain.h"
+
+#include <QDialog>
+#include <QMainWindow>
+
+using namespace numberPadRun;
+using namespace padScreen;
+
+class tst_PopUpNumberPadLayout : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(QApplication::activeModalWidget(), nullptr); }
+
+    void the_dialog_is_frameless_and_of_fixed_size()
+    {
+        run({}, [](QWidget* dialog) {
+            QCOMPARE(dialog->objectName(), "PopUpNumberPad");
+            QVERIFY(qobject_cast<QDialog*>(dialog) != nullptr);
+            QCOMPARE(dialog->size(), QSize(795, 478));
+            QCOMPARE(dialog->minimumSize(), dialog->maximumSize());
+            QVERIFY(dialog->windowFlags() & Qt::FramelessWindowHint);
+            QVERIFY(dialog->windowFlags() & Qt::CustomizeWindowHint);
+            QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
+            QCOMPARE(dialog->windowTitle(), "Title");
+            QCOMPARE(labelText(dialog, "titleLabel"), "Title");
+            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->height(), 45);
+        });
+    }
+
+    void nothing_overlaps_and_every_key_can_be_touched_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("mirrored");
+        QTest::addColumn<QString>("ranges");
+        QTest::addColumn<QString>("title");
+        for (int type = 0; type < Types; ++type) {
+            for (const bool mirrored : {false, true}) {
+                QTest::addRow("%d %d", type, mirrored) << type << mirrored << "0 100"
+                                                       << "Title";
+                QTest::addRow("%d %d full", type, mirrored)
+                    << type << mirrored << SevenRanges << QString(60, 'W');
+            }
+        }
+        QStringList many;
+        for (int i = 0; i < 200; ++i) {
+            many += "-1234567 1e300";
+        }
+        QTest::newRow("200 ranges") << 0 << false << many.join(":") << QString(1000, 'W');
+    }
+    void nothing_overlaps_and_every_key_can_be_touched()
+    {
+        QFETCH(int, type);
+        QFETCH(bool, mirrored);
+        QFETCH(QString, ranges);
+        QFETCH(QString, title);
+        Opening opening;
+        opening.type = type;
+        opening.mirrored = mirrored;
+        opening.ranges = ranges;
+        opening.title = title;
+        opening.special = "-1 " + title;
+        bool ran = false;
+        run(opening, [&ran](QWidget* dialog) {
+            QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
+            const QList<QWidget*> widgets = shown(dialog);
+            QVERIFY(widgets.size() >= 4 + 12);
+            for (const QWidget* widget : widgets) {
+                const QRect its = place(dialog, widget);
+                QVERIFY(dialog->rect().contains(its));
+                for (const QWidget* other : widgets) {
+                    QVERIFY(other == widget || !its.intersects(place(dialog, other)));
+                }
+                if (qobject_cast<const QPushButton*>(widget) != nullptr) {
+                    QVERIFY2(its.width() >= MinKey && its.height() >= MinKey,
+                        qPrintable(QString("%1 x %2").arg(its.width()).arg(its.height())));
+                    QCOMPARE(dialog->childAt(its.center()), widget);
+                }
+            }
+            ran = true;
+        });
+        QVERIFY(ran);
+    }
+
+    void each_type_has_its_keys_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QStringList>("keys");
+        const QStringList point{"."};
+        QTest::newRow("0") << 0 << point + QStringList{"+", "-", "Enter"};
+        QTest::newRow("1") << 1
+                           << point + QStringList{"Step\r\n0.1 MHz", "Step Up", "Step Down", "MHz"};
+        QTest::newRow("2") << 2 << point + QStringList{"Mbps", "Kbps", "bps"};
+        QTest::newRow("3") << 3 << point + QStringList{"MHz", "KHz", "Hz"};
+        QTest::newRow("4") << 4 << point + QStringList{"Enter"};
+        QTest::newRow("5") << 5 << point + QStringList{"%"};
+        QTest::newRow("6") << 6 << point + QStringList{"Auto Level", "Enter"};
+        QTest::newRow("7") << 7 << point + QStringList{"Enter"};
+        QTest::newRow("8") << 8 << QStringList{"A", "B", "C", "D", "E", "F", "Enter"};
+        QTest::newRow("unknown") << 77 << point + QStringList{"Enter"};
+    }
+    void each_type_has_its_keys()
+    {
+        QFETCH(int, type);
+        QFETCH(QStringList, keys);
+        keys += {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "CE/Cancel", "BackSpace"};
+        keys.sort();
+        Opening opening;
+        opening.type = type;
+        opening.special = "-1 Auto Level";
+        QStringList found;
+        run(opening, [&found](QWidget* dialog) {
+            const auto buttons = dialog->findChildren<QPushButton*>();
+            for (const QPushButton* button : buttons) {
+                found += button->text();
+            }
+        });
+        found.sort();
+        QCOMPARE(found, keys);
+    }
+
+    void a_pad_over_the_panels_window_stays_inside_the_screen_data()
+    {
+        QTest::addColumn<QRect>("window");
+        QTest::newRow("at the corner") << QRect(0, 0, 800, 480);
+        QTest::newRow("moved") << QRect(150, 90, 800, 480);
+        QTest::newRow("moved out") << QRect(-500, -300, 800, 480);
+        QTest::newRow("small") << QRect(10, 10, 200, 100);
+    }
+    void a_pad_over_the_panels_window_stays_inside_the_screen()
+    {
+        QFETCH(QRect, window);
+        QMainWindow panel;
+        panel.setGeometry(window);
+        panel.show();
+        QRect frame;
+        QRect box;
+        run({}, [&](QWidget* dialog) {
+            frame = dialog->frameGeometry();
+            play([&box](QWidget* top) { box = top->frameGeometry(); });
+            QVERIFY(press(dialog, {"Enter"}));
+        });
+        QCOMPARE(frame.size(), QSize(795, 478));
+        QVERIFY(ScreenArea.contains(frame));
+        QVERIFY(!box.isEmpty() && ScreenArea.contains(box));
+    }
+
+    void digits_stand_as_on_a_calculator()
+    {
+        run({}, [](QWidget* dialog) {
+            QVERIFY(leftOf(dialog, "7", "8") && leftOf(dialog, "8", "9"));
+            QVERIFY(leftOf(dialog, "1", "2") && leftOf(dialog, "2", "3"));
+            QVERIFY(above(dialog, "7", "4") && above(dialog, "4", "1") && above(dialog, "1", "0"));
+            QVERIFY(leftOf(dialog, "0", ".") && leftOf(dialog, ".", "CE/Cancel"));
+            QVERIFY(leftOf(dialog, "9", "BackSpace") && leftOf(dialog, "6", "+"));
+            QVERIFY(leftOf(dialog, "3", "-") && leftOf(dialog, "CE/Cancel", "Enter"));
+        });
+    }
+
+    void mirrored_digits_stand_as_on_a_telephone()
+    {
+        Opening opening;
+        opening.mirrored = true;
+        run(opening, [](QWidget* dialog) {
+            QVERIFY(leftOf(dialog, "7", "8") && leftOf(dialog, "8", "9"));
+            QVERIFY(leftOf(dialog, "1", "2") && leftOf(dialog, "2", "3"));
+            QVERIFY(above(dialog, "1", "4") && above(dialog, "4", "7") && above(dialog, "7", "0"));
+            QVERIFY(leftOf(dialog, "3", "BackSpace"));
+        });
+    }
+
+    void the_keys_of_a_frequency_stand_in_the_last_column()
+    {
+        Opening opening;
+        opening.type = 1;
+        run(opening, [](QWidget* dialog) {
+            QVERIFY(above(dialog, "BackSpace", "Step\r\n0.1 MHz"));
+            QVERIFY(above(dialog, "Step\r\n0.1 MHz", "Step Up"));
+            QVERIFY(above(dialog, "Step Up", "Step Down") && above(dialog, "Step Down", "MHz"));
+            QVERIFY(leftOf(dialog, "9", "Step\r\n0.1 MHz"));
+            QVERIFY(place(dialog, buttonWithText(dialog, "BackSpace")).center().y() ==
+                place(dialog, dialog->findChild<QWidget*>("entryLabel")).center().y());
+        });
+    }
+
+    void the_unit_keys_stand_in_the_last_column_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QStringList>("keys");
+        QTest::newRow("2") << 2 << QStringList{"BackSpace", "bps", "Kbps", "Mbps"};
+        QTest::newRow("3") << 3 << QStringList{"BackSpace", "Hz", "KHz", "MHz"};
+    }
+    void the_unit_keys_stand_in_the_last_column()
+    {
+        QFETCH(int, type);
+        QFETCH(QStringList, keys);
+        Opening opening;
+        opening.type = type;
+        run(opening, [&keys](QWidget* dialog) {
+            QVERIFY(leftOf(dialog, "9", keys.at(0)) && above(dialog, keys.at(0), keys.at(1)));
+            QVERIFY(above(dialog, keys.at(1), keys.at(2)) && above(dialog, keys.at(2), keys.at(3)));
+            QVERIFY(leftOf(dialog, "CE/Cancel", keys.at(3)));
+        });
+    }
+
+    void hexadecimal_letters_stand_in_one_block()
+    {
+        Opening opening;
+        opening.type = 8;
+        run(opening, [](QWidget* dialog) {
+            QVERIFY(leftOf(dialog, "A", "B") && leftOf(dialog, "C", "D"));
+            QVERIFY(leftOf(dialog, "E", "F"));
+            QVERIFY(above(dialog, "A", "C") && above(dialog, "C", "E"));
+            QVERIFY(leftOf(dialog, "9", "A") && leftOf(dialog, "B", "BackSpace"));
+            QVERIFY(leftOf(dialog, "D", "CE/Cancel") && above(dialog, "BackSpace", "CE/Cancel"));
+            QVERIFY(leftOf(dialog, "0", "Enter"));
+            QVERIFY(place(dialog, buttonWithText(dialog, "Enter")).center().x() ==
+                place(dialog, buttonWithText(dialog, "CE/Cancel")).center().x());
+        });
+    }
+
+    void the_style_sheets_are_exact()
+    {
+        Opening opening;
+        run(opening, [](QWidget* dialog) {
+            const auto sheet = [dialog](const char* key) {
+                return buttonWithText(dialog, key)->styleSheet();
+            };
+            QCOMPARE(sheet("5"),
+                "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
+            QCOMPARE(sheet("."), sheet("5"));
+            QCOMPARE(sheet("CE/Cancel"),
+                "QPushButton {background-color:red; color:white; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;}");
+            QCOMPARE(sheet("BackSpace"),
+                "QPushButton {background-color:#b0c4de; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} ");
+            QCOMPARE(sheet("+"), sheet("BackSpace"));
+            QCOMPARE(sheet("Enter"),
+                "QPushButton {background-color:green; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} ");
+            QCOMPARE(dialog->findChild<QLabel*>("entryLabel")->styleSheet(),
+                "background-color: white; font-size: 32px");
+            QCOMPARE(dialog->findChild<QLabel*>("currentValueLabel")->styleSheet(),
+                "background-color: darkBlue; color:white; font-size: 18 px");
+            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->styleSheet(),
+                "QLabel{color:white; background:rgb(66,89,148); font-size: 18px;}");
+            QCOMPARE(dialog->findChild<QLabel*>("rangeLabel")->styleSheet(),
+                "QLabel{background:blue; color:white}");
+        });
+    }
+
+    void the_current_value_is_large_enough_to_read()
+    {
+        run({}, [](QWidget* dialog) {
+            const auto* label = dialog->findChild<QLabel*>("currentValueLabel");
+            QCOMPARE(QFontInfo(label->font()).pixelSize(), 18);
+            QVERIFY(label->height() >= 70 && label->width() >= 150);
+        });
+    }
+
+    void range_and_current_value_of_each_type_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("range");
+        QTest::addColumn<QString>("current");
+        QTest::newRow("0") << 0 << "Valid Range(s): 0 to 100"
+                           << "      Current Value: 7.00      ";
+        QTest::newRow("1") << 1 << "Valid Range(s)(MHz): (0 to 100.0)"
+                           << "Current Value:\r\n7.0 MHz";
+        QTest::newRow("2") << 2 << "Valid Range(s): 0.0 bps to 100.0 bps"
+                           << "      Current Value: 7.00 bps      ";
+        QTest::newRow("5") << 5 << "Valid Range(s): 0 to 100"
+                           << "      Current Value: 700.00 %      ";
+        QTest::newRow("7") << 7 << "Title"
+                           << "Enter PIN to unlock ";
+        QTest::newRow("8") << 8 << "Valid Range(s): 0 to 64"
+                           << "      Current Value: 7      ";
+    }
+    void range_and_current_value_of_each_type()
+    {
+        QFETCH(int, type);
+        Opening opening;
+        opening.type = type;
+        opening.current = 7.0;
+        QString range;
+        QString current;
+        run(opening, [&](QWidget* dialog) {
+            range = labelText(dialog, "rangeLabel");
+            current = labelText(dialog, "currentValueLabel");
+        });
+        QTEST(range, "range");
+        QTEST(current, "current");
+    }
+
+    void a_value_text_replaces_the_current_value()
+    {
+        for (int type = 0; type < Types; ++type) {
+            Opening opening;
+            opening.type = type;
+            opening.valueText = "Locked <b>now</b>";
+            run(opening, [](QWidget* dialog) {
+                QCOMPARE(labelText(dialog, "currentValueLabel"), "Locked <b>now</b>");
+            });
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_PopUpNumberPadLayout)
+#include "tst_PopUpNumberPadLayout.moc"

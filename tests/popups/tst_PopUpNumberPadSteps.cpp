@@ -1,0 +1,138 @@
+// The step keys of a frequency, which send each value at once.
+#include "popups/NumberPadRun.h"
+#include "support/TestMain.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
+using namespace numberPadRun;
+using namespace padScreen;
+
+namespace {
+QString framedMessage(const QString& body)
+{
+    return QChar(0x02) + body + QChar(0x04);
+}
+} // namespace
+
+class tst_PopUpNumberPadSteps : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(QApplication::activeModalWidget(), nullptr); }
+
+    void a_step_sends_the_new_value_at_once()
+    {
+        PopUpNumberPad pad;
+        QSignalSpy sent(&pad, &Key::response_message);
+        Opening opening;
+        opening.type = 1;
+        opening.ranges = "70 140:200 300";
+        opening.current = 100.0;
+        opening.command = "RF1";
+        run(pad, opening, [&](QWidget* dialog) {
+            QVERIFY(press(dialog, {"Step Up"}));
+            QCOMPARE(sent.size(), 1);
+            QCOMPARE(sent.at(0).at(0).toString(), framedMessage("RF1100.1"));
+            QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
+            QVERIFY(press(dialog, {"Step Down", "Step Down"}));
+            QCOMPARE(sent.last().at(0).toString(), framedMessage("RF199.9"));
+            QVERIFY(dialog->isVisible());
+            QCOMPARE(entry(dialog), "       MHz ");
+        });
+        QCOMPARE(sent.size(), 3);
+    }
+
+    void a_step_out_of_every_range_does_nothing()
+    {
+        PopUpNumberPad pad;
+        QSignalSpy sent(&pad, &Key::response_message);
+        Opening opening;
+        opening.type = 1;
+        opening.ranges = "70 140:200 300";
+        opening.current = 140.0;
+        run(pad, opening, [&](QWidget* dialog) {
+            QVERIFY(press(dialog, {"Step Up"}));
+            QCOMPARE(sent.size(), 0);
+            QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n140.0 MHz");
+            // by 100 it reaches the next range
+            QVERIFY(press(dialog, {"Step\r\n0.1 MHz", "Step\r\n1.0 MHz", "Step\r\n10.0 MHz"}));
+            QVERIFY(press(dialog, {"Step Up"}));
+            QCOMPARE(sent.last().at(0).toString(), framedMessage("CMD240.0"));
+        });
+        QCOMPARE(sent.size(), 1);
+    }
+
+    void steps_are_counted_in_single_precision()
+    {
+        PopUpNumberPad pad;
+        QSignalSpy sent(&pad, &Key::response_message);
+        Opening opening;
+        opening.type = 1;
+        opening.ranges = "0 1e6";
+        opening.current = 99999.0;
+        // near 100,000 single precision knows only multiples of 1/128
+        float expected = 99999.0F;
+        for (int i = 0; i < 200; ++i) {
+            expected += 0.1F;
+        }
+        run(pad, opening, [&](QWidget* /*dialog*/) {
+            for (int i = 0; i < 200; ++i) {
+                pad.up_rf();
+            }
+        });
+        const QString text = QString::number(static_cast<double>(expected), 'f', 1);
+        QVERIFY(text != "100019.0");
+        QCOMPARE(sent.last().at(0).toString(), framedMessage("CMD" + text));
+    }
+
+    void the_step_key_cycles_through_the_steps()
+    {
+        Opening opening;
+        opening.type = 1;
+        run(opening, [](QWidget* dialog) {
+            QVERIFY(press(dialog,
+                {"Step\r\n0.1 MHz", "Step\r\n1.0 MHz", "Step\r\n10.0 MHz", "Step\r\n100.0 MHz",
+                    "Step\r\n0.1 MHz"}));
+        });
+    }
+
+    void the_step_keys_repeat_while_they_are_held()
+    {
+        Opening opening;
+        opening.type = 1;
+        run(opening, [](QWidget* dialog) {
+            for (const char* text : {"Step Up", "Step Down"}) {
+                const QPushButton* key = buttonWithText(dialog, text);
+                QVERIFY(key->autoRepeat());
+                QCOMPARE(key->autoRepeatDelay(), 500);
+                QCOMPARE(key->autoRepeatInterval(), 200);
+            }
+            QVERIFY(!buttonWithText(dialog, "Step\r\n0.1 MHz")->autoRepeat());
+        });
+    }
+
+    void a_held_step_key_sends_repeatedly()
+    {
+        PopUpNumberPad pad;
+        QSignalSpy sent(&pad, &Key::response_message);
+        Opening opening;
+        opening.type = 1;
+        opening.ranges = "0 1000";
+        run(pad, opening, [&](QWidget* dialog) {
+            QPushButton* up = buttonWithText(dialog, "Step Up");
+            const QPoint at = up->mapTo(dialog, up->rect().center());
+            QElapsedTimer timer;
+            timer.start();
+            QTest::mousePress(dialog->windowHandle(), Qt::LeftButton, {}, at);
+            QTRY_VERIFY(sent.size() >= 3);
+            // a coarse timer may fire 5 % early
+            QVERIFY(timer.elapsed() >= (500 + 2 * 200) * 9 / 10);
+            QTest::mouseRelease(dialog->windowHandle(), Qt::LeftButton, {}, at);
+        });
+    }
+};
+
+QN740_TEST_MAIN(tst_PopUpNumberPadSteps)
+#include "tst_PopUpNumberPadSteps.moc"
