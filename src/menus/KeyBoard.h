@@ -14,6 +14,7 @@
 #include <optional>
 
 class Key;
+class MoreKey;
 struct KeyDefinition;
 
 /// One menu as the operator sees it: a framed page of keys on a grid, built up key by key.
@@ -143,6 +144,9 @@ private:
     QPushButton* newButton(const QString& label);
     void placeInFlow(QPushButton* button);
     void placeInGroup(QPushButton* button, Cell cell);
+    void putNowhere(QPushButton* button);
 
     Kind m_kind = Kind::Plain;
+    QList<QPointer<MoreKey>> m_moreKeys;
+    QWidget* m_nowhere = nullptr; // never shown; holds the buttons that have no cell
 };
