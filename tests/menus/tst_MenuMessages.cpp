@@ -3,6 +3,7 @@
 #include "menus/MenuMessages.h"
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 #include <QSignalSpy>
 
@@ -259,6 +260,115 @@ private slots:
             QCOMPARE(key->GetKey()->text(), QString("New"));
             QCOMPARE(key->command, QString("D"));
         }
+    }
+
+    void a_pending_press_waits_for_a_message_about_the_key_data()
+    {
+        QTest::addColumn<QString>("pressed");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("pending");
+        QTest::newRow("AK") << "M"
+                            << "AK,M,k,L,0,C,,0,,0,1,1" << false;
+        QTest::newRow("CV") << "M"
+                            << "CV,M,k,0,1" << false;
+        QTest::newRow("CV that says no") << "M"
+                                         << "CV,M,k,0,0" << false;
+        QTest::newRow("CK") << "M"
+                            << "CK,M,k,1" << false;
+        QTest::newRow("AK for the source of a copy") << "N"
+                                                     << "AK,M,k,L,0,C,,0,,0,1,1" << false;
+        QTest::newRow("CV for the source of a copy") << "N"
+                                                     << "CV,M,k,0,1" << false;
+        QTest::newRow("CK for the source of a copy") << "N"
+                                                     << "CK,M,k,1" << false;
+        QTest::newRow("CV for the copy of a source") << "M"
+                                                     << "CV,N,k,0,1" << false;
+        QTest::newRow("AK that is too short") << "M"
+                                              << "AK,M,k,L,0,C,,0,,0,1" << true;
+        QTest::newRow("CV for another key") << "M"
+                                            << "CV,M,other,0,1" << true;
+        QTest::newRow("CV for another menu") << "M"
+                                             << "CV,O,k,0,1" << true;
+        QTest::newRow("EI") << "M"
+                            << "EI,M,k,0" << true;
+        QTest::newRow("SK") << "M"
+                            << "SK,M" << true;
+    }
+    void a_pending_press_waits_for_a_message_about_the_key()
+    {
+        QFETCH(QString, pressed);
+        QFETCH(QString, message);
+        QFETCH(bool, pending);
+        ak("M,k,L,0,C,,0,,0,0,1");
+        ak("M,other,L,0,C,,0,,0,0,1");
+        ak("O,k,L,0,C,,0,,0,0,1");
+        m_menus->copyKey({"N", "M", "k"});
+        Key* key = find(pressed, "k");
+        const auto* button = qobject_cast<TextButton*>(key->GetKey());
+        key->GetKey()->click();
+        QVERIFY(button->marks().isPending);
+        QStringList fields = message.split(',');
+        const QString word = fields.takeFirst();
+        if (word == "AK") {
+            m_menus->defineKey(fields);
+        } else if (word == "CV") {
+            m_menus->changeValue(fields);
+        } else if (word == "CK") {
+            m_menus->changeState(fields);
+        } else if (word == "EI") {
+            m_menus->lockChoices(fields);
+        } else {
+            m_menus->selectMenu(fields);
+        }
+        QCOMPARE(button->marks().isPending, pending);
+        QCOMPARE(key->isPending(), pending);
+    }
+
+    void an_ignored_part_of_a_message_is_logged_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QStringList>("logged");
+        QTest::newRow("a position that is no number")
+            << "EI"
+            << "M,k,0:x:1" << QStringList{"EI: no position x"};
+        QTest::newRow("a negative position") << "EI"
+                                             << "M,k,-1" << QStringList{"EI: no position -1"};
+        QTest::newRow("positions that are carried out") << "EI"
+                                                        << "M,k,0:1" << QStringList{};
+        QTest::newRow("a state without a meaning") << "CK"
+                                                   << "M,k,3" << QStringList{"CK: no state 3"};
+        QTest::newRow("a state that is carried out") << "CK"
+                                                     << "M,k,2" << QStringList{};
+        QTest::newRow("a value that is out of range")
+            << "IK"
+            << "L,9,C,,0,,,1e99" << QStringList{"IK: value out of range: 1e99"};
+        QTest::newRow("a value that is infinite")
+            << "IK"
+            << "L,9,C,,0,,,inf" << QStringList{"IK: value out of range: inf"};
+    }
+    void an_ignored_part_of_a_message_is_logged()
+    {
+        QFETCH(QString, word);
+        QFETCH(QString, fields);
+        QFETCH(QStringList, logged);
+        ak("M,k,L,2,C,,0,0 A:1 B,0,0,1");
+        static QStringList lines;
+        lines.clear();
+        QLoggingCategory::setFilterRules("qn740.menus.debug=true");
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& text) { lines += text; });
+        const QStringList list = fields.split(',');
+        if (word == "EI") {
+            m_menus->lockChoices(list);
+        } else if (word == "CK") {
+            m_menus->changeState(list);
+        } else {
+            m_menus->pressImmediately(list);
+        }
+        qInstallMessageHandler(before);
+        QLoggingCategory::setFilterRules("");
+        QCOMPARE(lines, logged);
     }
 
     void AK_sets_the_value_of_every_linked_key_whose_own_is_0()
