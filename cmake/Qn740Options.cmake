@@ -12,7 +12,7 @@ if(QN740_WERROR)
     target_compile_options(qn740_options INTERFACE -Werror)
 endif()
 if(QN740_SANITIZE)
-    # for the directory, so that one below it can take some of it back
+    # For the directory, so that a directory below it can switch some of it off.
     add_compile_options(-O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined
         -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=address,undefined)

@@ -1,5 +1,6 @@
 // What a character costs on its way into a message that has no end yet. The figure must not grow
-// with the length of the message: the last line is the cost a character at 2 MB over that at 20 kB.
+// with the length of the message: the last line is the cost per character at 2 MB divided by that
+// at 20 kB.
 #include "link/FrameCutter.h"
 
 #include <benchmark/benchmark.h>

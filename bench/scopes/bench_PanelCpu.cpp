@@ -2,12 +2,12 @@
 // full rate of their lines: with the menus shown, with the scopes page as three eye patterns, as
 // three constellations, and with the menus again.
 //
-//   bench_PanelCpu [SECONDS]     of each measurement, 30 when none is given
+//   bench_PanelCpu [SECONDS]     length of each measurement, 30 by default
 //
-// The panel runs as it is, on a screen that nobody looks at (offscreen); the operator's finger
-// comes over a socket, by Qt's plugin for remote touches. A mode that is chosen on the scopes page
-// in the end and arrives at the unit proves that the page was there. Each line tells the figure,
-// its ratio to the limit and how much of what the lines carried was read.
+// The panel runs unchanged on Qt's offscreen platform. The operator's touches come through a
+// socket, by Qt's plugin for remote touches. At the end a mode is chosen on the scopes page; that
+// it arrives at the unit proves that the page was shown. Each line gives the figure, its ratio to
+// the limit and how much of the lines' data was read.
 #include "support/Program.h"
 
 #include <QCoreApplication>
@@ -21,28 +21,30 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int DefaultSeconds = 30;
-constexpr double LimitPercent = 5.0; // of a core, page shown
-constexpr int SplashMs = 16000;      // it stands for 15 seconds
+constexpr double LimitPercent = 5.0; // Of a core, with the scopes page shown.
+constexpr int SplashMs = 16000;      // The splash screen is shown for 15 seconds.
 constexpr int SettleMs = 3000;
 constexpr int TouchMs = 100;
 constexpr int LineBytesPerSecond = 11520;
 constexpr int Demodulators = 3;
 
-// places on the panel's window and on the list of modes, both as they are laid out
+// Where to touch the panel's window and the list of modes, as they are laid out.
 constexpr QSizeF Window(800, 480);
 constexpr QPointF ScopesButton(675, 455);
 constexpr QPointF ModeButton1(132, 350);
 constexpr QSizeF List(795, 478);
 constexpr QPointF ChoiceOff(662, 110);
 
-// as "SM" carries them
+// As "SM" carries them.
 constexpr int Constellation = 1;
 constexpr int EyePattern = 2;
 
-// A finger by TUIO 1.1: bundles of OSC messages in datagrams.
+// A finger as TUIO 1.1 describes it: bundles of OSC messages in datagrams.
 class Finger
 {
 public:
@@ -51,7 +53,7 @@ public:
     {
     }
 
-    // In: a place in the window that has the focus, and that window's size.
+    // Touches a place in the focused window, whose size is needed to scale it.
     void touch(QPointF place, QSizeF window)
     {
         const auto x = static_cast<float>(place.x() / window.width());
@@ -123,10 +125,10 @@ quint16 freePort()
     return socket.localPort();
 }
 
-// Everything that the program has read from lines, files and others, in bytes.
+// Bytes that the program has read from lines, files and anything else.
 double bytesRead(const Program& program)
 {
-    QFile file(QString("/proc/%1/io").arg(program.processId()));
+    QFile file(u"/proc/%1/io"_s.arg(program.processId()));
     const bool open = file.open(QIODevice::ReadOnly);
     const QByteArray rchar = open ? file.readLine() : QByteArray();
     return rchar.mid(rchar.indexOf(' ')).trimmed().toDouble();
@@ -142,7 +144,7 @@ bool waitFor(Program& program, const QByteArray& line)
     return came;
 }
 
-// Out: whether all bytes of the three lines were read meanwhile.
+// Returns whether all bytes of the three lines were read during the measurement.
 bool measure(const char* what, Program& panel, int seconds)
 {
     const double cpu = panel.cpuSeconds();
@@ -157,11 +159,11 @@ bool measure(const char* what, Program& panel, int seconds)
     return rate > 0.9;
 }
 
-// As the unit sets what the scopes show and what their ports send.
+// Sets what the scopes show and what their ports send, as the unit does.
 void setModes(Program& unit, int mode)
 {
     for (int demodulator = 1; demodulator <= Demodulators; ++demodulator) {
-        unit.write(QString("SM,%1,%2\n").arg(demodulator).arg(mode).toLatin1());
+        unit.write(u"SM,%1,%2\n"_s.arg(demodulator).arg(mode).toLatin1());
     }
     QTest::qWait(SettleMs);
 }
@@ -172,18 +174,19 @@ int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
     const int seconds = argc > 1 ? QByteArray(argv[1]).toInt() : DefaultSeconds;
-    const QTemporaryDir work; // mode 0700, as the run-time directory wants it
-    const QString devices = work.filePath("dev");
-    Program unit(QN740_SIM, {"--dir", devices, "--no-menus", "--scope-mode", "2"});
+    const QTemporaryDir work; // Has mode 0700, which the run-time directory needs.
+    const QString devices = work.filePath(u"dev"_s);
+    Program unit(QString::fromUtf8(QN740_SIM),
+        {u"--dir"_s, devices, u"--no-menus"_s, u"--scope-mode"_s, u"2"_s});
     if (seconds <= 0 || !waitFor(unit, "sim: ready " + devices.toLatin1())) {
         return 1;
     }
     const quint16 port = freePort();
-    Program panel(QN740_PANEL,
-        {"-platform", "offscreen:configfile=" QN740_SCREEN, "-plugin",
-            QString("tuiotouch:udp=%1").arg(port)},
-        {"QN740_DEV=" + devices, "XDG_RUNTIME_DIR=" + work.path(),
-            "XDG_CONFIG_HOME=" + work.path()});
+    Program panel(QString::fromUtf8(QN740_PANEL),
+        {u"-platform"_s, u"offscreen:configfile="_s QN740_SCREEN, u"-plugin"_s,
+            u"tuiotouch:udp=%1"_s.arg(port)},
+        {u"QN740_DEV="_s + devices, u"XDG_RUNTIME_DIR="_s + work.path(),
+            u"XDG_CONFIG_HOME="_s + work.path()});
     if (!waitFor(unit, "sim: panel opened ttyO1")) {
         return 1;
     }

@@ -1,9 +1,10 @@
-// What a block of a scope costs, from bytes to decoded samples and from there to painted pixels,
-// each beside the barest code that could do it. The ratios of the same run are printed at the end.
+// What a block of a scope costs, from bytes to decoded samples and from samples to painted pixels,
+// each compared with the simplest code that could do it. The ratios of the same run are printed at
+// the end.
 //
 //   --callgrind=NAME   runs one of the measured pieces 200 times and nothing else; "list" names
-//   them
-//   --ratios           prints what is set beside what: title|piece|reference|goal
+//                      them
+//   --ratios           prints what is compared with what: title|piece|reference|goal
 // Both are for bench/scopes/instructions.
 #include "scopes/ConstellationPlot.h"
 #include "scopes/EyePlot.h"
@@ -61,7 +62,7 @@ struct Data
         }
     }
 
-    // Samples of a curve that swings between the decisions, four a symbol.
+    // Samples of a curve that swings between the decisions, four per symbol.
     QVector<double> shaped() const
     {
         QVector<double> samples(256);
@@ -100,7 +101,7 @@ void decode(Receiver& receiver, const QByteArray& bytes)
     benchmark::ClobberMemory();
 }
 
-// The line's own cut: the block comes in pieces, none of them whole.
+// In pieces as the line delivers them: none is a whole block.
 void decodeInPieces(Receiver& receiver, const QByteArray& bytes)
 {
     constexpr qsizetype Piece = 184;
@@ -110,7 +111,7 @@ void decodeInPieces(Receiver& receiver, const QByteArray& bytes)
     benchmark::ClobberMemory();
 }
 
-// Nothing but the conversion of the same 1,536 bytes.
+// Only the conversion of the same 1,536 bytes.
 void bareLoop(const QByteArray& bytes, QVector<double>& i, QVector<double>& q)
 {
     const char* record = bytes.constData();
@@ -140,7 +141,7 @@ std::vector<QByteArray> sdiReads()
     return reads;
 }
 
-// Nothing but the five bytes of the same read.
+// Only the five bytes of the same read.
 void bareSdiLoop(const QByteArray& read)
 {
     QByteArray record(SdiDecoder::RecordBytes, Qt::Uninitialized);
@@ -174,8 +175,8 @@ public:
         m_view.render(&m_window, m_view.dataArea().topLeft(), QRegion(m_view.dataArea()),
             QWidget::RenderFlags());
     }
-    // Out: whether any pixel has the line's colour, so that nothing is measured that paints
-    // nothing.
+    // Returns whether any pixel has the line's colour: a plot that paints nothing must not be
+    // measured.
     bool hasData() const
     {
         for (int y = 0; y < m_window.height(); ++y) {
@@ -195,7 +196,7 @@ private:
     QImage m_window;
 };
 
-// The barest picture of the same points in the same size: cleared, one call, no axes.
+// The simplest picture of the same points in the same size: cleared, one call, no axes.
 void bareDots(QImage& picture, const std::vector<const Data*>& blocks)
 {
     picture.fill(Qt::black);
@@ -249,7 +250,7 @@ void bareStrips(QImage& picture, const SdiPlot& plot)
     }
 }
 
-// QCustomPlot as its examples use it: a graph with scatters, replotted for each block.
+// QCustomPlot as its examples use it: a graph with scatter points, replotted for each block.
 class NaiveConstellation
 {
 public:
@@ -427,7 +428,7 @@ struct Bench
     }
 };
 
-// What is set beside what, and what the ratio should be.
+// What is compared with what, and what the ratio should be.
 struct Ratio
 {
     const char* title;
@@ -459,7 +460,7 @@ double cpuNanoseconds()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-// Medians of pieces that take turns, so that what else the machine does meets all of them alike.
+// Medians of pieces that take turns, so that other load on the machine affects all of them alike.
 std::map<std::string, double> medians(const Bench& bench)
 {
     constexpr int Rounds = 301;
@@ -497,7 +498,7 @@ void printRatios(const Bench& bench)
     }
 }
 
-// Callgrind collects in here alone.
+// Callgrind collects inside this function only.
 [[gnu::noinline]] void repeatForCallgrind(const std::function<void()>& piece)
 {
     for (int k = 0; k < CallgrindRuns; ++k) {
@@ -509,7 +510,7 @@ int runForCallgrind(const Bench& bench, const std::string& wanted)
 {
     for (const auto& [name, piece] : bench.pieces_) {
         if (name == wanted) {
-            piece(); // what the first one alone has to do
+            piece(); // The first run has to do more than the others.
             repeatForCallgrind(piece);
             return 0;
         }
@@ -526,7 +527,7 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    Bench bench; // its pieces work on its members
+    Bench bench; // The pieces work on its members.
     if (argc > 1 && std::strcmp(argv[1], "--ratios") == 0) {
         for (const Ratio& ratio : Ratios) {
             std::printf("%s|%s|%s|%s\n", ratio.title, ratio.over, ratio.under, ratio.goal);

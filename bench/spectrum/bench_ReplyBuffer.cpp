@@ -1,9 +1,9 @@
 // What a byte costs in the search for a reply that does not come. The figure must not grow with the
-// bytes that wait already: the last line is the cost of a byte at 160 kB over that at 10 kB.
+// bytes that wait already: the last line is the cost of a byte at 160 kB divided by that at 10 kB.
 //
 //   bench_ReplyBuffer                 times
-//   bench_ReplyBuffer --count BYTES   as many bytes, one at a time, to be counted by callgrind; the
-//                                     script "measure" does it
+//   bench_ReplyBuffer --count BYTES   takes BYTES bytes, one at a time, to be counted by callgrind;
+//                                     the script "measure" does that
 #include "spectrum/BusFrame.h"
 
 #include <benchmark/benchmark.h>
@@ -16,7 +16,7 @@
 
 namespace {
 
-// always looks like the beginning of something
+// Always looks like the beginning of a reply.
 QByteArray noise(qsizetype size)
 {
     QByteArray bytes;
@@ -49,7 +49,7 @@ BENCHMARK(waitingForAHeader)->ArgsProduct({{10000, 40000, 160000}, {1, 64}});
 double nanosecondsAByte(qsizetype size)
 {
     const QByteArray bytes = noise(size);
-    std::vector<double> runs; // the best counts: what else the machine does only adds
+    std::vector<double> runs; // The best counts: other load on the machine only adds time.
     for (int i = 0; i < 11; ++i) {
         QElapsedTimer elapsed;
         elapsed.start();

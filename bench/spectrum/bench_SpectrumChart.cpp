@@ -1,17 +1,18 @@
-// From the last byte of a spectrum reply to the painted chart, beside a bare QPainter polyline of
-// the same points on a widget of the same size and QCustomPlot as one would first use it. The three
-// take turns, so that what else the machine does hits all alike. Then what 20 spectra a second
-// cost.
+// The time from the last byte of a spectrum reply to the painted chart, compared with a bare
+// QPainter polyline of the same points on a widget of the same size, and with QCustomPlot as one
+// would first use it. The three take turns, so that other load on the machine affects all of them
+// alike. Then what 20 spectra per second cost.
 //
-// Inside the time of the chart: the reply's bytes are put into the bus's reply buffer and found,
-// turned into a record, given to the card's page, made decibels, and the chart is painted at once
-// into the window's picture. Outside: the port's read before, and the wait of up to one paint's
-// time behind. The bare polyline and the naive plot start from the points and hold making them
-// decibels and painting. The share of a core holds everything, from the line to the window.
+// Included in the time of the chart: putting the reply's bytes into the bus's reply buffer, finding
+// the reply, making it a record, giving it to the card's page, turning it into decibels, and
+// painting the chart immediately into the window's picture. Not included: reading the port, and the
+// wait for the paint. The bare polyline and the naive plot start from the points; their time is
+// turning them into decibels and painting. The share of a core includes everything, from the line
+// to the window.
 //
 //   bench_SpectrumChart                        times, ratios and the share of a core
 //   bench_SpectrumChart --count WHO POINTS N   N spectra of one of "chart", "bare", "naive", to be
-//                                              counted by callgrind; the script "measure" does it
+//                                              counted by callgrind; the script "measure" does that
 #include "spectrum/BusFrame.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
@@ -43,10 +44,10 @@
 namespace {
 
 constexpr QSize PageSize(800, 430);
-constexpr int Spectra = 32; // different ones, so that nothing is cached
+constexpr int Spectra = 32; // Different ones, so that nothing is cached.
 constexpr int Runs = 301;
 
-// noise with a carrier in the middle
+// Noise with a carrier in the middle.
 QByteArray spectrum(int points, unsigned seed)
 {
     std::mt19937 random(seed);
@@ -74,7 +75,7 @@ std::vector<QByteArray> spectra(int points)
     return list;
 }
 
-// the panel's own page with one chart shown
+// The panel's own page with one chart shown.
 class Chart
 {
 public:
@@ -241,8 +242,8 @@ void compare(int points)
         first / ours);
 }
 
-// The card at the other end of a pseudo-terminal, in a process of its own: answers each request
-// that asks for a spectrum.
+// The card at the other end of a pseudo-terminal, in a process of its own. It answers each request
+// for a spectrum.
 [[noreturn]] void playCard(int master, int points)
 {
     std::vector<QByteArray> replies;
@@ -255,7 +256,7 @@ void compare(int points)
     while (true) {
         const ssize_t n = ::read(master, buffer, sizeof buffer);
         if (n <= 0) {
-            ::usleep(1000); // nobody has the line open
+            ::usleep(1000); // The line is not open.
             continue;
         }
         heard.append(buffer, n);

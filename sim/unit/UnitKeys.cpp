@@ -178,7 +178,8 @@ void UnitKeys::apply(const QString& body)
         if (known) {
             Fields& present = m_keys[m_index.value(key)];
             if (present.at(Value).toDouble() != 0) {
-                fields[Value] = present.at(Value); // the panel takes a new value only when its own is 0
+                fields[Value] =
+                    present.at(Value); // the panel takes a new value only when its own is 0
             }
             present = fields;
         } else {

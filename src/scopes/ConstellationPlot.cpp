@@ -1,5 +1,6 @@
 #include "scopes/ConstellationPlot.h"
 
+#include "plot/Scale.h"
 #include "wire/IqBlock.h"
 
 #include <algorithm>
@@ -7,13 +8,13 @@
 
 namespace {
 
-constexpr size_t MostWaiting = 4; // what the eye would not see anyway is left out
+constexpr size_t MaxWaiting = 4; // Older blocks would have faded before anybody sees them.
 
-// NaN is nowhere, infinity far outside; both are cut to what an int holds.
-int toPixel(double value)
+// Rounds to the nearest pixel. NaN and whatever an int cannot hold lie far outside every picture.
+int toPixel(double position)
 {
     constexpr double Farthest = 1e6;
-    return static_cast<int>(std::floor(std::max(-Farthest, std::min(Farthest, value)) + 0.5));
+    return static_cast<int>(std::floor(std::max(-Farthest, std::min(Farthest, position)) + 0.5));
 }
 
 } // namespace
@@ -32,7 +33,7 @@ void ConstellationPlot::addBlock(const QVector<double>& i, const QVector<double>
 {
     m_last = {i, q};
     m_waiting.push_back(m_last);
-    if (m_waiting.size() > MostWaiting) {
+    if (m_waiting.size() > MaxWaiting) {
         m_waiting.pop_front();
     }
 }
@@ -102,13 +103,12 @@ void ConstellationPlot::paint(QImage& picture)
 
 void ConstellationPlot::draw(const Block& block)
 {
-    const double middleX = (m_image.size().width() - 1) / 2.0;
-    const double middleY = (m_image.size().height() - 1) / 2.0;
-    const double scaleX = middleX / m_limit;
-    const double scaleY = middleY / m_limit;
+    const double range = 2.0 * m_limit;
+    const Scale columns = Scale::aroundMiddle(0.0, range, 0.0, m_image.size().width() - 1);
+    const Scale rows = Scale::aroundMiddle(0.0, range, m_image.size().height() - 1, 0.0);
     const double* const i = block.i.constData();
     const double* const q = block.q.constData();
     for (qsizetype k = block.first(); k < block.end(); ++k) {
-        m_image.addDot(toPixel(middleX + i[k] * scaleX), toPixel(middleY - q[k] * scaleY));
+        m_image.addDot(toPixel(columns.pixel(i[k])), toPixel(rows.pixel(q[k])));
     }
 }

@@ -8,25 +8,28 @@
 
 #include <deque>
 
-// The constellation: each I/Q pair of a block as a dot in the plane, both axes equally long. The
-// dots of the last blocks stay on the screen and fade, so that a cloud shows where the signal is
-// most of the time. Blocks wait undrawn until paint(): a plot that nobody sees costs nothing.
-//
-// The first pair of a whole block of the line is left out: its I is that of the second one, so that
-// it is no point of the signal.
+/// The constellation: each I/Q pair of a block as a dot in the plane, both axes equally long.
+///
+/// addBlock() only keeps the block; paint() draws all that wait, so that a plot that nobody sees
+/// costs nothing. The dots of the last blocks stay on the screen and fade, so that a cloud shows
+/// where the signal is most of the time.
+///
+/// The first pair of a whole block from the line is left out: its I has the value of the second
+/// one, so it is not a point of the signal.
 class ConstellationPlot : public PlotContent
 {
 public:
     ConstellationPlot() = default;
 
-    // i, q: -1 to 1 of full scale; of two different lengths the shorter one counts.
+    /// Adds a block of pairs.
+    /// \param i, q samples in parts of full scale, -1 to 1; of two lengths the shorter one counts.
     void addBlock(const QVector<double>& i, const QVector<double>& q);
 
-    // limit: half the range of both axes, in parts of full scale. A new one leaves
-    // the newest block alone on the screen.
+    /// Sets the range of both axes. A new one leaves the newest block alone on the screen.
+    /// \param limit half the range, in parts of full scale; 0 and less are ignored.
     void setLimit(double limit);
 
-    // The pairs of the newest block as they are plotted: (I, Q) in parts of full scale.
+    /// \return the pairs of the newest block that are plotted: (I, Q) in parts of full scale.
     QVector<QPointF> plotted() const;
 
     PlotAxes axes() const override;
@@ -35,6 +38,7 @@ public:
     void resize(QSize size) override;
     void paint(QImage& picture) override;
 
+    /// \return what has been drawn.
     const DensityImage& image() const { return m_image; }
 
 private:
@@ -43,7 +47,7 @@ private:
         QVector<double> i;
         QVector<double> q;
 
-        // The pairs that are points of the signal: from first() up to, not including, end().
+        // The pairs that are points of the signal, from first() up to but not including end().
         qsizetype first() const;
         qsizetype end() const;
     };
@@ -53,6 +57,6 @@ private:
 
     double m_limit = 1.0;
     DensityImage m_image;
-    std::deque<Block> m_waiting; // blocks that are not drawn yet
-    Block m_last;                // the newest block
+    std::deque<Block> m_waiting; // not drawn yet
+    Block m_last;                // the newest one
 };

@@ -10,9 +10,9 @@ constexpr int Brightest = 255;
 constexpr int DotStrength = 150;
 constexpr int DotEdgeStrength = 75;
 constexpr int RunStrength = 70;
-constexpr int FadeOf256 = 225; // 0.88 a block
+constexpr int FadeOf256 = 225; // 0.88 per block
 constexpr int WhiteFrom = 160; // density from which the colour turns white
-constexpr int MostWhite = 150; // of 255: the line colour is still to be told
+constexpr int MaxWhite = 150;  // Of 255: the line colour can still be recognised.
 constexpr int SkipPixels = 8;
 
 constexpr QRgb Black = 0xff000000U;
@@ -22,7 +22,7 @@ quint8 brighter(quint8 density, int strength)
     return static_cast<quint8>(std::min(Brightest, density + strength));
 }
 
-// Three pixels of a dot's row, the outer ones at its edge.
+// Hits three pixels in a row of a dot; the outer ones are its edge.
 void hitThree(quint8* row, int middle)
 {
     row[0] = brighter(row[0], DotEdgeStrength);
@@ -30,7 +30,8 @@ void hitThree(quint8* row, int middle)
     row[2] = brighter(row[2], DotEdgeStrength);
 }
 
-// One pixel over another, the upper one premultiplied.
+// Lays one pixel over another, the upper one premultiplied: the operator "over" of Porter and Duff,
+// Compositing Digital Images, 1984. Red and blue are computed together in one word.
 QRgb blend(QRgb over, QRgb under)
 {
     const quint32 rest = 256U - qAlpha(over);
@@ -62,9 +63,9 @@ void DensityImage::clear()
 void DensityImage::setColor(const QColor& color)
 {
     for (int d = 0; d <= Brightest; ++d) {
-        // a faint pixel is still to be seen on black: alpha grows with the square root
+        // Alpha grows with the square root, so that a faint pixel can still be seen on black.
         const int alpha = static_cast<int>(std::lround(std::sqrt(d / 255.0) * Brightest));
-        const int white = std::max(0, d - WhiteFrom) * MostWhite / (Brightest - WhiteFrom);
+        const int white = std::max(0, d - WhiteFrom) * MaxWhite / (Brightest - WhiteFrom);
         const auto part = [&](int c) { return c + (Brightest - c) * white / Brightest; };
         m_colors[static_cast<size_t>(d)] =
             qPremultiply(qRgba(part(color.red()), part(color.green()), part(color.blue()), alpha));
@@ -88,7 +89,7 @@ void DensityImage::hit(int x, int y, int strength)
 
 void DensityImage::addDot(int x, int y)
 {
-    // nearly all of them lie inside as a whole
+    // Nearly all dots lie inside completely.
     if (x >= 1 && y >= 1 && x < m_width - 1 && y < m_height - 1) {
         const auto stride = static_cast<size_t>(m_stride);
         quint8* const above =

@@ -7,35 +7,41 @@
 #include <array>
 #include <vector>
 
-// How often each pixel of a plot has been hit lately, as an oscilloscope's screen keeps it: every
-// hit makes a pixel brighter, every block that comes after makes it fade, and what is hit most goes
-// from the line colour to white. So noise, imbalance and clipping show by where the plot glows.
+/// How often each pixel of a plot has been hit lately, like the phosphor of an oscilloscope.
+///
+/// Every hit makes a pixel brighter, every later block makes it fade (fade()), and the pixels that
+/// are hit most turn from the line colour to white. So noise, imbalance and clipping show by where
+/// the plot glows. paintOver() lays the result over a picture of the grid.
 class DensityImage
 {
 public:
+    /// Creates an image without pixels, with a red line colour.
     DensityImage();
 
-    // Sets the size in pixels and forgets all hits.
+    /// Sets the size in pixels and forgets all hits.
     void resize(QSize size);
+    /// \return the size in pixels.
     QSize size() const { return {m_width, m_height}; }
+    /// Forgets all hits.
     void clear();
 
+    /// Sets the line colour, of past hits, too.
     void setColor(const QColor& color);
 
-    // Makes all pixels fade by one block's time: to an eighth within 16 blocks.
+    /// Makes all pixels fade by one block's time: to an eighth within 16 blocks.
     void fade();
 
-    // A dot of 3 × 3 pixels around (x, y); what lies outside the picture is cut off.
+    /// Adds a dot of 3 × 3 pixels around (\a x, \a y), without the pixels outside the picture.
     void addDot(int x, int y);
 
-    // A vertical run of pixels in column x from row y0 to row y1, both included, in either order.
+    /// Adds a vertical run of pixels in column \a x from row \a y0 to row \a y1, both included, in
+    /// either order, without the pixels outside the picture.
     void addRun(int x, int y0, int y1);
 
-    // Lays the pixels over `picture`, which is RGB32 and has this size; other pictures stay as they
-    // are.
+    /// Lays the pixels over \a picture. Only an RGB32 image of this size() is changed.
     void paintOver(QImage& picture) const;
 
-    // 0 (never hit, or long ago) to 255; 0 outside.
+    /// \return 0 (never hit, or long ago) to 255 (hit very often lately); 0 outside.
     int density(int x, int y) const;
 
 private:

@@ -1,13 +1,15 @@
 #include "scopes/EyePlot.h"
 
+#include "plot/Scale.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr size_t MostWaiting = 4; // what the eye would not see anyway is left out
+constexpr size_t MaxWaiting = 4; // Older blocks would have faded before anybody sees them.
 constexpr int SamplesPerTrace = EyePlot::SamplesPerSymbol * EyePlot::SymbolsPerTrace;
-// the first decision whose trace has enough samples in front of it for the interpolation
+// The first decision that has enough samples in front of it for the interpolation.
 constexpr int FirstSample = EyePlot::SamplesPerSymbol;
 static_assert(FirstSample >= Interpolator::HalfTaps);
 
@@ -22,7 +24,7 @@ EyePlot::EyePlot(const QString& yLabel)
 void EyePlot::addBlock(const QVector<double>& samples)
 {
     m_waiting.push_back(samples);
-    if (m_waiting.size() > MostWaiting) {
+    if (m_waiting.size() > MaxWaiting) {
         m_waiting.pop_front();
     }
     m_last = samples;
@@ -82,7 +84,7 @@ std::vector<double> EyePlot::traces(const QVector<double>& samples) const
     if (count == 0) {
         return points;
     }
-    // neighbours share the point at their common end
+    // Neighbours share the point at their common end.
     std::vector<double> line(static_cast<size_t>(inner * Factor));
     m_interpolator.interpolateInner(samples.constData() + FirstSample, inner, line.data());
     points.reserve(static_cast<size_t>(count * PointsPerTrace));
@@ -111,7 +113,7 @@ void EyePlot::draw(const QVector<double>& samples)
     }
 }
 
-// Column by column, so that every column of a trace is hit and none twice.
+// Draws column by column, so that every column of a trace is hit and none twice.
 void EyePlot::drawTrace(const double* points)
 {
     const int width = m_image.size().width();
@@ -120,19 +122,19 @@ void EyePlot::drawTrace(const double* points)
         return;
     }
     const double perColumn = static_cast<double>(PointsPerTrace - 1) / (width - 1);
-    const double middle = (height - 1) / 2.0;
-    const double scale = middle / m_limit;
+    const Scale rows = Scale::aroundMiddle(0.0, 2.0 * m_limit, height - 1, 0.0);
+    const double zero = rows.pixel(0.0) + 0.5; // rounds when the fraction is cut off
+    const double perUnit = rows.pixelsPerUnit();
     const double farthest = 2.0 * height; // outside, and still a small integer
-    const double rounding = middle + 0.5;
     int previous = 0;
     for (int x = 0; x < width; ++x) {
         const double at = x * perColumn;
         const int left = std::min(static_cast<int>(at), PointsPerTrace - 2);
         const double part = at - left;
         const double value = points[left] + (points[left + 1] - points[left]) * part;
-        const double row = rounding - value * scale;
+        const double row = zero + value * perUnit;
         const int y = static_cast<int>(std::max(-farthest, std::min(farthest, row)));
-        // from beside the column before to here: no gap on a steep edge, no pixel twice
+        // From beside the column before to here: no gap on a steep edge, no pixel twice.
         const int from = x == 0 || previous == y ? y : previous + (y > previous ? 1 : -1);
         m_image.addRun(x, from, y);
         previous = y;

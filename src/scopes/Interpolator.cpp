@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -14,7 +15,8 @@ double sinc(double x)
     return x == 0.0 ? 1.0 : std::sin(Pi * x) / (Pi * x);
 }
 
-// Modified Bessel function of the first kind, order 0, by its power series.
+// Modified Bessel function of the first kind, order 0, by its power series (Abramowitz and Stegun,
+// Handbook of Mathematical Functions, 9.6.12).
 double besselI0(double x)
 {
     double term = 1.0;
@@ -26,7 +28,7 @@ double besselI0(double x)
     return sum;
 }
 
-// x: -1 to 1 over the window's length.
+// Kaiser window; x runs from -1 to 1 over its length.
 double kaiser(double x)
 {
     return besselI0(KaiserBeta * std::sqrt(std::max(0.0, 1.0 - x * x))) / besselI0(KaiserBeta);
@@ -53,7 +55,7 @@ Interpolator::Interpolator(int factor)
         for (int n = phase; n <= 2 * centre; n += m_factor) {
             m_taps[n] /= sum;
         }
-        // tap j of a short filter weighs sample j - HalfTaps + 1
+        // Tap j of a short filter weighs sample j - HalfTaps + 1.
         for (int j = 0; j < PhaseTaps; ++j) {
             m_phases[phase * PhaseTaps + j] = m_taps[phase + (PhaseTaps - 1 - j) * m_factor];
         }
@@ -98,7 +100,7 @@ double firStep(double input, int ntaps, const double* taps, double* delay, int& 
     state = state < 0 || state >= ntaps ? 0 : state;
     delay[state] = input;
     double sum = 0.0;
-    // from the newest sample back to the oldest, around the end of the line
+    // From the newest sample back to the oldest, around the end of the line.
     int at = state;
     for (int k = 0; k < ntaps; ++k) {
         sum += taps[k] * delay[at];
@@ -106,4 +108,35 @@ double firStep(double input, int ntaps, const double* taps, double* delay, int& 
     }
     state = state + 1 == ntaps ? 0 : state + 1;
     return sum;
+}
+
+QVector<double> interpolateStepwise(QVector<double> samples, int factor)
+{
+    if (samples.isEmpty()) {
+        return {};
+    }
+    const Interpolator filter(factor);
+    const QVector<double>& taps = filter.taps();
+    QVector<double> delay(taps.size(), 0.0);
+    int state = 0;
+    QVector<double> points;
+    points.reserve(samples.size() * filter.factor());
+    // Beyond both ends the outermost sample goes on.
+    const double first = samples.first();
+    const double last = samples.last();
+    samples.insert(0, Interpolator::HalfTaps, first);
+    samples.insert(samples.size(), Interpolator::HalfTaps, last);
+    // The filter answers with a delay of half its length.
+    const qsizetype late = 2 * static_cast<qsizetype>(Interpolator::HalfTaps) * filter.factor();
+    qsizetype done = 0;
+    for (const double sample : std::as_const(samples)) {
+        for (int phase = 0; phase < filter.factor(); ++phase) {
+            const double point = firStep(phase == 0 ? sample : 0.0, static_cast<int>(taps.size()),
+                taps.constData(), delay.data(), state);
+            if (done++ >= late) {
+                points.append(point);
+            }
+        }
+    }
+    return points;
 }

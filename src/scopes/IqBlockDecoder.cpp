@@ -8,13 +8,13 @@ namespace {
 
 constexpr qsizetype Stride = IqBlockDecoder::RecordBytes;
 
-// the indexes 0, 1 and 2, big-endian, each in front of four bytes of samples
+// Whether the indexes 0, 1 and 2 stand here, big-endian, each in front of four bytes of samples.
 bool startsBlock(const char* p)
 {
     return p[0] == 0 && p[1] == 0 && p[6] == 0 && p[7] == 1 && p[12] == 0 && p[13] == 2;
 }
 
-// Out: how many records carry the index of their position, counted up to the first that does not.
+// Returns how many records carry the index of their position, counted up to the first wrong one.
 int countInOrder(const char* block)
 {
     int wrong = 0;
@@ -31,8 +31,8 @@ int countInOrder(const char* block)
     return good;
 }
 
-// Makes room for a new block. Where somebody still has the last one, it is left to them: a copy of
-// what is overwritten anyway would be lost time.
+// Makes room for a new block. When somebody still holds the last one, they keep it and a new vector
+// is made: detaching would copy samples that are overwritten anyway.
 double* roomFor(QVector<double>& samples)
 {
     if (!samples.isDetached()) {
@@ -41,14 +41,15 @@ double* roomFor(QVector<double>& samples)
     return samples.data();
 }
 
+// The largest magnitude of the first `records` samples; `at` is a sample's place in its record.
 int largest(const char* block, int records, qsizetype at)
 {
-    int most = 0;
+    int max = 0;
     for (int k = 0; k < records; ++k) {
         const int sample = qFromBigEndian<qint16>(block + k * Stride + at);
-        most = qMax(most, qAbs(sample));
+        max = qMax(max, qAbs(sample));
     }
-    return most;
+    return max;
 }
 
 } // namespace
@@ -59,7 +60,7 @@ qsizetype IqBlockDecoder::take(const char* bytes, qsizetype size)
     qsizetype taken = 0;
     while (taken < size && !m_blockReady) {
         const qsizetype left = size - taken;
-        // a whole block in one piece needs no copy
+        // A whole block in one piece needs no copy.
         if (m_size == 0 && !m_synced && left >= BlockBytes && startsBlock(bytes + taken)) {
             decode(bytes + taken);
             taken += BlockBytes;
@@ -70,7 +71,7 @@ qsizetype IqBlockDecoder::take(const char* bytes, qsizetype size)
         m_size += n;
         taken += n;
         if (!m_synced) {
-            hunt();
+            searchStart();
         }
         if (m_synced && m_size == BlockBytes) {
             m_size = 0;
@@ -80,7 +81,7 @@ qsizetype IqBlockDecoder::take(const char* bytes, qsizetype size)
     return taken;
 }
 
-void IqBlockDecoder::hunt()
+void IqBlockDecoder::searchStart()
 {
     qsizetype from = 0;
     while (m_size - from >= SyncBytes && !startsBlock(m_buffer.data() + from)) {
@@ -123,5 +124,7 @@ void IqBlockDecoder::decode(const char* block)
     }
     m_maxAbsI = maxI;
     m_maxAbsQ = maxQ;
-    i[0] = i[1]; // the first I sample is not one of the signal
+    // Quirk: the first I sample is not one of the signal; the second stands in for it. See "Quirks"
+    // in docs/architecture.md.
+    i[0] = i[1];
 }

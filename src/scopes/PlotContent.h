@@ -5,34 +5,37 @@
 #include <QSize>
 #include <QString>
 
-// Axes of levels count in percent of full scale (% FS).
+/// Levels on axes are written in percent of full scale (% FS).
 constexpr double FullScalePercent = 100.0;
 
-// What a plot's frame shows around its data.
+/// What a plot's frame shows around its data.
 struct PlotAxes
 {
-    QString xLabel; // with its unit; empty: the axis has no label
-    QString yLabel;
-    double xMin = -1.0;
-    double xMax = 1.0;
-    double yMin = -1.0;
-    double yMax = 1.0;
-    double xStep = 0.0; // between two ticks
-    double yStep = 0.0;
-    bool square = false; // both axes equally long
+    QString xLabel;     ///< Text under the x axis, with its unit; empty for an axis without one.
+    QString yLabel;     ///< Text beside the y axis, with its unit.
+    double xMin = -1.0; ///< Value at the left edge.
+    double xMax = 1.0;  ///< Value at the right edge.
+    double yMin = -1.0; ///< Value at the bottom; larger than yMax on an axis that counts downwards.
+    double yMax = 1.0;  ///< Value at the top.
+    double xStep = 0.0; ///< Distance of two ticks on the x axis.
+    double yStep = 0.0; ///< Distance of two ticks on the y axis.
+    bool square = false; ///< Whether both axes are equally long.
 
+    /// \return whether a frame drawn for \a other can be kept.
     bool operator==(const PlotAxes& other) const
     {
         return xLabel == other.xLabel && yLabel == other.yLabel && xMin == other.xMin &&
             xMax == other.xMax && yMin == other.yMin && yMax == other.yMax &&
             xStep == other.xStep && yStep == other.yStep && square == other.square;
     }
+    /// \return whether the frame has to be drawn anew.
     bool operator!=(const PlotAxes& other) const { return !(*this == other); }
 };
 
-// One kind of plot, without a window: it takes data as they come, and makes pixels of them only
-// when somebody looks. PlotView asks it for its axes, tells it the size of the data area and has it
-// draw.
+/// One kind of plot, without a window.
+///
+/// It takes data as they come and turns them into pixels only when somebody looks. PlotView asks it
+/// for its axes, sets the size of the data area and has it draw into a picture.
 class PlotContent
 {
 public:
@@ -41,17 +44,24 @@ public:
     PlotContent(const PlotContent&) = delete;
     PlotContent& operator=(const PlotContent&) = delete;
 
+    /// \return what the frame shows around the data.
     virtual PlotAxes axes() const = 0;
-    // A warning in the corner of the data; mostly empty. It comes and goes with the data and is no
-    // part of the frame.
+
+    /// \return a short warning for the corner of the data; empty most of the time. It comes and
+    /// goes with the data and is no part of the frame.
     const QString& badge() const { return m_badge; }
+    /// Sets badge().
     void setBadge(const QString& badge) { m_badge = badge; }
+
+    /// Sets the colour in which the data are drawn from now on.
     virtual void setLineColor(const QColor& color) = 0;
-    // Forgets all data, and the warning with them.
+    /// Forgets all data, and the badge with them.
     virtual void clear() = 0;
-    // The data area in pixels; what was drawn so far is forgotten, the newest data are kept.
+    /// Sets the size of the data area in pixels. What was drawn so far is forgotten, the newest
+    /// data are kept.
     virtual void resize(QSize size) = 0;
-    // Draws over `picture`, an RGB32 image of that size that holds the grid.
+    /// Draws the data into \a picture, an RGB32 image of the size given to resize() that holds the
+    /// grid.
     virtual void paint(QImage& picture) = 0;
 
 private:

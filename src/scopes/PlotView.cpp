@@ -1,24 +1,22 @@
 #include "scopes/PlotView.h"
 
-#include <QElapsedTimer>
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 namespace {
 
-constexpr int ShortestPauseMs = 33;
+constexpr int MinPauseMs = 33; // 30 paints a second
 constexpr int TickFontPixels = 16;
 constexpr int LabelFontPixels = 16;
 constexpr int BadgeFontPixels = 15;
-constexpr int AxisLine = 2; // pixels, with the space beside it
+constexpr int AxisLine = 2; // Pixels, with the space beside it.
 
-// margins of the data area, in pixels, wide enough for "-0.75" and a label
+// Margins of the data area in pixels, wide enough for "-0.75" and a label.
 constexpr int LeftMargin = 70;
-constexpr int TopMargin = 13;   // half of a tick label, which is left out if it does not fit
-constexpr int RightMargin = 17; // half of "100"
+constexpr int TopMargin = 13;   // Half of a tick label, which is left out if it does not fit.
+constexpr int RightMargin = 17; // Half of "100".
 constexpr int TickMargin = 26;
 constexpr int LabelMargin = 20;
 
@@ -38,15 +36,10 @@ QFont pixelFont(const QFont& base, int pixels)
 } // namespace
 
 PlotView::PlotView(QWidget* parent)
-    : QCustomPlot(parent)
+    : CachedPlot(MinPauseMs, parent)
     , m_xTicker(new QCPAxisTickerFixed)
     , m_yTicker(new QCPAxisTickerFixed)
 {
-    // some platforms show what lies under a modal dialog wrongly with it
-    setAttribute(Qt::WA_OpaquePaintEvent, false);
-    m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this,
-        [this] { update(newBadge() == m_badge ? m_area : rect()); });
     setUpLook();
 }
 
@@ -85,16 +78,9 @@ void PlotView::setContent(PlotContent* content)
     if (m_content != content) {
         m_content = content;
         m_contentSize = QSize();
-        m_frameDirty = true;
+        setFrameStale();
         update();
         updateGeometry();
-    }
-}
-
-void PlotView::dataChanged()
-{
-    if (isVisible() && !m_timer.isActive()) {
-        m_timer.start(std::max(ShortestPauseMs, m_lastPaintMs));
     }
 }
 
@@ -111,11 +97,11 @@ QSize PlotView::minimumSizeHint() const
 
 void PlotView::resizeEvent(QResizeEvent* /*event*/)
 {
-    // without the base class, which would paint a picture of its own that nobody sees
-    m_frameDirty = true;
+    // Not the base class' own, which would draw a picture of its own that nobody sees.
+    setFrameStale();
 }
 
-// The data area inside this widget, square and in the middle where that is wanted.
+// Places the data area inside this widget, square and in the middle where the axes ask for that.
 void PlotView::layOutArea()
 {
     const int bottom = TickMargin + (m_axes.xLabel.isEmpty() ? 0 : LabelMargin);
@@ -130,7 +116,7 @@ void PlotView::layOutArea()
     axisRect()->setMargins(margins);
 }
 
-void PlotView::drawFrame()
+void PlotView::applyAxes()
 {
     m_axes = m_content != nullptr ? m_content->axes() : PlotAxes();
     m_xTicker->setTickStep(m_axes.xStep > 0.0 ? m_axes.xStep : 1.0);
@@ -140,19 +126,30 @@ void PlotView::drawFrame()
     xAxis->setRange(m_axes.xMin, m_axes.xMax);
     yAxis->setRangeReversed(m_axes.yMin > m_axes.yMax);
     yAxis->setRange(m_axes.yMin, m_axes.yMax);
-    layOutArea();
-    m_frame = toPixmap(width(), height());
+}
+
+// Takes the data area out of a new frame, and gives the content its size.
+void PlotView::keepGrid(const QPixmap& frame)
+{
     m_area = axisRect()->rect().intersected(rect());
-    m_grid = m_frame.copy(m_area).toImage().convertToFormat(QImage::Format_RGB32);
+    m_grid = frame.copy(m_area).toImage().convertToFormat(QImage::Format_RGB32);
     if (m_picture.size() != m_grid.size()) {
         m_picture = QImage(m_grid.size(), QImage::Format_RGB32);
     }
-    // it forgets what it has drawn so far: not for a change of the axes alone
+    // The content forgets what it has drawn so far: not for a change of the axes alone.
     if (m_content != nullptr && m_contentSize != m_grid.size()) {
         m_contentSize = m_grid.size();
         m_content->resize(m_contentSize);
     }
-    m_frameDirty = false;
+}
+
+QPixmap PlotView::drawFrame()
+{
+    applyAxes();
+    layOutArea();
+    QPixmap frame = toPixmap(width(), height());
+    keepGrid(frame);
+    return frame;
 }
 
 QString PlotView::newBadge() const
@@ -162,7 +159,12 @@ QString PlotView::newBadge() const
 
 bool PlotView::frameIsStale() const
 {
-    return m_frameDirty || (m_content != nullptr && m_content->axes() != m_axes);
+    return CachedPlot::frameIsStale() || (m_content != nullptr && m_content->axes() != m_axes);
+}
+
+QRect PlotView::changedRect() const
+{
+    return newBadge() == m_badge ? m_area : rect();
 }
 
 // Above the data where there is room for it, else over their corner.
@@ -181,7 +183,7 @@ void PlotView::drawBadge(QPainter& painter) const
     painter.drawText(box, Qt::AlignCenter, m_badge);
 }
 
-// Row by row: some processors copy large pieces slower than such small ones.
+// Copies row by row: some processors copy large pieces slower than such small ones.
 void PlotView::copyGrid()
 {
     const auto rowBytes = static_cast<size_t>(m_grid.width()) * sizeof(QRgb);
@@ -193,22 +195,13 @@ void PlotView::copyGrid()
     }
 }
 
-void PlotView::paintEvent(QPaintEvent* event)
+void PlotView::paintData(QPainter& painter, const QRect& dirty)
 {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    const bool badgeChanged = newBadge() != m_badge;
-    m_badge = newBadge();
-    const bool frameChanged = frameIsStale();
-    if (frameChanged) {
-        drawFrame();
-    }
-    if ((frameChanged || badgeChanged) && event->region().boundingRect() != rect()) {
-        update(); // what is around the data has changed as well
-    }
-    QPainter painter(this);
-    if (!m_area.contains(event->rect())) {
-        painter.drawPixmap(0, 0, m_frame);
+    if (newBadge() != m_badge) {
+        m_badge = newBadge();
+        if (dirty != rect()) {
+            update(); // The badge may stand outside the data.
+        }
     }
     if (m_picture.isNull()) {
         return;
@@ -219,6 +212,4 @@ void PlotView::paintEvent(QPaintEvent* event)
     }
     painter.drawImage(m_area.topLeft(), m_picture);
     drawBadge(painter);
-    ++m_paintCount;
-    m_lastPaintMs = static_cast<int>(elapsed.elapsed());
 }

@@ -1,67 +1,63 @@
 #pragma once
 
+#include "plot/CachedPlot.h"
 #include "scopes/PlotContent.h"
 
 #include <QImage>
-#include <QPixmap>
-#include <QTimer>
 
-#include <qcustomplot.h>
-
-// A plot on the screen: QCustomPlot draws axes, grid and labels, the content draws the data.
-//
-// The frame is drawn once and kept as a picture until its axes or its size change; after that new
-// data cost a copy of the grid, the data's pixels and one blit. A badge is painted over both. New
-// data only mark the plot dirty: a timer has it painted, no sooner than the last painting took, so
-// that a slow board still feels the finger; a hidden plot is not painted at all.
-class PlotView : public QCustomPlot
+/// A plot on the screen: QCustomPlot draws axes, grid and labels, the content draws the data.
+///
+/// CachedPlot keeps the frame, which is drawn anew when the content's axes or the size change. The
+/// data area of the frame is kept as an image, too: new data cost a copy of that image, the content
+/// draws into the copy, and the copy is painted onto the widget. A badge is painted over both.
+class PlotView : public CachedPlot
 {
     Q_OBJECT
 
 public:
+    /// Creates a plot without content: axes and grid alone.
     explicit PlotView(QWidget* parent = nullptr);
 
-    // content: what is shown from now on, not owned; nullptr for an empty plot.
+    /// Sets what is shown from now on. The view does not own it; nullptr shows an empty plot.
     void setContent(PlotContent* content);
+    /// \return what is shown, or nullptr.
     PlotContent* content() const { return m_content; }
 
-    // The content has new data: it is painted soon, if anybody sees it.
-    void dataChanged();
+    /// To be called when the content has new data: they are painted soon, if anybody sees them.
+    void dataChanged() { schedulePaint(); }
 
-    // The data area as it was last painted, in pixels of this widget.
+    /// \return the data area as it was last painted, in pixels of this widget.
     QRect dataArea() const { return m_area; }
-    // How many pixels of the height are not the data area's, unless that is square.
+    /// \return how many pixels of the height are not the data area's, unless that is square.
     int frameHeight() const;
-    // How often the data have been painted.
-    int paintCount() const { return m_paintCount; }
 
+    /// \reimp
     QSize minimumSizeHint() const override;
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool frameIsStale() const override;
+    QPixmap drawFrame() override;
+    void paintData(QPainter& painter, const QRect& dirty) override;
+    QRect changedRect() const override;
+    QRect opaqueRect() const override { return m_area; }
 
 private:
     void setUpLook();
     QString newBadge() const;
-    bool frameIsStale() const;
-    void drawFrame();
+    void applyAxes();
     void layOutArea();
+    void keepGrid(const QPixmap& frame);
     void copyGrid();
     void drawBadge(QPainter& painter) const;
 
     PlotContent* m_content = nullptr;
-    PlotAxes m_axes;
+    PlotAxes m_axes; // as they were last drawn
     QString m_badge; // as it was last painted
     QSharedPointer<QCPAxisTickerFixed> m_xTicker;
     QSharedPointer<QCPAxisTickerFixed> m_yTicker;
-    QPixmap m_frame;  // axes, grid and labels
     QImage m_grid;    // the frame's data area
     QImage m_picture; // the same with the data
     QRect m_area;
-    QSize m_contentSize; // what the content was told
-    QTimer m_timer;
-    bool m_frameDirty = true;
-    int m_paintCount = 0;
-    int m_lastPaintMs = 0;
+    QSize m_contentSize; // as it was last given to the content
 };

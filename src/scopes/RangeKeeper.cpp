@@ -4,20 +4,20 @@
 
 namespace {
 
-// Room at the edge of a range that is chosen: what noise's peaks differ by from one time to
-// another.
+// Room at the edge of a range that is chosen: by so much the peaks of noise differ from block to
+// block.
 constexpr double Room = 1.15;
 
 // The ranges of one decade, from which the others follow.
 constexpr double Decade[] = {1.0, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15};
 
-// The smallest range of the series that holds `peak` with room to spare, between Smallest and 1.
+// The smallest range of the series that holds `peak` with room to spare, between MinLimit and 1.
 double fitting(double peak)
 {
     double limit = 1.0;
-    for (int divisor = 1; divisor * RangeKeeper::Smallest <= 1.0; divisor *= 10) {
+    for (int divisor = 1; divisor * RangeKeeper::MinLimit <= 1.0; divisor *= 10) {
         for (const double range : Decade) {
-            if (peak * Room > range / divisor || range / divisor < RangeKeeper::Smallest) {
+            if (peak * Room > range / divisor || range / divisor < RangeKeeper::MinLimit) {
                 return limit;
             }
             limit = range / divisor;

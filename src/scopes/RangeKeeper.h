@@ -1,25 +1,28 @@
 #pragma once
 
-// The half-range of a plot's axes: 1 when it is fixed, else fitted to what the blocks hold.
-//
-// A fitted range is one of 1, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15, 0.1, ... so that the scale stays
-// readable. It is chosen with room to spare, grows only with a block that does not fit any more,
-// and shrinks only after ShrinkAfter blocks in a row that would all fit into the smaller one with
-// room to spare. So it jumps neither with the peaks of noise nor with a signal that fades in and
-// out.
+/// Half the range of a plot's axes: 1 when it is fixed, otherwise fitted to what the blocks hold.
+///
+/// A fitted range is one of 1, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15, 0.1, ... so that the scale stays
+/// readable. It is chosen with room to spare, grows only with a block that does not fit any more,
+/// and shrinks only after ShrinkAfter blocks in a row that would all fit into the smaller one with
+/// room to spare. So it jumps neither with the peaks of noise nor with a signal that fades in and
+/// out.
 class RangeKeeper
 {
 public:
-    static constexpr int ShrinkAfter = 30; // blocks: four seconds of the line
-    static constexpr double Smallest = 0.002;
+    static constexpr int ShrinkAfter = 30;    ///< In blocks: they arrive in four seconds.
+    static constexpr double MinLimit = 0.002; ///< A range never gets smaller, in full scale.
 
+    /// Sets whether the range is fixed, and counts the blocks that would fit a smaller one anew.
     void setFixed(bool fixed);
+    /// \return whether the range is fixed; false at first.
     bool fixed() const { return m_fixed; }
 
-    // In: the largest magnitude of a block. NaN and 0 change nothing.
+    /// Takes a block into account.
+    /// \param peak the largest magnitude in the block; NaN and 0 change nothing.
     void addPeak(double peak);
 
-    // The axis runs from -limit() to limit().
+    /// \return half the range: the axis runs from -limit() to limit().
     double limit() const { return m_fixed ? 1.0 : m_limit; }
 
 private:

@@ -2,37 +2,34 @@
 
 #include "scopes/Interpolator.h"
 #include "scopes/PlotView.h"
+#include "touch/LineColors.h"
 #include "wire/Log.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <utility>
 
 namespace {
 
 constexpr qint32 BaudRate = 115200;
 constexpr qint64 ReadBufferBytes = 4096;
-constexpr int SilenceMs = 2000; // the time of 15 blocks
+constexpr int SilenceMs = 2000; // The time of 15 blocks.
+constexpr int Red = 0;          // The first line colour.
 constexpr QRgb NoteColor = 0xffc8c8c8;
 constexpr int NotePixels = 16;
 
-const std::array<QColor, 8> LineColors{QColor(255, 0, 0), QColor(0, 255, 0), QColor(64, 64, 255),
-    QColor(0, 255, 255), QColor(255, 0, 255), QColor(255, 255, 0), QColor(255, 255, 255),
-    QColor(160, 160, 160)};
-
-// The outermost values that the line can carry: a sample there has been clipped.
-constexpr double Clipped = 32767.0 * IqBlockDecoder::Scale;
-
-double peakOf(const QVector<double>& samples)
+ScopeContents::View viewOf(int plotType)
 {
-    double peak = 0.0;
-    for (const double sample : samples) {
-        peak = std::max(peak, std::abs(sample));
+    switch (plotType) {
+    case Scope::Sdi:
+        return ScopeContents::View::Strips;
+    case Scope::Constellation:
+        return ScopeContents::View::Constellation;
+    default:
+        return ScopeContents::View::Eyes;
     }
-    return peak;
 }
 
 } // namespace
@@ -41,9 +38,7 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     : QWidget(parent)
     , m_demodulator(demodulator)
     , m_line(logScopes)
-    , m_eyeI(QStringLiteral("I (% FS)"))
-    , m_eyeQ(QStringLiteral("Q (% FS)"))
-    , m_lineColor(LineColors[0])
+    , m_lineColor(lineColors::color(Red))
 {
     QPalette black = palette();
     black.setColor(QPalette::Window, Qt::black);
@@ -61,7 +56,7 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
 
 Scope::~Scope()
 {
-    // the views outlive the contents that they show
+    // The views are children and outlive the contents that they show.
     m_plotI->setContent(nullptr);
     m_plotQ->setContent(nullptr);
 }
@@ -79,31 +74,19 @@ void Scope::setUpPlots()
         plots->addWidget(plot, 1);
         connect(plot, &QCustomPlot::mouseRelease, this, &Scope::plotClickSlot);
     }
-    for (PlotContent* content : contents()) {
-        content->setLineColor(m_lineColor);
-    }
+    m_contents.setLineColor(m_lineColor);
     layOutPlots();
-}
-
-std::array<PlotContent*, 4> Scope::contents()
-{
-    return {&m_eyeI, &m_eyeQ, &m_constellation, &m_sdi};
 }
 
 // Which content each of the two plots shows, and whether it is shown.
 void Scope::layOutPlots()
 {
-    const bool eye = m_plotType != Sdi && m_plotType != Constellation;
-    const bool withQ = eye && m_showQPlot && m_numOfPlots >= 2;
-    m_eyeI.setTimeLabel(!withQ);
-    if (m_plotType == Sdi) {
-        m_plotI->setContent(&m_sdi);
-    } else if (m_plotType == Constellation) {
-        m_plotI->setContent(&m_constellation);
-    } else {
-        m_plotI->setContent(&m_eyeI);
-    }
-    m_plotQ->setContent(&m_eyeQ);
+    m_contents.setView(viewOf(m_plotType));
+    const bool eyes = m_contents.view() == ScopeContents::View::Eyes;
+    const bool withQ = eyes && m_showQPlot && m_numOfPlots >= 2;
+    m_contents.setUpperTimeLabel(!withQ);
+    m_plotI->setContent(m_contents.upper());
+    m_plotQ->setContent(m_contents.lower());
     m_plotI->setVisible(m_plotsShown && m_numOfPlots >= 1);
     m_plotQ->setVisible(m_plotsShown && withQ);
     m_plotI->update();
@@ -119,7 +102,7 @@ void Scope::shareHeight()
     const int frameI = m_plotI->frameHeight();
     const int frameQ = m_plotQ->frameHeight();
     const int left = std::max(0, height() - frameI - frameQ);
-    plots->setSpacing(left % 2); // an odd pixel is nobody's
+    plots->setSpacing(left % 2); // An odd pixel lies between the two.
     plots->setStretchFactor(m_plotI, frameI + left / 2);
     plots->setStretchFactor(m_plotQ, frameQ + left / 2);
 }
@@ -157,7 +140,7 @@ void Scope::setOff(bool off)
 {
     m_off = off;
     if (off) {
-        clearPlots(); // what was there before is not there any more
+        clearPlots(); // The signal that was shown is gone.
     } else {
         m_silence.start();
     }
@@ -180,11 +163,20 @@ void Scope::paintEvent(QPaintEvent* event)
 void Scope::clearPlots()
 {
     m_silence.stop();
-    for (PlotContent* content : contents()) {
-        content->clear();
-    }
+    m_contents.clear();
+    updatePlots();
+}
+
+void Scope::updatePlots()
+{
     m_plotI->update();
     m_plotQ->update();
+}
+
+void Scope::dataChanged()
+{
+    m_plotI->dataChanged();
+    m_plotQ->dataChanged();
 }
 
 void Scope::togglePlotType()
@@ -212,21 +204,19 @@ void Scope::setDisableFixIsize(bool disabled)
 
 void Scope::setSdiStripCount(int count)
 {
-    m_sdi.setStripCount(count);
+    m_contents.strips().setStripCount(count);
     m_plotI->update();
 }
 
 void Scope::setLineColor(int color)
 {
-    if (color < 0 || color >= static_cast<int>(LineColors.size())) {
+    const QColor wanted = lineColors::color(color);
+    if (!wanted.isValid()) {
         return;
     }
-    m_lineColor = LineColors[static_cast<size_t>(color)];
-    for (PlotContent* content : contents()) {
-        content->setLineColor(m_lineColor);
-    }
-    m_plotI->update();
-    m_plotQ->update();
+    m_lineColor = wanted;
+    m_contents.setLineColor(m_lineColor);
+    updatePlots();
 }
 
 void Scope::setPlotsShown(bool shown)
@@ -238,93 +228,35 @@ void Scope::setPlotsShown(bool shown)
 
 void Scope::plotClickSlot()
 {
-    m_range.setFixed(!m_range.fixed());
-    applyRange();
-    m_plotI->update();
-    m_plotQ->update();
-}
-
-void Scope::applyRange()
-{
-    m_eyeI.setLimit(m_range.limit());
-    m_eyeQ.setLimit(m_range.limit());
-    m_constellation.setLimit(m_range.limit());
+    m_contents.setRangeFixed(!m_contents.rangeFixed());
+    updatePlots();
 }
 
 void Scope::plotEyeConsData(QVector<double>& i, QVector<double>& q)
 {
-    const double peakI = peakOf(i);
-    const double peakQ = peakOf(q);
-    m_range.addPeak(std::max(peakI, peakQ));
-    applyRange();
-    const QString badge = QStringLiteral("CLIP");
-    const bool clippedI = peakI >= Clipped;
-    const bool clippedQ = peakQ >= Clipped;
-    if (m_plotType == Constellation) {
-        m_constellation.setBadge(clippedI || clippedQ ? badge : QString());
-        m_constellation.addBlock(i, q);
-    } else {
-        m_eyeI.setBadge(clippedI ? badge : QString());
-        m_eyeQ.setBadge(clippedQ ? badge : QString());
-        m_eyeI.addBlock(i);
-        m_eyeQ.addBlock(q);
-    }
-    m_plotI->dataChanged();
-    m_plotQ->dataChanged();
+    m_contents.addBlock(i, q);
+    dataChanged();
 }
 
 void Scope::markSilence()
 {
     if (m_off) {
-        clearPlots(); // that was the block under way when it was switched off
+        clearPlots(); // It was the block under way when the demodulator was switched off.
         return;
     }
-    for (PlotContent* content : contents()) {
-        content->setBadge(QStringLiteral("NO DATA"));
-    }
-    m_plotI->dataChanged();
-    m_plotQ->dataChanged();
+    m_contents.setBadge(QStringLiteral("NO DATA"));
+    dataChanged();
 }
 
 void Scope::plotSdiData(QByteArray& record)
 {
-    m_sdi.setBadge({});
-    m_sdi.addRecord(record);
+    m_contents.addRecord(record);
     m_plotI->dataChanged();
 }
 
 QVector<double> Scope::interpolator(QVector<double> samples, int factor)
 {
-    const Interpolator filter(factor);
-    const QVector<double>& taps = filter.taps();
-    if (samples.isEmpty()) {
-        return {};
-    }
-    QVector<double> delay(taps.size(), 0.0);
-    int state = 0;
-    const auto step = [&](double input) {
-        return fir_double_z(
-            input, static_cast<int>(taps.size()), taps.constData(), delay.data(), state);
-    };
-    // beyond both ends the outermost sample goes on
-    QVector<double> extended(Interpolator::HalfTaps, samples.first());
-    extended += samples;
-    extended += QVector<double>(Interpolator::HalfTaps, samples.last());
-
-    // the filter answers with a delay of half its length
-    const qsizetype late = 2 * static_cast<qsizetype>(Interpolator::HalfTaps) * filter.factor();
-    QVector<double> points;
-    points.reserve(samples.size() * filter.factor());
-    qsizetype done = 0;
-    for (const double sample : std::as_const(extended)) {
-        for (int phase = 0; phase < filter.factor(); ++phase) {
-            const double point = step(phase == 0 ? sample : 0.0);
-            if (done++ >= late) {
-                points.append(point);
-            }
-        }
-    }
-    return points;
+    return interpolateStepwise(std::move(samples), factor);
 }
 
 double Scope::fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state)

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "scopes/ConstellationPlot.h"
-#include "scopes/EyePlot.h"
 #include "scopes/IqBlockDecoder.h"
-#include "scopes/RangeKeeper.h"
+#include "scopes/ScopeContents.h"
 #include "scopes/SdiDecoder.h"
-#include "scopes/SdiPlot.h"
 #include "wire/SerialLine.h"
 
 #include <QByteArray>
@@ -14,102 +11,126 @@
 #include <QVector>
 #include <QWidget>
 
-#include <array>
-
 class PlotView;
-class QVBoxLayout;
 
-// The display of one demodulator: reads its scope port, plots what comes and passes it on.
-//
-// What the port has goes in bulk to the decoder of the plot type, I/Q blocks or SDI records. A
-// finished block or record is first plotted, then leaves by rcv_eye_msg or rcv_sdi_msg, whether or
-// not anybody sees the plot. Two plots lie one above the other: the eyes of I and Q; constellation
-// and SDI strips use the upper one alone. A broken block is dropped without a word. A plot that
-// gets nothing for two seconds keeps what it has and says so ("NO DATA"), as it looks like a steady
-// signal.
-//
-// Both signals leave while the port tells of its data: whoever gets one may have the scope deleted
-// later (deleteLater()), but not at once, which would take the port away from under itself.
+/// The display of one demodulator: reads its scope port, plots what comes and passes it on.
+///
+/// Everything that the port has goes in one piece to the decoder of the plot type, I/Q blocks or
+/// SDI records. A finished block or record is first given to ScopeContents, which the two plots
+/// show, then leaves by rcv_eye_msg() or rcv_sdi_msg(), whether or not anybody sees the plots. They
+/// lie one above the other: the eyes of I and Q; constellation and SDI strips use the upper one
+/// alone. A broken block is dropped and not reported. A plot that gets nothing for two seconds
+/// keeps what it has and shows "NO DATA", because it looks like a steady signal otherwise.
+///
+/// Both signals are emitted while the port reports its data. A slot may delete the scope later
+/// (deleteLater()), but not at once: the port is still in use.
 class Scope : public QWidget
 {
     Q_OBJECT
 
 public:
-    // The plot types. SDI is the one with a wire format of its own; every other number receives
-    // I/Q blocks, and those that are not named here are plotted as eye patterns.
-    enum PLOT_TYPES { Sdi = 0, EyePattern = 1, Constellation = 2 };
+    /// The plot types. SDI has a wire format of its own. Every other number receives I/Q blocks,
+    /// and those that are not named here are plotted as eye patterns.
+    enum PLOT_TYPES {
+        Sdi = 0,          ///< SDI records as strips.
+        EyePattern = 1,   ///< The eyes of I and Q.
+        Constellation = 2 ///< I over Q.
+    };
 
-    // portName: device without a directory, opened at once at 115200 baud and tried again every two
-    // seconds while it is not there. demodulator: the number of the demodulator, 1 to 3.
+    /// Opens the port at 115200 baud, and tries again every two seconds while that fails.
+    /// \param portName device without a directory, such as "ttyUSB1".
+    /// \param demodulator the number of the demodulator, 1 to 3.
     Scope(const QString& portName, int demodulator, QWidget* parent = nullptr);
     ~Scope() override;
 
+    /// \return the number of the demodulator.
     int demodulator() const { return m_demodulator; }
+    /// \return the device without a directory.
     QString portName() const { return m_line.name(); }
+    /// \return whether the port is open.
     bool portIsOpen() const { return m_line.isOpen(); }
+    /// \return the port, to look at its settings.
     const QSerialPort& port() { return m_line.port(); }
 
+    /// Sets what is received and plotted, one of PLOT_TYPES or any other number. Another type than
+    /// before empties the plots.
     void setPlotType(int type);
+    /// \return the plot type; EyePattern at first.
     int plotType() const { return m_plotType; }
 
-    // Whether the demodulator has been told to send nothing; false at first. What still comes is
-    // plotted, and forgotten when nothing follows it for two seconds.
+    /// Sets whether the demodulator has been told to send nothing; false at first. What still comes
+    /// is plotted, and removed when nothing follows it for two seconds.
     void setOff(bool off);
 
-    // Empties the plots, until the next data come. A change of the plot type does it, too: what was
-    // received in another form is no use in the new one.
+    /// Empties the plots until the next data come.
     void clearPlots();
 
-    // How many of the two plots may be used, 2 at first.
+    /// \return how many of the two plots may be used, 2 at first.
     int numOfPlots() const { return m_numOfPlots; }
+    /// Sets how many of the two plots may be used: 0, 1 or 2.
     void setNumOfPlots(int const& count);
-    // Whether the eye of Q is shown under that of I, true at first.
+    /// \return whether the eye of Q is shown under that of I, true at first.
     bool showQPlot() const { return m_showQPlot; }
+    /// Sets whether the eye of Q is shown under that of I.
     void setShowQPlot(bool shown);
-    // Whether the upper plot may take any shape instead of being kept square for a constellation.
+    /// \return whether the upper plot may take any shape instead of being kept square for a
+    /// constellation, false at first.
     bool disableFixIsize() const { return m_disableFixIsize; }
+    /// Sets whether the upper plot may take any shape.
     void setDisableFixIsize(bool disabled);
-    // How many of a record's five bytes are shown as strips, 5 at first.
-    int sdiStripCount() const { return m_sdi.stripCount(); }
+    /// \return how many of a record's five bytes are shown as strips, 5 at first.
+    int sdiStripCount() const { return m_contents.strips().stripCount(); }
+    /// Sets how many of a record's bytes are shown as strips, 1 to 5.
     void setSdiStripCount(int count);
-    // color: 0 red, 1 green, 2 blue, 3 cyan, 4 magenta, 5 yellow, 6 white, 7 grey; others: ignored.
+    /// Sets the colour of the signal.
+    /// \param color a number of lineColors::color(); others are ignored.
     void setLineColor(int color);
+    /// \return the colour of the signal, red at first.
     QColor lineColor() const { return m_lineColor; }
 
-    // Shows or hides the plots; the scope keeps its place, which tells why it is empty, and goes on
-    // receiving.
+    /// Shows or hides the plots. The scope keeps its place, where a note says why it is empty, and
+    /// goes on receiving.
     void setPlotsShown(bool shown);
+    /// \return whether the plots are shown, true at first.
     bool plotsShown() const { return m_plotsShown; }
 
-    // Whether the axes span full scale; else they are fitted to the signal. False at first.
-    bool fixedRange() const { return m_range.fixed(); }
+    /// \return whether the axes span full scale; otherwise they are fitted to the signal. False at
+    /// first.
+    bool fixedRange() const { return m_contents.rangeFixed(); }
 
-    // Plots one block. i, q: samples in parts of full scale, -1 to 1.
+    /// Plots one block.
+    /// \param i, q samples in parts of full scale, -1 to 1.
     void plotEyeConsData(QVector<double>& i, QVector<double>& q);
-    // Plots one record of five bytes.
+    /// Plots one record of five bytes.
     void plotSdiData(QByteArray& record);
 
-    // Out: the samples with factor - 1 points between every two of them, factor times as many.
+    /// \return \a samples with \a factor - 1 points between every two of them, \a factor times as
+    /// many; see interpolateStepwise().
     QVector<double> interpolator(QVector<double> samples, int factor);
-    // One step of a FIR filter over a circular delay line of `ntaps` values; see firStep().
+    /// One step of a FIR filter over a circular delay line of \a ntaps values; see firStep().
     double fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state);
 
-    // Keeps the upper plot square while it shows a constellation, unless that is disabled.
+    /// Keeps the upper plot square while it shows a constellation, unless that is disabled.
     void fixIsize();
 
+    /// \return the decoder of I/Q blocks.
     const IqBlockDecoder& decoder() const { return m_decoder; }
-    const ConstellationPlot& constellation() const { return m_constellation; }
+    /// \return what a constellation shows.
+    const ConstellationPlot& constellation() const { return m_contents.constellation(); }
 
 public slots:
-    // Reads and decodes everything that the port has.
+    /// Reads and decodes everything that the port has.
     void serialDataReceived();
-    // From eye pattern to constellation and back; from SDI to the eye pattern.
+    /// Changes from eye pattern to constellation and back, and from SDI to the eye pattern.
     void togglePlotType();
-    // A touch on a plot: fixed range or range fitted to the signal.
+    /// Changes between fixed range and range fitted to the signal, at a touch on a plot.
     void plotClickSlot();
 
 signals:
+    /// Emitted when a whole block was received, after it was given to the plots.
+    /// \param i, q samples in parts of full scale, -1 to 1, 256 each.
     void rcv_eye_msg(QVector<double> i, QVector<double> q);
+    /// Emitted when an SDI record of five bytes was received, after it was given to the plots.
     void rcv_sdi_msg(QByteArray record);
 
 protected:
@@ -117,11 +138,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    std::array<PlotContent*, 4> contents();
     void setUpPlots();
     void layOutPlots();
     void shareHeight();
-    void applyRange();
+    void updatePlots();
+    void dataChanged();
     void markSilence();
     void decodeIq(const QByteArray& bytes);
     void decodeSdi(const QByteArray& bytes);
@@ -130,11 +151,7 @@ private:
     SerialLine m_line;
     IqBlockDecoder m_decoder;
     SdiDecoder m_sdiDecoder;
-    RangeKeeper m_range;
-    EyePlot m_eyeI;
-    EyePlot m_eyeQ;
-    ConstellationPlot m_constellation;
-    SdiPlot m_sdi;
+    ScopeContents m_contents;
     PlotView* m_plotI = nullptr;
     PlotView* m_plotQ = nullptr;
     QColor m_lineColor;

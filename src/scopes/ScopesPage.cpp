@@ -50,7 +50,7 @@ QWidget* ScopesPage::newPlace(int demodulator)
     place.button->setObjectName(QStringLiteral("modeButton%1").arg(demodulator));
     place.button->setFixedHeight(ButtonHeight);
     place.button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    // with a border: without one Qt keeps some memory at each painting of a coloured button
+    // With a border: without one Qt leaks some memory at each painting of a coloured button.
     place.button->setStyleSheet(
         QStringLiteral("QPushButton {background-color: #919191; color:black; font-size: 18px; "
                        "border: 1px solid #c8c8c8; border-radius: 4px;} "

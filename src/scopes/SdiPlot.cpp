@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr double LargestByte = 255.0;
-constexpr double Gap = 3.0; // pixels between two strips
+constexpr double MaxByte = 255.0;
+constexpr double Gap = 3.0; // Pixels at each end of a strip.
 constexpr QRgb StripLine = 0xff5a5a5a;
 
 } // namespace
@@ -43,7 +43,7 @@ PlotAxes SdiPlot::axes() const
     axes.xMin = -(Records - 1);
     axes.xMax = 0.0;
     axes.xStep = 25.0;
-    // strip 1 on top: the axis counts them downwards
+    // Strip 1 is on top: the axis counts them downwards.
     axes.yMin = m_strips + 0.5;
     axes.yMax = 0.5;
     axes.yStep = 1.0;
@@ -67,7 +67,7 @@ void SdiPlot::paint(QImage& picture)
         line.reserve(static_cast<qsizetype>(m_records.size()));
         double x = (Records - static_cast<double>(m_records.size())) * perRecord;
         for (const QByteArray& record : m_records) {
-            const double level = static_cast<uchar>(record.at(strip)) / LargestByte;
+            const double level = static_cast<uchar>(record.at(strip)) / MaxByte;
             line.append({x, bottom - level * height});
             x += perRecord;
         }

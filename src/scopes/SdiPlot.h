@@ -7,22 +7,26 @@
 
 #include <deque>
 
-// SDI records as strips, one above the other: strip n shows byte n of the last records, 0 at its
-// bottom and 255 at its top, the newest at the right. Records are kept, and drawn only by paint().
+/// SDI records as strips, one above the other.
+///
+/// Strip n shows byte n of the last records, 0 at its bottom and 255 at its top, the newest record
+/// at the right. addRecord() only keeps a record; paint() draws them.
 class SdiPlot : public PlotContent
 {
 public:
-    static constexpr int RecordBytes = 5;
-    static constexpr int Records = 100; // shown from one edge to the other
+    static constexpr int RecordBytes = 5; ///< Bytes of a record.
+    static constexpr int Records = 100;   ///< Records from one edge to the other.
 
-    // record: its first RecordBytes bytes count; a shorter one is ignored.
+    /// Adds a record. Its first RecordBytes bytes count; a shorter one is ignored.
     void addRecord(const QByteArray& record);
 
-    // 1 to RecordBytes strips; what lies outside is taken as the nearest of the two.
+    /// Sets how many strips are shown.
+    /// \param count 1 to RecordBytes; a number outside is taken as the nearest of the two.
     void setStripCount(int count);
+    /// \return how many strips are shown.
     int stripCount() const { return m_strips; }
 
-    // The records on the screen, the oldest first.
+    /// \return the records on the screen, the oldest first.
     const std::deque<QByteArray>& records() const { return m_records; }
 
     PlotAxes axes() const override;

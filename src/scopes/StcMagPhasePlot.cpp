@@ -13,9 +13,9 @@ namespace {
 constexpr double StepsOfScale = 8.0;
 constexpr double Rounding = 0.5;
 constexpr double StepDegrees = 22.5;
-constexpr int LampsPerCaption = 2; // as many as can be read
+constexpr int LampsPerCaption = 2; // More captions would overlap.
 constexpr int LampHeight = 22;
-constexpr int LampColumn = 1; // behind the bar of channel 1
+constexpr int LampColumn = 1; // Right of the bar of channel 1.
 constexpr int BarColumn1 = LampColumn + StcMagPhasePlot::ScaleLabels;
 
 QString unlit()
@@ -85,7 +85,7 @@ QProgressBar* StcMagPhasePlot::newBar(const QString& name)
 int StcMagPhasePlot::lampOf(double difference)
 {
     const double place = difference * StepsOfScale + Rounding;
-    // cut off towards zero: a little below 0 is still the first lamp
+    // The cast below truncates towards zero, so a little below 0 is still the first lamp.
     if (!(place > -1.0 && place < ScaleLabels)) {
         return -1;
     }
@@ -94,7 +94,7 @@ int StcMagPhasePlot::lampOf(double difference)
 
 QString StcMagPhasePlot::colorOf(int lamp)
 {
-    // the fifth name is misspelt and shows no colour: kept so
+    // Quirk: the fifth name is misspelt and shows no colour. See "Quirks" in docs/architecture.md.
     static const std::array<QString, ScaleLabels> colors{QStringLiteral("green"),
         QStringLiteral("green"), QStringLiteral("green"), QStringLiteral("yellow"),
         QStringLiteral("yelow"), QStringLiteral("yellow"), QStringLiteral("red"),

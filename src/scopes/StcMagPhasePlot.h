@@ -7,35 +7,41 @@
 class QLabel;
 class QProgressBar;
 
-// The magnitude/phase display of the two channels: a bar for each channel's magnitude and, between
-// them, a scale of nine lamps for the phase difference, one for each 22.5° from 0° to 180°.
-//
-// The setters only hold the values; updateDisplay() shows them, so that the three of one message
-// change together.
+/// The magnitude/phase display of the two channels: a bar for each channel's magnitude and, between
+/// them, a scale of nine lamps for the phase difference, one for each 22.5° from 0° to 180°.
+///
+/// The setters only hold the values; updateDisplay() shows them, so that the three values of one
+/// message change together.
 class StcMagPhasePlot : public QWidget
 {
     Q_OBJECT
 
 public:
-    static constexpr int ScaleLabels = 9;
-    static constexpr int FullMagnitude = 100;
+    static constexpr int ScaleLabels = 9;     ///< Lamps of the phase scale.
+    static constexpr int FullMagnitude = 100; ///< A magnitude that fills its bar.
 
+    /// Creates a display with both bars at 0 and no lamp lit.
     explicit StcMagPhasePlot(QWidget* parent = nullptr);
 
-    // difference: 0 to 1 for 0° to 180°; what lies outside, NaN included, lights no lamp.
+    /// Holds the phase difference for updateDisplay().
+    /// \param difference 0 to 1 for 0° to 180°; any other value, NaN included, lights no lamp.
     void setPhaseDifHold(double difference) { m_phase = difference; }
-    // magnitude: 0 to FullMagnitude; what lies outside is shown as the nearest of the two.
+    /// Holds a channel's magnitude for updateDisplay().
+    /// \param magnitude 0 to FullMagnitude; a value outside is shown as the nearest of the two.
+    ///@{
     void setCh0MagHold(int magnitude) { m_magnitude0 = magnitude; }
     void setCh1MagHold(int magnitude) { m_magnitude1 = magnitude; }
+    ///@}
 
+    /// Shows the values that the setters hold.
     void updateDisplay();
 
-    // Out: the lamp that stands for a phase difference, -1 for none.
+    /// \return the lamp that stands for the phase difference \a difference, or -1.
     static int lampOf(double difference);
-    // Out: the colour of a lamp, 0 to ScaleLabels - 1, as its style sheet names it when lit; empty
-    // for another number.
+    /// \return the colour of lamp \a lamp, 0 to ScaleLabels - 1, as its style sheet names it when
+    /// it is lit; empty for any other number.
     static QString colorOf(int lamp);
-    // Out: the style sheet of a lit lamp.
+    /// \return the style sheet of a lit lamp.
     static QString sheet(const QString& color);
 
 private:

@@ -3,6 +3,7 @@
 #include "spectrum/CardSession.h"
 #include "spectrum/SpectrumArea.h"
 #include "spectrum/SpectrumChart.h"
+#include "touch/LineColors.h"
 
 #include <QComboBox>
 #include <QVBoxLayout>
@@ -232,11 +233,7 @@ void SpectralCard::setHMarkers(int channel, const QList<double>& levels)
 
 QColor SpectralCard::lineColor(int colour)
 {
-    // blue and red are lightened: pure blue cannot be read on black
-    static const QVector<QColor> colours = {QColor(0xff, 0x40, 0x40), QColor(0x00, 0xff, 0x00),
-        QColor(0x60, 0x90, 0xff), QColor(0x00, 0xff, 0xff), QColor(0xff, 0x00, 0xff),
-        QColor(0xff, 0xff, 0x00), QColor(0xff, 0xff, 0xff), QColor(0xa0, 0xa0, 0xa4)};
-    return colours.value(colour);
+    return lineColors::color(colour);
 }
 
 void SpectralCard::setLineColor(int colour, int trace)

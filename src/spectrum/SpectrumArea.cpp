@@ -61,7 +61,7 @@ SpectrumArea::SpectrumArea(int channel, QWidget* parent)
 
 SpectrumArea::~SpectrumArea()
 {
-    // a lent chart lives in another page and must not outlive its card
+    // A lent chart belongs to another page, but must not outlive its card.
     delete m_chart;
 }
 

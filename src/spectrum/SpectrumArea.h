@@ -12,31 +12,39 @@ class QPushButton;
 class QVBoxLayout;
 class SpectrumChart;
 
-// The part of the spectrum page that belongs to one channel: its chart and, beside it, the span
-// and the switches for averaging and max hold. The chart can be lent to another page; the rest
-// stays here.
+/// The part of the spectrum page that belongs to one channel: its chart and, beside it, the span
+/// and the switches for averaging and max hold.
+///
+/// The chart can be lent to another page; the rest stays here. What the chart is told is kept, so
+/// that one that was deleted with that page can be made anew.
 class SpectrumArea : public QWidget
 {
     Q_OBJECT
 
 public:
-    // channel: 0 to 2. The chart's title is the name with the channel behind it, "NAME (CH.1)".
+    /// \param channel 0 to 2.
     SpectrumArea(int channel, QWidget* parent);
     ~SpectrumArea() override;
 
+    /// Sets the chart's title: the name followed by the channel, "NAME (CH.1)".
     void setName(const QString& name);
 
-    // Of the chart; kept for one that is made anew. centre: in MHz, others than the chart takes are
-    // ignored. levels: in dB.
+    /// Sets the chart's centre.
+    /// \param centre in MHz; what SpectrumChart::setCentre() does not take is ignored.
     void setCentre(double centre);
+    /// Sets the colour of the chart's trace.
     void setLineColor(const QColor& color);
+    /// Sets the chart's horizontal markers.
+    /// \param levels in dB.
     void setHMarkers(const QList<double>& levels);
 
-    // Puts the chart back into this area.
+    /// Puts the chart back into this area and shows it.
     void takeChartBack();
 
-    // Never nullptr: a chart that went down with the page it was lent to is made anew.
+    /// \return the chart, never nullptr: one that was deleted with the page it was lent to is made
+    /// anew.
     SpectrumChart* chart();
+    /// \return the list of spans.
     QComboBox* spanBox() const { return m_spanBox; }
 
 private:
@@ -49,7 +57,7 @@ private:
     double m_centre = SpanCentreMHz;
     QColor m_color = Qt::yellow;
     QList<double> m_hMarkers;
-    QPointer<SpectrumChart> m_chart; // lives elsewhere while it is lent
+    QPointer<SpectrumChart> m_chart; // belongs to another page while it is lent
     QComboBox* m_spanBox;
     QPushButton* m_average;
     QPushButton* m_maxHold;

@@ -1,87 +1,99 @@
 #pragma once
 
-#include "wire/SpanTable.h"
+#include "plot/CachedPlot.h"
+#include "spectrum/ChartReadout.h"
+#include "spectrum/FrequencyAxis.h"
+#include "spectrum/LevelMarkers.h"
+#include "spectrum/SpectrumReading.h"
 #include "spectrum/SpectrumTrace.h"
 
-#include <QElapsedTimer>
-#include <QPixmap>
 #include <QPolygonF>
-#include <QStaticText>
 #include <QTimer>
 
-#include <qcustomplot.h>
-
-// The chart of one channel: level in dB over frequency in MHz, with the span's five ticks, the
-// highest point, max hold, horizontal markers and one marker that the operator sets by a tap.
-//
-// QCustomPlot lays out and draws what seldom changes: axes, grid, ticks and horizontal markers.
-// The result is kept as one picture. A new spectrum only changes the trace's numbers and asks for
-// one paint, which copies that picture and draws the lines straight onto the widget. The next paint
-// waits at least as long as the last one took, so that a slow board still feels the finger, and a
-// chart that is not on the screen is not painted. Peak and marker stand on the trace as it is
-// painted; their texts follow at a pace at which they can be read.
-class SpectrumChart : public QCustomPlot
+/// The chart of one channel: level in dB over frequency in MHz, with the span's five ticks, the
+/// highest point, max hold, horizontal markers and one marker that the operator sets by a tap.
+///
+/// addSpectrum() gives the bytes to SpectrumTrace, which turns them into levels, and asks for one
+/// paint. CachedPlot keeps what seldom changes (axes, grid, ticks, title, horizontal markers) as
+/// one picture; painting copies it and draws the lines straight onto the widget. Where a level or a
+/// frequency lies is computed by Scale, which points make a line by traceLine. Peak and marker
+/// stand on the trace as it is painted; their texts follow at a pace at which they can be read.
+class SpectrumChart : public CachedPlot
 {
     Q_OBJECT
 
 public:
-    // A point of the trace as the chart shows it.
-    struct Reading
-    {
-        bool valid = false;
-        double frequency = 0.0; // MHz
-        double level = 0.0;     // dB
-    };
+    /// A point of the trace as the chart shows it.
+    using Reading = SpectrumReading;
 
-    // The y axis, in dB.
-    static constexpr double LowestLevel = -120.0;
-    static constexpr double HighestLevel = 10.0;
+    static constexpr double LowestLevel = -120.0; ///< Bottom of the y axis, in dB.
+    static constexpr double HighestLevel = 10.0;  ///< Top of the y axis, in dB.
 
+    /// Creates an empty chart of the narrowest span around 70 MHz, with a yellow line.
     explicit SpectrumChart(QWidget* parent = nullptr);
 
+    /// Sets the text above the plot at the left.
     void setTitle(const QString& title);
+    /// \return the text above the plot at the left.
     QString title() const { return m_title; }
 
-    // Which part of the band the points cover. The trace, its average, its max hold and a marker
-    // that is no longer inside are cleared.
+    /// Sets which part of the band the points cover. Clears the trace, its average, its max hold,
+    /// and a marker that is no longer inside.
     void setSpan(const SpanInfo& span);
-    // centre: in MHz, finite, above 0 and at most MostMHz; others are ignored. A marker keeps its
-    // distance from the centre.
+    /// Sets the frequency in the middle and clears the trace. A marker keeps its distance from the
+    /// centre.
+    /// \param centre in MHz, finite, above 0 and at most FrequencyAxis::MaxMHz; others are ignored.
     void setCentre(double centre);
-    static constexpr double MostMHz = 1e6;
-    double centre() const { return m_centre; }
-    double spanMHz() const { return m_span.spanMHz; }
+    /// \return the frequency in the middle, in MHz.
+    double centre() const { return m_axis.centre(); }
+    /// \return the analysed width in MHz.
+    double spanMHz() const { return m_axis.width(); }
 
-    // The positions of the five ticks in MHz, and their texts; the one in the middle is shown with
-    // its unit.
-    QVector<double> tickPositions() const;
+    /// \return the positions of the five ticks in MHz.
+    QVector<double> tickPositions() const { return m_axis.ticks(); }
+    /// \return the texts of the five ticks. The chart shows the one in the middle with its unit.
     QStringList tickLabels() const;
 
+    /// Sets the colour of the trace. Max hold is drawn in a darker one.
     void setLineColor(const QColor& color);
+    /// \return the colour of the trace.
     QColor lineColor() const { return m_color; }
 
-    // levels: in dB; what is not finite or off the axis is left out, and so is what comes after 64.
+    /// Replaces the horizontal markers.
+    /// \param levels in dB; what is not on the axis is left out, and so is what comes after
+    /// LevelMarkers::MaxCount.
     void setHMarkers(const QList<double>& levels);
-    QList<double> hMarkers() const { return m_hMarkers; }
+    /// \return the levels of the horizontal markers in dB.
+    QList<double> hMarkers() const { return m_hMarkers.levels(); }
 
-    // points: one byte a point, spread evenly over the span.
+    /// Shows a new spectrum.
+    /// \param points one byte per point as in SpectrumTrace::level(), spread evenly over the span.
     void addSpectrum(const QByteArray& points);
-    void setAveraging(int depth); // over how many spectra; 1 is none
+    /// Sets over how many spectra the levels are averaged; 1 switches averaging off.
+    void setAveraging(int depth);
+    /// Switches max hold on or off; on starts it anew.
     void setMaxHold(bool on);
+    /// Starts averaging and max hold anew with the next spectrum.
     void restartAverage();
+    /// \return the levels that are shown.
     const SpectrumTrace& trace() const { return m_trace; }
 
+    /// \return the highest point of the trace; not valid before the first spectrum.
     Reading peak() const;
+    /// \return the point under the marker; not valid without a marker or before the first spectrum.
     Reading marker() const;
-    // frequency: in MHz; outside the span there is no marker.
+    /// Sets the marker.
+    /// \param frequency in MHz; outside the span, the marker is removed.
     void setMarker(double frequency);
+    /// Removes the marker.
     void clearMarker();
-    // What stands above the plot at the right: averaging, max hold, peak and marker, on several
-    // lines where one is too short.
-    QString readout() const { return m_readoutText; }
+    /// \return what stands above the plot at the right: averaging, max hold, peak and marker, on
+    /// several lines where one is too short.
+    QString readout() const { return m_readout.text(); }
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
+    QPixmap drawFrame() override;
+    void paintData(QPainter& painter, const QRect& dirty) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -91,44 +103,27 @@ private:
     void setUpAxes();
     void updateAxes();
     void updateTickTexts();
-    struct Part
-    {
-        QString text;
-        QString widest;
-    };
-    QVector<Part> readoutParts() const;
     void updateReadout();
-    void setHeadHeight(int height);
     void readoutDue();
-    void schedulePaint();
-    void composeFrame();
+    void changeShown();
+    void setHeadHeight(int height);
     void paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color);
-    void paintHLabels(QPainter& painter) const;
-    void paintPeak(QPainter& painter) const;
-    void paintMarker(QPainter& painter) const;
-    void paintReadout(QPainter& painter) const;
-    QRect plotRect() const;
-    qsizetype indexAt(double frequency) const;
+    void paintMarks(QPainter& painter) const;
+    QRect plotRect() const { return axisRect()->rect(); }
+    Scale frequencyScale() const;
+    Scale levelScale() const;
     Reading reading(qsizetype index) const;
     QPointF pixelOf(const Reading& reading) const;
 
+    FrequencyAxis m_axis;
     SpectrumTrace m_trace;
-    SpanInfo m_span;
+    ChartReadout m_readout;
+    LevelMarkers m_hMarkers{*this};
     QString m_title;
-    QString m_readoutText;
-    QVector<QStaticText> m_readoutLines;
     QColor m_color;
-    QList<double> m_hMarkers;
-    QVector<QStaticText> m_hLabels; // one a marker
-    QPixmap m_frame;                // everything but trace, markers and read-out
-    QPolygonF m_line;
-    QTimer m_paintTimer{this};
+    QPolygonF m_line; // kept for its memory
     QTimer m_readoutTimer{this};
-    qint64 m_lastPaintMs = 0;
-    double m_centre = SpanCentreMHz;
     double m_markerOffset = 0.0; // MHz from the centre
     bool m_hasMarker = false;
-    bool m_besideTitle = false;
-    bool m_frameStale = true;
     bool m_readoutStale = false;
 };

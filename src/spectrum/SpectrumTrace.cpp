@@ -4,7 +4,7 @@
 #include <array>
 
 namespace {
-constexpr int DeepestAverage = 1000;
+constexpr int MaxDepth = 1000;
 
 const std::array<float, 256>& levelTable()
 {
@@ -21,7 +21,7 @@ const std::array<float, 256>& levelTable()
 
 void SpectrumTrace::setAveraging(int depth)
 {
-    m_depth = qBound(1, depth, DeepestAverage);
+    m_depth = qBound(1, depth, MaxDepth);
     m_averaged = 0;
 }
 

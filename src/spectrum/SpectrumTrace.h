@@ -3,37 +3,49 @@
 #include <QByteArray>
 #include <QVector>
 
-// The levels of one channel: bytes come in, decibels with averaging and max hold come out.
+/// The levels of one channel: bytes come in, decibels with averaging and max hold come out.
+///
+/// add() turns the bytes of a spectrum into levels(), averaged as setAveraging() says, keeps the
+/// highest levels in held() when max hold is on, and finds the peak(). It needs no widget.
 class SpectrumTrace
 {
 public:
-    // In: one byte of a spectrum reply. Out: the level in dB, byte × 0.5 − 120.
+    /// \return the level in dB that a byte of a spectrum reply stands for: byte × 0.5 − 120, the
+    /// card's scale.
     static double level(quint8 byte) { return byte * 0.5 - 120.0; }
 
-    // depth: over how many spectra the levels are averaged, in dB (as with a narrow video filter);
-    // 1 is no averaging. Running: the first `depth` spectra weigh the same, then older ones fade.
+    /// Averages the levels in dB, as a narrow video filter does, and starts anew. The first \a
+    /// depth spectra weigh the same; after that the average is exponential and older ones fade.
+    /// \param depth over how many spectra, 1 to 1,000; 1 is no averaging. A number outside is taken
+    /// as the nearest of the two.
     void setAveraging(int depth);
+    /// \return over how many spectra the levels are averaged.
     int averaging() const { return m_depth; }
 
-    // Max hold keeps the highest level that each point has had since it was switched on, before
-    // averaging, so that a burst is not lost in the average.
+    /// Switches max hold on or off; on starts it anew. It keeps the highest level that each point
+    /// has had since then, before averaging, so that a burst is not lost in the average.
     void setMaxHold(bool on);
+    /// \return whether max hold is on.
     bool maxHold() const { return m_holding; }
 
-    // In: one spectrum, a byte a point, at least one. Another number of points than before starts
-    // the averaging and max hold anew. No points at all change nothing.
+    /// Adds a spectrum. Another number of points than before starts averaging and max hold anew.
+    /// \param points one byte per point; an empty array changes nothing.
     void add(const QByteArray& points);
 
-    // Starts averaging and max hold anew with the next spectrum.
+    /// Starts averaging and max hold anew with the next spectrum.
     void restart();
 
-    // Forgets everything that was received.
+    /// Forgets everything that was received.
     void clear();
 
+    /// \return the number of points.
     qsizetype size() const { return m_levels.size(); }
-    const QVector<float>& levels() const { return m_levels; } // in dB, lowest frequency first
-    const QVector<float>& held() const { return m_held; }     // in dB, empty without max hold
-    qsizetype peak() const { return m_peak; }                 // the highest level's index, or -1
+    /// \return the levels in dB, the lowest frequency first.
+    const QVector<float>& levels() const { return m_levels; }
+    /// \return the levels of max hold in dB; empty while it is off.
+    const QVector<float>& held() const { return m_held; }
+    /// \return the index of the highest level, or -1 without points.
+    qsizetype peak() const { return m_peak; }
 
 private:
     void average(const QByteArray& points);

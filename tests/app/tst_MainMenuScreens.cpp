@@ -2,8 +2,8 @@
 // QN740_PICTURES=DIR every screen is left there as a PNG.
 #include "app/Rooms.h"
 #include "support/Panel.h"
-#include "tools/screen/Part.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
 

@@ -5,10 +5,10 @@
 #include "link/keySerial.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
-#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 #include <QCloseEvent>
 #include <QLabel>

@@ -10,10 +10,10 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "spectrum/SpectrumMessages.h"
-#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 #include <QComboBox>
 #include <QPushButton>

@@ -1,7 +1,7 @@
 #include "app/StatusBar.h"
-#include "tools/screen/Part.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -4,6 +4,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_ImmediateKey : public QObject
 {
     Q_OBJECT
@@ -11,8 +13,8 @@ class tst_ImmediateKey : public QObject
 private slots:
     void every_field_is_read()
     {
-        const auto key = ImmediateKey::fromFields(
-            {"Label", "1", "D1:BR", "1 10", "3", "Auto", "text", "-2.5", "beyond"});
+        const auto key = ImmediateKey::fromFields({u"Label"_s, u"1"_s, u"D1:BR"_s, u"1 10"_s,
+            u"3"_s, u"Auto"_s, u"text"_s, u"-2.5"_s, u"beyond"_s});
         QVERIFY(key != nullptr);
         QCOMPARE(key->label, QStringLiteral("Label"));
         QCOMPARE(key->type, 1);
@@ -31,11 +33,12 @@ private slots:
 
     void the_last_two_fields_may_be_missing()
     {
-        const auto six = ImmediateKey::fromFields({"L", "0", "C", "", "0", ""});
+        const auto six = ImmediateKey::fromFields({u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s});
         QVERIFY(six != nullptr);
         QVERIFY(six->padText.isEmpty());
         QCOMPARE(six->value, 0.0);
-        const auto seven = ImmediateKey::fromFields({"L", "0", "C", "", "0", "", "pad"});
+        const auto seven =
+            ImmediateKey::fromFields({u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s, u"pad"_s});
         QVERIFY(seven != nullptr);
         QCOMPARE(seven->padText, QStringLiteral("pad"));
     }
@@ -44,15 +47,20 @@ private slots:
     {
         QTest::addColumn<QStringList>("fields");
         QTest::newRow("none") << QStringList{};
-        QTest::newRow("five") << QStringList{"L", "0", "C", "", "0"};
-        QTest::newRow("type") << QStringList{"L", "x", "C", "", "0", ""};
-        QTest::newRow("empty type") << QStringList{"L", "", "C", "", "0", ""};
-        QTest::newRow("parameter") << QStringList{"L", "0", "C", "", "1.5", ""};
-        QTest::newRow("huge type") << QStringList{"L", "99999999999", "C", "", "0", ""};
-        QTest::newRow("value") << QStringList{"L", "0", "C", "", "0", "", "", "x"};
-        QTest::newRow("empty value") << QStringList{"L", "0", "C", "", "0", "", "", ""};
-        QTest::newRow("nan") << QStringList{"L", "0", "C", "", "0", "", "", "nan"};
-        QTest::newRow("too large") << QStringList{"L", "0", "C", "", "0", "", "", "1e60"};
+        QTest::newRow("five") << QStringList{u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s};
+        QTest::newRow("type") << QStringList{u"L"_s, u"x"_s, u"C"_s, u""_s, u"0"_s, u""_s};
+        QTest::newRow("empty type") << QStringList{u"L"_s, u""_s, u"C"_s, u""_s, u"0"_s, u""_s};
+        QTest::newRow("parameter") << QStringList{u"L"_s, u"0"_s, u"C"_s, u""_s, u"1.5"_s, u""_s};
+        QTest::newRow("huge type")
+            << QStringList{u"L"_s, u"99999999999"_s, u"C"_s, u""_s, u"0"_s, u""_s};
+        QTest::newRow("value") << QStringList{
+            u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s, u""_s, u"x"_s};
+        QTest::newRow("empty value")
+            << QStringList{u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s, u""_s, u""_s};
+        QTest::newRow("nan") << QStringList{
+            u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s, u""_s, u"nan"_s};
+        QTest::newRow("too large")
+            << QStringList{u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s, u""_s, u"1e60"_s};
     }
     void malformed_fields_make_no_key()
     {
@@ -62,7 +70,8 @@ private slots:
 
     void a_press_sends_as_on_a_menu()
     {
-        const auto key = ImmediateKey::fromFields({"L", "5", "R1:AGC ", "", "0", ""});
+        const auto key =
+            ImmediateKey::fromFields({u"L"_s, u"5"_s, u"R1:AGC "_s, u""_s, u"0"_s, u""_s});
         QSignalSpy sent(key.get(), &Key::response_message);
         key->key_button_pushed();
         QCOMPARE(sent.size(), 1);
@@ -76,7 +85,8 @@ private slots:
     {
         QPointer<QPushButton> button;
         {
-            const auto key = ImmediateKey::fromFields({"L", "0", "C", "", "0", ""});
+            const auto key =
+                ImmediateKey::fromFields({u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s});
             button = key->GetKey();
             QVERIFY(button != nullptr);
         }

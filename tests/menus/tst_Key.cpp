@@ -5,6 +5,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_Key : public QObject
 {
     Q_OBJECT
@@ -38,30 +40,30 @@ private slots:
         QTest::addColumn<bool>("tog");
         QTest::addColumn<bool>("enabled");
         QTest::addColumn<QString>("sheet");
-        const QString tail = " QPushButton:pressed {background-color: #4169e1;}";
+        const QString tail = u" QPushButton:pressed {background-color: #4169e1;}"_s;
         const QString smallGrey =
             "QPushButton {background-color: #919191; border-width: 2px; border-style: solid; "
-            "border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480}" +
+            u"border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480}"_s +
             tail;
         const QString largeGrey =
             "QPushButton {background-color:#919191; border-width: 2px; border-style: solid; "
-            "border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503}" +
+            u"border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503}"_s +
             tail;
         const QString smallGreen =
             "QPushButton {background-color: green; border-width: 2px; border-style: solid; "
-            "border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480}" +
+            u"border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480}"_s +
             tail;
         const QString largeGreen =
             "QPushButton {background-color: green; border-width: 2px; border-style: solid; "
-            "border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503;}" +
+            u"border-color: yellow; font-size: 22px; border-radius: 4px; font-weight: 503;}"_s +
             tail;
         const QString smallDark =
             "QPushButton {background-color: #2f4f4f; color:white; border-width: 2px; border-style: "
-            "solid; border-color: #fffacd; font-size: 16px; border-radius: 4px; font-weight: 480}" +
+            u"solid; border-color: #fffacd; font-size: 16px; border-radius: 4px; font-weight: 480}"_s +
             tail;
         const QString largeDark =
             "QPushButton {background-color: #2f4f4f; color:white; border-width: 2px; border-style: "
-            "solid; border-color: #fffacd; font-size: 22px; border-radius: 4px; font-weight: 503;}" +
+            u"solid; border-color: #fffacd; font-size: 22px; border-radius: 4px; font-weight: 503;}"_s +
             tail;
         QTest::newRow("enabled small") << false << 1 << false << true << smallGrey;
         QTest::newRow("enabled large") << true << 1 << false << true << largeGrey;
@@ -209,8 +211,8 @@ private slots:
         key.key_button_pushed();
         key.key_button_pushed();
         QCOMPARE(sent.count(), 2);
-        QCOMPARE(sent.at(0).at(0).toString(), QString("\x02R1:AGC:1\x04"));
-        QCOMPARE(sent.at(1).at(0).toString(), QString("\x02R1:AGC:0\x04"));
+        QCOMPARE(sent.at(0).at(0).toString(), u"\x02R1:AGC:1\x04"_s);
+        QCOMPARE(sent.at(1).at(0).toString(), u"\x02R1:AGC:0\x04"_s);
     }
 
     void a_press_does_not_change_the_colour()
@@ -235,7 +237,7 @@ private slots:
     {
         QFETCH(int, type);
         QFETCH(bool, pending);
-        TextButton button("AGC");
+        TextButton button(u"AGC"_s);
         Key key;
         key.Set_Key(&button, false);
         key.type = type;
@@ -273,7 +275,7 @@ private slots:
     void what_the_main_unit_tells_ends_a_pending_press()
     {
         QFETCH(int, state);
-        TextButton button("AGC");
+        TextButton button(u"AGC"_s);
         Key key;
         key.Set_Key(&button, false);
         key.setTog(false);
@@ -306,7 +308,7 @@ private slots:
         QFETCH(int, type);
         QFETCH(bool, tog);
         QFETCH(keyMarks::Lamp, lamp);
-        TextButton button("AGC");
+        TextButton button(u"AGC"_s);
         Key key;
         key.Set_Key(&button, false);
         key.type = type;
@@ -324,7 +326,7 @@ private slots:
 
     void a_key_that_is_no_toggle_any_more_loses_its_lamp()
     {
-        TextButton button("AGC");
+        TextButton button(u"AGC"_s);
         Key key;
         key.Set_Key(&button, false);
         key.setTog(true);
@@ -338,9 +340,9 @@ private slots:
     {
         Key key;
         key.command = "D1:BR ";
-        QCOMPARE(key.message("5"),
-            QString("\x02"
-                    "D1:BR 5\x04"));
+        QCOMPARE(key.message(u"5"_s),
+            u"\x02"_s
+            u"D1:BR 5\x04"_s);
     }
 };
 

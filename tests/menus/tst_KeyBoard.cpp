@@ -7,20 +7,22 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void addKeys(KeyBoard& menu, int count)
 {
     for (int i = 1; i <= count; ++i) {
-        const QString name = QString("key %1").arg(i);
-        menu.add_keyboard_button(name, name, 5, name, "", 0, "", 0, false, 1, false, nullptr);
+        const QString name = u"key %1"_s.arg(i);
+        menu.add_keyboard_button(name, name, 5, name, u""_s, 0, u""_s, 0, false, 1, false, nullptr);
     }
 }
 
 void addFixed(KeyBoard& menu, int row, int col)
 {
     menu.add_keyboard_button_fixed(
-        "fixed", "f", 5, "F", "", 0, "", 0, false, 1, false, nullptr, row, col);
+        u"fixed"_s, u"f"_s, 5, u"F"_s, u""_s, 0, u""_s, 0, false, 1, false, nullptr, row, col);
 }
 
 QGridLayout* gridOf(const KeyBoard& menu, int page)
@@ -54,7 +56,7 @@ QStringList keyNames(int first, int last)
 {
     QStringList names;
     for (int i = first; i <= last; ++i) {
-        names += QString("key %1").arg(i);
+        names += u"key %1"_s.arg(i);
     }
     return names;
 }
@@ -76,16 +78,16 @@ private slots:
     void a_plain_menu_has_its_frame_and_cell_sizes()
     {
         KeyBoard menu;
-        menu.new_keyboard("Tuner CH1", 5, 5);
-        QCOMPARE(menu.name, QString("Tuner CH1"));
-        QCOMPARE(menu.frame->title(), QString("Tuner CH1 Menu"));
+        menu.new_keyboard(u"Tuner CH1"_s, 5, 5);
+        QCOMPARE(menu.name, u"Tuner CH1"_s);
+        QCOMPARE(menu.frame->title(), u"Tuner CH1 Menu"_s);
         QCOMPARE(int(menu.frame->alignment()), 0x20);
         QCOMPARE(menu.frame->styleSheet(),
-            QString("QGroupBox {background-color: black; border-width: 2px; border-style: solid;   "
-                    "                         border-color: white; font-size: 12px; color: yellow; "
-                    "border-radius: 4px;}"));
+            u"QGroupBox {background-color: black; border-width: 2px; border-style: solid;   "_s
+            u"                         border-color: white; font-size: 12px; color: yellow; "_s
+            u"border-radius: 4px;}"_s);
         QCOMPARE(menu.frame->layout()->contentsMargins(), QMargins(4, 15, 4, 4));
-        QCOMPARE(menu.titleLabel->text(), QString("QN740 - Menu - Tuner CH1"));
+        QCOMPARE(menu.titleLabel->text(), u"QN740 - Menu - Tuner CH1"_s);
         QVERIFY(!menu.mainMenu);
         QVERIFY(menu.chan1Grid == nullptr && menu.optGrid == nullptr);
         QCOMPARE(menu.pages->count(), 1);
@@ -101,10 +103,10 @@ private slots:
     void an_ampersand_in_the_name_is_shown_and_marks_no_letter_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::newRow("between blanks") << "R & D";
-        QTest::newRow("between letters") << "R&D";
-        QTest::newRow("at the end") << "R&";
-        QTest::newRow("two") << "R && D";
+        QTest::newRow("between blanks") << u"R & D"_s;
+        QTest::newRow("between letters") << u"R&D"_s;
+        QTest::newRow("at the end") << u"R&"_s;
+        QTest::newRow("two") << u"R && D"_s;
     }
     void an_ampersand_in_the_name_is_shown_and_marks_no_letter()
     {
@@ -115,8 +117,8 @@ private slots:
         // The style shows every "&&" of a title as one "&" and takes a single one for a mark.
         QString shown = menu.frame->title();
         QVERIFY(QKeySequence::mnemonic(shown).isEmpty());
-        QCOMPARE(shown.replace("&&", "&"), name + " Menu");
-        QCOMPARE(menu.titleLabel->text(), "QN740 - Menu - " + name);
+        QCOMPARE(shown.replace(u"&&"_s, u"&"_s), name + u" Menu"_s);
+        QCOMPARE(menu.titleLabel->text(), u"QN740 - Menu - "_s + name);
         QVERIFY(menu.titleLabel->buddy() == nullptr); // without one a label marks no letter
     }
 
@@ -142,26 +144,26 @@ private slots:
         };
         QFont font = QApplication::font();
         font.setPixelSize(12);
-        const int ampersand = QFontMetrics(font).horizontalAdvance('&');
-        QVERIFY(inkOf("R D") > 0);
-        QVERIFY(inkOf("R& D") >= inkOf("R D") + ampersand - 1);
+        const int ampersand = QFontMetrics(font).horizontalAdvance(u'&');
+        QVERIFY(inkOf(u"R D"_s) > 0);
+        QVERIFY(inkOf(u"R& D"_s) >= inkOf(u"R D"_s) + ampersand - 1);
     }
 
     void a_key_gets_all_fields()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         Key source;
-        menu.add_keyboard_button(
-            "Label", "id", 0, "CMD", "units", 3, "options", 1.5, true, 2, true, &source);
+        menu.add_keyboard_button(u"Label"_s, u"id"_s, 0, u"CMD"_s, u"units"_s, 3, u"options"_s, 1.5,
+            true, 2, true, &source);
         const Key* key = menu.keys.first();
-        QCOMPARE(key->label, QString("Label"));
-        QCOMPARE(key->keyId, QString("id"));
+        QCOMPARE(key->label, u"Label"_s);
+        QCOMPARE(key->keyId, u"id"_s);
         QCOMPARE(key->type, 0);
-        QCOMPARE(key->command, QString("CMD"));
-        QCOMPARE(key->units, QString("units"));
+        QCOMPARE(key->command, u"CMD"_s);
+        QCOMPARE(key->units, u"units"_s);
         QCOMPARE(key->param, 3);
-        QCOMPARE(key->options, QString("options"));
+        QCOMPARE(key->options, u"options"_s);
         QCOMPARE(key->value, 1.5);
         QVERIFY(key->tog());
         QCOMPARE(key->state, 2);
@@ -169,7 +171,7 @@ private slots:
         QCOMPARE(key->linkedKeys.first().data(), &source);
         QVERIFY(!key->large);
         QCOMPARE(menu.buttons, QList<QPushButton*>{key->GetKey()});
-        QCOMPARE(key->GetKey()->text(), QString("Label"));
+        QCOMPARE(key->GetKey()->text(), u"Label"_s);
         QCOMPARE(key->GetKey()->maximumHeight(), 100);
         QCOMPARE(key->GetKey()->styleSheet(), keyStyle::toggled(false));
     }
@@ -177,9 +179,10 @@ private slots:
     void a_key_that_is_not_linked_has_no_linked_keys()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         Key source;
-        menu.add_keyboard_button("", "", 1, "", "", 0, "", 0, false, 1, false, &source);
+        menu.add_keyboard_button(
+            u""_s, u""_s, 1, u""_s, u""_s, 0, u""_s, 0, false, 1, false, &source);
         QVERIFY(menu.keys.first()->linkedKeys.isEmpty());
         QCOMPARE(menu.buttons.first()->styleSheet(), keyStyle::enabled(false));
     }
@@ -187,19 +190,19 @@ private slots:
     void a_key_is_made_from_its_definition()
     {
         KeyBoard menu;
-        menu.new_mm_keyboard("Main", 5, 5);
-        const KeyDefinition definition{
-            "ignored", "id", "Label", 2, "CMD", "units", 3, "options", 1.5, true, 2, true, {0, 2}};
+        menu.new_mm_keyboard(u"Main"_s, 5, 5);
+        const KeyDefinition definition{u"ignored"_s, u"id"_s, u"Label"_s, 2, u"CMD"_s, u"units"_s,
+            3, u"options"_s, 1.5, true, 2, true, {0, 2}};
         Key mirrored;
         Key* key = menu.addKey(definition, KeyBoard::Cell{1, 3}, &mirrored);
         QCOMPARE(menu.keys, QList<Key*>{key});
-        QCOMPARE(key->label, QString("Label"));
-        QCOMPARE(key->keyId, QString("id"));
+        QCOMPARE(key->label, u"Label"_s);
+        QCOMPARE(key->keyId, u"id"_s);
         QCOMPARE(key->type, 2);
-        QCOMPARE(key->command, QString("CMD"));
-        QCOMPARE(key->units, QString("units"));
+        QCOMPARE(key->command, u"CMD"_s);
+        QCOMPARE(key->units, u"units"_s);
         QCOMPARE(key->param, 3);
-        QCOMPARE(key->options, QString("options"));
+        QCOMPARE(key->options, u"options"_s);
         QCOMPARE(key->value, 1.5);
         QVERIFY(key->tog());
         QCOMPARE(key->state, 2);
@@ -212,9 +215,9 @@ private slots:
     void a_key_without_a_cell_gets_the_next_free_one()
     {
         KeyBoard plain;
-        plain.new_keyboard("M", 5, 5);
+        plain.new_keyboard(u"M"_s, 5, 5);
         KeyBoard main;
-        main.new_mm_keyboard("Main", 5, 5);
+        main.new_mm_keyboard(u"Main"_s, 5, 5);
         main.row = 5;
         KeyDefinition definition;
         for (const char* label : {"first", "second"}) {
@@ -222,52 +225,52 @@ private slots:
             plain.addKey(definition);
             main.addKey(definition);
         }
-        QCOMPARE(textAt(plain.grid, 0, 1), QString("second"));
-        QCOMPARE(textAt(main.optGrid, 0, 1), QString("second"));
+        QCOMPARE(textAt(plain.grid, 0, 1), u"second"_s);
+        QCOMPARE(textAt(main.optGrid, 0, 1), u"second"_s);
     }
 
     void a_copy_and_its_source_mirror_each_other()
     {
         KeyBoard source;
-        source.new_keyboard("M", 5, 5);
+        source.new_keyboard(u"M"_s, 5, 5);
         addKeys(source, 1);
         source.keys.first()->itemIds = {1};
         KeyBoard target;
-        target.new_PAX_mm_keyboard("PAX", 5, 2);
+        target.new_PAX_mm_keyboard(u"PAX"_s, 5, 2);
         Key* copy = target.addCopy(*source.keys.first(), KeyBoard::Cell{2, 1});
         QCOMPARE(target.keys, QList<Key*>{copy});
-        QCOMPARE(copy->label, QString("key 1"));
+        QCOMPARE(copy->label, u"key 1"_s);
         QCOMPARE(copy->itemIds, QList<int>{1});
         QVERIFY(copy->large);
         QCOMPARE(copy->linkedKeys, QList<QPointer<Key>>{source.keys.first()});
         QCOMPARE(source.keys.first()->linkedKeys, QList<QPointer<Key>>{copy});
-        QCOMPARE(textAt(target.chan1Grid, 2, 1), QString("key 1"));
+        QCOMPARE(textAt(target.chan1Grid, 2, 1), u"key 1"_s);
     }
 
     void the_first_key_with_an_identifier_is_found()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
-        QVERIFY(menu.findKey("key 2") == nullptr);
+        menu.new_keyboard(u"M"_s, 5, 5);
+        QVERIFY(menu.findKey(u"key 2"_s) == nullptr);
         addKeys(menu, 3);
         addKeys(menu, 3);
-        QCOMPARE(menu.findKey("key 2"), menu.keys.at(1));
-        QVERIFY(menu.findKey("Key 2") == nullptr);
+        QCOMPARE(menu.findKey(u"key 2"_s), menu.keys.at(1));
+        QVERIFY(menu.findKey(u"Key 2"_s) == nullptr);
         menu.deleteKeys();
-        QVERIFY(menu.findKey("key 2") == nullptr);
+        QVERIFY(menu.findKey(u"key 2"_s) == nullptr);
     }
 
     void the_kind_is_that_of_the_function_that_built_the_menu()
     {
         KeyBoard plain;
         QCOMPARE(plain.kind(), KeyBoard::Kind::Plain);
-        plain.new_keyboard("M", 5, 5);
+        plain.new_keyboard(u"M"_s, 5, 5);
         QCOMPARE(plain.kind(), KeyBoard::Kind::Plain);
         KeyBoard main;
-        main.new_mm_keyboard("Main", 5, 5);
+        main.new_mm_keyboard(u"Main"_s, 5, 5);
         QCOMPARE(main.kind(), KeyBoard::Kind::Main);
         KeyBoard pax;
-        pax.new_PAX_mm_keyboard("PAX", 5, 2);
+        pax.new_PAX_mm_keyboard(u"PAX"_s, 5, 2);
         QCOMPARE(pax.kind(), KeyBoard::Kind::Pax);
         QVERIFY(!plain.large && !main.large && pax.large);
     }
@@ -275,26 +278,26 @@ private slots:
     void keys_flow_row_by_row()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 36);
         QCOMPARE(menu.pages->count(), 1);
         QCOMPARE(textsOf(gridOf(menu, 0)), keyNames(1, 36));
-        QCOMPARE(textAt(gridOf(menu, 0), 0, 5), QString("key 6"));
-        QCOMPARE(textAt(gridOf(menu, 0), 1, 0), QString("key 7"));
-        QCOMPARE(textAt(gridOf(menu, 0), 5, 5), QString("key 36"));
+        QCOMPARE(textAt(gridOf(menu, 0), 0, 5), u"key 6"_s);
+        QCOMPARE(textAt(gridOf(menu, 0), 1, 0), u"key 7"_s);
+        QCOMPARE(textAt(gridOf(menu, 0), 5, 5), u"key 36"_s);
     }
 
     void the_37th_key_opens_a_second_page()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 37);
         QCOMPARE(menu.pages->count(), 2);
-        QCOMPARE(textsOf(gridOf(menu, 0)), keyNames(1, 35) + QStringList{"More..."});
-        QCOMPARE(textAt(gridOf(menu, 0), 5, 5), QString("More..."));
-        QCOMPARE(textAt(gridOf(menu, 1), 0, 0), QString("key 36"));
-        QCOMPARE(textAt(gridOf(menu, 1), 0, 1), QString("key 37"));
-        QCOMPARE(textAt(gridOf(menu, 1), 5, 5), QString("More..."));
+        QCOMPARE(textsOf(gridOf(menu, 0)), keyNames(1, 35) + QStringList{u"More..."_s});
+        QCOMPARE(textAt(gridOf(menu, 0), 5, 5), u"More..."_s);
+        QCOMPARE(textAt(gridOf(menu, 1), 0, 0), u"key 36"_s);
+        QCOMPARE(textAt(gridOf(menu, 1), 0, 1), u"key 37"_s);
+        QCOMPARE(textAt(gridOf(menu, 1), 5, 5), u"More..."_s);
         QCOMPARE(gridOf(menu, 1)->columnMinimumWidth(5), 150);
         QCOMPARE(gridOf(menu, 1)->rowMinimumHeight(5), 80);
     }
@@ -302,67 +305,66 @@ private slots:
     void later_pages_keep_their_last_cell_free_for_the_More_key()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 35 + 35 + 35 + 1);
         QCOMPARE(menu.pages->count(), 4);
-        QCOMPARE(textsOf(gridOf(menu, 1)), keyNames(36, 70) + QStringList{"More..."});
-        QCOMPARE(textsOf(gridOf(menu, 2)), keyNames(71, 105) + QStringList{"More..."});
-        QCOMPARE(textsOf(gridOf(menu, 3)), QStringList({"key 106", "More..."}));
+        QCOMPARE(textsOf(gridOf(menu, 1)), keyNames(36, 70) + QStringList{u"More..."_s});
+        QCOMPARE(textsOf(gridOf(menu, 2)), keyNames(71, 105) + QStringList{u"More..."_s});
+        QCOMPARE(textsOf(gridOf(menu, 3)), QStringList({u"key 106"_s, u"More..."_s}));
     }
 
     void every_More_key_says_its_page_and_how_many_there_are()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         const auto pageTexts = [&menu] {
             QStringList texts;
             for (int page = 0; page < menu.pages->count(); ++page) {
                 const auto* more =
                     qobject_cast<MoreKey*>(gridOf(menu, page)->itemAtPosition(5, 5)->widget());
-                texts += more != nullptr ? more->text() + ' ' + more->pageText() : QString();
+                texts += more != nullptr ? more->text() + u' ' + more->pageText() : QString();
             }
             return texts;
         };
         addKeys(menu, 37);
-        QCOMPARE(pageTexts(), (QStringList{"More... 1/2", "More... 2/2"}));
+        QCOMPARE(pageTexts(), (QStringList{u"More... 1/2"_s, u"More... 2/2"_s}));
         addKeys(menu, 33);
-        QCOMPARE(pageTexts(), (QStringList{"More... 1/2", "More... 2/2"}));
+        QCOMPARE(pageTexts(), (QStringList{u"More... 1/2"_s, u"More... 2/2"_s}));
         addKeys(menu, 1);
-        QCOMPARE(pageTexts(), (QStringList{"More... 1/3", "More... 2/3", "More... 3/3"}));
+        QCOMPARE(pageTexts(), (QStringList{u"More... 1/3"_s, u"More... 2/3"_s, u"More... 3/3"_s}));
     }
 
     void the_page_count_is_still_right_when_a_More_key_has_been_deleted()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 37);
         delete gridOf(menu, 0)->itemAtPosition(5, 5)->widget();
         addKeys(menu, 34);
         const auto* more = qobject_cast<MoreKey*>(gridOf(menu, 1)->itemAtPosition(5, 5)->widget());
-        QCOMPARE(more->pageText(), QString("2/3"));
+        QCOMPARE(more->pageText(), u"2/3"_s);
     }
 
     void the_More_key_has_its_own_style()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 37);
         for (int page = 0; page < 2; ++page) {
             const auto* more =
                 qobject_cast<QPushButton*>(gridOf(menu, page)->itemAtPosition(5, 5)->widget());
             QCOMPARE(more->maximumHeight(), 100);
             QCOMPARE(more->styleSheet(),
-                QString(
-                    "QPushButton {background-color: black; color: aliceblue; border-width: 1px; "
-                    "border-style: solid; border-color: white; font-size: 18px; border-radius: "
-                    "2px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}"));
+                u"QPushButton {background-color: black; color: aliceblue; border-width: 1px; "_s
+                u"border-style: solid; border-color: white; font-size: 18px; border-radius: "_s
+                u"2px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}"_s);
         }
     }
 
     void the_More_key_opens_the_next_page_and_after_the_last_the_first()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 72);
         QList<int> shown;
         for (int i = 0; i < 4; ++i) {
@@ -376,32 +378,32 @@ private slots:
     void messages_of_keys_are_forwarded_unchanged()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 2);
         QSignalSpy sent(&menu, &KeyBoard::keyboard_response_message);
         menu.buttons.at(1)->click();
-        menu.kb_response_message("D1:anything");
+        menu.kb_response_message(u"D1:anything"_s);
         QCOMPARE(sent.count(), 2);
-        QCOMPARE(sent.at(0).at(0).toString(), QString("\x02key 21\x04"));
-        QCOMPARE(sent.at(1).at(0).toString(), QString("D1:anything"));
+        QCOMPARE(sent.at(0).at(0).toString(), u"\x02key 21\x04"_s);
+        QCOMPARE(sent.at(1).at(0).toString(), u"D1:anything"_s);
     }
 
     void the_main_menu_has_four_groups()
     {
         KeyBoard menu;
-        menu.new_mm_keyboard("Main", 5, 5);
+        menu.new_mm_keyboard(u"Main"_s, 5, 5);
         QVERIFY(menu.mainMenu);
         QVERIFY(!menu.isPAXMainMenu());
         QVERIFY(menu.frame->title().isEmpty());
-        QCOMPARE(menu.chan1Box->title(), QString("Channel 1"));
-        QCOMPARE(menu.chan2Box->title(), QString("Channel 2"));
-        QCOMPARE(menu.combBox->title(), QString("Combiner"));
-        QCOMPARE(menu.optBox->title(), QString("Options"));
+        QCOMPARE(menu.chan1Box->title(), u"Channel 1"_s);
+        QCOMPARE(menu.chan2Box->title(), u"Channel 2"_s);
+        QCOMPARE(menu.combBox->title(), u"Combiner"_s);
+        QCOMPARE(menu.optBox->title(), u"Options"_s);
         for (const QGroupBox* box : {menu.chan1Box, menu.chan2Box, menu.combBox, menu.optBox}) {
             QCOMPARE(box->styleSheet(),
-                QString("QGroupBox {background-color: black; border-width: 2px; border-style: "
-                        "solid; border-color: white; font-size: 12px; color: yellow; "
-                        "border-radius: 4px;}                           "));
+                u"QGroupBox {background-color: black; border-width: 2px; border-style: "_s
+                u"solid; border-color: white; font-size: 12px; color: yellow; "_s
+                u"border-radius: 4px;}                           "_s);
         }
         for (const QGridLayout* grid : {menu.chan1Grid, menu.chan2Grid, menu.combGrid}) {
             QCOMPARE(grid->columnMinimumWidth(0), 150);
@@ -427,14 +429,14 @@ private slots:
     void the_PAX_main_menu_has_large_keys_and_three_groups_without_titles()
     {
         KeyBoard menu;
-        menu.new_PAX_mm_keyboard("PAX", 5, 2);
+        menu.new_PAX_mm_keyboard(u"PAX"_s, 5, 2);
         QVERIFY(menu.mainMenu);
         QVERIFY(menu.isPAXMainMenu());
         QVERIFY(menu.combGrid == nullptr && menu.combBox == nullptr);
         for (const QGroupBox* box : {menu.chan1Box, menu.chan2Box, menu.optBox}) {
             QVERIFY(box->title().isEmpty());
-            QCOMPARE(box->styleSheet(),
-                QString("QGroupBox {background-color: black; border-style: none;}"));
+            QCOMPARE(
+                box->styleSheet(), u"QGroupBox {background-color: black; border-style: none;}"_s);
         }
         QCOMPARE(menu.chan1Grid->columnMinimumWidth(1), 150);
         QCOMPARE(menu.chan1Grid->rowMinimumHeight(4), 80);
@@ -484,7 +486,7 @@ private slots:
         QFETCH(int, groupRow);
         QFETCH(int, groupCol);
         KeyBoard menu;
-        menu.new_mm_keyboard("Main", 5, 5);
+        menu.new_mm_keyboard(u"Main"_s, 5, 5);
         addFixed(menu, row, col);
         QCOMPARE(menu.keys.size(), 1);
         QPushButton* button = menu.buttons.first();
@@ -507,7 +509,7 @@ private slots:
     void keys_for_the_combiner_are_not_shown_on_the_PAX_main_menu()
     {
         KeyBoard menu;
-        menu.new_PAX_mm_keyboard("PAX", 5, 2);
+        menu.new_PAX_mm_keyboard(u"PAX"_s, 5, 2);
         addFixed(menu, 0, 4);
         addFixed(menu, 1, 5);
         QCOMPARE(menu.keys.size(), 2);
@@ -519,7 +521,7 @@ private slots:
     void a_deleted_menu_deletes_its_widgets_and_keys()
     {
         auto menu = std::make_unique<KeyBoard>();
-        menu->new_mm_keyboard("Main", 5, 5);
+        menu->new_mm_keyboard(u"Main"_s, 5, 5);
         addFixed(*menu, 0, 0);
         addFixed(*menu, 0, 7);
         const QPointer<QGroupBox> frame = menu->frame;
@@ -533,7 +535,7 @@ private slots:
     void deleteKeys_empties_the_lists_at_once_and_deletes_later()
     {
         KeyBoard menu;
-        menu.new_keyboard("M", 5, 5);
+        menu.new_keyboard(u"M"_s, 5, 5);
         addKeys(menu, 3);
         const QPointer<QPushButton> button = menu.buttons.at(0);
         const QPointer<Key> key = menu.keys.at(0);

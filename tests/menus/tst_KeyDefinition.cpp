@@ -2,9 +2,11 @@
 #include "menus/KeyDefinition.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QStringList Fields{
-    "Tuner CH1", "gain", "Gain", "3", "R1:GN", "100 0", "10", "1:5", "12.5", "1", "2"};
+const QStringList Fields{u"Tuner CH1"_s, u"gain"_s, u"Gain"_s, u"3"_s, u"R1:GN"_s, u"100 0"_s,
+    u"10"_s, u"1:5"_s, u"12.5"_s, u"1"_s, u"2"_s};
 } // namespace
 
 class tst_KeyDefinition : public QObject
@@ -16,14 +18,14 @@ private slots:
     {
         const auto key = KeyDefinition::fromFields(Fields);
         QVERIFY(key);
-        QCOMPARE(key->menu, QString("Tuner CH1"));
-        QCOMPARE(key->keyId, QString("gain"));
-        QCOMPARE(key->label, QString("Gain"));
+        QCOMPARE(key->menu, u"Tuner CH1"_s);
+        QCOMPARE(key->keyId, u"gain"_s);
+        QCOMPARE(key->label, u"Gain"_s);
         QCOMPARE(key->type, 3);
-        QCOMPARE(key->command, QString("R1:GN"));
-        QCOMPARE(key->units, QString("100 0"));
+        QCOMPARE(key->command, u"R1:GN"_s);
+        QCOMPARE(key->units, u"100 0"_s);
         QCOMPARE(key->param, 10);
-        QCOMPARE(key->options, QString("1:5"));
+        QCOMPARE(key->options, u"1:5"_s);
         QCOMPARE(key->value, 12.5);
         QCOMPARE(key->tog, true);
         QCOMPARE(key->state, 2);
@@ -77,7 +79,7 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         for (const char* text : {"", "abc", "1.2.3", "12x", "0x10"}) {
-            QTest::addRow("'%s'", text) << QString(text);
+            QTest::addRow("'%s'", text) << QString::fromUtf8(text);
         }
     }
 
@@ -116,25 +118,25 @@ private slots:
 
     void an_update_keeps_identifier_value_and_locked_choices()
     {
-        QPushButton button("Old");
+        QPushButton button(u"Old"_s);
         Key key;
         key.Set_Key(&button, false);
         key.keyId = "id";
         key.value = 7;
         key.itemIds = {2};
         KeyDefinition::fromFields(Fields)->update(key);
-        QCOMPARE(key.keyId, QString("id"));
+        QCOMPARE(key.keyId, u"id"_s);
         QCOMPARE(key.value, 7.0);
         QCOMPARE(key.itemIds, QList<int>{2});
         QCOMPARE(key.type, 3);
-        QCOMPARE(key.command, QString("R1:GN"));
-        QCOMPARE(key.units, QString("100 0"));
+        QCOMPARE(key.command, u"R1:GN"_s);
+        QCOMPARE(key.units, u"100 0"_s);
         QCOMPARE(key.param, 10);
-        QCOMPARE(key.options, QString("1:5"));
+        QCOMPARE(key.options, u"1:5"_s);
         QVERIFY(key.tog());
         QCOMPARE(key.state, 2);
-        QCOMPARE(key.label, QString("Gain"));
-        QCOMPARE(button.text(), QString("Gain"));
+        QCOMPARE(key.label, u"Gain"_s);
+        QCOMPARE(button.text(), u"Gain"_s);
         QVERIFY(button.isEnabled()); // the state is stored, not shown
     }
 

@@ -8,13 +8,15 @@
 #include <QPushButton>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A key with a button, and what it has sent.
 struct Pressed
 {
     explicit Pressed(int type)
-        : button(new TextButton("Button"))
+        : button(new TextButton(u"Button"_s))
         , key(new Key)
         , sent(key, &Key::response_message)
     {
@@ -65,8 +67,8 @@ void click(const QWidget* dialog, const QStringList& keys)
 
 QString labelText(const QWidget* dialog, const char* name)
 {
-    const auto* label = dialog->findChild<QLabel*>(name);
-    return label != nullptr ? label->text() : QString("(no label)");
+    const auto* label = dialog->findChild<QLabel*>(QString::fromUtf8(name));
+    return label != nullptr ? label->text() : u"(no label)"_s;
 }
 
 } // namespace
@@ -95,10 +97,10 @@ private slots:
         it.button->click();
         QVERIFY(!it.key->tog());
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "CMD 1\x04",
-                "\x02"
-                "CMD 0\x04"}));
+            (QStringList{u"\x02"_s
+                         u"CMD 1\x04"_s,
+                u"\x02"_s
+                u"CMD 0\x04"_s}));
         it.button->click();
         QCOMPARE(it.button->styleSheet(), grey);
     }
@@ -108,20 +110,22 @@ private slots:
         Pressed it(Key::Number);
         it.key->units = "950 2150";
         it.key->param = 1;
-        it.press([](QWidget* pad) { click(pad, {"1", "2", "3", "4", ".", "5", "MHz"}); });
+        it.press([](QWidget* pad) {
+            click(pad, {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"."_s, u"5"_s, u"MHz"_s});
+        });
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "CMD 1234.500000\x04"}));
+            (QStringList{u"\x02"_s
+                         u"CMD 1234.500000\x04"_s}));
     }
 
     void a_zero_is_sent()
     {
         Pressed it(Key::Number);
         it.key->units = "0 1";
-        it.press([](QWidget* pad) { click(pad, {"0", "Enter"}); });
+        it.press([](QWidget* pad) { click(pad, {u"0"_s, u"Enter"_s}); });
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "CMD 0.000000\x04"}));
+            (QStringList{u"\x02"_s
+                         u"CMD 0.000000\x04"_s}));
     }
 
     void a_cancelled_number_sends_nothing()
@@ -132,8 +136,8 @@ private slots:
             it.key->param = type;
             bool open = false;
             it.press([&open](QWidget* pad) {
-                open = pad->objectName() == "PopUpNumberPad";
-                click(pad, {"CE/Cancel"});
+                open = pad->objectName() == u"PopUpNumberPad"_s;
+                click(pad, {u"CE/Cancel"_s});
             });
             QVERIFY(open);
             QVERIFY(it.messages().isEmpty());
@@ -146,8 +150,8 @@ private slots:
         QTest::addColumn<QStringList>("sent");
         QTest::newRow("at") << "-8000000000 Off" << QStringList();
         QTest::newRow("above") << "-7999999999 Off"
-                               << QStringList{"\x02"
-                                              "CMD -7999999999.000000\x04"};
+                               << QStringList{u"\x02"_s
+                                              u"CMD -7999999999.000000\x04"_s};
     }
     void a_special_value_at_the_cancel_bound_sends_nothing()
     {
@@ -155,7 +159,7 @@ private slots:
         Pressed it(Key::Number);
         it.key->param = 6;
         it.key->options = special;
-        it.press([](QWidget* pad) { click(pad, {"Off"}); });
+        it.press([](QWidget* pad) { click(pad, {u"Off"_s}); });
         QTEST(it.messages(), "sent");
     }
 
@@ -170,12 +174,12 @@ private slots:
             QCOMPARE(pad->windowTitle(), "Label");
             QCOMPARE(labelText(pad, "rangeLabel"), "Valid Range(s): 5 to 6");
             QCOMPARE(labelText(pad, "currentValueLabel"), "      Current Value: 5.50      ");
-            QVERIFY(buttonWithText(pad, "7")->y() < buttonWithText(pad, "1")->y());
-            click(pad, {"Auto"});
+            QVERIFY(buttonWithText(pad, u"7"_s)->y() < buttonWithText(pad, u"1"_s)->y());
+            click(pad, {u"Auto"_s});
         });
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "CMD -1.000000\x04"}));
+            (QStringList{u"\x02"_s
+                         u"CMD -1.000000\x04"_s}));
     }
 
     void a_large_key_opens_its_pad_mirrored_and_with_its_text()
@@ -185,7 +189,7 @@ private slots:
         it.key->padText = "Locked";
         it.press([](QWidget* pad) {
             QCOMPARE(labelText(pad, "currentValueLabel"), "Locked");
-            QVERIFY(buttonWithText(pad, "7")->y() > buttonWithText(pad, "1")->y());
+            QVERIFY(buttonWithText(pad, u"7"_s)->y() > buttonWithText(pad, u"1"_s)->y());
         });
     }
 
@@ -195,10 +199,10 @@ private slots:
         it.key->units = "70 140";
         it.key->param = 1;
         it.key->value = 100.0;
-        it.press([](QWidget* pad) { click(pad, {"Step Up", "CE/Cancel"}); });
+        it.press([](QWidget* pad) { click(pad, {u"Step Up"_s, u"CE/Cancel"_s}); });
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "CMD 100.1\x04"}));
+            (QStringList{u"\x02"_s
+                         u"CMD 100.1\x04"_s}));
     }
 
     void an_address_is_sent_as_it_was_typed()
@@ -208,17 +212,18 @@ private slots:
             QCOMPARE(pad->objectName(), "PopUpIpPad");
             QCOMPARE(labelText(pad, "titleLabel"), "Label");
             QCOMPARE(pad->windowTitle(), "IPv4: Button");
-            click(pad, {"1", "9", "2", "1", ".", "2", ".", "3", "Enter"});
+            click(
+                pad, {u"1"_s, u"9"_s, u"2"_s, u"1"_s, u"."_s, u"2"_s, u"."_s, u"3"_s, u"Enter"_s});
         });
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "CMD 192.1.2.3\x04"}));
+            (QStringList{u"\x02"_s
+                         u"CMD 192.1.2.3\x04"_s}));
     }
 
     void a_cancelled_address_sends_nothing()
     {
         Pressed it(Key::Address);
-        it.press([](QWidget* pad) { click(pad, {"1", "CE/Cancel", "CE/Cancel"}); });
+        it.press([](QWidget* pad) { click(pad, {u"1"_s, u"CE/Cancel"_s, u"CE/Cancel"_s}); });
         QVERIFY(it.messages().isEmpty());
     }
 
@@ -226,8 +231,10 @@ private slots:
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QStringList>("keys");
-        QTest::newRow("number") << 1 << QStringList{"1", "Enter"};
-        QTest::newRow("address") << 6 << QStringList{"1", ".", "2", ".", "3", ".", "4", "Enter"};
+        QTest::newRow("number") << 1 << QStringList{u"1"_s, u"Enter"_s};
+        QTest::newRow("address") << 6
+                                 << QStringList{u"1"_s, u"."_s, u"2"_s, u"."_s, u"3"_s, u"."_s,
+                                        u"4"_s, u"Enter"_s};
     }
     void nothing_is_sent_for_a_key_deleted_while_its_editor_is_open()
     {
@@ -253,7 +260,7 @@ private slots:
         it.key->value = 100.0;
         it.press([&it](QWidget* pad) {
             delete it.key;
-            click(pad, {"Step Up"});
+            click(pad, {u"Step Up"_s});
             QCOMPARE(labelText(pad, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
         });
         QVERIFY(it.messages().isEmpty());
@@ -267,11 +274,11 @@ private slots:
             it.key->command = "NEW ";
             it.key->units = "20 30";
             it.button.reset();
-            click(pad, {"7", "Enter"});
+            click(pad, {u"7"_s, u"Enter"_s});
         });
         QCOMPARE(it.messages(),
-            (QStringList{"\x02"
-                         "NEW 7.000000\x04"}));
+            (QStringList{u"\x02"_s
+                         u"NEW 7.000000\x04"_s}));
     }
 
     void an_unknown_type_only_reports_itself_data()
@@ -298,22 +305,22 @@ private slots:
     void the_report_of_an_unknown_type_lies_inside_the_screen_data()
     {
         QTest::addColumn<QString>("command");
-        QTest::newRow("usual") << QString(60, 'M');
-        QTest::newRow("a long word") << QString(300, 'M');
-        QTest::newRow("many words") << QString("COMMAND ").repeated(500);
-        QTest::newRow("200 kB of lines") << QString("COMMAND\n").repeated(25000);
+        QTest::newRow("usual") << QString(60, u'M');
+        QTest::newRow("a long word") << QString(300, u'M');
+        QTest::newRow("many words") << u"COMMAND "_s.repeated(500);
+        QTest::newRow("200 kB of lines") << u"COMMAND\n"_s.repeated(25000);
     }
     void the_report_of_an_unknown_type_lies_inside_the_screen()
     {
         QFETCH(QString, command);
         Pressed it(99);
-        it.button->setText(QString(60, 'W'));
+        it.button->setText(QString(60, u'W'));
         it.key->command = command;
         QRect frame;
         it.press([&](QWidget* box) {
             frame = box->frameGeometry();
             QVERIFY(qobject_cast<QMessageBox*>(box)->text().endsWith(command));
-            const QPushButton* ok = buttonWithText(box, "OK");
+            const QPushButton* ok = buttonWithText(box, u"OK"_s);
             QVERIFY(ok != nullptr);
             QVERIFY2(ok->width() >= 110 && ok->height() >= 50, "too small for a finger");
             QVERIFY(box->rect().contains(QRect(ok->mapTo(box, QPoint()), ok->size())));
@@ -323,18 +330,18 @@ private slots:
             }
             const QString directory = qEnvironmentVariable("QN740_PICTURES");
             if (!directory.isEmpty()) {
-                grabScreen().save(directory + "/report-" + QTest::currentDataTag() + ".png");
+                grabScreen().save(directory + u"/report-"_s + QTest::currentDataTag() + u".png"_s);
             }
         });
         QVERIFY(!frame.isEmpty());
         QVERIFY2(QRect(0, 0, 800, 480).contains(frame),
-            qPrintable(QString("%1 x %2").arg(frame.width()).arg(frame.height())));
+            qPrintable(u"%1 x %2"_s.arg(frame.width()).arg(frame.height())));
     }
 
     void markup_in_the_report_of_an_unknown_type_is_text()
     {
         Pressed it(99);
-        it.button->setText("<b>x</b>");
+        it.button->setText(u"<b>x</b>"_s);
         it.press([](QWidget* box) {
             QCOMPARE(qobject_cast<QMessageBox*>(box)->textFormat(), Qt::PlainText);
         });

@@ -7,6 +7,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 // Presses of the keys that open a selection list, a slider or a file board.
 class tst_KeyPressLists : public QObject
 {
@@ -25,22 +27,22 @@ class tst_KeyPressLists : public QObject
 private slots:
     void a_chosen_value_is_sent()
     {
-        const auto key = newKey(Key::Selection, "0 Off:1 On");
+        const auto key = newKey(Key::Selection, u"0 Off:1 On"_s);
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([](QWidget* modal) {
-            QCOMPARE(modal->windowTitle(), QString("Select Mode value"));
-            popUps::press(modal, "On");
+            QCOMPARE(modal->windowTitle(), u"Select Mode value"_s);
+            popUps::press(modal, u"On"_s);
         });
         key->key_button_pushed();
         QCOMPARE(spy.size(), 1);
-        QCOMPARE(spy.first().first().toString(), QString("\x02MOD 1\x04"));
+        QCOMPARE(spy.first().first().toString(), u"\x02MOD 1\x04"_s);
     }
 
     void a_cancelled_list_sends_nothing()
     {
-        const auto key = newKey(Key::Selection, "0 Off:1 On");
+        const auto key = newKey(Key::Selection, u"0 Off:1 On"_s);
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, u"Cancel"_s); });
         key->key_button_pushed();
         QVERIFY(spy.isEmpty());
     }
@@ -61,13 +63,13 @@ private slots:
         QFETCH(int, param);
         QFETCH(int, row);
         QFETCH(int, column);
-        const auto key = newKey(Key::Selection, popUps::list(count, "c"));
+        const auto key = newKey(Key::Selection, popUps::list(count, u"c"_s));
         key->param = param;
         whenModal([&](QWidget* modal) {
             const auto* grid = modal->findChild<QGridLayout*>();
             const QLayoutItem* at = grid->itemAtPosition(row, column);
             QVERIFY(at != nullptr);
-            const int index = grid->indexOf(buttonWithText(modal, "Cancel"));
+            const int index = grid->indexOf(buttonWithText(modal, u"Cancel"_s));
             int foundRow = -1;
             int foundColumn = -1;
             int span = 0;
@@ -81,12 +83,12 @@ private slots:
 
     void item_ids_are_disabled_and_a_large_key_keeps_the_large_font()
     {
-        const auto key = newKey(Key::Selection, "0 Off:1 Sixteen charact.");
+        const auto key = newKey(Key::Selection, u"0 Off:1 Sixteen charact."_s);
         key->itemIds = {0};
         key->large = true;
         whenModal([](QWidget* modal) {
-            QVERIFY(!buttonWithText(modal, "Off")->isEnabled());
-            QVERIFY(buttonWithText(modal, "Sixteen charact.")->styleSheet().contains("28px"));
+            QVERIFY(!buttonWithText(modal, u"Off"_s)->isEnabled());
+            QVERIFY(buttonWithText(modal, u"Sixteen charact."_s)->styleSheet().contains(u"28px"_s));
             popUps::dialog(modal)->reject();
         });
         key->key_button_pushed();
@@ -94,64 +96,64 @@ private slots:
 
     void a_file_is_sent_by_its_value_and_a_new_one_by_its_name()
     {
-        const auto key = newKey(Key::File, "s1 Night:s2 Day");
+        const auto key = newKey(Key::File, u"s1 Night:s2 Day"_s);
         QSignalSpy spy(key.get(), &Key::response_message);
-        whenModal([](QWidget* modal) { popUps::press(modal, "Day"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, u"Day"_s); });
         key->key_button_pushed();
         whenModal([](QWidget* modal) {
             whenModal([](QWidget* name) {
-                popUps::press(name, "x");
-                popUps::press(name, "RETURN");
+                popUps::press(name, u"x"_s);
+                popUps::press(name, u"RETURN"_s);
             });
-            popUps::press(modal, "New File");
+            popUps::press(modal, u"New File"_s);
         });
         key->key_button_pushed();
-        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
+        whenModal([](QWidget* modal) { popUps::press(modal, u"Cancel"_s); });
         key->key_button_pushed();
         QCOMPARE(spy.size(), 2);
-        QCOMPARE(spy.at(0).first().toString(), QString("\x02MOD s2\x04"));
-        QCOMPARE(spy.at(1).first().toString(), QString("\x02MOD x\x04"));
+        QCOMPARE(spy.at(0).first().toString(), u"\x02MOD s2\x04"_s);
+        QCOMPARE(spy.at(1).first().toString(), u"\x02MOD x\x04"_s);
     }
 
     void only_the_slider_sends_not_the_key()
     {
-        const auto key = newKey(Key::Slider, "1:5");
+        const auto key = newKey(Key::Slider, u"1:5"_s);
         key->units = "100 0";
         key->param = 10;
         key->value = 42.0;
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
-            QCOMPARE(modal->windowTitle(), QString("Set Mode Value"));
-            QCOMPARE(modal->findChild<QLabel*>("readoutLabel")->text(), QString("42"));
-            popUps::press(modal, "+5 >");
+            QCOMPARE(modal->windowTitle(), u"Set Mode Value"_s);
+            QCOMPARE(modal->findChild<QLabel*>("readoutLabel")->text(), u"42"_s);
+            popUps::press(modal, u"+5 >"_s);
             QCOMPARE(spy.size(), 1);
-            popUps::press(modal, "OK");
+            popUps::press(modal, u"OK"_s);
         });
         key->key_button_pushed();
         QCOMPARE(spy.size(), 1);
-        QCOMPARE(spy.first().first().toString(), QString("\x02MOD 47\x04"));
+        QCOMPARE(spy.first().first().toString(), u"\x02MOD 47\x04"_s);
     }
 
     void the_last_position_is_sent_after_ok()
     {
-        const auto key = newKey(Key::Slider, "");
+        const auto key = newKey(Key::Slider, u""_s);
         key->units = "100 0";
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(10);
             modal->findChild<QSlider*>()->setValue(20);
-            popUps::press(modal, "OK");
+            popUps::press(modal, u"OK"_s);
         });
         key->key_button_pushed();
         QTRY_COMPARE(spy.size(), 2);
-        QCOMPARE(spy.last().first().toString(), QString("\x02MOD 20\x04"));
+        QCOMPARE(spy.last().first().toString(), u"\x02MOD 20\x04"_s);
         QTRY_VERIFY(qApp->findChildren<Key*>().isEmpty());
     }
 
     void a_slider_opens_with_any_value()
     {
         for (const double value : {std::nan(""), HUGE_VAL, -1e300}) {
-            const auto key = newKey(Key::Slider, "");
+            const auto key = newKey(Key::Slider, u""_s);
             key->units = "100 0";
             key->value = value;
             whenModal([](QWidget* modal) { popUps::dialog(modal)->reject(); });
@@ -169,7 +171,7 @@ private slots:
     void a_key_deleted_while_its_editor_is_open_sends_nothing()
     {
         QFETCH(int, type);
-        auto key = newKey(type, type == Key::Slider ? QString() : QString("0 Off:1 On"));
+        auto key = newKey(type, type == Key::Slider ? QString() : u"0 Off:1 On"_s);
         key->units = "100 0";
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
@@ -177,9 +179,9 @@ private slots:
             if (type == Key::Slider) {
                 modal->findChild<QSlider*>()->setValue(10);
                 modal->findChild<QSlider*>()->setValue(20);
-                popUps::press(modal, "OK");
+                popUps::press(modal, u"OK"_s);
             } else {
-                popUps::press(modal, "On");
+                popUps::press(modal, u"On"_s);
             }
         });
         key->key_button_pushed();

@@ -7,12 +7,14 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Memory that this process occupies, in kB.
 qint64 residentKilobytes()
 {
-    QFile file("/proc/self/statm");
+    QFile file(u"/proc/self/statm"_s);
     return file.open(QIODevice::ReadOnly)
         ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) / 1024
         : 0;
@@ -31,7 +33,7 @@ void inNextDialog(const std::function<void(QWidget*)>& then)
 
 void clickOnButton(QWidget* dialog, const char* text)
 {
-    QPushButton* button = buttonWithText(dialog, text);
+    QPushButton* button = buttonWithText(dialog, QString::fromUtf8(text));
     QVERIFY2(button != nullptr, text);
     button->click();
 }
@@ -55,14 +57,14 @@ private slots:
         QTest::addColumn<QByteArray>("cancels");
         const auto row = [](const char* name, int type, const char* units, int param,
                              const QString& options, const char* opens, const char* cancels) {
-            QTest::newRow(name) << type << QString(units) << param << options << QByteArray(opens)
-                                << QByteArray(cancels);
+            QTest::newRow(name) << type << QString::fromUtf8(units) << param << options
+                                << QByteArray(opens) << QByteArray(cancels);
         };
         row("number pad", Key::Number, "950 2150:10 20", 1, {}, "", "CE/Cancel");
-        row("selection list", Key::Selection, "", 0, popUps::list(17, "c"), "", "Cancel");
-        row("slider", Key::Slider, "100 0", 0, "1:5", "", "OK");
-        row("file board", Key::File, "", 0, popUps::list(9, "f"), "", "Cancel");
-        row("file name", Key::File, "", 0, popUps::list(9, "f"), "New File", "Cancel");
+        row("selection list", Key::Selection, "", 0, popUps::list(17, u"c"_s), "", "Cancel");
+        row("slider", Key::Slider, "100 0", 0, u"1:5"_s, "", "OK");
+        row("file board", Key::File, "", 0, popUps::list(9, u"f"_s), "", "Cancel");
+        row("file name", Key::File, "", 0, popUps::list(9, u"f"_s), "New File", "Cancel");
         row("address pad", Key::Address, "", 0, {}, "", "CE/Cancel");
     }
     void a_cancelled_editor_leaves_no_memory_behind()

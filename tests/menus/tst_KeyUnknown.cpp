@@ -5,6 +5,8 @@
 #include <QMessageBox>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_KeyUnknown : public QObject
 {
     Q_OBJECT
@@ -21,7 +23,7 @@ private slots:
     void a_key_of_unknown_type_reports_itself_and_sends_nothing()
     {
         QFETCH(int, type);
-        QPushButton button("Antenna");
+        QPushButton button(u"Antenna"_s);
         Key key;
         key.Set_Key(&button, false);
         key.type = type;
@@ -33,13 +35,13 @@ private slots:
             dialog->close();
         });
         key.key_button_pushed();
-        QCOMPARE(text, QString("A key_button was pushed Antenna R1:ANT"));
+        QCOMPARE(text, u"A key_button was pushed Antenna R1:ANT"_s);
         QCOMPARE(sent.count(), 0);
     }
 
     void a_key_may_be_deleted_while_its_box_is_open()
     {
-        auto* button = new QPushButton("Antenna");
+        auto* button = new QPushButton(u"Antenna"_s);
         auto* key = new Key;
         key->Set_Key(button, false);
         key->type = 7;
@@ -54,7 +56,7 @@ private slots:
 
     void texts_with_place_markers_are_shown_as_they_are()
     {
-        QPushButton button("50 %2");
+        QPushButton button(u"50 %2"_s);
         Key key;
         key.Set_Key(&button, false);
         key.type = 7;
@@ -65,7 +67,7 @@ private slots:
             dialog->close();
         });
         key.key_button_pushed();
-        QCOMPARE(text, QString("A key_button was pushed 50 %2 X"));
+        QCOMPARE(text, u"A key_button was pushed 50 %2 X"_s);
     }
 };
 

@@ -1,6 +1,8 @@
 #include "menus/ListGrid.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_ListGrid : public QObject
 {
     Q_OBJECT
@@ -32,21 +34,21 @@ private slots:
         QFETCH(int, param);
         QFETCH(int, rows);
         QFETCH(int, columns);
-        const QString options = QString("1 a:").repeated(count - 1) + "1 a";
+        const QString options = u"1 a:"_s.repeated(count - 1) + u"1 a"_s;
         QCOMPARE(ListGrid::forChoices(options, param), (ListGrid{rows, columns}));
     }
 
     void empty_items_count_too()
     {
-        QCOMPARE(ListGrid::forChoices(QString(":").repeated(16), 0), (ListGrid{4, 5}));
+        QCOMPARE(ListGrid::forChoices(u":"_s.repeated(16), 0), (ListGrid{4, 5}));
         QCOMPARE(ListGrid::forChoices(QString(), 0), (ListGrid{4, 4}));
     }
 
     void a_file_list_of_16_characters_gets_five_columns()
     {
         QCOMPARE(ListGrid::forFiles(QString()), (ListGrid{4, 4}));
-        QCOMPARE(ListGrid::forFiles(QString(15, 'x')), (ListGrid{4, 4}));
-        QCOMPARE(ListGrid::forFiles(QString(16, 'x')), (ListGrid{4, 5}));
+        QCOMPARE(ListGrid::forFiles(QString(15, u'x')), (ListGrid{4, 4}));
+        QCOMPARE(ListGrid::forFiles(QString(16, u'x')), (ListGrid{4, 5}));
     }
 };
 

@@ -8,6 +8,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Menus and their messages, with a stack as the main window has it.
@@ -59,10 +61,10 @@ private slots:
     void CM_for_a_missing_key_creates_the_menu_without_keys_data()
     {
         QTest::addColumn<QStringList>("fields");
-        QTest::newRow("no key") << QStringList{"Main", "Tuner CH1", "nokey"};
-        QTest::newRow("no menu") << QStringList{"Main", "Nowhere", "0"};
-        QTest::newRow("two fields") << QStringList{"Main", "Tuner CH1"};
-        QTest::newRow("one field") << QStringList{"Main"};
+        QTest::newRow("no key") << QStringList{u"Main"_s, u"Tuner CH1"_s, u"nokey"_s};
+        QTest::newRow("no menu") << QStringList{u"Main"_s, u"Nowhere"_s, u"0"_s};
+        QTest::newRow("two fields") << QStringList{u"Main"_s, u"Tuner CH1"_s};
+        QTest::newRow("one field") << QStringList{u"Main"_s};
     }
     void CM_for_a_missing_key_creates_the_menu_without_keys()
     {
@@ -204,19 +206,19 @@ private slots:
         Key* pax = menus.menu("PAX")->keys.first();
         const QList<Key*> all{source, copy, pax};
 
-        menus.messages.changeValue({"Demod 1", "k", "7", "0"});
+        menus.messages.changeValue({u"Demod 1"_s, u"k"_s, u"7"_s, u"0"_s});
         for (const Key* key : all) {
             QCOMPARE(key->value, 7.0);
             QVERIFY(!key->tog());
             QCOMPARE(key->GetKey()->styleSheet(), keyStyle::enabled(key == pax));
         }
-        menus.messages.changeState({"Demod 1", "k", "0"});
+        menus.messages.changeState({u"Demod 1"_s, u"k"_s, u"0"_s});
         for (const Key* key : all) {
             QCOMPARE(key->state, 0);
             QVERIFY(!key->GetKey()->isEnabled());
             QCOMPARE(key->GetKey()->styleSheet(), keyStyle::disabled(key == pax));
         }
-        menus.messages.changeState({"Demod 1", "k", "2"});
+        menus.messages.changeState({u"Demod 1"_s, u"k"_s, u"2"_s});
         for (const Key* key : all) {
             QVERIFY(key->GetKey()->isHidden());
         }
@@ -226,7 +228,7 @@ private slots:
             QCOMPARE(key->GetKey()->text(), QStringLiteral("New"));
             QCOMPARE(key->value, 7.0);
         }
-        menus.messages.lockChoices({"Demod 1", "k", "0:2:x:-1:5"});
+        menus.messages.lockChoices({u"Demod 1"_s, u"k"_s, u"0:2:x:-1:5"_s});
         for (const Key* key : all) {
             QCOMPARE(key->itemIds, (QList<int>{0, 2, 5}));
         }
@@ -238,8 +240,8 @@ private slots:
         menus.key("Demod 1", "k");
         menus.copy("Main", "Demod 1", "k");
         menus.paxCopy("PAX", "Demod 1", "k");
-        menus.messages.changeValue({"Demod 1", "k", "7", "0"});
-        menus.messages.changeValue({"Main", "k", "9", "1"});
+        menus.messages.changeValue({u"Demod 1"_s, u"k"_s, u"7"_s, u"0"_s});
+        menus.messages.changeValue({u"Main"_s, u"k"_s, u"9"_s, u"1"_s});
         QCOMPARE(menus.menu("Main")->keys.first()->value, 9.0);
         QCOMPARE(menus.menu("Demod 1")->keys.first()->value, 9.0);
         QVERIFY(menus.menu("Demod 1")->keys.first()->tog());
@@ -252,10 +254,10 @@ private slots:
         menus.key("Demod 1", "k");
         menus.copy("Main", "Demod 1", "k");
         delete menus.menu("Demod 1")->keys.takeFirst();
-        menus.messages.changeValue({"Main", "k", "4", "1"});
-        menus.messages.changeState({"Main", "k", "0"});
+        menus.messages.changeValue({u"Main"_s, u"k"_s, u"4"_s, u"1"_s});
+        menus.messages.changeState({u"Main"_s, u"k"_s, u"0"_s});
         menus.key("Main", "k", "New");
-        menus.messages.lockChoices({"Main", "k", "1"});
+        menus.messages.lockChoices({u"Main"_s, u"k"_s, u"1"_s});
         const Key* copy = menus.menu("Main")->keys.first();
         QCOMPARE(copy->value, 4.0);
         QCOMPARE(copy->label, QStringLiteral("New"));
@@ -339,7 +341,8 @@ private slots:
         Menus menus;
         menus.key("Combiner", "0");
         menus.paxCopy("PAX", "Combiner", "0");
-        menus.messages.defineKey({"PAX", "own", "L", "0", "C", "", "0", "", "0", "0", "1", "1"});
+        menus.messages.defineKey({u"PAX"_s, u"own"_s, u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s,
+            u"0"_s, u"0"_s, u"1"_s, u"1"_s});
         menus.paxCopy("PAX", "Combiner", "0");
         const KeyBoard* pax = menus.menu("PAX");
         QCOMPARE(at(pax->chan1Grid, 0, 0), pax->buttons.at(0));
@@ -365,8 +368,8 @@ private slots:
     void a_copy_without_a_cell_is_shown_by_no_CK_data()
     {
         QTest::addColumn<QString>("menu");
-        QTest::newRow("the copy itself") << "PAX";
-        QTest::newRow("through its source") << "Combiner";
+        QTest::newRow("the copy itself") << u"PAX"_s;
+        QTest::newRow("through its source") << u"Combiner"_s;
     }
     void a_copy_without_a_cell_is_shown_by_no_CK()
     {
@@ -381,7 +384,7 @@ private slots:
         menus.window.show();
         const QImage before = menus.window.grab().toImage();
         for (const char* state : {"1", "0", "2", "1"}) {
-            menus.messages.changeState({menu, "0", state});
+            menus.messages.changeState({menu, u"0"_s, QLatin1String(state)});
             QVERIFY(!pax->buttons.first()->isVisible());
             QVERIFY(!pax->buttons.first()->parentWidget()->isVisible());
         }
@@ -393,8 +396,9 @@ private slots:
     {
         QTest::addColumn<QStringList>("fields");
         QTest::newRow("no field") << QStringList{};
-        QTest::newRow("an empty name") << QStringList{""};
-        QTest::newRow("an empty name for a source that exists") << QStringList{"", "Combiner", "0"};
+        QTest::newRow("an empty name") << QStringList{u""_s};
+        QTest::newRow("an empty name for a source that exists")
+            << QStringList{u""_s, u"Combiner"_s, u"0"_s};
     }
     void a_main_menu_needs_a_name()
     {
@@ -414,7 +418,7 @@ private slots:
     void a_name_alone_makes_the_PAX_main_menu()
     {
         Menus menus;
-        menus.main.copyToPaxMenu({"PAX"});
+        menus.main.copyToPaxMenu({u"PAX"_s});
         QVERIFY(menus.menu("PAX") != nullptr && menus.menu("PAX")->isPAXMainMenu());
         QVERIFY(menus.menu("PAX")->keys.isEmpty());
     }
@@ -432,7 +436,7 @@ private slots:
         QCOMPARE(menus.stack->indexOf(page), pages);
 
         auto* outer = qobject_cast<QGridLayout*>(page->layout());
-        const QStringList titles{"Channel 1", "Channel 2", "Combiner"};
+        const QStringList titles{u"Channel 1"_s, u"Channel 2"_s, u"Combiner"_s};
         for (int group = 0; group < 3; ++group) {
             auto* box = qobject_cast<QGroupBox*>(at(outer, 0, group));
             QCOMPARE(box->title(), titles.at(group));

@@ -5,6 +5,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_MenuBook : public QObject
 {
     Q_OBJECT
@@ -25,10 +27,10 @@ private slots:
 
     void a_menu_is_not_found_before_it_is_created()
     {
-        QVERIFY(m_book->find("A") == nullptr);
-        KeyBoard* menu = m_book->findOrCreate("A");
-        QCOMPARE(m_book->find("A"), menu);
-        QCOMPARE(m_book->findOrCreate("A"), menu);
+        QVERIFY(m_book->find(u"A"_s) == nullptr);
+        KeyBoard* menu = m_book->findOrCreate(u"A"_s);
+        QCOMPARE(m_book->find(u"A"_s), menu);
+        QCOMPARE(m_book->findOrCreate(u"A"_s), menu);
         QCOMPARE(m_book->pages, QList<KeyBoard*>{menu});
         QCOMPARE(menu->maxRow, 5);
         QCOMPARE(menu->maxCol, 5);
@@ -37,45 +39,47 @@ private slots:
 
     void case_and_blanks_of_a_name_count()
     {
-        m_book->findOrCreate("Main");
-        QVERIFY(m_book->find("main") == nullptr);
-        QVERIFY(m_book->find("Main ") == nullptr);
+        m_book->findOrCreate(u"Main"_s);
+        QVERIFY(m_book->find(u"main"_s) == nullptr);
+        QVERIFY(m_book->find(u"Main "_s) == nullptr);
     }
 
     void the_first_of_two_menus_or_keys_with_the_same_name_is_found()
     {
-        KeyBoard* first = m_book->findOrCreate("A");
+        KeyBoard* first = m_book->findOrCreate(u"A"_s);
         auto* second = new KeyBoard;
-        second->new_keyboard("A", 5, 5);
+        second->new_keyboard(u"A"_s, 5, 5);
         m_book->add(second);
-        QCOMPARE(m_book->find("A"), first);
+        QCOMPARE(m_book->find(u"A"_s), first);
         for (int i = 0; i < 2; ++i) {
-            first->add_keyboard_button("", "k", 5, "", "", 0, "", 0, false, 1, false, nullptr);
+            first->add_keyboard_button(
+                u""_s, u"k"_s, 5, u""_s, u""_s, 0, u""_s, 0, false, 1, false, nullptr);
         }
-        QCOMPARE(MenuBook::findKey(first, "k"), first->keys.at(0));
-        QVERIFY(MenuBook::findKey(first, "x") == nullptr);
-        QVERIFY(MenuBook::findKey(nullptr, "k") == nullptr);
-        QCOMPARE(m_book->findKey("A", "k"), first->keys.at(0));
-        QVERIFY(m_book->findKey("A", "x") == nullptr);
-        QVERIFY(m_book->findKey("B", "k") == nullptr);
+        QCOMPARE(MenuBook::findKey(first, u"k"_s), first->keys.at(0));
+        QVERIFY(MenuBook::findKey(first, u"x"_s) == nullptr);
+        QVERIFY(MenuBook::findKey(nullptr, u"k"_s) == nullptr);
+        QCOMPARE(m_book->findKey(u"A"_s, u"k"_s), first->keys.at(0));
+        QVERIFY(m_book->findKey(u"A"_s, u"x"_s) == nullptr);
+        QVERIFY(m_book->findKey(u"B"_s, u"k"_s) == nullptr);
     }
 
     void messages_of_keys_are_forwarded()
     {
         QSignalSpy sent(m_book.get(), &MenuBook::keyboard_response_message);
-        KeyBoard* menu = m_book->findOrCreate("A");
-        menu->add_keyboard_button("", "k", 5, "GO", "", 0, "", 0, false, 1, false, nullptr);
+        KeyBoard* menu = m_book->findOrCreate(u"A"_s);
+        menu->add_keyboard_button(
+            u""_s, u"k"_s, 5, u"GO"_s, u""_s, 0, u""_s, 0, false, 1, false, nullptr);
         menu->buttons.first()->click();
         QCOMPARE(sent.count(), 1);
-        QCOMPARE(sent.first().first().toString(), QString("\x02GO1\x04"));
+        QCOMPARE(sent.first().first().toString(), u"\x02GO1\x04"_s);
     }
 
     void clear_forgets_the_menus_at_once_and_deletes_them_later()
     {
-        KeyBoard* menu = m_book->findOrCreate("A");
+        KeyBoard* menu = m_book->findOrCreate(u"A"_s);
         const QPointer<KeyBoard> guard = menu;
         m_book->clear();
-        QVERIFY(m_book->find("A") == nullptr);
+        QVERIFY(m_book->find(u"A"_s) == nullptr);
         QVERIFY(guard != nullptr);
         QCOMPARE(m_stack->count(), 1);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -86,12 +90,12 @@ private slots:
     void stack_indexes_follow_their_page_when_other_pages_go()
     {
         for (const char* name : {"A", "B", "C"}) {
-            m_book->findOrCreate(name);
+            m_book->findOrCreate(QString::fromUtf8(name));
         }
         m_book->clear();
         QList<KeyBoard*> menus;
         for (const char* name : {"A", "D", "E"}) {
-            menus += m_book->findOrCreate(name);
+            menus += m_book->findOrCreate(QString::fromUtf8(name));
         }
         QCOMPARE(menus.at(0)->stackIndex, 3);
         QCOMPARE(menus.at(2)->stackIndex, 5);
@@ -105,7 +109,7 @@ private slots:
 
     void removing_a_page_keeps_the_stack_indexes_below_it()
     {
-        KeyBoard* menu = m_book->findOrCreate("A");
+        KeyBoard* menu = m_book->findOrCreate(u"A"_s);
         auto* other = new QWidget;
         m_stack->addWidget(other);
         delete other;
@@ -114,8 +118,8 @@ private slots:
 
     void a_menu_whose_page_is_deleted_keeps_its_stack_index()
     {
-        m_book->findOrCreate("A");
-        KeyBoard* menu = m_book->findOrCreate("B");
+        m_book->findOrCreate(u"A"_s);
+        KeyBoard* menu = m_book->findOrCreate(u"B"_s);
         delete menu->frame;
         QCOMPARE(menu->stackIndex, 1);
     }

@@ -7,6 +7,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_MenuMessages : public QObject
 {
     Q_OBJECT
@@ -27,15 +29,15 @@ private slots:
 
     void AK_creates_menu_and_key()
     {
-        ak("Tuner CH1,gain,Gain,3,R1:GN,100 0,10,1:5,12.5,0,1");
-        const Key* key = find("Tuner CH1", "gain");
+        ak(u"Tuner CH1,gain,Gain,3,R1:GN,100 0,10,1:5,12.5,0,1"_s);
+        const Key* key = find(u"Tuner CH1"_s, u"gain"_s);
         QVERIFY(key != nullptr);
-        QCOMPARE(key->label, QString("Gain"));
+        QCOMPARE(key->label, u"Gain"_s);
         QCOMPARE(key->type, 3);
-        QCOMPARE(key->command, QString("R1:GN"));
-        QCOMPARE(key->units, QString("100 0"));
+        QCOMPARE(key->command, u"R1:GN"_s);
+        QCOMPARE(key->units, u"100 0"_s);
         QCOMPARE(key->param, 10);
-        QCOMPARE(key->options, QString("1:5"));
+        QCOMPARE(key->options, u"1:5"_s);
         QCOMPARE(key->value, 12.5);
         QCOMPARE(key->state, 1);
         QVERIFY(key->linkedKeys.isEmpty());
@@ -43,47 +45,47 @@ private slots:
 
     void AK_with_too_few_fields_is_ignored_even_for_an_existing_key()
     {
-        ak("M,k,Old,5,OLD,,0,,0,0,1");
-        ak("M,k,New,5,NEW,,0,,0,0");
-        ak("N,k,New,5,NEW,,0,,0,0");
-        QCOMPARE(find("M", "k")->label, QString("Old"));
-        QVERIFY(m_menus->book.find("N") == nullptr);
+        ak(u"M,k,Old,5,OLD,,0,,0,0,1"_s);
+        ak(u"M,k,New,5,NEW,,0,,0,0"_s);
+        ak(u"N,k,New,5,NEW,,0,,0,0"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->label, u"Old"_s);
+        QVERIFY(m_menus->book.find(u"N"_s) == nullptr);
         m_menus->defineKey({});
     }
 
     void a_second_AK_updates_the_key()
     {
-        ak("M,k,Old,5,OLD,u,1,o,0,0,1");
-        ak("M,k,New,0,NEW,v,2,p,0,1,0");
-        QCOMPARE(m_menus->book.find("M")->keys.size(), 1);
-        const Key* key = find("M", "k");
-        QCOMPARE(key->label, QString("New"));
-        QCOMPARE(key->GetKey()->text(), QString("New"));
+        ak(u"M,k,Old,5,OLD,u,1,o,0,0,1"_s);
+        ak(u"M,k,New,0,NEW,v,2,p,0,1,0"_s);
+        QCOMPARE(m_menus->book.find(u"M"_s)->keys.size(), 1);
+        const Key* key = find(u"M"_s, u"k"_s);
+        QCOMPARE(key->label, u"New"_s);
+        QCOMPARE(key->GetKey()->text(), u"New"_s);
         QCOMPARE(key->type, 0);
-        QCOMPARE(key->command, QString("NEW"));
-        QCOMPARE(key->units, QString("v"));
+        QCOMPARE(key->command, u"NEW"_s);
+        QCOMPARE(key->units, u"v"_s);
         QCOMPARE(key->param, 2);
-        QCOMPARE(key->options, QString("p"));
+        QCOMPARE(key->options, u"p"_s);
         QVERIFY(key->tog());
         QCOMPARE(key->state, 0);
     }
 
     void only_CV_changes_a_value_other_than_0()
     {
-        ak("M,k,L,1,C,,0,,5,0,1");
-        ak("M,k,L,1,C,,0,,7,0,1");
-        QCOMPARE(find("M", "k")->value, 5.0);
-        cv("M,k,7,0");
-        QCOMPARE(find("M", "k")->value, 7.0);
-        cv("M,k,0,0");
-        ak("M,k,L,1,C,,0,,9,0,1");
-        QCOMPARE(find("M", "k")->value, 9.0);
+        ak(u"M,k,L,1,C,,0,,5,0,1"_s);
+        ak(u"M,k,L,1,C,,0,,7,0,1"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 5.0);
+        cv(u"M,k,7,0"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 7.0);
+        cv(u"M,k,0,0"_s);
+        ak(u"M,k,L,1,C,,0,,9,0,1"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 9.0);
     }
 
     void AK_stores_the_display_state_without_showing_it()
     {
-        ak("M,k,L,5,C,,0,,0,0,2");
-        QPushButton* button = find("M", "k")->GetKey();
+        ak(u"M,k,L,5,C,,0,,0,0,2"_s);
+        QPushButton* button = find(u"M"_s, u"k"_s)->GetKey();
         m_area->show();
         QVERIFY(!button->isHidden());
         QVERIFY(button->isEnabled());
@@ -92,12 +94,12 @@ private slots:
 
     void a_second_AK_stores_the_display_state_without_showing_it()
     {
-        ak("M,k,L,5,C,,0,,0,0,1");
-        ck("M,k,1");
-        const Key* key = find("M", "k");
+        ak(u"M,k,L,5,C,,0,,0,0,1"_s);
+        ck(u"M,k,1"_s);
+        const Key* key = find(u"M"_s, u"k"_s);
         m_area->show();
         for (const int state : {0, 2}) {
-            ak(QString("M,k,L,5,C,,0,,0,0,%1").arg(state));
+            ak(u"M,k,L,5,C,,0,,0,0,%1"_s.arg(state));
             QCOMPARE(key->state, state);
             QVERIFY(key->GetKey()->isEnabled());
             QVERIFY(!key->GetKey()->isHidden());
@@ -107,35 +109,35 @@ private slots:
 
     void the_toggle_of_an_AK_colours_the_key()
     {
-        ak("M,k,L,0,C,,0,,0,1,1");
-        QCOMPARE(find("M", "k")->GetKey()->styleSheet(), keyStyle::toggled(false));
-        ak("M,k,L,0,C,,0,,0,0,1");
-        QCOMPARE(find("M", "k")->GetKey()->styleSheet(), keyStyle::enabled(false));
+        ak(u"M,k,L,0,C,,0,,0,1,1"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->GetKey()->styleSheet(), keyStyle::toggled(false));
+        ak(u"M,k,L,0,C,,0,,0,0,1"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->GetKey()->styleSheet(), keyStyle::enabled(false));
     }
 
     void CV_sets_value_and_toggle()
     {
-        ak("M,k,L,0,C,,0,,0,0,1");
-        cv("M,k,3.5,1");
-        QCOMPARE(find("M", "k")->value, 3.5);
-        QVERIFY(find("M", "k")->tog());
-        cv("M,k,abc,yes");
-        QCOMPARE(find("M", "k")->value, 0.0);
-        QVERIFY(!find("M", "k")->tog());
+        ak(u"M,k,L,0,C,,0,,0,0,1"_s);
+        cv(u"M,k,3.5,1"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 3.5);
+        QVERIFY(find(u"M"_s, u"k"_s)->tog());
+        cv(u"M,k,abc,yes"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 0.0);
+        QVERIFY(!find(u"M"_s, u"k"_s)->tog());
     }
 
     void missing_fields_count_as_0_and_clear()
     {
-        ak("M,k,L,0,C,,0,,0,0,1");
-        cv("M,k,3.5,1");
-        cv("M,k");
-        QCOMPARE(find("M", "k")->value, 0.0);
-        QVERIFY(!find("M", "k")->tog());
-        ck("M,k");
-        QCOMPARE(find("M", "k")->state, 0);
-        QVERIFY(!find("M", "k")->GetKey()->isEnabled());
-        cv("M");
-        ck("M");
+        ak(u"M,k,L,0,C,,0,,0,0,1"_s);
+        cv(u"M,k,3.5,1"_s);
+        cv(u"M,k"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 0.0);
+        QVERIFY(!find(u"M"_s, u"k"_s)->tog());
+        ck(u"M,k"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->state, 0);
+        QVERIFY(!find(u"M"_s, u"k"_s)->GetKey()->isEnabled());
+        cv(u"M"_s);
+        ck(u"M"_s);
         m_menus->changeValue({});
         m_menus->changeState({});
         m_menus->selectMenu({});
@@ -157,10 +159,10 @@ private slots:
     void CK_stores_and_applies_the_state()
     {
         QFETCH(QString, field);
-        ak("M,k,L,5,C,,0,,0,0,1");
+        ak(u"M,k,L,5,C,,0,,0,0,1"_s);
         m_area->show();
-        ck("M,k," + field);
-        const Key* key = find("M", "k");
+        ck(u"M,k,"_s + field);
+        const Key* key = find(u"M"_s, u"k"_s);
         QTEST(key->state, "state");
         QTEST(key->GetKey()->isHidden(), "hidden");
         QTEST(key->GetKey()->isEnabled(), "enabled");
@@ -168,34 +170,34 @@ private slots:
 
     void SK_asks_for_the_menu_it_names()
     {
-        ak("M,k,L,5,C,,0,,0,0,1");
+        ak(u"M,k,L,5,C,,0,,0,0,1"_s);
         QSignalSpy asked(m_menus.get(), &MenuMessages::showMenu);
-        m_menus->selectMenu({"N"});
+        m_menus->selectMenu({u"N"_s});
         m_menus->selectMenu({});
         QCOMPARE(asked.count(), 0);
-        m_menus->selectMenu({"M"});
+        m_menus->selectMenu({u"M"_s});
         QCOMPARE(asked.count(), 1);
-        QCOMPARE(asked.first().first().value<KeyBoard*>(), m_menus->book.find("M"));
+        QCOMPARE(asked.first().first().value<KeyBoard*>(), m_menus->book.find(u"M"_s));
     }
 
     void unknown_menus_and_keys_are_ignored()
     {
-        ak("M,k,L,5,C,,0,,1,0,1");
+        ak(u"M,k,L,5,C,,0,,1,0,1"_s);
         for (const char* fields : {"N,k,5,1", "M,x,5,1", "", ",,,", "M"}) {
-            cv(fields);
-            ck(fields);
+            cv(QString::fromUtf8(fields));
+            ck(QString::fromUtf8(fields));
         }
-        QCOMPARE(find("M", "k")->value, 1.0);
-        QCOMPARE(find("M", "k")->state, 1);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 1.0);
+        QCOMPARE(find(u"M"_s, u"k"_s)->state, 1);
         QCOMPARE(m_menus->book.pages.size(), 1);
     }
 
     void a_copy_has_all_fields_of_its_source_and_both_are_linked()
     {
-        ak("M,k,Label,1,CMD,units,4,options,2.5,1,1");
-        m_menus->copyKey({"N", "M", "k"});
-        Key* source = find("M", "k");
-        Key* copy = find("N", "k");
+        ak(u"M,k,Label,1,CMD,units,4,options,2.5,1,1"_s);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        Key* source = find(u"M"_s, u"k"_s);
+        Key* copy = find(u"N"_s, u"k"_s);
         QVERIFY(copy != nullptr);
         QCOMPARE(copy->label, source->label);
         QCOMPARE(copy->type, source->type);
@@ -212,27 +214,27 @@ private slots:
 
     void a_copy_keeps_the_locked_choices_of_its_source()
     {
-        ak("M,k,Label,2,CMD,,0,0 A:1 B:2 C,0,0,1");
-        m_menus->lockChoices({"M", "k", "0:2"});
-        m_menus->copyKey({"N", "M", "k"});
-        QCOMPARE(find("N", "k")->itemIds, (QList<int>{0, 2}));
+        ak(u"M,k,Label,2,CMD,,0,0 A:1 B:2 C,0,0,1"_s);
+        m_menus->lockChoices({u"M"_s, u"k"_s, u"0:2"_s});
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        QCOMPARE(find(u"N"_s, u"k"_s)->itemIds, (QList<int>{0, 2}));
     }
 
     void copying_a_missing_key_only_creates_the_target_menu_data()
     {
         QTest::addColumn<QStringList>("fields");
-        QTest::newRow("no such menu") << QStringList{"N", "X", "k"};
-        QTest::newRow("no such key") << QStringList{"N", "M", "x"};
-        QTest::newRow("one field") << QStringList{"N"};
+        QTest::newRow("no such menu") << QStringList{u"N"_s, u"X"_s, u"k"_s};
+        QTest::newRow("no such key") << QStringList{u"N"_s, u"M"_s, u"x"_s};
+        QTest::newRow("one field") << QStringList{u"N"_s};
     }
 
     void copying_a_missing_key_only_creates_the_target_menu()
     {
         QFETCH(QStringList, fields);
-        ak("M,k,L,5,C,,0,,0,0,1");
+        ak(u"M,k,L,5,C,,0,,0,0,1"_s);
         m_menus->copyKey(fields);
-        QVERIFY(m_menus->book.find("N") != nullptr);
-        QVERIFY(m_menus->book.find("N")->keys.isEmpty());
+        QVERIFY(m_menus->book.find(u"N"_s) != nullptr);
+        QVERIFY(m_menus->book.find(u"N"_s)->keys.isEmpty());
     }
 
     void changes_reach_both_source_and_copy_data()
@@ -245,20 +247,20 @@ private slots:
     void changes_reach_both_source_and_copy()
     {
         QFETCH(QString, menu);
-        ak("M,k,L,0,C,,0,,0,0,1");
-        m_menus->copyKey({"N", "M", "k"});
-        cv(menu + ",k,4,1");
-        ck(menu + ",k,2");
-        ak(menu + ",k,New,0,D,u,3,o,9,1,2");
+        ak(u"M,k,L,0,C,,0,,0,0,1"_s);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        cv(menu + u",k,4,1"_s);
+        ck(menu + u",k,2"_s);
+        ak(menu + u",k,New,0,D,u,3,o,9,1,2"_s);
         for (const char* each : {"M", "N"}) {
-            const Key* key = find(each, "k");
+            const Key* key = find(QString::fromUtf8(each), u"k"_s);
             QCOMPARE(key->value, 4.0); // not 0, so AK does not change it
             QVERIFY(key->tog());
             QCOMPARE(key->state, 2);
             QVERIFY(key->GetKey()->isHidden());
-            QCOMPARE(key->label, QString("New"));
-            QCOMPARE(key->GetKey()->text(), QString("New"));
-            QCOMPARE(key->command, QString("D"));
+            QCOMPARE(key->label, u"New"_s);
+            QCOMPARE(key->GetKey()->text(), u"New"_s);
+            QCOMPARE(key->command, u"D"_s);
         }
     }
 
@@ -267,55 +269,43 @@ private slots:
         QTest::addColumn<QString>("pressed");
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("pending");
-        QTest::newRow("AK") << "M"
-                            << "AK,M,k,L,0,C,,0,,0,1,1" << false;
-        QTest::newRow("CV") << "M"
-                            << "CV,M,k,0,1" << false;
-        QTest::newRow("CV that says no") << "M"
-                                         << "CV,M,k,0,0" << false;
-        QTest::newRow("CK") << "M"
-                            << "CK,M,k,1" << false;
-        QTest::newRow("AK for the source of a copy") << "N"
-                                                     << "AK,M,k,L,0,C,,0,,0,1,1" << false;
-        QTest::newRow("CV for the source of a copy") << "N"
-                                                     << "CV,M,k,0,1" << false;
-        QTest::newRow("CK for the source of a copy") << "N"
-                                                     << "CK,M,k,1" << false;
-        QTest::newRow("CV for the copy of a source") << "M"
-                                                     << "CV,N,k,0,1" << false;
-        QTest::newRow("AK that is too short") << "M"
-                                              << "AK,M,k,L,0,C,,0,,0,1" << true;
-        QTest::newRow("CV for another key") << "M"
-                                            << "CV,M,other,0,1" << true;
-        QTest::newRow("CV for another menu") << "M"
-                                             << "CV,O,k,0,1" << true;
-        QTest::newRow("EI") << "M"
-                            << "EI,M,k,0" << true;
-        QTest::newRow("SK") << "M"
-                            << "SK,M" << true;
+        QTest::newRow("AK") << u"M"_s << u"AK,M,k,L,0,C,,0,,0,1,1"_s << false;
+        QTest::newRow("CV") << u"M"_s << u"CV,M,k,0,1"_s << false;
+        QTest::newRow("CV that says no") << u"M"_s << u"CV,M,k,0,0"_s << false;
+        QTest::newRow("CK") << u"M"_s << u"CK,M,k,1"_s << false;
+        QTest::newRow("AK for the source of a copy")
+            << u"N"_s << u"AK,M,k,L,0,C,,0,,0,1,1"_s << false;
+        QTest::newRow("CV for the source of a copy") << u"N"_s << u"CV,M,k,0,1"_s << false;
+        QTest::newRow("CK for the source of a copy") << u"N"_s << u"CK,M,k,1"_s << false;
+        QTest::newRow("CV for the copy of a source") << u"M"_s << u"CV,N,k,0,1"_s << false;
+        QTest::newRow("AK that is too short") << u"M"_s << u"AK,M,k,L,0,C,,0,,0,1"_s << true;
+        QTest::newRow("CV for another key") << u"M"_s << u"CV,M,other,0,1"_s << true;
+        QTest::newRow("CV for another menu") << u"M"_s << u"CV,O,k,0,1"_s << true;
+        QTest::newRow("EI") << u"M"_s << u"EI,M,k,0"_s << true;
+        QTest::newRow("SK") << u"M"_s << u"SK,M"_s << true;
     }
     void a_pending_press_waits_for_a_message_about_the_key()
     {
         QFETCH(QString, pressed);
         QFETCH(QString, message);
         QFETCH(bool, pending);
-        ak("M,k,L,0,C,,0,,0,0,1");
-        ak("M,other,L,0,C,,0,,0,0,1");
-        ak("O,k,L,0,C,,0,,0,0,1");
-        m_menus->copyKey({"N", "M", "k"});
-        Key* key = find(pressed, "k");
+        ak(u"M,k,L,0,C,,0,,0,0,1"_s);
+        ak(u"M,other,L,0,C,,0,,0,0,1"_s);
+        ak(u"O,k,L,0,C,,0,,0,0,1"_s);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        Key* key = find(pressed, u"k"_s);
         const auto* button = qobject_cast<TextButton*>(key->GetKey());
         key->GetKey()->click();
         QVERIFY(button->marks().isPending);
-        QStringList fields = message.split(',');
+        QStringList fields = message.split(u',');
         const QString word = fields.takeFirst();
-        if (word == "AK") {
+        if (word == u"AK"_s) {
             m_menus->defineKey(fields);
-        } else if (word == "CV") {
+        } else if (word == u"CV"_s) {
             m_menus->changeValue(fields);
-        } else if (word == "CK") {
+        } else if (word == u"CK"_s) {
             m_menus->changeState(fields);
-        } else if (word == "EI") {
+        } else if (word == u"EI"_s) {
             m_menus->lockChoices(fields);
         } else {
             m_menus->selectMenu(fields);
@@ -330,78 +320,73 @@ private slots:
         QTest::addColumn<QString>("fields");
         QTest::addColumn<QStringList>("logged");
         QTest::newRow("a position that is no number")
-            << "EI"
-            << "M,k,0:x:1" << QStringList{"EI: no position x"};
-        QTest::newRow("a negative position") << "EI"
-                                             << "M,k,-1" << QStringList{"EI: no position -1"};
-        QTest::newRow("positions that are carried out") << "EI"
-                                                        << "M,k,0:1" << QStringList{};
-        QTest::newRow("a state without a meaning") << "CK"
-                                                   << "M,k,3" << QStringList{"CK: no state 3"};
-        QTest::newRow("a state that is carried out") << "CK"
-                                                     << "M,k,2" << QStringList{};
+            << u"EI"_s << u"M,k,0:x:1"_s << QStringList{u"EI: no position x"_s};
+        QTest::newRow("a negative position")
+            << u"EI"_s << u"M,k,-1"_s << QStringList{u"EI: no position -1"_s};
+        QTest::newRow("positions that are carried out") << u"EI"_s << u"M,k,0:1"_s << QStringList{};
+        QTest::newRow("a state without a meaning")
+            << u"CK"_s << u"M,k,3"_s << QStringList{u"CK: no state 3"_s};
+        QTest::newRow("a state that is carried out") << u"CK"_s << u"M,k,2"_s << QStringList{};
         QTest::newRow("a value that is out of range")
-            << "IK"
-            << "L,9,C,,0,,,1e99" << QStringList{"IK: value out of range: 1e99"};
+            << u"IK"_s << u"L,9,C,,0,,,1e99"_s << QStringList{u"IK: value out of range: 1e99"_s};
         QTest::newRow("a value that is infinite")
-            << "IK"
-            << "L,9,C,,0,,,inf" << QStringList{"IK: value out of range: inf"};
+            << u"IK"_s << u"L,9,C,,0,,,inf"_s << QStringList{u"IK: value out of range: inf"_s};
     }
     void an_ignored_part_of_a_message_is_logged()
     {
         QFETCH(QString, word);
         QFETCH(QString, fields);
         QFETCH(QStringList, logged);
-        ak("M,k,L,2,C,,0,0 A:1 B,0,0,1");
+        ak(u"M,k,L,2,C,,0,0 A:1 B,0,0,1"_s);
         static QStringList lines;
         lines.clear();
-        QLoggingCategory::setFilterRules("qn740.menus.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.menus.debug=true"_s);
         const QtMessageHandler before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext&, const QString& text) { lines += text; });
-        const QStringList list = fields.split(',');
-        if (word == "EI") {
+        const QStringList list = fields.split(u',');
+        if (word == u"EI"_s) {
             m_menus->lockChoices(list);
-        } else if (word == "CK") {
+        } else if (word == u"CK"_s) {
             m_menus->changeState(list);
         } else {
             m_menus->pressImmediately(list);
         }
         qInstallMessageHandler(before);
-        QLoggingCategory::setFilterRules("");
+        QLoggingCategory::setFilterRules(u""_s);
         QCOMPARE(lines, logged);
     }
 
     void AK_sets_the_value_of_every_linked_key_whose_own_is_0()
     {
-        ak("M,k,L,0,C,,0,,4,0,1");
-        m_menus->copyKey({"N", "M", "k"});
-        find("N", "k")->value = 0.0;
-        ak("M,k,L,0,C,,0,,9,0,1");
-        QCOMPARE(find("M", "k")->value, 4.0);
-        QCOMPARE(find("N", "k")->value, 9.0);
+        ak(u"M,k,L,0,C,,0,,4,0,1"_s);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        find(u"N"_s, u"k"_s)->value = 0.0;
+        ak(u"M,k,L,0,C,,0,,9,0,1"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->value, 4.0);
+        QCOMPARE(find(u"N"_s, u"k"_s)->value, 9.0);
     }
 
     void a_copy_still_changes_when_its_source_is_deleted()
     {
-        ak("M,k,L,5,C,,0,,0,0,1");
-        m_menus->copyKey({"N", "M", "k"});
-        KeyBoard* source = m_menus->book.find("M");
+        ak(u"M,k,L,5,C,,0,,0,0,1"_s);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        KeyBoard* source = m_menus->book.find(u"M"_s);
         m_menus->book.pages.removeOne(source);
         delete source;
-        ck("N,k,0");
-        cv("N,k,3,0");
-        QCOMPARE(find("N", "k")->state, 0);
-        QCOMPARE(find("N", "k")->value, 3.0);
+        ck(u"N,k,0"_s);
+        cv(u"N,k,3,0"_s);
+        QCOMPARE(find(u"N"_s, u"k"_s)->state, 0);
+        QCOMPARE(find(u"N"_s, u"k"_s)->value, 3.0);
     }
 
     void AK_keys_of_a_main_menu_go_to_its_options()
     {
         auto* main = new KeyBoard;
-        main->new_mm_keyboard("Main", 5, 5);
+        main->new_mm_keyboard(u"Main"_s, 5, 5);
         main->row = 5;
         m_menus->book.add(main);
         for (int i = 0; i < 8; ++i) {
-            ak(QString("Main,k%1,L,5,C,,0,,0,0,1").arg(i));
+            ak(u"Main,k%1,L,5,C,,0,,0,0,1"_s.arg(i));
         }
         for (int i = 0; i < 8; ++i) {
             QCOMPARE(main->optGrid->itemAtPosition(0, i)->widget(), main->buttons.at(i));
@@ -413,13 +398,13 @@ private slots:
     void fixed_AK_keys_of_the_PAX_main_menu_fill_two_columns_row_by_row()
     {
         auto* pax = new KeyBoard;
-        pax->new_PAX_mm_keyboard("PAX", 5, 2);
+        pax->new_PAX_mm_keyboard(u"PAX"_s, 5, 2);
         pax->row = 5;
         m_menus->book.add(pax);
         for (int i = 0; i < 3; ++i) {
-            ak(QString("PAX,k%1,L,5,C,,0,,0,0,1,1").arg(i));
+            ak(u"PAX,k%1,L,5,C,,0,,0,0,1,1"_s.arg(i));
         }
-        ak("PAX,o,L,5,C,,0,,0,0,1,0");
+        ak(u"PAX,o,L,5,C,,0,,0,0,1,0"_s);
         QCOMPARE(pax->chan1Grid->itemAtPosition(0, 0)->widget(), pax->buttons.at(0));
         QCOMPARE(pax->chan1Grid->itemAtPosition(0, 1)->widget(), pax->buttons.at(1));
         QCOMPARE(pax->chan1Grid->itemAtPosition(1, 0)->widget(), pax->buttons.at(2));
@@ -429,17 +414,17 @@ private slots:
     void the_normal_main_menu_ignores_the_fixed_field()
     {
         auto* main = new KeyBoard;
-        main->new_mm_keyboard("Main", 5, 5);
+        main->new_mm_keyboard(u"Main"_s, 5, 5);
         main->row = 5;
         m_menus->book.add(main);
-        ak("Main,k,L,5,C,,0,,0,0,1,1");
+        ak(u"Main,k,L,5,C,,0,,0,0,1,1"_s);
         QCOMPARE(main->optGrid->itemAtPosition(0, 0)->widget(), main->buttons.at(0));
     }
 
 private:
-    void ak(const QString& fields) { m_menus->defineKey(fields.split(',')); }
-    void cv(const QString& fields) { m_menus->changeValue(fields.split(',')); }
-    void ck(const QString& fields) { m_menus->changeState(fields.split(',')); }
+    void ak(const QString& fields) { m_menus->defineKey(fields.split(u',')); }
+    void cv(const QString& fields) { m_menus->changeValue(fields.split(u',')); }
+    void ck(const QString& fields) { m_menus->changeState(fields.split(u',')); }
     Key* find(const QString& menu, const QString& key)
     {
         return MenuBook::findKey(m_menus->book.find(menu), key);

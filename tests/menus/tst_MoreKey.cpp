@@ -5,6 +5,8 @@
 
 #include <QFontMetrics>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QSize MenuKeySize(124, 59);
@@ -42,11 +44,11 @@ private slots:
     void the_text_is_fixed_and_the_page_beside_it()
     {
         MoreKey key(2);
-        QCOMPARE(key.text(), QString("More..."));
-        QCOMPARE(key.pageText(), QString("2/2"));
+        QCOMPARE(key.text(), u"More..."_s);
+        QCOMPARE(key.pageText(), u"2/2"_s);
         key.setPageCount(3);
-        QCOMPARE(key.pageText(), QString("2/3"));
-        QCOMPARE(key.text(), QString("More..."));
+        QCOMPARE(key.pageText(), u"2/3"_s);
+        QCOMPARE(key.text(), u"More..."_s);
     }
 
     void the_page_is_painted_and_follows_the_number_of_pages()
@@ -76,7 +78,7 @@ private slots:
         // Both texts are there: side by side or one under the other.
         QFont font = QApplication::font();
         font.setPixelSize(18);
-        const int textWidth = QFontMetrics(font).horizontalAdvance("More...");
+        const int textWidth = QFontMetrics(font).horizontalAdvance(u"More..."_s);
         QVERIFY(found.width() > textWidth + 10 || found.height() > 25);
     }
 
@@ -91,7 +93,7 @@ private slots:
         int letters = 0;
         for (int y = 0; y < down.height(); ++y) {
             for (int x = 0; x < down.width(); ++x) {
-                letters += down.pixelColor(x, y) == QColor("aliceblue") ? 1 : 0;
+                letters += down.pixelColor(x, y) == QColor(u"aliceblue"_s) ? 1 : 0;
             }
         }
         QVERIFY(letters > 50);

@@ -3,23 +3,25 @@
 #include "popups/PadScreen.h"
 #include "popups/PopUpNumberPad.h"
 
+using namespace Qt::StringLiterals;
+
 // Opens number pads for the tests.
 namespace numberPadRun {
 
 constexpr int Types = 9;
-inline const QString SevenRanges("950 2150:70 140:1 2:3 4:5 6:7 8:9 10");
+inline const QString SevenRanges = u"950 2150:70 140:1 2:3 4:5 6:7 8:9 10"_s;
 
 // The arguments of an opening, with values that suit tests of other things.
 struct Opening
 {
     int type = 0;
-    QString ranges = "0 100";
+    QString ranges = u"0 100"_s;
     double current = 0.0;
     QString special;
-    QString command = "CMD";
+    QString command = u"CMD"_s;
     QString valueText;
     bool mirrored = false;
-    QString title = "Title";
+    QString title = u"Title"_s;
 };
 
 // Opens a pad, runs the script with its dialog and returns what the pad returns.

@@ -10,6 +10,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 // What the tests of the number pad and of the address pad look at and touch in a pad's window.
 namespace padScreen {
 
@@ -44,8 +46,8 @@ inline bool press(const QWidget* dialog, const QStringList& keys)
 
 inline QString labelText(const QWidget* dialog, const char* name)
 {
-    const auto* label = dialog->findChild<QLabel*>(name);
-    return label != nullptr ? label->text() : QString("(no label)");
+    const auto* label = dialog->findChild<QLabel*>(QString::fromUtf8(name));
+    return label != nullptr ? label->text() : u"(no label)"_s;
 }
 
 inline QString entry(const QWidget* dialog)

@@ -1,6 +1,8 @@
 #include "popups/AddressEntry.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 AddressEntry typed(const QString& keys)
@@ -88,17 +90,17 @@ private slots:
     {
         for (const char* group : {"-1", "a", "0x1"}) {
             AddressEntry entry;
-            entry.append(QString("1.2.3.") + group);
+            entry.append(u"1.2.3."_s + group);
             QVERIFY2(!entry.isValid(), group);
         }
     }
 
     void backspace_removes_the_last_character()
     {
-        AddressEntry entry = typed("192168");
+        AddressEntry entry = typed(u"192168"_s);
         entry.backspace();
         QCOMPARE(entry.text(), "192.16");
-        entry = typed("1.");
+        entry = typed(u"1."_s);
         entry.backspace();
         entry.backspace();
         QVERIFY(entry.isEmpty());
@@ -108,7 +110,7 @@ private slots:
 
     void clearing_removes_everything()
     {
-        AddressEntry entry = typed("1.2");
+        AddressEntry entry = typed(u"1.2"_s);
         QVERIFY(!entry.isEmpty());
         entry.clear();
         QVERIFY(entry.isEmpty());

@@ -3,6 +3,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 using choices::Cell;
 using choices::Grid;
 
@@ -16,15 +18,16 @@ private slots:
         QTest::addColumn<QString>("list");
         QTest::addColumn<QStringList>("values");
         QTest::addColumn<QStringList>("texts");
-        QTest::newRow("two") << "0 Off:1 On" << QStringList{"0", "1"} << QStringList{"Off", "On"};
+        QTest::newRow("two") << "0 Off:1 On" << QStringList{u"0"_s, u"1"_s}
+                             << QStringList{u"Off"_s, u"On"_s};
         QTest::newRow("further blanks stay")
-            << "a b c  d" << QStringList{"a"} << QStringList{"b c  d"};
+            << "a b c  d" << QStringList{u"a"_s} << QStringList{u"b c  d"_s};
         QTest::newRow("trailing separator")
-            << "0 Eye Pattern:1 Constellation:2 Off:" << QStringList{"0", "1", "2"}
-            << QStringList{"Eye Pattern", "Constellation", "Off"};
+            << "0 Eye Pattern:1 Constellation:2 Off:" << QStringList{u"0"_s, u"1"_s, u"2"_s}
+            << QStringList{u"Eye Pattern"_s, u"Constellation"_s, u"Off"_s};
         QTest::newRow("empty items")
-            << "::1 a:: :2 b" << QStringList{"1", "2"} << QStringList{"a", "b"};
-        QTest::newRow("no blank") << "QPSK" << QStringList{"QPSK"} << QStringList{"QPSK"};
+            << "::1 a:: :2 b" << QStringList{u"1"_s, u"2"_s} << QStringList{u"a"_s, u"b"_s};
+        QTest::newRow("no blank") << "QPSK" << QStringList{u"QPSK"_s} << QStringList{u"QPSK"_s};
         QTest::newRow("nothing") << "" << QStringList{} << QStringList{};
     }
     void an_item_is_a_value_a_blank_and_a_text()
@@ -42,7 +45,7 @@ private slots:
 
     void choices_beyond_the_limit_are_left_out()
     {
-        QCOMPARE(choices::parse(QString("1 a:").repeated(5000)).size(), choices::MaxChoices);
+        QCOMPARE(choices::parse(u"1 a:"_s.repeated(5000)).size(), choices::MaxChoices);
     }
 
     void long_texts_are_small_and_broken_data()
@@ -72,17 +75,17 @@ private slots:
         QFETCH(int, columns);
         QFETCH(bool, keepLarge);
         QFETCH(int, breakAt);
-        const QString text(length, 'x');
+        const QString text(length, u'x');
         const choices::Look look = choices::look(text, columns, keepLarge);
         QTEST(look.smallFont, "small");
-        QCOMPARE(look.text.indexOf('\n'), breakAt);
+        QCOMPARE(look.text.indexOf(u'\n'), breakAt);
         QString joined = look.text;
-        QCOMPARE(joined.remove('\n').trimmed(), text);
+        QCOMPARE(joined.remove(u'\n').trimmed(), text);
     }
 
     void a_short_text_is_filled_up_to_the_break()
     {
-        QCOMPARE(choices::look("ten chars!", 6, false).text, QString("ten chars!     \n"));
+        QCOMPARE(choices::look(u"ten chars!"_s, 6, false).text, u"ten chars!     \n"_s);
     }
 
     void choices_fill_the_rows()

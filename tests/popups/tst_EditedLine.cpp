@@ -1,6 +1,8 @@
 #include "popups/EditedLine.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_EditedLine : public QObject
 {
     Q_OBJECT
@@ -62,17 +64,17 @@ private slots:
 
     void a_full_line_takes_no_more_characters()
     {
-        const EditedLine line = EditedLine{"abc", 1, true}.after("x", 3);
-        QCOMPARE(line.text, QString("abc"));
+        const EditedLine line = EditedLine{u"abc"_s, 1, true}.after(u"x"_s, 3);
+        QCOMPARE(line.text, u"abc"_s);
         QCOMPARE(line.cursor, 1);
         QVERIFY(!line.insertedSelected);
     }
 
     void any_text_that_contains_return_in_any_case_ends_the_entry()
     {
-        QVERIFY(EditedLine::isReturn("RETURN"));
-        QVERIFY(EditedLine::isReturn("the Return key"));
-        QVERIFY(!EditedLine::isReturn("R"));
+        QVERIFY(EditedLine::isReturn(u"RETURN"_s));
+        QVERIFY(EditedLine::isReturn(u"the Return key"_s));
+        QVERIFY(!EditedLine::isReturn(u"R"_s));
     }
 };
 

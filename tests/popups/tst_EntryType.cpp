@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 class tst_EntryType : public QObject
 {
     Q_OBJECT
@@ -19,7 +21,8 @@ private slots:
 
     void every_type_has_its_unit()
     {
-        const QStringList units{"", "MHz", "bps", "Hz", "Rads", "%", "", "", "", ""};
+        const QStringList units{
+            u""_s, u"MHz"_s, u"bps"_s, u"Hz"_s, u"Rads"_s, u"%"_s, u""_s, u""_s, u""_s, u""_s};
         for (int type = 0; type < units.size(); ++type) {
             QCOMPARE(entryType::unit(type), units.at(type));
         }
@@ -35,11 +38,11 @@ private slots:
             QTest::addRow("%d: %s", type, qPrintable(text)) << type << value << text;
         };
         const auto framed = [](const char* text) {
-            return QString("      Current Value: ") + text + "      ";
+            return u"      Current Value: "_s + text + u"      "_s;
         };
         row(0, -12.5, framed("-12.50"));
-        row(1, 2250.5, "Current Value:\r\n2250.5 MHz");
-        row(1, 0, "Current Value:\r\n0.0 MHz");
+        row(1, 2250.5, u"Current Value:\r\n2250.5 MHz"_s);
+        row(1, 0, u"Current Value:\r\n0.0 MHz"_s);
         row(2, 1000, framed("1000.00 bps"));
         row(2, 1001, framed("1.00 kbps"));
         row(2, 1000000, framed("1000.00 kbps"));
@@ -51,7 +54,7 @@ private slots:
         row(4, 3.14159, framed("3.14"));
         row(5, 0.5, framed("50.00 %"));
         row(6, 7, framed("7.00"));
-        row(7, 1234, "Enter PIN to unlock ");
+        row(7, 1234, u"Enter PIN to unlock "_s);
         row(8, 48879, framed("BEEF"));
         row(8, -5, framed("0"));
         row(8, std::numeric_limits<double>::quiet_NaN(), framed("0"));

@@ -4,6 +4,8 @@
 
 #include <QLineEdit>
 
+using namespace Qt::StringLiterals;
+
 class tst_FileNameEdit : public QObject
 {
     Q_OBJECT
@@ -18,57 +20,59 @@ class tst_FileNameEdit : public QObject
 private slots:
     void return_ends_with_the_typed_name()
     {
-        QCOMPARE(run("",
+        QCOMPARE(run(u""_s,
                      [](QWidget* modal) {
-                         popUps::press(modal, "CAPS");
-                         popUps::press(modal, "N");
-                         popUps::press(modal, "CAPS");
-                         popUps::press(modal, "7");
-                         popUps::press(modal, "RETURN");
+                         popUps::press(modal, u"CAPS"_s);
+                         popUps::press(modal, u"N"_s);
+                         popUps::press(modal, u"CAPS"_s);
+                         popUps::press(modal, u"7"_s);
+                         popUps::press(modal, u"RETURN"_s);
                      }),
-            QString("N7"));
+            u"N7"_s);
     }
 
     void the_initial_text_is_edited_at_its_end()
     {
-        QCOMPARE(run("nigh",
+        QCOMPARE(run(u"nigh"_s,
                      [](QWidget* modal) {
-                         popUps::press(modal, "t");
-                         popUps::press(modal, "RETURN");
+                         popUps::press(modal, u"t"_s);
+                         popUps::press(modal, u"RETURN"_s);
                      }),
-            QString("night"));
+            u"night"_s);
     }
 
     void a_cancelled_name_is_empty()
     {
-        QCOMPARE(run("night", [](QWidget* modal) { popUps::dialog(modal)->reject(); }), QString());
-        QCOMPARE(run("night", [](QWidget* modal) { popUps::press(modal, "Cancel"); }), QString());
+        QCOMPARE(
+            run(u"night"_s, [](QWidget* modal) { popUps::dialog(modal)->reject(); }), QString());
+        QCOMPARE(
+            run(u"night"_s, [](QWidget* modal) { popUps::press(modal, u"Cancel"_s); }), QString());
     }
 
     void a_physical_keyboard_works_too()
     {
-        QCOMPARE(run("",
+        QCOMPARE(run(u""_s,
                      [](QWidget* modal) {
                          auto* field = modal->findChild<QLineEdit*>();
-                         QTest::keyClicks(field, "ab");
+                         QTest::keyClicks(field, u"ab"_s);
                          QTest::keyClick(field, Qt::Key_F5);
                          QTest::keyClick(field, Qt::Key_Return);
                      }),
-            QString("ab"));
-        QCOMPARE(
-            run("ab", [](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Escape); }), QString());
+            u"ab"_s);
+        QCOMPARE(run(u"ab"_s, [](QWidget* modal) { QTest::keyClick(modal, Qt::Key_Escape); }),
+            QString());
     }
 
     void the_dialog_has_its_title_sheet_and_flags()
     {
-        run("", [](QWidget* modal) {
-            QCOMPARE(modal->objectName(), QString("FileNameEdit"));
-            QCOMPARE(modal->windowTitle(), QString("Enter Store File Name"));
+        run(u""_s, [](QWidget* modal) {
+            QCOMPARE(modal->objectName(), u"FileNameEdit"_s);
+            QCOMPARE(modal->windowTitle(), u"Enter Store File Name"_s);
             QVERIFY(!modal->windowIcon().isNull());
             QVERIFY(!modal->windowIcon().pixmap(16).isNull());
             QCOMPARE(modal->styleSheet(),
-                QString("background-color:darkgray; border-width: 2px; border-style: solid; "
-                        "border-color: black; font-size: 16px; border-radius: 4px;"));
+                u"background-color:darkgray; border-width: 2px; border-style: solid; "_s
+                u"border-color: black; font-size: 16px; border-radius: 4px;"_s);
             QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
             for (const QPushButton* key : modal->findChildren<QPushButton*>()) {
                 QVERIFY(key->width() >= 47 && key->height() >= 47);
@@ -82,11 +86,11 @@ private slots:
         auto* parent = new QWidget;
         whenModal([&](QWidget* modal) {
             delete parent;
-            popUps::press(modal, "a");
-            popUps::press(modal, "RETURN");
+            popUps::press(modal, u"a"_s);
+            popUps::press(modal, u"RETURN"_s);
         });
         const FileNameEdit edit(QString(), parent);
-        QCOMPARE(edit.text(), QString("a"));
+        QCOMPARE(edit.text(), u"a"_s);
         QVERIFY(edit.parentWidget() == nullptr);
     }
 

@@ -3,6 +3,8 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_KeyBoardWidget : public QObject
 {
     Q_OBJECT
@@ -34,8 +36,8 @@ private slots:
 
     void the_keys_stand_in_four_rows()
     {
-        const QStringList rows{"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL", "q w e r t y u i o p",
-            "CAPS a s d f g h j k l", "RETURN <<- ->> z x c v b n m"};
+        const QStringList rows{u"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL"_s, u"q w e r t y u i o p"_s,
+            u"CAPS a s d f g h j k l"_s, u"RETURN <<- ->> z x c v b n m"_s};
         QList<PushButtonKey*> keys = m_keys->findChildren<PushButtonKey*>();
         std::sort(keys.begin(), keys.end(), [](PushButtonKey* a, PushButtonKey* b) {
             return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
@@ -48,7 +50,7 @@ private slots:
         QCOMPARE(found.size(), 4);
         QStringList lines;
         for (const QStringList& row : found) {
-            lines += row.join(' ');
+            lines += row.join(u' ');
         }
         QCOMPARE(lines, rows);
         QVERIFY(m_window->width() <= 795);
@@ -56,60 +58,60 @@ private slots:
 
     void typing_inserts_at_the_cursor_and_selects_the_character()
     {
-        press("a");
-        press("b");
-        QCOMPARE(m_field->text(), QString("ab"));
-        QCOMPARE(m_field->selectedText(), QString("b"));
+        press(u"a"_s);
+        press(u"b"_s);
+        QCOMPARE(m_field->text(), u"ab"_s);
+        QCOMPARE(m_field->selectedText(), u"b"_s);
         QCOMPARE(m_field->cursorPosition(), 2);
-        press("<<-");
-        press("7");
-        QCOMPARE(m_field->text(), QString("a7b"));
+        press(u"<<-"_s);
+        press(u"7"_s);
+        QCOMPARE(m_field->text(), u"a7b"_s);
         QCOMPARE(m_field->cursorPosition(), 2);
     }
 
     void the_command_keys_edit_and_move()
     {
-        m_field->setText("abcd");
+        m_field->setText(u"abcd"_s);
         m_field->setCursorPosition(2);
-        press("BACKSPACE");
-        QCOMPARE(m_field->text(), QString("acd"));
+        press(u"BACKSPACE"_s);
+        QCOMPARE(m_field->text(), u"acd"_s);
         QCOMPARE(m_field->cursorPosition(), 1);
-        press("DEL");
-        QCOMPARE(m_field->text(), QString("ad"));
+        press(u"DEL"_s);
+        QCOMPARE(m_field->text(), u"ad"_s);
         QCOMPARE(m_field->cursorPosition(), 1);
-        press("->>");
+        press(u"->>"_s);
         QCOMPARE(m_field->cursorPosition(), 2);
-        press("->>");
+        press(u"->>"_s);
         QCOMPARE(m_field->cursorPosition(), 2);
     }
 
     void backspace_removes_the_character_just_typed()
     {
-        press("a");
-        press("b");
-        press("BACKSPACE");
-        QCOMPARE(m_field->text(), QString("a"));
+        press(u"a"_s);
+        press(u"b"_s);
+        press(u"BACKSPACE"_s);
+        QCOMPARE(m_field->text(), u"a"_s);
     }
 
     void return_is_announced_and_changes_nothing()
     {
         QSignalSpy spy(m_keys, &KeyBoardWidget::ret_pushed);
-        m_field->setText("abc");
-        press("RETURN");
+        m_field->setText(u"abc"_s);
+        press(u"RETURN"_s);
         QCOMPARE(spy.size(), 1);
-        QCOMPARE(m_field->text(), QString("abc"));
+        QCOMPARE(m_field->text(), u"abc"_s);
     }
 
     void caps_changes_all_letters_and_what_they_type()
     {
         QSignalSpy spy(m_keys, &KeyBoardWidget::capsPushed);
-        press("CAPS");
+        press(u"CAPS"_s);
         QCOMPARE(spy.size(), 1);
         QCOMPARE(spy.first().first().toBool(), true);
-        press("Q");
-        press("CAPS");
-        press("q");
-        QCOMPARE(m_field->text(), QString("Qq"));
+        press(u"Q"_s);
+        press(u"CAPS"_s);
+        press(u"q"_s);
+        QCOMPARE(m_field->text(), u"Qq"_s);
     }
 
     void the_field_has_the_focus_after_a_key()
@@ -117,21 +119,21 @@ private slots:
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window));
         m_field->clearFocus();
-        press("a");
+        press(u"a"_s);
         QVERIFY(m_field->hasFocus());
     }
 
     void a_new_key_belongs_to_the_keyboard()
     {
-        PushButtonKey* key = m_keys->newKey("x");
-        emit key->keyPressed("x");
-        QCOMPARE(m_field->text(), QString("x"));
+        PushButtonKey* key = m_keys->newKey(u"x"_s);
+        emit key->keyPressed(u"x"_s);
+        QCOMPARE(m_field->text(), u"x"_s);
         emit m_keys->capsPushed(true);
-        QCOMPARE(key->text(), QString("X"));
+        QCOMPARE(key->text(), u"X"_s);
         QSignalSpy spy(m_keys, &KeyBoardWidget::capsPushed);
         emit key->capLocksChanged(false);
         QCOMPARE(spy.size(), 1);
-        QCOMPARE(key->text(), QString("x"));
+        QCOMPARE(key->text(), u"x"_s);
     }
 
     void without_a_field_nothing_happens()
@@ -139,13 +141,13 @@ private slots:
         QSignalSpy spy(m_keys, &KeyBoardWidget::ret_pushed);
         delete m_field;
         QVERIFY(m_keys->textEdit() == nullptr);
-        press("a");
-        press("RETURN");
+        press(u"a"_s);
+        press(u"RETURN"_s);
         QVERIFY(spy.isEmpty());
         QLineEdit other;
         m_keys->setTextEdit(other);
-        press("b");
-        QCOMPARE(other.text(), QString("b"));
+        press(u"b"_s);
+        QCOMPARE(other.text(), u"b"_s);
         const KeyBoardWidget bare(nullptr, false, nullptr);
         QVERIFY(bare.textEdit() == nullptr);
     }
@@ -153,10 +155,10 @@ private slots:
     void a_full_field_takes_no_more_characters()
     {
         m_field->setMaxLength(2);
-        m_field->setText("ab");
+        m_field->setText(u"ab"_s);
         m_field->setCursorPosition(0);
-        press("x");
-        QCOMPARE(m_field->text(), QString("ab"));
+        press(u"x"_s);
+        QCOMPARE(m_field->text(), u"ab"_s);
     }
 };
 

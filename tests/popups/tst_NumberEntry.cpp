@@ -2,6 +2,8 @@
 #include "popups/NumberRanges.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 NumberEntry typed(const QString& characters, int type = 0)
@@ -34,11 +36,11 @@ private slots:
 
     void characters_are_added_at_the_end_without_limit()
     {
-        NumberEntry entry = typed("1");
-        entry.append("2.");
+        NumberEntry entry = typed(u"1"_s);
+        entry.append(u"2."_s);
         QCOMPARE(entry.text(), "      12.");
-        QCOMPARE(typed("12", 1).display(), "      12 MHz ");
-        entry.append(QString(5000, '9'));
+        QCOMPARE(typed(u"12"_s, 1).display(), "      12 MHz ");
+        entry.append(QString(5000, u'9'));
         QCOMPARE(entry.text().size(), 5009);
     }
 
@@ -69,7 +71,7 @@ private slots:
 
     void backspace_does_not_change_a_negative_entry()
     {
-        NumberEntry entry = typed("12");
+        NumberEntry entry = typed(u"12"_s);
         entry.minus();
         entry.backspace();
         QCOMPARE(entry.text(), "       -12");
@@ -88,21 +90,21 @@ private slots:
 
     void minus_puts_seven_blanks_and_a_minus_in_front()
     {
-        NumberEntry entry = typed("12");
+        NumberEntry entry = typed(u"12"_s);
         entry.minus();
         QCOMPARE(entry.text(), "       -12");
         NumberEntry first;
         first.minus();
         QCOMPARE(first.text(), "       -");
-        first.append("5");
-        QCOMPARE(first.check(NumberRanges("-5 -5", 0), 0).value, -5.0);
+        first.append(u"5"_s);
+        QCOMPARE(first.check(NumberRanges(u"-5 -5"_s, 0), 0).value, -5.0);
     }
 
     void a_second_minus_on_a_negative_entry_changes_nothing()
     {
         NumberEntry entry;
         entry.minus();
-        entry.append("5");
+        entry.append(u"5"_s);
         entry.minus();
         QCOMPARE(entry.text(), "       -5");
     }
@@ -111,7 +113,7 @@ private slots:
     {
         QTest::addColumn<QString>("rest");
         for (const char* rest : {"", "0", "0."}) {
-            QTest::addRow("'-%s'", rest) << QString(rest);
+            QTest::addRow("'-%s'", rest) << QString::fromUtf8(rest);
         }
     }
 
@@ -122,16 +124,16 @@ private slots:
         entry.minus();
         entry.append(rest);
         entry.minus();
-        QCOMPARE(entry.text(), "       --" + rest);
+        QCOMPARE(entry.text(), u"       --"_s + rest);
         entry.plus();
-        QCOMPARE(entry.text(), "       --" + rest);
+        QCOMPARE(entry.text(), u"       --"_s + rest);
         entry.backspace();
-        QCOMPARE(entry.text(), ("       --" + rest).chopped(1));
+        QCOMPARE(entry.text(), (u"       --"_s + rest).chopped(1));
     }
 
     void plus_removes_the_minus()
     {
-        NumberEntry entry = typed("12");
+        NumberEntry entry = typed(u"12"_s);
         entry.plus();
         QCOMPARE(entry.text(), "      12");
         entry.minus();
@@ -153,7 +155,7 @@ private slots:
 
     void clearing_works_in_two_stages()
     {
-        NumberEntry entry = typed("12");
+        NumberEntry entry = typed(u"12"_s);
         QVERIFY(entry.clear());
         QCOMPARE(entry.text(), "      ");
         QVERIFY(!entry.clear());
@@ -170,10 +172,11 @@ private slots:
 
     void an_error_leaves_seven_blanks_and_the_unit()
     {
-        const QStringList units{"", "MHz", "bps", "Hz", "Rads", "%", "", "", ""};
+        const QStringList units{
+            u""_s, u"MHz"_s, u"bps"_s, u"Hz"_s, u"Rads"_s, u"%"_s, u""_s, u""_s, u""_s};
         for (int type = 0; type < units.size(); ++type) {
-            NumberEntry entry = typed("9", type);
-            QCOMPARE(entry.clearAfterError(), "       " + units.at(type));
+            NumberEntry entry = typed(u"9"_s, type);
+            QCOMPARE(entry.clearAfterError(), u"       "_s + units.at(type));
             QCOMPARE(entry.text(), "       ");
         }
     }
@@ -206,14 +209,14 @@ private slots:
         QTest::newRow("trailing point") << "5." << 0 << "0 9" << 0 << true << 5.0;
         QTest::newRow("leading zeros") << "007" << 7 << "0 9999" << 0 << true << 7.0;
         QTest::newRow("nan") << "nan" << 0 << "0 9" << 0 << false << 0.0;
-        QTest::newRow("too large") << QString(400, '9') << 0 << "0 inf" << 0 << false << 0.0;
+        QTest::newRow("too large") << QString(400, u'9') << 0 << "0 inf" << 0 << false << 0.0;
         QTest::newRow("hexadecimal") << "BEEF" << 8 << "0 65535" << 0 << true << 48879.0;
         QTest::newRow("lower-case hexadecimal") << "ff" << 8 << "255 255" << 0 << true << 255.0;
         QTest::newRow("digits are hexadecimal") << "10" << 8 << "16 16" << 0 << true << 16.0;
         QTest::newRow("1E5 is no power of ten") << "1E5" << 8 << "485 485" << 0 << true << 485.0;
-        QTest::newRow("64 bits") << QString(16, 'F') << 8 << "0 1e20" << 0 << true
+        QTest::newRow("64 bits") << QString(16, u'F') << 8 << "0 1e20" << 0 << true
                                  << 18446744073709551615.0;
-        QTest::newRow("65 bits") << QString(17, 'F') << 8 << "0 1e30" << 0 << false << 0.0;
+        QTest::newRow("65 bits") << QString(17, u'F') << 8 << "0 1e30" << 0 << false << 0.0;
     }
     void numbers_inside_a_range_are_valid()
     {
@@ -237,7 +240,7 @@ private slots:
         const auto row = [](int type, int multiplier, const char* end) {
             QTest::addRow("%d %d", type, multiplier)
                 << type << multiplier
-                << QString("<font size = 5>Invalid Entry       2 %1</font>").arg(end);
+                << u"<font size = 5>Invalid Entry       2 %1</font>"_s.arg(QString::fromUtf8(end));
         };
         row(0, 0, " ");
         row(1, 0, " MHz");
@@ -253,15 +256,15 @@ private slots:
     {
         QFETCH(int, type);
         QFETCH(int, multiplier);
-        QTEST(typed("2", type).errorText(multiplier), "text");
+        QTEST(typed(u"2"_s, type).errorText(multiplier), "text");
     }
 
     void a_long_entry_is_shortened_in_the_error_text()
     {
-        const QString text = typed("1" + QString(500, '0') + "7").errorText(0);
-        QVERIFY(text.startsWith("<font size = 5>Invalid Entry       1000"));
+        const QString text = typed(u"1"_s + QString(500, u'0') + u"7"_s).errorText(0);
+        QVERIFY(text.startsWith(u"<font size = 5>Invalid Entry       1000"_s));
         QVERIFY(text.contains(QChar(0x2026)));
-        QVERIFY(text.endsWith("0007  </font>"));
+        QVERIFY(text.endsWith(u"0007  </font>"_s));
         QVERIFY(text.size() < 90);
     }
 };

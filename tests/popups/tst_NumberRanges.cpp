@@ -3,6 +3,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString line(const QString& ranges, int type)
@@ -21,7 +23,7 @@ class tst_NumberRanges : public QObject
 private slots:
     void ranges_are_sorted_by_their_low_bound()
     {
-        const NumberRanges ranges("10 20:1 5", 0);
+        const NumberRanges ranges(u"10 20:1 5"_s, 0);
         const QList<NumberRanges::Range> expected{{1, 5}, {10, 20}};
         QCOMPARE(ranges.ranges(), expected);
         QCOMPARE(ranges.padText(), "1 to 5, 10 to 20");
@@ -31,7 +33,7 @@ private slots:
     void equal_low_bounds_keep_their_order()
     {
         const QList<NumberRanges::Range> expected{{1, 3}, {1, 9}, {1, 2}, {2, 0}};
-        QCOMPARE(NumberRanges("2 0:1 3:1 9:1 2", 0).ranges(), expected);
+        QCOMPARE(NumberRanges(u"2 0:1 3:1 9:1 2"_s, 0).ranges(), expected);
     }
 
     void items_that_are_not_ranges_are_ignored_data()
@@ -81,40 +83,41 @@ private slots:
     void both_bounds_are_inside()
     {
         QFETCH(double, value);
-        QTEST(NumberRanges("10 20:1 5", 0).contains(value), "inside");
+        QTEST(NumberRanges(u"10 20:1 5"_s, 0).contains(value), "inside");
     }
 
-    void without_a_range_nothing_is_valid() { QVERIFY(!NumberRanges("", 0).contains(0.0)); }
+    void without_a_range_nothing_is_valid() { QVERIFY(!NumberRanges(u""_s, 0).contains(0.0)); }
 
     void three_ranges_stand_on_a_line()
     {
-        QCOMPARE(line("1 2:3 4:5 6", 0), "1 to 2, 3 to 4, 5 to 6");
-        QCOMPARE(line("1 2:3 4:5 6:7 8", 0), "1 to 2, 3 to 4, 5 to 6\r\n" + Indent + "7 to 8");
-        QCOMPARE(line("1 2:3 4:5 6:7 8:9 10:11 12:13 14", 0),
-            "1 to 2, 3 to 4, 5 to 6\r\n" + Indent + "7 to 8, 9 to 10, 11 to 12\r\n" + Indent +
-                "13 to 14");
+        QCOMPARE(line(u"1 2:3 4:5 6"_s, 0), "1 to 2, 3 to 4, 5 to 6");
+        QCOMPARE(
+            line(u"1 2:3 4:5 6:7 8"_s, 0), u"1 to 2, 3 to 4, 5 to 6\r\n"_s + Indent + u"7 to 8"_s);
+        QCOMPARE(line(u"1 2:3 4:5 6:7 8:9 10:11 12:13 14"_s, 0),
+            u"1 to 2, 3 to 4, 5 to 6\r\n"_s + Indent + u"7 to 8, 9 to 10, 11 to 12\r\n"_s + Indent +
+                u"13 to 14"_s);
     }
 
     void six_ranges_end_without_a_line_break()
     {
-        QCOMPARE(line("1 2:3 4:5 6:7 8:9 10:11 12", 0),
-            "1 to 2, 3 to 4, 5 to 6\r\n" + Indent + "7 to 8, 9 to 10, 11 to 12");
+        QCOMPARE(line(u"1 2:3 4:5 6:7 8:9 10:11 12"_s, 0),
+            u"1 to 2, 3 to 4, 5 to 6\r\n"_s + Indent + u"7 to 8, 9 to 10, 11 to 12"_s);
     }
 
     void more_than_nine_ranges_are_all_kept()
     {
         QStringList items;
         for (int i = 0; i < 20; ++i) {
-            items += QString("%1 %2").arg(100 + i).arg(100 + i);
+            items += u"%1 %2"_s.arg(100 + i).arg(100 + i);
         }
-        const NumberRanges ranges(items.join(":"), 0);
+        const NumberRanges ranges(items.join(u":"_s), 0);
         QCOMPARE(ranges.ranges().size(), 20);
         QVERIFY(ranges.contains(119));
-        const QStringList lines = ranges.padText().split("\r\n");
+        const QStringList lines = ranges.padText().split(u"\r\n"_s);
         QCOMPARE(lines.size(), 7);
-        QCOMPARE(lines.at(3), Indent + "109 to 109, 110 to 110, 111 to 111");
-        QCOMPARE(lines.at(6), Indent + "118 to 118, 119 to 119");
-        QCOMPARE(ranges.errorText().split("\r\n").size(), 20);
+        QCOMPARE(lines.at(3), Indent + u"109 to 109, 110 to 110, 111 to 111"_s);
+        QCOMPARE(lines.at(6), Indent + u"118 to 118, 119 to 119"_s);
+        QCOMPARE(ranges.errorText().split(u"\r\n"_s).size(), 20);
     }
 
     void a_range_is_written_as_its_type_wants_data()
@@ -124,7 +127,7 @@ private slots:
         QTest::addColumn<double>("high");
         QTest::addColumn<QString>("text");
         const auto row = [](int type, double low, double high, const char* text) {
-            QTest::addRow("%d: %s", type, text) << type << low << high << QString(text);
+            QTest::addRow("%d: %s", type, text) << type << low << high << QString::fromUtf8(text);
         };
         row(0, -10, 10, "-10 to 10");
         row(0, -10, -2.5, "-10 to -2.5");
@@ -172,15 +175,15 @@ private slots:
     void the_range_line_of_each_type()
     {
         QFETCH(int, type);
-        QTEST(NumberRanges("10 20:1 5", type).rangeLine("The title"), "text");
+        QTEST(NumberRanges(u"10 20:1 5"_s, type).rangeLine(u"The title"_s), "text");
     }
 
     void a_frequency_line_is_indented_by_five_more_blanks()
     {
-        const NumberRanges ranges("1 2:3 4:5 6:7 8", 1);
+        const NumberRanges ranges(u"1 2:3 4:5 6:7 8"_s, 1);
         QCOMPARE(ranges.rangeLine({}),
-            "Valid Range(s)(MHz): (1.0 to 2.0), (3.0 to 4.0), (5.0 to 6.0)\r\n     " + Indent +
-                "(7.0 to 8.0)");
+            u"Valid Range(s)(MHz): (1.0 to 2.0), (3.0 to 4.0), (5.0 to 6.0)\r\n     "_s + Indent +
+                u"(7.0 to 8.0)"_s);
     }
 };
 

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 class tst_PopUpDialog : public QObject
 {
     Q_OBJECT
@@ -24,14 +26,14 @@ class tst_PopUpDialog : public QObject
 private slots:
     void it_has_a_title_of_45_pixels_above_its_contents()
     {
-        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
+        PopUpDialog dialog(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
         auto* content = new QWidget;
         dialog.column()->addWidget(content);
-        const auto* label = dialog.findChild<QLabel*>("titleLabel");
+        const auto* label = dialog.findChild<QLabel*>(u"titleLabel"_s);
         QVERIFY(label != nullptr);
-        QCOMPARE(dialog.objectName(), QString("Name"));
-        QCOMPARE(dialog.windowTitle(), QString("Mode"));
-        QCOMPARE(label->text(), QString("Mode"));
+        QCOMPARE(dialog.objectName(), u"Name"_s);
+        QCOMPARE(dialog.windowTitle(), u"Mode"_s);
+        QCOMPARE(label->text(), u"Mode"_s);
         QCOMPARE(label->minimumHeight(), 45);
         QCOMPARE(label->maximumHeight(), 45);
         QCOMPARE(label->alignment(), Qt::AlignCenter);
@@ -40,17 +42,17 @@ private slots:
 
     void it_is_a_customised_window_with_a_title()
     {
-        const PopUpDialog framed("Name", "Mode", Qt::WindowFlags(), 6);
+        const PopUpDialog framed(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
         QVERIFY(framed.windowFlags().testFlag(Qt::CustomizeWindowHint));
         QVERIFY(framed.windowFlags().testFlag(Qt::WindowTitleHint));
         QVERIFY(!framed.windowFlags().testFlag(Qt::FramelessWindowHint));
-        const PopUpDialog frameless("Name", "Mode", Qt::FramelessWindowHint, 6);
+        const PopUpDialog frameless(u"Name"_s, u"Mode"_s, Qt::FramelessWindowHint, 6);
         QVERIFY(frameless.windowFlags().testFlag(Qt::FramelessWindowHint));
     }
 
     void a_long_title_does_not_widen_the_dialog()
     {
-        const PopUpDialog dialog("Name", QString(500, 'W'), Qt::WindowFlags(), 6);
+        const PopUpDialog dialog(u"Name"_s, QString(500, u'W'), Qt::WindowFlags(), 6);
         QVERIFY(dialog.sizeHint().width() < 20);
     }
 
@@ -65,7 +67,7 @@ private slots:
     {
         QFETCH(QSize, contents);
         QFETCH(QSize, size);
-        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
+        PopUpDialog dialog(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
         auto* content = new QWidget;
         content->setMinimumSize(contents);
         dialog.column()->setSpacing(6);
@@ -80,17 +82,17 @@ private slots:
     {
         QTest::addColumn<QString>("title");
         QTest::newRow("short") << "Mode";
-        QTest::newRow("73 wide characters") << QString(73, 'W');
-        QTest::newRow("endless") << QString(2000, 'W');
+        QTest::newRow("73 wide characters") << QString(73, u'W');
+        QTest::newRow("endless") << QString(2000, u'W');
         QTest::newRow("markup") << "<b>Mode</b> & more";
     }
     void every_title_is_painted_inside()
     {
         QFETCH(QString, title);
-        PopUpDialog dialog("Name", title, Qt::WindowFlags(), 6);
+        PopUpDialog dialog(u"Name"_s, title, Qt::WindowFlags(), 6);
         dialog.setFixedWidth(795);
         dialog.show();
-        auto* label = dialog.findChild<QLabel*>("titleLabel");
+        auto* label = dialog.findChild<QLabel*>(u"titleLabel"_s);
         QCOMPARE(label->size(), QSize(783, 45));
         const QImage picture = label->grab().toImage();
         QCOMPARE(label->text(), title);
@@ -101,13 +103,13 @@ private slots:
 
     void an_ampersand_is_shown()
     {
-        PopUpDialog with("Name", "& & & &", Qt::WindowFlags(), 6);
-        PopUpDialog without("Name", "       ", Qt::WindowFlags(), 6);
+        PopUpDialog with(u"Name"_s, u"& & & &"_s, Qt::WindowFlags(), 6);
+        PopUpDialog without(u"Name"_s, u"       "_s, Qt::WindowFlags(), 6);
         QList<int> white;
         for (PopUpDialog* dialog : {&with, &without}) {
             dialog->setFixedWidth(300);
             dialog->show();
-            auto* label = dialog->findChild<QLabel*>("titleLabel");
+            auto* label = dialog->findChild<QLabel*>(u"titleLabel"_s);
             white += whitePixels(label->grab().toImage(), QRect(0, 0, 288, 45));
         }
         QVERIFY(white.first() > 40);

@@ -2,6 +2,8 @@
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_PopUpFileBoard : public QObject
 {
     Q_OBJECT
@@ -10,89 +12,89 @@ class tst_PopUpFileBoard : public QObject
     {
         PopUpFileBoard popUp;
         whenModal(then);
-        return popUp.new_pop_fileboard(files, "Store", 4, 4);
+        return popUp.new_pop_fileboard(files, u"Store"_s, 4, 4);
     }
 
 private slots:
     void a_pressed_file_returns_its_value()
     {
-        QCOMPARE(run("a1 Night setup:a2 Day",
-                     [](QWidget* modal) { popUps::press(modal, "Night setup"); }),
-            QString("a1"));
+        QCOMPARE(run(u"a1 Night setup:a2 Day"_s,
+                     [](QWidget* modal) { popUps::press(modal, u"Night setup"_s); }),
+            u"a1"_s);
     }
 
     void cancel_returns_nothing()
     {
-        QCOMPARE(
-            run("a1 Night", [](QWidget* modal) { popUps::press(modal, "Cancel"); }), QString());
+        QCOMPARE(run(u"a1 Night"_s, [](QWidget* modal) { popUps::press(modal, u"Cancel"_s); }),
+            QString());
     }
 
     void a_typed_name_is_returned()
     {
-        QCOMPARE(run("a1 Night",
+        QCOMPARE(run(u"a1 Night"_s,
                      [](QWidget* modal) {
                          whenModal([](QWidget* name) {
-                             popUps::press(name, "x");
-                             popUps::press(name, "1");
-                             popUps::press(name, "RETURN");
+                             popUps::press(name, u"x"_s);
+                             popUps::press(name, u"1"_s);
+                             popUps::press(name, u"RETURN"_s);
                          });
-                         popUps::press(modal, "New File");
+                         popUps::press(modal, u"New File"_s);
                      }),
-            QString("x1"));
+            u"x1"_s);
     }
 
     void a_cancelled_name_leaves_the_board_open()
     {
-        const QString answer = run("a1 Night", [](QWidget* modal) {
+        const QString answer = run(u"a1 Night"_s, [](QWidget* modal) {
             whenModal([](QWidget* name) {
-                QCOMPARE(name->objectName(), QString("FileNameEdit"));
-                popUps::press(name, "x");
+                QCOMPARE(name->objectName(), u"FileNameEdit"_s);
+                popUps::press(name, u"x"_s);
                 popUps::dialog(name)->reject();
             });
-            popUps::press(modal, "New File");
+            popUps::press(modal, u"New File"_s);
             QVERIFY(modal->isVisible());
-            popUps::press(modal, "Cancel");
+            popUps::press(modal, u"Cancel"_s);
         });
         QVERIFY(answer.isEmpty());
     }
 
     void an_empty_name_leaves_the_board_open()
     {
-        const QString answer = run("a1 Night", [](QWidget* modal) {
-            whenModal([](QWidget* name) { popUps::press(name, "RETURN"); });
-            popUps::press(modal, "New File");
+        const QString answer = run(u"a1 Night"_s, [](QWidget* modal) {
+            whenModal([](QWidget* name) { popUps::press(name, u"RETURN"_s); });
+            popUps::press(modal, u"New File"_s);
             QVERIFY(modal->isVisible());
-            popUps::press(modal, "Night");
+            popUps::press(modal, u"Night"_s);
         });
-        QCOMPARE(answer, QString("a1"));
+        QCOMPARE(answer, u"a1"_s);
     }
 
     void the_dialog_has_its_title_sheet_and_flags()
     {
-        run("a1 Night:a2 Day", [](QWidget* modal) {
-            QCOMPARE(modal->objectName(), QString("PopUpFileBoard"));
-            QCOMPARE(modal->windowTitle(), QString("Select Store value"));
+        run(u"a1 Night:a2 Day"_s, [](QWidget* modal) {
+            QCOMPARE(modal->objectName(), u"PopUpFileBoard"_s);
+            QCOMPARE(modal->windowTitle(), u"Select Store value"_s);
             QCOMPARE(modal->styleSheet(),
-                QString("background-color:darkgray; border-width: 2px; border-style: solid; "
-                        "border-color: black; font-size: 16px; border-radius: 4px;"));
-            const QPushButton* newFile = buttonWithText(modal, "New File");
-            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+                u"background-color:darkgray; border-width: 2px; border-style: solid; "_s
+                u"border-color: black; font-size: 16px; border-radius: 4px;"_s);
+            const QPushButton* newFile = buttonWithText(modal, u"New File"_s);
+            const QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
             QCOMPARE(newFile->y(), cancel->y());
             QVERIFY(newFile->geometry().right() < cancel->x());
             QCOMPARE(newFile->styleSheet(),
-                QString("QPushButton {background-color:green; color:white;} QPushButton:pressed "
-                        "{background-color: #4169e1;}"));
-            QCOMPARE(buttonWithText(modal, "Day")->styleSheet(),
-                QString("QPushButton {background-color: #919191; color:black;} "
-                        "QPushButton:pressed {background-color: #4169e1;}"));
+                u"QPushButton {background-color:green; color:white;} QPushButton:pressed "_s
+                u"{background-color: #4169e1;}"_s);
+            QCOMPARE(buttonWithText(modal, u"Day"_s)->styleSheet(),
+                u"QPushButton {background-color: #919191; color:black;} "_s
+                u"QPushButton:pressed {background-color: #4169e1;}"_s);
             popUps::dialog(modal)->reject();
         });
     }
 
     void a_long_text_is_neither_broken_nor_shrunk_in_its_sheet()
     {
-        run("1 A text of more than fifteen characters", [](QWidget* modal) {
-            QVERIFY(buttonWithText(modal, "A text of more than fifteen characters") != nullptr);
+        run(u"1 A text of more than fifteen characters"_s, [](QWidget* modal) {
+            QVERIFY(buttonWithText(modal, u"A text of more than fifteen characters"_s) != nullptr);
             popUps::dialog(modal)->reject();
         });
     }
@@ -113,8 +115,8 @@ private slots:
         QFETCH(int, count);
         QFETCH(int, columns);
         QFETCH(int, leastHeight);
-        const QString longText(58, 'W');
-        for (const QString& text : {QString("file"), longText}) {
+        const QString longText(58, u'W');
+        for (const QString& text : {u"file"_s, longText}) {
             PopUpFileBoard popUp;
             whenModal([&](QWidget* modal) {
                 QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
@@ -132,12 +134,12 @@ private slots:
 
     void new_file_and_cancel_lie_over_the_files_in_their_cells()
     {
-        run(popUps::list(18, "f"), [](QWidget* modal) {
-            QCOMPARE(
-                popUps::onTopOf(buttonWithText(modal, "f14")), buttonWithText(modal, "New File"));
-            QCOMPARE(
-                popUps::onTopOf(buttonWithText(modal, "f15")), buttonWithText(modal, "Cancel"));
-            popUps::press(modal, "Cancel");
+        run(popUps::list(18, u"f"_s), [](QWidget* modal) {
+            QCOMPARE(popUps::onTopOf(buttonWithText(modal, u"f14"_s)),
+                buttonWithText(modal, u"New File"_s));
+            QCOMPARE(popUps::onTopOf(buttonWithText(modal, u"f15"_s)),
+                buttonWithText(modal, u"Cancel"_s));
+            popUps::press(modal, u"Cancel"_s);
         });
     }
 
@@ -147,13 +149,13 @@ private slots:
         whenModal([&](QWidget* modal) {
             whenModal([&](QWidget* name) {
                 delete popUp;
-                popUps::press(name, "x");
-                popUps::press(name, "RETURN");
+                popUps::press(name, u"x"_s);
+                popUps::press(name, u"RETURN"_s);
             });
-            popUps::press(modal, "New File");
+            popUps::press(modal, u"New File"_s);
             popUps::dialog(modal)->reject();
         });
-        QCOMPARE(popUp->new_pop_fileboard("a1 Night", "Store", 4, 4), QString());
+        QCOMPARE(popUp->new_pop_fileboard(u"a1 Night"_s, u"Store"_s, 4, 4), QString());
     }
 };
 

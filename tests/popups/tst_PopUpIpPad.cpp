@@ -6,12 +6,14 @@
 #include <QDialog>
 #include <QMessageBox>
 
+using namespace Qt::StringLiterals;
+
 using namespace padScreen;
 
 namespace {
 
 QString run(PopUpIpPad& pad, const std::function<void(QWidget*)>& script,
-    const QString& title = "Address", const QString& current = "10.0.0.1")
+    const QString& title = u"Address"_s, const QString& current = u"10.0.0.1"_s)
 {
     play(script);
     return pad.new_pop_IP_NumberPad(title, current);
@@ -31,7 +33,7 @@ bool type(const QWidget* dialog, const QString& keys)
 
 void press(const QWidget* dialog, const char* key)
 {
-    QVERIFY2(padScreen::press(dialog, {key}), key);
+    QVERIFY2(padScreen::press(dialog, {QString::fromUtf8(key)}), key);
 }
 
 } // namespace
@@ -53,8 +55,8 @@ private slots:
             QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
             QCOMPARE(
                 dialog->styleSheet(), "QMenuBar {background-color: #F5F5F5; font-size: 12px;}");
-            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->text(), "Address");
-            QCOMPARE(dialog->findChild<QLabel*>("currentValueLabel")->text(), "IPv4: 10.0.0.1");
+            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), "Address");
+            QCOMPARE(dialog->findChild<QLabel*>(u"currentValueLabel"_s)->text(), "IPv4: 10.0.0.1");
             QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
         });
     }
@@ -65,8 +67,8 @@ private slots:
         QTest::addColumn<QString>("current");
         QTest::newRow("plain") << "Address"
                                << "10.0.0.1";
-        QTest::newRow("long") << QString(60, 'W') << QString(60, 'W');
-        QTest::newRow("endless") << QString(1000, 'W') << QString(1000, 'W');
+        QTest::newRow("long") << QString(60, u'W') << QString(60, u'W');
+        QTest::newRow("endless") << QString(1000, u'W') << QString(1000, u'W');
     }
     void nothing_overlaps_and_every_key_can_be_touched()
     {
@@ -109,7 +111,7 @@ private slots:
     {
         run([](QWidget* dialog) {
             const auto at = [dialog](const char* key) {
-                return place(dialog, buttonWithText(dialog, key)).center();
+                return place(dialog, buttonWithText(dialog, QString::fromUtf8(key))).center();
             };
             const QList<QList<const char*>> rows{{"7", "8", "9", "BackSpace"}, {"4", "5", "6"},
                 {"1", "2", "3"}, {"0", ".", "CE/Cancel", "Enter"}};
@@ -122,7 +124,7 @@ private slots:
                     QVERIFY(column == 0 || its.x() > at(rows.at(row).at(column - 1)).x());
                 }
             }
-            QVERIFY(dialog->findChild<QLabel*>("entryLabel")->width() >= 250);
+            QVERIFY(dialog->findChild<QLabel*>(u"entryLabel"_s)->width() >= 250);
         });
     }
 
@@ -130,7 +132,7 @@ private slots:
     {
         run([](QWidget* dialog) {
             const auto sheet = [dialog](const char* key) {
-                return buttonWithText(dialog, key)->styleSheet();
+                return buttonWithText(dialog, QString::fromUtf8(key))->styleSheet();
             };
             QCOMPARE(sheet("1"),
                 "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
@@ -141,20 +143,20 @@ private slots:
                 "QPushButton {background-color:#b0c4de; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
             QCOMPARE(sheet("Enter"),
                 "QPushButton {background-color:green; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
-            QCOMPARE(dialog->findChild<QLabel*>("entryLabel")->styleSheet(),
+            QCOMPARE(dialog->findChild<QLabel*>(u"entryLabel"_s)->styleSheet(),
                 "background-color: white; font-size: 32px");
-            QCOMPARE(buttonWithText(dialog, "1")->maximumHeight(), 100);
+            QCOMPARE(buttonWithText(dialog, u"1"_s)->maximumHeight(), 100);
             // readable, although its sheet names no size
-            QCOMPARE(QFontInfo(buttonWithText(dialog, "Enter")->font()).pixelSize(), 26);
+            QCOMPARE(QFontInfo(buttonWithText(dialog, u"Enter"_s)->font()).pixelSize(), 26);
         });
     }
 
     void an_address_is_returned_as_it_was_typed()
     {
         QCOMPARE(run([](QWidget* dialog) {
-            QVERIFY(type(dialog, "192168001"));
+            QVERIFY(type(dialog, u"192168001"_s));
             QCOMPARE(entry(dialog), "192.168.001");
-            QVERIFY(type(dialog, ".2"));
+            QVERIFY(type(dialog, u".2"_s));
             press(dialog, "Enter");
             QVERIFY(!dialog->isVisible());
         }),
@@ -164,7 +166,7 @@ private slots:
     void backspace_removes_the_last_character()
     {
         run([](QWidget* dialog) {
-            QVERIFY(type(dialog, "1234"));
+            QVERIFY(type(dialog, u"1234"_s));
             press(dialog, "BackSpace");
             QCOMPARE(entry(dialog), "123.");
         });
@@ -173,7 +175,7 @@ private slots:
     void clear_first_clears_and_then_cancels()
     {
         QCOMPARE(run([](QWidget* dialog) {
-            QVERIFY(type(dialog, "1.2.3.4"));
+            QVERIFY(type(dialog, u"1.2.3.4"_s));
             press(dialog, "CE/Cancel");
             QCOMPARE(entry(dialog), "");
             QVERIFY(dialog->isVisible());
@@ -199,7 +201,7 @@ private slots:
                 seen = true;
                 clickOn(box->button(QMessageBox::Ok));
             });
-            QVERIFY(type(dialog, "256.1.1.1"));
+            QVERIFY(type(dialog, u"256.1.1.1"_s));
             press(dialog, "Enter");
             QVERIFY(seen);
             QVERIFY(dialog->isVisible());
@@ -212,7 +214,7 @@ private slots:
     {
         QCOMPARE(run([](QWidget* dialog) {
             play([](QWidget* box) { box->close(); });
-            QVERIFY(type(dialog, "1.2.3"));
+            QVERIFY(type(dialog, u"1.2.3"_s));
             press(dialog, "Enter");
             press(dialog, "CE/Cancel");
             press(dialog, "CE/Cancel");
@@ -223,7 +225,7 @@ private slots:
     void every_opening_starts_empty()
     {
         PopUpIpPad pad;
-        run(pad, [](QWidget* dialog) { QVERIFY(type(dialog, "1.2")); });
+        run(pad, [](QWidget* dialog) { QVERIFY(type(dialog, u"1.2"_s)); });
         run(pad, [](QWidget* dialog) { QCOMPARE(entry(dialog), ""); });
     }
 
@@ -231,7 +233,7 @@ private slots:
     {
         PopUpIpPad pad;
         run(pad, [&pad](QWidget* dialog) {
-            QCOMPARE(pad.new_pop_IP_NumberPad("b", ""), "");
+            QCOMPARE(pad.new_pop_IP_NumberPad(u"b"_s, u""_s), "");
             QCOMPARE(QApplication::activeModalWidget(), dialog);
         });
     }
@@ -241,7 +243,7 @@ private slots:
         const int before = topLevels();
         auto* pad = new PopUpIpPad;
         play([pad](QWidget* /*dialog*/) { delete pad; });
-        QCOMPARE(pad->new_pop_IP_NumberPad("a", "b"), "");
+        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), "");
         QCOMPARE(topLevels(), before);
     }
 
@@ -254,16 +256,16 @@ private slots:
                 QVERIFY(qobject_cast<QMessageBox*>(box) != nullptr);
                 delete pad;
             });
-            buttonWithText(dialog, "Enter")->click();
+            buttonWithText(dialog, u"Enter"_s)->click();
         });
-        QCOMPARE(pad->new_pop_IP_NumberPad("a", "b"), "");
+        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), "");
         QCOMPARE(topLevels(), before);
     }
 
     void slots_of_a_closed_pad_do_nothing()
     {
         PopUpIpPad pad;
-        pad.num_button_clicked("1");
+        pad.num_button_clicked(u"1"_s);
         pad.backspace();
         pad.clear_entry();
     }

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 class tst_PopUpKeyBoard : public QObject
 {
     Q_OBJECT
@@ -17,14 +19,14 @@ class tst_PopUpKeyBoard : public QObject
             then(modal);
             popUps::dialog(modal)->reject();
         });
-        return popUp.new_pop_keyboard(list, "Mode", rows, columns, disabled, keepLarge);
+        return popUp.new_pop_keyboard(list, u"Mode"_s, rows, columns, disabled, keepLarge);
     }
 
     static QString pressed(const QString& list, const QString& text)
     {
         PopUpKeyBoard popUp;
         whenModal([&](QWidget* modal) { popUps::press(modal, text); });
-        return popUp.new_pop_keyboard(list, "Mode", 4, 4, false);
+        return popUp.new_pop_keyboard(list, u"Mode"_s, 4, 4, false);
     }
 
 private slots:
@@ -44,68 +46,68 @@ private slots:
     void a_pressed_choice_returns_its_value()
     {
         QFETCH(QString, text);
-        const QString value = pressed("0 Off:1 On:xyz A b c", text);
+        const QString value = pressed(u"0 Off:1 On:xyz A b c"_s, text);
         QTEST(value, "value");
     }
 
     void a_second_call_forgets_the_first_selection()
     {
         PopUpKeyBoard popUp;
-        whenModal([](QWidget* modal) { popUps::press(modal, "On"); });
-        QCOMPARE(popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false), QString("1"));
-        whenModal([](QWidget* modal) { popUps::press(modal, "Cancel"); });
-        QCOMPARE(popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false), QString());
+        whenModal([](QWidget* modal) { popUps::press(modal, u"On"_s); });
+        QCOMPARE(popUp.new_pop_keyboard(u"0 Off:1 On"_s, u"Mode"_s, 4, 4, false), u"1"_s);
+        whenModal([](QWidget* modal) { popUps::press(modal, u"Cancel"_s); });
+        QCOMPARE(popUp.new_pop_keyboard(u"0 Off:1 On"_s, u"Mode"_s, 4, 4, false), QString());
     }
 
     void the_dialog_has_its_title_sheet_and_flags()
     {
         PopUpKeyBoard popUp;
         whenModal([](QWidget* modal) {
-            QCOMPARE(modal->objectName(), QString("PopUpKeyBoard"));
+            QCOMPARE(modal->objectName(), u"PopUpKeyBoard"_s);
             QCOMPARE(modal->size(), QSize(795, 478));
-            QCOMPARE(modal->windowTitle(), QString("Select I & Q value"));
+            QCOMPARE(modal->windowTitle(), u"Select I & Q value"_s);
             QCOMPARE(modal->styleSheet(),
-                QString("background-color:LightGray; border-width: 2px; border-style: solid; "
-                        "border-color: black; font-size: 16px; border-radius: 4px;"));
+                u"background-color:LightGray; border-width: 2px; border-style: solid; "_s
+                u"border-color: black; font-size: 16px; border-radius: 4px;"_s);
             const auto* title = modal->findChild<QLabel*>("titleLabel");
             QVERIFY(title != nullptr);
-            QCOMPARE(title->text(), QString("Select I & Q value"));
+            QCOMPARE(title->text(), u"Select I & Q value"_s);
             QCOMPARE(title->height(), 45);
             QCOMPARE(title->styleSheet(),
-                QString("QLabel{color:white; background:rgb(66,89,148); font-size: 18px;}"));
-            QCOMPARE(buttonWithText(modal, "Cancel")->styleSheet(),
-                QString("QPushButton {background-color:red; color:white; font-size: 26px; } "
-                        "QPushButton:pressed {background-color: #4169e1;}"));
+                u"QLabel{color:white; background:rgb(66,89,148); font-size: 18px;}"_s);
+            QCOMPARE(buttonWithText(modal, u"Cancel"_s)->styleSheet(),
+                u"QPushButton {background-color:red; color:white; font-size: 26px; } "_s
+                u"QPushButton:pressed {background-color: #4169e1;}"_s);
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_keyboard("0 Off", "I && Q", 4, 4, false);
+        popUp.new_pop_keyboard(u"0 Off"_s, u"I && Q"_s, 4, 4, false);
     }
 
     void styles_follow_the_length_of_the_text()
     {
-        const QString large = "QPushButton {background-color: #919191; color:black; font-size: "
-                              "28px;} QPushButton:pressed {background-color: #4169e1;}";
-        const QString small = "QPushButton {background-color: #919191; color:black; font-size: "
-                              "18px;} QPushButton:pressed {background-color: #4169e1;}";
-        run("0 Off:1 Sixteen charact.:2 eleven char", 4, 3, {}, false, [&](QWidget* modal) {
-            QCOMPARE(buttonWithText(modal, "Off")->styleSheet(), large);
-            QCOMPARE(buttonWithText(modal, "eleven char")->styleSheet(), small);
-            QCOMPARE(buttonWithText(modal, "Sixteen charact\n.")->styleSheet(), small);
+        const QString large = u"QPushButton {background-color: #919191; color:black; font-size: "_s
+                              u"28px;} QPushButton:pressed {background-color: #4169e1;}"_s;
+        const QString small = u"QPushButton {background-color: #919191; color:black; font-size: "_s
+                              u"18px;} QPushButton:pressed {background-color: #4169e1;}"_s;
+        run(u"0 Off:1 Sixteen charact.:2 eleven char"_s, 4, 3, {}, false, [&](QWidget* modal) {
+            QCOMPARE(buttonWithText(modal, u"Off"_s)->styleSheet(), large);
+            QCOMPARE(buttonWithText(modal, u"eleven char"_s)->styleSheet(), small);
+            QCOMPARE(buttonWithText(modal, u"Sixteen charact\n."_s)->styleSheet(), small);
         });
-        run("0 Sixteen charact.", 4, 3, {}, true, [&](QWidget* modal) {
-            QCOMPARE(buttonWithText(modal, "Sixteen charact.")->styleSheet(), large);
+        run(u"0 Sixteen charact."_s, 4, 3, {}, true, [&](QWidget* modal) {
+            QCOMPARE(buttonWithText(modal, u"Sixteen charact."_s)->styleSheet(), large);
         });
     }
 
     void a_disabled_choice_is_dark_and_does_nothing()
     {
-        const QString answer = run("0 Off:1 On", 4, 4, {0}, false, [](QWidget* modal) {
-            QPushButton* off = buttonWithText(modal, "Off");
+        const QString answer = run(u"0 Off:1 On"_s, 4, 4, {0}, false, [](QWidget* modal) {
+            QPushButton* off = buttonWithText(modal, u"Off"_s);
             QVERIFY(!off->isEnabled());
             QCOMPARE(off->styleSheet(),
-                QString("QPushButton {background-color: #2f4f4f; color:#808080; font-size: 28px;} "
-                        "QPushButton:pressed {background-color: #4169e1;}"));
-            QVERIFY(buttonWithText(modal, "On")->isEnabled());
+                u"QPushButton {background-color: #2f4f4f; color:#808080; font-size: 28px;} "_s
+                u"QPushButton:pressed {background-color: #4169e1;}"_s);
+            QVERIFY(buttonWithText(modal, u"On"_s)->isEnabled());
             clickOn(off);
             QVERIFY(modal->isVisible());
         });
@@ -114,7 +116,7 @@ private slots:
 
     void empty_items_make_no_button()
     {
-        run("0 Eye Pattern:1 Constellation:2 Off:", 4, 4, {}, false, [](QWidget* modal) {
+        run(u"0 Eye Pattern:1 Constellation:2 Off:"_s, 4, 4, {}, false, [](QWidget* modal) {
             QCOMPARE(modal->findChildren<QPushButton*>().size(), 4); // with "Cancel"
         });
     }
@@ -142,8 +144,8 @@ private slots:
         QFETCH(int, rows);
         QFETCH(int, columns);
         QFETCH(int, leastHeight);
-        const QString longText(58, 'W');
-        for (const QString& text : {QString("text"), longText}) {
+        const QString longText(58, u'W');
+        for (const QString& text : {u"text"_s, longText}) {
             run(popUps::list(count, text), rows, columns, {}, true, [&](QWidget* modal) {
                 QVERIFY(popUps::isInsideScreen(modal));
                 QVERIFY(popUps::isCentred(modal));
@@ -166,17 +168,17 @@ private slots:
             QCOMPARE(modal->findChild<QLabel*>("titleLabel")->text().size(), 73);
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_keyboard("0 Off", QString(60, 'W'), 4, 4, false);
+        popUp.new_pop_keyboard(u"0 Off"_s, QString(60, u'W'), 4, 4, false);
     }
 
     void cancel_lies_over_the_choice_in_its_cell()
     {
-        const QString answer = run(popUps::list(18, "c"), 4, 4, {}, false, [](QWidget* modal) {
-            QPushButton* cancel = buttonWithText(modal, "Cancel");
-            QPushButton* covered = buttonWithText(modal, "c15");
+        const QString answer = run(popUps::list(18, u"c"_s), 4, 4, {}, false, [](QWidget* modal) {
+            QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
+            QPushButton* covered = buttonWithText(modal, u"c15"_s);
             QCOMPARE(covered->geometry(), cancel->geometry());
             QCOMPARE(popUps::onTopOf(covered), cancel);
-            QVERIFY(buttonWithText(modal, "c16")->y() > cancel->y());
+            QVERIFY(buttonWithText(modal, u"c16"_s)->y() > cancel->y());
             clickOn(cancel);
             QVERIFY(!modal->isVisible());
         });
@@ -185,7 +187,7 @@ private slots:
 
     void a_choice_below_the_last_row_can_be_pressed()
     {
-        QCOMPARE(pressed(popUps::list(18, "c"), "c17"), QString("17"));
+        QCOMPARE(pressed(popUps::list(18, u"c"_s), u"c17"_s), u"17"_s);
     }
 
     void the_pop_up_may_be_deleted_while_it_is_open()
@@ -193,9 +195,9 @@ private slots:
         auto* popUp = new PopUpKeyBoard;
         whenModal([&](QWidget* modal) {
             delete popUp;
-            popUps::press(modal, "Off");
+            popUps::press(modal, u"Off"_s);
         });
-        QCOMPARE(popUp->new_pop_keyboard("0 Off", "Mode", 4, 4, false), QString());
+        QCOMPARE(popUp->new_pop_keyboard(u"0 Off"_s, u"Mode"_s, 4, 4, false), QString());
     }
 };
 

@@ -5,6 +5,8 @@
 
 #include <QMessageBox>
 
+using namespace Qt::StringLiterals;
+
 using namespace numberPadRun;
 using namespace padScreen;
 
@@ -19,9 +21,9 @@ private slots:
     {
         run({}, [](QWidget* dialog) {
             QCOMPARE(entry(dialog), "      ");
-            QVERIFY(press(dialog, {"1", "2", ".", "0"}));
+            QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"."_s, u"0"_s}));
             QCOMPARE(entry(dialog), "      12.0");
-            QVERIFY(press(dialog, {"BackSpace"}));
+            QVERIFY(press(dialog, {u"BackSpace"_s}));
             QCOMPARE(entry(dialog), "      12.");
         });
     }
@@ -32,11 +34,11 @@ private slots:
         opening.type = 1;
         run(opening, [](QWidget* dialog) {
             QCOMPARE(entry(dialog), "       MHz ");
-            QVERIFY(press(dialog, {"1", "2"}));
+            QVERIFY(press(dialog, {u"1"_s, u"2"_s}));
             QCOMPARE(entry(dialog), "      12 MHz ");
-            QVERIFY(press(dialog, {"BackSpace"}));
+            QVERIFY(press(dialog, {u"BackSpace"_s}));
             QCOMPARE(entry(dialog), "      1 MHz ");
-            QVERIFY(press(dialog, {"CE/Cancel"}));
+            QVERIFY(press(dialog, {u"CE/Cancel"_s}));
             QCOMPARE(entry(dialog), "       MHz ");
         });
     }
@@ -47,28 +49,35 @@ private slots:
         QTest::addColumn<QString>("ranges");
         QTest::addColumn<QStringList>("keys");
         QTest::addColumn<double>("value");
-        QTest::newRow("0") << 0 << "0 100" << QStringList{"4", "2", "Enter"} << 42.0;
-        QTest::newRow("0, negative") << 0 << "-10 10" << QStringList{"4", "-", "Enter"} << -4.0;
-        QTest::newRow("0, minus first") << 0 << "-10 10" << QStringList{"-", "4", "Enter"} << -4.0;
+        QTest::newRow("0") << 0 << "0 100" << QStringList{u"4"_s, u"2"_s, u"Enter"_s} << 42.0;
+        QTest::newRow("0, negative")
+            << 0 << "-10 10" << QStringList{u"4"_s, u"-"_s, u"Enter"_s} << -4.0;
+        QTest::newRow("0, minus first")
+            << 0 << "-10 10" << QStringList{u"-"_s, u"4"_s, u"Enter"_s} << -4.0;
         QTest::newRow("0, sign changed")
-            << 0 << "-10 10" << QStringList{"-", "4", "+", "Enter"} << 4.0;
-        QTest::newRow("1") << 1 << "950 2150" << QStringList{"1", "2", "3", "4", ".", "5", "MHz"}
+            << 0 << "-10 10" << QStringList{u"-"_s, u"4"_s, u"+"_s, u"Enter"_s} << 4.0;
+        QTest::newRow("1") << 1 << "950 2150"
+                           << QStringList{u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"."_s, u"5"_s, u"MHz"_s}
                            << 1234.5;
-        QTest::newRow("2, Mbps") << 2 << "1 1e9" << QStringList{"2", "Mbps"} << 2000000.0;
-        QTest::newRow("2, Kbps") << 2 << "1 1e9" << QStringList{"2", "Kbps"} << 2000.0;
-        QTest::newRow("2, bps") << 2 << "1 1e9" << QStringList{"2", "bps"} << 2.0;
-        QTest::newRow("3, MHz") << 3 << "1 1e9" << QStringList{"7", "0", "MHz"} << 70000000.0;
-        QTest::newRow("3, KHz") << 3 << "1 1e9" << QStringList{"7", "0", "KHz"} << 70000.0;
-        QTest::newRow("3, Hz") << 3 << "1 1e9" << QStringList{"7", "0", "Hz"} << 70.0;
-        QTest::newRow("4") << 4 << "0 3.2" << QStringList{"3", ".", "1", "Enter"} << 3.1;
-        QTest::newRow("5") << 5 << "0 100" << QStringList{"5", "0", "%"} << 0.5;
-        QTest::newRow("6") << 6 << "0 100" << QStringList{"5", "Enter"} << 5.0;
-        QTest::newRow("6, special") << 6 << "0 100" << QStringList{"Auto"} << -1.0;
-        QTest::newRow("7") << 7 << "0 9999" << QStringList{"0", "0", "4", "2", "Enter"} << 42.0;
-        QTest::newRow("8") << 8 << "0 65535" << QStringList{"B", "E", "E", "F", "Enter"} << 48879.0;
-        QTest::newRow("low bound") << 0 << "5 6" << QStringList{"5", "Enter"} << 5.0;
-        QTest::newRow("high bound") << 0 << "5 6" << QStringList{"6", "Enter"} << 6.0;
-        QTest::newRow("zero") << 0 << "0 6" << QStringList{"0", "Enter"} << 0.0;
+        QTest::newRow("2, Mbps") << 2 << "1 1e9" << QStringList{u"2"_s, u"Mbps"_s} << 2000000.0;
+        QTest::newRow("2, Kbps") << 2 << "1 1e9" << QStringList{u"2"_s, u"Kbps"_s} << 2000.0;
+        QTest::newRow("2, bps") << 2 << "1 1e9" << QStringList{u"2"_s, u"bps"_s} << 2.0;
+        QTest::newRow("3, MHz") << 3 << "1 1e9" << QStringList{u"7"_s, u"0"_s, u"MHz"_s}
+                                << 70000000.0;
+        QTest::newRow("3, KHz") << 3 << "1 1e9" << QStringList{u"7"_s, u"0"_s, u"KHz"_s} << 70000.0;
+        QTest::newRow("3, Hz") << 3 << "1 1e9" << QStringList{u"7"_s, u"0"_s, u"Hz"_s} << 70.0;
+        QTest::newRow("4") << 4 << "0 3.2" << QStringList{u"3"_s, u"."_s, u"1"_s, u"Enter"_s}
+                           << 3.1;
+        QTest::newRow("5") << 5 << "0 100" << QStringList{u"5"_s, u"0"_s, u"%"_s} << 0.5;
+        QTest::newRow("6") << 6 << "0 100" << QStringList{u"5"_s, u"Enter"_s} << 5.0;
+        QTest::newRow("6, special") << 6 << "0 100" << QStringList{u"Auto"_s} << -1.0;
+        QTest::newRow("7") << 7 << "0 9999"
+                           << QStringList{u"0"_s, u"0"_s, u"4"_s, u"2"_s, u"Enter"_s} << 42.0;
+        QTest::newRow("8") << 8 << "0 65535"
+                           << QStringList{u"B"_s, u"E"_s, u"E"_s, u"F"_s, u"Enter"_s} << 48879.0;
+        QTest::newRow("low bound") << 0 << "5 6" << QStringList{u"5"_s, u"Enter"_s} << 5.0;
+        QTest::newRow("high bound") << 0 << "5 6" << QStringList{u"6"_s, u"Enter"_s} << 6.0;
+        QTest::newRow("zero") << 0 << "0 6" << QStringList{u"0"_s, u"Enter"_s} << 0.0;
     }
     void an_accepted_entry_is_returned()
     {
@@ -92,10 +101,10 @@ private slots:
     {
         QCOMPARE(run({},
                      [](QWidget* dialog) {
-                         QVERIFY(press(dialog, {"1", "2", "CE/Cancel"}));
+                         QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"CE/Cancel"_s}));
                          QCOMPARE(entry(dialog), "      ");
                          QVERIFY(dialog->isVisible());
-                         QVERIFY(press(dialog, {"CE/Cancel"}));
+                         QVERIFY(press(dialog, {u"CE/Cancel"_s}));
                          QVERIFY(!dialog->isVisible());
                      }),
             -9990000000.0);
@@ -105,7 +114,7 @@ private slots:
     {
         Opening opening;
         opening.type = 5;
-        QCOMPARE(run(opening, [](QWidget* dialog) { QVERIFY(press(dialog, {"CE/Cancel"})); }),
+        QCOMPARE(run(opening, [](QWidget* dialog) { QVERIFY(press(dialog, {u"CE/Cancel"_s})); }),
             -9990000000.0);
     }
 
@@ -139,7 +148,7 @@ private slots:
         opening.ranges = "1000 2000";
         opening.special = special;
         const double value = run(opening, [&](QWidget* dialog) {
-            QVERIFY(above(dialog, "BackSpace", label));
+            QVERIFY(above(dialog, u"BackSpace"_s, label));
             QVERIFY(press(dialog, {label}));
         });
         QTEST(value, "value");
@@ -160,9 +169,9 @@ private slots:
     void the_last_key_is_remembered_as_a_number()
     {
         PopUpNumberPad pad;
-        pad.num_button_clicked("7");
+        pad.num_button_clicked(u"7"_s);
         QCOMPARE(pad.lastKeyValue(), 7);
-        pad.num_button_clicked(".");
+        pad.num_button_clicked(u"."_s);
         QCOMPARE(pad.lastKeyValue(), 0);
     }
 
@@ -178,13 +187,13 @@ private slots:
         opening.type = 1;
         opening.ranges = SevenRanges;
         run(pad, opening, [](QWidget* dialog) {
-            QVERIFY(press(dialog, {"1", "2", "Step\r\n0.1 MHz"}));
+            QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"Step\r\n0.1 MHz"_s}));
         });
         opening.ranges = "1 2";
         run(pad, opening, [](QWidget* dialog) {
             QCOMPARE(entry(dialog), "       MHz ");
             QCOMPARE(labelText(dialog, "rangeLabel"), "Valid Range(s)(MHz): (1.0 to 2.0)");
-            QVERIFY(buttonWithText(dialog, "Step\r\n0.1 MHz") != nullptr);
+            QVERIFY(buttonWithText(dialog, u"Step\r\n0.1 MHz"_s) != nullptr);
         });
     }
 
@@ -192,7 +201,8 @@ private slots:
     {
         PopUpNumberPad pad;
         run(pad, {}, [&pad](QWidget* dialog) {
-            QCOMPARE(pad.new_pop_NumberPad("b", "", 0, 0, "", "", "", false), -9990000000.0);
+            QCOMPARE(pad.new_pop_NumberPad(u"b"_s, u""_s, 0, 0, u""_s, u""_s, u""_s, false),
+                -9990000000.0);
             QCOMPARE(QApplication::activeModalWidget(), dialog);
         });
     }
@@ -202,7 +212,8 @@ private slots:
         const int before = topLevels();
         auto* pad = new PopUpNumberPad;
         play([pad](QWidget* /*dialog*/) { delete pad; });
-        QCOMPARE(pad->new_pop_NumberPad("a", "0 1", 0, 5, "", "", "", false), -9990000000.0);
+        QCOMPARE(pad->new_pop_NumberPad(u"a"_s, u"0 1"_s, 0, 5, u""_s, u""_s, u""_s, false),
+            -9990000000.0);
         QCOMPARE(topLevels(), before);
     }
 
@@ -215,16 +226,17 @@ private slots:
                 QVERIFY(qobject_cast<QMessageBox*>(box) != nullptr);
                 delete pad;
             });
-            buttonWithText(dialog, "Enter")->click();
+            buttonWithText(dialog, u"Enter"_s)->click();
         });
-        QCOMPARE(pad->new_pop_NumberPad("a", "0 1", 0, 0, "", "", "", false), -9990000000.0);
+        QCOMPARE(pad->new_pop_NumberPad(u"a"_s, u"0 1"_s, 0, 0, u""_s, u""_s, u""_s, false),
+            -9990000000.0);
         QCOMPARE(topLevels(), before);
     }
 
     void slots_of_a_closed_pad_do_nothing()
     {
         PopUpNumberPad pad;
-        pad.num_button_clicked("1");
+        pad.num_button_clicked(u"1"_s);
         pad.plus_sign();
         pad.minus_sign();
         pad.backspace();
@@ -260,7 +272,7 @@ private slots:
             Opening opening;
             opening.type = type;
             opening.special = "-1 Auto";
-            run(pad, opening, [](QWidget* dialog) { QVERIFY(press(dialog, {"CE/Cancel"})); });
+            run(pad, opening, [](QWidget* dialog) { QVERIFY(press(dialog, {u"CE/Cancel"_s})); });
         };
         openAndCancel(0);
         const int before = topLevels();

@@ -7,6 +7,8 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 using namespace numberPadRun;
 using namespace padScreen;
 
@@ -39,11 +41,11 @@ private slots:
                 seen = true;
                 clickOn(box->button(QMessageBox::Ok));
             });
-            QVERIFY(press(dialog, {"2", "Kbps"}));
+            QVERIFY(press(dialog, {u"2"_s, u"Kbps"_s}));
             QVERIFY(seen);
             QVERIFY(dialog->isVisible());
             QCOMPARE(entry(dialog), "       bps");
-            QVERIFY(press(dialog, {"3"}));
+            QVERIFY(press(dialog, {u"3"_s}));
             QCOMPARE(entry(dialog), "       3");
         });
     }
@@ -57,7 +59,8 @@ private slots:
         QTest::newRow("one") << "2000 3000" << 0 << 1;
         QTest::newRow("seven") << SevenRanges << 0 << 1;
         QTest::newRow("seven of a frequency") << SevenRanges << 1 << 1;
-        QTest::newRow("sixty") << QStringList(QList<QString>(60, "2000 3000")).join(":") << 2 << 1;
+        QTest::newRow("sixty") << QStringList(QList<QString>(60, u"2000 3000"_s)).join(u":"_s) << 2
+                               << 1;
         QTest::newRow("long numbers") << "1e299 1e300" << 1 << 1;
         QTest::newRow("long entry") << "2 3" << 0 << 200;
     }
@@ -71,14 +74,13 @@ private slots:
         opening.ranges = ranges;
         bool seen = false;
         run(opening, [&](QWidget* dialog) {
-            QVERIFY(press(dialog, QStringList(QList<QString>(digits, "0"))));
+            QVERIFY(press(dialog, QStringList(QList<QString>(digits, u"0"_s))));
             play([&seen](QWidget* top) {
                 auto* box = qobject_cast<QMessageBox*>(top);
                 QVERIFY(box != nullptr);
                 const QRect frame = box->frameGeometry();
                 QVERIFY2(ScreenArea.contains(frame),
-                    qPrintable(QString("%1 %2 %3 %4")
-                                   .arg(frame.x())
+                    qPrintable(u"%1 %2 %3 %4"_s.arg(frame.x())
                                    .arg(frame.y())
                                    .arg(frame.width())
                                    .arg(frame.height())));
@@ -88,14 +90,15 @@ private slots:
                 QVERIFY(box->rect().contains(place(box, ok)));
                 QVERIFY(ok->width() >= MinKey && ok->height() >= MinKey);
                 for (const QWidget* widget : shown(box)) {
-                    QVERIFY(widget == ok || widget->objectName() == "qt_msgbox_informativelabel" ||
+                    QVERIFY(widget == ok ||
+                        widget->objectName() == u"qt_msgbox_informativelabel"_s ||
                         !place(box, widget).intersects(place(box, ok)));
                 }
                 seen = true;
                 clickOn(box->button(QMessageBox::Ok));
             });
-            (type == 2 ? buttonWithText(dialog, "bps")
-                       : buttonWithText(dialog, type == 1 ? "MHz" : "Enter"))
+            (type == 2 ? buttonWithText(dialog, u"bps"_s)
+                       : buttonWithText(dialog, type == 1 ? u"MHz"_s : u"Enter"_s))
                 ->click();
         });
         QVERIFY(seen);
@@ -104,7 +107,7 @@ private slots:
     void more_ranges_than_the_screen_holds_are_scrolled_with_a_finger()
     {
         Opening opening;
-        opening.ranges = QStringList(QList<QString>(60, "2000 3000")).join(":");
+        opening.ranges = QStringList(QList<QString>(60, u"2000 3000"_s)).join(u":"_s);
         bool seen = false;
         run(opening, [&seen](QWidget* dialog) {
             play([&seen](QWidget* box) {
@@ -118,7 +121,7 @@ private slots:
                     area->viewport()->rect().bottom());
                 seen = true;
             });
-            QVERIFY(press(dialog, {"Enter"}));
+            QVERIFY(press(dialog, {u"Enter"_s}));
         });
         QVERIFY(seen);
     }
@@ -133,7 +136,7 @@ private slots:
                 seen = qobject_cast<QMessageBox*>(box) != nullptr;
                 box->close();
             });
-            QVERIFY(press(dialog, {"Enter"}));
+            QVERIFY(press(dialog, {u"Enter"_s}));
         });
         QVERIFY(seen);
         QCOMPARE(valid.size(), 0);

@@ -5,6 +5,8 @@
 #include <QDialog>
 #include <QMainWindow>
 
+using namespace Qt::StringLiterals;
+
 using namespace numberPadRun;
 using namespace padScreen;
 
@@ -27,7 +29,7 @@ private slots:
             QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
             QCOMPARE(dialog->windowTitle(), "Title");
             QCOMPARE(labelText(dialog, "titleLabel"), "Title");
-            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->height(), 45);
+            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->height(), 45);
         });
     }
 
@@ -42,14 +44,14 @@ private slots:
                 QTest::addRow("%d %d", type, mirrored) << type << mirrored << "0 100"
                                                        << "Title";
                 QTest::addRow("%d %d full", type, mirrored)
-                    << type << mirrored << SevenRanges << QString(60, 'W');
+                    << type << mirrored << SevenRanges << QString(60, u'W');
             }
         }
         QStringList many;
         for (int i = 0; i < 200; ++i) {
-            many += "-1234567 1e300";
+            many += u"-1234567 1e300"_s;
         }
-        QTest::newRow("200 ranges") << 0 << false << many.join(":") << QString(1000, 'W');
+        QTest::newRow("200 ranges") << 0 << false << many.join(u":"_s) << QString(1000, u'W');
     }
     void nothing_overlaps_and_every_key_can_be_touched()
     {
@@ -62,7 +64,7 @@ private slots:
         opening.mirrored = mirrored;
         opening.ranges = ranges;
         opening.title = title;
-        opening.special = "-1 " + title;
+        opening.special = u"-1 "_s + title;
         bool ran = false;
         run(opening, [&ran](QWidget* dialog) {
             QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
@@ -76,7 +78,7 @@ private slots:
                 }
                 if (qobject_cast<const QPushButton*>(widget) != nullptr) {
                     QVERIFY2(its.width() >= MinKey && its.height() >= MinKey,
-                        qPrintable(QString("%1 x %2").arg(its.width()).arg(its.height())));
+                        qPrintable(u"%1 x %2"_s.arg(its.width()).arg(its.height())));
                     QCOMPARE(dialog->childAt(its.center()), widget);
                 }
             }
@@ -89,24 +91,28 @@ private slots:
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QStringList>("keys");
-        const QStringList point{"."};
-        QTest::newRow("0") << 0 << point + QStringList{"+", "-", "Enter"};
+        const QStringList point{u"."_s};
+        QTest::newRow("0") << 0 << point + QStringList{u"+"_s, u"-"_s, u"Enter"_s};
         QTest::newRow("1") << 1
-                           << point + QStringList{"Step\r\n0.1 MHz", "Step Up", "Step Down", "MHz"};
-        QTest::newRow("2") << 2 << point + QStringList{"Mbps", "Kbps", "bps"};
-        QTest::newRow("3") << 3 << point + QStringList{"MHz", "KHz", "Hz"};
-        QTest::newRow("4") << 4 << point + QStringList{"Enter"};
-        QTest::newRow("5") << 5 << point + QStringList{"%"};
-        QTest::newRow("6") << 6 << point + QStringList{"Auto Level", "Enter"};
-        QTest::newRow("7") << 7 << point + QStringList{"Enter"};
-        QTest::newRow("8") << 8 << QStringList{"A", "B", "C", "D", "E", "F", "Enter"};
-        QTest::newRow("unknown") << 77 << point + QStringList{"Enter"};
+                           << point +
+                QStringList{u"Step\r\n0.1 MHz"_s, u"Step Up"_s, u"Step Down"_s, u"MHz"_s};
+        QTest::newRow("2") << 2 << point + QStringList{u"Mbps"_s, u"Kbps"_s, u"bps"_s};
+        QTest::newRow("3") << 3 << point + QStringList{u"MHz"_s, u"KHz"_s, u"Hz"_s};
+        QTest::newRow("4") << 4 << point + QStringList{u"Enter"_s};
+        QTest::newRow("5") << 5 << point + QStringList{u"%"_s};
+        QTest::newRow("6") << 6 << point + QStringList{u"Auto Level"_s, u"Enter"_s};
+        QTest::newRow("7") << 7 << point + QStringList{u"Enter"_s};
+        QTest::newRow("8") << 8
+                           << QStringList{
+                                  u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s, u"Enter"_s};
+        QTest::newRow("unknown") << 77 << point + QStringList{u"Enter"_s};
     }
     void each_type_has_its_keys()
     {
         QFETCH(int, type);
         QFETCH(QStringList, keys);
-        keys += {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "CE/Cancel", "BackSpace"};
+        keys += {u"0"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s, u"7"_s, u"8"_s, u"9"_s,
+            u"CE/Cancel"_s, u"BackSpace"_s};
         keys.sort();
         Opening opening;
         opening.type = type;
@@ -141,7 +147,7 @@ private slots:
         run({}, [&](QWidget* dialog) {
             frame = dialog->frameGeometry();
             play([&box](QWidget* top) { box = top->frameGeometry(); });
-            QVERIFY(press(dialog, {"Enter"}));
+            QVERIFY(press(dialog, {u"Enter"_s}));
         });
         QCOMPARE(frame.size(), QSize(795, 478));
         QVERIFY(ScreenArea.contains(frame));
@@ -151,12 +157,13 @@ private slots:
     void digits_stand_as_on_a_calculator()
     {
         run({}, [](QWidget* dialog) {
-            QVERIFY(leftOf(dialog, "7", "8") && leftOf(dialog, "8", "9"));
-            QVERIFY(leftOf(dialog, "1", "2") && leftOf(dialog, "2", "3"));
-            QVERIFY(above(dialog, "7", "4") && above(dialog, "4", "1") && above(dialog, "1", "0"));
-            QVERIFY(leftOf(dialog, "0", ".") && leftOf(dialog, ".", "CE/Cancel"));
-            QVERIFY(leftOf(dialog, "9", "BackSpace") && leftOf(dialog, "6", "+"));
-            QVERIFY(leftOf(dialog, "3", "-") && leftOf(dialog, "CE/Cancel", "Enter"));
+            QVERIFY(leftOf(dialog, u"7"_s, u"8"_s) && leftOf(dialog, u"8"_s, u"9"_s));
+            QVERIFY(leftOf(dialog, u"1"_s, u"2"_s) && leftOf(dialog, u"2"_s, u"3"_s));
+            QVERIFY(above(dialog, u"7"_s, u"4"_s) && above(dialog, u"4"_s, u"1"_s) &&
+                above(dialog, u"1"_s, u"0"_s));
+            QVERIFY(leftOf(dialog, u"0"_s, u"."_s) && leftOf(dialog, u"."_s, u"CE/Cancel"_s));
+            QVERIFY(leftOf(dialog, u"9"_s, u"BackSpace"_s) && leftOf(dialog, u"6"_s, u"+"_s));
+            QVERIFY(leftOf(dialog, u"3"_s, u"-"_s) && leftOf(dialog, u"CE/Cancel"_s, u"Enter"_s));
         });
     }
 
@@ -165,10 +172,11 @@ private slots:
         Opening opening;
         opening.mirrored = true;
         run(opening, [](QWidget* dialog) {
-            QVERIFY(leftOf(dialog, "7", "8") && leftOf(dialog, "8", "9"));
-            QVERIFY(leftOf(dialog, "1", "2") && leftOf(dialog, "2", "3"));
-            QVERIFY(above(dialog, "1", "4") && above(dialog, "4", "7") && above(dialog, "7", "0"));
-            QVERIFY(leftOf(dialog, "3", "BackSpace"));
+            QVERIFY(leftOf(dialog, u"7"_s, u"8"_s) && leftOf(dialog, u"8"_s, u"9"_s));
+            QVERIFY(leftOf(dialog, u"1"_s, u"2"_s) && leftOf(dialog, u"2"_s, u"3"_s));
+            QVERIFY(above(dialog, u"1"_s, u"4"_s) && above(dialog, u"4"_s, u"7"_s) &&
+                above(dialog, u"7"_s, u"0"_s));
+            QVERIFY(leftOf(dialog, u"3"_s, u"BackSpace"_s));
         });
     }
 
@@ -177,12 +185,13 @@ private slots:
         Opening opening;
         opening.type = 1;
         run(opening, [](QWidget* dialog) {
-            QVERIFY(above(dialog, "BackSpace", "Step\r\n0.1 MHz"));
-            QVERIFY(above(dialog, "Step\r\n0.1 MHz", "Step Up"));
-            QVERIFY(above(dialog, "Step Up", "Step Down") && above(dialog, "Step Down", "MHz"));
-            QVERIFY(leftOf(dialog, "9", "Step\r\n0.1 MHz"));
-            QVERIFY(place(dialog, buttonWithText(dialog, "BackSpace")).center().y() ==
-                place(dialog, dialog->findChild<QWidget*>("entryLabel")).center().y());
+            QVERIFY(above(dialog, u"BackSpace"_s, u"Step\r\n0.1 MHz"_s));
+            QVERIFY(above(dialog, u"Step\r\n0.1 MHz"_s, u"Step Up"_s));
+            QVERIFY(above(dialog, u"Step Up"_s, u"Step Down"_s) &&
+                above(dialog, u"Step Down"_s, u"MHz"_s));
+            QVERIFY(leftOf(dialog, u"9"_s, u"Step\r\n0.1 MHz"_s));
+            QVERIFY(place(dialog, buttonWithText(dialog, u"BackSpace"_s)).center().y() ==
+                place(dialog, dialog->findChild<QWidget*>(u"entryLabel"_s)).center().y());
         });
     }
 
@@ -190,8 +199,8 @@ private slots:
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QStringList>("keys");
-        QTest::newRow("2") << 2 << QStringList{"BackSpace", "bps", "Kbps", "Mbps"};
-        QTest::newRow("3") << 3 << QStringList{"BackSpace", "Hz", "KHz", "MHz"};
+        QTest::newRow("2") << 2 << QStringList{u"BackSpace"_s, u"bps"_s, u"Kbps"_s, u"Mbps"_s};
+        QTest::newRow("3") << 3 << QStringList{u"BackSpace"_s, u"Hz"_s, u"KHz"_s, u"MHz"_s};
     }
     void the_unit_keys_stand_in_the_last_column()
     {
@@ -200,9 +209,9 @@ private slots:
         Opening opening;
         opening.type = type;
         run(opening, [&keys](QWidget* dialog) {
-            QVERIFY(leftOf(dialog, "9", keys.at(0)) && above(dialog, keys.at(0), keys.at(1)));
+            QVERIFY(leftOf(dialog, u"9"_s, keys.at(0)) && above(dialog, keys.at(0), keys.at(1)));
             QVERIFY(above(dialog, keys.at(1), keys.at(2)) && above(dialog, keys.at(2), keys.at(3)));
-            QVERIFY(leftOf(dialog, "CE/Cancel", keys.at(3)));
+            QVERIFY(leftOf(dialog, u"CE/Cancel"_s, keys.at(3)));
         });
     }
 
@@ -211,14 +220,15 @@ private slots:
         Opening opening;
         opening.type = 8;
         run(opening, [](QWidget* dialog) {
-            QVERIFY(leftOf(dialog, "A", "B") && leftOf(dialog, "C", "D"));
-            QVERIFY(leftOf(dialog, "E", "F"));
-            QVERIFY(above(dialog, "A", "C") && above(dialog, "C", "E"));
-            QVERIFY(leftOf(dialog, "9", "A") && leftOf(dialog, "B", "BackSpace"));
-            QVERIFY(leftOf(dialog, "D", "CE/Cancel") && above(dialog, "BackSpace", "CE/Cancel"));
-            QVERIFY(leftOf(dialog, "0", "Enter"));
-            QVERIFY(place(dialog, buttonWithText(dialog, "Enter")).center().x() ==
-                place(dialog, buttonWithText(dialog, "CE/Cancel")).center().x());
+            QVERIFY(leftOf(dialog, u"A"_s, u"B"_s) && leftOf(dialog, u"C"_s, u"D"_s));
+            QVERIFY(leftOf(dialog, u"E"_s, u"F"_s));
+            QVERIFY(above(dialog, u"A"_s, u"C"_s) && above(dialog, u"C"_s, u"E"_s));
+            QVERIFY(leftOf(dialog, u"9"_s, u"A"_s) && leftOf(dialog, u"B"_s, u"BackSpace"_s));
+            QVERIFY(leftOf(dialog, u"D"_s, u"CE/Cancel"_s) &&
+                above(dialog, u"BackSpace"_s, u"CE/Cancel"_s));
+            QVERIFY(leftOf(dialog, u"0"_s, u"Enter"_s));
+            QVERIFY(place(dialog, buttonWithText(dialog, u"Enter"_s)).center().x() ==
+                place(dialog, buttonWithText(dialog, u"CE/Cancel"_s)).center().x());
         });
     }
 
@@ -227,7 +237,7 @@ private slots:
         Opening opening;
         run(opening, [](QWidget* dialog) {
             const auto sheet = [dialog](const char* key) {
-                return buttonWithText(dialog, key)->styleSheet();
+                return buttonWithText(dialog, QString::fromUtf8(key))->styleSheet();
             };
             QCOMPARE(sheet("5"),
                 "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
@@ -239,13 +249,13 @@ private slots:
             QCOMPARE(sheet("+"), sheet("BackSpace"));
             QCOMPARE(sheet("Enter"),
                 "QPushButton {background-color:green; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} ");
-            QCOMPARE(dialog->findChild<QLabel*>("entryLabel")->styleSheet(),
+            QCOMPARE(dialog->findChild<QLabel*>(u"entryLabel"_s)->styleSheet(),
                 "background-color: white; font-size: 32px");
-            QCOMPARE(dialog->findChild<QLabel*>("currentValueLabel")->styleSheet(),
+            QCOMPARE(dialog->findChild<QLabel*>(u"currentValueLabel"_s)->styleSheet(),
                 "background-color: darkBlue; color:white; font-size: 18 px");
-            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->styleSheet(),
+            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->styleSheet(),
                 "QLabel{color:white; background:rgb(66,89,148); font-size: 18px;}");
-            QCOMPARE(dialog->findChild<QLabel*>("rangeLabel")->styleSheet(),
+            QCOMPARE(dialog->findChild<QLabel*>(u"rangeLabel"_s)->styleSheet(),
                 "QLabel{background:blue; color:white}");
         });
     }
@@ -253,7 +263,7 @@ private slots:
     void the_current_value_is_large_enough_to_read()
     {
         run({}, [](QWidget* dialog) {
-            const auto* label = dialog->findChild<QLabel*>("currentValueLabel");
+            const auto* label = dialog->findChild<QLabel*>(u"currentValueLabel"_s);
             QCOMPARE(QFontInfo(label->font()).pixelSize(), 18);
             QVERIFY(label->height() >= 70 && label->width() >= 150);
         });

@@ -5,6 +5,8 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 using namespace numberPadRun;
 using namespace padScreen;
 
@@ -32,12 +34,12 @@ private slots:
         opening.current = 100.0;
         opening.command = "RF1";
         run(pad, opening, [&](QWidget* dialog) {
-            QVERIFY(press(dialog, {"Step Up"}));
+            QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 1);
-            QCOMPARE(sent.at(0).at(0).toString(), framedMessage("RF1100.1"));
+            QCOMPARE(sent.at(0).at(0).toString(), framedMessage(u"RF1100.1"_s));
             QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
-            QVERIFY(press(dialog, {"Step Down", "Step Down"}));
-            QCOMPARE(sent.last().at(0).toString(), framedMessage("RF199.9"));
+            QVERIFY(press(dialog, {u"Step Down"_s, u"Step Down"_s}));
+            QCOMPARE(sent.last().at(0).toString(), framedMessage(u"RF199.9"_s));
             QVERIFY(dialog->isVisible());
             QCOMPARE(entry(dialog), "       MHz ");
         });
@@ -53,13 +55,14 @@ private slots:
         opening.ranges = "70 140:200 300";
         opening.current = 140.0;
         run(pad, opening, [&](QWidget* dialog) {
-            QVERIFY(press(dialog, {"Step Up"}));
+            QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 0);
             QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n140.0 MHz");
             // by 100 it reaches the next range
-            QVERIFY(press(dialog, {"Step\r\n0.1 MHz", "Step\r\n1.0 MHz", "Step\r\n10.0 MHz"}));
-            QVERIFY(press(dialog, {"Step Up"}));
-            QCOMPARE(sent.last().at(0).toString(), framedMessage("CMD240.0"));
+            QVERIFY(
+                press(dialog, {u"Step\r\n0.1 MHz"_s, u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s}));
+            QVERIFY(press(dialog, {u"Step Up"_s}));
+            QCOMPARE(sent.last().at(0).toString(), framedMessage(u"CMD240.0"_s));
         });
         QCOMPARE(sent.size(), 1);
     }
@@ -83,8 +86,8 @@ private slots:
             }
         });
         const QString text = QString::number(static_cast<double>(expected), 'f', 1);
-        QVERIFY(text != "100019.0");
-        QCOMPARE(sent.last().at(0).toString(), framedMessage("CMD" + text));
+        QVERIFY(text != u"100019.0"_s);
+        QCOMPARE(sent.last().at(0).toString(), framedMessage(u"CMD"_s + text));
     }
 
     void the_step_key_cycles_through_the_steps()
@@ -93,8 +96,8 @@ private slots:
         opening.type = 1;
         run(opening, [](QWidget* dialog) {
             QVERIFY(press(dialog,
-                {"Step\r\n0.1 MHz", "Step\r\n1.0 MHz", "Step\r\n10.0 MHz", "Step\r\n100.0 MHz",
-                    "Step\r\n0.1 MHz"}));
+                {u"Step\r\n0.1 MHz"_s, u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s,
+                    u"Step\r\n100.0 MHz"_s, u"Step\r\n0.1 MHz"_s}));
         });
     }
 
@@ -104,12 +107,12 @@ private slots:
         opening.type = 1;
         run(opening, [](QWidget* dialog) {
             for (const char* text : {"Step Up", "Step Down"}) {
-                const QPushButton* key = buttonWithText(dialog, text);
+                const QPushButton* key = buttonWithText(dialog, QString::fromUtf8(text));
                 QVERIFY(key->autoRepeat());
                 QCOMPARE(key->autoRepeatDelay(), 500);
                 QCOMPARE(key->autoRepeatInterval(), 200);
             }
-            QVERIFY(!buttonWithText(dialog, "Step\r\n0.1 MHz")->autoRepeat());
+            QVERIFY(!buttonWithText(dialog, u"Step\r\n0.1 MHz"_s)->autoRepeat());
         });
     }
 
@@ -121,7 +124,7 @@ private slots:
         opening.type = 1;
         opening.ranges = "0 1000";
         run(pad, opening, [&](QWidget* dialog) {
-            QPushButton* up = buttonWithText(dialog, "Step Up");
+            QPushButton* up = buttonWithText(dialog, u"Step Up"_s);
             const QPoint at = up->mapTo(dialog, up->rect().center());
             QElapsedTimer timer;
             timer.start();

@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 class tst_PopUpSlider : public QObject
 {
     Q_OBJECT
@@ -17,15 +19,15 @@ class tst_PopUpSlider : public QObject
             then(modal, modal->findChild<QSlider*>());
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_slider(name, "VOL", range, value, type, steps);
+        popUp.new_pop_slider(name, u"VOL"_s, range, value, type, steps);
     }
 
     static QString readout(const QWidget* modal)
     {
-        return modal->findChild<QLabel*>("readoutLabel")->text();
+        return modal->findChild<QLabel*>(u"readoutLabel"_s)->text();
     }
 
-    static QString sent(int value) { return QString("\x02VOL%1\x04").arg(value); }
+    static QString sent(int value) { return u"\x02VOL%1\x04"_s.arg(value); }
 
     static QStringList texts(const QWidget* modal)
     {
@@ -44,18 +46,18 @@ private slots:
     void the_dialog_has_its_title_sheet_and_flags()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "100 0", 50, 0, "", [](QWidget* modal, QSlider* slider) {
-            QCOMPARE(modal->objectName(), QString("PopUpSlider"));
-            QCOMPARE(modal->windowTitle(), QString("Set Volume Value"));
-            QCOMPARE(readout(modal), QString("50.00%"));
-            const auto* label = modal->findChild<QLabel*>("readoutLabel");
-            QCOMPARE(label->styleSheet(), QString("font: 22px"));
+        run(popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [](QWidget* modal, QSlider* slider) {
+            QCOMPARE(modal->objectName(), u"PopUpSlider"_s);
+            QCOMPARE(modal->windowTitle(), u"Set Volume Value"_s);
+            QCOMPARE(readout(modal), u"50.00%"_s);
+            const auto* label = modal->findChild<QLabel*>(u"readoutLabel"_s);
+            QCOMPARE(label->styleSheet(), u"font: 22px"_s);
             QVERIFY(label->height() >= 40);
             QCOMPARE(slider->minimum(), 0);
             QCOMPARE(slider->maximum(), 100);
             QCOMPARE(slider->value(), 50);
             QVERIFY(slider->height() >= 100);
-            QCOMPARE(texts(modal), (QStringList{"DOWN", "OK", "UP"}));
+            QCOMPARE(texts(modal), (QStringList{u"DOWN"_s, u"OK"_s, u"UP"_s}));
             QVERIFY(modal->width() >= 400);
             QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
         });
@@ -64,26 +66,27 @@ private slots:
     void steps_stand_in_mirrored_order_around_ok()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "100 0", 50, 0, "1:5:10", [](QWidget* modal, QSlider*) {
+        run(popUp, u"Volume"_s, u"100 0"_s, 50, 0, u"1:5:10"_s, [](QWidget* modal, QSlider*) {
             QCOMPARE(texts(modal),
-                (QStringList{"< -10", "< -5", "< -1", "OK", "+1 >", "+5 >", "+10 >"}));
+                (QStringList{
+                    u"< -10"_s, u"< -5"_s, u"< -1"_s, u"OK"_s, u"+1 >"_s, u"+5 >"_s, u"+10 >"_s}));
             QVERIFY(modal->width() >= 630);
             for (const QPushButton* button : modal->findChildren<QPushButton*>()) {
-                const bool repeats = button->text() != "OK";
+                const bool repeats = button->text() != u"OK"_s;
                 QCOMPARE(button->autoRepeat(), repeats);
                 QVERIFY(!repeats || button->autoRepeatDelay() == 500);
                 QVERIFY(!repeats || button->autoRepeatInterval() == 200);
                 QVERIFY(button->width() >= 47 && button->height() >= 47);
             }
-            QCOMPARE(buttonWithText(modal, "< -5")->styleSheet(),
-                QString("QPushButton {background-color:blue; color:white;} QPushButton:pressed "
-                        "{background-color: #4169e1;}"));
-            QCOMPARE(buttonWithText(modal, "+5 >")->styleSheet(),
-                QString("QPushButton {background-color:orange; color:white;} QPushButton:pressed "
-                        "{background-color: #4169e1;}"));
-            QCOMPARE(buttonWithText(modal, "OK")->styleSheet(),
-                QString("QPushButton {background-color:green; color:white;} QPushButton:pressed "
-                        "{background-color: #4169e1;}"));
+            QCOMPARE(buttonWithText(modal, u"< -5"_s)->styleSheet(),
+                u"QPushButton {background-color:blue; color:white;} QPushButton:pressed "_s
+                u"{background-color: #4169e1;}"_s);
+            QCOMPARE(buttonWithText(modal, u"+5 >"_s)->styleSheet(),
+                u"QPushButton {background-color:orange; color:white;} QPushButton:pressed "_s
+                u"{background-color: #4169e1;}"_s);
+            QCOMPARE(buttonWithText(modal, u"OK"_s)->styleSheet(),
+                u"QPushButton {background-color:green; color:white;} QPushButton:pressed "_s
+                u"{background-color: #4169e1;}"_s);
         });
     }
 
@@ -93,14 +96,14 @@ private slots:
         QTest::newRow("none") << "";
         QTest::newRow("one") << "5";
         QTest::newRow("four") << "1:10:100:1000";
-        QTest::newRow("twenty") << QString("1000000:").repeated(20);
-        QTest::newRow("hundred") << QString("1:").repeated(100);
+        QTest::newRow("twenty") << u"1000000:"_s.repeated(20);
+        QTest::newRow("hundred") << u"1:"_s.repeated(100);
     }
     void every_layout_lies_inside_the_screen()
     {
         QFETCH(QString, steps);
         PopUpSlider popUp;
-        run(popUp, QString(60, 'W'), "9000000 0", 50, 10, steps, [](QWidget* modal, QSlider*) {
+        run(popUp, QString(60, u'W'), u"9000000 0"_s, 50, 10, steps, [](QWidget* modal, QSlider*) {
             QVERIFY(popUps::isInsideScreen(modal) && popUps::isCentred(modal));
             for (const QPushButton* button : modal->findChildren<QPushButton*>()) {
                 QVERIFY(button->width() >= 47 && button->height() >= 47);
@@ -112,10 +115,10 @@ private slots:
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
-        run(popUp, "Volume", "100 0", 50, 0, "", [&](QWidget* modal, QSlider*) {
+        run(popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [&](QWidget* modal, QSlider*) {
             QVERIFY(spy.isEmpty());
-            popUps::press(modal, "UP");
-            QCOMPARE(readout(modal), QString("51.00%"));
+            popUps::press(modal, u"UP"_s);
+            QCOMPARE(readout(modal), u"51.00%"_s);
             QCOMPARE(spy.size(), 1);
             QCOMPARE(spy.first().first().toString(), sent(51));
         });
@@ -125,7 +128,7 @@ private slots:
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
-        run(popUp, "Volume", "100 0", 50, 0, "", [&](QWidget*, QSlider* slider) {
+        run(popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [&](QWidget*, QSlider* slider) {
             for (int value = 51; value <= 60; ++value) {
                 slider->setValue(value);
             }
@@ -143,7 +146,7 @@ private slots:
         QList<qint64> times;
         clock.start();
         connect(&popUp, &Key::response_message, this, [&] { times += clock.elapsed(); });
-        run(popUp, "Volume", "1000 0", 0, 10, "", [&](QWidget*, QSlider* slider) {
+        run(popUp, u"Volume"_s, u"1000 0"_s, 0, 10, u""_s, [&](QWidget*, QSlider* slider) {
             int value = 0;
             const QDeadlineTimer limit(60'000);
             while (times.size() < 4 && !limit.hasExpired()) {
@@ -162,12 +165,12 @@ private slots:
     void a_step_past_the_end_is_ignored()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "100 0", 97, 0, "5", [](QWidget* modal, QSlider* slider) {
-            popUps::press(modal, "+5 >");
+        run(popUp, u"Volume"_s, u"100 0"_s, 97, 0, u"5"_s, [](QWidget* modal, QSlider* slider) {
+            popUps::press(modal, u"+5 >"_s);
             QCOMPARE(slider->value(), 97);
-            popUps::press(modal, "< -5");
+            popUps::press(modal, u"< -5"_s);
             QCOMPARE(slider->value(), 92);
-            popUps::press(modal, "+5 >");
+            popUps::press(modal, u"+5 >"_s);
             QCOMPARE(slider->value(), 97);
         });
     }
@@ -175,13 +178,13 @@ private slots:
     void up_and_down_stop_at_the_ends()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "2 1", 1, 10, "", [](QWidget* modal, QSlider* slider) {
-            popUps::press(modal, "DOWN");
+        run(popUp, u"Volume"_s, u"2 1"_s, 1, 10, u""_s, [](QWidget* modal, QSlider* slider) {
+            popUps::press(modal, u"DOWN"_s);
             QCOMPARE(slider->value(), 1);
-            popUps::press(modal, "UP");
-            popUps::press(modal, "UP");
+            popUps::press(modal, u"UP"_s);
+            popUps::press(modal, u"UP"_s);
             QCOMPARE(slider->value(), 2);
-            popUps::press(modal, "DOWN");
+            popUps::press(modal, u"DOWN"_s);
             QCOMPARE(slider->value(), 1);
         });
     }
@@ -205,13 +208,15 @@ private slots:
         QFETCH(float, value);
         for (const int type : {0, 9, 10}) {
             PopUpSlider popUp;
-            run(popUp, "Volume", range, value, type, "7", [&](QWidget* modal, QSlider* slider) {
-                QVERIFY(slider->value() >= slider->minimum());
-                QVERIFY(slider->value() <= slider->maximum());
-                popUps::press(modal, "+7 >");
-                popUps::press(modal, "< -7");
-                QVERIFY(!readout(modal).contains("inf") && !readout(modal).contains("nan"));
-            });
+            run(popUp, u"Volume"_s, range, value, type, u"7"_s,
+                [&](QWidget* modal, QSlider* slider) {
+                    QVERIFY(slider->value() >= slider->minimum());
+                    QVERIFY(slider->value() <= slider->maximum());
+                    popUps::press(modal, u"+7 >"_s);
+                    popUps::press(modal, u"< -7"_s);
+                    QVERIFY(
+                        !readout(modal).contains(u"inf"_s) && !readout(modal).contains(u"nan"_s));
+                });
         }
     }
 
@@ -219,8 +224,8 @@ private slots:
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
-        whenModal([](QWidget* modal) { popUps::press(modal, "OK"); });
-        popUp.new_pop_slider("Volume", "VOL", "100 0", 50, 0, "");
+        whenModal([](QWidget* modal) { popUps::press(modal, u"OK"_s); });
+        popUp.new_pop_slider(u"Volume"_s, u"VOL"_s, u"100 0"_s, 50, 0, u""_s);
         QCOMPARE(popUp.result(), static_cast<int>(QDialog::Rejected));
         QVERIFY(spy.isEmpty());
     }
@@ -229,7 +234,7 @@ private slots:
     {
         QPointer<PopUpSlider> popUp = new PopUpSlider(qApp);
         QSignalSpy spy(popUp, &Key::response_message);
-        run(*popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider* slider) {
+        run(*popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [](QWidget*, QSlider* slider) {
             slider->setValue(51);
             slider->setValue(60);
         });
@@ -243,7 +248,7 @@ private slots:
     void it_is_deleted_at_once_when_no_position_waits()
     {
         QPointer<PopUpSlider> popUp = new PopUpSlider(qApp);
-        run(*popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider*) {});
+        run(*popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [](QWidget*, QSlider*) {});
         popUp->deleteWhenSent();
         QCoreApplication::sendPostedEvents(popUp, QEvent::DeferredDelete);
         QVERIFY(popUp == nullptr);
@@ -269,7 +274,7 @@ private slots:
             modal->findChild<QSlider*>()->setValue(51);
             popUps::dialog(modal)->reject();
         });
-        popUp->new_pop_slider("Volume", "VOL", "100 0", 50, 0, "");
+        popUp->new_pop_slider(u"Volume"_s, u"VOL"_s, u"100 0"_s, 50, 0, u""_s);
     }
 };
 

@@ -2,6 +2,8 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_PushButtonKey : public QObject
 {
     Q_OBJECT
@@ -9,30 +11,29 @@ class tst_PushButtonKey : public QObject
 private slots:
     void a_press_announces_the_text_on_release()
     {
-        PushButtonKey key("q");
+        PushButtonKey key(u"q"_s);
         key.show();
         QVERIFY(QTest::qWaitForWindowExposed(&key));
         QSignalSpy pressed(&key, &PushButtonKey::keyPressed);
         QTest::mousePress(&key, Qt::LeftButton);
         QVERIFY(pressed.isEmpty());
         QCOMPARE(key.styleSheet(),
-            QString("background-color: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1,stop: 0 #8C8F8C, "
-                    "stop: 1 #000000);"));
+            u"background-color: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1,stop: 0 #8C8F8C, "_s
+            u"stop: 1 #000000);"_s);
         QTest::mouseRelease(&key, Qt::LeftButton);
         QCOMPARE(pressed.size(), 1);
-        QCOMPARE(pressed.first().first().toString(), QString("q"));
-        QCOMPARE(
-            key.styleSheet(), QString("color:white;border: 1px solid #000000;border-radius:6px;"));
+        QCOMPARE(pressed.first().first().toString(), u"q"_s);
+        QCOMPARE(key.styleSheet(), u"color:white;border: 1px solid #000000;border-radius:6px;"_s);
     }
 
     void command_keys_look_different()
     {
-        QCOMPARE(PushButtonKey("DEL").styleSheet(), QString("background:lightgray;color:darkred;"));
+        QCOMPARE(PushButtonKey(u"DEL"_s).styleSheet(), u"background:lightgray;color:darkred;"_s);
     }
 
     void caps_toggles_at_each_press()
     {
-        PushButtonKey key("CAPS");
+        PushButtonKey key(u"CAPS"_s);
         QSignalSpy changed(&key, &PushButtonKey::capLocksChanged);
         key.click();
         key.click();
@@ -43,7 +44,7 @@ private slots:
 
     void other_keys_do_not_change_the_caps_lock()
     {
-        for (const QString& text : {QString("c"), QString("DEL"), QString("BACKSPACE")}) {
+        for (const QString& text : {u"c"_s, u"DEL"_s, u"BACKSPACE"_s}) {
             PushButtonKey key(text);
             QSignalSpy changed(&key, &PushButtonKey::capLocksChanged);
             key.click();

@@ -1,6 +1,8 @@
 #include "popups/SendThrottle.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_SendThrottle : public QObject
 {
     Q_OBJECT
@@ -10,14 +12,14 @@ private slots:
     {
         SendThrottle throttle;
         QVERIFY(!throttle.isWaiting());
-        QCOMPARE(throttle.offer("1"), std::optional<QString>("1"));
+        QCOMPARE(throttle.offer(u"1"_s), std::optional<QString>("1"));
         QVERIFY(throttle.isWaiting());
     }
 
     void only_the_last_message_offered_meanwhile_is_sent()
     {
         SendThrottle throttle;
-        throttle.offer("1");
+        throttle.offer(u"1"_s);
         for (int i = 2; i <= 10; ++i) {
             QCOMPARE(throttle.offer(QString::number(i)), std::nullopt);
         }
@@ -27,20 +29,20 @@ private slots:
     void a_late_message_makes_the_next_one_wait_too()
     {
         SendThrottle throttle;
-        throttle.offer("1");
-        throttle.offer("2");
+        throttle.offer(u"1"_s);
+        throttle.offer(u"2"_s);
         throttle.expired();
         QVERIFY(throttle.isWaiting());
-        QCOMPARE(throttle.offer("3"), std::nullopt);
+        QCOMPARE(throttle.offer(u"3"_s), std::nullopt);
         QCOMPARE(throttle.expired(), std::optional<QString>("3"));
     }
 
     void no_message_is_sent_twice()
     {
         SendThrottle throttle;
-        throttle.offer("1");
-        throttle.offer("2");
-        throttle.offer("1");
+        throttle.offer(u"1"_s);
+        throttle.offer(u"2"_s);
+        throttle.offer(u"1"_s);
         QCOMPARE(throttle.expired(), std::nullopt);
         QVERIFY(!throttle.isWaiting());
     }
@@ -48,9 +50,9 @@ private slots:
     void after_a_pause_the_next_message_is_sent_at_once()
     {
         SendThrottle throttle;
-        throttle.offer("1");
+        throttle.offer(u"1"_s);
         throttle.expired();
-        QCOMPARE(throttle.offer("2"), std::optional<QString>("2"));
+        QCOMPARE(throttle.offer(u"2"_s), std::optional<QString>("2"));
     }
 };
 

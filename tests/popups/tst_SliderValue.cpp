@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 class tst_SliderValue : public QObject
 {
     Q_OBJECT
@@ -56,7 +58,7 @@ private slots:
     void the_position_drops_the_fraction_and_stays_within_the_bounds()
     {
         QFETCH(double, value);
-        const SliderValue slider(QString(), QString(), "100 -10", 0);
+        const SliderValue slider(QString(), QString(), u"100 -10"_s, 0);
         QTEST(slider.position(value), "position");
     }
 
@@ -105,14 +107,14 @@ private slots:
 
     void a_message_is_the_command_and_the_integer()
     {
-        const SliderValue value("Gain", "GA ", "100 -100", 0);
-        QCOMPARE(value.message(51), QString("\x02GA 51\x04"));
-        QCOMPARE(value.message(-7), QString("\x02GA -7\x04"));
+        const SliderValue value(u"Gain"_s, u"GA "_s, u"100 -100"_s, 0);
+        QCOMPARE(value.message(51), u"\x02GA 51\x04"_s);
+        QCOMPARE(value.message(-7), u"\x02GA -7\x04"_s);
     }
 
     void a_step_past_an_end_is_not_taken()
     {
-        const SliderValue value("Gain", "G", "100 0", 0);
+        const SliderValue value(u"Gain"_s, u"G"_s, u"100 0"_s, 0);
         QCOMPARE(value.stepped(95, 5), std::optional<int>(100));
         QCOMPARE(value.stepped(97, 5), std::nullopt);
         QCOMPARE(value.stepped(5, -5), std::optional<int>(0));
@@ -140,7 +142,7 @@ private slots:
 
     void more_steps_than_fit_are_left_out()
     {
-        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MaxSteps);
+        QCOMPARE(SliderValue::steps(u"1:"_s.repeated(500)).size(), SliderValue::MaxSteps);
     }
 };
 

@@ -8,8 +8,8 @@
 #include <cmath>
 #include <random>
 
-// Bytes as a demodulator's scope port sends them, and the receivers written down once more in the
-// slowest and plainest way, one byte at a time, to compare with.
+// Bytes as a demodulator's scope port sends them, and a second implementation of the receivers in
+// the simplest way, one byte at a time, to compare with.
 namespace streams {
 
 inline void appendWord(QByteArray& bytes, int value)
@@ -43,8 +43,8 @@ inline QByteArray randomBlock(std::mt19937& random)
     return block(i, q);
 }
 
-// Blocks with random mischief: bytes lost, changed, put in between, noise, zeros.
-inline QByteArray mischief(std::mt19937& random, qsizetype atLeast)
+// Blocks with random faults: lost, changed and inserted bytes, noise, zeros.
+inline QByteArray faulty(std::mt19937& random, qsizetype atLeast)
 {
     QByteArray bytes;
     while (bytes.size() < atLeast) {
@@ -83,7 +83,7 @@ inline QByteArray mischief(std::mt19937& random, qsizetype atLeast)
 
 constexpr qsizetype FuzzBytes = 10'000'000;
 
-// Nothing but random bytes: of all values, of few that look like indexes, of many start bytes.
+// Random bytes only: of all values, of a few that look like indexes, with many start bytes.
 inline QByteArray noise(std::mt19937& random, qsizetype size)
 {
     QByteArray bytes(size, '\0');

@@ -41,7 +41,7 @@ private slots:
         QCOMPARE(axes.xMax, axes.yMax);
     }
 
-    void what_is_plotted_can_be_read_back()
+    void the_plotted_points_can_be_read_back()
     {
         ConstellationPlot plot;
         QVERIFY(plot.plotted().isEmpty());
@@ -78,7 +78,7 @@ private slots:
         QCOMPARE(plot.image().density(25, 25), fresh);
     }
 
-    void a_new_limit_empties_the_screen_and_scales()
+    void a_new_limit_clears_old_blocks_and_rescales()
     {
         ConstellationPlot plot;
         plot.resize({101, 101});
@@ -92,7 +92,7 @@ private slots:
         QCOMPARE(plot.image().density(62, 38), 0);
     }
 
-    void blocks_that_nobody_sees_do_not_pile_up()
+    void undrawn_blocks_do_not_accumulate()
     {
         ConstellationPlot plot;
         for (int k = 0; k < 100'000; ++k) {
@@ -105,7 +105,7 @@ private slots:
         QVERIFY(plot.image().density(75, 25) > 0);
     }
 
-    void wild_values_and_sizes_do_no_harm()
+    void extreme_values_and_sizes_are_tolerated()
     {
         const double wild = std::numeric_limits<double>::infinity();
         const double nan = std::numeric_limits<double>::quiet_NaN();
@@ -116,7 +116,7 @@ private slots:
             QImage picture = black(size);
             plot.paint(picture);
         }
-        // and a good block is where it belongs
+        // A good block is still drawn at its place.
         plot.resize({101, 101});
         plot.addBlock({0.5}, {0.2});
         QImage picture = black({101, 101});

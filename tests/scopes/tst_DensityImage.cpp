@@ -6,7 +6,7 @@ class tst_DensityImage : public QObject
     Q_OBJECT
 
 private slots:
-    void a_dot_is_three_by_three_and_brightest_in_the_middle()
+    void a_dot_is_three_by_three_pixels_and_brightest_in_the_middle()
     {
         DensityImage image;
         image.resize({20, 10});
@@ -17,7 +17,7 @@ private slots:
         QCOMPARE(image.density(5, 6), 0);
     }
 
-    void what_lies_outside_is_cut_off()
+    void pixels_outside_the_picture_are_cut_off()
     {
         DensityImage image;
         image.resize({13, 7});
@@ -55,7 +55,7 @@ private slots:
         }
     }
 
-    void a_run_goes_either_way()
+    void a_run_may_be_given_in_either_direction()
     {
         DensityImage image;
         image.resize({8, 8});
@@ -91,7 +91,7 @@ private slots:
         QCOMPARE(image.density(1, 1), 0);
     }
 
-    void is_laid_over_the_picture_in_its_colour()
+    void is_painted_over_the_picture_in_its_colour()
     {
         DensityImage image;
         image.resize({10, 10});
@@ -110,7 +110,7 @@ private slots:
         QVERIFY(picture.pixelColor(4, 4).green() >= 250 && picture.pixelColor(4, 4).red() > 120);
     }
 
-    void looks_the_same_on_black_and_beside_it()
+    void is_painted_alike_on_black_and_on_nearly_black()
     {
         DensityImage image;
         image.resize({2, 1});
@@ -142,7 +142,7 @@ private slots:
         QCOMPARE(picture, before);
     }
 
-    void no_size_does_no_harm()
+    void an_image_without_pixels_is_tolerated()
     {
         DensityImage image;
         image.addDot(0, 0);

@@ -37,7 +37,7 @@ private slots:
         QCOMPARE(traces.size() % EyePlot::PointsPerTrace, size_t{0});
         QCOMPARE(traces.size() / EyePlot::PointsPerTrace, size_t{30});
         for (size_t at = 0; at < traces.size(); at += EyePlot::PointsPerTrace) {
-            // each trace from a decision over the next one to the next but one
+            // Each trace runs from one decision over the next one to the next but one.
             QVERIFY(std::abs(traces[at] + 0.5) < 1e-9);
             QVERIFY(std::abs(traces[at + 32] - 0.5) < 1e-9);
             QVERIFY(std::abs(traces[at + 64] + 0.5) < 1e-9);
@@ -61,8 +61,8 @@ private slots:
         QTest::addColumn<int>("traces");
         QTest::newRow("none") << 0 << 0;
         QTest::newRow("one") << 1 << 0;
-        QTest::newRow("one short") << 16 << 0;
-        QTest::newRow("just one trace") << 17 << 1;
+        QTest::newRow("one sample too few") << 16 << 0;
+        QTest::newRow("exactly one trace") << 17 << 1;
         QTest::newRow("a block") << 256 << 30;
     }
 
@@ -89,7 +89,7 @@ private slots:
         QVERIFY(image.density(128, 75) > 0); // -0.5 at the right edge
         QCOMPARE(image.density(64, 50), 0);  // the opening
         QCOMPARE(image.density(64, 75), 0);
-        // every column is hit
+        // Every column is hit.
         for (int x = 0; x < 129; ++x) {
             int hits = 0;
             for (int y = 0; y < 101; ++y) {
@@ -116,7 +116,7 @@ private slots:
         }
     }
 
-    void nothing_is_drawn_before_somebody_looks()
+    void blocks_are_not_drawn_before_they_are_painted()
     {
         EyePlot eye(QStringLiteral("I"));
         eye.resize({100, 100});
@@ -145,7 +145,7 @@ private slots:
         QVERIFY(eye.image().density(64, 50) > 0);
     }
 
-    void a_new_limit_empties_the_screen_and_scales()
+    void a_new_limit_clears_old_blocks_and_rescales()
     {
         EyePlot eye(QStringLiteral("I"));
         eye.resize({129, 101});
@@ -174,7 +174,7 @@ private slots:
         QVERIFY(eye.image().density(30, 25) > 0);
     }
 
-    void wild_values_and_sizes_do_no_harm()
+    void extreme_values_and_sizes_are_tolerated()
     {
         EyePlot eye(QStringLiteral("I"));
         QVector<double> samples(256, std::numeric_limits<double>::infinity());

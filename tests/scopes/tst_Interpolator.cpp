@@ -25,7 +25,7 @@ private slots:
         }
     }
 
-    void a_constant_stays_that_constant()
+    void a_constant_signal_stays_constant()
     {
         const QVector<double> points = Interpolator(8).interpolate(QVector<double>(20, 0.625));
         for (const double point : points) {
@@ -33,8 +33,8 @@ private slots:
         }
     }
 
-    // a shaped signal of 4 samples a symbol ends between 0.15 and 0.19 of the rate
-    void a_sine_comes_out_as_that_sine_data()
+    // The band of a shaped signal with 4 samples per symbol ends between 0.15 and 0.19 of the rate.
+    void a_sine_keeps_its_shape_data()
     {
         QTest::addColumn<double>("frequency");
         QTest::addColumn<double>("tolerance");
@@ -44,7 +44,7 @@ private slots:
         QTest::newRow("0.33") << 0.33 << 0.07;
     }
 
-    void a_sine_comes_out_as_that_sine()
+    void a_sine_keeps_its_shape()
     {
         QFETCH(double, frequency);
         QFETCH(double, tolerance);
@@ -61,7 +61,7 @@ private slots:
         QVERIFY2(worst < tolerance, qPrintable(QString::number(worst)));
     }
 
-    void the_inner_part_is_the_same()
+    void the_inner_part_equals_the_whole_interpolation()
     {
         QVector<double> samples;
         for (int k = 0; k < 40; ++k) {
@@ -74,7 +74,7 @@ private slots:
         QCOMPARE(inner, all.mid(80, 160));
     }
 
-    void an_odd_factor_is_cut_to_what_is_possible()
+    void a_factor_out_of_range_is_limited()
     {
         QCOMPARE(Interpolator(0).factor(), 1);
         QCOMPARE(Interpolator(-3).factor(), 1);
@@ -115,7 +115,7 @@ private slots:
         }
     }
 
-    void a_filter_without_taps_or_with_a_wild_position_does_no_harm()
+    void a_filter_without_taps_or_with_a_position_out_of_range_is_tolerated()
     {
         double delay[2] = {};
         const double taps[] = {1.0, 1.0};

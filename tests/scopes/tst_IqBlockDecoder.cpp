@@ -141,7 +141,7 @@ private slots:
         QVERIFY(!decoder.lostSync());
     }
 
-    void a_dropped_byte_is_noted()
+    void a_dropped_byte_is_reported_by_lost_sync()
     {
         IqBlockDecoder decoder;
         const QByteArray bytes = 'x' + ramp(0).left(20);
@@ -150,7 +150,7 @@ private slots:
         QVERIFY(decoder.lostSync());
     }
 
-    void after_a_block_the_hunt_begins_anew()
+    void after_a_block_the_search_starts_anew()
     {
         IqBlockDecoder decoder;
         const QByteArray bytes = ramp(0);
@@ -159,7 +159,7 @@ private slots:
         QVERIFY(!decoder.synced());
     }
 
-    void the_largest_magnitudes_are_those_of_the_block_and_begin_anew_with_each()
+    void the_largest_magnitudes_start_anew_with_each_block()
     {
         QVector<int> i(256, 100);
         QVector<int> q(256, -200);
@@ -233,7 +233,7 @@ private slots:
         QCOMPARE(decoder.q().at(255), -1255 / 32768.0);
     }
 
-    void a_block_that_somebody_keeps_stays_as_it_is()
+    void a_block_that_a_caller_holds_does_not_change()
     {
         IqBlockDecoder decoder;
         const QByteArray first = ramp(1000);
@@ -248,7 +248,7 @@ private slots:
         QCOMPARE(decoder.q().at(7), -2007 / 32768.0);
     }
 
-    void taking_stops_behind_a_block()
+    void take_stops_after_a_block()
     {
         IqBlockDecoder decoder;
         const QByteArray bytes = ramp(0) + ramp(1);
@@ -259,7 +259,7 @@ private slots:
         QVERIFY(!decoder.blockReady());
     }
 
-    void any_split_gives_what_byte_by_byte_gives_data()
+    void any_split_gives_the_same_result_as_byte_by_byte_data()
     {
         QTest::addColumn<quint32>("seed");
         for (quint32 seed = 1; seed <= 40; ++seed) {
@@ -267,11 +267,11 @@ private slots:
         }
     }
 
-    void any_split_gives_what_byte_by_byte_gives()
+    void any_split_gives_the_same_result_as_byte_by_byte()
     {
         QFETCH(quint32, seed);
         std::mt19937 random(seed);
-        const QByteArray bytes = streams::mischief(random, 60000);
+        const QByteArray bytes = streams::faulty(random, 60000);
         streams::PlainReceiver plain;
         for (const char byte : bytes) {
             plain.take(byte);
@@ -304,20 +304,21 @@ private slots:
             bytes.remove(at, 1);
             ++lost;
         }
-        // the cut one in front; each lost byte costs its block and the one that was taken with it
+        // The first block is cut; each lost byte costs its block and the one decoded together with
+        // it.
         const streams::Blocks blocks = blocksOf(bytes);
         QVERIFY2(blocks.i.size() >= 199 - 2 * lost, qPrintable(QString::number(blocks.i.size())));
         QVERIFY(blocks.i.size() < 200 - lost);
     }
 
-    void a_fuzzed_stream_gives_what_the_plain_receiver_gives_data()
+    void a_fuzzed_stream_gives_the_same_result_as_the_plain_receiver_data()
     {
         QTest::addColumn<bool>("mutated");
         QTest::newRow("random bytes") << false;
-        QTest::newRow("good blocks with bytes flipped, lost and doubled") << true;
+        QTest::newRow("good blocks with flipped, lost and doubled bytes") << true;
     }
 
-    void a_fuzzed_stream_gives_what_the_plain_receiver_gives()
+    void a_fuzzed_stream_gives_the_same_result_as_the_plain_receiver()
     {
         QFETCH(bool, mutated);
         std::mt19937 random(12345);
@@ -330,7 +331,7 @@ private slots:
             if (!mutated) {
                 bytes = streams::noise(random, 100'000);
             } else if (random() % 2 == 0) {
-                bytes = streams::mischief(random, 100'000);
+                bytes = streams::faulty(random, 100'000);
             } else {
                 for (int k = 0; k < 60; ++k) {
                     bytes += streams::randomBlock(random);
@@ -347,9 +348,9 @@ private slots:
             fed += bytes.size();
             blocks += found.i.size();
         }
-        // a block does not come by chance
+        // Random bytes do not form a block.
         QVERIFY(mutated ? blocks > fed / 10'000 : blocks == 0);
-        // and it is as good as new
+        // The decoder still works.
         streams::Blocks after;
         feed(decoder,
             streams::randomBlock(random) + streams::randomBlock(random) +

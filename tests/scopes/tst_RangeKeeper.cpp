@@ -8,7 +8,7 @@ class tst_RangeKeeper : public QObject
     Q_OBJECT
 
 private slots:
-    void begins_at_full_scale() { QCOMPARE(RangeKeeper().limit(), 1.0); }
+    void starts_at_full_scale() { QCOMPARE(RangeKeeper().limit(), 1.0); }
 
     void fits_the_signal_in_steps_data()
     {
@@ -38,7 +38,7 @@ private slots:
         QCOMPARE(range.limit(), limit);
     }
 
-    void grows_at_once()
+    void grows_immediately()
     {
         RangeKeeper range;
         for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
@@ -49,7 +49,7 @@ private slots:
         QCOMPARE(range.limit(), 1.0);
     }
 
-    void does_not_jump_with_a_signal_that_comes_and_goes()
+    void does_not_jump_with_an_intermittent_signal()
     {
         RangeKeeper range;
         for (int k = 0; k < 200; ++k) {
@@ -84,7 +84,7 @@ private slots:
         }
     }
 
-    void shrinks_to_what_held_all_blocks_of_the_wait()
+    void shrinks_to_the_range_that_held_all_blocks_since()
     {
         RangeKeeper range;
         for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
@@ -94,7 +94,7 @@ private slots:
         QCOMPARE(range.limit(), 0.4);
     }
 
-    void silence_and_nonsense_change_nothing()
+    void silence_and_invalid_peaks_change_nothing()
     {
         RangeKeeper range;
         for (int k = 0; k < 100; ++k) {
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(range.limit(), 1.0);
     }
 
-    void fixed_is_full_scale_whatever_comes()
+    void a_fixed_range_is_full_scale_for_any_signal()
     {
         RangeKeeper range;
         range.setFixed(true);

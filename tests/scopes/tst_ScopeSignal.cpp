@@ -1,4 +1,4 @@
-// Signals of the simulator on the screen: what is plotted is measured, and every kind of picture is
+// Signals of the simulator on the screen: the plotted points are measured, and every modulation is
 // drawn.
 #include "scopes/PlotView.h"
 #include "scopes/Scope.h"
@@ -97,7 +97,7 @@ private slots:
             QTRY_COMPARE(blocks.size(), block);
             const QVector<QPointF> points = scope.constellation().plotted();
             QCOMPARE(points.size(), 255);
-            // the level is measured as well, by the mean magnitude along each axis
+            // The level is measured, too, by the mean magnitude along each axis.
             double level = 0.0;
             for (const QPointF& point : points) {
                 level += (std::abs(point.x()) + std::abs(point.y())) / (2.0 * 255.0);
@@ -140,7 +140,7 @@ private slots:
                 weight += density * 2.0 * level * level;
             }
         }
-        // overlapping dots count once they glow fully, so the cloud looks wider than it is
+        // Overlapping dots count once they are fully bright, so the cloud looks wider than it is.
         const double decibels = -10.0 * std::log10(error / weight);
         QVERIFY2(decibels > 15.0 && decibels < 20.5, qPrintable(QString::number(decibels)));
     }
@@ -232,8 +232,7 @@ private slots:
         }
     }
 
-    // The peaks of its noise differ from block to block; levels at which they lie between two
-    // ranges.
+    // Signals whose noise peaks differ from block to block, at levels that lie between two ranges.
     void the_range_of_a_steady_signal_does_not_jump_data()
     {
         QTest::addColumn<QString>("signal");
@@ -266,7 +265,7 @@ private slots:
         QVERIFY2(changes <= 1, qPrintable(QString::number(changes)));
     }
 
-    void the_picture_is_the_same_with_mischief_on_the_line()
+    void the_picture_is_the_same_with_faults_on_the_line()
     {
         DeviceDirectory devices;
         Pty& line = devices.add(QStringLiteral("ttyUSB1"));

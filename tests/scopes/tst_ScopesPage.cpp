@@ -36,7 +36,7 @@ private slots:
         }
     }
 
-    void begins_with_all_demodulators_off()
+    void starts_with_all_demodulators_off()
     {
         ScopesPage page;
         for (int n = 1; n <= 3; ++n) {
@@ -46,7 +46,7 @@ private slots:
         }
     }
 
-    void a_mode_of_the_main_unit_sets_button_type_and_stored_mode_data()
+    void a_mode_of_the_main_unit_sets_button_plot_type_and_stored_mode_data()
     {
         QTest::addColumn<int>("message");
         QTest::addColumn<QString>("text");
@@ -58,7 +58,7 @@ private slots:
         QTest::newRow("3") << 3 << "Demod %1 SDI" << 0 << 3;
     }
 
-    void a_mode_of_the_main_unit_sets_button_type_and_stored_mode()
+    void a_mode_of_the_main_unit_sets_button_plot_type_and_stored_mode()
     {
         QFETCH(int, message);
         QFETCH(QString, text);
@@ -88,7 +88,7 @@ private slots:
         }
     }
 
-    void off_empties_the_scope_s_plots()
+    void off_empties_the_plots_of_the_scope()
     {
         ScopesPage page;
         QVector<double> half(256, 0.5);
@@ -103,7 +103,7 @@ private slots:
         QCOMPARE(view->grab().toImage(), empty);
     }
 
-    void a_choice_of_the_operator_has_numbers_of_its_own_data()
+    void a_choice_of_the_operator_is_mapped_to_its_mode_data()
     {
         QTest::addColumn<int>("choice");
         QTest::addColumn<QString>("text");
@@ -115,7 +115,7 @@ private slots:
         QTest::newRow("2") << 2 << "Demod 2 Off" << 1 << 0 << "D2:DSDM:0";
     }
 
-    void a_choice_of_the_operator_has_numbers_of_its_own()
+    void a_choice_of_the_operator_is_mapped_to_its_mode()
     {
         QFETCH(int, choice);
         const auto mode = ScopeMode::ofChoice(choice);
@@ -126,7 +126,7 @@ private slots:
         QTEST(mode->commandText(2), "command");
     }
 
-    void there_are_no_other_choices_and_modes()
+    void other_choices_and_modes_do_not_exist()
     {
         for (const int number : {-1, 3, 4, 1000}) {
             QVERIFY(!ScopeMode::ofChoice(number));
@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(ScopeMode::choices(), QStringLiteral("0 Eye Pattern:1 Constellation:2 Off:"));
     }
 
-    void everything_lies_inside_the_page_and_side_by_side()
+    void all_parts_lie_inside_the_page_and_do_not_overlap()
     {
         ScopesPage page;
         page.setFixedSize(PageSize);
@@ -162,7 +162,7 @@ private slots:
         QVERIFY(page.rect().contains(inPage(page.magPhasePlot())));
     }
 
-    void a_lent_scope_comes_back_to_its_grid()
+    void a_lent_scope_returns_to_its_grid()
     {
         ScopesPage page;
         page.setFixedSize(PageSize);
@@ -178,7 +178,7 @@ private slots:
         QTRY_COMPARE(page.scope(3)->geometry(), before);
     }
 
-    void a_scope_that_is_gone_does_no_harm()
+    void a_deleted_scope_is_tolerated()
     {
         ScopesPage page;
         delete page.scope(2);
@@ -188,7 +188,7 @@ private slots:
         QVERIFY(!page.anyPortOpen());
     }
 
-    void knows_whether_any_port_is_open()
+    void reports_whether_any_port_is_open()
     {
         DeviceDirectory devices;
         {

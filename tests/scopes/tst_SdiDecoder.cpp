@@ -7,7 +7,7 @@ class tst_SdiDecoder : public QObject
     Q_OBJECT
 
 private slots:
-    void one_read_data()
+    void a_read_of_the_port_yields_at_most_one_record_data()
     {
         QTest::addColumn<QByteArray>("read");
         QTest::addColumn<QByteArray>("record");
@@ -15,23 +15,23 @@ private slots:
                                                                                "abcde",
                                                                         7)
                                                                  << QByteArray("abcde");
-        QTest::newRow("the first byte is never looked at") << QByteArray("\xff"
-                                                                         "abcde")
-                                                           << QByteArray();
+        QTest::newRow("the first byte is skipped") << QByteArray("\xff"
+                                                                 "abcde")
+                                                   << QByteArray();
         QTest::newRow("what follows the record is discarded") << QByteArray("x\xff"
                                                                             "abcde\xff"
                                                                             "fghij")
                                                               << QByteArray("abcde");
-        QTest::newRow("junk before the start byte is passed over") << QByteArray("xyz\xff"
-                                                                                 "abcde")
-                                                                   << QByteArray("abcde");
+        QTest::newRow("bytes before the start byte are skipped") << QByteArray("xyz\xff"
+                                                                               "abcde")
+                                                                 << QByteArray("abcde");
         QTest::newRow("a start byte inside a record is data") << QByteArray("x\xff\xff"
                                                                             "bcde")
                                                               << QByteArray("\xff"
                                                                             "bcde");
-        QTest::newRow("behind the last byte a zero is seen") << QByteArray("x\xff"
-                                                                           "abcd")
-                                                             << QByteArray("abcd\0", 5);
+        QTest::newRow("a zero is assumed after the last byte") << QByteArray("x\xff"
+                                                                             "abcd")
+                                                               << QByteArray("abcd\0", 5);
         QTest::newRow("three bytes and the zero are too few") << QByteArray("x\xff"
                                                                             "abc")
                                                               << QByteArray();
@@ -39,7 +39,7 @@ private slots:
         QTest::newRow("nothing") << QByteArray() << QByteArray();
     }
 
-    void one_read()
+    void a_read_of_the_port_yields_at_most_one_record()
     {
         QFETCH(QByteArray, read);
         QFETCH(QByteArray, record);
@@ -59,7 +59,7 @@ private slots:
         QVERIFY(!decoder.started());
     }
 
-    void after_a_record_a_new_start_byte_is_wanted()
+    void after_a_record_a_new_start_byte_is_required()
     {
         SdiDecoder decoder;
         QVERIFY(!decoder
@@ -72,14 +72,14 @@ private slots:
             QByteArray("12345"));
     }
 
-    void a_fuzzed_stream_gives_what_the_plain_receiver_gives_data()
+    void a_fuzzed_stream_gives_the_same_result_as_the_plain_receiver_data()
     {
         QTest::addColumn<bool>("mutated");
         QTest::newRow("random bytes") << false;
-        QTest::newRow("good records with bytes flipped, lost and doubled") << true;
+        QTest::newRow("good records with flipped, lost and doubled bytes") << true;
     }
 
-    void a_fuzzed_stream_gives_what_the_plain_receiver_gives()
+    void a_fuzzed_stream_gives_the_same_result_as_the_plain_receiver()
     {
         QFETCH(bool, mutated);
         std::mt19937 random(99);
@@ -107,7 +107,7 @@ private slots:
             fed += stream.size();
         }
         QVERIFY(records > fed / 1000);
-        // and it is as good as new, once what was begun is at its end
+        // The decoder still works., once what was begun is at its end
         const QByteArray good("\x00\xff"
                               "abcde",
             7);
@@ -117,7 +117,7 @@ private slots:
     }
 
 private:
-    // Mostly one record, as the line gives them, or a part of it; now and then very much.
+    // Usually one record per read or a part of one, as on the line; sometimes many.
     static qsizetype readSize(std::mt19937& random)
     {
         switch (random() % 8) {

@@ -71,7 +71,7 @@ private slots:
         QCOMPARE(plot.records().back(), QByteArray("abcde"));
     }
 
-    void the_strips_can_be_fewer()
+    void fewer_strips_can_be_shown()
     {
         SdiPlot plot;
         QCOMPARE(plot.stripCount(), 5);
@@ -95,7 +95,7 @@ private slots:
         QCOMPARE(painted(plot, {200, 100}).pixelColor(100, 3), QColor(Qt::cyan));
     }
 
-    void nothing_and_no_size_do_no_harm()
+    void no_records_and_no_size_are_tolerated()
     {
         SdiPlot plot;
         painted(plot, {200, 100});

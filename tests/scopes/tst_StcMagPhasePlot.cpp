@@ -26,7 +26,7 @@ class tst_StcMagPhasePlot : public QObject
     Q_OBJECT
 
 private slots:
-    void begins_without_a_lamp_and_without_magnitudes()
+    void starts_without_a_lit_lamp_and_without_magnitudes()
     {
         const StcMagPhasePlot plot;
         for (int lamp = 0; lamp < 9; ++lamp) {
@@ -56,7 +56,7 @@ private slots:
         QTest::newRow("below") << -0.2 << -1 << "";
         QTest::newRow("above") << 1.0626 << -1 << "";
         QTest::newRow("far above") << 1e30 << -1 << "";
-        QTest::newRow("no number") << std::nan("") << -1 << "";
+        QTest::newRow("not a number") << std::nan("") << -1 << "";
         QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << -1 << "";
     }
 
@@ -87,7 +87,7 @@ private slots:
         QCOMPARE(bar(plot, "ch1Bar"), 81);
     }
 
-    void magnitudes_beyond_the_bar_fill_or_empty_it()
+    void magnitudes_out_of_range_fill_or_empty_the_bar()
     {
         StcMagPhasePlot plot;
         plot.setCh0MagHold(std::numeric_limits<int>::max());
@@ -97,7 +97,7 @@ private slots:
         QCOMPARE(bar(plot, "ch1Bar"), 0);
     }
 
-    void a_lit_lamp_is_seen()
+    void a_lit_lamp_is_visible()
     {
         StcMagPhasePlot plot;
         plot.resize(800, 52);

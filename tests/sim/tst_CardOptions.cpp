@@ -3,6 +3,8 @@
 
 #include <QCommandLineParser>
 
+using namespace Qt::StringLiterals;
+
 class tst_CardOptions : public QObject
 {
     Q_OBJECT
@@ -17,34 +19,34 @@ private slots:
         QCOMPARE(options.ports.points, 1024);
     }
 
-    void good_options_are_taken()
+    void good_options_are_accepted()
     {
-        const CardOptions options = read({"--card", "older", "--card-points", "9999"});
+        const CardOptions options = read({u"--card"_s, u"older"_s, u"--card-points"_s, u"9999"_s});
         QCOMPARE(options.fault, QString());
         QCOMPARE(options.ports.type, CardPort::Type::Older);
         QCOMPARE(options.ports.points, 9999);
-        QVERIFY(read({"--card", "none"}).ports.none);
-        QCOMPARE(read({"--card-points", "1"}).ports.points, 1);
-        QCOMPARE(read({"--card", "k7150"}).fault, QString());
+        QVERIFY(read({u"--card"_s, u"none"_s}).ports.none);
+        QCOMPARE(read({u"--card-points"_s, u"1"_s}).ports.points, 1);
+        QCOMPARE(read({u"--card"_s, u"k7150"_s}).fault, QString());
     }
 
-    void what_cannot_be_is_refused_with_its_reason_data()
+    void invalid_options_are_refused_with_the_reason_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("card") << QStringList{"--card", "newer"} << "no card: \"newer\"";
-        QTest::newRow("empty card") << QStringList{"--card", ""} << "no card: \"\"";
+        QTest::newRow("card") << QStringList{u"--card"_s, u"newer"_s} << "no card: \"newer\"";
+        QTest::newRow("empty card") << QStringList{u"--card"_s, u""_s} << "no card: \"\"";
         QTest::newRow("no points")
-            << QStringList{"--card-points", "0"} << "no number of points: \"0\"";
+            << QStringList{u"--card-points"_s, u"0"_s} << "no number of points: \"0\"";
         QTest::newRow("too many points")
-            << QStringList{"--card-points", "10000"} << "no number of points: \"10000\"";
+            << QStringList{u"--card-points"_s, u"10000"_s} << "no number of points: \"10000\"";
         QTest::newRow("negative points")
-            << QStringList{"--card-points", "-1"} << "no number of points: \"-1\"";
+            << QStringList{u"--card-points"_s, u"-1"_s} << "no number of points: \"-1\"";
         QTest::newRow("points in words")
-            << QStringList{"--card-points", "many"} << "no number of points: \"many\"";
+            << QStringList{u"--card-points"_s, u"many"_s} << "no number of points: \"many\"";
     }
 
-    void what_cannot_be_is_refused_with_its_reason()
+    void invalid_options_are_refused_with_the_reason()
     {
         QFETCH(QStringList, arguments);
         QTEST(read(arguments).fault, "reason");
@@ -55,7 +57,7 @@ private:
     {
         QCommandLineParser parser;
         CardOptions::addTo(parser);
-        parser.parse(QStringList{"qn740-sim"} + arguments);
+        parser.parse(QStringList{u"qn740-sim"_s} + arguments);
         return CardOptions::from(parser);
     }
 };

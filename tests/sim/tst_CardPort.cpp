@@ -10,6 +10,8 @@
 #include <QSerialPort>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 using Type = CardPort::Type;
 
 namespace {
@@ -34,7 +36,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<UnitDevices>();
-        m_line = m_devices->add("ttyUSB11");
+        m_line = m_devices->add(u"ttyUSB11"_s);
         m_spectrum = std::make_unique<CardSpectrum>(1);
         m_heard.clear();
         qputenv("QN740_DEV", m_devices->path().toLocal8Bit());
@@ -75,14 +77,14 @@ private slots:
     {
         start(Type::Older);
         for (const char* request : {"0190CNFT290000", "0190CTRM140000"}) {
-            m_port->write(bus::frame(request, '[', ']', true));
+            m_port->write(bus::frame(QString::fromUtf8(request), '[', ']', true));
         }
         QTRY_COMPARE(m_card->answered(), 2);
         QCOMPARE(m_spectrum->span(2), 9);
         QCOMPARE(m_spectrum->trim(1), 4);
         QTRY_COMPARE(heard().size(), 26);
         m_heard.clear();
-        m_port->write(bus::frame("0190RNFT000000", '[', ']', true));
+        m_port->write(bus::frame(u"0190RNFT000000"_s, '[', ']', true));
         QTRY_COMPARE(heard(), QByteArray("[0190RNFT009]\r"));
     }
 
@@ -92,14 +94,15 @@ private slots:
         QTest::addColumn<int>("refused");
         QTest::newRow("wrong checksum") << QByteArray("[0190RNME000000]x") << 1;
         QTest::newRow("no checksum") << QByteArray("[0190RNME000000]") << 0;
-        QTest::newRow("another address") << bus::frame("0180RNME000000", '[', ']', true) << 0;
-        QTest::newRow("unknown command") << bus::frame("0190ABCD000000", '[', ']', true) << 0;
-        QTest::newRow("no such channel") << bus::frame("0190RFFT700000", '[', ']', true) << 0;
-        QTest::newRow("no such span") << bus::frame("0190CNFT9x0000", '[', ']', true) << 0;
-        QTest::newRow("too short") << bus::frame("01", '[', ']', true) << 0;
-        QTest::newRow("one character less") << bus::frame("0190RNME00000", '[', ']', true) << 0;
-        QTest::newRow("one character more") << bus::frame("0190RNME0000000", '[', ']', true) << 0;
-        QTest::newRow("not filled up") << bus::frame("0190RNME", '[', ']', true) << 0;
+        QTest::newRow("another address") << bus::frame(u"0180RNME000000"_s, '[', ']', true) << 0;
+        QTest::newRow("unknown command") << bus::frame(u"0190ABCD000000"_s, '[', ']', true) << 0;
+        QTest::newRow("no such channel") << bus::frame(u"0190RFFT700000"_s, '[', ']', true) << 0;
+        QTest::newRow("no such span") << bus::frame(u"0190CNFT9x0000"_s, '[', ']', true) << 0;
+        QTest::newRow("too short") << bus::frame(u"01"_s, '[', ']', true) << 0;
+        QTest::newRow("one character less") << bus::frame(u"0190RNME00000"_s, '[', ']', true) << 0;
+        QTest::newRow("one character more")
+            << bus::frame(u"0190RNME0000000"_s, '[', ']', true) << 0;
+        QTest::newRow("not filled up") << bus::frame(u"0190RNME"_s, '[', ']', true) << 0;
         QTest::newRow("noise") << QByteArray(1000, 'x') << 0;
     }
 
@@ -114,22 +117,22 @@ private slots:
         QCOMPARE(m_card->refused(), refused);
         QCOMPARE(heard(), QByteArray());
         // and the next good one is
-        m_port->write(QByteArray(300, 'x') + bus::frame("0190RVER000000", '[', ']', true));
+        m_port->write(QByteArray(300, 'x') + bus::frame(u"0190RVER000000"_s, '[', ']', true));
         m_port->flush();
-        m_port->write(bus::frame("0190RVER000000", '[', ']', true));
+        m_port->write(bus::frame(u"0190RVER000000"_s, '[', ']', true));
         QTRY_VERIFY(heard().startsWith("[0190RVER1.23]\r"));
     }
 
     void a_spectrum_has_the_layout_of_its_type()
     {
         start(Type::Older, 512);
-        m_port->write(bus::frame("0190RFFT100000", '[', ']', true));
+        m_port->write(bus::frame(u"0190RFFT100000"_s, '[', ']', true));
         QTRY_COMPARE(heard().size(), 13 + 512);
         QVERIFY(heard().startsWith("[0190RFFT0512"));
         m_heard.clear();
 
         start(Type::K7150, 4096);
-        m_port->write(bus::frame("0190RFFT200000", '[', ']', true));
+        m_port->write(bus::frame(u"0190RFFT200000"_s, '[', ']', true));
         QTRY_COMPARE(heard().size(), 12 + 4096);
         QCOMPARE(heard().left(12), QByteArray("[0190RFFT\x10\x00\x02", 12));
     }
@@ -138,7 +141,7 @@ private slots:
     {
         const QByteArray reply = "[0190RFFT0064" + QByteArray(64, 'p');
         const auto spoilt = [&reply](CardFaults::Fault fault) {
-            CardFaults faults(rates(CardFaults::names().at(fault).name + "=1"), 3);
+            CardFaults faults(rates(CardFaults::names().at(fault).name + u"=1"_s), 3);
             return faults.pass(reply);
         };
         QVERIFY(spoilt(CardFaults::NoReply).bytes.isEmpty());
@@ -170,16 +173,16 @@ private slots:
         QFETCH(QByteArray, start);
         QFETCH(int, points);
         QFETCH(QByteArray, spoilt);
-        CardFaults faults(rates("card-length=1"), 3);
+        CardFaults faults(rates(u"card-length=1"_s), 3);
         const QByteArray tail(points, 'p');
         QCOMPARE(faults.pass(start + tail).bytes, spoilt + tail);
     }
 
     void the_panel_reads_on_after_a_wrong_length_of_9000_points()
     {
-        const CardFaults faults(rates("card-length=0.5"), 11);
+        const CardFaults faults(rates(u"card-length=0.5"_s), 11);
         m_card = std::make_unique<CardPort>(Type::Older, *m_line, *m_spectrum, faults, 9000);
-        SpectralCard page(nullptr, 0, "ttyUSB11");
+        SpectralCard page(nullptr, 0, u"ttyUSB11"_s);
         int right = 0;
         int wrong = 0;
         connect(&page, &SpectralCard::specUpdate, this, [&](const QByteArray& points) {
@@ -192,7 +195,7 @@ private slots:
 
     void the_same_seed_spoils_the_same_replies()
     {
-        const FaultTable table = rates("card-cut=0.4,card-noise=0.4,card-no-reply=0.3");
+        const FaultTable table = rates(u"card-cut=0.4,card-noise=0.4,card-no-reply=0.3"_s);
         CardFaults one(table, 5);
         CardFaults same(table, 5);
         for (int i = 0; i < 200; ++i) {
@@ -206,12 +209,12 @@ private slots:
     void the_page_shows_the_older_card()
     {
         m_card = std::make_unique<CardPort>(Type::Older, *m_line, *m_spectrum, CardFaults());
-        SpectralCard page(nullptr, 0, "ttyUSB11");
+        SpectralCard page(nullptr, 0, u"ttyUSB11"_s);
         QSignalSpy version(&page, &SpectralCard::cardVersionUpdated);
         QSignalSpy spectra(&page, &SpectralCard::specUpdate);
         page.show();
         QTRY_COMPARE(version.count(), 1);
-        QCOMPARE(version.at(0).at(0).toString(), QString("SpectralSweep Ver:1.23"));
+        QCOMPARE(version.at(0).at(0).toString(), u"SpectralSweep Ver:1.23"_s);
         page.SetSpan(2, 9);
         QTRY_COMPARE(m_spectrum->span(2), 9);
         QTRY_VERIFY(spectra.count() >= 6);
@@ -222,16 +225,16 @@ private slots:
 
     void the_page_shows_the_k7150()
     {
-        PseudoTerminal* second = m_devices->add("ttyUSB12");
-        PseudoTerminal* third = m_devices->add("ttyUSB13");
+        PseudoTerminal* second = m_devices->add(u"ttyUSB12"_s);
+        PseudoTerminal* third = m_devices->add(u"ttyUSB13"_s);
         const CardFaults none;
         const CardPort first(Type::K7150, *m_line, *m_spectrum, none, 512);
         const CardPort two(Type::K7150, *second, *m_spectrum, none, 512);
         const CardPort three(Type::K7150, *third, *m_spectrum, none, 512);
-        SpectralCard page(nullptr, 0, "ttyUSB11");
+        SpectralCard page(nullptr, 0, u"ttyUSB11"_s);
         connect(&page, &SpectralCard::updateDemodCh, this,
             [this](const QString& message) { m_spectrum->takeCommand(message.mid(1).chopped(1)); });
-        page.setK7150("ttyUSB11", "ttyUSB12", "ttyUSB13");
+        page.setK7150(u"ttyUSB11"_s, u"ttyUSB12"_s, u"ttyUSB13"_s);
         page.show();
         for (int channel = 0; channel < 3; ++channel) {
             QTRY_VERIFY(page.chart(channel)->peak().valid);
@@ -256,9 +259,9 @@ private slots:
         QFETCH(int, type);
         m_card = std::make_unique<CardPort>(
             static_cast<Type>(type), *m_line, *m_spectrum, CardFaults(), 64);
-        SpectralCard page(nullptr, 0, "ttyUSB11");
+        SpectralCard page(nullptr, 0, u"ttyUSB11"_s);
         if (static_cast<Type>(type) == Type::K7150) {
-            page.setK7150("ttyUSB11", "absent", "missing");
+            page.setK7150(u"ttyUSB11"_s, u"absent"_s, u"missing"_s);
         }
         page.SetChartAreaVisible(1, false);
         page.SetChartAreaVisible(2, false);
@@ -278,13 +281,13 @@ private slots:
         }
     }
 
-    void the_page_goes_on_through_every_fault()
+    void the_page_survives_every_fault()
     {
-        const FaultTable table = rates("card-no-reply=0.05,card-late=0.05,card-cut=0.05,"
-                                       "card-noise=0.1,card-address=0.05,card-length=0.05");
+        const FaultTable table = rates(u"card-no-reply=0.05,card-late=0.05,card-cut=0.05,"_s
+                                       u"card-noise=0.1,card-address=0.05,card-length=0.05"_s);
         m_card = std::make_unique<CardPort>(
             Type::Older, *m_line, *m_spectrum, CardFaults(table, 11), 64);
-        SpectralCard page(nullptr, 0, "ttyUSB11");
+        SpectralCard page(nullptr, 0, u"ttyUSB11"_s);
         QSignalSpy spectra(&page, &SpectralCard::specUpdate);
         page.show();
         const auto enough = [&] {
@@ -318,7 +321,7 @@ private:
         m_port.reset();
         m_card = std::make_unique<CardPort>(type, *m_line, *m_spectrum, CardFaults(), points);
         m_port = std::make_unique<QSerialPort>();
-        m_port->setPortName(m_devices->path() + "/ttyUSB11");
+        m_port->setPortName(m_devices->path() + u"/ttyUSB11"_s);
         m_port->setBaudRate(921600);
         QVERIFY(m_port->open(QIODevice::ReadWrite));
         QTRY_VERIFY(m_line->isOpen());

@@ -2,6 +2,8 @@
 #include "support/TestMain.h"
 #include "wire/SpanTable.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr int Points = 1024;
 
@@ -34,7 +36,7 @@ private slots:
         QVERIFY(points != one.points(0, Points, 1.0)); // and no two are alike
     }
 
-    void there_is_a_noise_floor_with_carriers_on_it()
+    void carriers_rise_above_a_noise_floor()
     {
         CardSpectrum spectrum;
         spectrum.setSpan(1, 9);
@@ -67,7 +69,7 @@ private slots:
         const int narrow = above(spectrum.points(1, Points, 0.0), -45.0);
         spectrum.setSymbolRate(1, 5e6);
         const int wide = above(spectrum.points(1, Points, 0.0), -45.0);
-        QVERIFY2(wide > 4 * narrow, qPrintable(QString("%1 %2").arg(narrow).arg(wide)));
+        QVERIFY2(wide > 4 * narrow, qPrintable(u"%1 %2"_s.arg(narrow).arg(wide)));
     }
 
     void a_shift_moves_all_carriers()
@@ -151,14 +153,14 @@ private slots:
     {
         CardSpectrum spectrum;
         const QList<std::pair<QString, int>> steps{
-            {"11", 3}, {"11", 3}, {"10", 6}, {"10", 6}, {"12", 0}};
+            {u"11"_s, 3}, {u"11"_s, 3}, {u"10"_s, 6}, {u"10"_s, 6}, {u"12"_s, 0}};
         for (const auto& [parameter, span] : steps) {
-            spectrum.takeCommand("D2:NFFT:" + parameter);
+            spectrum.takeCommand(u"D2:NFFT:"_s + parameter);
             QCOMPARE(spectrum.span(1), span);
         }
     }
 
-    void what_the_card_was_told_counts_more_than_a_demodulator_s_parameter()
+    void a_span_set_on_the_card_overrides_a_demodulator_s_parameter()
     {
         CardSpectrum spectrum;
         for (int span = 0; span < spanTable().size(); ++span) {
@@ -169,7 +171,7 @@ private slots:
             }
         }
         // of the others it was told nothing
-        spectrum.takeCommand("D1 D2 D3:NFFT:11");
+        spectrum.takeCommand(u"D1 D2 D3:NFFT:11"_s);
         QCOMPARE(spectrum.span(0), 3);
         QCOMPARE(spectrum.span(1), 9);
         QCOMPARE(spectrum.span(2), 3);

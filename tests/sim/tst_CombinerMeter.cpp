@@ -5,12 +5,14 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_CombinerMeter : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void it_tells_while_a_scope_is_on_and_at_no_other_time()
+    void it_measures_only_while_a_scope_is_on()
     {
         UnitState unit;
         const CombinerMeter meter(unit, 1);
@@ -19,7 +21,7 @@ private slots:
         QCOMPARE(tells.size(), 0);
         unit.setScopeMode(2, 1);
         QTRY_VERIFY(tells.size() >= 2);
-        QVERIFY(tells.at(0).at(0).toString().startsWith("PM,"));
+        QVERIFY(tells.at(0).at(0).toString().startsWith(u"PM,"_s));
     }
 
     void a_measurement_is_a_message_with_values_of_the_display()
@@ -30,7 +32,7 @@ private slots:
         for (int i = 0; i < 500; ++i) {
             const QString body = meter.next();
             QVERIFY2(rules::fault(body).isEmpty(), qPrintable(body));
-            const QStringList fields = body.split(',');
+            const QStringList fields = body.split(u',');
             QVERIFY(fields.at(1).toDouble() >= 0.0 && fields.at(1).toDouble() <= 1.0);
             for (const int magnitude : {fields.at(2).toInt(), fields.at(3).toInt()}) {
                 QVERIFY2(magnitude >= 60 && magnitude <= 80, qPrintable(body));
@@ -44,8 +46,8 @@ private slots:
     {
         UnitState unit;
         CombinerMeter meter(unit, 7);
-        unit.takeCommand("R2:FREQ:1700");
-        const QStringList fields = meter.next().split(',');
+        unit.takeCommand(u"R2:FREQ:1700"_s);
+        const QStringList fields = meter.next().split(u',');
         QVERIFY(fields.at(2).toInt() > 60);
         QVERIFY(fields.at(3).toInt() < 10);
     }

@@ -1,6 +1,8 @@
 #include "sim/line/FaultTable.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 FaultTable table()
@@ -25,7 +27,7 @@ private slots:
     void rates_are_set_by_name()
     {
         FaultTable faults = table();
-        QCOMPARE(faults.set("lost=0.25"), QString());
+        QCOMPARE(faults.set(u"lost=0.25"_s), QString());
         QCOMPARE(faults.rate(QLatin1String("lost")), 0.25);
         QCOMPARE(faults.rate(QLatin1String("late")), 0.0);
         QVERIFY(!faults.isEmpty());
@@ -34,22 +36,22 @@ private slots:
     void several_come_with_commas_and_the_last_word_counts()
     {
         FaultTable faults = table();
-        QCOMPARE(faults.set("lost=0.25,late=1,lost=0"), QString());
+        QCOMPARE(faults.set(u"lost=0.25,late=1,lost=0"_s), QString());
         QCOMPARE(faults.rate(QLatin1String("lost")), 0.0);
         QCOMPARE(faults.rate(QLatin1String("late")), 1.0);
-        QCOMPARE(faults.set("late=0"), QString());
+        QCOMPARE(faults.set(u"late=0"_s), QString());
         QVERIFY(faults.isEmpty());
     }
 
-    void what_is_no_fault_is_refused_with_the_reason_data()
+    void unknown_faults_and_bad_rates_are_refused_with_the_reason_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("reason");
-        const QString unknown = "no fault \"%1\"; there are lost, late";
-        const QString rate = "lost needs a rate from 0 to 1, as in lost=0.05";
-        QTest::newRow("name") << "Lost=1" << unknown.arg("Lost");
-        QTest::newRow("nothing") << "" << unknown.arg("");
-        QTest::newRow("second name") << "lost=1,x" << unknown.arg("x");
+        const QString unknown = u"no fault \"%1\"; there are lost, late"_s;
+        const QString rate = u"lost needs a rate from 0 to 1, as in lost=0.05"_s;
+        QTest::newRow("name") << "Lost=1" << unknown.arg(u"Lost"_s);
+        QTest::newRow("nothing") << "" << unknown.arg(u""_s);
+        QTest::newRow("second name") << "lost=1,x" << unknown.arg(u"x"_s);
         QTest::newRow("no rate") << "lost" << rate;
         QTest::newRow("empty rate") << "lost=" << rate;
         QTest::newRow("text") << "lost=often" << rate;
@@ -59,7 +61,7 @@ private slots:
         QTest::newRow("infinite") << "lost=inf" << rate;
     }
 
-    void what_is_no_fault_is_refused_with_the_reason()
+    void unknown_faults_and_bad_rates_are_refused_with_the_reason()
     {
         QFETCH(QString, text);
         FaultTable faults = table();
@@ -68,8 +70,7 @@ private slots:
 
     void the_help_names_each()
     {
-        QCOMPARE(
-            table().help(), QString("  lost           it is lost\n  late           it is late\n"));
+        QCOMPARE(table().help(), u"  lost           it is lost\n  late           it is late\n"_s);
     }
 };
 

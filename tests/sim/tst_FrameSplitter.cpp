@@ -1,12 +1,14 @@
 #include "sim/line/FrameSplitter.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 QStringList shown(const QList<FrameSplitter::Piece>& pieces)
 {
     QStringList texts;
     for (const auto& piece : pieces) {
-        texts.append((piece.framed ? "framed " : "unframed ") + piece.text);
+        texts.append((piece.framed ? u"framed "_s : u"unframed "_s) + piece.text);
     }
     return texts;
 }
@@ -21,27 +23,27 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QStringList>("pieces");
-        QTest::newRow("one message") << QByteArray("\x02PONG\x04") << QStringList{"framed PONG"};
+        QTest::newRow("one message") << QByteArray("\x02PONG\x04") << QStringList{u"framed PONG"_s};
         QTest::newRow("two messages") << QByteArray("\x02"
                                                     "A\x04\x02"
                                                     "B\x04")
-                                      << QStringList{"framed A", "framed B"};
-        QTest::newRow("empty message") << QByteArray("\x02\x04") << QStringList{"framed "};
+                                      << QStringList{u"framed A"_s, u"framed B"_s};
+        QTest::newRow("empty message") << QByteArray("\x02\x04") << QStringList{u"framed "_s};
         QTest::newRow("text before a frame") << QByteArray("D1:SPEN:1\x02"
                                                            "A\x04")
-                                             << QStringList{"unframed D1:SPEN:1", "framed A"};
+                                             << QStringList{u"unframed D1:SPEN:1"_s, u"framed A"_s};
         QTest::newRow("a frame broken off by the next") << QByteArray("\x02"
                                                                       "AB\x02"
                                                                       "C\x04")
-                                                        << QStringList{"unframed \x02"
-                                                                       "AB",
-                                                               "framed C"};
+                                                        << QStringList{u"unframed \x02"_s
+                                                                       u"AB"_s,
+                                                               u"framed C"_s};
         QTest::newRow("an end without a start") << QByteArray("\x04\x02"
                                                               "A\x04")
-                                                << QStringList{"unframed \x04", "framed A"};
+                                                << QStringList{u"unframed \x04"_s, u"framed A"_s};
         QTest::newRow("a line break inside") << QByteArray("\x02"
                                                            "A\nB\x04")
-                                             << QStringList{"framed A\nB"};
+                                             << QStringList{u"framed A\nB"_s};
         QTest::newRow("no end yet") << QByteArray("\x02"
                                                   "ABC")
                                     << QStringList{};
@@ -81,7 +83,7 @@ private slots:
         QVERIFY(splitter.take("D1:SPEN:1").isEmpty());
         const auto loose = splitter.takeLoose();
         QVERIFY(loose.has_value());
-        QCOMPARE(loose->text, QString("D1:SPEN:1"));
+        QCOMPARE(loose->text, u"D1:SPEN:1"_s);
         QVERIFY(!loose->framed);
         QVERIFY(!splitter.takeLoose().has_value());
     }
@@ -91,7 +93,7 @@ private slots:
         FrameSplitter splitter;
         splitter.take("\x02PO");
         QVERIFY(!splitter.takeLoose().has_value());
-        QCOMPARE(shown(splitter.take("NG\x04")), QStringList{"framed PONG"});
+        QCOMPARE(shown(splitter.take("NG\x04")), QStringList{u"framed PONG"_s});
     }
 
     void an_endless_frame_does_not_grow()

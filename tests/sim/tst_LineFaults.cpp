@@ -9,7 +9,7 @@ const QByteArray Frame = framed("SB,0,Text");
 LineFaults faults(const char* rates, quint32 seed = 1)
 {
     FaultTable table(LineFaults::names());
-    const QString fault = table.set(rates);
+    const QString fault = table.set(QString::fromUtf8(rates));
     return fault.isEmpty() ? LineFaults(table, seed) : LineFaults();
 }
 
@@ -22,7 +22,7 @@ QByteArray joined(const QList<LineFaults::Piece>& pieces)
     return bytes;
 }
 
-// Out: how many of 10,000 frames do not come as they are.
+// Returns how many of 10,000 frames arrive changed.
 int spoiled(const char* rates)
 {
     LineFaults line = faults(rates);
@@ -41,7 +41,7 @@ class tst_LineFaults : public QObject
     Q_OBJECT
 
 private slots:
-    void without_faults_a_frame_goes_as_it_is()
+    void without_faults_a_frame_is_unchanged()
     {
         LineFaults line;
         const auto pieces = line.pass(Frame);
@@ -50,7 +50,7 @@ private slots:
         QCOMPARE(pieces.first().pauseMs, 0);
     }
 
-    void drop_takes_one_byte()
+    void drop_removes_one_byte()
     {
         LineFaults line = faults("drop=1");
         QSet<QByteArray> seen;
@@ -65,7 +65,7 @@ private slots:
         QCOMPARE(seen.size(), Frame.size());
     }
 
-    void cut_takes_the_end()
+    void cut_removes_the_end()
     {
         LineFaults line = faults("cut=1");
         QSet<qsizetype> lengths;
@@ -111,7 +111,7 @@ private slots:
         QCOMPARE(counts, (QSet<qsizetype>{2, 3, 4}));
     }
 
-    void burst_holds_32_frames_and_lets_them_go_as_one()
+    void burst_holds_32_frames_and_sends_them_together()
     {
         LineFaults line = faults("burst=1");
         QByteArray expected;
@@ -127,7 +127,7 @@ private slots:
         QVERIFY(!line.isHolding());
     }
 
-    void a_burst_can_be_let_go_before()
+    void a_burst_can_be_released_early()
     {
         LineFaults line = faults("burst=1");
         QVERIFY(line.pass(Frame).isEmpty());

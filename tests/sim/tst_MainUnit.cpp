@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr auto AgcKey = "AK,Tuner,agc,AGC,0,R1:AGC:,,0,,0,0,1";
@@ -40,7 +42,7 @@ private slots:
     void nothing_is_sent_before_the_panel_is_there()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message("PING")});
+        MainUnit unit(line, {message(u"PING"_s)});
         const QSignalSpy sent(&unit, &MainUnit::sent);
         QTest::qWait(200);
         QCOMPARE(sent.size(), 0);
@@ -49,34 +51,35 @@ private slots:
     void the_version_is_asked_first_and_the_menus_wait_for_the_answer()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message(AgcKey), message("SK,Tuner")});
+        MainUnit unit(line, {message(QString::fromUtf8(AgcKey)), message(u"SK,Tuner"_s)});
         LineEnd panel(line.slavePath());
         QTRY_COMPARE(panel.received(), framed("VER"));
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner"}));
-        QCOMPARE(unit.panelVersion(), QString("1.1.6.4"));
+        QCOMPARE(unit.panelVersion(), u"1.1.6.4"_s);
     }
 
-    void what_the_unit_tells_by_itself_goes_out_behind_the_menus()
+    void messages_of_the_unit_s_own_are_sent_after_the_menus()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message(AgcKey), wait(100), message("SK,Tuner")});
-        unit.tell("SF,0,1");
+        MainUnit unit(
+            line, {message(QString::fromUtf8(AgcKey)), wait(100), message(u"SK,Tuner"_s)});
+        unit.tell(u"SF,0,1"_s);
         LineEnd panel(line.slavePath());
         QTRY_COMPARE(panel.received(), framed("VER"));
-        unit.tell("SF,0,2");
+        unit.tell(u"SF,0,2"_s);
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
-        unit.tell("SF,0,3"); // the menus are not out yet: what they tell is newer
+        unit.tell(u"SF,0,3"_s); // the menus are not out yet: what they tell is newer
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner"}));
-        unit.tell("SF,0,4");
+        unit.tell(u"SF,0,4"_s);
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner", "SF,0,4"}));
     }
 
     void a_panel_without_an_answer_gets_its_menus_after_a_second()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message("PING")});
+        MainUnit unit(line, {message(u"PING"_s)});
         LineEnd panel(line.slavePath());
         QTRY_COMPARE(panel.received(), framed("VER"));
         QElapsedTimer elapsed;
@@ -89,7 +92,7 @@ private slots:
     void an_answer_that_is_no_version_starts_nothing()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message("PING")});
+        MainUnit unit(line, {message(u"PING"_s)});
         QSignalSpy received(&unit, &MainUnit::received);
         LineEnd panel(line.slavePath());
         QTRY_COMPARE(panel.received(), framed("VER"));
@@ -101,7 +104,8 @@ private slots:
     void a_wait_holds_the_menus_but_no_answer()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message(AgcKey), wait(600), message("SK,Tuner")});
+        MainUnit unit(
+            line, {message(QString::fromUtf8(AgcKey)), wait(600), message(u"SK,Tuner"_s)});
         LineEnd panel(line.slavePath());
         QTRY_COMPARE(panel.received(), framed("VER"));
         QVERIFY(panel.write(framed("1.1.6.4")));
@@ -113,37 +117,37 @@ private slots:
     void a_key_is_confirmed_with_the_values_that_the_unit_keeps()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message(AgcKey)});
+        MainUnit unit(line, {message(QString::fromUtf8(AgcKey))});
         LineEnd panel(line.slavePath());
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
         QVERIFY(panel.write(framed("R1:AGC:1")));
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "CV,Tuner,agc,0,1"}));
-        QCOMPARE(unit.keys().field("Tuner", "agc", 9), QString("1"));
+        QCOMPARE(unit.keys().field(u"Tuner"_s, u"agc"_s, 9), u"1"_s);
     }
 
     void what_is_typed_before_comes_after_the_menus()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message("CLEAR"), wait(50), message("PING")});
-        QVERIFY(unit.type(message("DB,Text")));
+        MainUnit unit(line, {message(u"CLEAR"_s), wait(50), message(u"PING"_s)});
+        QVERIFY(unit.type(message(u"DB,Text"_s)));
         LineEnd panel(line.slavePath());
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_COMPARE(panel.received(), frames({"VER", "CLEAR", "PING", "DB,Text"}));
     }
 
-    void what_is_typed_later_goes_out_at_once_and_with_its_waits()
+    void typed_steps_after_the_menus_are_sent_at_once_with_their_waits()
     {
         PseudoTerminal line;
         MainUnit unit(line, {});
         LineEnd panel(line.slavePath());
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_COMPARE(panel.received(), framed("VER"));
-        QVERIFY(unit.type(message("PING")));
+        QVERIFY(unit.type(message(u"PING"_s)));
         QElapsedTimer elapsed;
         elapsed.start();
         QVERIFY(unit.type(wait(300)));
-        QVERIFY(unit.type(message("VER")));
+        QVERIFY(unit.type(message(u"VER"_s)));
         QTRY_COMPARE(panel.received(), frames({"VER", "PING"}));
         QTRY_COMPARE(panel.received(), frames({"VER", "PING", "VER"}));
         QVERIFY(elapsed.elapsed() >= 290);
@@ -154,15 +158,15 @@ private slots:
         PseudoTerminal line;
         MainUnit unit(line, {});
         for (int i = 0; i < MainUnit::MaxTyped; ++i) {
-            QVERIFY(unit.type(message("PING")));
+            QVERIFY(unit.type(message(u"PING"_s)));
         }
-        QVERIFY(!unit.type(message("PING")));
+        QVERIFY(!unit.type(message(u"PING"_s)));
     }
 
     void a_panel_that_comes_again_gets_everything_again()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message(AgcKey)});
+        MainUnit unit(line, {message(QString::fromUtf8(AgcKey))});
         for (int round = 0; round < 3; ++round) {
             LineEnd panel(line.slavePath());
             QTRY_COMPARE(panel.received(), framed("VER"));
@@ -175,10 +179,10 @@ private slots:
         }
     }
 
-    void a_panel_that_goes_in_the_middle_leaves_the_rest_unsent()
+    void a_panel_that_closes_the_line_early_gets_no_more()
     {
         PseudoTerminal line;
-        MainUnit unit(line, {message("CLEAR"), wait(200), message("PING")});
+        MainUnit unit(line, {message(u"CLEAR"_s), wait(200), message(u"PING"_s)});
         QSignalSpy sent(&unit, &MainUnit::sent);
         LineEnd panel(line.slavePath());
         QTRY_COMPARE(panel.received(), framed("VER"));
@@ -201,7 +205,7 @@ private slots:
         QTRY_COMPARE(unit.linkMode(), 1);
     }
 
-    void everything_received_is_told_framed_or_not()
+    void everything_received_is_announced_framed_or_not()
     {
         PseudoTerminal line;
         MainUnit unit(line, {});
@@ -209,8 +213,8 @@ private slots:
         LineEnd panel(line.slavePath());
         QVERIFY(panel.write(framed("Main") + "D1:SPEN:1"));
         QTRY_COMPARE(received.size(), 2);
-        QCOMPARE(received.at(0), (QVariantList{"Main", true}));
-        QCOMPARE(received.at(1), (QVariantList{"D1:SPEN:1", false}));
+        QCOMPARE(received.at(0), (QVariantList{u"Main"_s, true}));
+        QCOMPARE(received.at(1), (QVariantList{u"D1:SPEN:1"_s, false}));
     }
 
     void ten_thousand_messages_arrive_in_order_at_a_slow_reader()
@@ -218,7 +222,7 @@ private slots:
         QList<MenuStep> menus;
         QByteArray expected = framed("VER");
         for (int i = 0; i < 10000; ++i) {
-            menus.append(message("SB,0,Number " + QString::number(i)));
+            menus.append(message(u"SB,0,Number "_s + QString::number(i)));
             expected += framed("SB,0,Number " + QByteArray::number(i));
         }
         PseudoTerminal line;

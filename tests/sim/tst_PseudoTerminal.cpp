@@ -6,6 +6,8 @@
 
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray joined(const QSignalSpy& spy)
@@ -45,7 +47,7 @@ private slots:
         QCOMPARE(line.pendingBytes(), 0);
     }
 
-    void it_tells_each_coming_and_going()
+    void each_opening_and_closing_is_announced()
     {
         PseudoTerminal line;
         QSignalSpy opened(&line, &PseudoTerminal::opened);
@@ -109,7 +111,7 @@ private slots:
         QCOMPARE(line.pendingBytes(), 0);
     }
 
-    void more_than_the_limit_is_refused_whole()
+    void a_write_beyond_the_limit_is_refused_completely()
     {
         PseudoTerminal line(100000);
         const LineEnd slave(line.slavePath());
@@ -150,10 +152,10 @@ private slots:
         const auto start = std::clock();
         QTest::qWait(1000);
         const double seconds = double(std::clock() - start) / CLOCKS_PER_SEC;
-        QVERIFY2(seconds < 0.25, qPrintable(QString("%1 s of 1 s").arg(seconds)));
+        QVERIFY2(seconds < 0.25, qPrintable(u"%1 s of 1 s"_s.arg(seconds)));
     }
 
-    void it_may_go_while_the_panel_has_it_open()
+    void it_can_be_deleted_while_the_panel_has_it_open()
     {
         auto line = std::make_unique<PseudoTerminal>();
         const LineEnd slave(line->slavePath());

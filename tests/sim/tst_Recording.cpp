@@ -5,6 +5,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 class tst_Recording : public QObject
 {
     Q_OBJECT
@@ -13,7 +15,7 @@ class tst_Recording : public QObject
 
     QString fileWith(const QByteArray& text) const
     {
-        QFile file(m_directory.filePath("talk.log"));
+        QFile file(m_directory.filePath(u"talk.log"_s));
         file.open(QIODevice::WriteOnly);
         file.write(text);
         return file.fileName();
@@ -32,9 +34,9 @@ private slots:
         QCOMPARE(lines.size(), 3);
         QCOMPARE(lines.at(0).seconds, 0.001);
         QVERIFY(lines.at(0).in);
-        QCOMPARE(lines.at(0).frame, QString("\x02PING\x04"));
+        QCOMPARE(lines.at(0).frame, u"\x02PING\x04"_s);
         QVERIFY(!lines.at(1).in);
-        QCOMPARE(lines.at(1).frame, QString("\x02PONG\x04"));
+        QCOMPARE(lines.at(1).frame, u"\x02PONG\x04"_s);
         QCOMPARE(lines.at(2).frame, QString::fromLatin1("\x02SB,0,a\\b \xe4\x04"));
     }
 
@@ -53,22 +55,22 @@ private slots:
             frames += line.frame;
         }
         QCOMPARE(frames,
-            (QStringList{
-                "\x02ST,1\x04", "D1:SPEN:1D2:SPEN:1", "\x02PONG\x04", "D2:SPEN:1", "x", "y", "z"}));
+            (QStringList{u"\x02ST,1\x04"_s, u"D1:SPEN:1D2:SPEN:1"_s, u"\x02PONG\x04"_s,
+                u"D2:SPEN:1"_s, u"x"_s, u"y"_s, u"z"_s}));
     }
 
-    void a_file_without_such_a_line_is_refused()
+    void a_file_without_a_trace_line_is_refused()
     {
         const QString path = fileWith("PING\n12 in PING\n");
         const Recording recording = Recording::load(path);
-        QCOMPARE(recording.fault(), path + ": no line as \"12.345 in \\x02PING\\x04\" in it");
+        QCOMPARE(recording.fault(), path + u": no line as \"12.345 in \\x02PING\\x04\" in it"_s);
         QVERIFY(recording.lines().isEmpty());
     }
 
     void a_file_that_cannot_be_read_is_refused_data()
     {
         QTest::addColumn<QString>("path");
-        QTest::newRow("missing") << m_directory.filePath("none.log");
+        QTest::newRow("missing") << m_directory.filePath(u"none.log"_s);
         QTest::newRow("directory") << m_directory.path();
         QTest::newRow("endless") << "/dev/zero";
     }
@@ -77,12 +79,12 @@ private slots:
     {
         QFETCH(QString, path);
         const Recording recording = Recording::load(path);
-        QVERIFY2(recording.fault().startsWith(path + ": "), qPrintable(recording.fault()));
+        QVERIFY2(recording.fault().startsWith(path + u": "_s), qPrintable(recording.fault()));
     }
 
     void what_is_written_is_read_again()
     {
-        const QString path = m_directory.filePath("new.log");
+        const QString path = m_directory.filePath(u"new.log"_s);
         RecordFile file(path);
         QVERIFY(file.isOpen());
         const QByteArray all = [] {
@@ -94,7 +96,7 @@ private slots:
         }();
         file.toPanel(all);
         file.fromPanel(QString::fromLatin1(all), true);
-        file.fromPanel("D1:SPEN:1", false);
+        file.fromPanel(u"D1:SPEN:1"_s, false);
         // at once, without an end of the writer
         const auto lines = Recording::load(path).lines();
         QCOMPARE(lines.size(), 3);
@@ -102,27 +104,27 @@ private slots:
         QCOMPARE(lines.at(0).frame.toLatin1(), all);
         QVERIFY(!lines.at(1).in);
         QCOMPARE(lines.at(1).frame.toLatin1(), '\x02' + all + '\x04');
-        QCOMPARE(lines.at(2).frame, QString("D1:SPEN:1"));
+        QCOMPARE(lines.at(2).frame, u"D1:SPEN:1"_s);
         QVERIFY(lines.at(1).seconds >= lines.at(0).seconds);
     }
 
-    void a_file_that_cannot_be_written_is_told()
+    void a_file_that_cannot_be_written_is_reported()
     {
-        RecordFile file("/proc/none/talk.log");
+        RecordFile file(u"/proc/none/talk.log"_s);
         QVERIFY(!file.isOpen());
-        QVERIFY(file.errorString().startsWith("/proc/none/talk.log: "));
+        QVERIFY(file.errorString().startsWith(u"/proc/none/talk.log: "_s));
         file.toPanel("x");
     }
 
-    void a_full_disk_is_told_once()
+    void a_full_disk_is_reported_once()
     {
-        RecordFile file("/dev/full");
+        RecordFile file(u"/dev/full"_s);
         QVERIFY(file.isOpen());
         QSignalSpy failed(&file, &RecordFile::failed);
         file.toPanel("x");
         file.toPanel("y");
         QCOMPARE(failed.size(), 1);
-        QVERIFY(failed.at(0).at(0).toString().startsWith("/dev/full: "));
+        QVERIFY(failed.at(0).at(0).toString().startsWith(u"/dev/full: "_s));
         QVERIFY(!file.isOpen());
     }
 };

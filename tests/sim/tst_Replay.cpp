@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = 20000;
@@ -47,7 +49,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, LongMs);
         QVERIFY(replay.score().isGood());
         QCOMPARE(sent.size(), 2);
-        QCOMPARE(sent.at(1).at(0).toString(), QString("SB,0,Text"));
+        QCOMPARE(sent.at(1).at(0).toString(), u"SB,0,Text"_s);
     }
 
     void an_answer_that_does_not_come_is_given_up()
@@ -114,7 +116,7 @@ private slots:
         QCOMPARE(sent.size(), 0);
     }
 
-    void a_panel_that_goes_ends_it()
+    void closing_the_line_ends_the_replay()
     {
         PseudoTerminal line;
         Replay replay(line, Recording::parse(Question + Answer), Replay::Pace::Fast);

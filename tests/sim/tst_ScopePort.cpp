@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray zeroBlock()
@@ -30,7 +32,7 @@ int blocksIn(const QByteArray& bytes)
 FaultTable rates(const char* text)
 {
     FaultTable table(ScopeFaults::names());
-    const QString fault = table.set(text);
+    const QString fault = table.set(QString::fromUtf8(text));
     if (!fault.isEmpty()) {
         qFatal("%s", qPrintable(fault));
     }
@@ -55,7 +57,7 @@ class tst_ScopePort : public QObject
     Q_OBJECT
 
 private slots:
-    void a_block_is_what_the_panel_s_decoder_takes()
+    void the_panel_s_decoder_accepts_a_block()
     {
         QVector<int> i;
         QVector<int> q;
@@ -72,7 +74,7 @@ private slots:
         QCOMPARE(decoder.q().at(9), (32767 - 9) / 32768.0);
     }
 
-    void a_record_is_what_the_panel_s_decoder_takes()
+    void the_panel_s_decoder_accepts_a_record()
     {
         for (quint32 number = 0; number < 1000; ++number) {
             SdiDecoder decoder;
@@ -250,7 +252,7 @@ private slots:
         const double seconds = static_cast<double>(elapsed.nsecsElapsed()) / 1e9;
         QVERIFY(size <= 11520.0 * seconds + 16.0);
         QVERIFY2(size >= 0.75 * 11520.0 * least,
-            qPrintable(QString("%1 bytes in %2 s of %3 s").arg(size).arg(least).arg(seconds)));
+            qPrintable(u"%1 bytes in %2 s of %3 s"_s.arg(size).arg(least).arg(seconds)));
     }
 
     void off_sends_nothing()

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Modulation = SignalSettings::Modulation;
@@ -222,7 +224,7 @@ private slots:
         const double fitting = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=1.5"), 2000);
         const double narrow = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=0.8"), 2000);
         QVERIFY2(wide < -38.0 && fitting < -30.0 && narrow > -20.0,
-            qPrintable(QString("%1 %2 %3").arg(wide).arg(fitting).arg(narrow)));
+            qPrintable(u"%1 %2 %3"_s.arg(wide).arg(fitting).arg(narrow)));
     }
 
     void a_filter_passes_its_band_and_stops_the_rest()
@@ -271,7 +273,7 @@ private slots:
         QVERIFY(first != other);
     }
 
-    void what_is_no_signal_is_told_data()
+    void an_invalid_signal_is_reported_data()
     {
         QTest::addColumn<QString>("text");
         for (const char* text : {"", "fsk", "qpsk:", "qpsk:snr", "qpsk:snr=x", "qpsk:snr=nan",
@@ -280,7 +282,7 @@ private slots:
         }
     }
 
-    void what_is_no_signal_is_told()
+    void an_invalid_signal_is_reported()
     {
         QFETCH(QString, text);
         QString fault;

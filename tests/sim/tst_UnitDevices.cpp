@@ -6,44 +6,46 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 class tst_UnitDevices : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void a_fresh_directory_comes_and_goes_with_its_links()
+    void a_new_directory_is_removed_with_its_links()
     {
         QString path;
         {
             UnitDevices devices;
             QVERIFY(devices.isValid());
             path = devices.path();
-            PseudoTerminal* line = devices.add("ttyO1");
+            PseudoTerminal* line = devices.add(u"ttyO1"_s);
             QVERIFY(line != nullptr);
-            QCOMPARE(QFile::symLinkTarget(path + "/ttyO1"), line->slavePath());
+            QCOMPARE(QFile::symLinkTarget(path + u"/ttyO1"_s), line->slavePath());
         }
         QVERIFY(!QFile::exists(path));
     }
 
-    void a_directory_that_it_made_goes_again()
+    void a_directory_that_it_created_is_removed()
     {
         QTemporaryDir parent;
         {
-            UnitDevices devices(parent.filePath("a/dev"));
+            UnitDevices devices(parent.filePath(u"a/dev"_s));
             QVERIFY(devices.isValid());
-            QVERIFY(devices.add("ttyO1") != nullptr);
-            QVERIFY(QDir(parent.filePath("a/dev")).exists());
+            QVERIFY(devices.add(u"ttyO1"_s) != nullptr);
+            QVERIFY(QDir(parent.filePath(u"a/dev"_s)).exists());
         }
-        QVERIFY(!QDir(parent.filePath("a/dev")).exists());
+        QVERIFY(!QDir(parent.filePath(u"a/dev"_s)).exists());
     }
 
-    void a_directory_that_was_there_stays_without_the_links()
+    void an_existing_directory_stays_without_the_links()
     {
         QTemporaryDir parent;
         {
             UnitDevices devices(parent.path());
-            QVERIFY(devices.add("ttyO1") != nullptr);
-            QVERIFY(devices.add("ttyUSB1") != nullptr);
+            QVERIFY(devices.add(u"ttyO1"_s) != nullptr);
+            QVERIFY(devices.add(u"ttyUSB1"_s) != nullptr);
         }
         QVERIFY(QDir(parent.path()).exists());
         QVERIFY(
@@ -53,32 +55,32 @@ private slots:
     void a_link_of_an_earlier_run_is_replaced()
     {
         QTemporaryDir parent;
-        QVERIFY(QFile::link("/dev/pts/99999", parent.filePath("ttyO1")));
+        QVERIFY(QFile::link(u"/dev/pts/99999"_s, parent.filePath(u"ttyO1"_s)));
         UnitDevices devices(parent.path());
-        PseudoTerminal* line = devices.add("ttyO1");
+        PseudoTerminal* line = devices.add(u"ttyO1"_s);
         QVERIFY(line != nullptr);
-        QCOMPARE(QFile::symLinkTarget(parent.filePath("ttyO1")), line->slavePath());
+        QCOMPARE(QFile::symLinkTarget(parent.filePath(u"ttyO1"_s)), line->slavePath());
     }
 
     void a_file_of_that_name_is_left_alone()
     {
         QTemporaryDir parent;
-        QFile file(parent.filePath("ttyO1"));
+        QFile file(parent.filePath(u"ttyO1"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
         {
             UnitDevices devices(parent.path());
-            QVERIFY(devices.add("ttyO1") == nullptr);
-            QVERIFY(devices.errorString().contains("ttyO1"));
+            QVERIFY(devices.add(u"ttyO1"_s) == nullptr);
+            QVERIFY(devices.errorString().contains(u"ttyO1"_s));
         }
         QVERIFY(file.exists());
     }
 
-    void a_directory_that_cannot_be_made_is_told()
+    void a_directory_that_cannot_be_created_is_reported()
     {
-        UnitDevices devices("/proc/none/dev");
+        UnitDevices devices(u"/proc/none/dev"_s);
         QVERIFY(!devices.isValid());
-        QCOMPARE(devices.errorString(), QString("/proc/none/dev: cannot be made"));
+        QCOMPARE(devices.errorString(), u"/proc/none/dev: cannot be made"_s);
     }
 };
 

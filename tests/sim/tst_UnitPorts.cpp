@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 ScopePortSettings scopes(ScopePort::Mode mode)
@@ -41,30 +43,30 @@ private slots:
         QVERIFY(
             unitPorts::addScopes(devices, unit, scopes(ScopePort::EyePattern), FaultTable(), 1));
         for (int n = 1; n <= 3; ++n) {
-            QVERIFY(QFileInfo(devices.path() + QString("/ttyUSB%1").arg(n)).isSymLink());
+            QVERIFY(QFileInfo(devices.path() + u"/ttyUSB%1"_s.arg(n)).isSymLink());
         }
         const QList<ScopePort*> ports = portsOf(devices);
         QCOMPARE(ports.size(), 3);
         for (const ScopePort* port : ports) {
             QCOMPARE(port->mode(), static_cast<int>(ScopePort::EyePattern));
         }
-        unit.takeCommand("D2:DSDM:1");
-        unit.takeMessage("SM,3,3");
+        unit.takeCommand(u"D2:DSDM:1"_s);
+        unit.takeMessage(u"SM,3,3"_s);
         QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::EyePattern));
         QCOMPARE(ports.at(1)->mode(), static_cast<int>(ScopePort::Constellation));
         QCOMPARE(ports.at(2)->mode(), static_cast<int>(ScopePort::Sdi));
-        unit.takeCommand("D1:DSDM:0");
+        unit.takeCommand(u"D1:DSDM:0"_s);
         QCOMPARE(ports.at(0)->mode(), static_cast<int>(ScopePort::Off));
     }
 
-    void a_device_that_cannot_be_made_is_reported()
+    void a_device_that_cannot_be_created_is_reported()
     {
         UnitDevices devices;
         UnitState unit;
-        QFile inTheWay(devices.path() + "/ttyUSB2");
+        QFile inTheWay(devices.path() + u"/ttyUSB2"_s);
         QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         QVERIFY(!unitPorts::addScopes(devices, unit, scopes(ScopePort::Off), FaultTable(), 1));
-        QVERIFY(devices.errorString().contains("ttyUSB2"));
+        QVERIFY(devices.errorString().contains(u"ttyUSB2"_s));
         QVERIFY(inTheWay.remove());
     }
 
@@ -78,8 +80,8 @@ private slots:
             settings.type = CardPort::Type::Older;
             QVERIFY(unitPorts::addCards(devices, spectrum, settings, FaultTable(), 1));
             const QStringList names = QDir(devices.path()).entryList(QDir::System | QDir::Files);
-            QCOMPARE(
-                names, none ? QStringList() : QStringList({"ttyUSB11", "ttyUSB12", "ttyUSB13"}));
+            QCOMPARE(names,
+                none ? QStringList() : QStringList({u"ttyUSB11"_s, u"ttyUSB12"_s, u"ttyUSB13"_s}));
         }
     }
 };

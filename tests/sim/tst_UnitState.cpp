@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Modulation = SignalSettings::Modulation;
@@ -41,35 +43,35 @@ class tst_UnitState : public QObject
     Q_OBJECT
 
 private slots:
-    void a_scope_is_told_its_mode_by_either_side()
+    void both_sides_can_set_the_mode_of_a_scope()
     {
         UnitState unit;
         QSignalSpy changed(&unit, &UnitState::scopeModeChanged);
         QVERIFY(!unit.isScopeOn());
-        unit.takeCommand("D2:DSDM:1");
+        unit.takeCommand(u"D2:DSDM:1"_s);
         QCOMPARE(changed.takeFirst(), (QVariantList{2, 1}));
         QVERIFY(unit.isScopeOn());
-        unit.takeMessage("SM,2,3");
+        unit.takeMessage(u"SM,2,3"_s);
         QCOMPARE(unit.scopeMode(2), 3);
-        unit.takeCommand("D2:DSDM:0");
+        unit.takeCommand(u"D2:DSDM:0"_s);
         QCOMPARE(unit.scopeMode(2), 0);
         QVERIFY(!unit.isScopeOn());
-        unit.takeCommand("D1 D2 D3:DSDM:2");
+        unit.takeCommand(u"D1 D2 D3:DSDM:2"_s);
         for (int demodulator = 1; demodulator <= 3; ++demodulator) {
             QCOMPARE(unit.scopeMode(demodulator), 2);
         }
     }
 
-    void what_is_no_mode_changes_none_data()
+    void an_invalid_mode_changes_nothing_data()
     {
         QTest::addColumn<QString>("body");
         for (const char* body : {"D2:DSDM:", "D2:DSDM:x", "D2:DSDM:4", "D2:DSDM:-1", "D2:DSDM:1.5",
                  "D2:NFFT:2", "D4:DSDM:2", "D0:DSDM:2", "SM,2,4", "SM,2,-1", "SM,0,2", "SM,4,2",
                  "SM,2", "SM", "SM,2,x", ""}) {
-            QTest::addRow("%s", body) << QString(body);
+            QTest::addRow("%s", body) << QString::fromUtf8(body);
         }
     }
-    void what_is_no_mode_changes_none()
+    void an_invalid_mode_changes_nothing()
     {
         QFETCH(QString, body);
         UnitState unit;
@@ -84,7 +86,7 @@ private slots:
     void a_bit_rate_makes_the_symbols_as_fast_as_the_modulation_lets_them_be()
     {
         UnitState unit;
-        unit.takeCommand("D1:RATE:8000000.000000");
+        unit.takeCommand(u"D1:RATE:8000000.000000"_s);
         QCOMPARE(unit.symbolRate(1), 4e6);
         SignalSettings settings;
         settings.modulation = Modulation::Qam16;
@@ -96,12 +98,12 @@ private slots:
     {
         UnitState unit;
         QSignalSpy changed(&unit, &UnitState::signalChanged);
-        unit.takeCommand("D1 D2 D3:RATE:4000000");
+        unit.takeCommand(u"D1 D2 D3:RATE:4000000"_s);
         QCOMPARE(changed.size(), 3);
         for (int demodulator = 1; demodulator <= 3; ++demodulator) {
             QCOMPARE(unit.symbolRate(demodulator), 2e6);
         }
-        unit.takeCommand("R1 R2:FREQ:2251");
+        unit.takeCommand(u"R1 R2:FREQ:2251"_s);
         QCOMPARE(unit.frequency(1), 2251.0);
         QCOMPARE(unit.frequency(2), 2251.0);
     }
@@ -110,11 +112,11 @@ private slots:
     {
         UnitState unit;
         QCOMPARE(unit.signal(1).snr, SignalSettings().snr);
-        unit.takeCommand("D1:RATE:500000");
+        unit.takeCommand(u"D1:RATE:500000"_s);
         QVERIFY(std::abs(unit.signal(1).snr - SignalSettings().snr - 10.0) < 0.01);
-        unit.takeCommand("D1:RATE:50000000");
+        unit.takeCommand(u"D1:RATE:50000000"_s);
         QVERIFY(std::abs(unit.signal(1).snr - SignalSettings().snr + 10.0) < 0.01);
-        unit.takeCommand("D1:RATE:1e-30");
+        unit.takeCommand(u"D1:RATE:1e-30"_s);
         QCOMPARE(unit.signal(1).snr, 100.0);
     }
 
@@ -122,11 +124,11 @@ private slots:
     {
         UnitState unit;
         QString fault;
-        unit.setSignal(1, SignalSettings::fromText("qpsk:snr=25", fault));
+        unit.setSignal(1, SignalSettings::fromText(u"qpsk:snr=25"_s, fault));
         const double first = opening(unit.signal(1));
-        unit.takeCommand("D1:RATE:500000");
+        unit.takeCommand(u"D1:RATE:500000"_s);
         const double slow = opening(unit.signal(1));
-        unit.takeCommand("D1:RATE:40000000");
+        unit.takeCommand(u"D1:RATE:40000000"_s);
         const double fast = opening(unit.signal(1));
         const QByteArray all = QByteArray::number(slow) + ' ' + QByteArray::number(first) + ' ' +
             QByteArray::number(fast);
@@ -137,11 +139,11 @@ private slots:
     {
         UnitState unit;
         QString fault;
-        unit.setSignal(1, SignalSettings::fromText("qpsk:snr=100", fault));
-        unit.takeMessage(Filter);
+        unit.setSignal(1, SignalSettings::fromText(u"qpsk:snr=100"_s, fault));
+        unit.takeMessage(QString::fromUtf8(Filter));
         QCOMPARE(unit.signal(1).band, 4.0); // 10 MHz at 2.5 million symbols a second
         const double wide = opening(unit.signal(1));
-        unit.takeCommand("R1:IFBW:1");
+        unit.takeCommand(u"R1:IFBW:1"_s);
         QCOMPARE(unit.signal(1).band, 0.8);
         const double narrow = opening(unit.signal(1));
         QVERIFY2(wide > 0.9 && narrow < 0.5 * wide, QByteArray::number(narrow));
@@ -168,18 +170,18 @@ private slots:
         SignalSettings settings;
         settings.modulation = Modulation::Qam16;
         unit.setSignal(1, settings);
-        unit.takeMessage(Modulations);
+        unit.takeMessage(QString::fromUtf8(Modulations));
         QVERIFY(unit.signal(1).modulation == Modulation::Qam16); // until the operator chooses
-        unit.takeCommand("D1:MODE:" + choice);
+        unit.takeCommand(u"D1:MODE:"_s + choice);
         QCOMPARE(int(unit.signal(1).modulation), modulation);
     }
 
     void the_modulation_of_all_is_chosen_by_each_one_s_own_list()
     {
         UnitState unit;
-        unit.takeMessage(Modulations);
-        unit.takeMessage("AK,Demod 2,mod,Modulation,2,D2:MODE:,,0,1 8PSK,2,0,1");
-        unit.takeCommand("D1 D2 D3:MODE:1");
+        unit.takeMessage(QString::fromUtf8(Modulations));
+        unit.takeMessage(u"AK,Demod 2,mod,Modulation,2,D2:MODE:,,0,1 8PSK,2,0,1"_s);
+        unit.takeCommand(u"D1 D2 D3:MODE:1"_s);
         QVERIFY(unit.signal(1).modulation == Modulation::Bpsk);
         QVERIFY(unit.signal(2).modulation == Modulation::Psk8);
         QVERIFY(unit.signal(3).modulation == Modulation::Qpsk);
@@ -188,33 +190,33 @@ private slots:
     void the_roll_off_is_taken_and_kept_in_its_range()
     {
         UnitState unit;
-        unit.takeCommand("D1:ROLL:0.500000");
+        unit.takeCommand(u"D1:ROLL:0.500000"_s);
         QCOMPARE(unit.signal(1).rolloff, 0.5);
-        unit.takeCommand("D1:ROLL:0.001");
+        unit.takeCommand(u"D1:ROLL:0.001"_s);
         QCOMPARE(unit.signal(1).rolloff, 0.05);
-        unit.takeCommand("D1:ROLL:7");
+        unit.takeCommand(u"D1:ROLL:7"_s);
         QCOMPARE(unit.signal(1).rolloff, 1.0);
     }
 
-    void a_changed_frequency_moves_the_spectrum_and_is_told_to_the_panel()
+    void a_changed_frequency_moves_the_spectrum_and_is_sent_to_the_panel()
     {
         UnitState unit;
         QSignalSpy tells(&unit, &UnitState::tells);
-        unit.takeMessage(Frequency);
+        unit.takeMessage(QString::fromUtf8(Frequency));
         QCOMPARE(unit.shift(1), 0.0);
         QCOMPARE(tells.size(), 0);
-        unit.takeCommand("R1:FREQ:2252.000000");
+        unit.takeCommand(u"R1:FREQ:2252.000000"_s);
         QCOMPARE(unit.shift(1), -1.5); // the transmitter stays at 2250.5 MHz
         QCOMPARE(unit.shift(3), -1.5);
         QCOMPARE(unit.shift(2), 0.0);
-        QCOMPARE(tells.takeFirst(), QVariantList{"SF,0,2252"});
-        QCOMPARE(tells.takeFirst(), QVariantList{"SF,2,2252"});
-        unit.takeMessage("CV,Tuner CH1,freq,2252.000000,0"); // the unit's own confirmation
+        QCOMPARE(tells.takeFirst(), QVariantList{u"SF,0,2252"_s});
+        QCOMPARE(tells.takeFirst(), QVariantList{u"SF,2,2252"_s});
+        unit.takeMessage(u"CV,Tuner CH1,freq,2252.000000,0"_s); // the unit's own confirmation
         QCOMPARE(tells.size(), 0);
-        unit.takeMessage("CV,Tuner CH1,freq,2250.6,0"); // the unit changes it
-        QCOMPARE(tells.takeFirst(), QVariantList{"SF,0,2250.6"});
-        unit.takeCommand("R2:FREQ:1485.4");
-        QCOMPARE(tells.takeLast(), QVariantList{"SF,1,1485.4"});
+        unit.takeMessage(u"CV,Tuner CH1,freq,2250.6,0"_s); // the unit changes it
+        QCOMPARE(tells.takeFirst(), QVariantList{u"SF,0,2250.6"_s});
+        unit.takeCommand(u"R2:FREQ:1485.4"_s);
+        QCOMPARE(tells.takeLast(), QVariantList{u"SF,1,1485.4"_s});
         QVERIFY(std::abs(unit.shift(2) - 0.1) < 1e-9);
     }
 
@@ -222,23 +224,23 @@ private slots:
     {
         UnitState unit;
         QVERIFY(unit.isReceiving(2));
-        unit.takeCommand("R1 R2:FREQ:2250.5");
+        unit.takeCommand(u"R1 R2:FREQ:2250.5"_s);
         QCOMPARE(unit.shift(1), 0.0);
         QCOMPARE(unit.shift(2), 0.0);
-        unit.takeCommand("R2:FREQ:1700");
+        unit.takeCommand(u"R2:FREQ:1700"_s);
         QVERIFY(!unit.isReceiving(2));
         QVERIFY(unit.isReceiving(1));
     }
 
-    void off_its_frequency_a_signal_turns_and_further_off_there_is_noise()
+    void a_detuned_signal_rotates_and_far_off_there_is_only_noise()
     {
         UnitState unit;
-        unit.takeCommand("R1:FREQ:2250.51"); // 10 kHz at 2.5 million symbols a second: followed
+        unit.takeCommand(u"R1:FREQ:2250.51"_s); // 10 kHz at 2.5 million symbols a second: followed
         QCOMPARE(unit.signal(1).offset, 0.0);
-        unit.takeCommand("R1:FREQ:2250.75");
+        unit.takeCommand(u"R1:FREQ:2250.75"_s);
         QVERIFY(std::abs(unit.signal(1).offset + 0.1) < 1e-9);
         QCOMPARE(unit.signal(1).snr, SignalSettings().snr);
-        unit.takeCommand("R1:FREQ:2260");
+        unit.takeCommand(u"R1:FREQ:2260"_s);
         QCOMPARE(unit.signal(1).snr, -20.0);
         QVERIFY(opening(unit.signal(1)) < 0.05);
         QVector<int> i;
@@ -247,17 +249,17 @@ private slots:
         QVERIFY2(*std::max_element(i.begin(), i.end()) > 3000, "nothing is there at all");
     }
 
-    void the_values_that_keys_begin_with_count_once()
+    void the_initial_values_of_keys_count_once()
     {
         UnitState unit;
         const QSignalSpy tells(&unit, &UnitState::tells);
-        unit.takeMessage("AK,T,f,RF,1,R1:FREQ:,2200 2400,1,,2300,0,1");
+        unit.takeMessage(u"AK,T,f,RF,1,R1:FREQ:,2200 2400,1,,2300,0,1"_s);
         QCOMPARE(unit.frequency(1), 2300.0);
-        unit.takeCommand("R1:FREQ:2301");
-        unit.takeMessage("AK,T,f,RF new,1,R1:FREQ:,2200 2400,1,,2300,0,1"); // another label
+        unit.takeCommand(u"R1:FREQ:2301"_s);
+        unit.takeMessage(u"AK,T,f,RF new,1,R1:FREQ:,2200 2400,1,,2300,0,1"_s); // another label
         QCOMPARE(unit.frequency(1), 2301.0);
         unit.restart();
-        unit.takeMessage("AK,T,f,RF,1,R1:FREQ:,2200 2400,1,,2300,0,1");
+        unit.takeMessage(u"AK,T,f,RF,1,R1:FREQ:,2200 2400,1,,2300,0,1"_s);
         QCOMPARE(unit.frequency(1), 2300.0);
         QCOMPARE(tells.size(), 2); // of the operator's change alone, for both charts
     }
@@ -265,10 +267,10 @@ private slots:
     void after_a_restart_the_first_modulation_is_back()
     {
         UnitState unit;
-        unit.takeMessage(Modulations);
-        unit.takeCommand("D1:MODE:5");
+        unit.takeMessage(QString::fromUtf8(Modulations));
+        unit.takeCommand(u"D1:MODE:5"_s);
         QVERIFY(unit.signal(1).modulation == Modulation::Qam16);
-        unit.takeMessage("CLEAR");
+        unit.takeMessage(u"CLEAR"_s);
         QVERIFY(unit.signal(1).modulation == Modulation::Qpsk);
     }
 
@@ -279,7 +281,7 @@ private slots:
                  "D1:RATE:nan", "D1:RATE:inf", "D1:RATE:0", "D1:RATE:-5", "D9:RATE:5",
                  "R1:FREQ:", "R1:FREQ:-1", "R1:FREQ:nan", "R3:FREQ:5", "R1:IFBW:77", "D1:ROLL:x",
                  "AK,Menu", "AK,,,,,,,,,,,", "CV", "CV,a,b"}) {
-            QTest::addRow("%s", body) << QString(body);
+            QTest::addRow("%s", body) << QString::fromUtf8(body);
         }
     }
     void nonsense_changes_nothing()

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /// A bus on "ttyUSB11" with the card's end of its line, and what the bus has said so far. Base of
 /// the tests of Rs422Bus.
 class BusFixture
@@ -22,7 +24,7 @@ protected:
     void start()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_card = &m_devices->add("ttyUSB11");
+        m_card = &m_devices->add(u"ttyUSB11"_s);
         m_bus = std::make_unique<Rs422Bus>("ttyUSB11", '[', ']', true, 921600);
         m_received = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageReceived);
         m_lost = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageTxSuccess);

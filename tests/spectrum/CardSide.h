@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QList>
 
+using namespace Qt::StringLiterals;
+
 /// What a card sends and receives, for tests that play one.
 namespace cardSide {
 
@@ -87,7 +89,7 @@ inline QList<QByteArray> only(Pty& pty, const QByteArray& word)
 // A spectrum as the bus hands it over.
 inline CmdMsg message(const QByteArray& points)
 {
-    return {"0190", "RFFT", QString::fromLatin1(points)};
+    return {u"0190"_s, u"RFFT"_s, QString::fromLatin1(points)};
 }
 
 // The bus below an object that is on this port; nullptr when there is none.

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /// A conversation with a card on "ttyUSB11" without any widget, and the other end of its line. Base
 /// of the tests of CardSession.
 class SessionFixture
@@ -16,7 +18,7 @@ protected:
     void start()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyUSB11");
+        m_pty = &m_devices->add(u"ttyUSB11"_s);
         m_session = std::make_unique<CardSession>("ttyUSB11");
     }
 
@@ -29,10 +31,14 @@ protected:
     /// The bus that carries the requests: that of a K7150 is the one on "ttyUSB12".
     Rs422Bus* bus() const
     {
-        return cardSide::busOn(m_session.get(), m_session->isK7150() ? "ttyUSB12" : "ttyUSB11");
+        return cardSide::busOn(
+            m_session.get(), m_session->isK7150() ? u"ttyUSB12"_s : u"ttyUSB11"_s);
     }
 
-    QTimer* timer(const char* name) const { return m_session->findChild<QTimer*>(name); }
+    QTimer* timer(const char* name) const
+    {
+        return m_session->findChild<QTimer*>(QString::fromUtf8(name));
+    }
 
     /// Lets the request for the name end without a reply, so that the bus is idle.
     void endNameRequest()

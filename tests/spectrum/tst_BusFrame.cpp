@@ -4,6 +4,8 @@
 
 #include <ctime>
 
+using namespace Qt::StringLiterals;
+
 using bus::Layout;
 using bus::ReplyBuffer;
 using Found = bus::ReplyBuffer::Found;
@@ -52,7 +54,7 @@ class tst_BusFrame : public QObject
 private slots:
     void a_request_is_framed_with_its_checksum()
     {
-        const QByteArray bytes = bus::frame("0190RNME", '[', ']', true);
+        const QByteArray bytes = bus::frame(u"0190RNME"_s, '[', ']', true);
         // 0x5b + 0x30 + 0x31 + 0x39 + 0x30 + 0x52 + 0x4e + 0x4d + 0x45 + 0x5d = 0x2b4, by hand
         QCOMPARE(bytes, QByteArray("[0190RNME]\xb4"));
     }
@@ -77,7 +79,7 @@ private slots:
 
     void a_request_of_the_new_protocol_has_no_checksum()
     {
-        QCOMPARE(bus::frame("0190RNME", '<', '>', false), QByteArray("<0190RNME>"));
+        QCOMPARE(bus::frame(u"0190RNME"_s, '<', '>', false), QByteArray("<0190RNME>"));
     }
 
     void characters_go_as_latin_1()
@@ -88,10 +90,9 @@ private slots:
 
     void a_request_is_recovered_from_its_frame()
     {
-        QCOMPARE(bus::requestOf(bus::frame("0190RFFT000000", '[', ']', true), true),
-            QString("0190RFFT000000"));
-        QCOMPARE(
-            bus::requestOf(bus::frame("0190RFFT", '[', ']', false), false), QString("0190RFFT"));
+        QCOMPARE(bus::requestOf(bus::frame(u"0190RFFT000000"_s, '[', ']', true), true),
+            u"0190RFFT000000"_s);
+        QCOMPARE(bus::requestOf(bus::frame(u"0190RFFT"_s, '[', ']', false), false), u"0190RFFT"_s);
         QCOMPARE(bus::requestOf("", true), QString());
         QCOMPARE(bus::requestOf("[]", true), QString());
     }
@@ -139,8 +140,8 @@ private slots:
             QCOMPARE(feed(buffer, reply.chopped(1), message, layout), Found::NeedMore);
         }
         QCOMPARE(feed(buffer, reply.right(1), message, layout), Found::Spectrum);
-        QCOMPARE(message.address, QString("0190"));
-        QCOMPARE(message.command, QString("RFFT"));
+        QCOMPARE(message.address, u"0190"_s);
+        QCOMPARE(message.command, u"RFFT"_s);
         QCOMPARE(message.data, QString::fromLatin1(data));
         QCOMPARE(buffer.size(), 0);
     }
@@ -162,7 +163,7 @@ private slots:
         ReplyBuffer buffer;
         CmdMsg message;
         QCOMPARE(feed(buffer, noise + cardSide::spectrum("points"), message), Found::Spectrum);
-        QCOMPARE(message.data, QString("points"));
+        QCOMPARE(message.data, u"points"_s);
     }
 
     void a_header_that_is_cut_anywhere_is_found()
@@ -173,7 +174,7 @@ private slots:
             CmdMsg message;
             QCOMPARE(feed(buffer, reply.left(cut), message), Found::NeedMore);
             QCOMPARE(feed(buffer, reply.mid(cut), message), Found::Spectrum);
-            QCOMPARE(message.data, QString("points"));
+            QCOMPARE(message.data, u"points"_s);
         }
     }
 
@@ -183,7 +184,7 @@ private slots:
         CmdMsg message;
         QCOMPARE(feed(buffer, cardSide::spectrum("one") + cardSide::spectrum("two"), message),
             Found::Spectrum);
-        QCOMPARE(message.data, QString("one"));
+        QCOMPARE(message.data, u"one"_s);
         QCOMPARE(buffer.size(), 0);
     }
 
@@ -250,7 +251,7 @@ private slots:
             CmdMsg message;
             QCOMPARE(feed(buffer, reply.left(cut), message), Found::NeedMore);
             QCOMPARE(feed(buffer, reply.mid(cut), message), Found::Reply);
-            QCOMPARE(message.data, QString("Sweep"));
+            QCOMPARE(message.data, u"Sweep"_s);
         }
     }
 
@@ -285,7 +286,7 @@ private slots:
         QCOMPARE(
             feed(buffer, QByteArray(300 * 1024, 'x') + reply.left(8), message), Found::Garbage);
         QCOMPARE(feed(buffer, reply.mid(8), message), Found::Spectrum);
-        QCOMPARE(message.data, QString("points"));
+        QCOMPARE(message.data, u"points"_s);
     }
 
     void the_search_is_linear_in_the_bytes()
@@ -299,7 +300,7 @@ private slots:
         };
         const qint64 small = shortest(25000);
         const qint64 large = shortest(200000);
-        QVERIFY2(large < 24 * small, qPrintable(QString("%1 ns and %2 ns").arg(small).arg(large)));
+        QVERIFY2(large < 24 * small, qPrintable(u"%1 ns and %2 ns"_s.arg(small).arg(large)));
     }
 };
 

@@ -2,6 +2,8 @@
 #include "spectrum/BusFixture.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_BusReplies : public QObject, private BusFixture
 {
     Q_OBJECT
@@ -33,13 +35,13 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(QByteArray, data);
         m_bus->setIsK7150Type(k7150);
-        m_bus->sendMessage("0190RFFT");
+        m_bus->sendMessage(u"0190RFFT"_s);
         QTRY_VERIFY(!m_card->received().isEmpty());
         m_card->write(bytes);
         QTRY_COMPARE(m_received->count(), 1);
         const auto message = m_received->at(0).at(0).value<CmdMsg>();
         QCOMPARE(message.data.toLatin1(), data);
-        QCOMPARE(message.command, QString("RFFT"));
+        QCOMPARE(message.command, u"RFFT"_s);
         QCOMPARE(message.addressValue, 190);
     }
 
@@ -52,14 +54,14 @@ private slots:
             [&taken](const CmdMsg& message) { taken += message; }, Qt::QueuedConnection);
         m_card->write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(taken.size(), 1);
-        QCOMPARE(taken.first().data, QString("name"));
+        QCOMPARE(taken.first().data, u"name"_s);
         QCOMPARE(taken.first().addressValue, 190);
     }
 
     void a_spectrum_split_across_reads_is_assembled()
     {
         const QByteArray reply = cardSide::spectrum(QByteArray(600, 'p'));
-        m_bus->sendMessage("0190RFFT", Long);
+        m_bus->sendMessage(u"0190RFFT"_s, Long);
         for (const QByteArray& part : {reply.left(4), reply.mid(4, 7), reply.mid(11, 300)}) {
             QVERIFY(m_card->writeUntilRead(part));
             QCOMPARE(m_received->count(), 0);
@@ -71,16 +73,16 @@ private slots:
 
     void a_spectrum_advances_the_queue_at_once()
     {
-        m_bus->sendMessage("first", 10000);
-        m_bus->sendMessage("second", 10000);
+        m_bus->sendMessage(u"first"_s, 10000);
+        m_bus->sendMessage(u"second"_s, 10000);
         m_card->write(cardSide::spectrum("x"));
         QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
     }
 
     void a_text_reply_does_not_advance_the_queue()
     {
-        m_bus->sendMessage("first", Long);
-        m_bus->sendMessage("second", Long);
+        m_bus->sendMessage(u"first"_s, Long);
+        m_bus->sendMessage(u"second"_s, Long);
         m_card->write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(m_received->count(), 1);
         QTRY_COMPARE(cardSide::requests(*m_card), Requests{"first"});
@@ -93,26 +95,26 @@ private slots:
 
     void a_request_queued_after_a_text_reply_goes_out_at_once()
     {
-        m_bus->sendMessage("first", 10000);
+        m_bus->sendMessage(u"first"_s, 10000);
         m_card->write(cardSide::text("RNME", "name"));
         QTRY_COMPARE(m_received->count(), 1);
-        m_bus->sendMessage("second");
+        m_bus->sendMessage(u"second"_s);
         QTRY_COMPARE(cardSide::requests(*m_card), Requests({"first", "second"}));
     }
 
     void a_second_text_reply_in_the_same_read_is_lost()
     {
-        m_bus->sendMessage("first", 10000);
+        m_bus->sendMessage(u"first"_s, 10000);
         m_card->write(cardSide::text("RNME", "a") + cardSide::text("RVER", "b"));
         QTRY_COMPARE(m_received->count(), 1);
         QTest::qWait(50);
         QCOMPARE(m_received->count(), 1);
-        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().data, QString("a"));
+        QCOMPARE(m_received->at(0).at(0).value<CmdMsg>().data, u"a"_s);
     }
 
     void a_reply_of_another_address_ends_the_transaction_too()
     {
-        m_bus->sendMessage("0190RNME", Long);
+        m_bus->sendMessage(u"0190RNME"_s, Long);
         m_card->write(cardSide::text("RNME", "x", "AB90"));
         QTRY_COMPARE(m_received->count(), 1);
         const auto message = m_received->at(0).at(0).value<CmdMsg>();
@@ -127,8 +129,8 @@ private slots:
     void what_the_owner_queues_on_a_text_reply_waits_for_the_timer()
     {
         connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(),
-            [this] { m_bus->sendMessage("second"); });
-        m_bus->sendMessage("first", Long);
+            [this] { m_bus->sendMessage(u"second"_s); });
+        m_bus->sendMessage(u"first"_s, Long);
         m_card->write(cardSide::text("RNME", "a"));
         QTRY_COMPARE(m_received->count(), 1);
         QCOMPARE(m_bus->txCount(), 1);
@@ -143,7 +145,7 @@ private slots:
         m_card->write(cardSide::spectrum("x"));
         QTRY_COMPARE(m_received->count(), 2);
         QCOMPARE(timers(m_bus.get()), 0);
-        m_bus->sendMessage("first", Long);
+        m_bus->sendMessage(u"first"_s, Long);
         testClock::expire(m_bus.get());
         QCOMPARE(m_lost->count(), 1);
     }
@@ -153,8 +155,8 @@ private slots:
         bool once = true;
         connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(), [this, &once] {
             if (std::exchange(once, false)) {
-                m_bus->sendMessage("first", Long);
-                m_bus->sendMessage("second", Long);
+                m_bus->sendMessage(u"first"_s, Long);
+                m_bus->sendMessage(u"second"_s, Long);
             }
         });
         m_card->write(cardSide::spectrum("x"));
@@ -173,7 +175,7 @@ private slots:
             bus->deleteLater();
         });
         const QPointer<Rs422Bus> watch(bus);
-        bus->sendMessage("first");
+        bus->sendMessage(u"first"_s);
         m_card->write(cardSide::spectrum("x") + "more");
         QTRY_VERIFY(watch.isNull());
     }
@@ -183,7 +185,7 @@ private slots:
         for (int i = 0; i < 40; ++i) {
             QVERIFY(m_card->write(QByteArray(8000, '[')));
         }
-        m_bus->sendMessage("first");
+        m_bus->sendMessage(u"first"_s);
         m_card->write(cardSide::spectrum("x"));
         QTRY_COMPARE(m_received->count(), 1);
     }

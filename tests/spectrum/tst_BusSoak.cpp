@@ -9,6 +9,8 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int Transactions = 10000;
@@ -96,8 +98,8 @@ private slots:
     void every_request_is_sent_once_and_ends_once()
     {
         DeviceDirectory devices;
-        Pty& pty = devices.add("ttyUSB11");
-        Rs422Bus bus("ttyUSB11", '[', ']', true, 921600);
+        Pty& pty = devices.add(u"ttyUSB11"_s);
+        Rs422Bus bus(u"ttyUSB11"_s, '[', ']', true, 921600);
         FailingCard card(pty, 740);
         int queued = 0;
         int answered = 0;
@@ -109,7 +111,7 @@ private slots:
 
         const auto fillQueue = [&] {
             while (queued < Transactions && bus.txCount() < InFlight) {
-                bus.sendMessage(QString("0190RFFT%1").arg(queued++, 6, 10, QChar('0')), TimeoutMs);
+                bus.sendMessage(u"0190RFFT%1"_s.arg(queued++, 6, 10, QChar(u'0')), TimeoutMs);
             }
         };
         const auto ended = [&] {
@@ -124,7 +126,7 @@ private slots:
             fillQueue();
         };
         connect(&bus, &Rs422Bus::messageReceived, this, [&](const CmdMsg& message) {
-            if (message.command == "RFFT" && message.addressValue == 190) {
+            if (message.command == u"RFFT"_s && message.addressValue == 190) {
                 ++answered;
                 ended();
             }

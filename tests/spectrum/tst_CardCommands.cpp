@@ -1,6 +1,8 @@
 #include "spectrum/CardCommands.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_CardCommands : public QObject
 {
     Q_OBJECT
@@ -23,28 +25,28 @@ private slots:
     void a_request_is_the_address_and_ten_characters()
     {
         QFETCH(QString, command);
-        QTEST(card::request("0190", command), "request");
+        QTEST(card::request(u"0190"_s, command), "request");
     }
 
     void the_words_are_those_that_the_card_knows()
     {
-        QCOMPARE(card::address(), QString("0190"));
-        QCOMPARE(card::readName(), QString("RNME"));
-        QCOMPARE(card::readVersion(), QString("RVER"));
-        QCOMPARE(card::readSpans(), QString("RNFT"));
-        QCOMPARE(card::readTrims(), QString("RTRM"));
-        QCOMPARE(card::spectrumWord(), QString("RFFT"));
-        QCOMPARE(card::readSpectrum(2, 1), QString("RFFT21"));
-        QCOMPARE(card::setSpan(0, 9), QString("CNFT09"));
-        QCOMPARE(card::setTrim(1, 4), QString("CTRM14"));
-        QCOMPARE(card::clearAverage(2), QString("ClrAvg2"));
-        QCOMPARE(card::demodulatorSpan(3, "12"), QString("D3:NFFT:12"));
-        QCOMPARE(card::demodulatorSpectrumOn(1), QString("D1:SPEN:1"));
-        QCOMPARE(card::listEntry(), QString("U0:CLST:0170 SpectralSWeep 0\r"));
-        QCOMPARE(card::versionEntry("1.2"), QString("U0:VER:01.2\r"));
-        QCOMPARE(card::nameAndVersion("%2 name", "1.2"), QString("%2 name Ver:1.2"));
-        QCOMPARE(card::k7150Version(), QString("SDU Ver:1.23"));
-        QCOMPARE(card::k7150Name(), QString("K7150_Spectrum"));
+        QCOMPARE(card::address(), u"0190"_s);
+        QCOMPARE(card::readName(), u"RNME"_s);
+        QCOMPARE(card::readVersion(), u"RVER"_s);
+        QCOMPARE(card::readSpans(), u"RNFT"_s);
+        QCOMPARE(card::readTrims(), u"RTRM"_s);
+        QCOMPARE(card::spectrumWord(), u"RFFT"_s);
+        QCOMPARE(card::readSpectrum(2, 1), u"RFFT21"_s);
+        QCOMPARE(card::setSpan(0, 9), u"CNFT09"_s);
+        QCOMPARE(card::setTrim(1, 4), u"CTRM14"_s);
+        QCOMPARE(card::clearAverage(2), u"ClrAvg2"_s);
+        QCOMPARE(card::demodulatorSpan(3, u"12"_s), u"D3:NFFT:12"_s);
+        QCOMPARE(card::demodulatorSpectrumOn(1), u"D1:SPEN:1"_s);
+        QCOMPARE(card::listEntry(), u"U0:CLST:0170 SpectralSWeep 0\r"_s);
+        QCOMPARE(card::versionEntry(u"1.2"_s), u"U0:VER:01.2\r"_s);
+        QCOMPARE(card::nameAndVersion(u"%2 name"_s, u"1.2"_s), u"%2 name Ver:1.2"_s);
+        QCOMPARE(card::k7150Version(), u"SDU Ver:1.23"_s);
+        QCOMPARE(card::k7150Name(), u"K7150_Spectrum"_s);
     }
 
     void a_request_for_a_spectrum_has_its_channel_data()

@@ -5,6 +5,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Requests = QList<QByteArray>;
@@ -84,10 +86,10 @@ private slots:
     {
         QSignalSpy spectra(m_card, &SpectralCard::specUpdate);
         endNameRequest();
-        m_card->CommSpectral_Command({"0190", "RTRM", "309"});
+        m_card->CommSpectral_Command({u"0190"_s, u"RTRM"_s, u"309"_s});
         QCOMPARE(m_card->trim(0), 3);
         QCOMPARE(m_card->trim(2), 9);
-        m_card->CommSpectral_Command({"0190", "RTRM", "1x1"});
+        m_card->CommSpectral_Command({u"0190"_s, u"RTRM"_s, u"1x1"_s});
         QCOMPARE(m_card->trim(0), 3);
         m_card->setTrim(0, 1);
         QCOMPARE(m_card->trim(0), 1);
@@ -136,13 +138,13 @@ private slots:
     void the_card_s_own_spans_are_shown()
     {
         QSignalSpy changed(m_card, &SpectralCard::spanChanged);
-        m_card->CommSpectral_Command({"0190", "RNFT", "490"});
+        m_card->CommSpectral_Command({u"0190"_s, u"RNFT"_s, u"490"_s});
         QCOMPARE(m_card->getSpan(0), 4);
         QCOMPARE(m_card->getSpan(1), 9);
         QCOMPARE(m_card->getSpan(2), 0);
         QCOMPARE(spanBox(1)->currentIndex(), 9);
         QCOMPARE(changed.count(), 2);
-        m_card->CommSpectral_Command({"0190", "RNFT", "1x2"});
+        m_card->CommSpectral_Command({u"0190"_s, u"RNFT"_s, u"1x2"_s});
         QCOMPARE(m_card->getSpan(0), 4);
     }
 
@@ -201,7 +203,7 @@ private slots:
         m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-20))));
         QCOMPARE(spectra.count(), 0);
         QCOMPARE(m_card->chart(0)->trace().size(), 0);
-        m_card->queFlag("ClrAvg0");
+        m_card->queFlag(u"ClrAvg0"_s);
         m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-80))));
         m_card->CommSpectral_Command(cardSide::message(QByteArray(64, cardSide::level(-60))));
         QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
@@ -216,11 +218,11 @@ private slots:
         m_card->UpdateCmds();
         m_card->CommSpectral_Command(cardSide::message(QByteArray(8, cardSide::level(-20))));
         m_card->SetSpan(0, 0);
-        m_card->queFlag("ClrAvg0");
+        m_card->queFlag(u"ClrAvg0"_s);
         m_card->CommSpectral_Command(cardSide::message(QByteArray(8, cardSide::level(-80))));
         QCOMPARE(m_card->chart(0)->trace().levels().first(), -80.0F);
         // A marker without a change of the span clears nothing.
-        m_card->queFlag("ClrAvg0");
+        m_card->queFlag(u"ClrAvg0"_s);
         m_card->CommSpectral_Command(cardSide::message(QByteArray(8, cardSide::level(-60))));
         QCOMPARE(m_card->chart(0)->trace().levels().first(), -70.0F);
     }

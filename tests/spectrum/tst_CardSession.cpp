@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Requests = QList<QByteArray>;
@@ -42,8 +44,8 @@ private slots:
 
     void a_card_whose_port_comes_later_is_asked_for_its_name()
     {
-        CardSession session("ttyUSB12");
-        Pty& pty = m_devices->add("ttyUSB12");
+        CardSession session(u"ttyUSB12"_s);
+        Pty& pty = m_devices->add(u"ttyUSB12"_s);
         QTRY_COMPARE_WITH_TIMEOUT(
             cardSide::requests(pty).value(0), QByteArray("0190RNME000000"), 10000);
         QSignalSpy detected(&session, &CardSession::detected);
@@ -59,15 +61,15 @@ private slots:
         QTRY_COMPARE(cardSide::requests(*m_pty).size(), 1);
         m_pty->write(cardSide::text("RNME", "SpectralSweep"));
         QTRY_COMPARE(detected.count(), 1);
-        QCOMPARE(detected.at(0).at(0).toString(), QString("SpectralSweep"));
+        QCOMPARE(detected.at(0).at(0).toString(), u"SpectralSweep"_s);
         testClock::expire(bus());
         QTRY_COMPARE(cardSide::requests(*m_pty).value(1), QByteArray("0190RVER000000"));
         m_pty->write(cardSide::text("RVER", "1.02"));
         QTRY_COMPARE(version.count(), 1);
-        QCOMPARE(version.at(0).at(0).toString(), QString("SpectralSweep Ver:1.02"));
+        QCOMPARE(version.at(0).at(0).toString(), u"SpectralSweep Ver:1.02"_s);
         QCOMPARE(told.count(), 2);
-        QCOMPARE(told.at(0).at(0).toString(), QString("\x02U0:CLST:0170 SpectralSWeep 0\r\x04"));
-        QCOMPARE(told.at(1).at(0).toString(), QString("\x02U0:VER:01.02\r\x04"));
+        QCOMPARE(told.at(0).at(0).toString(), u"\x02U0:CLST:0170 SpectralSWeep 0\r\x04"_s);
+        QCOMPARE(told.at(1).at(0).toString(), u"\x02U0:VER:01.02\r\x04"_s);
         testClock::expire(bus());
         QTRY_COMPARE(cardSide::requests(*m_pty).mid(2), Requests{"0190RNFT000000"});
         testClock::expire(bus());
@@ -78,7 +80,7 @@ private slots:
     void a_card_that_repeats_its_name_does_not_fill_the_queue()
     {
         for (int i = 0; i < 1000; ++i) {
-            m_session->takeReply({"0190", "RNME", "again"});
+            m_session->takeReply({u"0190"_s, u"RNME"_s, u"again"_s});
         }
         QVERIFY2(bus()->txCount() <= 3, qPrintable(QString::number(bus()->txCount())));
     }
@@ -87,8 +89,8 @@ private slots:
     {
         QSignalSpy detected(m_session.get(), &CardSession::detected);
         QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
-        m_session->takeReply({"0180", "RNME", "x"});
-        m_session->takeReply({"AB90", "RFFT", "x"});
+        m_session->takeReply({u"0180"_s, u"RNME"_s, u"x"_s});
+        m_session->takeReply({u"AB90"_s, u"RFFT"_s, u"x"_s});
         QCOMPARE(detected.count() + spectra.count(), 0);
     }
 
@@ -98,8 +100,8 @@ private slots:
         QSignalSpy version(m_session.get(), &CardSession::versionKnown);
         QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
         QSignalSpy spans(m_session.get(), &CardSession::spanConfirmed);
-        m_session->takeReply({"0190", "ABCD", "x"});
-        m_session->takeReply({"0190", "", ""});
+        m_session->takeReply({u"0190"_s, u"ABCD"_s, u"x"_s});
+        m_session->takeReply({u"0190"_s, u""_s, u""_s});
         m_session->takeReply({});
         QCOMPARE(detected.count() + version.count() + spectra.count() + spans.count(), 0);
         QCOMPARE(bus()->txCount(), 0);
@@ -204,7 +206,7 @@ private slots:
     {
         endNameRequest();
         pollByHand();
-        m_session->send("BUSY", 10000);
+        m_session->send(u"BUSY"_s, 10000);
         m_session->pollIfDue();
         QCOMPARE(bus()->txCount(), 1);
         for (int i = 0; i < 100; ++i) {
@@ -300,7 +302,7 @@ private slots:
 
     void a_session_on_an_absent_port_is_quiet()
     {
-        CardSession session("absent");
+        CardSession session(u"absent"_s);
         QVERIFY(!session.isOpen());
         session.setPolling(true);
         session.setSpan(0, 3);
@@ -329,11 +331,11 @@ private slots:
     void trims_are_read_and_told()
     {
         endNameRequest();
-        m_session->takeReply({"0190", "RTRM", "309"});
+        m_session->takeReply({u"0190"_s, u"RTRM"_s, u"309"_s});
         QCOMPARE(m_session->trim(0), 3);
         QCOMPARE(m_session->trim(1), 0);
         QCOMPARE(m_session->trim(2), 9);
-        m_session->takeReply({"0190", "RTRM", "1x1"});
+        m_session->takeReply({u"0190"_s, u"RTRM"_s, u"1x1"_s});
         QCOMPARE(m_session->trim(0), 3);
         m_session->setTrim(0, 10);
         m_session->setTrim(0, -1);

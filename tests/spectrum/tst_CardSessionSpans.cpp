@@ -3,6 +3,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Requests = QList<QByteArray>;
@@ -37,14 +39,14 @@ private slots:
 
     void a_choice_that_waited_is_told_on_an_absent_port_too()
     {
-        CardSession session("absent");
+        CardSession session(u"absent"_s);
         auto* bus = session.findChild<Rs422Bus*>();
         QVERIFY(!bus->isOpen());
         session.setSpan(0, 1);
         session.setSpan(0, 2);
-        QCOMPARE(bus->lastRequest(), QString("0190CNFT010000"));
+        QCOMPARE(bus->lastRequest(), u"0190CNFT010000"_s);
         testClock::expire(bus);
-        QCOMPARE(bus->lastRequest(), QString("0190CNFT020000"));
+        QCOMPARE(bus->lastRequest(), u"0190CNFT020000"_s);
     }
 
     void a_flood_of_spans_does_not_fill_the_queue_data()
@@ -63,7 +65,7 @@ private slots:
         QFETCH(bool, k7150);
         CardSession session(port);
         if (k7150) {
-            session.setK7150(port, "none", "nowhere");
+            session.setK7150(port, u"none"_s, u"nowhere"_s);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
         session.poll();
@@ -95,7 +97,7 @@ private slots:
         m_session->takeMarker(flag);
         m_session->takeReply(cardSide::message("old"));
         QCOMPARE(spectra.count(), 0);
-        m_session->takeMarker("ClrAvg0");
+        m_session->takeMarker(u"ClrAvg0"_s);
         m_session->takeReply(cardSide::message("new"));
         QCOMPARE(spectra.count(), 1);
     }
@@ -167,12 +169,12 @@ private slots:
         m_session->poll(); // keeps the bus busy, so that the marker waits
         m_session->setSpan(2, 3);
         QSignalSpy changed(m_session.get(), &CardSession::spanChanged);
-        m_session->takeReply({"0190", "RNFT", "491"});
+        m_session->takeReply({u"0190"_s, u"RNFT"_s, u"491"_s});
         QCOMPARE(m_session->span(0), 4);
         QCOMPARE(m_session->span(1), 9);
         QCOMPARE(m_session->span(2), 3);
         QCOMPARE(changed.count(), 2);
-        m_session->takeReply({"0190", "RNFT", "1x2"});
+        m_session->takeReply({u"0190"_s, u"RNFT"_s, u"1x2"_s});
         QCOMPARE(m_session->span(0), 4);
     }
 
@@ -183,8 +185,8 @@ private slots:
         m_session->poll(); // keeps the bus busy, so that the real marker waits
         m_session->setSpan(0, 9);
         QCOMPARE(outdated.count(), 0);
-        m_session->takeMarker("ClrAvg0");
-        m_session->takeMarker("ClrAvg0");
+        m_session->takeMarker(u"ClrAvg0"_s);
+        m_session->takeMarker(u"ClrAvg0"_s);
         QCOMPARE(outdated.count(), 1);
         QCOMPARE(outdated.at(0).at(0).toInt(), 0);
     }

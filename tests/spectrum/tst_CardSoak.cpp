@@ -15,6 +15,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -31,7 +33,7 @@ enum Fault { NoReply, Cut, Noise, WrongAddress, WrongLength, Late, FaultCount, G
 // The memory that the program has in RAM, in bytes.
 qint64 residentSize()
 {
-    QFile file("/proc/self/statm");
+    QFile file(u"/proc/self/statm"_s);
     const bool open = file.open(QIODevice::ReadOnly);
     return open ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) : 0;
 }
@@ -66,7 +68,7 @@ private slots:
         QElapsedTimer elapsed;
         elapsed.start();
         for (int number = 0; number < Transactions; ++number) {
-            QVERIFY2(receiveOne(), qPrintable(QString("polling stopped at %1").arg(number)));
+            QVERIFY2(receiveOne(), qPrintable(u"polling stopped at %1"_s.arg(number)));
             QCOMPARE(m_request, request(number)); // No poll is left out, none is sent twice.
             answer(dice());
             if (QTest::currentTestFailed()) {
@@ -111,7 +113,7 @@ private:
     {
         m_k7150 = k7150;
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyUSB11");
+        m_pty = &m_devices->add(u"ttyUSB11"_s);
         m_card = std::make_unique<SpectralCard>(nullptr, 0, "ttyUSB11");
         m_random.seed(740);
         m_answered = m_lost = m_unasked = m_spectra = 0;
@@ -119,18 +121,18 @@ private:
         m_late.clear();
         m_open = false;
         if (k7150) {
-            m_card->setK7150("ttyUSB11", "absent", "missing");
+            m_card->setK7150(u"ttyUSB11"_s, u"absent"_s, u"missing"_s);
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
-        m_bus = cardSide::busOn(m_card.get(), "ttyUSB11");
+        m_bus = cardSide::busOn(m_card.get(), u"ttyUSB11"_s);
         connect(m_bus, &Rs422Bus::messageReceived, this, [this](const CmdMsg& message) {
-            if (message.command == "RFFT") {
+            if (message.command == u"RFFT"_s) {
                 ++(std::exchange(m_open, false) ? m_answered : m_unasked);
             }
         });
         connect(m_bus, &Rs422Bus::messageTxSuccess, this,
             [this](const QString& lost, Rs422Bus::Results result) {
-                if (lost.mid(4, 4) == "RFFT") {
+                if (lost.mid(4, 4) == u"RFFT"_s) {
                     QVERIFY(m_open && result == Rs422Bus::NoReply);
                     QCOMPARE(lost.toLatin1(), m_request);
                     m_open = false;
@@ -148,7 +150,7 @@ private:
         }
         m_pty->takeReceived();
         m_card->setOverRideVisCheck(true);
-        auto* poll = m_card->findChild<QTimer*>("pollTimer");
+        auto* poll = m_card->findChild<QTimer*>(u"pollTimer"_s);
         QVERIFY(poll != nullptr && poll->isActive());
         QCOMPARE(poll->interval(), 50);
         poll->stop(); // From now on the test is the timer.
@@ -240,7 +242,7 @@ private:
         if (m_runOut) {
             m_card->timerTimeOut();
             QVERIFY(testClock::timers(m_bus).isEmpty()); // it is too early for a poll
-            auto* due = m_card->findChild<QTimer*>("replyDueTimer");
+            auto* due = m_card->findChild<QTimer*>(u"replyDueTimer"_s);
             QCOMPARE(due->interval(), 2500);
             testClock::expire(due);
         }

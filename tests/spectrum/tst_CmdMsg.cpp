@@ -1,6 +1,8 @@
 #include "spectrum/CmdMsg.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_CmdMsg : public QObject
 {
     Q_OBJECT
@@ -24,20 +26,20 @@ private slots:
     void the_address_gives_channel_and_card()
     {
         QFETCH(QString, address);
-        const CmdMsg message(address, "RFFT", "data");
+        const CmdMsg message(address, u"RFFT"_s, u"data"_s);
         QTEST(message.addressValue, "value");
         QTEST(message.getChannelAddressInt(), "channel");
         QTEST(message.getCardAddressInt(), "card");
         QTEST(message.getChannelAddressStr(), "channelText");
         QCOMPARE(message.address, address);
-        QCOMPARE(message.command, QString("RFFT"));
-        QCOMPARE(message.data, QString("data"));
+        QCOMPARE(message.command, u"RFFT"_s);
+        QCOMPARE(message.data, u"data"_s);
     }
 
     void it_is_copied_by_value_through_a_variant()
     {
-        const auto variant = QVariant::fromValue(CmdMsg("0190", "RNME", "a"));
-        QCOMPARE(variant.value<CmdMsg>().command, QString("RNME"));
+        const auto variant = QVariant::fromValue(CmdMsg(u"0190"_s, u"RNME"_s, u"a"_s));
+        QCOMPARE(variant.value<CmdMsg>().command, u"RNME"_s);
         QCOMPARE(variant.value<CmdMsg>().addressValue, 190);
     }
 };

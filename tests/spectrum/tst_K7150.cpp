@@ -7,6 +7,8 @@
 
 #include <termios.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Requests = QList<QByteArray>;
@@ -40,21 +42,21 @@ private slots:
 
     void the_k7150_arrangement_replaces_the_first_bus_and_adds_two()
     {
-        Pty& first = m_devices->add("ttyUSB12");
-        Pty& second = m_devices->add("ttyUSB13");
-        Pty& third = m_devices->add("ttyUSB14");
+        Pty& first = m_devices->add(u"ttyUSB12"_s);
+        Pty& second = m_devices->add(u"ttyUSB13"_s);
+        Pty& third = m_devices->add(u"ttyUSB14"_s);
         QSignalSpy detected(m_card, &SpectralCard::cardDetected);
         QSignalSpy version(m_card, &SpectralCard::cardVersionUpdated);
         const QPointer<Rs422Bus> before(m_card->findChild<Rs422Bus*>());
         QVERIFY(!m_card->k7150Type());
         QCOMPARE(speed(*m_pty), speed_t(B921600));
-        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        m_card->setK7150(u"ttyUSB12"_s, u"ttyUSB13"_s, u"ttyUSB14"_s);
         QVERIFY(m_card->k7150Type());
         QVERIFY(!before->isOpen());
         QTRY_VERIFY(before.isNull());
         QCOMPARE(detected.count(), 1);
-        QCOMPARE(detected.at(0).at(0).toString(), QString("K7150_Spectrum"));
-        QCOMPARE(version.at(0).at(0).toString(), QString("SDU Ver:1.23"));
+        QCOMPARE(detected.at(0).at(0).toString(), u"K7150_Spectrum"_s);
+        QCOMPARE(version.at(0).at(0).toString(), u"SDU Ver:1.23"_s);
         const auto buses = m_card->findChildren<Rs422Bus*>();
         QCOMPARE(buses.size(), 3);
         for (const Rs422Bus* bus : buses) {
@@ -72,16 +74,16 @@ private slots:
     void the_k7150_arrangement_twice_keeps_second_and_third_bus()
     {
         for (const char* name : {"ttyUSB12", "ttyUSB13", "ttyUSB14", "ttyUSB15"}) {
-            m_devices->add(name);
+            m_devices->add(QString::fromUtf8(name));
         }
-        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        m_card->setK7150(u"ttyUSB12"_s, u"ttyUSB13"_s, u"ttyUSB14"_s);
         QStringList names;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QSet<Rs422Bus*> before;
         for (Rs422Bus* bus : m_card->findChildren<Rs422Bus*>()) {
             before += bus;
         }
-        m_card->setK7150("ttyUSB15", "other", "another");
+        m_card->setK7150(u"ttyUSB15"_s, u"other"_s, u"another"_s);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         int kept = 0;
         for (Rs422Bus* bus : m_card->findChildren<Rs422Bus*>()) {
@@ -89,7 +91,7 @@ private slots:
             kept += before.contains(bus) ? 1 : 0;
         }
         names.sort();
-        QCOMPARE(names, QStringList({"ttyUSB13", "ttyUSB14", "ttyUSB15"}));
+        QCOMPARE(names, QStringList({u"ttyUSB13"_s, u"ttyUSB14"_s, u"ttyUSB15"_s}));
         QCOMPARE(kept, 2);
     }
 
@@ -167,26 +169,26 @@ private slots:
 
     void a_k7150_whose_port_comes_later_is_polled_and_its_demodulators_are_told_once()
     {
-        m_card->setK7150("late", "absent", "absent");
+        m_card->setK7150(u"late"_s, u"absent"_s, u"absent"_s);
         QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
         m_window->show();
         QTest::qWait(120);
         QCOMPARE(told.count(), 0);
-        Pty& pty = m_devices->add("late");
+        Pty& pty = m_devices->add(u"late"_s);
         const Requests first{"0190CNFT000000", "0190RFFT000000"};
         QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(pty), first, 10000);
-        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D2:NFFT:12", "D3:NFFT:12"}));
+        QCOMPARE(texts(told), QStringList({u"D1:NFFT:12"_s, u"D2:NFFT:12"_s, u"D3:NFFT:12"_s}));
     }
 
     void a_card_that_comes_later_is_told_what_was_chosen_before()
     {
-        m_card->setK7150("late", "absent", "absent");
+        m_card->setK7150(u"late"_s, u"absent"_s, u"absent"_s);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         m_card->SetSpan(0, 7); // while the port is absent
-        Rs422Bus* late = cardSide::busOn(m_card, "late");
+        Rs422Bus* late = cardSide::busOn(m_card, u"late"_s);
         testClock::expire(late);
         QVERIFY(testClock::timers(late).isEmpty());
-        Pty& pty = m_devices->add("late");
+        Pty& pty = m_devices->add(u"late"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_card->isOpen(), 10000);
         m_window->show();
         const Requests first{"0190CNFT070000", "0190RFFT000000"};
@@ -204,8 +206,8 @@ private slots:
             m_card->initSA();
         }
         QCOMPARE(texts(told).mid(0, 6),
-            QStringList(
-                {"D1:SPEN:1", "D1:NFFT:12", "D2:SPEN:1", "D2:NFFT:12", "D3:SPEN:1", "D3:NFFT:11"}));
+            QStringList({u"D1:SPEN:1"_s, u"D1:NFFT:12"_s, u"D2:SPEN:1"_s, u"D2:NFFT:12"_s,
+                u"D3:SPEN:1"_s, u"D3:NFFT:11"_s}));
         for (int i = 0; i < 3; ++i) {
             testClock::expire(bus());
         }
@@ -217,10 +219,10 @@ private slots:
 private:
     Pty& switchToK7150()
     {
-        Pty& pty = m_devices->add("ttyUSB12");
-        m_second = &m_devices->add("ttyUSB13");
-        m_third = &m_devices->add("ttyUSB14");
-        m_card->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        Pty& pty = m_devices->add(u"ttyUSB12"_s);
+        m_second = &m_devices->add(u"ttyUSB13"_s);
+        m_third = &m_devices->add(u"ttyUSB14"_s);
+        m_card->setK7150(u"ttyUSB12"_s, u"ttyUSB13"_s, u"ttyUSB14"_s);
         return pty;
     }
 

@@ -4,6 +4,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Requests = QList<QByteArray>;
@@ -82,7 +84,7 @@ private slots:
         // Each channel is told once, the second one was told already, whether or not the card
         // answers.
         m_session->pollIfDue();
-        QCOMPARE(texts(told), QStringList({"D1:NFFT:12", "D3:NFFT:12"}));
+        QCOMPARE(texts(told), QStringList({u"D1:NFFT:12"_s, u"D3:NFFT:12"_s}));
         QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT000000"});
         testClock::expire(bus());
         QTRY_COMPARE(cardSide::requests(pty), Requests({"0190CNFT000000", "0190RFFT000000"}));
@@ -131,8 +133,8 @@ private slots:
         m_session->setSpan(1, 9);
         QCOMPARE(told.count(), 1);
         QCOMPARE(told.at(0).at(0).toString(),
-            QString("\x02"
-                    "D2:NFFT:10\x04"));
+            u"\x02"_s
+            u"D2:NFFT:10\x04"_s);
         QTRY_COMPARE(cardSide::requests(pty), Requests{"0190CNFT190000"});
         QCOMPARE(testClock::intervals(bus()), QList<int>{450});
     }
@@ -148,7 +150,7 @@ private slots:
             card += "0190CNFT0" + QByteArray::number(span) + "0000";
         }
         QTRY_COMPARE(cardSide::requests(pty), card);
-        QCOMPARE(texts(told), QStringList(4, "D1:NFFT:10"));
+        QCOMPARE(texts(told), QStringList(4, u"D1:NFFT:10"_s));
     }
 
     void of_spans_chosen_fast_the_card_is_told_the_first_and_the_last()
@@ -167,10 +169,10 @@ private slots:
 private:
     Pty& switchToK7150()
     {
-        Pty& pty = m_devices->add("ttyUSB12");
-        m_second = &m_devices->add("ttyUSB13");
-        m_third = &m_devices->add("ttyUSB14");
-        m_session->setK7150("ttyUSB12", "ttyUSB13", "ttyUSB14");
+        Pty& pty = m_devices->add(u"ttyUSB12"_s);
+        m_second = &m_devices->add(u"ttyUSB13"_s);
+        m_third = &m_devices->add(u"ttyUSB14"_s);
+        m_session->setK7150(u"ttyUSB12"_s, u"ttyUSB13"_s, u"ttyUSB14"_s);
         return pty;
     }
 

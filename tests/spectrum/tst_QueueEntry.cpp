@@ -1,6 +1,8 @@
 #include "spectrum/QueueEntry.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 using bus::QueueEntry;
 using Kind = QueueEntry::Kind;
 
@@ -19,17 +21,17 @@ private slots:
 
     void a_request_waits_the_usual_time_and_keeps_its_text()
     {
-        const QueueEntry entry = QueueEntry::request("\x07 a\x08");
+        const QueueEntry entry = QueueEntry::request(u"\x07 a\x08"_s);
         QCOMPARE(entry.kind(), Kind::Request);
-        QCOMPARE(entry.text(), QString("\x07 a\x08"));
+        QCOMPARE(entry.text(), u"\x07 a\x08"_s);
         QCOMPARE(entry.timeoutMs(), 450);
     }
 
     void a_marker_keeps_its_flag()
     {
-        const QueueEntry entry = QueueEntry::marker("ClrAvg1");
+        const QueueEntry entry = QueueEntry::marker(u"ClrAvg1"_s);
         QCOMPARE(entry.kind(), Kind::Marker);
-        QCOMPARE(entry.text(), QString("ClrAvg1"));
+        QCOMPARE(entry.text(), u"ClrAvg1"_s);
     }
 
     void a_timeout_is_bounded_data()
@@ -46,9 +48,9 @@ private slots:
     void a_timeout_is_bounded()
     {
         QFETCH(int, asked);
-        const QueueEntry entry = QueueEntry::timedRequest("a", asked);
+        const QueueEntry entry = QueueEntry::timedRequest(u"a"_s, asked);
         QCOMPARE(entry.kind(), Kind::TimedRequest);
-        QCOMPARE(entry.text(), QString("a"));
+        QCOMPARE(entry.text(), u"a"_s);
         QTEST(entry.timeoutMs(), "ms");
     }
 
@@ -63,22 +65,22 @@ private slots:
         QTest::newRow("plain") << "0190RNME" << Kind::Request << "0190RNME" << 450;
         QTest::newRow("empty") << "" << Kind::Request << "" << 450;
         QTest::newRow("control character inside")
-            << "a" + marker + timed << Kind::Request << "a" + marker + timed << 450;
-        QTest::newRow("timeout") << timed + "70 a" << Kind::TimedRequest << "a" << 70;
+            << u"a"_s + marker + timed << Kind::Request << u"a"_s + marker + timed << 450;
+        QTest::newRow("timeout") << timed + u"70 a"_s << Kind::TimedRequest << "a" << 70;
         QTest::newRow("blanks belong to the request")
-            << timed + "70 a b  c" << Kind::TimedRequest << "a b  c" << 70;
-        QTest::newRow("no blank") << timed + "70" << Kind::TimedRequest << "" << 70;
-        QTest::newRow("no timeout") << timed + " a" << Kind::TimedRequest << "a" << 0;
+            << timed + u"70 a b  c"_s << Kind::TimedRequest << "a b  c" << 70;
+        QTest::newRow("no blank") << timed + u"70"_s << Kind::TimedRequest << "" << 70;
+        QTest::newRow("no timeout") << timed + u" a"_s << Kind::TimedRequest << "a" << 0;
         QTest::newRow("timeout that is not a number")
-            << timed + "soon a" << Kind::TimedRequest << "a" << 0;
+            << timed + u"soon a"_s << Kind::TimedRequest << "a" << 0;
         QTest::newRow("timeout above the maximum")
-            << timed + "20000 a" << Kind::TimedRequest << "a" << 10000;
+            << timed + u"20000 a"_s << Kind::TimedRequest << "a" << 10000;
         QTest::newRow("a marker behind a timeout is text")
-            << timed + "70 " + marker + "a" << Kind::TimedRequest << marker + "a" << 70;
-        QTest::newRow("marker") << marker + "ClrAvg0" << Kind::Marker << "ClrAvg0" << 0;
+            << timed + u"70 "_s + marker + u"a"_s << Kind::TimedRequest << marker + u"a"_s << 70;
+        QTest::newRow("marker") << marker + u"ClrAvg0"_s << Kind::Marker << "ClrAvg0" << 0;
         QTest::newRow("empty marker") << marker << Kind::Marker << "" << 0;
         QTest::newRow("a timeout behind a marker is its flag")
-            << marker + timed + "70 a" << Kind::Marker << timed + "70 a" << 0;
+            << marker + timed + u"70 a"_s << Kind::Marker << timed + u"70 a"_s << 0;
     }
 
     void control_characters_are_read()
@@ -92,11 +94,11 @@ private slots:
 
     void text_that_can_only_be_a_request_is_never_a_marker()
     {
-        const QString text = QChar(0x07) + QString("flag");
+        const QString text = QChar(0x07) + u"flag"_s;
         const QueueEntry plain = QueueEntry::requestFromText(text);
         QCOMPARE(plain.kind(), Kind::Request);
         QCOMPARE(plain.text(), text);
-        const QueueEntry timed = QueueEntry::requestFromText(QChar(0x08) + QString("70 a"));
+        const QueueEntry timed = QueueEntry::requestFromText(QChar(0x08) + u"70 a"_s);
         QCOMPARE(timed.kind(), Kind::TimedRequest);
         QCOMPARE(timed.timeoutMs(), 70);
     }

@@ -7,6 +7,8 @@
 #include <optional>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 using bus::Layout;
 using Found = bus::ReplyBuffer::Found;
 
@@ -200,7 +202,7 @@ private slots:
                 continue;
             }
             QCOMPARE(buffer.take(message, Layout::Decimal), Found::Spectrum);
-            QCOMPARE(message.data, QString("points"));
+            QCOMPARE(message.data, u"points"_s);
             ++found;
         }
         QVERIFY(found > 4900);

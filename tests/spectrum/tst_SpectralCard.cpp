@@ -7,6 +7,8 @@
 #include <QGridLayout>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Requests = QList<QByteArray>;
@@ -26,14 +28,14 @@ private slots:
     void the_span_table_is_that_of_the_unit()
     {
         QCOMPARE(SpectralCard::m_spanTable.size(), 10);
-        QCOMPARE(QString(SpectralCard::m_spanTable.at(3).label), QString("7.5 Mhz"));
+        QCOMPARE(QString::fromUtf8(SpectralCard::m_spanTable.at(3).label), u"7.5 Mhz"_s);
         const SpectralCard::SPANINFO info("a", "b", "c", 2.0, {1.0});
         QCOMPARE(info.spanMHz, 2.0);
     }
 
     void a_card_on_an_absent_port_is_quiet()
     {
-        SpectralCard card(nullptr, 0, "absent");
+        SpectralCard card(nullptr, 0, u"absent"_s);
         QVERIFY(!card.isOpen());
         card.show();
         card.SetSpan(0, 3);
@@ -53,8 +55,8 @@ private slots:
     void the_span_boxes_have_all_labels_in_24_points()
     {
         QFETCH(int, channel);
-        const QStringList labels{"1 MHz  ", "3 MHz  ", "5 MHz  ", "7.5 Mhz", "10 MHz ", "15 MHz ",
-            "20 MHz ", "25 MHz ", "30 MHz ", "40 MHz "};
+        const QStringList labels{u"1 MHz  "_s, u"3 MHz  "_s, u"5 MHz  "_s, u"7.5 Mhz"_s,
+            u"10 MHz "_s, u"15 MHz "_s, u"20 MHz "_s, u"25 MHz "_s, u"30 MHz "_s, u"40 MHz "_s};
         QCOMPARE(m_card->getSpanList(), labels);
         QCOMPARE(m_card->cboSpanItems(channel), labels);
         auto* box = spanBox(channel);
@@ -65,16 +67,16 @@ private slots:
 
     void the_titles_name_the_receivers_and_the_channel()
     {
-        QCOMPARE(m_card->chart(0)->title(), QString("SpectralCard CH.1/CH.2/CMB.1 (CH.1)"));
-        QCOMPARE(m_card->chart(1)->title(), QString("SpectralCard CH.1/CH.2/CMB.1 (CH.2)"));
-        QCOMPARE(m_card->chart(2)->title(), QString("SpectralCard CH.1/CH.2/CMB.1 (CH.3)"));
-        const SpectralCard second(nullptr, 1, "absent");
-        QCOMPARE(second.chart(0)->title(), QString("SpectralCard CH.3/CH.4/CMB.2 (CH.1)"));
-        m_card->SetChartAreaName(1, "Demod 2");
-        QCOMPARE(m_card->chart(1)->title(), QString("Demod 2 (CH.2)"));
-        m_card->WindowName("Window");
-        QCOMPARE(m_card->chart(2)->title(), QString("Window (CH.3)"));
-        QCOMPARE(m_card->windowTitle(), QString("Window"));
+        QCOMPARE(m_card->chart(0)->title(), u"SpectralCard CH.1/CH.2/CMB.1 (CH.1)"_s);
+        QCOMPARE(m_card->chart(1)->title(), u"SpectralCard CH.1/CH.2/CMB.1 (CH.2)"_s);
+        QCOMPARE(m_card->chart(2)->title(), u"SpectralCard CH.1/CH.2/CMB.1 (CH.3)"_s);
+        const SpectralCard second(nullptr, 1, u"absent"_s);
+        QCOMPARE(second.chart(0)->title(), u"SpectralCard CH.3/CH.4/CMB.2 (CH.1)"_s);
+        m_card->SetChartAreaName(1, u"Demod 2"_s);
+        QCOMPARE(m_card->chart(1)->title(), u"Demod 2 (CH.2)"_s);
+        m_card->WindowName(u"Window"_s);
+        QCOMPARE(m_card->chart(2)->title(), u"Window (CH.3)"_s);
+        QCOMPARE(m_card->windowTitle(), u"Window"_s);
     }
 
     void channels_and_spans_that_do_not_exist_are_ignored()
@@ -92,7 +94,7 @@ private slots:
             m_card->setTrim(channel, 1);
             QCOMPARE(m_card->trim(channel), -1);
             m_card->returnChartToVbox(channel);
-            m_card->SetChartAreaName(channel, "x");
+            m_card->SetChartAreaName(channel, u"x"_s);
             m_card->SetChartAreaVisible(channel, false);
             QVERIFY(!m_card->chartAreaVisible(channel));
         }
@@ -150,7 +152,8 @@ private slots:
     void every_colour_is_readable_on_black()
     {
         QFETCH(QColor, pure);
-        const QColor color = SpectralCard::lineColor(QString(QTest::currentDataTag()).toInt());
+        const QColor color =
+            SpectralCard::lineColor(QString::fromUtf8(QTest::currentDataTag()).toInt());
         const auto linear = [](double part) {
             return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
         };
@@ -187,7 +190,7 @@ private slots:
             }
         }
         for (const char* name : {"averageButton1", "maxHoldButton2", "cboSpan3"}) {
-            const auto* control = m_card->findChild<QWidget*>(name);
+            const auto* control = m_card->findChild<QWidget*>(QString::fromUtf8(name));
             QVERIFY(control != nullptr);
             QVERIFY2(control->height() >= 47 && control->width() >= 47, name);
         }
@@ -214,7 +217,7 @@ private slots:
         QVERIFY(list != m_window.get());
         const QRect screen(0, 0, 800, 480);
         QVERIFY2(screen.contains(list->geometry()),
-            qPrintable(QString("%1 to %2").arg(list->y()).arg(list->geometry().bottom())));
+            qPrintable(u"%1 to %2"_s.arg(list->y()).arg(list->geometry().bottom())));
         const QModelIndex last = box->model()->index(9, 0);
         for (const QModelIndex& row : {box->model()->index(0, 0), last}) {
             const QRect at = box->view()->visualRect(row);
@@ -233,11 +236,11 @@ private slots:
     void the_switches_average_and_hold()
     {
         m_window->show();
-        clickOn(m_card->findChild<QWidget*>("averageButton2"));
+        clickOn(m_card->findChild<QWidget*>(u"averageButton2"_s));
         QCOMPARE(m_card->chart(1)->trace().averaging(), 16);
-        clickOn(m_card->findChild<QWidget*>("maxHoldButton3"));
+        clickOn(m_card->findChild<QWidget*>(u"maxHoldButton3"_s));
         QVERIFY(m_card->chart(2)->trace().maxHold());
-        clickOn(m_card->findChild<QWidget*>("averageButton2"));
+        clickOn(m_card->findChild<QWidget*>(u"averageButton2"_s));
         QCOMPARE(m_card->chart(1)->trace().averaging(), 1);
     }
 
@@ -279,15 +282,15 @@ private slots:
         m_card->setRf(2250.5, 0);
         m_card->setLineColor(4, 0);
         m_card->setHMarkers(0, {-30.0, -60.0});
-        clickOn(m_card->findChild<QWidget*>("averageButton1"));
-        clickOn(m_card->findChild<QWidget*>("maxHoldButton1"));
+        clickOn(m_card->findChild<QWidget*>(u"averageButton1"_s));
+        clickOn(m_card->findChild<QWidget*>(u"maxHoldButton1"_s));
         {
             QWidget other;
             auto* grid = new QGridLayout(&other);
             grid->addWidget(m_card->chart(0), 0, 0);
         }
         QVERIFY(m_card->chart(0) != nullptr);
-        QCOMPARE(m_card->chart(0)->title(), QString("SpectralCard CH.1/CH.2/CMB.1 (CH.1)"));
+        QCOMPARE(m_card->chart(0)->title(), u"SpectralCard CH.1/CH.2/CMB.1 (CH.1)"_s);
         QCOMPARE(m_card->chart(0)->spanMHz(), SpectralCard::m_spanTable.at(7).spanMHz);
         QCOMPARE(m_card->centre(0), 2250.5);
         QCOMPARE(m_card->chart(0)->lineColor(), SpectralCard::lineColor(4));
@@ -302,11 +305,11 @@ private slots:
     void requests_are_sent_and_polls_asked_for_through_the_page()
     {
         endNameRequest();
-        m_card->sendSerialCmd("ABCDEFGHIJKLM");
+        m_card->sendSerialCmd(u"ABCDEFGHIJKLM"_s);
         QTRY_COMPARE(cardSide::requests(*m_pty).value(0), QByteArray("0190ABCDEFGHIJ"));
         QCOMPARE(testClock::intervals(bus()), QList<int>{450});
         testClock::expire(bus());
-        m_card->sendSerialCmd("RVER", 7000);
+        m_card->sendSerialCmd(u"RVER"_s, 7000);
         QTRY_COMPARE(cardSide::requests(*m_pty).value(1), QByteArray("0190RVER000000"));
         QCOMPARE(testClock::intervals(bus()), QList<int>{7000});
         testClock::expire(bus());
@@ -315,8 +318,8 @@ private slots:
         QTRY_COMPARE(cardSide::requests(*m_pty).value(2), QByteArray("0190RFFT000000"));
         m_pty->write(cardSide::spectrum("x"));
         QTRY_COMPARE(m_card->chart(0)->trace().size(), 1);
-        m_card->ComPortTimeOut("0190RVER000000", Rs422Bus::NoReply);
-        m_card->ComPortTimeOut("0190RFFT000000", Rs422Bus::NoReply);
+        m_card->ComPortTimeOut(u"0190RVER000000"_s, Rs422Bus::NoReply);
+        m_card->ComPortTimeOut(u"0190RFFT000000"_s, Rs422Bus::NoReply);
         QTRY_COMPARE(cardSide::requests(*m_pty).value(3), QByteArray("0190RFFT100000"));
     }
 
@@ -325,10 +328,10 @@ private slots:
         QSignalSpy detected(m_card, &SpectralCard::cardDetected);
         QSignalSpy version(m_card, &SpectralCard::cardVersionUpdated);
         QSignalSpy told(m_card, &SpectralCard::updateDemodCh);
-        m_card->CommSpectral_Command({"0190", "RNME", "SpectralSweep"});
-        m_card->CommSpectral_Command({"0190", "RVER", "1.02"});
-        QCOMPARE(detected.value(0).value(0).toString(), QString("SpectralSweep"));
-        QCOMPARE(version.value(0).value(0).toString(), QString("SpectralSweep Ver:1.02"));
+        m_card->CommSpectral_Command({u"0190"_s, u"RNME"_s, u"SpectralSweep"_s});
+        m_card->CommSpectral_Command({u"0190"_s, u"RVER"_s, u"1.02"_s});
+        QCOMPARE(detected.value(0).value(0).toString(), u"SpectralSweep"_s);
+        QCOMPARE(version.value(0).value(0).toString(), u"SpectralSweep Ver:1.02"_s);
         QCOMPARE(told.count(), 2);
     }
 };

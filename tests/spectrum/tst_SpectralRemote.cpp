@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QLocalSocket>
 
+using namespace Qt::StringLiterals;
+
 class tst_SpectralRemote : public QObject
 {
     Q_OBJECT
@@ -18,7 +20,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_path = m_devices->path() + "/spectra";
+        m_path = m_devices->path() + u"/spectra"_s;
         qputenv("QN740_SPECTRUM_SOCKET", m_path.toLocal8Bit());
         m_card = std::make_unique<SpectralCard>(nullptr, 0, "absent");
     }
@@ -54,16 +56,16 @@ private slots:
             QByteArray("{\"channel\":1,\"centre\":2250.5,\"span\":43.347002,"
                        "\"levels\":[-120,-119.5,7.5]}\n"));
         const QJsonObject object = QJsonDocument::fromJson(line).object();
-        QCOMPARE(object.value("channel").toInt(), 1);
-        QCOMPARE(object.value("centre").toDouble(), 2250.5);
-        QCOMPARE(object.value("span").toDouble(), 43.347002);
-        QCOMPARE(object.value("levels").toArray().size(), 3);
+        QCOMPARE(object.value(u"channel"_s).toInt(), 1);
+        QCOMPARE(object.value(u"centre"_s).toDouble(), 2250.5);
+        QCOMPARE(object.value(u"span"_s).toDouble(), 43.347002);
+        QCOMPARE(object.value(u"levels"_s).toArray().size(), 3);
     }
 
     void a_spectrum_from_the_card_s_port_reaches_the_reader()
     {
-        Pty& pty = m_devices->add("ttyUSB11");
-        SpectralCard card(nullptr, 0, "ttyUSB11");
+        Pty& pty = m_devices->add(u"ttyUSB11"_s);
+        SpectralCard card(nullptr, 0, u"ttyUSB11"_s);
         SpectralRemote remote(&card);
         QLocalSocket reader;
         connectReader(reader, remote);
@@ -71,8 +73,8 @@ private slots:
         pty.write(cardSide::spectrum(QByteArray(512, cardSide::level(-50))));
         QTRY_VERIFY(reader.canReadLine());
         const auto object = QJsonDocument::fromJson(reader.readLine()).object();
-        QCOMPARE(object.value("levels").toArray().size(), 512);
-        QCOMPARE(object.value("levels").toArray().at(17).toDouble(), -50.0);
+        QCOMPARE(object.value(u"levels"_s).toArray().size(), 512);
+        QCOMPARE(object.value(u"levels"_s).toArray().at(17).toDouble(), -50.0);
     }
 
     void every_reader_gets_every_spectrum()
@@ -185,8 +187,8 @@ private slots:
         const auto read = [&] {
             while (slow.canReadLine()) {
                 const auto object = QJsonDocument::fromJson(slow.readLine()).object();
-                const auto size = object.value("levels").toArray().size();
-                last = object.value("channel").toInt() == 2 && size == 4;
+                const auto size = object.value(u"levels"_s).toArray().size();
+                last = object.value(u"channel"_s).toInt() == 2 && size == 4;
                 lines += last || size == 4096 ? 1 : -100000;
             }
             return last;
@@ -221,8 +223,9 @@ private slots:
     void a_socket_that_nobody_serves_is_taken_over()
     {
         QVERIFY(
-            QProcess::execute("python3",
-                {"-c", "import socket,sys; s=socket.socket(socket.AF_UNIX); s.bind(sys.argv[1])",
+            QProcess::execute(u"python3"_s,
+                {u"-c"_s,
+                    u"import socket,sys; s=socket.socket(socket.AF_UNIX); s.bind(sys.argv[1])"_s,
                     m_path}) == 0);
         QVERIFY(QFileInfo::exists(m_path));
         const SpectralRemote remote(m_card.get());
@@ -233,7 +236,7 @@ private slots:
     {
         QLocalServer other;
         QVERIFY(other.listen(m_path));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no spectra at"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no spectra at"_s));
         const SpectralRemote remote(m_card.get());
         QVERIFY(!remote.isListening());
         QVERIFY(other.isListening());
@@ -243,7 +246,7 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("precious");
         file.close();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no spectra at"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no spectra at"_s));
         const SpectralRemote second(m_card.get());
         QVERIFY(!second.isListening());
         QCOMPARE(QFileInfo(m_path).size(), 8);
@@ -257,16 +260,16 @@ private slots:
         {
             SpectralRemote remote(m_card.get());
             QVERIFY(remote.isListening());
-            QVERIFY(QFileInfo::exists(m_devices->path() + "/here"));
-            m_path = m_devices->path() + "/here";
+            QVERIFY(QFileInfo::exists(m_devices->path() + u"/here"_s));
+            m_path = m_devices->path() + u"/here"_s;
             QLocalSocket reader;
             connectReader(reader, remote);
             // The socket is in use and left alone.
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no spectra at .*/here"));
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no spectra at .*/here"_s));
             const SpectralRemote second(m_card.get());
             QVERIFY(!second.isListening() && remote.isListening());
         }
-        QVERIFY(!QFileInfo::exists(m_devices->path() + "/here"));
+        QVERIFY(!QFileInfo::exists(m_devices->path() + u"/here"_s));
         QVERIFY(QDir::setCurrent(before));
     }
 

@@ -7,11 +7,13 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 Q_DECLARE_METATYPE(std::function<void(SpectrumChart&)>)
 
 namespace {
 
-// pixels of about this colour inside the chart
+// Counts the pixels of about this colour.
 int pixels(const QImage& picture, const QColor& color)
 {
     int count = 0;
@@ -64,16 +66,30 @@ private slots:
     {
         QTest::addColumn<int>("span");
         QTest::addColumn<QStringList>("labels");
-        QTest::newRow("0") << 0 << QStringList{"69.50", "69.75", "70.00", "70.25", "70.50"};
-        QTest::newRow("1") << 1 << QStringList{"68.50", "69.25", "70.00", "70.75", "71.50"};
-        QTest::newRow("2") << 2 << QStringList{"67.50", "68.75", "70.00", "71.25", "72.50"};
-        QTest::newRow("3") << 3 << QStringList{"66.250", "68.125", "70.000", "71.875", "73.750"};
-        QTest::newRow("4") << 4 << QStringList{"65.0", "67.5", "70.0", "72.5", "75.0"};
-        QTest::newRow("5") << 5 << QStringList{"62.50", "66.25", "70.00", "73.75", "77.50"};
-        QTest::newRow("6") << 6 << QStringList{"60", "65", "70", "75", "80"};
-        QTest::newRow("7") << 7 << QStringList{"57.50", "63.75", "70.00", "76.25", "82.50"};
-        QTest::newRow("8") << 8 << QStringList{"55.0", "62.5", "70.0", "77.5", "85.0"};
-        QTest::newRow("9") << 9 << QStringList{"50", "60", "70", "80", "90"};
+        QTest::newRow("0") << 0
+                           << QStringList{
+                                  u"69.50"_s, u"69.75"_s, u"70.00"_s, u"70.25"_s, u"70.50"_s};
+        QTest::newRow("1") << 1
+                           << QStringList{
+                                  u"68.50"_s, u"69.25"_s, u"70.00"_s, u"70.75"_s, u"71.50"_s};
+        QTest::newRow("2") << 2
+                           << QStringList{
+                                  u"67.50"_s, u"68.75"_s, u"70.00"_s, u"71.25"_s, u"72.50"_s};
+        QTest::newRow("3") << 3
+                           << QStringList{
+                                  u"66.250"_s, u"68.125"_s, u"70.000"_s, u"71.875"_s, u"73.750"_s};
+        QTest::newRow("4") << 4
+                           << QStringList{u"65.0"_s, u"67.5"_s, u"70.0"_s, u"72.5"_s, u"75.0"_s};
+        QTest::newRow("5") << 5
+                           << QStringList{
+                                  u"62.50"_s, u"66.25"_s, u"70.00"_s, u"73.75"_s, u"77.50"_s};
+        QTest::newRow("6") << 6 << QStringList{u"60"_s, u"65"_s, u"70"_s, u"75"_s, u"80"_s};
+        QTest::newRow("7") << 7
+                           << QStringList{
+                                  u"57.50"_s, u"63.75"_s, u"70.00"_s, u"76.25"_s, u"82.50"_s};
+        QTest::newRow("8") << 8
+                           << QStringList{u"55.0"_s, u"62.5"_s, u"70.0"_s, u"77.5"_s, u"85.0"_s};
+        QTest::newRow("9") << 9 << QStringList{u"50"_s, u"60"_s, u"70"_s, u"80"_s, u"90"_s};
     }
 
     void the_five_ticks_of_every_span_are_shown()
@@ -85,7 +101,7 @@ private slots:
         QCOMPARE(m_chart->tickLabels(), labels);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         QCOMPARE(m_chart->xAxis->tickVector(), spanTable().at(span).ticks);
-        labels[2] += " MHz";
+        labels[2] += u" MHz"_s;
         QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()), labels);
         QCOMPARE(m_chart->xAxis->range().size(), spanTable().at(span).spanMHz);
         QCOMPARE(m_chart->xAxis->range().center(), 70.0);
@@ -95,14 +111,14 @@ private slots:
     {
         m_chart->setSpan(spanTable().at(4));
         m_chart->setCentre(2250.5);
-        QCOMPARE(
-            m_chart->tickLabels(), QStringList({"2245.5", "2248.0", "2250.5", "2253.0", "2255.5"}));
+        QCOMPARE(m_chart->tickLabels(),
+            QStringList({u"2245.5"_s, u"2248.0"_s, u"2250.5"_s, u"2253.0"_s, u"2255.5"_s}));
         QCOMPARE(m_chart->xAxis->range().center(), 2250.5);
         m_chart->addSpectrum(cardSide::carrier(101, 50, -20));
         QCOMPARE(m_chart->peak().frequency, 2250.5);
     }
 
-    void a_wild_rf_frequency_is_ignored_data()
+    void an_invalid_rf_frequency_is_ignored_data()
     {
         QTest::addColumn<double>("rf");
         QTest::newRow("zero") << 0.0;
@@ -112,24 +128,24 @@ private slots:
         QTest::newRow("enormous") << 1e30;
     }
 
-    void a_wild_rf_frequency_is_ignored()
+    void an_invalid_rf_frequency_is_ignored()
     {
         QFETCH(double, rf);
         m_chart->setCentre(rf);
         QCOMPARE(m_chart->centre(), 70.0);
     }
 
-    void a_narrow_chart_names_three_of_its_ticks()
+    void a_narrow_chart_labels_three_of_its_ticks()
     {
         m_chart->setSpan(spanTable().at(3));
         m_chart->resize(250, 200);
         m_chart->replot(QCustomPlot::rpImmediateRefresh);
         QCOMPARE(QStringList(m_chart->xAxis->tickVectorLabels()),
-            QStringList({"66.250", "", "70.000 MHz", "", "73.750"}));
+            QStringList({u"66.250"_s, u""_s, u"70.000 MHz"_s, u""_s, u"73.750"_s}));
         QCOMPARE(m_chart->xAxis->tickVector().size(), 5);
     }
 
-    // what stands on the screen without anything that paints once more, as grab() would
+    // Compares what is on the screen; grab() would paint once more.
     void a_change_is_on_the_screen_without_another_paint_data()
     {
         using Change = std::function<void(SpectrumChart&)>;
@@ -140,14 +156,15 @@ private slots:
             [](SpectrumChart& chart) { chart.setSpan(spanTable().at(9)); });
         QTest::newRow("RF frequency")
             << Change([](SpectrumChart& chart) { chart.setCentre(2250.5); });
-        QTest::newRow("title") << Change([](SpectrumChart& chart) { chart.setTitle("Demod 2"); });
+        QTest::newRow("title") << Change(
+            [](SpectrumChart& chart) { chart.setTitle(u"Demod 2"_s); });
     }
 
     void a_change_is_on_the_screen_without_another_paint()
     {
         QFETCH(std::function<void(SpectrumChart&)>, change);
         m_chart->addSpectrum(QByteArray(512, cardSide::level(-60)));
-        QTest::qWait(400); // the read-out's turn is over, nothing more is painted
+        QTest::qWait(400); // The read-out is up to date and nothing more is painted.
         const int paints = m_chart->paints;
         change(*m_chart);
         QTRY_VERIFY(m_chart->paints > paints);
@@ -160,9 +177,9 @@ private slots:
         QCOMPARE(shown, onTheScreen());
     }
 
-    void levels_are_numbered_in_fixed_decimals()
+    void level_ticks_have_fixed_decimals()
     {
-        QCOMPARE(m_chart->yAxis->numberFormat(), QString("f"));
+        QCOMPARE(m_chart->yAxis->numberFormat(), u"f"_s);
         QCOMPARE(m_chart->yAxis->range().lower, -120.0);
         QVERIFY(m_chart->yAxis->range().upper >= 7.5);
     }
@@ -191,23 +208,23 @@ private slots:
         QCOMPARE(m_chart->peak().level, -30.5);
     }
 
-    void the_peak_is_read_out()
+    void the_read_out_shows_the_peak()
     {
         QCOMPARE(m_chart->readout(), QString());
         m_chart->setSpan(spanTable().at(9));
         m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
-        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
+        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
     }
 
-    void the_read_out_follows_at_a_readable_pace()
+    void the_read_out_changes_at_a_readable_pace()
     {
         m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
         m_chart->addSpectrum(cardSide::carrier(101, 50, -10.0));
-        QCOMPARE(m_chart->readout(), QString("Peak 70.000 MHz -42.5 dB"));
-        QTRY_COMPARE(m_chart->readout(), QString("Peak 70.000 MHz -10.0 dB"));
+        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
+        QTRY_COMPARE(m_chart->readout(), u"Peak 70.000 MHz -10.0 dB"_s);
     }
 
-    void triangle_and_diamond_stand_on_the_trace_while_their_texts_are_read()
+    void triangle_and_diamond_follow_the_trace_before_their_texts_do()
     {
         m_chart->setLineColor(Qt::green);
         m_chart->addSpectrum(cardSide::carrier(101, 20, -42.5));
@@ -218,7 +235,7 @@ private slots:
         QCOMPARE(m_chart->readout(), text);
         const QImage after = m_chart->grab().toImage();
         QCOMPARE(m_chart->readout(), text);
-        // the triangle's light inside, above the highest point; the diamond's right half
+        // The triangle's light inside above the highest point, and the right half of the diamond.
         const auto triangle = [this](const QImage& picture, double part, double level) {
             return picture.pixelColor(pixelOf(part, level) - QPoint(0, 8)).blue() > 128;
         };
@@ -280,11 +297,11 @@ private slots:
         QVERIFY(pixels(picture, QColor(0, 255, 255).darker(200)) > 400);
     }
 
-    void averaging_and_max_hold_are_named_in_the_read_out()
+    void the_read_out_shows_averaging_and_max_hold()
     {
         m_chart->setAveraging(16);
         m_chart->setMaxHold(true);
-        QCOMPARE(m_chart->readout(), QString("Avg 16   Max Hold"));
+        QCOMPARE(m_chart->readout(), u"Avg 16   Max Hold"_s);
         m_chart->setAveraging(1);
         m_chart->setMaxHold(false);
         QCOMPARE(m_chart->readout(), QString());
@@ -352,7 +369,7 @@ private slots:
         QVERIFY(pixels(with.copy(plot.right() - 2, y - 1, 1, 3), Qt::green) > 0);
     }
 
-    void wild_horizontal_markers_are_left_out()
+    void horizontal_markers_off_the_axis_are_left_out()
     {
         m_chart->setHMarkers({qQNaN(), qInf(), -1e30, 500.0, -50.0});
         QCOMPARE(m_chart->hMarkers(), QList<double>{-50.0});
@@ -369,8 +386,8 @@ private slots:
         const double width = spanTable().at(9).spanMHz;
         QVERIFY(std::abs(m_chart->marker().frequency - (70.0 - width / 4)) < width / 100);
         QCOMPARE(m_chart->marker().level, -100.0);
-        QVERIFY2(
-            m_chart->readout().contains("Marker 59.") && m_chart->readout().endsWith("-100.0 dB"),
+        QVERIFY2(m_chart->readout().contains(u"Marker 59."_s) &&
+                m_chart->readout().endsWith(u"-100.0 dB"_s),
             qPrintable(m_chart->readout()));
         QVERIFY(pixels(m_chart->grab().toImage(), Qt::white) > 20);
     }
@@ -384,7 +401,7 @@ private slots:
         QVERIFY(!m_chart->marker().valid);
     }
 
-    void a_tap_as_near_as_a_finger_comes_takes_the_marker_away()
+    void a_tap_within_a_finger_of_the_marker_removes_it()
     {
         m_chart->addSpectrum(cardSide::carrier(101, 50, -42.5));
         const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
@@ -460,7 +477,7 @@ private slots:
 
     void the_next_paint_waits_as_long_as_the_last_one_took()
     {
-        // takes long everywhere: a large chart, and lines from top to bottom all over it
+        // Painting takes long on any machine: a large chart full of lines from top to bottom.
         m_chart->resize(4000, 3000);
         QByteArray points(9000, '\0');
         for (qsizetype i = 0; i < points.size(); i += 2) {
@@ -470,13 +487,13 @@ private slots:
         m_chart->addSpectrum(points);
         QTest::qWait(400);
         m_chart->repaint();
-        const auto* timer = m_chart->findChild<QTimer*>("paintTimer");
+        const auto* timer = m_chart->findChild<QTimer*>(u"paintTimer"_s);
         QVERIFY(timer != nullptr && !timer->isActive());
         m_chart->addSpectrum(cardSide::carrier(512, 1, -20));
         QVERIFY(timer->isActive());
         QVERIFY2(m_chart->tookMs > 1, qPrintable(QString::number(m_chart->tookMs)));
         QVERIFY2(timer->interval() > 0 && timer->interval() <= m_chart->tookMs,
-            qPrintable(QString("%1 of %2").arg(timer->interval()).arg(m_chart->tookMs)));
+            qPrintable(u"%1 of %2"_s.arg(timer->interval()).arg(m_chart->tookMs)));
     }
 
     void a_hidden_chart_is_not_painted()
@@ -492,7 +509,7 @@ private slots:
         QVERIFY(m_chart->peak().valid);
     }
 
-    void it_lets_what_lies_under_it_paint_first()
+    void the_widgets_under_the_chart_are_painted_first()
     {
         QVERIFY(!m_chart->testAttribute(Qt::WA_OpaquePaintEvent));
     }

@@ -17,7 +17,7 @@ class tst_SpectrumTrace : public QObject
     Q_OBJECT
 
 private slots:
-    void a_byte_is_half_a_decibel_data()
+    void a_byte_counts_half_decibels_data()
     {
         QTest::addColumn<int>("byte");
         QTest::addColumn<double>("dB");
@@ -28,7 +28,7 @@ private slots:
         QTest::newRow("highest") << 255 << 7.5;
     }
 
-    void a_byte_is_half_a_decibel()
+    void a_byte_counts_half_decibels()
     {
         QFETCH(int, byte);
         QFETCH(double, dB);
@@ -38,7 +38,7 @@ private slots:
         QCOMPARE(double(trace.levels().first()), dB);
     }
 
-    void a_new_trace_has_nothing()
+    void a_new_trace_is_empty()
     {
         const SpectrumTrace trace;
         QCOMPARE(trace.size(), 0);
@@ -71,7 +71,7 @@ private slots:
         QCOMPARE(trace.levels().first(), -100.0F);
     }
 
-    void the_first_spectra_are_averaged_alike_and_then_fade()
+    void the_first_spectra_weigh_the_same_and_then_fade()
     {
         SpectrumTrace trace;
         trace.setAveraging(2);
@@ -114,7 +114,7 @@ private slots:
         QCOMPARE(trace.levels(), QVector<float>({-95.0F, -110.0F}));
     }
 
-    void max_hold_sees_a_burst_that_the_average_does_not()
+    void max_hold_keeps_a_burst_that_the_average_hides()
     {
         SpectrumTrace trace;
         trace.setAveraging(16);
@@ -150,7 +150,7 @@ private slots:
         QCOMPARE(trace.held(), QVector<float>(3, -120.0F));
     }
 
-    void a_restart_begins_average_and_max_hold_anew()
+    void restart_starts_average_and_max_hold_anew()
     {
         SpectrumTrace trace;
         trace.setAveraging(4);
@@ -162,7 +162,7 @@ private slots:
         QCOMPARE(trace.held().first(), -120.0F);
     }
 
-    void clear_forgets_the_points()
+    void clear_removes_the_points()
     {
         SpectrumTrace trace;
         trace.add(bytes({200}));

@@ -5,13 +5,14 @@
 #include <cstddef>
 
 #if defined(__SANITIZE_ADDRESS__)
-// of the sanitizer, whose header does not come with every compiler
+// The header of the sanitizer does not come with every compiler.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #else
 #include <malloc.h>
 #endif
 
-// Bytes that the program holds on its heap: what is in use, not what the system has given for it.
+/// \return the bytes in use on the heap of the program, without free memory that the allocator
+/// keeps
 inline qsizetype heapInUse()
 {
 #if defined(__SANITIZE_ADDRESS__)

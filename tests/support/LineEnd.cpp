@@ -26,10 +26,10 @@ bool LineEnd::write(const QByteArray& bytes) const
     return ::write(m_fd, bytes.constData(), static_cast<size_t>(bytes.size())) == bytes.size();
 }
 
-QByteArray LineEnd::read(int most) const
+QByteArray LineEnd::read(int limit) const
 {
-    QByteArray bytes(most, Qt::Uninitialized);
-    const ssize_t count = ::read(m_fd, bytes.data(), static_cast<size_t>(most));
+    QByteArray bytes(limit, Qt::Uninitialized);
+    const ssize_t count = ::read(m_fd, bytes.data(), static_cast<size_t>(limit));
     bytes.truncate(count < 0 ? 0 : count);
     return bytes;
 }

@@ -3,12 +3,12 @@
 #include <QByteArray>
 #include <QString>
 
-// The panel's end of a line whose other end is played by the code under test: opens a path without
-// Qt's serial port, reads and writes plain bytes.
+/// The panel's end of a line whose other end is the code under test. Opens a path without Qt's
+/// serial port and reads and writes plain bytes.
 class LineEnd
 {
 public:
-    // path: a terminal; isOpen() tells whether it could be opened.
+    /// Opens a terminal. Check isOpen() afterwards.
     explicit LineEnd(const QString& path);
     ~LineEnd();
     LineEnd(const LineEnd&) = delete;
@@ -17,13 +17,13 @@ public:
     bool isOpen() const { return m_fd >= 0; }
     void close();
 
-    // Out: whether all bytes were taken at once.
+    /// \return whether all bytes were taken at once
     bool write(const QByteArray& bytes) const;
 
-    // Out: what is there now, at most `most` bytes of it.
-    QByteArray read(int most = 65536) const;
+    /// \return what is there now, at most \a limit bytes
+    QByteArray read(int limit = 65536) const;
 
-    // Everything read since the start, with what is there now.
+    /// \return everything since the start, including what is there now
     const QByteArray& received();
 
 private:

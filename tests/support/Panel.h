@@ -8,7 +8,7 @@
 #include <QApplication>
 #include <QtTest>
 
-// The panel on the screen, with the test as the main unit at the other end of its line.
+/// The panel on the screen, with the test as the main unit at the other end of its line.
 class Panel
 {
 public:
@@ -26,8 +26,9 @@ public:
         }
     }
 
-    // Sends messages (without their frame characters) in one write and waits until all of them have
-    // been carried out. Out: what the panel has sent meanwhile.
+    /// Sends messages (without their frame characters) in one write and waits until the panel has
+    /// handled all of them.
+    /// \return what the panel has sent meanwhile
     QByteArray say(const QList<QByteArray>& messages)
     {
         QByteArray bytes;
@@ -38,10 +39,10 @@ public:
         return sent(bytes);
     }
 
-    // What the panel has sent, all of it: it is asked for a sign that there is no more.
+    /// \return everything that the panel has sent; its answer to a "PING" marks the end
     QByteArray heard() { return sent(QByteArray()); }
 
-    // The first visible window below the main window's with this object name, nullptr if none.
+    /// \return the first visible window with this object name, nullptr when there is none
     static QWidget* shownWindow(const char* name)
     {
         const auto windows = QApplication::topLevelWidgets();

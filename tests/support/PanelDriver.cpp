@@ -4,6 +4,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int pointsOf(const QImage& image, const std::function<bool(const QColor&)>& counts)
@@ -31,8 +33,8 @@ void PanelDriver::start()
     startUnit();
     const quint16 port = RfbClient::freePort();
     m_panel = std::make_unique<Program>(m_panelPath,
-        QStringList{"-platform", QString("vnc:size=800x480:port=%1").arg(port)},
-        QStringList{"QN740_DEV=" + devices(), "XDG_CONFIG_HOME=" + m_parent->path()});
+        QStringList{u"-platform"_s, u"vnc:size=800x480:port=%1"_s.arg(port)},
+        QStringList{u"QN740_DEV="_s + devices(), u"XDG_CONFIG_HOME="_s + m_parent->path()});
     QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: menus sent"), LongMs);
     m_screen = std::make_unique<RfbClient>();
     QVERIFY2(m_screen->connectTo(port), qPrintable(m_screen->errorString()));
@@ -66,7 +68,8 @@ void PanelDriver::showMenus()
 void PanelDriver::startUnit(const QStringList& options)
 {
     m_unit.reset();
-    m_unit = std::make_unique<Program>(m_simulatorPath, QStringList{"--dir", devices()} + options);
+    m_unit =
+        std::make_unique<Program>(m_simulatorPath, QStringList{u"--dir"_s, devices()} + options);
     m_seen = 0;
     QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices().toUtf8()), LongMs);
 }

@@ -10,11 +10,13 @@
 
 #include <memory>
 
-// The operator's seat: the real panel, touched through a remote screen as by a finger, and the real
-// simulated unit at the other end of its lines. What counts is what the unit has received and what
-// the screen shows.
-//
-// A function that cannot do its work fails the test that calls it.
+/// Drives the panel as an operator does.
+///
+/// The real panel program is touched through a remote screen, and the simulated unit (the program)
+/// is at the other end of its lines. Tests check what the unit has received and what the screen
+/// shows.
+///
+/// A function that cannot do its work fails the test that calls it.
 class PanelDriver
 {
 public:
@@ -25,62 +27,67 @@ public:
     static inline const QColor Black{0, 0, 0};
     static inline const QColor TitleBlue{66, 89, 148}; // of every editor
 
-    // The buttons of the status bar, and a place left of the texts: the bar itself.
+    // The buttons of the status bar, and a point of the bar itself, left of the texts.
     static constexpr QPoint Linking{451, 455};
     static constexpr QPoint MainMenu{563, 455};
     static constexpr QPoint NextView{675, 455};
     static constexpr QPoint StatusBar{380, 474};
 
-    // Beside the text in the title of an editor: pads and lists.
+    // A point beside the text in the title of an editor: pads and lists.
     static constexpr QPoint Title{30, 28};
 
-    // simulator, panel: paths of the programs. The unit is there first, then the panel with its
-    // menus and without its start-up picture.
+    /// \param simulator, panel paths of the programs
     PanelDriver(const QString& simulator, const QString& panel);
 
+    /// Starts the unit, then the panel, and waits for the menus and for the end of the start-up
+    /// picture.
     void start();
+    /// Ends both.
     void stop();
-    // Between two roads: back to the menus, whatever the last one has left.
+    /// Goes back to the menus after a test, whatever it has left on the screen.
     void showMenus();
 
-    // Starts the unit in place of one that may run.
+    /// Starts the unit and replaces one that is running.
     void startUnit(const QStringList& options = {});
     void stopUnit() { m_unit.reset(); }
     Program& unit() { return *m_unit; }
     Program& panel() { return *m_panel; }
     RfbClient& screen() { return *m_screen; }
 
-    // A key of a menu of up to four rows of keys, and a place on it that no text reaches.
+    /// \return the middle of a key, in a menu of up to four rows of keys
     static QPoint key(int row, int column);
+    /// \return a point of the key that no text reaches
     static QPoint besideText(int row, int column);
 
     QColor at(QPoint point) { return m_screen->picture().pixelColor(point); }
-    // Waits until the screen has this colour, or another one, at this point. Out: whether it came.
+    /// Waits until the screen has this colour at a point. \return false when it does not come
     bool shows(QPoint point, const QColor& colour);
+    /// Waits until the screen has another colour at a point. \return false when it does not come
     bool showsOther(QPoint point, const QColor& colour);
-    // Waits until this part of the screen looks other than before.
+    /// Waits until this part of the screen is different from \a before. \return false when it is
+    /// not
     bool changes(const QImage& before, const QRect& part);
-    // How many points of this part of the screen are nearly white.
+    /// \return how many points of this part of the screen are nearly white
     int bright(const QRect& part);
-    // How many points of this part of the screen have this colour.
+    /// \return how many points of this part of the screen have this colour
     int count(const QRect& part, const QColor& colour);
 
     void touch(QPoint point);
     void touch(const QList<QPoint>& points);
 
-    // Lets the unit send a message and waits until the panel has carried it out.
+    /// Lets the unit send a message and waits until the panel has handled it.
     void say(const QByteArray& message);
-    // What the panel has sent since the last call, without what was asked for by say().
+    /// \return what the panel has sent since the last call, without its answers to say()
     QByteArrayList sent();
-    // Waits until the panel has sent these, and nothing else.
+    /// Waits until the panel has sent exactly these messages.
     void expect(const QByteArrayList& bodies);
 
     void openMenu(const QByteArray& name) { say("SK," + name); }
-    // Opens the editor of a key and waits for its title.
+    /// Opens the editor of a key and waits for its title.
     void openEditor(const QByteArray& menu, QPoint keyPoint, QPoint title = Title);
 
 private:
-    QString devices() const { return m_parent->filePath("dev"); }
+    QString devices() const { return m_parent->filePath(QStringLiteral("dev")); }
 
     const QString m_simulatorPath;
     const QString m_panelPath;

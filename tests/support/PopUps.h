@@ -7,7 +7,7 @@
 #include <QPushButton>
 #include <QtTest>
 
-// What the tests of the pop-ups look at in a dialog.
+/// What the tests of the pop-ups check in a dialog.
 namespace popUps {
 
 inline QDialog* dialog(QWidget* modal)
@@ -15,27 +15,27 @@ inline QDialog* dialog(QWidget* modal)
     return qobject_cast<QDialog*>(modal);
 }
 
-// Presses the button with this text by a click through the window; a button that is not there
-// fails the test and ends the dialog.
+/// Presses the button with this text by a click through the window. A missing button fails the test
+/// and closes the dialog.
 inline void press(QWidget* modal, const QString& text)
 {
     QPushButton* button = buttonWithText(modal, text);
     if (button == nullptr) {
-        QTest::qFail(qPrintable("no button " + text), __FILE__, __LINE__);
+        QTest::qFail(qPrintable(QLatin1String("no button ") + text), __FILE__, __LINE__);
         dialog(modal)->reject();
         return;
     }
     clickOn(button);
 }
 
-// Whether the dialog lies in the middle of a screen of 800 × 480, give or take a pixel.
+/// Whether the dialog is in the middle of a screen of 800 × 480, with a tolerance of one pixel.
 inline bool isCentred(const QWidget* modal)
 {
     const QPoint off = modal->geometry().center() - QRect(0, 0, 800, 480).center();
     return qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1;
 }
 
-// Whether the dialog and every button in it lie inside a screen of 800 × 480.
+/// Whether the dialog and every button in it are inside a screen of 800 × 480.
 inline bool isInsideScreen(const QWidget* modal)
 {
     if (!QRect(0, 0, 800, 480).contains(modal->geometry())) {
@@ -50,14 +50,14 @@ inline bool isInsideScreen(const QWidget* modal)
     return true;
 }
 
-// The button that a finger in the middle of `button` touches.
+/// \return the widget that a finger in the middle of \a button touches
 inline QWidget* onTopOf(const QPushButton* button)
 {
     const QWidget* window = button->window();
     return window->childAt(button->mapTo(window, button->rect().center()));
 }
 
-// A list of so many choices, "0 text0:1 text1…".
+/// \return a list of \a count choices, "0 text0:1 text1…"
 inline QString list(int count, const QString& text)
 {
     QStringList items;

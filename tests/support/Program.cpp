@@ -5,11 +5,13 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 Program::Program(const QString& path, const QStringList& arguments, const QStringList& environment)
 {
     QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
     for (const QString& entry : environment) {
-        all.insert(entry.section('=', 0, 0), entry.section('=', 1));
+        all.insert(entry.section(u'=', 0, 0), entry.section(u'=', 1));
     }
     setProcessEnvironment(all);
     start(path, arguments);
@@ -26,7 +28,7 @@ Program::~Program()
 
 double Program::cpuSeconds() const
 {
-    QFile file(QString("/proc/%1/stat").arg(processId()));
+    QFile file(u"/proc/%1/stat"_s.arg(processId()));
     if (!file.open(QIODevice::ReadOnly)) {
         return 0;
     }

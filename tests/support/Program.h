@@ -4,29 +4,30 @@
 #include <QProcess>
 #include <QStringList>
 
-// A real program of ours, started at once, with its output collected; killed when it goes out of
-// scope.
+/// One of our programs. It starts at once, its output is collected, and it is killed when the
+/// object goes out of scope.
 class Program : public QProcess
 {
 public:
     static constexpr int LongMs = 20000;
 
-    // environment: "NAME=value" entries over those of the test.
+    /// \param environment "NAME=value" entries that override those of the test
     explicit Program(const QString& path, const QStringList& arguments = {},
         const QStringList& environment = {});
     ~Program() override;
 
-    // Everything that has come so far.
+    /// \return everything on standard output so far
     const QByteArray& output() { return m_output += readAllStandardOutput(); }
+    /// \return everything on standard error so far
     const QByteArray& errors() { return m_errors += readAllStandardError(); }
 
-    // Whether the output has this as a line of its own.
+    /// Whether one line of the output is exactly this.
     bool has(const QByteArray& line) { return ('\n' + output()).contains('\n' + line + '\n'); }
 
-    // Waits for its end. Out: whether it came.
+    /// Waits until the program has ended. \return false when it did not
     bool ends() { return state() == NotRunning || waitForFinished(LongMs); }
 
-    // Processor time that it has used, user and system, in seconds.
+    /// \return the processor time that it has used, user and system, in seconds
     double cpuSeconds() const;
 
 private:

@@ -7,8 +7,8 @@
 #include <map>
 #include <memory>
 
-// A real pseudo-terminal: the test holds the master and plays the other end of the line, the code
-// under test opens the slave.
+/// A real pseudo-terminal. The test holds the master and plays the other end of the line; the code
+/// under test opens the slave.
 class Pty
 {
 public:
@@ -20,19 +20,21 @@ public:
     QString slavePath() const { return m_slavePath; }
     int master() const { return m_master; }
 
-    // Writes all bytes, turning the event loop while the line is full. Out: whether all were taken
-    // within five seconds.
+    /// Writes all bytes and runs the event loop while the line is full.
+    /// \return whether all bytes were taken within five seconds
     bool write(const QByteArray& bytes);
 
-    // The same, and waits until the other end, in this program, has read them. Out: whether it has
-    // within five seconds. Nothing may be unread before, and no more than 4,000 bytes are written.
+    /// Writes all bytes, at most 4,000, and waits until the other end, which is in this program,
+    /// has read them. Everything written before must have been read. \return whether all bytes were
+    /// read within five seconds
     bool writeUntilRead(const QByteArray& bytes);
 
-    // Everything that has come since the last call of takeReceived().
+    /// \return everything since the last call of takeReceived()
     QByteArray received();
+    /// \return the same, and forgets it
     QByteArray takeReceived();
 
-    // The other end goes away, as when a plug is pulled.
+    /// Closes the line, as when a plug is pulled.
     void close();
 
 private:
@@ -41,7 +43,8 @@ private:
     QByteArray m_received;
 };
 
-// A directory that takes the place of /dev for the time of its life: QN740_DEV names it.
+/// A directory that the panel uses in place of /dev during the lifetime of the object: QN740_DEV
+/// names it.
 class DeviceDirectory
 {
 public:
@@ -50,7 +53,7 @@ public:
     DeviceDirectory(const DeviceDirectory&) = delete;
     DeviceDirectory& operator=(const DeviceDirectory&) = delete;
 
-    // Makes a device of this name, in place of one that may be there, and answers its master side.
+    /// Creates a device of this name and replaces an existing one. \return its master side
     Pty& add(const QString& name);
     void remove(const QString& name);
     QString path() const { return m_directory.path(); }
@@ -60,6 +63,6 @@ private:
     std::map<QString, std::unique_ptr<Pty>> m_devices;
 };
 
-// STX + body + EOT as bytes.
+/// \return STX + body + EOT as bytes
 QByteArray framed(const char* body);
 QByteArray framed(const QByteArray& body);

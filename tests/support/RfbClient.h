@@ -8,38 +8,42 @@
 #include <QString>
 #include <QTcpSocket>
 
-// Looks at and touches a program that runs with "-platform vnc:size=800x480:port=N", as a person
-// with a remote screen does: RFB 3.3 to 3.8, no authentication, raw pictures of 32 bits a pixel.
-//
-// Every call blocks until it is done, or until its time is over and errorString() says what was
-// missing. The program at the other end must be another process.
+/// A remote screen: shows and touches a program that runs with "-platform
+/// vnc:size=800x480:port=N". It speaks RFB 3.3 to 3.8 (RFC 6143) without authentication and with
+/// raw pictures of 32 bits per pixel.
+///
+/// Every call blocks until it is done, or until its time is over; errorString() then says what was
+/// missing. The program at the other end must be another process.
 class RfbClient
 {
 public:
+    /// How long a call blocks at most.
     static constexpr int DefaultTimeoutMs = 20000;
 
     RfbClient() = default;
     RfbClient(const RfbClient&) = delete;
     RfbClient& operator=(const RfbClient&) = delete;
 
-    // Out: a TCP port that nobody listens on now.
+    /// \return a TCP port that nobody listens on now
     static quint16 freePort();
 
-    // Connects to the port on this machine, again and again until the program listens there, and
-    // shakes hands. Out: whether that was done in time.
+    /// Connects to the port on this machine and shakes hands. Tries again until the program
+    /// listens. \return whether that was done in time
     bool connectTo(quint16 port, int timeoutMs = DefaultTimeoutMs);
 
-    // The size of the other screen; empty before connectTo().
+    /// \return the size of the other screen; empty before connectTo()
     QSize size() const { return m_picture.size(); }
-    // What went wrong last, empty when nothing did.
+    /// \return what went wrong last, empty when nothing did
     QString errorString() const { return m_error; }
 
-    // Touches: the left button goes down or up at a point of the screen. Out: whether it was sent.
+    /// Presses the left button at a point of the screen. \return whether that was sent
     bool press(QPoint at);
+    /// Releases the left button at a point of the screen. \return whether that was sent
     bool release(QPoint at);
+    /// Presses and releases the left button. \return whether that was sent
     bool click(QPoint at);
 
-    // Out: the whole screen as it is now, a null image when it did not come in time.
+    /// \return the whole screen as it is now; a null image when it did not come in time
     QImage picture(int timeoutMs = DefaultTimeoutMs);
 
 private:

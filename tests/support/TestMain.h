@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QtTest>
 
-// Runs a test class in an application with the panel's identity and look.
+/// Runs a test class in an application with the panel's identity and look.
 template <class Test>
 int runTest(int argc, char** argv)
 {

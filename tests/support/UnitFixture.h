@@ -10,20 +10,22 @@
 
 #include <memory>
 
-// The panel's window in the test's own process, without its start-up picture, and the real
-// simulated unit at the other end of all its lines. Base of tests that set keys and look at what
-// comes of it.
+/// The panel's window in the process of the test, without its start-up picture, and the simulated
+/// unit (the program) at the other end of all its lines. Base of tests that press keys and check
+/// what the unit makes of it.
 class UnitFixture
 {
 protected:
     static constexpr int LongMs = 40000;
 
-    // simulator: its path; options: beside the directory of its lines. The menus are there then.
+    /// Starts both and waits for the menus. \param simulator path of the program
+    /// \param options of the program, in addition to --dir
     void start(const QString& simulator, const QStringList& options)
     {
         m_parent = std::make_unique<QTemporaryDir>();
-        const QString devices = m_parent->filePath("dev");
-        m_unit = std::make_unique<Program>(simulator, QStringList{"--dir", devices} + options);
+        const QString devices = m_parent->filePath(QStringLiteral("dev"));
+        m_unit = std::make_unique<Program>(
+            simulator, QStringList{QStringLiteral("--dir"), devices} + options);
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: ready " + devices.toUtf8()), LongMs);
         qputenv("QN740_DEV", devices.toLocal8Bit());
         m_window = std::make_unique<MainWindow>();
@@ -37,6 +39,7 @@ protected:
         say("PING");
     }
 
+    /// Ends both.
     void stop()
     {
         m_window.reset();
@@ -44,7 +47,7 @@ protected:
         m_parent.reset();
     }
 
-    // Lets the unit send a message and waits until the panel has handled it.
+    /// Lets the unit send a message and waits until the panel has handled it.
     void say(const QByteArray& message)
     {
         const QByteArray answer("panel: 1.1.6.4\n");

@@ -1,7 +1,9 @@
-// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the unit
-// has received and what the screen shows. All tests share one start.
+// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the
+// unit has received and what the screen shows. All tests share one start.
 #include "support/PanelDriver.h"
 #include "support/TestMain.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,7 +25,7 @@ class tst_DisplayWorkflows : public QObject, private PanelDriver
 
 public:
     tst_DisplayWorkflows()
-        : PanelDriver(QN740_SIM, QN740_PANEL)
+        : PanelDriver(QString::fromUtf8(QN740_SIM), QString::fromUtf8(QN740_PANEL))
     {
     }
 
@@ -111,7 +113,7 @@ private slots:
         QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
     }
 
-    void the_pax_menu_comes_and_goes_with_its_displays()
+    void the_pax_menu_shows_its_displays_and_is_left_again()
     {
         openMenu("Start");
         touch(key(1, 2)); // "PAX Menu"
@@ -210,7 +212,7 @@ private slots:
     }
 
     // The last one: the main unit's line is not opened again.
-    void with_the_unit_gone_the_panel_lives_and_the_scopes_come_back()
+    void without_the_unit_the_panel_keeps_running_and_the_scopes_come_back()
     {
         openMenu("Start");
         touch(NextView);
@@ -222,7 +224,7 @@ private slots:
         stopUnit();
         QTRY_VERIFY_WITH_TIMEOUT(panel().errors().contains("ttyO1 was lost"), LongMs);
         QVERIFY(QTest::qWaitFor(saysNoData, LongMs));
-        startUnit({"--scope-mode", "1"});
+        startUnit({u"--scope-mode"_s, u"1"_s});
         QVERIFY(QTest::qWaitFor([&] { return !saysNoData(); }, LongMs));
         before = screen().picture();
         QVERIFY(changes(before, Third));

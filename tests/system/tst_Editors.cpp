@@ -13,6 +13,8 @@
 #include <QLoggingCategory>
 #include <QSlider>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The panel's own trace of its line, with the times of the panel.
@@ -41,7 +43,8 @@ class tst_Editors : public QObject, private UnitFixture
 
     Key* key(const char* menu, const char* id) const
     {
-        return MenuBook::findKey(m_window->rooms().menus->book.find(menu), id);
+        return MenuBook::findKey(
+            m_window->rooms().menus->book.find(QString::fromUtf8(menu)), QString::fromUtf8(id));
     }
 
     // Presses a key of a menu and, in the editor that opens, does what `then` does.
@@ -92,10 +95,13 @@ class tst_Editors : public QObject, private UnitFixture
         return all;
     }
 
-    static QString frame(const char* body) { return QChar(0x02) + QString(body) + QChar(0x04); }
+    static QString frame(const char* body)
+    {
+        return QChar(0x02) + QString::fromUtf8(body) + QChar(0x04);
+    }
 
 private slots:
-    void init() { start(QN740_SIM, {"--trace"}); }
+    void init() { start(QString::fromUtf8(QN740_SIM), {u"--trace"_s}); }
 
     void cleanup()
     {
@@ -107,51 +113,56 @@ private slots:
     {
         say("AK,Tuner CH1,freq,RF Frequency,1,R1:FREQ:,950 2150,1,,1200,0,1");
         edit("Tuner CH1", "freq", [](QWidget* pad) {
-            press(pad, {"1", "2", "3", "4", ".", "5", "MHz"});
+            press(pad, {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"."_s, u"5"_s, u"MHz"_s});
         });
         QTRY_VERIFY_WITH_TIMEOUT(
             m_unit->output().contains(" out \\x02R1:FREQ:1234.500000\\x04\n"), LongMs);
-        QCOMPARE(frames("R1:FREQ:"), QStringList{frame("R1:FREQ:1234.500000")});
+        QCOMPARE(frames(u"R1:FREQ:"_s), QStringList{frame("R1:FREQ:1234.500000")});
         QTRY_COMPARE_WITH_TIMEOUT(key("Tuner CH1", "freq")->value, 1234.5, LongMs);
     }
 
     void a_choice_arrives_and_its_key_shows_it()
     {
-        edit("Combiner", "mode", [](QWidget* list) { press(list, {"Pre-det"}); });
-        QTRY_COMPARE_WITH_TIMEOUT(frames("C1:MODE:"), QStringList{frame("C1:MODE:1")}, LongMs);
+        edit("Combiner", "mode", [](QWidget* list) { press(list, {u"Pre-det"_s}); });
+        QTRY_COMPARE_WITH_TIMEOUT(frames(u"C1:MODE:"_s), QStringList{frame("C1:MODE:1")}, LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(
-            key("Combiner", "mode")->GetKey()->text(), QString("Combine Mode: Pre-det"), LongMs);
+            key("Combiner", "mode")->GetKey()->text(), u"Combine Mode: Pre-det"_s, LongMs);
     }
 
     void a_stored_file_arrives_by_its_value()
     {
-        edit("System", "load", [](QWidget* board) { press(board, {"FLIGHT_1"}); });
-        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:LOAD:"), QStringList{frame("SYS:LOAD:2")}, LongMs);
+        edit("System", "load", [](QWidget* board) { press(board, {u"FLIGHT_1"_s}); });
+        QTRY_COMPARE_WITH_TIMEOUT(frames(u"SYS:LOAD:"_s), QStringList{frame("SYS:LOAD:2")}, LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(
-            key("System", "load")->GetKey()->text(), QString("Load Set-up: FLIGHT_1"), LongMs);
+            key("System", "load")->GetKey()->text(), u"Load Set-up: FLIGHT_1"_s, LongMs);
     }
 
     void a_new_file_arrives_by_its_name_and_is_offered_from_then_on()
     {
         edit("System", "save", [](QWidget* board) {
-            whenModal([](QWidget* name) { press(name, {"n", "e", "w", "7", "RETURN"}); });
-            press(board, {"New File"});
+            whenModal([](QWidget* name) {
+                press(name, {u"n"_s, u"e"_s, u"w"_s, u"7"_s, u"RETURN"_s});
+            });
+            press(board, {u"New File"_s});
         });
-        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:SAVE:"), QStringList{frame("SYS:SAVE:new7")}, LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(
-            key("System", "save")->GetKey()->text(), QString("Save Set-up: new7"), LongMs);
-        edit("System", "save", [](QWidget* board) { press(board, {"new7"}); });
-        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:SAVE:").last(), frame("SYS:SAVE:3"), LongMs);
+            frames(u"SYS:SAVE:"_s), QStringList{frame("SYS:SAVE:new7")}, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            key("System", "save")->GetKey()->text(), u"Save Set-up: new7"_s, LongMs);
+        edit("System", "save", [](QWidget* board) { press(board, {u"new7"_s}); });
+        QTRY_COMPARE_WITH_TIMEOUT(frames(u"SYS:SAVE:"_s).last(), frame("SYS:SAVE:3"), LongMs);
     }
 
     void an_address_arrives_and_its_key_shows_it()
     {
         edit("System", "ip", [](QWidget* pad) {
-            press(pad, {"1", "0", ".", "0", ".", "0", ".", "9", "Enter"});
+            press(
+                pad, {u"1"_s, u"0"_s, u"."_s, u"0"_s, u"."_s, u"0"_s, u"."_s, u"9"_s, u"Enter"_s});
         });
-        QTRY_COMPARE_WITH_TIMEOUT(frames("SYS:IP:"), QStringList{frame("SYS:IP:10.0.0.9")}, LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(
-            key("System", "ip")->GetKey()->text(), QString("IP Address: 10.0.0.9"), LongMs);
+            frames(u"SYS:IP:"_s), QStringList{frame("SYS:IP:10.0.0.9")}, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            key("System", "ip")->GetKey()->text(), u"IP Address: 10.0.0.9"_s, LongMs);
     }
 
     void each_step_arrives_while_the_pad_is_open()
@@ -160,34 +171,35 @@ private slots:
             const QPointer<QWidget> open(pad);
             QStringList expected;
             const auto step = [&](const char* button, const char* body) {
-                press(pad, {button});
+                press(pad, {QString::fromUtf8(button)});
                 expected += frame(body);
-                QTRY_COMPARE_WITH_TIMEOUT(frames("R1:FREQ:"), expected, LongMs);
+                QTRY_COMPARE_WITH_TIMEOUT(frames(u"R1:FREQ:"_s), expected, LongMs);
                 QVERIFY(open != nullptr && open->isVisible());
             };
             step("Step Up", "R1:FREQ:2250.6");
             step("Step Down", "R1:FREQ:2250.5");
-            press(pad, {QString("Step\r\n0.1 MHz")});
+            press(pad, {u"Step\r\n0.1 MHz"_s});
             step("Step Down", "R1:FREQ:2249.5");
-            press(pad, {QString("Step\r\n1.0 MHz"), QString("Step\r\n10.0 MHz")});
+            press(pad, {u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s});
             step("Step Up", "R1:FREQ:2349.5");
-            press(pad, {"Step Up"}); // out of every range
-            press(pad, {"CE/Cancel"});
+            press(pad, {u"Step Up"_s}); // out of every range
+            press(pad, {u"CE/Cancel"_s});
         });
         say("PING");
-        QCOMPARE(frames("R1:FREQ:").size(), 4);
+        QCOMPARE(frames(u"R1:FREQ:"_s).size(), 4);
         QCOMPARE(key("Tuner CH1", "freq")->value, 2349.5);
     }
 
     void a_slider_sends_live_and_its_key_nothing()
     {
         edit("Tuner CH1", "squelch", [this](QWidget* slider) {
-            press(slider, {"UP"});
-            QTRY_COMPARE_WITH_TIMEOUT(frames("R1:SQL:"), QStringList{frame("R1:SQL:36")}, LongMs);
-            press(slider, {"OK"});
+            press(slider, {u"UP"_s});
+            QTRY_COMPARE_WITH_TIMEOUT(
+                frames(u"R1:SQL:"_s), QStringList{frame("R1:SQL:36")}, LongMs);
+            press(slider, {u"OK"_s});
         });
         say("PING");
-        QCOMPARE(frames("R1:SQL:").size(), 1);
+        QCOMPARE(frames(u"R1:SQL:"_s).size(), 1);
         QCOMPARE(key("Tuner CH1", "squelch")->value, 36.0);
     }
 
@@ -197,7 +209,7 @@ private slots:
         constexpr int ThrottleMs = 400;
         constexpr int RoundingMs = 1; // both ends of a gap are cut to whole milliseconds
         panelTrace.clear();
-        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.link.debug=true"_s);
         otherHandler = qInstallMessageHandler(takeTrace);
         int last = -1;
         edit("Tuner CH1", "squelch", [&last](QWidget* dialog) {
@@ -220,12 +232,12 @@ private slots:
             QTest::mouseMove(window, at(95));
             QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, at(95));
             last = slider->value();
-            press(dialog, {"OK"});
+            press(dialog, {u"OK"_s});
         });
         QVERIFY2(last > 85, QByteArray::number(last));
         const QString final = frame(("R1:SQL:" + QByteArray::number(last)).constData());
         QTRY_COMPARE_WITH_TIMEOUT(
-            frames("R1:SQL:").value(frames("R1:SQL:").size() - 1), final, LongMs);
+            frames(u"R1:SQL:"_s).value(frames(u"R1:SQL:"_s).size() - 1), final, LongMs);
         say("PING");
         qInstallMessageHandler(otherHandler);
         QLoggingCategory::setFilterRules(QString());
@@ -233,13 +245,13 @@ private slots:
         QList<wire::TraceLine> out;
         QList<int> answered; // when the unit's CV came back
         for (const wire::TraceLine& line : qAsConst(panelTrace)) {
-            if (!line.in && line.frame.contains("R1:SQL:")) {
+            if (!line.in && line.frame.contains(u"R1:SQL:"_s)) {
                 out += line;
-            } else if (line.in && line.frame.contains("CV,Tuner CH1,squelch,")) {
+            } else if (line.in && line.frame.contains(u"CV,Tuner CH1,squelch,"_s)) {
                 answered += milliseconds(line);
             }
         }
-        const QList<wire::TraceLine> wire = received("R1:SQL:");
+        const QList<wire::TraceLine> wire = received(u"R1:SQL:"_s);
         QVERIFY2(out.size() >= 6, QByteArray::number(out.size()));
         QCOMPARE(wire.size(), out.size());
         QCOMPARE(answered.size(), out.size());
@@ -248,7 +260,7 @@ private slots:
             QCOMPARE(wire.at(i).frame, out.at(i).frame);
             const int written = milliseconds(out.at(i)) - milliseconds(out.at(i - 1));
             const int seen = milliseconds(wire.at(i)) - milliseconds(wire.at(i - 1));
-            gaps += QString("%1/%2").arg(written).arg(seen);
+            gaps += u"%1/%2"_s.arg(written).arg(seen);
             QVERIFY2(written >= ThrottleMs - RoundingMs, qPrintable(gaps.last()));
             // the unit may take a message late and so see the next one too near, by no more than
             // the time that its answer took
@@ -256,7 +268,7 @@ private slots:
             QVERIFY2(seen >= ThrottleMs - RoundingMs - late, qPrintable(gaps.last()));
         }
         qInfo("%d messages in a drag of 3.3 s; gaps in ms as written/as received: %s",
-            int(out.size()), qPrintable(gaps.join(' ')));
+            int(out.size()), qPrintable(gaps.join(u' ')));
     }
 
 private:

@@ -8,6 +8,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = Program::LongMs;
@@ -25,8 +27,8 @@ class tst_LinkModes : public QObject
     void start()
     {
         m_line = &m_devices.add(QStringLiteral("ttyO1"));
-        m_panel = std::make_unique<Program>(
-            QN740_PANEL, QStringList{}, QStringList{"XDG_CONFIG_HOME=" + m_home.path()});
+        m_panel = std::make_unique<Program>(QString::fromUtf8(QN740_PANEL), QStringList{},
+            QStringList{u"XDG_CONFIG_HOME="_s + m_home.path()});
         QCOMPARE(answer("VER"), framed("1.1.6.4"));
     }
 
@@ -59,7 +61,7 @@ private slots:
 
     void cleanupTestCase() { m_panel.reset(); }
 
-    void every_prefix_goes_out_as_it_must_data()
+    void every_prefix_is_widened_for_the_link_mode_data()
     {
         QTest::addColumn<QByteArray>("command");
         QTest::addColumn<QByteArrayList>("sent"); // in modes 0, 1 and 2
@@ -85,7 +87,7 @@ private slots:
         row("D1:dsdm ", "D1 D2 D3:dsdm ", "D1 D2 D3:dsdm ");
         row("D1DSDM:", "D1DSDM:", "D1DSDM:");
     }
-    void every_prefix_goes_out_as_it_must()
+    void every_prefix_is_widened_for_the_link_mode()
     {
         QFETCH(QByteArray, command);
         QFETCH(QByteArrayList, sent);

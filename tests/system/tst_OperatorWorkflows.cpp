@@ -1,9 +1,11 @@
-// The workflows of the operator from end to end, through menus, editors and windows: what the unit has
-// received and what the screen shows. All tests share one start.
+// The workflows of the operator from end to end, through menus, editors and windows: what the unit
+// has received and what the screen shows. All tests share one start.
 #include "support/PanelDriver.h"
 #include "support/TestMain.h"
 
 #include <QHash>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -15,32 +17,32 @@ constexpr QPoint FilesTitle(40, 76);
 // "f": of the pad of a frequency with ranges on three lines.
 QPoint padKey(QChar layout, const QString& text)
 {
-    static const QHash<QString, QPoint> Cells{{"7", {0, 0}}, {"8", {1, 0}}, {"9", {2, 0}},
-        {"4", {0, 1}}, {"5", {1, 1}}, {"6", {2, 1}}, {"1", {0, 2}}, {"2", {1, 2}}, {"3", {2, 2}},
-        {"0", {0, 3}}, {".", {1, 3}}, {"CE", {2, 3}}, {"Enter", {3, 3}}, {"3rd", {3, 2}},
-        {"2nd", {3, 1}}, {"Back", {3, 0}}};
-    static const QHash<QString, QPoint> Hex{{"A", {518, 197}}, {"B", {598, 197}}, {"C", {518, 277}},
-        {"D", {598, 277}}, {"E", {518, 357}}, {"F", {598, 357}}, {"CE", {716, 277}},
-        {"Enter", {716, 438}}};
-    if (layout == 'h' && Hex.contains(text)) {
+    static const QHash<QString, QPoint> Cells{{u"7"_s, {0, 0}}, {u"8"_s, {1, 0}}, {u"9"_s, {2, 0}},
+        {u"4"_s, {0, 1}}, {u"5"_s, {1, 1}}, {u"6"_s, {2, 1}}, {u"1"_s, {0, 2}}, {u"2"_s, {1, 2}},
+        {u"3"_s, {2, 2}}, {u"0"_s, {0, 3}}, {u"."_s, {1, 3}}, {u"CE"_s, {2, 3}},
+        {u"Enter"_s, {3, 3}}, {u"3rd"_s, {3, 2}}, {u"2nd"_s, {3, 1}}, {u"Back"_s, {3, 0}}};
+    static const QHash<QString, QPoint> Hex{{u"A"_s, {518, 197}}, {u"B"_s, {598, 197}},
+        {u"C"_s, {518, 277}}, {u"D"_s, {598, 277}}, {u"E"_s, {518, 357}}, {u"F"_s, {598, 357}},
+        {u"CE"_s, {716, 277}}, {u"Enter"_s, {716, 438}}};
+    if (layout == u'h' && Hex.contains(text)) {
         return Hex.value(text);
     }
     const QPoint cell = Cells.value(text);
-    if (layout == 'h') {
+    if (layout == u'h') {
         return {82 + 158 * cell.x(), 197 + 80 * cell.y()};
     }
-    const QPoint first = layout == 'f' ? QPoint(102, 217)
-        : layout == 'i'                ? QPoint(102, 178)
-                                       : QPoint(102, 197);
-    const int height = layout == 'f' ? 74 : layout == 'i' ? 85 : 80;
+    const QPoint first = layout == u'f' ? QPoint(102, 217)
+        : layout == u'i'                ? QPoint(102, 178)
+                                        : QPoint(102, 197);
+    const int height = layout == u'f' ? 74 : layout == u'i' ? 85 : 80;
     return first + QPoint(198 * cell.x(), height * cell.y());
 }
 
 // Keys of the keyboard of file names.
 QPoint letter(QChar c)
 {
-    const QList<QPair<QString, QPoint>> rows{{"1234567890", {41, 199}}, {"qwertyuiop", {146, 265}},
-        {"asdfghjkl", {176, 331}}, {"zxcvbnm", {341, 397}}};
+    const QList<QPair<QString, QPoint>> rows{{u"1234567890"_s, {41, 199}},
+        {u"qwertyuiop"_s, {146, 265}}, {u"asdfghjkl"_s, {176, 331}}, {u"zxcvbnm"_s, {341, 397}}};
     for (const auto& row : rows) {
         const auto at = row.first.indexOf(c);
         if (at >= 0) {
@@ -64,7 +66,7 @@ class tst_OperatorWorkflows : public QObject, private PanelDriver
 
 public:
     tst_OperatorWorkflows()
-        : PanelDriver(QN740_SIM, QN740_PANEL)
+        : PanelDriver(QString::fromUtf8(QN740_SIM), QString::fromUtf8(QN740_PANEL))
     {
     }
 
@@ -106,7 +108,8 @@ private slots:
         QTest::addColumn<QByteArray>("sent");
         const auto row = [](const char* kind, const char* menu, QPoint place, const char* keys,
                              const char* body) {
-            QTest::newRow(kind) << QByteArray(menu) << place << QString(keys) << QByteArray(body);
+            QTest::newRow(kind) << QByteArray(menu) << place << QString::fromUtf8(keys)
+                                << QByteArray(body);
         };
         row("signed", "Tuner CH1", key(1, 0), "n 4 2 . 5 3rd Enter", "R1:OFFS:-42.500000");
         row("signed, plus again", "Tuner CH1", key(1, 0), "n 4 3rd 2nd Enter", "R1:OFFS:4.000000");
@@ -129,7 +132,7 @@ private slots:
         QFETCH(QString, keys);
         QFETCH(QByteArray, sent);
         openEditor(menu, place);
-        const QStringList names = keys.split(' ');
+        const QStringList names = keys.split(u' ');
         for (const QString& name : names.mid(1)) {
             touch(padKey(names.first().at(0), name));
         }
@@ -140,35 +143,35 @@ private slots:
     void a_number_out_of_range_is_refused_and_typed_again()
     {
         openEditor("Tuner CH1", key(1, 0));
-        touch({padKey('n', "9"), padKey('n', "9"), padKey('n', "Enter")});
+        touch({padKey(u'n', u"9"_s), padKey(u'n', u"9"_s), padKey(u'n', u"Enter"_s)});
         const QPoint ok(600, 297);             // on the box's button, left of its text
         QVERIFY(showsOther({100, 240}, Grey)); // the box stands over "7"
         QCOMPARE(sent(), QByteArrayList());
         touch(ok);
         QVERIFY(shows({100, 220}, Grey));
-        touch({padKey('n', "5"), padKey('n', "Enter")});
+        touch({padKey(u'n', u"5"_s), padKey(u'n', u"Enter"_s)});
         expect({"R1:OFFS:5.000000"});
     }
 
     void an_entry_is_cleared_and_a_pad_is_left_with_nothing_sent()
     {
         openEditor("Tuner CH1", key(1, 0));
-        touch({padKey('n', "4"), padKey('n', "CE")});
+        touch({padKey(u'n', u"4"_s), padKey(u'n', u"CE"_s)});
         QCOMPARE(at(Title), TitleBlue);
-        touch(padKey('n', "CE"));
+        touch(padKey(u'n', u"CE"_s));
         QVERIFY(showsOther(Title, TitleBlue));
         QCOMPARE(sent(), QByteArrayList());
     }
 
-    void a_step_of_the_frequency_goes_out_at_once()
+    void a_step_of_the_frequency_is_sent_at_once()
     {
         openEditor("Tuner CH2", key(0, 0));
-        touch(padKey('f', "2nd")); // "Step Up"
+        touch(padKey(u'f', u"2nd"_s)); // "Step Up"
         expect({"R2:FREQ:1485.6"});
-        touch({padKey('f', "Back") + QPoint(0, 0)}); // "Step": 1 MHz
-        touch(padKey('f', "3rd"));                   // "Step Down"
+        touch({padKey(u'f', u"Back"_s) + QPoint(0, 0)}); // "Step": 1 MHz
+        touch(padKey(u'f', u"3rd"_s));                   // "Step Down"
         expect({"R2:FREQ:1484.6"});
-        touch(padKey('f', "CE"));
+        touch(padKey(u'f', u"CE"_s));
         QVERIFY(showsOther(Title, TitleBlue));
         QCOMPARE(sent(), QByteArrayList());
     }
@@ -177,13 +180,13 @@ private slots:
     {
         openEditor("System", key(0, 0));
         for (const char* name : {"1", ".", "2", ".", "3", "Enter"}) {
-            touch(padKey('i', name));
+            touch(padKey(u'i', QString::fromUtf8(name)));
         }
         QVERIFY(showsOther({300, 260}, Grey)); // the box stands over "5"
         touch({484, 284});                     // "OK"
         QVERIFY(shows({260, 280}, Grey));
         for (const char* name : {".", "9", "Enter"}) {
-            touch(padKey('i', name));
+            touch(padKey(u'i', QString::fromUtf8(name)));
         }
         expect({"SYS:IP:1.2.3.9"});
     }
@@ -244,7 +247,7 @@ private slots:
         touch({554, 386}); // "New File"
         QVERIFY(shows({60, 110}, QColor(Qt::white)));
         touch(Caps);
-        touch(letter('r'));
+        touch(letter(u'r'));
         touch(Caps);
         for (const char c : {'u', 'x', 'n', '7'}) {
             touch(letter(QLatin1Char(c)));
@@ -386,7 +389,7 @@ private slots:
         unit().write("IK,Unlock,1,SYS:PIN:,0 9999,7,\n");
         QVERIFY(shows(Title, TitleBlue));
         for (const char* name : {"1", "2", "3", "4", "Enter"}) {
-            touch(padKey('n', name));
+            touch(padKey(u'n', QString::fromUtf8(name)));
         }
         expect({"SYS:PIN:1234.000000"});
     }

@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = 40000;
@@ -23,7 +25,7 @@ constexpr QPoint OnSplash(180, 240);
 
 QString vnc(quint16 port)
 {
-    return QString("vnc:size=800x480:port=%1").arg(port);
+    return u"vnc:size=800x480:port=%1"_s.arg(port);
 }
 
 } // namespace
@@ -35,13 +37,14 @@ class tst_Panel : public QObject
 private slots:
     void init() { m_parent = std::make_unique<QTemporaryDir>(); }
 
-    void a_toggle_key_goes_to_the_unit_and_back_and_turns_green()
+    void a_toggle_key_turns_green_when_the_unit_confirms_it()
     {
-        const QString devices = m_parent->filePath("dev");
-        Program unit(QN740_SIM, {"--dir", devices, "--trace"});
+        const QString devices = m_parent->filePath(u"dev"_s);
+        Program unit(QString::fromUtf8(QN740_SIM), {u"--dir"_s, devices, u"--trace"_s});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: ready " + devices.toUtf8()), LongMs);
         const quint16 port = RfbClient::freePort();
-        Program panel(QN740_PANEL, {"-platform", vnc(port)}, {"QN740_DEV=" + devices});
+        Program panel(QString::fromUtf8(QN740_PANEL), {u"-platform"_s, vnc(port)},
+            {u"QN740_DEV="_s + devices});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
         QVERIFY(unit.has("panel: 1.1.6.4"));
 
@@ -56,8 +59,8 @@ private slots:
 
         QVERIFY(screen.click(SixthKey));
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: R1:ATTN:1"), LongMs);
-        QVERIFY2(QRegularExpression("trace: \\d+\\.\\d{3} out \\\\x02R1:ATTN:1\\\\x04\n")
-                     .match(unit.output())
+        QVERIFY2(QRegularExpression(u"trace: \\d+\\.\\d{3} out \\\\x02R1:ATTN:1\\\\x04\n"_s)
+                     .match(QString::fromUtf8(unit.output()))
                      .hasMatch(),
             unit.output());
         QTRY_VERIFY_WITH_TIMEOUT(
@@ -71,11 +74,12 @@ private slots:
 
     void a_key_opens_the_menu_that_it_names()
     {
-        const QString devices = m_parent->filePath("dev");
-        Program unit(QN740_SIM, {"--dir", devices, "--trace"});
+        const QString devices = m_parent->filePath(u"dev"_s);
+        Program unit(QString::fromUtf8(QN740_SIM), {u"--dir"_s, devices, u"--trace"_s});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: ready " + devices.toUtf8()), LongMs);
         const quint16 port = RfbClient::freePort();
-        Program panel(QN740_PANEL, {"-platform", vnc(port)}, {"QN740_DEV=" + devices});
+        Program panel(QString::fromUtf8(QN740_PANEL), {u"-platform"_s, vnc(port)},
+            {u"QN740_DEV="_s + devices});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
@@ -93,8 +97,8 @@ private slots:
         const quint16 port = RfbClient::freePort();
         QElapsedTimer clock;
         clock.start();
-        Program panel(
-            QN740_PANEL, {"-platform", vnc(port)}, {"QN740_DEV=" + m_parent->filePath("none")});
+        Program panel(QString::fromUtf8(QN740_PANEL), {u"-platform"_s, vnc(port)},
+            {u"QN740_DEV="_s + m_parent->filePath(u"none"_s)});
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
         // the panel itself is there, black but for its status bar
@@ -111,20 +115,20 @@ private slots:
     void the_panel_comes_up_without_its_line_and_sets_the_governor_twice()
     {
         // notes when it is called, and whether its caller has a platform plugin by then
-        QFile program(m_parent->filePath("cpufreq-set"));
+        QFile program(m_parent->filePath(u"cpufreq-set"_s));
         QVERIFY(program.open(QIODevice::WriteOnly));
         program.write("#!/bin/sh\n"
                       "grep -q libqvnc /proc/$PPID/maps && on=screen || on=nothing\n"
                       "echo \"$(date +%s%3N) $on $*\" >> " +
-            m_parent->filePath("calls").toLocal8Bit() + "\n");
+            m_parent->filePath(u"calls"_s).toLocal8Bit() + "\n");
         program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         program.close();
         const quint16 port = RfbClient::freePort();
-        Program panel(QN740_PANEL, {"-platform", vnc(port)},
-            {"QN740_DEV=" + m_parent->filePath("none"),
-                "PATH=" + m_parent->path() + ":" + qEnvironmentVariable("PATH")});
+        Program panel(QString::fromUtf8(QN740_PANEL), {u"-platform"_s, vnc(port)},
+            {u"QN740_DEV="_s + m_parent->filePath(u"none"_s),
+                u"PATH="_s + m_parent->path() + u":"_s + qEnvironmentVariable("PATH")});
         const auto calls = [this] {
-            QFile file(m_parent->filePath("calls"));
+            QFile file(m_parent->filePath(u"calls"_s));
             const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
             return text.endsWith('\n') ? text.chopped(1).split('\n') : QByteArrayList();
         };
@@ -157,14 +161,14 @@ private slots:
     {
         QFETCH(bool, taken);
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyO1");
-        Pty& card = devices.add("ttyUSB11");
-        Program panel(QN740_PANEL, {QTest::currentDataTag()});
+        Pty& unit = devices.add(u"ttyO1"_s);
+        Pty& card = devices.add(u"ttyUSB11"_s);
+        Program panel(QString::fromUtf8(QN740_PANEL), {QString::fromUtf8(QTest::currentDataTag())});
         QVERIFY(unit.write(framed("VER")));
         QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
         // a card that is there from the start has its line opened before the first answer
         QStringList opened;
-        const QDir files(QString("/proc/%1/fd").arg(panel.processId()));
+        const QDir files(u"/proc/%1/fd"_s.arg(panel.processId()));
         for (const QFileInfo& file : files.entryInfoList(QDir::System | QDir::Files)) {
             opened += file.symLinkTarget();
         }
@@ -177,11 +181,11 @@ private slots:
         }
     }
 
-    void a_line_whose_other_end_goes_burns_no_core()
+    void a_lost_line_does_not_keep_the_processor_busy()
     {
         DeviceDirectory devices;
-        Pty& line = devices.add("ttyO1");
-        Program panel(QN740_PANEL, {});
+        Pty& line = devices.add(u"ttyO1"_s);
+        Program panel(QString::fromUtf8(QN740_PANEL), {});
         QVERIFY(line.write(framed("VER")));
         QTRY_COMPARE_WITH_TIMEOUT(line.received(), framed("1.1.6.4"), LongMs);
         line.close();

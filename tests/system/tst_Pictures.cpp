@@ -8,19 +8,27 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int TourMs = 240000;
-constexpr const char* Remake = "is out of date; to make all anew: ./run --pictures docs/pictures";
+const QString Remake =
+    QStringLiteral("is out of date; to make all anew: ./run --pictures docs/pictures");
+
+QString inRoot(const char* path)
+{
+    return QString::fromUtf8(QN740_ROOT "/") + QLatin1String(path);
+}
 
 QString kept(const QString& name)
 {
-    return QString(QN740_ROOT "/docs/pictures/") + name;
+    return inRoot("docs/pictures/") + name;
 }
 
 QStringList picturesIn(const QString& directory)
 {
-    return QDir(directory).entryList({"*"}, QDir::Files | QDir::Hidden, QDir::Name);
+    return QDir(directory).entryList({u"*"_s}, QDir::Files | QDir::Hidden, QDir::Name);
 }
 
 struct Part
@@ -32,24 +40,24 @@ struct Part
 // What stands still in a picture of which other parts move.
 QVector<Part> stillParts(const QString& name)
 {
-    if (name.startsWith("spectrum-")) {
+    if (name.startsWith(u"spectrum-"_s)) {
         return {{"levels", {0, 0, 36, 430}}, {"keys", {618, 0, 182, 480}}};
     }
-    if (name == "scopes-mode-list.png") {
+    if (name == u"scopes-mode-list.png"_s) {
         return {{"list", {4, 0, 792, 480}}}; // beside it the scopes look out
     }
-    if (name == "pax-menu.png") {
+    if (name == u"pax-menu.png"_s) {
         return {{"keys", {0, 0, 400, 480}}, {"keys below", {0, 400, 800, 80}},
             {"scope's title of Q", {476, 70, 22, 82}}, {"scope's title of I", {590, 222, 75, 20}},
             {"spectrum's name", {410, 248, 390, 17}}, {"spectrum's levels", {410, 280, 39, 120}},
             {"spectrum's frequencies", {410, 378, 390, 18}}};
     }
-    if (!name.startsWith("scopes-")) {
+    if (!name.startsWith(u"scopes-"_s)) {
         return {};
     }
     QVector<Part> parts{{"mode buttons", {0, 323, 800, 54}}, {"scale of PM", {0, 409, 800, 21}},
         {"status bar", {0, 430, 800, 50}}};
-    const bool off = name == "scopes-off.png";
+    const bool off = name == u"scopes-off.png"_s;
     constexpr int Scope2 = 268;
     constexpr int Scope3 = 535;
     const auto addEye = [&parts](int left) {
@@ -62,7 +70,7 @@ QVector<Part> stillParts(const QString& name)
         addEye(Scope3);
     } else {
         parts += {{"SDI, bytes", {Scope3, 0, 70, 322}}, {"SDI, age", {Scope3, 277, 265, 45}}};
-        if (name == "scopes-one-hidden.png") {
+        if (name == u"scopes-one-hidden.png"_s) {
             parts += {{"hidden scope", {Scope2 - 2, 0, 265, 322}}};
         } else {
             parts += {{"title of a constellation's Q", {Scope2, 105, 34, 80}},
@@ -77,8 +85,7 @@ QVector<Part> stillParts(const QString& name)
 QString difference(const QImage& one, const QImage& other)
 {
     if (one.size() != other.size()) {
-        return QString("%1 x %2 pixels, not %3 x %4")
-            .arg(other.width())
+        return u"%1 x %2 pixels, not %3 x %4"_s.arg(other.width())
             .arg(other.height())
             .arg(one.width())
             .arg(one.height());
@@ -86,7 +93,7 @@ QString difference(const QImage& one, const QImage& other)
     for (int y = 0; y < one.height(); ++y) {
         for (int x = 0; x < one.width(); ++x) {
             if (one.pixel(x, y) != other.pixel(x, y)) {
-                return QString("differs at %1, %2").arg(x).arg(y);
+                return u"differs at %1, %2"_s.arg(x).arg(y);
             }
         }
     }
@@ -103,48 +110,48 @@ private slots:
     void initTestCase()
     {
         // settings of its own: a link mode left by another run would stand in the status bar
-        Program tour(
-            QN740_PICTURES, {"--quick", m_made.path()}, {"XDG_CONFIG_HOME=" + m_settings.path()});
+        Program tour(QString::fromUtf8(QN740_PICTURES), {u"--quick"_s, m_made.path()},
+            {u"XDG_CONFIG_HOME="_s + m_settings.path()});
         QVERIFY(tour.waitForFinished(TourMs));
         QVERIFY2(tour.exitCode() == 0, tour.errors().constData());
         QVERIFY(picturesIn(m_made.path()).size() > 40);
     }
 
-    void the_documents_have_the_pictures_of_the_tour_and_no_others()
+    void the_documents_have_all_pictures_and_no_others()
     {
         const QStringList made = picturesIn(m_made.path());
-        const QStringList there = picturesIn(QN740_ROOT "/docs/pictures");
+        const QStringList there = picturesIn(inRoot("docs/pictures"));
         for (const QString& name : made) {
-            QVERIFY2(
-                there.contains(name), qPrintable(name + " is not there: docs/pictures " + Remake));
+            QVERIFY2(there.contains(name),
+                qPrintable(name + u" is not there: docs/pictures "_s + Remake));
         }
         for (const QString& name : there) {
-            QVERIFY2(made.contains(name), qPrintable(name + " is not of the tour, delete it"));
+            QVERIFY2(made.contains(name), qPrintable(name + u" is not of the tour, delete it"_s));
         }
     }
 
-    void a_picture_shows_the_panel_as_it_is_data()
+    void a_picture_is_up_to_date_data()
     {
         QTest::addColumn<QString>("name");
         for (const QString& name : picturesIn(m_made.path())) {
             // the cursor in the line of a file's name blinks
-            if (stillParts(name).isEmpty() && name != "file-name.png") {
+            if (stillParts(name).isEmpty() && name != u"file-name.png"_s) {
                 QTest::newRow(qPrintable(name)) << name;
             }
         }
     }
 
-    void a_picture_shows_the_panel_as_it_is()
+    void a_picture_is_up_to_date()
     {
         QFETCH(QString, name);
         const QImage old(kept(name));
         const QImage now(m_made.filePath(name));
         QVERIFY(!now.isNull());
         const QString found = difference(now, old);
-        QVERIFY2(found.isEmpty(), qPrintable(QString("%1 %2: %3").arg(name, Remake, found)));
+        QVERIFY2(found.isEmpty(), qPrintable(u"%1 %2: %3"_s.arg(name, Remake, found)));
     }
 
-    void what_stands_still_around_a_signal_is_as_it_is_data()
+    void the_still_parts_around_a_signal_are_up_to_date_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QRect>("part");
@@ -156,38 +163,38 @@ private slots:
         }
     }
 
-    void what_stands_still_around_a_signal_is_as_it_is()
+    void the_still_parts_around_a_signal_are_up_to_date()
     {
         QFETCH(QString, name);
         QFETCH(QRect, part);
         const QImage old(kept(name));
         const QImage now(m_made.filePath(name));
         const QString found = difference(now.copy(part), old.copy(part));
-        QVERIFY2(found.isEmpty(), qPrintable(QString("%1 %2: %3").arg(name, Remake, found)));
+        QVERIFY2(found.isEmpty(), qPrintable(u"%1 %2: %3"_s.arg(name, Remake, found)));
     }
 
-    void a_picture_that_a_document_names_is_there_data()
+    void every_picture_in_a_document_exists_data()
     {
         QTest::addColumn<QString>("name");
-        QStringList papers{QN740_ROOT "/README.md"};
-        QDirIterator docs(QN740_ROOT "/docs", {"*.md"}, QDir::Files);
+        QStringList documents{inRoot("README.md")};
+        QDirIterator docs(inRoot("docs"), {u"*.md"_s}, QDir::Files);
         while (docs.hasNext()) {
-            papers += docs.next();
+            documents += docs.next();
         }
-        const QRegularExpression link(R"(!\[[^\]]*\]\(([^)]*)\))");
-        for (const QString& paper : papers) {
+        const QRegularExpression link(uR"(!\[[^\]]*\]\(([^)]*)\))"_s);
+        for (const QString& paper : documents) {
             QFile file(paper);
             QVERIFY(file.open(QIODevice::ReadOnly));
             auto links = link.globalMatch(QString::fromUtf8(file.readAll()));
             while (links.hasNext()) {
                 const QString target = links.next().captured(1);
                 const QString path = QFileInfo(paper).dir().filePath(target);
-                QTest::newRow(qPrintable(QFileInfo(paper).fileName() + ' ' + target)) << path;
+                QTest::newRow(qPrintable(QFileInfo(paper).fileName() + u' ' + target)) << path;
             }
         }
     }
 
-    void a_picture_that_a_document_names_is_there()
+    void every_picture_in_a_document_exists()
     {
         QFETCH(QString, name);
         QVERIFY2(QFileInfo(name).isFile(), qPrintable(name));

@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = 60000;
@@ -27,7 +29,7 @@ QByteArray conversation()
     return text;
 }
 
-// Out: everything that left the panel, in its order.
+// Returns everything that left the panel, in its order.
 QByteArray answersIn(const QString& path)
 {
     QByteArray bytes;
@@ -56,10 +58,10 @@ class tst_Recordings : public QObject
 
     std::unique_ptr<QTemporaryDir> m_parent;
 
-    QString file(const char* name) const { return m_parent->filePath(name); }
+    QString file(const char* name) const { return m_parent->filePath(QString::fromUtf8(name)); }
     QStringList panelEnvironment() const
     {
-        return {"QN740_DEV=" + file("dev"), "XDG_CONFIG_HOME=" + m_parent->path()};
+        return {u"QN740_DEV="_s + file("dev"), u"XDG_CONFIG_HOME="_s + m_parent->path()};
     }
     QString fileWith(const QByteArray& text) const
     {
@@ -69,14 +71,15 @@ class tst_Recordings : public QObject
         return out.fileName();
     }
 
-    // Records the conversation with a panel into talk.log. Out: what the panel logged.
+    // Records the conversation with a panel into talk.log. Returns what the panel logged.
     QByteArray recordConversation(const QStringList& panelLog = {})
     {
-        Program unit(QN740_SIM, {"--dir", file("dev"), "--no-menus", "--record", file("talk.log")});
+        Program unit(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, file("dev"), u"--no-menus"_s, u"--record"_s, file("talk.log")});
         if (!QTest::qWaitFor([&unit] { return unit.output().startsWith("sim: ready"); }, LongMs)) {
             return "no unit";
         }
-        Program panel(QN740_PANEL, {}, panelEnvironment() + panelLog);
+        Program panel(QString::fromUtf8(QN740_PANEL), {}, panelEnvironment() + panelLog);
         unit.write(conversation() + "SB,0,The end\n");
         const QByteArray end = "SB,0,The end";
         const bool done = QTest::qWaitFor(
@@ -100,11 +103,11 @@ private slots:
         QCOMPARE(answers.count('\x04'), 101); // the version at the start, then every other message
         QCOMPARE(questionsIn(file("talk.log")).count('\x04'), 202);
 
-        Program unit(QN740_SIM,
-            {"--dir", file("dev"), "--replay", file("talk.log"), "--fast", "--record",
+        Program unit(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, file("dev"), u"--replay"_s, file("talk.log"), u"--fast"_s, u"--record"_s,
                 file("again.log")});
         QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
-        const Program panel(QN740_PANEL, {}, panelEnvironment());
+        const Program panel(QString::fromUtf8(QN740_PANEL), {}, panelEnvironment());
         QTRY_COMPARE_WITH_TIMEOUT(unit.state(), QProcess::NotRunning, LongMs);
         QVERIFY2(unit.has("sim: 101 of 101 frames came back"), unit.output());
         QCOMPARE(unit.exitCode(), 0);
@@ -114,31 +117,31 @@ private slots:
 
     void the_log_of_the_panel_plays_as_well()
     {
-        const QByteArray log = recordConversation({"QT_LOGGING_RULES=qn740.link.debug=true"});
+        const QByteArray log = recordConversation({u"QT_LOGGING_RULES=qn740.link.debug=true"_s});
         const QByteArray answers = answersIn(file("talk.log"));
         QFile out(file("panel.log"));
         QVERIFY(out.open(QIODevice::WriteOnly));
         out.write(log);
         out.close();
         QCOMPARE(answersIn(file("panel.log")), answers);
-        Program unit(QN740_SIM,
-            {"--dir", file("dev"), "--replay", file("panel.log"), "--fast", "--record",
+        Program unit(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, file("dev"), u"--replay"_s, file("panel.log"), u"--fast"_s, u"--record"_s,
                 file("again.log")});
         QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
-        const Program panel(QN740_PANEL, {}, panelEnvironment());
+        const Program panel(QString::fromUtf8(QN740_PANEL), {}, panelEnvironment());
         QTRY_COMPARE_WITH_TIMEOUT(unit.state(), QProcess::NotRunning, LongMs);
         QCOMPARE(unit.exitCode(), 0);
         QCOMPARE(answersIn(file("again.log")), answers);
     }
 
-    void an_answer_that_differs_is_told_by_the_exit_status()
+    void a_different_answer_shows_in_the_exit_status()
     {
         const QString talk = fileWith("0.000 in \\x02VER\\x04\n0.010 out \\x029.9\\x04\n"
                                       "0.020 in \\x02PING\\x04\n0.030 out \\x02PONG\\x04\n"
                                       "0.040 out \\x02R1:AGC:1\\x04\n");
-        Program unit(QN740_SIM, {"--dir", file("dev"), "--replay", talk});
+        Program unit(QString::fromUtf8(QN740_SIM), {u"--dir"_s, file("dev"), u"--replay"_s, talk});
         QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
-        const Program panel(QN740_PANEL, {}, panelEnvironment());
+        const Program panel(QString::fromUtf8(QN740_PANEL), {}, panelEnvironment());
         QTRY_COMPARE_WITH_TIMEOUT(unit.state(), QProcess::NotRunning, LongMs);
         QCOMPARE(unit.exitCode(), 1);
         QVERIFY2(unit.has("sim: 1 of 3 frames came back"), unit.output());
@@ -151,21 +154,21 @@ private slots:
     {
         QTest::addColumn<QString>("faults");
         for (const char* name : {"drop", "cut", "junk", "split", "burst"}) {
-            QTest::newRow(name) << QString("%1=0.2").arg(name);
+            QTest::newRow(name) << u"%1=0.2"_s.arg(QString::fromUtf8(name));
         }
         QTest::newRow("all") << "drop=0.1,cut=0.1,junk=0.1,split=0.1,burst=0.1";
     }
 
-    // Only a message with nothing in front of it is sure to be understood: the first one behind a
+    // Only a message with nothing in front of it is sure to be understood: the first one after a
     // spoiled one may be lost with it.
     void a_panel_on_a_bad_line_comes_up_again_with_the_next_whole_message()
     {
         QFETCH(QString, faults);
         {
-            Program unit(
-                QN740_SIM, {"--dir", file("dev"), "--fault", faults, "--seed", "7", "--trace"});
+            Program unit(QString::fromUtf8(QN740_SIM),
+                {u"--dir"_s, file("dev"), u"--fault"_s, faults, u"--seed"_s, u"7"_s, u"--trace"_s});
             QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: seed 7"), LongMs);
-            Program panel(QN740_PANEL, {}, panelEnvironment());
+            Program panel(QString::fromUtf8(QN740_PANEL), {}, panelEnvironment());
             QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
             const auto answered = [&unit] { return unit.has("panel: PONG"); };
             bool came = false;
@@ -189,11 +192,12 @@ private slots:
         }
         out.close();
         for (const char* seed : {"5", "5", "6"}) {
-            Program unit(QN740_SIM,
-                {"--dir", file("dev"), "--menu", menu, "--fault", "drop=0.1,cut=0.1,junk=0.2",
-                    "--seed", seed, "--record", file("talk.log")});
+            Program unit(QString::fromUtf8(QN740_SIM),
+                {u"--dir"_s, file("dev"), u"--menu"_s, menu, u"--fault"_s,
+                    u"drop=0.1,cut=0.1,junk=0.2"_s, u"--seed"_s, QString::fromUtf8(seed),
+                    u"--record"_s, file("talk.log")});
             QTRY_VERIFY_WITH_TIMEOUT(unit.has(QByteArray("sim: seed ") + seed), LongMs);
-            const Program panel(QN740_PANEL, {}, panelEnvironment());
+            const Program panel(QString::fromUtf8(QN740_PANEL), {}, panelEnvironment());
             QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
             runs += questionsIn(file("talk.log"));
         }
@@ -205,36 +209,36 @@ private slots:
     {
         QTest::addColumn<QStringList>("options");
         QTest::addColumn<QByteArray>("reason");
-        const QString talk = m_parent->filePath("none.log");
+        const QString talk = m_parent->filePath(u"none.log"_s);
         QTest::newRow("no recording")
-            << QStringList{"--replay", "/proc/none"} << QByteArray("/proc/none: ");
+            << QStringList{u"--replay"_s, u"/proc/none"_s} << QByteArray("/proc/none: ");
         QTest::newRow("empty recording")
-            << QStringList{"--replay", "/dev/null"}
+            << QStringList{u"--replay"_s, u"/dev/null"_s}
             << QByteArray("/dev/null: no line as \"12.345 in \\x02PING\\x04\" in it\n");
         QTest::newRow("no place to record")
-            << QStringList{"--record", "/proc/none"} << QByteArray("/proc/none: ");
-        QTest::newRow("fault") << QStringList{"--fault", "lost=1"}
+            << QStringList{u"--record"_s, u"/proc/none"_s} << QByteArray("/proc/none: ");
+        QTest::newRow("fault") << QStringList{u"--fault"_s, u"lost=1"_s}
                                << QByteArray("no fault \"lost\"; there are drop, cut, junk, split, "
                                              "burst, scope-index, scope-loss, scope-noise, "
                                              "scope-silence, card-no-reply, card-late, card-cut, "
                                              "card-noise, card-address, card-length\n");
-        QTest::newRow("rate") << QStringList{"--fault", "drop=2"}
+        QTest::newRow("rate") << QStringList{u"--fault"_s, u"drop=2"_s}
                               << QByteArray("drop needs a rate from 0 to 1, as in drop=0.05\n");
-        QTest::newRow("seed") << QStringList{"--seed", "x"}
+        QTest::newRow("seed") << QStringList{u"--seed"_s, u"x"_s}
                               << QByteArray("the seed must be a whole number from 0 to "
                                             "4294967295, not \"x\"\n");
         QTest::newRow("menus in a replay")
-            << QStringList{"--replay", "/dev/null", "--no-menus"}
+            << QStringList{u"--replay"_s, u"/dev/null"_s, u"--no-menus"_s}
             << QByteArray("--replay sends what is recorded, and no menus\n");
         QTest::newRow("nothing to be fast with")
-            << QStringList{"--fast"} << QByteArray("--fast goes with --replay\n");
+            << QStringList{u"--fast"_s} << QByteArray("--fast goes with --replay\n");
     }
 
     void options_that_cannot_be_done_are_refused()
     {
         QFETCH(QStringList, options);
         QFETCH(QByteArray, reason);
-        Program unit(QN740_SIM, QStringList{"--dir", file("dev")} + options);
+        Program unit(QString::fromUtf8(QN740_SIM), QStringList{u"--dir"_s, file("dev")} + options);
         QVERIFY(unit.ends());
         QCOMPARE(unit.exitCode(), 1);
         QVERIFY2(unit.errors().startsWith("qn740-sim: " + reason), unit.errors());
@@ -243,7 +247,7 @@ private slots:
 
     void help_has_every_option_and_fault()
     {
-        Program unit(QN740_SIM, {"--help"});
+        Program unit(QString::fromUtf8(QN740_SIM), {u"--help"_s});
         QVERIFY(unit.ends());
         for (const char* text : {"--record", "--replay", "--fast", "--fault", "--seed", "  drop  ",
                  "  cut  ", "  junk  ", "  split  ", "  burst  ", "  scope-loss  ",

@@ -6,6 +6,8 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QRect Field(600, 300, 100, 50);
@@ -68,7 +70,7 @@ private slots:
         m_port = RfbClient::freePort();
         m_window.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_window.start(QCoreApplication::applicationFilePath(),
-            {"--window", "-platform", QString("vnc:size=800x480:port=%1").arg(m_port)});
+            {u"--window"_s, u"-platform"_s, u"vnc:size=800x480:port=%1"_s.arg(m_port)});
         QVERIFY(m_window.waitForStarted());
     }
 
@@ -113,15 +115,15 @@ private slots:
         QTRY_COMPARE(second.picture().pixelColor(Field.center()), Touched);
     }
 
-    void nobody_there_is_told_in_time()
+    void a_missing_program_is_reported_in_time()
     {
         RfbClient client;
         const quint16 port = RfbClient::freePort();
         QVERIFY(!client.connectTo(port, 300));
-        QCOMPARE(client.errorString(), QString("nobody listens on port %1").arg(port));
+        QCOMPARE(client.errorString(), u"nobody listens on port %1"_s.arg(port));
     }
 
-    void a_screen_that_goes_gives_no_picture()
+    void a_closed_screen_gives_no_picture()
     {
         RfbClient client;
         QVERIFY(client.connectTo(m_port));
@@ -137,7 +139,7 @@ private slots:
         QVERIFY(silent.listen(QHostAddress::LocalHost));
         RfbClient client;
         QVERIFY(!client.connectTo(silent.serverPort(), 500));
-        QVERIFY(client.errorString().startsWith("0 of 12 bytes came"));
+        QVERIFY(client.errorString().startsWith(u"0 of 12 bytes came"_s));
     }
 };
 

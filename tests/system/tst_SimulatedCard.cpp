@@ -12,6 +12,8 @@
 
 #include <termios.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = 40000;
@@ -69,11 +71,12 @@ private slots:
     {
         QFETCH(bool, older);
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyO1");
-        Pty& card = devices.add("ttyUSB11");
-        const QString socket = devices.path() + "/spectra";
-        Program panel(QN740_PANEL, older ? QStringList{"-noK7150"} : QStringList(),
-            {"QN740_SPECTRUM_SOCKET=" + socket});
+        Pty& unit = devices.add(u"ttyO1"_s);
+        Pty& card = devices.add(u"ttyUSB11"_s);
+        const QString socket = devices.path() + u"/spectra"_s;
+        Program panel(QString::fromUtf8(QN740_PANEL),
+            older ? QStringList{u"-noK7150"_s} : QStringList(),
+            {u"QN740_SPECTRUM_SOCKET="_s + socket});
         QVERIFY(unit.write(framed("VER")));
         QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
         unit.takeReceived();
@@ -104,8 +107,8 @@ private slots:
             polls(card), Requests({"0190RFFT000000", "0190RFFT010000"}), LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(reader.canReadLine(), LongMs);
         const QJsonObject spectrum = QJsonDocument::fromJson(reader.readLine()).object();
-        const QJsonArray levels = spectrum.value("levels").toArray();
-        QCOMPARE(spectrum.value("channel").toInt(-1), 0);
+        const QJsonArray levels = spectrum.value(u"levels"_s).toArray();
+        QCOMPARE(spectrum.value(u"channel"_s).toInt(-1), 0);
         QCOMPARE(levels.size(), 512);
         QCOMPARE(levels.at(100).toDouble(), -20.0);
         QCOMPARE(levels.at(101).toDouble(), -100.0);
@@ -119,14 +122,14 @@ private slots:
     void the_older_card_of_the_unit_shows_the_span_that_the_operator_chose()
     {
         const QTemporaryDir parent;
-        const QString devices = parent.filePath("dev");
-        const QString socket = parent.filePath("spectra");
-        Program unit(QN740_SIM, {"--dir", devices, "--card", "older"});
+        const QString devices = parent.filePath(u"dev"_s);
+        const QString socket = parent.filePath(u"spectra"_s);
+        Program unit(QString::fromUtf8(QN740_SIM), {u"--dir"_s, devices, u"--card"_s, u"older"_s});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: ready " + devices.toUtf8()), LongMs);
         const quint16 port = RfbClient::freePort();
-        Program panel(QN740_PANEL,
-            {"-noK7150", "-platform", QString("vnc:size=800x480:port=%1").arg(port)},
-            {"QN740_DEV=" + devices, "QN740_SPECTRUM_SOCKET=" + socket});
+        Program panel(QString::fromUtf8(QN740_PANEL),
+            {u"-noK7150"_s, u"-platform"_s, u"vnc:size=800x480:port=%1"_s.arg(port)},
+            {u"QN740_DEV="_s + devices, u"QN740_SPECTRUM_SOCKET="_s + socket});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
         unit.write("PAX,1\n"); // the menu that shows the first chart
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(socket), LongMs);
@@ -140,12 +143,13 @@ private slots:
             while (reader.canReadLine()) {
                 last = QJsonDocument::fromJson(reader.readLine()).object();
             }
-            return last.value("channel").toInt(-1) == 0 && last.value("span").toDouble() == span;
+            return last.value(u"channel"_s).toInt(-1) == 0 &&
+                last.value(u"span"_s).toDouble() == span;
         };
         QTRY_VERIFY_WITH_TIMEOUT(has(21.447264), LongMs);
-        QCOMPARE(last.value("levels").toArray().size(), 1024);
-        QCOMPARE(last.value("centre").toDouble(), 2250.5);
-        const int before = width(last.value("levels").toArray());
+        QCOMPARE(last.value(u"levels"_s).toArray().size(), 1024);
+        QCOMPARE(last.value(u"centre"_s).toDouble(), 2250.5);
+        const int before = width(last.value(u"levels"_s).toArray());
         QVERIFY2(before > 10, qPrintable(QString::number(before)));
 
         // the start-up picture takes every touch for a while
@@ -161,7 +165,7 @@ private slots:
 
         // nothing but the card's own line can have told it: the unit hears of no span
         const auto isWide = [&] {
-            return has(3.235677106) && width(last.value("levels").toArray()) > 3 * before;
+            return has(3.235677106) && width(last.value(u"levels"_s).toArray()) > 3 * before;
         };
         QTRY_VERIFY_WITH_TIMEOUT(isWide(), LongMs);
         QVERIFY(!unit.output().contains(":NFFT:"));

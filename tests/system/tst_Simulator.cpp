@@ -11,6 +11,8 @@
 #include <csignal>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = Program::LongMs;
@@ -36,22 +38,22 @@ class tst_Simulator : public QObject
     QTemporaryDir m_parent;
     QString m_directory;
 
-    QString device() const { return m_directory + "/ttyO1"; }
+    QString device() const { return m_directory + u"/ttyO1"_s; }
 
     QString fileWith(const QByteArray& text) const
     {
-        QFile file(m_parent.filePath("test.menu"));
+        QFile file(m_parent.filePath(u"test.menu"_s));
         file.open(QIODevice::WriteOnly);
         file.write(text);
         return file.fileName();
     }
 
 private slots:
-    void initTestCase() { m_directory = m_parent.filePath("dev"); }
+    void initTestCase() { m_directory = m_parent.filePath(u"dev"_s); }
 
     void the_panel_is_asked_for_its_version_and_gets_the_built_in_menus()
     {
-        Program program(QN740_SIM, {"--dir", m_directory});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory});
         QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: ready " + m_directory.toUtf8()), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.isOpen());
@@ -72,7 +74,7 @@ private slots:
     {
         const QString menu = fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\n"
                                       "AK,Menu,go,Go,5,SK:Other:,,0,,0,0,1\n");
-        Program program(QN740_SIM, {"--dir", m_directory, "--menu", menu});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--menu"_s, menu});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
@@ -90,7 +92,7 @@ private slots:
 
     void lines_on_standard_input_are_sent_and_its_end_ends_nothing()
     {
-        Program program(QN740_SIM, {"--dir", m_directory, "--no-menus"});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
@@ -120,7 +122,7 @@ private slots:
         QFETCH(QByteArray, letter);
         constexpr int Longest = 65536;
         const QByteArray start("SB,0,");
-        Program program(QN740_SIM, {"--dir", m_directory, "--no-menus"});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
@@ -136,33 +138,35 @@ private slots:
 
     void the_trace_shows_both_directions_with_times()
     {
-        Program program(QN740_SIM, {"--dir", m_directory, "--no-menus", "--trace"});
+        Program program(
+            QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s, u"--trace"_s});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
         const LineEnd panel(device());
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_VERIFY_WITH_TIMEOUT(program.has("panel: 1.1.6.4"), LongMs);
-        const QRegularExpression both("\ntrace: \\d+\\.\\d{3} in \\\\x02VER\\\\x04\n.*"
-                                      "trace: \\d+\\.\\d{3} out \\\\x021\\.1\\.6\\.4\\\\x04\n"
-                                      "panel: 1\\.1\\.6\\.4\n",
+        const QRegularExpression both(u"\ntrace: \\d+\\.\\d{3} in \\\\x02VER\\\\x04\n.*"_s
+                                      u"trace: \\d+\\.\\d{3} out \\\\x021\\.1\\.6\\.4\\\\x04\n"_s
+                                      u"panel: 1\\.1\\.6\\.4\n"_s,
             QRegularExpression::DotMatchesEverythingOption);
-        QVERIFY2(both.match(program.output()).hasMatch(), program.output());
+        QVERIFY2(both.match(QString::fromUtf8(program.output())).hasMatch(), program.output());
     }
 
-    void a_termination_ends_it_and_takes_the_directory_along_data()
+    void a_termination_signal_ends_it_and_removes_the_directory_data()
     {
         QTest::addColumn<int>("number");
         QTest::newRow("SIGTERM") << SIGTERM;
         QTest::newRow("SIGINT") << SIGINT;
     }
 
-    void a_termination_ends_it_and_takes_the_directory_along()
+    void a_termination_signal_ends_it_and_removes_the_directory()
     {
         QFETCH(int, number);
-        Program program(QN740_SIM, {});
+        Program program(QString::fromUtf8(QN740_SIM), {});
         QTRY_VERIFY_WITH_TIMEOUT(program.output().contains('\n'), LongMs);
-        const QString directory = program.output().trimmed().mid(int(strlen("sim: ready ")));
-        QVERIFY(QFile::exists(directory + "/ttyO1"));
-        const LineEnd panel(directory + "/ttyO1");
+        const QString directory =
+            QString::fromUtf8(program.output().trimmed().mid(int(strlen("sim: ready "))));
+        QVERIFY(QFile::exists(directory + u"/ttyO1"_s));
+        const LineEnd panel(directory + u"/ttyO1"_s);
         QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: panel opened ttyO1"), LongMs);
         ::kill(pid_t(program.processId()), number);
         QVERIFY(program.ends());
@@ -182,7 +186,7 @@ private slots:
     {
         QFETCH(QString, option);
         const QString path = fileWith("PING\nAK,Menu\nXY\n");
-        Program program(QN740_SIM, {option, path});
+        Program program(QString::fromUtf8(QN740_SIM), {option, path});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         const QByteArray name = path.toUtf8();
@@ -195,75 +199,78 @@ private slots:
     void a_good_menu_file_passes_the_check()
     {
         const QString path = fileWith("PING\nwait 5\nVER\n");
-        Program program(QN740_SIM, {"--check", path});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--check"_s, path});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         QCOMPARE(program.output(), path.toUtf8() + ": 2 messages, no fault\n");
     }
 
-    void a_missing_menu_file_is_told()
+    void a_missing_menu_file_is_reported()
     {
-        Program program(QN740_SIM, {"--menu", m_parent.filePath("none.menu")});
+        Program program(
+            QString::fromUtf8(QN740_SIM), {u"--menu"_s, m_parent.filePath(u"none.menu"_s)});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
-        QVERIFY(program.errors().startsWith(m_parent.filePath("none.menu").toUtf8() + ": "));
+        QVERIFY(program.errors().startsWith(m_parent.filePath(u"none.menu"_s).toUtf8() + ": "));
     }
 
-    void a_directory_that_cannot_be_used_is_told()
+    void a_directory_that_cannot_be_used_is_reported()
     {
-        Program program(QN740_SIM, {"--dir", "/proc/none"});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, u"/proc/none"_s});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         QCOMPARE(program.errors(), QByteArray("qn740-sim: /proc/none: cannot be made\n"));
     }
 
-    void an_example_of_the_help_works_as_it_stands_there_data()
+    void every_example_of_the_help_works_data()
     {
         QTest::addColumn<QString>("command");
-        Program program(QN740_SIM, {"--help"});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--help"_s});
         QVERIFY(program.ends());
         const QString help = QString::fromUtf8(program.output());
-        const QStringList lines = help.mid(help.indexOf("\nExamples")).split('\n').mid(2);
+        const QStringList lines = help.mid(help.indexOf(u"\nExamples"_s)).split(u'\n').mid(2);
         for (const QString& line : lines) {
-            if (!line.startsWith("  ")) {
+            if (!line.startsWith(u"  "_s)) {
                 break;
             }
             // what is meant for the reader stands apart
-            const QString command = line.mid(2).section("   ", 0, 0);
+            const QString command = line.mid(2).section(u"   "_s, 0, 0);
             QTest::newRow(qPrintable(command)) << command;
         }
     }
 
-    void an_example_of_the_help_works_as_it_stands_there()
+    void every_example_of_the_help_works()
     {
         QFETCH(QString, command);
         QTemporaryDir home;
         const auto write = [&home](const char* name, const QByteArray& text) {
-            QFile file(home.filePath(name));
+            QFile file(home.filePath(QString::fromUtf8(name)));
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(text);
         };
         // what the examples in front of it have left
         write("my.menu", "PING\n");
         write("talk.log", "1.000 in \\x02PING\\x04\n1.001 out \\x02PONG\\x04\n");
-        const bool isPanel = command.contains("qn740-panel");
+        const bool isPanel = command.contains(u"qn740-panel"_s);
         if (!isPanel) {
             write("panel.log", "qn740.link: 1.000 in \\x02PING\\x04\n");
         }
-        const QString bin = QFileInfo(QN740_SIM).path();
-        const QString own = home.filePath("dev");
+        const QString bin = QFileInfo(QString::fromUtf8(QN740_SIM)).path();
+        const QString own = home.filePath(u"dev"_s);
         std::unique_ptr<Program> unit;
         if (isPanel) {
-            unit = std::make_unique<Program>(QN740_SIM, QStringList{"--dir", own, "--no-menus"});
+            unit = std::make_unique<Program>(
+                QString::fromUtf8(QN740_SIM), QStringList{u"--dir"_s, own, u"--no-menus"_s});
             QTRY_VERIFY_WITH_TIMEOUT(unit->has("sim: ready " + own.toUtf8()), LongMs);
         }
         // a process group of its own, so that its children end with it
-        Program shell("setsid",
-            {"sh", "-c", "cd " + home.path() + "; " + QString(command).replace("/tmp/dev", own)},
-            {"PATH=" + bin + ':' + qEnvironmentVariable("PATH")});
+        Program shell(u"setsid"_s,
+            {u"sh"_s, u"-c"_s,
+                u"cd "_s + home.path() + u"; "_s + QString(command).replace(u"/tmp/dev"_s, own)},
+            {u"PATH="_s + bin + u':' + qEnvironmentVariable("PATH")});
         const auto works = [&] {
             const bool ended = shell.state() == QProcess::NotRunning && shell.exitCode() == 0;
-            QFile log(home.filePath("panel.log"));
+            QFile log(home.filePath(u"panel.log"_s));
             const bool logs =
                 isPanel && log.open(QIODevice::ReadOnly) && log.readAll().contains("VER");
             return shell.has("sim: ready " + own.toUtf8()) || ended || logs;
@@ -278,7 +285,7 @@ private slots:
 
     void help_has_the_options_and_examples()
     {
-        Program program(QN740_SIM, {"--help"});
+        Program program(QString::fromUtf8(QN740_SIM), {u"--help"_s});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         for (const char* text : {"--dir", "--menu", "--check", "--trace", "--no-menus", "Examples;",
@@ -299,7 +306,7 @@ private slots:
     void an_unknown_argument_is_an_error()
     {
         QFETCH(QString, argument);
-        Program program(QN740_SIM, {argument});
+        Program program(QString::fromUtf8(QN740_SIM), {argument});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         QVERIFY(program.errors().contains("nonsense"));

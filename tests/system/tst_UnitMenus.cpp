@@ -5,8 +5,10 @@
 #include "menus/MenuMessages.h"
 #include "sim/unit/MenuFile.h"
 #include "support/Panel.h"
-#include "tools/screen/Part.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -26,7 +28,7 @@ QList<QByteArray> messages(const QList<QByteArray>& beginnings = {QByteArray()})
     return bodies;
 }
 
-const QString Green("background-color: green");
+const QString Green = u"background-color: green"_s;
 
 // The unit's word that this key is set now.
 QByteArray confirmation(const Panel& panel, const Key* key)
@@ -34,7 +36,7 @@ QByteArray confirmation(const Panel& panel, const Key* key)
     for (const KeyBoard* page : panel.window.rooms().menus->book.pages) {
         for (const Key* one : page->keys) {
             if (one == key) {
-                return QString("CV,%1,%2,0,1").arg(page->name, key->keyId).toLatin1();
+                return u"CV,%1,%2,0,1"_s.arg(page->name, key->keyId).toLatin1();
             }
         }
     }
@@ -50,14 +52,14 @@ class tst_UnitMenus : public QObject
 private slots:
     void init() { linkMode::store(linkMode::None); }
 
-    void both_main_menus_are_composed_of_keys_that_are_there_data()
+    void both_main_menus_consist_of_existing_keys_data()
     {
         QTest::addColumn<QString>("menu");
         QTest::addColumn<QByteArray>("word");
         QTest::newRow("main menu") << "Main" << QByteArray("CM,Main,");
         QTest::newRow("PAX main menu") << "PAX" << QByteArray("MS,PAX,");
     }
-    void both_main_menus_are_composed_of_keys_that_are_there()
+    void both_main_menus_consist_of_existing_keys()
     {
         QFETCH(QString, menu);
         QFETCH(QByteArray, word);

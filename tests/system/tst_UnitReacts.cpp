@@ -9,14 +9,16 @@
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"
 #include "spectrum/SpectrumMessages.h"
-#include "tools/screen/Part.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 #include "support/UnitFixture.h"
+#include "tools/screen/Part.h"
 
 #include <QSignalSpy>
 
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -44,13 +46,14 @@ class tst_UnitReacts : public QObject, private UnitFixture
     Q_OBJECT
 
     // Presses a key of a menu and, in its editor, these buttons; waits until the unit has received
-    // what comes of it.
+    // the answer.
     void set(const char* menu, const char* id, const QStringList& buttons, const QByteArray& sent)
     {
         say("PAX,0");
         clickOn(part<QPushButton>(*m_window, "mainMenuButton")); // out of scopes and spectrum
         say(QByteArray("SK,") + menu);
-        const Key* pressed = MenuBook::findKey(m_window->rooms().menus->book.find(menu), id);
+        const Key* pressed = MenuBook::findKey(
+            m_window->rooms().menus->book.find(QString::fromUtf8(menu)), QString::fromUtf8(id));
         QVERIFY(pressed != nullptr && pressed->GetKey()->isVisible());
         whenModal([&buttons](QWidget* editor) {
             for (const QString& button : buttons) {
@@ -97,7 +100,7 @@ class tst_UnitReacts : public QObject, private UnitFixture
         return sum;
     }
 
-    // How wide the carrier of a chart stands above this level, in MHz, by one spectrum that is
+    // The width in MHz of the carrier of a chart above this level, from one spectrum that is
     // asked for from now on.
     double carrierWidth(int channel)
     {
@@ -128,7 +131,8 @@ private slots:
     void init()
     {
         linkMode::store(linkMode::None);
-        start(QN740_SIM, {"--signal", "qpsk:snr=22", "--card-points", "512"});
+        start(QString::fromUtf8(QN740_SIM),
+            {u"--signal"_s, u"qpsk:snr=22"_s, u"--card-points"_s, u"512"_s});
         for (int demodulator = 1; demodulator <= 3; ++demodulator) {
             say("SM," + QByteArray::number(demodulator) + ",2");
         }
@@ -144,12 +148,12 @@ private slots:
         showScopes();
         const double first = eyeOpening(1);
         const double other = eyeOpening(2);
-        set("Demod 1", "rate", {"4", "0", "Mbps"}, "D1:RATE:40000000.000000");
+        set("Demod 1", "rate", {u"4"_s, u"0"_s, u"Mbps"_s}, "D1:RATE:40000000.000000");
         showScopes();
         const double fast = eyeOpening(1);
         showSpectrum();
         const double wide = carrierWidth(0);
-        set("Demod 1", "rate", {"5", "0", "0", "Kbps"}, "D1:RATE:500000.000000");
+        set("Demod 1", "rate", {u"5"_s, u"0"_s, u"0"_s, u"Kbps"_s}, "D1:RATE:500000.000000");
         showScopes();
         const double slow = eyeOpening(1);
         const double otherNow = eyeOpening(2);
@@ -169,7 +173,7 @@ private slots:
     {
         showScopes();
         const double first = eyeOpening(1);
-        set("Tuner CH1", "ifbw", {"2 MHz"}, "R1:IFBW:3");
+        set("Tuner CH1", "ifbw", {u"2 MHz"_s}, "R1:IFBW:3");
         showScopes();
         const double narrow = eyeOpening(1);
         qInfo("opening of the eye at 10 and at 2 MHz: %.2f %.2f", first, narrow);
@@ -192,14 +196,14 @@ private slots:
             return largest;
         };
         QVERIFY(largestQ() > 0.3); // of QPSK
-        set("Demod 1", "mod", {"BPSK"}, "D1:MODE:3");
+        set("Demod 1", "mod", {u"BPSK"_s}, "D1:MODE:3");
         showScopes();
         const double bpsk = largestQ();
         QVERIFY2(bpsk >= 0.0 && bpsk < 0.2, QByteArray::number(bpsk)); // noise
-        QCOMPARE(MenuBook::findKey(m_window->rooms().menus->book.find("Demod 1"), "mod")
+        QCOMPARE(MenuBook::findKey(m_window->rooms().menus->book.find(u"Demod 1"_s), u"mod"_s)
                      ->GetKey()
                      ->text(),
-            QString("Modulation: BPSK"));
+            u"Modulation: BPSK"_s);
     }
 
     void a_frequency_moves_the_spectrum_and_the_transmitter_stays()
@@ -209,7 +213,7 @@ private slots:
         const double before = chart(0)->peak().frequency;
         QCOMPARE(chart(0)->centre(), 2250.5);
         QVERIFY(std::abs(before - 2250.5) < 3.0);
-        set("Tuner CH1", "freq", {"2", "2", "5", "6", "MHz"}, "R1:FREQ:2256.000000");
+        set("Tuner CH1", "freq", {u"2"_s, u"2"_s, u"5"_s, u"6"_s, u"MHz"_s}, "R1:FREQ:2256.000000");
         QCOMPARE(chart(0)->centre(), 2256.0);
         QCOMPARE(chart(1)->centre(), 1485.5);
         QCOMPARE(chart(2)->centre(), 2256.0); // the combiner's
@@ -225,7 +229,7 @@ private slots:
         QSignalSpy first(scope(1), &Scope::rcv_eye_msg);
         QSignalSpy second(scope(2), &Scope::rcv_eye_msg);
         QTRY_VERIFY_WITH_TIMEOUT(!first.isEmpty() && !second.isEmpty(), LongMs);
-        whenModal([](QWidget* list) { popUps::press(list, "Off"); });
+        whenModal([](QWidget* list) { popUps::press(list, u"Off"_s); });
         clickOn(m_window->rooms().scopes->modeButton(1));
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D1:DSDM:0"), LongMs);
         // once what is under way is there, blocks of the second alone
@@ -240,12 +244,15 @@ private slots:
     void in_the_diversity_mode_one_rate_and_one_frequency_are_those_of_all()
     {
         say("Slave,1");
-        set("Demod 2", "rate", {"5", "0", "0", "Kbps"}, "D1 D2 D3:RATE:500000.000000");
+        set("Demod 2", "rate", {u"5"_s, u"0"_s, u"0"_s, u"Kbps"_s}, "D1 D2 D3:RATE:500000.000000");
         for (const char* menu : {"Demod 1", "Demod 2", "Demod 3"}) {
-            QTRY_COMPARE(
-                MenuBook::findKey(m_window->rooms().menus->book.find(menu), "rate")->value, 5e5);
+            QTRY_COMPARE(MenuBook::findKey(
+                             m_window->rooms().menus->book.find(QString::fromUtf8(menu)), u"rate"_s)
+                             ->value,
+                5e5);
         }
-        set("Tuner CH2", "freq", {"2", "2", "5", "2", "MHz"}, "R1 R2:FREQ:2252.000000");
+        set("Tuner CH2", "freq", {u"2"_s, u"2"_s, u"5"_s, u"2"_s, u"MHz"_s},
+            "R1 R2:FREQ:2252.000000");
         for (int channel = 0; channel < 3; ++channel) {
             QTRY_COMPARE(chart(channel)->centre(), 2252.0);
         }

@@ -2,6 +2,8 @@
 
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_FittedLabel : public QObject
 {
     Q_OBJECT
@@ -10,7 +12,7 @@ private slots:
     void the_text_does_not_decide_the_size()
     {
         FittedLabel label;
-        label.setText(QString(2000, 'W'));
+        label.setText(QString(2000, u'W'));
         QCOMPARE(label.sizeHint(), QSize(0, 0));
         QCOMPARE(label.minimumSizeHint(), QSize(0, 0));
     }
@@ -18,8 +20,8 @@ private slots:
     void what_does_not_fit_is_painted_inside_the_label()
     {
         FittedLabel label;
-        label.setStyleSheet("background: white; color: black; font-size: 26px");
-        label.setText(QString(300, 'W'));
+        label.setStyleSheet(u"background: white; color: black; font-size: 26px"_s);
+        label.setText(QString(300, u'W'));
         label.resize(120, 40);
         const QImage picture = label.grab().toImage();
         int ink = 0;
@@ -30,13 +32,13 @@ private slots:
             QCOMPARE(picture.pixelColor(119, y).lightness() < 128, false);
         }
         QVERIFY(ink > 200);
-        QCOMPARE(label.text(), QString(300, 'W'));
+        QCOMPARE(label.text(), QString(300, u'W'));
     }
 
     void markup_is_plain_text()
     {
         FittedLabel label;
-        label.setText("<b>A</b>");
+        label.setText(u"<b>A</b>"_s);
         QCOMPARE(label.textFormat(), Qt::PlainText);
     }
 };

@@ -12,6 +12,8 @@
 #include <QScrollBar>
 #include <QTextEdit>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 const QRect Screen(0, 0, 800, 480);
 constexpr int MinTarget = 47;
@@ -36,7 +38,7 @@ private slots:
     void a_box_without_OK_has_no_button()
     {
         MessageBox box;
-        box.setText("Text");
+        box.setText(u"Text"_s);
         box.show();
         QVERIFY(box.buttons().isEmpty());
         QVERIFY(box.findChildren<QPushButton*>().isEmpty());
@@ -45,7 +47,7 @@ private slots:
     void OK_is_large_enough_for_a_finger_and_closes_the_box()
     {
         MessageBox box;
-        box.setText("Text");
+        box.setText(u"Text"_s);
         const QPushButton* ok = box.addOk();
         box.show();
         QVERIFY(QTest::qWaitForWindowExposed(&box));
@@ -65,7 +67,7 @@ private slots:
         QFETCH(QString, sheet);
         MessageBox box;
         box.setStyleSheet(sheet);
-        box.setText("Text");
+        box.setText(u"Text"_s);
         box.show();
         const QImage picture = box.grab().toImage();
         const int right = picture.width() - 1;
@@ -87,7 +89,7 @@ private slots:
     {
         MessageBox box;
         box.setMinContentWidth(600); // before its parts: the order does not matter
-        box.setText("Text");
+        box.setText(u"Text"_s);
         box.addOk();
         box.show();
         QVERIFY(box.width() >= 600);
@@ -101,7 +103,7 @@ private slots:
     {
         for (const QRect& area : {Screen, QRect(300, 200, 800, 480)}) {
             MessageBox box;
-            box.setText("Text");
+            box.setText(u"Text"_s);
             box.setArea(area);
             box.show();
             QVERIFY(isCentred(box, area));
@@ -111,14 +113,14 @@ private slots:
     void without_an_area_it_stands_in_the_middle_of_the_panel()
     {
         MessageBox onScreen;
-        onScreen.setText("Text");
+        onScreen.setText(u"Text"_s);
         onScreen.show();
         QVERIFY(isCentred(onScreen, Screen));
         QMainWindow panel;
         panel.setGeometry(100, 40, 600, 300);
         panel.show();
         MessageBox onPanel;
-        onPanel.setText("Text");
+        onPanel.setText(u"Text"_s);
         onPanel.show();
         QVERIFY(isCentred(onPanel, panel.geometry()));
     }
@@ -128,14 +130,14 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("rich");
         QTest::addColumn<bool>("scrolled");
-        const QString words = QString("The receiver has lost it. ");
+        const QString words = u"The receiver has lost it. "_s;
         for (const bool rich : {false, true}) {
             const auto row = [rich](const char* name, const QString& text, bool scrolled) {
                 QTest::addRow("%s, %s", name, rich ? "rich" : "plain") << text << rich << scrolled;
             };
-            row("short", "Text", false);
+            row("short", u"Text"_s, false);
             row("empty", QString(), false);
-            row("a word wider than the screen", QString(300, 'M'), false);
+            row("a word wider than the screen", QString(300, u'M'), false);
             row("2,000 characters", words.repeated(77).left(2000), false);
             row("19,000 characters", words.repeated(731).left(19'000), true);
             row("1,000,000 characters", words.repeated(38'462), true);
@@ -159,8 +161,8 @@ private slots:
         QCOMPARE(box.text(), text);
         QVERIFY(Screen.contains(box.frameGeometry()));
         QVERIFY(box.rect().contains(placeIn(box, *ok)));
-        const auto* view = box.findChild<QTextEdit*>("longText");
-        const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+        const auto* view = box.findChild<QTextEdit*>(u"longText"_s);
+        const auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
         QCOMPARE(label->isVisible(), view == nullptr);
         if (view == nullptr) {
             QVERIFY(!scrolled);
@@ -181,8 +183,8 @@ private slots:
     void an_informative_text_that_is_too_high_is_scrolled_with_a_finger()
     {
         MessageBox box;
-        box.setText("Invalid Entry");
-        box.setInformativeText("<b>" + QString("10 to 20<br>").repeated(100) + "</b>");
+        box.setText(u"Invalid Entry"_s);
+        box.setInformativeText(u"<b>"_s + u"10 to 20<br>"_s.repeated(100) + u"</b>"_s);
         const QPushButton* ok = box.addOk();
         box.show();
         QVERIFY(Screen.contains(box.frameGeometry()));
@@ -196,24 +198,24 @@ private slots:
     void an_informative_text_that_fits_is_not_scrolled()
     {
         MessageBox box;
-        box.setText("Invalid Entry");
-        box.setInformativeText("10 to 20");
+        box.setText(u"Invalid Entry"_s);
+        box.setInformativeText(u"10 to 20"_s);
         box.show();
         QVERIFY(box.findChild<QScrollArea*>() == nullptr);
-        QVERIFY(box.findChild<QLabel*>("qt_msgbox_informativelabel")->isVisible());
+        QVERIFY(box.findChild<QLabel*>(u"qt_msgbox_informativelabel"_s)->isVisible());
     }
 
     void a_box_that_is_shown_again_is_not_laid_out_twice()
     {
         MessageBox box;
         box.setMinContentWidth(600);
-        box.setText(QString(300, 'M'));
+        box.setText(QString(300, u'M'));
         box.show();
         const QSize size = box.size();
         box.hide();
         box.show();
         QCOMPARE(box.size(), size);
-        QCOMPARE(box.findChildren<QTextEdit*>("longText").size(), 1);
+        QCOMPARE(box.findChildren<QTextEdit*>(u"longText"_s).size(), 1);
     }
 
     void a_report_shows_markup_as_text_until_OK()
@@ -222,13 +224,13 @@ private slots:
         whenModal([&seen](QWidget* window) {
             const QPointer<MessageBox> box = qobject_cast<MessageBox*>(window);
             QVERIFY(box != nullptr);
-            QCOMPARE(box->text(), QString("<b>x</b> & 50 %1"));
+            QCOMPARE(box->text(), u"<b>x</b> & 50 %1"_s);
             QCOMPARE(box->textFormat(), Qt::PlainText);
             QCOMPARE(box->buttons().size(), 1);
             seen = true;
             clickOn(box->buttons().first());
         });
-        MessageBox::report("<b>x</b> & 50 %1");
+        MessageBox::report(u"<b>x</b> & 50 %1"_s);
         QVERIFY(seen);
         QVERIFY(QApplication::activeModalWidget() == nullptr);
     }

@@ -2,6 +2,8 @@
 
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_Sizes : public QObject
 {
     Q_OBJECT
@@ -16,7 +18,7 @@ private slots:
 
     void the_sheet_of_a_scroll_bar_has_its_width()
     {
-        QCOMPARE(touch::scrollBarSheet(), QString("QScrollBar:vertical {width: 50px}"));
+        QCOMPARE(touch::scrollBarSheet(), u"QScrollBar:vertical {width: 50px}"_s);
     }
 };
 

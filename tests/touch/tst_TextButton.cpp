@@ -6,6 +6,8 @@
 
 #include <QStyleOptionButton>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A key of a menu page, with the sheet of an enabled key.
@@ -66,27 +68,27 @@ private slots:
     void text_that_fits_is_left_alone()
     {
         const QFontMetrics metrics(QApplication::font());
-        QCOMPARE(TextButton::fitted("Gain", metrics, 200, 60), QString("Gain"));
-        QCOMPARE(TextButton::fitted("Gain\n12 dB", metrics, 200, 60), QString("Gain\n12 dB"));
-        QCOMPARE(TextButton::fitted("", metrics, 200, 60), QString());
+        QCOMPARE(TextButton::fitted(u"Gain"_s, metrics, 200, 60), u"Gain"_s);
+        QCOMPARE(TextButton::fitted(u"Gain\n12 dB"_s, metrics, 200, 60), u"Gain\n12 dB"_s);
+        QCOMPARE(TextButton::fitted(u""_s, metrics, 200, 60), QString());
     }
 
     void long_text_is_broken_at_blanks()
     {
         const QFontMetrics metrics(QApplication::font());
-        const int width = metrics.horizontalAdvance("Loop Bandwidth");
-        QCOMPARE(TextButton::fitted("Loop Bandwidth of Demodulator", metrics, width, 100),
-            QString("Loop Bandwidth\nof Demodulator"));
+        const int width = metrics.horizontalAdvance(u"Loop Bandwidth"_s);
+        QCOMPARE(TextButton::fitted(u"Loop Bandwidth of Demodulator"_s, metrics, width, 100),
+            u"Loop Bandwidth\nof Demodulator"_s);
     }
 
     void every_line_fits_and_no_more_lines_than_the_height_has_room_for_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("60 characters without a blank") << QString(60, 'W');
-        QTest::newRow("60 characters with blanks") << QString("modulation ").repeated(6).left(60);
-        QTest::newRow("200 kB") << QString(200 * 1024, 'x');
-        QTest::newRow("blanks") << QString(60, ' ');
-        QTest::newRow("line breaks") << QString(60, '\n');
+        QTest::newRow("60 characters without a blank") << QString(60, u'W');
+        QTest::newRow("60 characters with blanks") << u"modulation "_s.repeated(6).left(60);
+        QTest::newRow("200 kB") << QString(200 * 1024, u'x');
+        QTest::newRow("blanks") << QString(60, u' ');
+        QTest::newRow("line breaks") << QString(60, u'\n');
     }
 
     void every_line_fits_and_no_more_lines_than_the_height_has_room_for()
@@ -95,7 +97,7 @@ private slots:
         QFont font = QApplication::font();
         font.setPixelSize(16);
         const QFontMetrics metrics(font);
-        const QStringList lines = TextButton::fitted(text, metrics, 116, 51).split('\n');
+        const QStringList lines = TextButton::fitted(text, metrics, 116, 51).split(u'\n');
         QVERIFY(lines.size() * metrics.lineSpacing() <= 51);
         for (const QString& line : lines) {
             QVERIFY2(metrics.horizontalAdvance(line) <= 116, qPrintable(line));
@@ -105,15 +107,15 @@ private slots:
     void a_text_that_is_too_long_ends_in_an_ellipsis()
     {
         const QFontMetrics metrics(QApplication::font());
-        QVERIFY(TextButton::fitted(QString(300, 'W'), metrics, 100, 40).endsWith(QChar(0x2026)));
+        QVERIFY(TextButton::fitted(QString(300, u'W'), metrics, 100, 40).endsWith(QChar(0x2026)));
     }
 
     void a_button_without_room_does_not_hang()
     {
         const QFontMetrics metrics(QApplication::font());
-        TextButton::fitted("Gain", metrics, 0, 0);
-        TextButton::fitted("Gain", metrics, -8, -8);
-        QCOMPARE(TextButton::fitted("", metrics, -8, -8), QString());
+        TextButton::fitted(u"Gain"_s, metrics, 0, 0);
+        TextButton::fitted(u"Gain"_s, metrics, -8, -8);
+        QCOMPARE(TextButton::fitted(u""_s, metrics, -8, -8), QString());
     }
 
     void an_ampersand_is_shown_as_it_is()
@@ -124,24 +126,24 @@ private slots:
             using TextButton::initStyleOption;
             using TextButton::TextButton;
         };
-        Painted button("Clock & Data");
+        Painted button(u"Clock & Data"_s);
         button.resize(200, 60);
         QStyleOptionButton option;
         button.initStyleOption(&option);
-        QCOMPARE(option.text, QString("Clock && Data")); // which the style draws with one "&"
-        QCOMPARE(button.text(), QString("Clock & Data"));
-        button.setText("Clock && Data");
+        QCOMPARE(option.text, u"Clock && Data"_s); // which the style draws with one "&"
+        QCOMPARE(button.text(), u"Clock & Data"_s);
+        button.setText(u"Clock && Data"_s);
         button.initStyleOption(&option);
-        QCOMPARE(option.text, QString("Clock && Data"));
+        QCOMPARE(option.text, u"Clock && Data"_s);
     }
 
     void the_text_of_the_button_stays_what_it_was_set_to()
     {
         const std::unique_ptr<QPushButton> button(
-            new TextButton("Loop Bandwidth of Demodulator 1"));
+            new TextButton(u"Loop Bandwidth of Demodulator 1"_s));
         button->resize(60, 60);
         button->grab();
-        QCOMPARE(button->text(), QString("Loop Bandwidth of Demodulator 1"));
+        QCOMPARE(button->text(), u"Loop Bandwidth of Demodulator 1"_s);
     }
 
     void text_of_a_menu_key_gets_smaller_only_when_it_would_be_cut()
@@ -162,10 +164,10 @@ private slots:
             }
             return rows;
         };
-        const int one = rowsOfText("Gain");
-        QVERIFY(rowsOfText("Mask: 1.0.0.0") <= one + 4); // one line of the same size
+        const int one = rowsOfText(u"Gain"_s);
+        QVERIFY(rowsOfText(u"Mask: 1.0.0.0"_s) <= one + 4); // one line of the same size
         // two lines at the key's own size have no room for this; four smaller ones have
-        QVERIFY(rowsOfText("A label of more characters than one key can hold") > 2 * one + 4);
+        QVERIFY(rowsOfText(u"A label of more characters than one key can hold"_s) > 2 * one + 4);
     }
 
     void blanks_and_breaks_at_the_ends_do_not_move_the_text()
@@ -176,23 +178,23 @@ private slots:
             button.resize(180, 90);
             return button.grab().toImage();
         };
-        QCOMPARE(picture("  ten chars!     \n"), picture("ten chars!"));
-        QVERIFY(picture("ten chars!") != picture(QString()));
+        QCOMPARE(picture(u"  ten chars!     \n"_s), picture(u"ten chars!"_s));
+        QVERIFY(picture(u"ten chars!"_s) != picture(QString()));
     }
 
     void a_shrunk_text_stays_what_it_was_set_to()
     {
-        TextButton button(QString(300, 'W'), nullptr, TextButton::Shrinking);
+        TextButton button(QString(300, u'W'), nullptr, TextButton::Shrinking);
         button.resize(60, 47);
         button.grab();
-        QCOMPARE(button.text(), QString(300, 'W'));
+        QCOMPARE(button.text(), QString(300, u'W'));
     }
 
     void a_shrunk_text_has_the_colour_of_its_sheet()
     {
-        TextButton button("M", nullptr, TextButton::Shrinking);
+        TextButton button(u"M"_s, nullptr, TextButton::Shrinking);
         button.setStyleSheet(
-            "QPushButton {background-color:red; color:white; font-size: 26px; border: 1px solid black}");
+            u"QPushButton {background-color:red; color:white; font-size: 26px; border: 1px solid black}"_s);
         button.resize(60, 60);
         const QImage picture = button.grab().toImage();
         int white = 0;
@@ -207,7 +209,7 @@ private slots:
 
     void a_shrinking_button_asks_for_the_size_of_a_finger()
     {
-        QCOMPARE(TextButton(QString(60, 'W'), nullptr, TextButton::Shrinking).minimumSizeHint(),
+        QCOMPARE(TextButton(QString(60, u'W'), nullptr, TextButton::Shrinking).minimumSizeHint(),
             QSize(47, 47));
     }
 
@@ -215,37 +217,37 @@ private slots:
     {
         const auto picture = [](const QString& text) {
             TextButton button(text, nullptr, TextButton::Shrinking);
-            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            button.setStyleSheet(u"QPushButton {color: white; background: black; border: 0px}"_s);
             button.resize(200, 60);
             return button.grab().toImage();
         };
-        QVERIFY(picture("Clock & Data") != picture("Clock  Data"));
-        QCOMPARE(picture("Clock && Data"), picture("Clock & Data"));
+        QVERIFY(picture(u"Clock & Data"_s) != picture(u"Clock  Data"_s));
+        QCOMPARE(picture(u"Clock && Data"_s), picture(u"Clock & Data"_s));
     }
 
     void a_button_has_no_marks_by_default()
     {
-        QVERIFY(!TextButton("AGC").marks().any());
-        QCOMPARE(keyPicture("AGC", {124, 59}, {}), keyPicture("AGC", {124, 59}, {}));
+        QVERIFY(!TextButton(u"AGC"_s).marks().any());
+        QCOMPARE(keyPicture(u"AGC"_s, {124, 59}, {}), keyPicture(u"AGC"_s, {124, 59}, {}));
     }
 
     void marks_change_neither_sheet_nor_text()
     {
-        TextButton button("AGC");
+        TextButton button(u"AGC"_s);
         button.setStyleSheet(keyStyle::enabled(false));
         button.resize(124, 59);
         button.setMarks(BothMarks);
         button.grab();
         QCOMPARE(button.styleSheet(), keyStyle::enabled(false));
-        QCOMPARE(button.text(), QString("AGC"));
+        QCOMPARE(button.text(), u"AGC"_s);
     }
 
     void a_text_that_does_not_reach_the_corners_stays_where_it_is_data()
     {
         QTest::addColumn<QString>("label");
-        QTest::newRow("one line") << "AGC";
-        QTest::newRow("one wide line") << "Loop Bandwidt";
-        QTest::newRow("two short lines") << "AGC\nhold";
+        QTest::newRow("one line") << u"AGC"_s;
+        QTest::newRow("one wide line") << u"Loop Bandwidt"_s;
+        QTest::newRow("two short lines") << u"AGC\nhold"_s;
     }
     void a_text_that_does_not_reach_the_corners_stays_where_it_is()
     {
@@ -266,11 +268,12 @@ private slots:
     {
         QTest::addColumn<QString>("label");
         QTest::addColumn<QSize>("size");
-        const QString two = "Automatic gain of channel 1";
+        const QString two = u"Automatic gain of channel 1"_s;
         QTest::newRow("two wide lines") << two << QSize(124, 59);
         QTest::newRow("two wide lines, low key") << two << QSize(124, 40);
-        QTest::newRow("three lines") << "Automatic gain\nof tuner\nand channel 1" << QSize(124, 63);
-        QTest::newRow("one wide line, low key") << "Diversity mode" << QSize(124, 30);
+        QTest::newRow("three lines")
+            << u"Automatic gain\nof tuner\nand channel 1"_s << QSize(124, 63);
+        QTest::newRow("one wide line, low key") << u"Diversity mode"_s << QSize(124, 30);
         QTest::newRow("a label that is cut") << QString(300, 'W') << QSize(124, 59);
         QTest::newRow("a very small key") << two << QSize(47, 30);
     }
@@ -289,7 +292,7 @@ private slots:
     void two_lines_keep_their_size_under_the_marks()
     {
         const QSize size(124, 59);
-        const QString label = "Automatic gain\nof channel 1 A";
+        const QString label = u"Automatic gain\nof channel 1 A"_s;
         const int plain = rowsOfLetters(keyPicture(label, size, {}));
         QVERIFY(plain > 20);
         QCOMPARE(rowsOfLetters(keyPicture(label, size, BothMarks)), plain);
@@ -297,7 +300,7 @@ private slots:
 
     void a_dark_look_when_disabled_needs_no_sheet()
     {
-        TextButton button("Span", nullptr, TextButton::DarkWhenDisabled);
+        TextButton button(u"Span"_s, nullptr, TextButton::DarkWhenDisabled);
         button.setStyleSheet(keyStyle::enabled(true));
         button.resize(150, 60);
         const QImage enabled = button.grab().toImage();
@@ -314,7 +317,7 @@ private slots:
         }
         QVERIFY(white > 50);
         // The same as the disabled sheet, but for the border's corners.
-        TextButton other("Span");
+        TextButton other(u"Span"_s);
         other.setStyleSheet(keyStyle::disabled(true));
         other.setEnabled(false);
         other.resize(150, 60);
@@ -327,8 +330,8 @@ private slots:
     void a_text_on_one_line_gets_smaller_instead_of_broken()
     {
         const auto lines = [](TextButton::Looks looks) {
-            TextButton button("< -128", nullptr, looks);
-            button.setStyleSheet("QPushButton {color: white; background: black; border: 0px}");
+            TextButton button(u"< -128"_s, nullptr, looks);
+            button.setStyleSheet(u"QPushButton {color: white; background: black; border: 0px}"_s);
             QFont large = font(40);
             button.setFont(large);
             button.resize(100, 100);

@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 #include <QFontMetrics>
 
+using namespace Qt::StringLiterals;
+
 // Rows of the kind "a label's limits" and "a button's limits": the two that the panel uses.
 class tst_TextFit : public QObject
 {
@@ -49,15 +51,15 @@ class tst_TextFit : public QObject
 private slots:
     void label_text_that_fits_is_left_alone()
     {
-        const auto fit = fitLabel("Bit Rate");
-        QCOMPARE(fit.text, QString("Bit Rate"));
+        const auto fit = fitLabel(u"Bit Rate"_s);
+        QCOMPARE(fit.text, u"Bit Rate"_s);
         QCOMPARE(fit.font, font(18));
         QCOMPARE(fit.flags, 0);
     }
 
     void label_text_that_is_too_wide_is_broken_at_blanks()
     {
-        const auto fit = fitLabel(QString("Tuner centre frequency ").repeated(5));
+        const auto fit = fitLabel(u"Tuner centre frequency "_s.repeated(5));
         QCOMPARE(fit.font.pixelSize(), 18);
         QCOMPARE(fit.flags, static_cast<int>(Qt::TextWordWrap));
         QVERIFY(heightOf(fit, TitleRoom.width()) <= TitleRoom.height());
@@ -65,7 +67,7 @@ private slots:
 
     void label_text_without_blanks_is_drawn_smaller()
     {
-        const QString text(60, 'W');
+        const QString text(60, u'W');
         const auto fit = fitLabel(text);
         QVERIFY(fit.font.pixelSize() < 18);
         QVERIFY(fit.font.pixelSize() > 9);
@@ -74,7 +76,7 @@ private slots:
 
     void label_word_that_would_be_tiny_is_broken_instead()
     {
-        const QString text(73, 'W');
+        const QString text(73, u'W');
         const auto fit = fitLabel(text);
         QCOMPARE(fit.font.pixelSize(), 18);
         QCOMPARE(fit.flags, static_cast<int>(Qt::TextWrapAnywhere));
@@ -84,7 +86,7 @@ private slots:
 
     void label_text_that_fits_at_no_size_ends_with_an_ellipsis_in_the_smallest_font()
     {
-        const auto fit = fitLabel(QString(3000, 'W'));
+        const auto fit = fitLabel(QString(3000, u'W'));
         QCOMPARE(fit.font.pixelSize(), 9);
         QVERIFY(fit.text.endsWith(Ellipsis));
         QVERIFY(heightOf(fit, TitleRoom.width()) <= TitleRoom.height());
@@ -93,21 +95,21 @@ private slots:
 
     void label_without_room_gets_the_smallest_font()
     {
-        QCOMPARE(fitLabel("W", QSize(0, 0)).font.pixelSize(), 9);
+        QCOMPARE(fitLabel(u"W"_s, QSize(0, 0)).font.pixelSize(), 9);
     }
 
     void short_button_text_is_not_shrunk()
     {
-        const auto fit = fitButton("Off", 28, {180, 90});
-        QCOMPARE(fit.text, QString("Off"));
+        const auto fit = fitButton(u"Off"_s, 28, {180, 90});
+        QCOMPARE(fit.text, u"Off"_s);
         QCOMPARE(fit.font.pixelSize(), 28);
         QCOMPARE(fit.flags, static_cast<int>(Qt::TextWordWrap));
     }
 
     void button_text_gets_smaller_before_its_words_are_broken()
     {
-        const auto fit = fitButton("Constellation", 28, {120, 33});
-        QCOMPARE(fit.text, QString("Constellation"));
+        const auto fit = fitButton(u"Constellation"_s, 28, {120, 33});
+        QCOMPARE(fit.text, u"Constellation"_s);
         QVERIFY(fit.font.pixelSize() < 28);
         QCOMPARE(fit.flags, static_cast<int>(Qt::TextWordWrap));
         QVERIFY(isInside(fit, {120, 33}));
@@ -115,8 +117,8 @@ private slots:
 
     void button_word_that_is_too_wide_at_every_size_is_broken()
     {
-        const auto fit = fitButton(QString(40, 'W'), 18, {180, 90});
-        QCOMPARE(fit.text, QString(40, 'W'));
+        const auto fit = fitButton(QString(40, u'W'), 18, {180, 90});
+        QCOMPARE(fit.text, QString(40, u'W'));
         QCOMPARE(fit.flags, static_cast<int>(Qt::TextWrapAnywhere));
         QVERIFY(isInside(fit, {180, 90}));
     }
@@ -124,7 +126,7 @@ private slots:
     void button_text_that_fits_at_no_size_is_shortened()
     {
         for (const QSize& room : {QSize(120, 33), QSize(41, 20), QSize(30, 16)}) {
-            const auto fit = fitButton(QString(500, 'W'), 28, room);
+            const auto fit = fitButton(QString(500, u'W'), 28, room);
             QVERIFY(fit.text.endsWith(Ellipsis));
             QCOMPARE(fit.font.pixelSize(), 12);
             QVERIFY(isInside(fit, room));
@@ -133,14 +135,14 @@ private slots:
 
     void button_without_room_shows_the_ellipsis_alone()
     {
-        QCOMPARE(fitButton("abc", 28, {0, 0}).text, QString(Ellipsis));
-        QCOMPARE(fitButton("abc", 28, {-6, -6}).text, QString(Ellipsis));
+        QCOMPARE(fitButton(u"abc"_s, 28, {0, 0}).text, QString(Ellipsis));
+        QCOMPARE(fitButton(u"abc"_s, 28, {-6, -6}).text, QString(Ellipsis));
     }
 
     void a_shortened_text_is_the_longest_start_that_fits()
     {
         const QSize room(90, 30);
-        const QString text = QString("Wi").repeated(100);
+        const QString text = u"Wi"_s.repeated(100);
         const auto fit = fitButton(text, 28, room);
         QVERIFY(isInside(fit, room));
         const auto start = fit.text.size() - 1;
@@ -152,8 +154,8 @@ private slots:
 
     void a_font_below_the_smallest_size_keeps_its_size()
     {
-        const auto fit = fitButton("Off", 8, {180, 90});
-        QCOMPARE(fit.text, QString("Off"));
+        const auto fit = fitButton(u"Off"_s, 8, {180, 90});
+        QCOMPARE(fit.text, u"Off"_s);
         QCOMPARE(fit.font.pixelSize(), 8);
     }
 
@@ -162,7 +164,7 @@ private slots:
         QFont points = QApplication::font();
         points.setPointSize(20);
         const QSize room(60, 20);
-        const auto fit = TextFit::fit("Constellation", points, room, TextButton::Limits);
+        const auto fit = TextFit::fit(u"Constellation"_s, points, room, TextButton::Limits);
         QVERIFY(fit.font.pixelSize() >= 12);
         QVERIFY(isInside(fit, room));
     }
@@ -178,7 +180,7 @@ private slots:
         const auto timeOf = [](qsizetype characters) {
             QElapsedTimer time;
             time.start();
-            fitLabel(QString(characters, 'W'), QSize(400, 60));
+            fitLabel(QString(characters, u'W'), QSize(400, 60));
             return time.nsecsElapsed();
         };
         timeOf(2000); // the first one also loads the font
@@ -189,14 +191,14 @@ private slots:
     void the_last_answer_is_remembered_until_the_question_changes()
     {
         TextFit fitter(TextButton::Limits);
-        const QString text(300, 'W');
+        const QString text(300, u'W');
         const QSize room(120, 33);
         const QString shown = fitter.fit(text, font(28), room).text;
         // The same QString data: nothing was computed anew.
         QVERIFY(fitter.fit(text, font(28), room).text.isSharedWith(shown));
         QVERIFY(fitter.fit(text, font(28), QSize(240, 66)).text.size() > shown.size());
-        QCOMPARE(fitter.fit("Off", font(28), room).text, QString("Off"));
-        QCOMPARE(fitter.fit("Off", font(20), room).font.pixelSize(), 20);
+        QCOMPARE(fitter.fit(u"Off"_s, font(28), room).text, u"Off"_s);
+        QCOMPARE(fitter.fit(u"Off"_s, font(20), room).font.pixelSize(), 20);
     }
 };
 

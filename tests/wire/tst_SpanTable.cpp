@@ -1,5 +1,5 @@
-#include "wire/SpanTable.h"
 #include "support/TestMain.h"
+#include "wire/SpanTable.h"
 
 class tst_SpanTable : public QObject
 {

@@ -93,7 +93,7 @@ void takeStart(PanelPictures& panel)
 
 void takeMenus(PanelPictures& panel)
 {
-    for (QString name : {u"Tuner CH1"_s, u"Demod 1"_s, u"Outputs"_s, u"System"_s}) {
+    for (const QString& name : {u"Tuner CH1"_s, u"Demod 1"_s, u"Outputs"_s, u"System"_s}) {
         takeMenu(panel, name);
     }
     for (int state = 0; state < 3; ++state) {

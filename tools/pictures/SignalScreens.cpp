@@ -104,7 +104,7 @@ void plotBlocks(PanelPictures& panel, Scope& scope, const Shown& shown)
 void takeSignals(PanelPictures& panel)
 {
     // the unit's own signals end, and with them the phase and magnitudes that it tells
-    for (QString off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
+    for (const QString& off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
         panel.say(off);
     }
     panel.showView(Views::Scopes);
@@ -130,7 +130,7 @@ void takeSignals(PanelPictures& panel)
         }
         panel.take(sheet.picture);
     }
-    for (QString off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
+    for (const QString& off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
         panel.say(off);
     }
     panel.showView(Views::Menus);

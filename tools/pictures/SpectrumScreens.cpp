@@ -14,46 +14,54 @@
 
 using namespace Qt::StringLiterals;
 
-void takeSpectrum(PanelPictures& panel)
+namespace {
+
+constexpr int Charts = 3;
+constexpr int SomeSpectraMs = 2500;
+constexpr int ManySpectraMs = 4000;
+
+void show(PanelPictures& panel, int charts)
 {
-    constexpr int Charts = 3;
-    constexpr int SomeSpectraMs = 2500;
-    constexpr int ListMs = 200;
-    constexpr int ManySpectraMs = 4000;
-    const auto show = [&panel](int charts) {
-        for (int channel = 0; channel < Charts; ++channel) {
-            panel.say(u"SH,%1,%2"_s.arg(channel).arg(channel < charts ? 1 : 0));
-        }
-    };
-    const auto choose = [&panel](const QList<int>& spans) {
-        for (int channel = 0; channel < Charts; ++channel) {
-            panel.say(u"SP,%1,%2"_s.arg(channel).arg(spans.at(channel)));
-        }
-    };
-    const QList<int> mixed{6, 3, 4};
-    panel.say(u"ST,1"_s);
-    panel.showView(Views::Spectrum);
-    panel.say(u"HM,0,-30,-80"_s);
-    choose(mixed);
-    PanelPictures::settle(SomeSpectraMs);
-    panel.take(u"spectrum-three"_s);
+    for (int channel = 0; channel < Charts; ++channel) {
+        panel.say(u"SH,%1,%2"_s.arg(channel).arg(channel < charts ? 1 : 0));
+    }
+}
+
+void choose(PanelPictures& panel, const QList<int>& spans)
+{
+    for (int channel = 0; channel < Charts; ++channel) {
+        panel.say(u"SP,%1,%2"_s.arg(channel).arg(spans.at(channel)));
+    }
+}
+
+// One to three charts, each with the narrowest and the widest span.
+void takeCharts(PanelPictures& panel)
+{
     const QStringList names{u"spectrum-one"_s, u"spectrum-two"_s, u"spectrum-three"_s};
     for (int charts = 1; charts <= Charts; ++charts) {
-        show(charts);
+        show(panel, charts);
         for (const int span : {0, 9}) {
-            choose({span, span, span});
+            choose(panel, {span, span, span});
             PanelPictures::settle(SomeSpectraMs);
             panel.take(names.at(charts - 1) + (span == 0 ? u"-narrow"_s : u"-wide"_s));
         }
     }
-    SpectralCard& card = *panel.window().rooms().spectrum->card();
-    auto* lowest = card.findChild<QComboBox*>(u"cboSpan3"_s);
+}
+
+void takeSpanList(PanelPictures& panel)
+{
+    constexpr int ListMs = 200;
+    auto* lowest = panel.window().rooms().spectrum->card()->findChild<QComboBox*>(u"cboSpan3"_s);
     clickOn(lowest);
     PanelPictures::settle(ListMs);
     panel.take(u"spectrum-span-list"_s);
     lowest->hidePopup();
-    choose(mixed);
-    show(1);
+}
+
+void takeReadings(PanelPictures& panel)
+{
+    SpectralCard& card = *panel.window().rooms().spectrum->card();
+    show(panel, 1);
     panel.pressButton(&card, u"Max Hold"_s);
     PanelPictures::settle(ManySpectraMs);
     panel.take(u"spectrum-max-hold"_s);
@@ -61,10 +69,26 @@ void takeSpectrum(PanelPictures& panel)
     clickOn(card.chart(0));
     PanelPictures::settle(SomeSpectraMs);
     panel.take(u"spectrum-marker"_s);
-    for (QString button : {u"Average"_s, u"Max Hold"_s}) {
-        panel.pressButton(&card, button);
-    }
+    panel.pressButton(&card, u"Average"_s);
+    panel.pressButton(&card, u"Max Hold"_s);
     card.chart(0)->clearMarker();
-    show(Charts);
+}
+
+} // namespace
+
+void takeSpectrum(PanelPictures& panel)
+{
+    const QList<int> mixed{6, 3, 4};
+    panel.say(u"ST,1"_s);
+    panel.showView(Views::Spectrum);
+    panel.say(u"HM,0,-30,-80"_s);
+    choose(panel, mixed);
+    PanelPictures::settle(SomeSpectraMs);
+    panel.take(u"spectrum-three"_s);
+    takeCharts(panel);
+    takeSpanList(panel);
+    choose(panel, mixed);
+    takeReadings(panel);
+    show(panel, Charts);
     panel.showView(Views::Menus);
 }

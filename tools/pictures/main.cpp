@@ -1,4 +1,4 @@
-// Walks through the panel's screens against the simulated unit and leaves a picture of each.
+// qn740-pictures: a picture of every screen of the panel, driven by the simulated unit.
 #include "app/Identity.h"
 #include "tools/pictures/PanelPictures.h"
 #include "tools/pictures/Screens.h"

@@ -10,8 +10,8 @@
 
 #include <deque>
 
-// A scope with the other end of its line, for its tests.
-namespace scopeBench {
+// A scope with the other end of its line, for the tests of scopes.
+namespace scopeFixture {
 
 // The records that the upper plot shows.
 inline std::deque<QByteArray> shownRecords(const Scope& scope)
@@ -31,8 +31,8 @@ inline QByteArray steady(int i, int q)
     return streams::block(QVector<int>(256, i), QVector<int>(256, q));
 }
 
-// A scope with its port on a pseudo-terminal, shown.
-struct Bench
+// A shown scope whose port is a pseudo-terminal.
+struct ScopeFixture
 {
     DeviceDirectory devices;
     Pty& line = devices.add(QStringLiteral("ttyUSB1"));
@@ -40,7 +40,7 @@ struct Bench
     QSignalSpy blocks{&scope, &Scope::rcv_eye_msg};
     QSignalSpy records{&scope, &Scope::rcv_sdi_msg};
 
-    explicit Bench(bool shown = true)
+    explicit ScopeFixture(bool shown = true)
     {
         scope.resize(262, 310);
         if (shown) {
@@ -50,4 +50,4 @@ struct Bench
     }
 };
 
-} // namespace scopeBench
+} // namespace scopeFixture

@@ -1,0 +1,59 @@
+#include "plot/CachedPlot.h"
+
+#include <QElapsedTimer>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+CachedPlot::CachedPlot(int minPauseMs, QWidget* parent)
+    : QCustomPlot(parent)
+    , m_minPauseMs(minPauseMs)
+{
+    // The plot library promises to paint every pixel. On some platforms a modal dialog over such a
+    // widget then shows wrong pixels, so let what lies under the plot be painted first.
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    m_paintTimer.setObjectName(QStringLiteral("paintTimer"));
+    m_paintTimer.setSingleShot(true);
+    connect(&m_paintTimer, &QTimer::timeout, this, [this] { update(changedRect()); });
+    // Before, not after: a replot paints the widget before it announces that it is done.
+    connect(this, &QCustomPlot::beforeReplot, this, [this] { setFrameStale(); });
+}
+
+void CachedPlot::schedulePaint()
+{
+    if (isVisible() && !m_paintTimer.isActive()) {
+        m_paintTimer.start(std::max(m_minPauseMs, m_lastPaintMs));
+    }
+}
+
+void CachedPlot::paintFrame(QPainter& painter, const QRect& dirty) const
+{
+    if (opaqueRect().contains(dirty)) {
+        return;
+    }
+    if (m_frame.devicePixelRatio() == 1.0) {
+        painter.drawPixmap(dirty, m_frame, dirty);
+    } else {
+        painter.drawPixmap(0, 0, m_frame);
+    }
+}
+
+void CachedPlot::paintEvent(QPaintEvent* event)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const QRect dirty = event->rect();
+    if (frameIsStale()) {
+        m_frame = drawFrame();
+        m_frameStale = false;
+        if (dirty != rect()) {
+            update(); // The new frame differs outside the dirty part, too.
+        }
+    }
+    QPainter painter(this);
+    paintFrame(painter, dirty);
+    paintData(painter, dirty);
+    ++m_paintCount;
+    m_lastPaintMs = static_cast<int>(elapsed.elapsed());
+}

@@ -1,0 +1,5 @@
+qn740_test(plot CachedPlot)
+qn740_test(plot Scale)
+qn740_test(plot TextFlow)
+qn740_test(plot TickTexts)
+qn740_test(plot TraceLine)

@@ -1,0 +1,115 @@
+#include "spectrum/FrequencyAxis.h"
+#include "support/TestMain.h"
+
+class tst_FrequencyAxis : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void starts_with_the_narrowest_span_around_the_intermediate_frequency()
+    {
+        const FrequencyAxis axis;
+        QCOMPARE(axis.centre(), 70.0);
+        QCOMPARE(axis.width(), spanTable().first().spanMHz);
+        QCOMPARE(axis.ticks(), spanTable().first().ticks);
+    }
+
+    void the_ticks_move_with_the_centre()
+    {
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(6));
+        QVERIFY(axis.setCentre(2250.5));
+        QCOMPARE(axis.ticks(), QVector<double>({2240.5, 2245.5, 2250.5, 2255.5, 2260.5}));
+    }
+
+    void a_centre_that_is_no_frequency_is_ignored_data()
+    {
+        QTest::addColumn<double>("centre");
+        QTest::newRow("zero") << 0.0;
+        QTest::newRow("negative") << -70.0;
+        QTest::newRow("not a number") << qQNaN();
+        QTest::newRow("infinite") << qInf();
+        QTest::newRow("above the highest") << 1.0000001e6;
+        QTest::newRow("the same as before") << 70.0;
+    }
+
+    void a_centre_that_is_no_frequency_is_ignored()
+    {
+        QFETCH(double, centre);
+        FrequencyAxis axis;
+        QVERIFY(!axis.setCentre(centre));
+        QCOMPARE(axis.centre(), 70.0);
+    }
+
+    void the_highest_centre_is_taken()
+    {
+        FrequencyAxis axis;
+        QVERIFY(axis.setCentre(FrequencyAxis::MaxMHz));
+        QCOMPARE(axis.centre(), 1e6);
+    }
+
+    void an_offset_up_to_half_the_width_lies_on_the_axis()
+    {
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(9));
+        const double half = axis.width() / 2;
+        QVERIFY(axis.covers(0.0));
+        QVERIFY(axis.covers(half));
+        QVERIFY(axis.covers(-half));
+        QVERIFY(!axis.covers(half + 0.001));
+        QVERIFY(!axis.covers(-half - 0.001));
+        QVERIFY(!axis.covers(qQNaN()));
+    }
+
+    void the_points_spread_evenly_over_the_width_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<double>("part"); // of the width, from the left
+        QTest::newRow("first") << 0 << 512 << 0.0;
+        QTest::newRow("last") << 511 << 512 << 1.0;
+        QTest::newRow("a quarter") << 100 << 401 << 0.25;
+        QTest::newRow("one point") << 0 << 1 << 0.5;
+    }
+
+    void the_points_spread_evenly_over_the_width()
+    {
+        QFETCH(int, index);
+        QFETCH(int, size);
+        QFETCH(double, part);
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(9));
+        const double frequency = 70.0 + (part - 0.5) * axis.width();
+        QCOMPARE(axis.frequencyAt(index, size), frequency);
+        QCOMPARE(axis.indexAt(frequency, size), qsizetype(index));
+    }
+
+    void a_frequency_between_two_points_belongs_to_the_nearer_one()
+    {
+        FrequencyAxis axis;
+        const double step = axis.width() / 100;
+        QCOMPARE(axis.indexAt(70.0 + 0.4 * step, 101), qsizetype(50));
+        QCOMPARE(axis.indexAt(70.0 + 0.6 * step, 101), qsizetype(51));
+    }
+
+    void a_frequency_outside_belongs_to_the_outermost_point()
+    {
+        const FrequencyAxis axis;
+        QCOMPARE(axis.indexAt(1.0, 101), qsizetype(0));
+        QCOMPARE(axis.indexAt(1000.0, 101), qsizetype(100));
+        QCOMPARE(axis.indexAt(70.0, 0), qsizetype(0));
+    }
+
+    void the_scale_spans_the_columns_and_is_exact_in_the_middle()
+    {
+        FrequencyAxis axis;
+        axis.setCentre(2250.3);
+        const Scale scale = axis.scale(45, 604);
+        QVERIFY(std::abs(scale.pixel(2250.3 - axis.width() / 2) - 45.0) < 1e-6);
+        QVERIFY(std::abs(scale.pixel(2250.3 + axis.width() / 2) - 604.0) < 1e-6);
+        QVERIFY(scale.pixel(2250.3) == 324.5);
+    }
+};
+
+QN740_TEST_MAIN(tst_FrequencyAxis)
+#include "tst_FrequencyAxis.moc"

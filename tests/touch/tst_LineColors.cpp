@@ -1,0 +1,89 @@
+#include "support/TestMain.h"
+#include "touch/LineColors.h"
+
+#include <cmath>
+
+namespace {
+
+// Relative luminance and contrast ratio as the Web Content Accessibility Guidelines (WCAG) 2 define
+// them, with the exact break of the sRGB curve (IEC 61966-2-1) instead of the rounded 0.03928.
+double linear(double part)
+{
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor& color)
+{
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+        0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other)
+{
+    const double a = luminance(one);
+    const double b = luminance(other);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+} // namespace
+
+class tst_LineColors : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_contrast_formula_gives_known_ratios()
+    {
+        QCOMPARE(contrast(Qt::white, Qt::black), 21.0);
+        QCOMPARE(contrast(Qt::black, Qt::black), 1.0);
+        // #767676 is the darkest grey that WCAG 2 lets stand on white with 4.5 : 1.
+        QVERIFY(contrast(QColor(0x76, 0x76, 0x76), Qt::white) >= 4.5);
+        QVERIFY(contrast(QColor(0x77, 0x77, 0x77), Qt::white) < 4.5);
+        QVERIFY(contrast(Qt::blue, Qt::black) < 4.5);
+    }
+
+    void each_number_has_its_colour_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::addColumn<QColor>("color");
+        QTest::newRow("red") << 0 << QColor(255, 0, 0);
+        QTest::newRow("green") << 1 << QColor(0, 255, 0);
+        QTest::newRow("blue") << 2 << QColor(0x60, 0x90, 0xff);
+        QTest::newRow("cyan") << 3 << QColor(0, 255, 255);
+        QTest::newRow("magenta") << 4 << QColor(255, 0, 255);
+        QTest::newRow("yellow") << 5 << QColor(255, 255, 0);
+        QTest::newRow("white") << 6 << QColor(255, 255, 255);
+        QTest::newRow("grey") << 7 << QColor(160, 160, 164);
+    }
+
+    void each_number_has_its_colour()
+    {
+        QFETCH(int, number);
+        QTEST(lineColors::color(number), "color");
+    }
+
+    void each_colour_has_enough_contrast_to_black_data() { each_number_has_its_colour_data(); }
+
+    void each_colour_has_enough_contrast_to_black()
+    {
+        QFETCH(int, number);
+        const double ratio = contrast(lineColors::color(number), Qt::black);
+        QVERIFY2(ratio >= 4.5, qPrintable(QString::number(ratio)));
+    }
+
+    void the_light_blue_is_still_blue()
+    {
+        const int pureBlueHue = 240;
+        QVERIFY(std::abs(lineColors::color(2).hue() - pureBlueHue) < 30);
+    }
+
+    void other_numbers_have_no_colour()
+    {
+        for (const int number : {-1, lineColors::Count, 1000, -2147483647 - 1, 2147483647}) {
+            QVERIFY(!lineColors::color(number).isValid());
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_LineColors)
+#include "tst_LineColors.moc"
