@@ -20,10 +20,7 @@ QImage keyPicture(const QString& label, const QSize& size, const keyMarks::Marks
     return button.grab().toImage();
 }
 
-QRect leftCorner(const QSize& /*size*/)
-{
-    return {0, 0, keyMarks::CornerSize, keyMarks::CornerSize};
-}
+constexpr QRect LeftCorner(0, 0, keyMarks::CornerSize, keyMarks::CornerSize);
 
 QRect rightCorner(const QSize& size)
 {
@@ -35,7 +32,7 @@ QRect rightCorner(const QSize& size)
 int rowsOfLetters(QImage image)
 {
     QPainter painter(&image);
-    painter.fillRect(leftCorner(image.size()), Qt::gray);
+    painter.fillRect(LeftCorner, Qt::gray);
     painter.fillRect(rightCorner(image.size()), Qt::gray);
     painter.end();
     int rows = 0;
@@ -257,7 +254,7 @@ private slots:
         const QImage plain = keyPicture(label, size, {});
         QVERIFY(marked != plain);
         QPainter painter(&marked);
-        for (const QRect& corner : {leftCorner(size), rightCorner(size)}) {
+        for (const QRect& corner : {LeftCorner, rightCorner(size)}) {
             painter.drawImage(corner, plain, corner);
         }
         painter.end();
@@ -283,7 +280,7 @@ private slots:
         QFETCH(QSize, size);
         const QImage marked = keyPicture(label, size, BothMarks);
         const QImage empty = keyPicture(QString(), size, BothMarks);
-        for (const QRect& corner : {leftCorner(size), rightCorner(size)}) {
+        for (const QRect& corner : {LeftCorner, rightCorner(size)}) {
             QCOMPARE(marked.copy(corner), empty.copy(corner));
         }
         QVERIFY(marked != empty);
