@@ -265,14 +265,16 @@ private slots:
     {
         QTest::addColumn<QString>("label");
         QTest::addColumn<QSize>("size");
-        const QString two = u"Automatic gain of channel 1"_s;
+        const QString line = u"Bit Sync Lock"_s; // reaches the corners, but not the edges
+        const QString two = line + u'\n' + line;
+        const QString words = u"Automatic gain of channel 1"_s;
         QTest::newRow("two wide lines") << two << QSize(124, 59);
-        QTest::newRow("two wide lines, low key") << two << QSize(124, 40);
-        QTest::newRow("three lines")
-            << u"Automatic gain\nof tuner\nand channel 1"_s << QSize(124, 63);
-        QTest::newRow("one wide line, low key") << u"Diversity mode"_s << QSize(124, 30);
-        QTest::newRow("a label that is cut") << QString(300, 'W') << QSize(124, 59);
-        QTest::newRow("a very small key") << two << QSize(47, 30);
+        QTest::newRow("two wide lines, low key") << two << QSize(124, 46);
+        QTest::newRow("one wide line, low key") << line << QSize(124, 30);
+        QTest::newRow("words that do not fit") << words << QSize(124, 59);
+        QTest::newRow("words that do not fit, low key") << words << QSize(124, 40);
+        QTest::newRow("a label that is cut") << QString(300, u'W') << QSize(124, 59);
+        QTest::newRow("a very small key") << words << QSize(47, 30);
     }
     void no_text_comes_under_a_mark()
     {
@@ -289,7 +291,7 @@ private slots:
     void two_lines_keep_their_size_under_the_marks()
     {
         const QSize size(124, 59);
-        const QString label = u"Automatic gain\nof channel 1 A"_s;
+        const QString label = u"Bit Sync Lock\nBit Sync Lock"_s;
         const int plain = rowsOfLetters(keyPicture(label, size, {}));
         QVERIFY(plain > 20);
         QCOMPARE(rowsOfLetters(keyPicture(label, size, BothMarks)), plain);
