@@ -374,6 +374,18 @@ private slots:
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 9);
     }
 
+    void the_pax_menu_s_span_key_is_dead_until_there_is_a_spectrum()
+    {
+        definePaxMenu();
+        tell("PAX,1");
+        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), "Span");
+        QVERIFY(key != nullptr && !key->isEnabled());
+        clickOn(key);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        tell("ST,1");
+        QVERIFY(key->isEnabled());
+    }
+
     void a_cleared_pax_menu_gives_the_chart_back_first()
     {
         definePaxMenu();
