@@ -96,6 +96,9 @@ void MenuMessages::changeState(const QStringList& fields)
         return;
     }
     const int state = fields.value(2).toInt();
+    if (state < Key::Disabled || state > Key::Hidden) {
+        wire::logIgnored(logMenus(), wire::word::CK, QStringLiteral("no state %1").arg(state));
+    }
     onKeyAndLinked(key, [&](Key& each) {
         each.state = state;
         each.applyState();
@@ -118,6 +121,8 @@ void MenuMessages::lockChoices(const QStringList& fields)
         const int position = item.toInt(&ok);
         if (ok && position >= 0) {
             positions += position;
+        } else {
+            wire::logIgnored(logMenus(), wire::word::EI, QStringLiteral("no position ") + item);
         }
     }
     onKeyAndLinked(key, [&](Key& each) { each.itemIds = positions; });
@@ -131,6 +136,10 @@ void MenuMessages::pressImmediately(const QStringList& fields)
         connect(key, &Key::response_message, &book, &MenuBook::keyboard_response_message);
         connect(key, &Key::pressFinished, key, &QObject::deleteLater);
         key->key_button_pushed();
+    } else if (wire::whyIgnored(wire::word::IK, fields).isEmpty()) {
+        // The table of command words finds nothing wrong with a number like 1e99.
+        wire::logIgnored(
+            logMenus(), wire::word::IK, QStringLiteral("value out of range: ") + fields.value(7));
     }
 }
 

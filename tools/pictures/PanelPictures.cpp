@@ -33,10 +33,16 @@ PanelPictures::PanelPictures(const QString& directory, const QString& menuFile)
 
 PanelPictures::~PanelPictures()
 {
+    stop();
+}
+
+void PanelPictures::stop()
+{
     m_window.reset();
     if (m_unit) {
         m_unit->terminate();
         m_unit->waitForFinished();
+        m_unit.reset();
     }
 }
 
