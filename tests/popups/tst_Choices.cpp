@@ -1,6 +1,9 @@
 #include "popups/Choices.h"
 #include "support/TestMain.h"
 
+#include <QLoggingCategory>
+#include <QRegularExpression>
+
 #include <cmath>
 #include <limits>
 
@@ -47,6 +50,19 @@ private slots:
     void choices_beyond_the_limit_are_left_out()
     {
         QCOMPARE(choices::parse(u"1 a:"_s.repeated(5000)).size(), choices::MaxChoices);
+    }
+
+    void what_is_left_out_is_logged_at_debug_level()
+    {
+        QLoggingCategory::setFilterRules("qn740.popups.debug=true");
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression("list: the choices after 400 are left out: 7$"));
+        choices::parse(QString("1 a:").repeated(407));
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression("list: 17 columns asked for, 16 shown$"));
+        const Grid cut(4, 17);
+        QCOMPARE(cut.columns(), 16);
+        QLoggingCategory::setFilterRules(QString());
     }
 
     void long_texts_are_small_and_broken_data()

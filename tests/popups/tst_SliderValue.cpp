@@ -1,6 +1,9 @@
 #include "popups/SliderValue.h"
 #include "support/TestMain.h"
 
+#include <QLoggingCategory>
+#include <QRegularExpression>
+
 #include <cmath>
 #include <limits>
 
@@ -149,6 +152,15 @@ private slots:
     {
         QFETCH(QString, text);
         QTEST(SliderValue::steps(text), "steps");
+    }
+
+    void steps_that_are_left_out_are_logged_at_debug_level()
+    {
+        QLoggingCategory::setFilterRules("qn740.popups.debug=true");
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression("slider: the steps after 20 are left out$"));
+        SliderValue::steps(QString("1:").repeated(21));
+        QLoggingCategory::setFilterRules(QString());
     }
 
     void more_steps_than_fit_are_left_out()
