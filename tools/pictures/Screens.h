@@ -14,6 +14,8 @@ void takeStart(PanelPictures& panel);
 void takeMenus(PanelPictures& panel);
 /// The main menus, the window of the link mode, and message boxes.
 void takeMainMenus(PanelPictures& panel);
+/// Long status texts, a silent main unit, and one that is gone. The unit is at its end then.
+void takeNotices(PanelPictures& panel);
 /// Every modal editor.
 void takeEditors(PanelPictures& panel);
 /// The scopes page with the signals of the unit.

@@ -21,6 +21,7 @@ void takeDefaultMenus(PanelPictures& panel)
     takeEditors(panel);
     takeScopes(panel);
     takeStart(panel);
+    takeNotices(panel);
 }
 
 } // namespace
