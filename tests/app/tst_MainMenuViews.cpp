@@ -131,7 +131,8 @@ private slots:
         panel.say({"AK,New,k,L,0,C,,0,,0,0,1", "SK,New"});
         clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "New")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
+            QStringLiteral("waitingPage"));
         panel.say({SourceKey, CopyToMain});
         clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
@@ -255,7 +256,8 @@ private slots:
         panel.say({"PAX,0", "PAX,1"}); // the list is empty
         panel.say({"AK,A,k,L,0,C,,0,,0,0,1", "AK,B,k,L,0,C,,0,,0,0,1", "AK,C,k,L,0,C,,0,,0,0,1",
             "AK,D,k,L,0,C,,0,,0,0,1", "SK,D", "PAX,0", "PAX,1"}); // another menu's
-        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "D")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
+            QStringLiteral("waitingPage"));
         panel.say({SourceKey, CopyToPax, "PAX,1"});
         QCOMPARE(panel.window.rooms().navigation->paxListIndex(), 5);
         QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Big")->frame);
