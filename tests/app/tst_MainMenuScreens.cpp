@@ -2,8 +2,8 @@
 // QN740_PICTURES=DIR every screen is left there as a PNG.
 #include "app/Rooms.h"
 #include "support/Panel.h"
-#include "tools/screen/Part.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
@@ -13,6 +13,8 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTextEdit>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -76,7 +78,7 @@ class tst_MainMenuScreens : public QObject
             QVERIFY2(Screen.contains(onScreen(button)), qPrintable(button->text()));
             const bool inStatusBar = onScreen(button).top() >= 430;
             QVERIFY2(button->height() >= touch::MinTarget || inStatusBar,
-                qPrintable(QString("%1 is %2 high").arg(button->text()).arg(button->height())));
+                qPrintable(u"%1 is %2 high"_s.arg(button->text()).arg(button->height())));
             QVERIFY2(
                 onScreen(button->window()).contains(onScreen(button)), qPrintable(button->text()));
             const QString painted = TextButton::fitted(
