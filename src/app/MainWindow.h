@@ -16,10 +16,10 @@ struct Rooms;
 /// The frame of the panel, 800 × 480: the menu area (a stack of pages) and the status bar under it.
 ///
 /// It is the one place where a message of the main unit ends up: every command word has its slot
-/// here, and each slot is one call of the class that carries out the messages of its room. In:
-/// keySerial cuts a message out of the line, process_mess() has the dispatcher look its word up,
-/// the word's slot gets the remaining fields. Out: whoever has a finished message emits it, and it
-/// comes to send_mess(), which widens it for the link mode and writes it.
+/// here, and each slot is one call of the class that carries out the messages of its room. A
+/// message in: keySerial cuts a message out of the line, process_mess() has the dispatcher look its
+/// word up, the word's slot gets the remaining fields. A message out: whoever has one emits it, and
+/// it comes to send_mess(), which widens it for the link mode and writes it.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT

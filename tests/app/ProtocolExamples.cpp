@@ -83,7 +83,8 @@ QStringList namesIn(const QString& text)
     return names;
 }
 
-// Out: one statement, for a row of presses one each; none when the text is not understood.
+// Returns one statement, or one for each press in a row of presses; none when the text is not
+// understood.
 QList<Example::Statement> statementsOf(const QString& text)
 {
     QList<Example::Statement> all;
@@ -115,8 +116,8 @@ QAbstractButton* visibleButton(const QWidget* window, const QString& text)
     return nullptr;
 }
 
-// Out: what the operator's finger would find: in the modal editor, else in a window over the panel,
-// else in the panel.
+// Returns what the operator's finger would find: in the modal editor, else in a window over the
+// panel, else in the panel.
 QAbstractButton* buttonOnTop(const QString& text)
 {
     if (const QWidget* modal = QApplication::activeModalWidget()) {

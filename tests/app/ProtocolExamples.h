@@ -73,8 +73,8 @@ struct Example
     QByteArray messages;
     QList<Statement> statements;
 
-    // In: the text of a document. Out: its examples; each line that is not understood, and each
-    // example without a statement, is a fault, "LINE: reason".
+    // Returns the examples of a document. Each line that is not understood, and each example
+    // without a statement, is a fault, "LINE: reason".
     static QList<Example> read(const QByteArray& document, QStringList& faults);
 };
 
@@ -93,7 +93,8 @@ public:
     // patienceMs: how long each statement is waited for.
     explicit ExampleRun(const Example& example, int patienceMs = LongestWaitMs);
 
-    // Out: empty, or the statement that does not hold, and what is there in its place.
+    // Returns the statement that does not hold, and what is there in its place; empty when all
+    // hold.
     QString failure();
 
 private:

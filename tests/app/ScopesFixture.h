@@ -4,9 +4,9 @@
 #include "app/Rooms.h"
 #include "scopes/ScopesPage.h"
 #include "scopes/Streams.h"
-#include "tools/screen/Part.h"
 #include "support/Pty.h"
 #include "support/Screen.h"
+#include "tools/screen/Part.h"
 
 #include <QPushButton>
 #include <QtTest>

@@ -39,7 +39,7 @@ private slots:
                 u"EI"_s, u"SP"_s, u"IK"_s, u"SF"_s, u"HM"_s, u"ST"_s, u"PM"_s, u"CLEAR"_s}));
     }
 
-    void words_are_matched_letter_for_letter_data()
+    void words_are_matched_by_exactly_their_letters_data()
     {
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("known");
@@ -58,13 +58,13 @@ private slots:
         QTest::newRow("nothing") << "" << false;
     }
 
-    void words_are_matched_letter_for_letter()
+    void words_are_matched_by_exactly_their_letters()
     {
         QFETCH(QString, message);
         QTEST(Dispatcher(slotTable(*m_window)).dispatch(message), "known");
     }
 
-    void the_queries_are_answered_over_the_line_data()
+    void queries_are_answered_over_the_line_data()
     {
         QTest::addColumn<QByteArray>("query");
         QTest::addColumn<QByteArray>("answer");
@@ -73,7 +73,7 @@ private slots:
         QTest::newRow("VER has no command word") << framed("VER") << framed("1.1.6.4");
     }
 
-    void the_queries_are_answered_over_the_line()
+    void queries_are_answered_over_the_line()
     {
         QFETCH(QByteArray, query);
         QFETCH(QByteArray, answer);
@@ -89,7 +89,7 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("1.1.6.4"));
     }
 
-    void short_lists_and_empty_fields_harm_nobody()
+    void short_lists_and_empty_fields_do_no_harm()
     {
         m_pty->takeReceived();
         for (const QString& word : Dispatcher(slotTable(*m_window)).words()) {

@@ -78,7 +78,7 @@ private slots:
         QTest::newRow("trace 1") << QByteArray("LC,2,1") << 1;
         QTest::newRow("trace 2") << QByteArray("LC,2,2") << 2;
         QTest::newRow("trace 3") << QByteArray("LC,2,3") << 3;
-        // of the spectrum alone or of nothing
+        // These name the spectrum alone, or nothing.
         for (const char* none : {"LC,2", "LC,2,0", "LC,2,4", "LC,2,-1", "LC,2,-2147483648",
                  "LC,2,2147483647", "LC,2,x", "LC,x,1", "LC,8,1", "LC,-1,2", "LC"}) {
             QTest::newRow(none) << QByteArray(none) << 0;
@@ -98,7 +98,7 @@ private slots:
         }
     }
 
-    void a_colour_for_a_scope_that_is_not_there_is_none()
+    void a_colour_for_a_scope_that_does_not_exist_changes_nothing()
     {
         for (const int none : {-1, 3, 1000}) {
             m_window->setScopeLineColor(6, none);

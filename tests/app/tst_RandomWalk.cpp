@@ -9,8 +9,8 @@
 #include "menus/MenuMessages.h"
 #include "support/Heap.h"
 #include "support/Panel.h"
-#include "tools/screen/Part.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 #include <QMessageBox>
 #include <QPixmapCache>

@@ -56,7 +56,7 @@ private slots:
     }
 
 private:
-    // A window that finds a re-send line. Out: the line.
+    // Makes a window that finds a re-send line, and returns the line.
     Pty* newWindowWithResendLine()
     {
         m_window.reset();

@@ -6,8 +6,8 @@
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
 #include "support/Panel.h"
-#include "tools/screen/Part.h"
 #include "support/TestMain.h"
+#include "tools/screen/Part.h"
 
 #include <QLabel>
 #include <QMessageBox>

@@ -67,7 +67,7 @@ private slots:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
-        // with no menu left there is nothing to go back to; the next one that comes is shown
+        // With no menu left there is nothing to go back to; the next one that comes is shown.
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
         QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QStringLiteral("Scopes"));
