@@ -95,6 +95,24 @@ private slots:
         QCOMPARE(shown(), u"Waiting for the main unit"_s);
     }
 
+    void back_in_the_menus_the_waiting_page_stands_in_for_a_page_that_is_gone()
+    {
+        m_views->addWaitingPage();
+        m_views->showMenu(m_stack->widget(0));
+        m_views->set(&Views::scopes, m_stack->widget(2));
+        m_views->showNext();
+        QCOMPARE(shown(), QString("c"));
+        delete m_stack->widget(0);
+        m_views->showNext();
+        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(m_views->current(), Views::Menus);
+        m_views->showNext();
+        QCOMPARE(shown(), QString("c"));
+        m_views->returnToMenus(nullptr);
+        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(m_views->current(), Views::Menus);
+    }
+
     void when_another_page_goes_the_menu_stays()
     {
         m_views->addWaitingPage();
@@ -153,7 +171,7 @@ private slots:
         }
     }
 
-    void back_in_the_menus_a_page_that_is_gone_leaves_the_screen_as_it_is()
+    void without_a_waiting_page_a_page_that_is_gone_leaves_the_screen_as_it_is()
     {
         m_views->setCurrent(Views::Spectrum);
         m_views->returnToMenus(nullptr);
