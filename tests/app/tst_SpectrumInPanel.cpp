@@ -380,7 +380,7 @@ private slots:
     {
         definePaxMenu();
         tell("PAX,1");
-        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), "Span");
+        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), u"Span"_s);
         QVERIFY(key != nullptr && !key->isEnabled());
         clickOn(key);
         QVERIFY(QApplication::activeModalWidget() == nullptr);

@@ -78,10 +78,9 @@ private slots:
         QTest::newRow("empty") << "" << false;
         QTest::newRow("short") << "Ready" << false;
         QTest::newRow("menu") << "QN740 Menu - Tuner CH1" << false;
-        QTest::newRow("long") << QString("The receiver is looking for a carrier. ").repeated(3)
-                              << true;
-        QTest::newRow("one word") << QString(500, 'w') << true;
-        QTest::newRow("a million characters") << QString(1'000'000, 'x') << true;
+        QTest::newRow("long") << u"The receiver is looking for a carrier. "_s.repeated(3) << true;
+        QTest::newRow("one word") << QString(500, u'w') << true;
+        QTest::newRow("a million characters") << QString(1'000'000, u'x') << true;
     }
 
     void a_text_that_fits_is_drawn_whole_and_a_longer_one_is_elided()
@@ -90,7 +89,7 @@ private slots:
         QFETCH(bool, elided);
         QMainWindow window;
         auto* bar = barOf(window);
-        bar->takeText({"0", text});
+        bar->takeText({u"0"_s, text});
         QTest::qWait(0);
         QCOMPARE(bar->currentMessage(), text);
         QVERIFY(bar->fontInfo().pixelSize() >= 14);
@@ -106,7 +105,7 @@ private slots:
         }
         // a touch shows what is missing, and nothing when nothing is
         touchText(*bar);
-        auto* box = window.findChild<QMessageBox*>("statusTextBox");
+        auto* box = window.findChild<QMessageBox*>(u"statusTextBox"_s);
         QCOMPARE(box != nullptr, elided);
         if (box != nullptr) {
             QVERIFY(box->isVisible());
@@ -122,15 +121,15 @@ private slots:
     {
         QMainWindow window;
         auto* bar = barOf(window);
-        const QString text = "<b>R & D</b> says: " + QString("look at the antenna. ").repeated(40);
-        bar->takeText({"0", text});
+        const QString text = u"<b>R & D</b> says: "_s + u"look at the antenna. "_s.repeated(40);
+        bar->takeText({u"0"_s, text});
         touchText(*bar);
         touchText(*bar); // one box at a time
-        const auto all = window.findChildren<QMessageBox*>("statusTextBox");
+        const auto all = window.findChildren<QMessageBox*>(u"statusTextBox"_s);
         QCOMPARE(all.size(), 1);
         QCOMPARE(all.first()->textFormat(), Qt::PlainText);
-        const auto* label = all.first()->findChild<QLabel*>("qt_msgbox_label");
-        const auto* view = all.first()->findChild<QTextEdit*>("longText");
+        const auto* label = all.first()->findChild<QLabel*>(u"qt_msgbox_label"_s);
+        const auto* view = all.first()->findChild<QTextEdit*>(u"longText"_s);
         QVERIFY(label->isVisible() || view != nullptr);
         if (view != nullptr) {
             QCOMPARE(view->toPlainText(), text);
@@ -144,13 +143,13 @@ private slots:
     {
         QMainWindow window;
         auto* bar = barOf(window);
-        bar->takeText({"0", QString(300, 'w')});
+        bar->takeText({u"0"_s, QString(300, u'w')});
         const QPoint onText = bar->mapTo(&window, QPoint(60, 25));
         const QPoint onPage(60, 100);
         for (const auto& way : {std::pair(onText, onPage), std::pair(onPage, onText)}) {
             QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, way.first);
             QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, way.second);
-            QVERIFY(window.findChild<QMessageBox*>("statusTextBox") == nullptr);
+            QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) == nullptr);
         }
     }
 
@@ -159,16 +158,16 @@ private slots:
         QMainWindow window;
         auto* bar = barOf(window);
         auto* notice = part<QLabel>(window, "noticeLabel");
-        const QString text = "QN740 Menu - Tuner CH1, all of it";
-        bar->takeText({"0", text});
+        const QString text = u"QN740 Menu - Tuner CH1, all of it"_s;
+        bar->takeText({u"0"_s, text});
         touchText(*bar);
-        QVERIFY(window.findChild<QMessageBox*>("statusTextBox") == nullptr);
+        QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) == nullptr);
         bar->setLinkState(LinkState::Closed);
         QVERIFY(notice->isVisible());
         QVERIFY(bar->rect().contains(notice->geometry()));
         touchText(*bar, notice->geometry().right() + 20);
-        QVERIFY(window.findChild<QMessageBox*>("statusTextBox") != nullptr);
-        delete window.findChild<QMessageBox*>("statusTextBox");
+        QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) != nullptr);
+        delete window.findChild<QMessageBox*>(u"statusTextBox"_s);
         bar->hide();
         QCOMPARE(notice->parentWidget(), &window);
         QVERIFY(notice->isVisible());
@@ -177,7 +176,7 @@ private slots:
         bar->setLinkState(LinkState::Alive);
         QVERIFY(!notice->isVisible());
         touchText(*bar);
-        QVERIFY(window.findChild<QMessageBox*>("statusTextBox") == nullptr);
+        QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) == nullptr);
     }
 
 private:

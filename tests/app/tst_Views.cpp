@@ -101,15 +101,15 @@ private slots:
         m_views->showMenu(m_stack->widget(0));
         m_views->set(&Views::scopes, m_stack->widget(2));
         m_views->showNext();
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
         delete m_stack->widget(0);
         m_views->showNext();
-        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(shown(), u"Waiting for the main unit"_s);
         QCOMPARE(m_views->current(), Views::Menus);
         m_views->showNext();
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
         m_views->returnToMenus(nullptr);
-        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(shown(), u"Waiting for the main unit"_s);
         QCOMPARE(m_views->current(), Views::Menus);
     }
 

@@ -77,13 +77,13 @@ private slots:
     void an_absent_device_is_a_warning_where_it_is_a_fault()
     {
         SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyX was not opened: ."));
-        QVERIFY(!line.open("ttyX", 115200));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyX was not opened: ."_s));
+        QVERIFY(!line.open(u"ttyX"_s, 115200));
     }
 
     void an_absent_device_is_not_opened()
     {
-        QTest::failOnWarning(QRegularExpression("."));
+        QTest::failOnWarning(QRegularExpression(u"."_s));
         SerialLine line(&logLink);
         QVERIFY(!line.open(u"ttyX"_s, 115200));
         QVERIFY(!line.isOpen());
