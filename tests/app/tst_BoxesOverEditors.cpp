@@ -9,6 +9,8 @@
 #include <QMessageBox>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<QMessageBox*> boxes()
@@ -62,7 +64,7 @@ private slots:
             done = true;
             editor->close();
         });
-        clickOn(buttonWithText(&m_panel->window, "Setting"));
+        clickOn(buttonWithText(&m_panel->window, u"Setting"_s));
         QVERIFY(done);
         QCOMPARE(m_panel->heard(), QByteArray());
     }
@@ -82,17 +84,17 @@ private slots:
         whenModal([&](QWidget* pad) {
             whenModal([&](QWidget* error) {
                 closeOne();
-                popUps::press(error, "OK");
+                popUps::press(error, u"OK"_s);
             });
             for (const char* key : {"9", "9", "9", "Enter"}) {
-                popUps::press(pad, key);
+                popUps::press(pad, QString::fromUtf8(key));
             }
             QCOMPARE(QApplication::activeModalWidget(), pad);
             closeOne();
             done = true;
             pad->close();
         });
-        clickOn(buttonWithText(&m_panel->window, "Setting"));
+        clickOn(buttonWithText(&m_panel->window, u"Setting"_s));
         QVERIFY(done);
         closeOne();
         QCOMPARE(boxes().size(), 0);
@@ -115,7 +117,7 @@ private slots:
             QTRY_COMPARE(boxes().size(), 0);
             pad->close();
         });
-        clickOn(buttonWithText(&m_panel->window, "Setting"));
+        clickOn(buttonWithText(&m_panel->window, u"Setting"_s));
         QVERIFY(done);
     }
 
@@ -124,11 +126,11 @@ private slots:
         m_panel->say({"AK,Test,k,Setting,1,CMD ,0 100,0,,7,0,1", "AK,Test,b,Blocked,5,B:,,0,,0,0,1",
             "SK,Test", "DB,A,1"});
         whenModal([&](QWidget* pad) {
-            clickOn(buttonWithText(&m_panel->window, "Blocked"));
-            popUps::press(pad, "5");
-            popUps::press(pad, "Enter");
+            clickOn(buttonWithText(&m_panel->window, u"Blocked"_s));
+            popUps::press(pad, u"5"_s);
+            popUps::press(pad, u"Enter"_s);
         });
-        clickOn(buttonWithText(&m_panel->window, "Setting"));
+        clickOn(buttonWithText(&m_panel->window, u"Setting"_s));
         QCOMPARE(m_panel->heard(), framed("CMD 5.000000"));
         QCOMPARE(boxes().size(), 1);
     }

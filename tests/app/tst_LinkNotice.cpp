@@ -9,11 +9,13 @@
 #include <QRegularExpression>
 #include <QStatusBar>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = 20000;
-const QString Lost("No connection to the main unit");
-const QString Silent("The main unit is silent");
+const QString Lost = u"No connection to the main unit"_s;
+const QString Silent = u"The main unit is silent"_s;
 
 } // namespace
 
@@ -32,7 +34,7 @@ class tst_LinkNotice : public QObject
 
     static void lose(Panel& panel)
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost: "));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost: "_s));
         panel.unit.close();
         QTRY_COMPARE(panel.window.rooms().link->health(), LinkState::Closed);
     }
@@ -59,15 +61,15 @@ private slots:
     void a_line_that_is_missing_is_told_from_the_start()
     {
         DeviceDirectory devices;
-        QTest::failOnWarning(QRegularExpression("ttyO1"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was not opened: "));
+        QTest::failOnWarning(QRegularExpression(u"ttyO1"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was not opened: "_s));
         MainWindow window;
         window.show();
         const auto* label = part<QLabel>(window, "noticeLabel");
         QCOMPARE(label->text(), Lost);
         QVERIFY(label->isVisible());
         QCOMPARE(label->window(), &window);
-        devices.add("ttyO1"); // the process does not open it again
+        devices.add(u"ttyO1"_s); // the process does not open it again
         QTest::qWait(2500);
         QCOMPARE(label->text(), Lost);
     }
@@ -80,8 +82,8 @@ private slots:
         QCOMPARE(notice(panel)->text(), Lost);
         QVERIFY(notice(panel)->isVisible());
         QVERIFY(panel.window.statusBar()->isAncestorOf(notice(panel)));
-        QCOMPARE(panel.window.statusBar()->currentMessage(), QString("Ready"));
-        panel.devices.add("ttyO1");
+        QCOMPARE(panel.window.statusBar()->currentMessage(), u"Ready"_s);
+        panel.devices.add(u"ttyO1"_s);
         QTest::qWait(2500);
         QCOMPARE(notice(panel)->text(), Lost);
     }
@@ -141,7 +143,8 @@ private slots:
         panel.say({"Slave,2", "SB,0,A text of the main unit that is far too long for its place"});
         QTest::qWait(0);
         QList<QRect> before;
-        const QStringList parts{"statusLabel", "linkButton", "mainMenuButton", "scopesButton"};
+        const QStringList parts{
+            u"statusLabel"_s, u"linkButton"_s, u"mainMenuButton"_s, u"scopesButton"_s};
         for (const QString& name : parts) {
             const auto* widget = panel.window.findChild<QWidget*>(name);
             before += QRect(widget->mapTo(&panel.window, QPoint()), widget->size());

@@ -1,6 +1,8 @@
 #include "app/NoticeLabel.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_NoticeLabel : public QObject
 {
     Q_OBJECT
@@ -23,7 +25,7 @@ private slots:
         window.show();
         NoticeLabel label(&window);
         QVERIFY(label.isHidden());
-        QCOMPARE(label.objectName(), QString("noticeLabel"));
+        QCOMPARE(label.objectName(), u"noticeLabel"_s);
         label.setState(LinkState::Closed);
         label.setState(state);
         QCOMPARE(label.text(), text);

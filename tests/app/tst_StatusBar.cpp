@@ -10,6 +10,8 @@
 #include <QSignalSpy>
 #include <QTextEdit>
 
+using namespace Qt::StringLiterals;
+
 class tst_StatusBar : public QObject
 {
     Q_OBJECT
@@ -19,13 +21,13 @@ private slots:
     {
         StatusBar bar;
         const auto* button = part<QPushButton>(bar, "scopesButton");
-        QCOMPARE(button->text(), QString("Scopes"));
+        QCOMPARE(button->text(), u"Scopes"_s);
         bar.setNextView(Views::Scopes, Views::Spectrum);
-        QCOMPARE(button->text(), QString("Spectrum"));
+        QCOMPARE(button->text(), u"Spectrum"_s);
         bar.setNextView(Views::Spectrum, Views::Menus);
-        QCOMPARE(button->text(), QString("Menu"));
+        QCOMPARE(button->text(), u"Menu"_s);
         bar.setNextView(Views::Menus, Views::Scopes);
-        QCOMPARE(button->text(), QString("Scopes"));
+        QCOMPARE(button->text(), u"Scopes"_s);
     }
 
     void each_button_is_reported_by_its_own_signal()
@@ -53,19 +55,19 @@ private slots:
     void texts_are_shown()
     {
         StatusBar bar;
-        QCOMPARE(bar.currentMessage(), QString("TORVA QN740 - Start Up"));
-        for (const QStringList& ignored : {QStringList(), QStringList{"x", "Text"},
-                 QStringList{"", "Text"}, QStringList{"1.5", "Text"}}) {
+        QCOMPARE(bar.currentMessage(), u"TORVA QN740 - Start Up"_s);
+        for (const QStringList& ignored : {QStringList(), QStringList{u"x"_s, u"Text"_s},
+                 QStringList{u""_s, u"Text"_s}, QStringList{u"1.5"_s, u"Text"_s}}) {
             bar.takeText(ignored);
-            QCOMPARE(bar.currentMessage(), QString("TORVA QN740 - Start Up"));
+            QCOMPARE(bar.currentMessage(), u"TORVA QN740 - Start Up"_s);
         }
-        bar.takeText({"0", "Ready"});
-        QCOMPARE(bar.currentMessage(), QString("Ready"));
-        bar.showMenuName("Tuner");
-        QCOMPARE(bar.currentMessage(), QString("QN740 Menu - Tuner"));
-        bar.setLinkMode("Diversity Mode");
-        QCOMPARE(part<QLabel>(bar, "statusLabel")->text(), QString("Diversity Mode"));
-        bar.takeText({"50", "Soon gone"});
+        bar.takeText({u"0"_s, u"Ready"_s});
+        QCOMPARE(bar.currentMessage(), u"Ready"_s);
+        bar.showMenuName(u"Tuner"_s);
+        QCOMPARE(bar.currentMessage(), u"QN740 Menu - Tuner"_s);
+        bar.setLinkMode(u"Diversity Mode"_s);
+        QCOMPARE(part<QLabel>(bar, "statusLabel")->text(), u"Diversity Mode"_s);
+        bar.takeText({u"50"_s, u"Soon gone"_s});
         QTRY_COMPARE(bar.currentMessage(), QString());
     }
 
@@ -76,10 +78,9 @@ private slots:
         QTest::newRow("empty") << "" << false;
         QTest::newRow("short") << "Ready" << false;
         QTest::newRow("menu") << "QN740 Menu - Tuner CH1" << false;
-        QTest::newRow("long") << QString("The receiver is looking for a carrier. ").repeated(3)
-                              << true;
-        QTest::newRow("one word") << QString(500, 'w') << true;
-        QTest::newRow("a million characters") << QString(1'000'000, 'x') << true;
+        QTest::newRow("long") << u"The receiver is looking for a carrier. "_s.repeated(3) << true;
+        QTest::newRow("one word") << QString(500, u'w') << true;
+        QTest::newRow("a million characters") << QString(1'000'000, u'x') << true;
     }
 
     void a_text_that_fits_is_drawn_whole_and_a_longer_one_is_elided()
@@ -88,7 +89,7 @@ private slots:
         QFETCH(bool, elided);
         QMainWindow window;
         auto* bar = barOf(window);
-        bar->takeText({"0", text});
+        bar->takeText({u"0"_s, text});
         QTest::qWait(0);
         QCOMPARE(bar->currentMessage(), text);
         QVERIFY(bar->fontInfo().pixelSize() >= 14);
@@ -104,7 +105,7 @@ private slots:
         }
         // a touch shows what is missing, and nothing when nothing is
         touchText(*bar);
-        auto* box = window.findChild<QMessageBox*>("statusTextBox");
+        auto* box = window.findChild<QMessageBox*>(u"statusTextBox"_s);
         QCOMPARE(box != nullptr, elided);
         if (box != nullptr) {
             QVERIFY(box->isVisible());
@@ -120,15 +121,15 @@ private slots:
     {
         QMainWindow window;
         auto* bar = barOf(window);
-        const QString text = "<b>R & D</b> says: " + QString("look at the antenna. ").repeated(40);
-        bar->takeText({"0", text});
+        const QString text = u"<b>R & D</b> says: "_s + u"look at the antenna. "_s.repeated(40);
+        bar->takeText({u"0"_s, text});
         touchText(*bar);
         touchText(*bar); // one box at a time
-        const auto all = window.findChildren<QMessageBox*>("statusTextBox");
+        const auto all = window.findChildren<QMessageBox*>(u"statusTextBox"_s);
         QCOMPARE(all.size(), 1);
         QCOMPARE(all.first()->textFormat(), Qt::PlainText);
-        const auto* label = all.first()->findChild<QLabel*>("qt_msgbox_label");
-        const auto* view = all.first()->findChild<QTextEdit*>("longText");
+        const auto* label = all.first()->findChild<QLabel*>(u"qt_msgbox_label"_s);
+        const auto* view = all.first()->findChild<QTextEdit*>(u"longText"_s);
         QVERIFY(label->isVisible() || view != nullptr);
         if (view != nullptr) {
             QCOMPARE(view->toPlainText(), text);
@@ -142,13 +143,13 @@ private slots:
     {
         QMainWindow window;
         auto* bar = barOf(window);
-        bar->takeText({"0", QString(300, 'w')});
+        bar->takeText({u"0"_s, QString(300, u'w')});
         const QPoint onText = bar->mapTo(&window, QPoint(60, 25));
         const QPoint onPage(60, 100);
         for (const auto& way : {std::pair(onText, onPage), std::pair(onPage, onText)}) {
             QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, way.first);
             QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, way.second);
-            QVERIFY(window.findChild<QMessageBox*>("statusTextBox") == nullptr);
+            QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) == nullptr);
         }
     }
 
@@ -157,16 +158,16 @@ private slots:
         QMainWindow window;
         auto* bar = barOf(window);
         auto* notice = part<QLabel>(window, "noticeLabel");
-        const QString text = "QN740 Menu - Tuner CH1, all of it";
-        bar->takeText({"0", text});
+        const QString text = u"QN740 Menu - Tuner CH1, all of it"_s;
+        bar->takeText({u"0"_s, text});
         touchText(*bar);
-        QVERIFY(window.findChild<QMessageBox*>("statusTextBox") == nullptr);
+        QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) == nullptr);
         bar->setLinkState(LinkState::Closed);
         QVERIFY(notice->isVisible());
         QVERIFY(bar->rect().contains(notice->geometry()));
         touchText(*bar, notice->geometry().right() + 20);
-        QVERIFY(window.findChild<QMessageBox*>("statusTextBox") != nullptr);
-        delete window.findChild<QMessageBox*>("statusTextBox");
+        QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) != nullptr);
+        delete window.findChild<QMessageBox*>(u"statusTextBox"_s);
         bar->hide();
         QCOMPARE(notice->parentWidget(), &window);
         QVERIFY(notice->isVisible());
@@ -175,7 +176,7 @@ private slots:
         bar->setLinkState(LinkState::Alive);
         QVERIFY(!notice->isVisible());
         touchText(*bar);
-        QVERIFY(window.findChild<QMessageBox*>("statusTextBox") == nullptr);
+        QVERIFY(window.findChild<QMessageBox*>(u"statusTextBox"_s) == nullptr);
     }
 
 private:

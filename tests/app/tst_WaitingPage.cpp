@@ -11,6 +11,8 @@
 
 #include <QStatusBar>
 
+using namespace Qt::StringLiterals;
+
 class tst_WaitingPage : public QObject
 {
     Q_OBJECT
@@ -63,10 +65,10 @@ private slots:
             clickOn(button(panel, "scopesButton"));
         }
         QVERIFY(isWaiting(panel));
-        QCOMPARE(button(panel, "scopesButton")->text(), QString("Scopes"));
+        QCOMPARE(button(panel, "scopesButton")->text(), u"Scopes"_s);
         clickOn(button(panel, "scopesButton"));
         QCOMPARE(shown(panel), panel.window.rooms().scopes);
-        QCOMPARE(button(panel, "scopesButton")->text(), QString("Spectrum"));
+        QCOMPARE(button(panel, "scopesButton")->text(), u"Spectrum"_s);
     }
 
     void main_menu_leads_from_a_display_to_it_when_it_is_gone_data() { addDisplays(); }
@@ -80,10 +82,10 @@ private slots:
         QCOMPARE(panel.heard(), framed("Main"));
         QVERIFY(isWaiting(panel));
         QVERIFY(!panel.window.displayActive());
-        QCOMPARE(button(panel, "scopesButton")->text(), QString("Scopes"));
+        QCOMPARE(button(panel, "scopesButton")->text(), u"Scopes"_s);
         // and the next menu that the unit chooses is shown
         panel.say({"AK,New,k,Key,5,K:,,0,,0,0,1", "SK,New"});
-        QCOMPARE(shown(panel), panel.window.rooms().menus->book.find("New")->frame);
+        QCOMPARE(shown(panel), panel.window.rooms().menus->book.find(u"New"_s)->frame);
     }
 
     void main_menu_leads_from_another_menu_to_it_when_it_is_gone()
@@ -98,7 +100,7 @@ private slots:
         clickOn(button(panel, "scopesButton"));
         clickOn(button(panel, "scopesButton"));
         clickOn(button(panel, "scopesButton"));
-        QCOMPARE(shown(panel), panel.window.rooms().menus->book.find("New")->frame);
+        QCOMPARE(shown(panel), panel.window.rooms().menus->book.find(u"New"_s)->frame);
     }
 
     void PAX_shows_it_without_the_status_bar_when_its_page_is_gone_data()
@@ -119,10 +121,10 @@ private slots:
         QVERIFY(!panel.window.displayActive());
         // the unit leads out: by new menus, and by the end of the PAX menu
         panel.say({"AK,New,k,Key,5,K:,,0,,0,0,1", "SK,New"});
-        QCOMPARE(shown(panel), panel.window.rooms().menus->book.find("New")->frame);
+        QCOMPARE(shown(panel), panel.window.rooms().menus->book.find(u"New"_s)->frame);
         panel.say({"PAX,0"});
         QVERIFY(panel.window.statusBar()->isVisible());
-        QCOMPARE(button(panel, "scopesButton")->text(), QString("Scopes"));
+        QCOMPARE(button(panel, "scopesButton")->text(), u"Scopes"_s);
     }
 
     void it_stays_when_PAX_ends_until_there_is_a_menu()
@@ -132,7 +134,7 @@ private slots:
         panel.say({"CLEAR", "PAX,1", "PAX,0"});
         QVERIFY(isWaiting(panel));
         QVERIFY(panel.window.statusBar()->isVisible());
-        QCOMPARE(button(panel, "scopesButton")->text(), QString("Scopes"));
+        QCOMPARE(button(panel, "scopesButton")->text(), u"Scopes"_s);
     }
 
     void PAX_without_a_PAX_menu_ever_does_nothing_data() { addDisplays(); }

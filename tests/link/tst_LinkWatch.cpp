@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int IntervalMs = 150;
@@ -23,11 +25,11 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_unit = &m_devices->add("ttyO1");
+        m_unit = &m_devices->add(u"ttyO1"_s);
         m_serial = std::make_unique<keySerial>();
         m_watch = std::make_unique<LinkWatch>(*m_serial);
         connect(m_serial.get(), &keySerial::valid_mess_in, m_watch.get(), [this](const QString& m) {
-            if (m.contains("PING")) {
+            if (m.contains(u"PING"_s)) {
                 m_watch->notePing();
             }
         });
@@ -46,18 +48,18 @@ private slots:
     void a_line_that_was_never_opened_is_closed()
     {
         QCOMPARE(m_watch->state(), LinkState::Closed);
-        m_devices->remove("ttyO1");
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was not opened: "));
-        QVERIFY(!m_serial->open_serial("ttyO1"));
+        m_devices->remove(u"ttyO1"_s);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was not opened: "_s));
+        QVERIFY(!m_serial->open_serial(u"ttyO1"_s));
         QCOMPARE(m_watch->state(), LinkState::Closed);
         QVERIFY(m_states.isEmpty());
     }
 
     void an_open_line_is_alive_until_it_is_lost()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QCOMPARE(m_watch->state(), LinkState::Alive);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost: "));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost: "_s));
         m_unit->close();
         QTRY_COMPARE(m_watch->state(), LinkState::Closed);
         QCOMPARE(m_states, (QList<LinkState>{LinkState::Alive, LinkState::Closed}));
@@ -74,7 +76,7 @@ private slots:
     void a_unit_that_pings_and_stops_is_silent_until_anything_arrives()
     {
         QFETCH(QByteArray, sign);
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         ping(4);
         QElapsedTimer since;
         since.start();
@@ -84,14 +86,14 @@ private slots:
         QTRY_COMPARE(m_watch->state(), LinkState::Alive);
         // and again, because it is still expected to go on
         QTRY_COMPARE_WITH_TIMEOUT(m_watch->state(), LinkState::Silent, LongMs);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost: "));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost: "_s));
         m_unit->close();
         QTRY_COMPARE(m_watch->state(), LinkState::Closed);
     }
 
     void a_unit_that_never_pings_is_not_called_silent()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         for (int i = 0; i < 4; ++i) {
             QVERIFY(m_unit->write(framed("SB,0,Hello")));
             QTest::qWait(IntervalMs);
@@ -106,7 +108,7 @@ private slots:
             const QTimer* timer = m_watch->findChild<QTimer*>();
             return timer != nullptr && timer->isActive();
         };
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         ping(2);
         QVERIFY(m_unit->write(framed("SB,0,Hello")));
         QTest::qWait(IntervalMs);
@@ -120,11 +122,11 @@ private slots:
     // an editor that the unit has asked for keeps the line waiting, not the unit
     void what_waits_in_the_port_is_a_sign_of_life()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         ping(4);
         bool done = false;
         connect(m_serial.get(), &keySerial::valid_mess_in, this, [&](const QString& message) {
-            if (!message.contains("IK") || done) {
+            if (!message.contains(u"IK"_s) || done) {
                 return;
             }
             done = true;
