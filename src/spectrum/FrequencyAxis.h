@@ -39,8 +39,8 @@ public:
     /// NaN.
     bool covers(double offset) const;
 
-    /// \return the frequency in MHz of point \a index of a spectrum of \a size points: they are
-    /// spread evenly from one end of the axis to the other, a single one lies in the middle.
+    /// \return the frequency in MHz of point \a index of a spectrum of \a size points. The points
+    /// are \a size bins that share the width: centre + (index - size / 2) * width / size.
     double frequencyAt(qsizetype index, qsizetype size) const;
 
     /// \return the index of the point nearest to \a frequency MHz in a spectrum of \a size points,

@@ -91,11 +91,15 @@ void SpectrumMessages::start(const QStringList& fields)
         }
         return;
     }
+    const bool again = m_card != nullptr;
     setUp();
     // Quirk: the second demodulator's text is sent twice and the third's never, and none of them
     // has frame characters; main units rely on it. See "Quirks" in docs/architecture.md.
     for (const int demodulator : {1, 2, 2}) {
         emit unframedResponse(card::demodulatorSpectrumOn(demodulator));
+    }
+    if (again) {
+        m_card->tellDemodulatorsAgain(); // A main unit that was restarted has forgotten them.
     }
     emit started();
 }

@@ -211,6 +211,16 @@ private slots:
         row("CV,Nowhere,k,1,1", "qn740.menus CV: no menu Nowhere");
         row("CK,Loading,k,1", "qn740.menus CK: no key k");
         row("EI,Loading,k,1", "qn740.menus EI: no key k");
+        row("CM", "qn740.menus CM: 0 fields, needs 1");
+        row("CM,", "qn740.menus CM: the main menu must be a name, not \"\"");
+        row("MS", "qn740.menus MS: 0 fields, needs 1");
+        row("MS,,Loading,k", "qn740.menus MS: the main menu must be a name, not \"\"");
+        row("MS,PAX", ""); // makes the menu
+        row("MS,PAX,Loading", "qn740.menus MS: 2 fields, needs 3");
+        row("MS,PAX,Nowhere,k", "qn740.menus MS: no menu Nowhere");
+        row("CM,Main,Loading,k", "qn740.menus CM: no key k");
+        row("EI,Loading,k", "qn740.menus EI: 2 fields, needs 3");
+        row("IK,L,x,C,,0,", "qn740.menus IK: the key type must be a whole number, not \"x\"");
         row("PAX,2", "qn740.menus PAX: neither 0 nor 1");
         row("PAX,1", "qn740.menus PAX: no PAX main menu");
         row("Slave,7", "qn740.link Slave: no link mode 7");

@@ -83,11 +83,26 @@ private slots:
         SpectralCard* card = m_window->rooms().spectrum->card();
         tell("ST,1");
         QCOMPARE(m_window->rooms().spectrum->card(), card);
-        QTRY_COMPARE(m_unit->received().size(), 6 * 9);
+        const QByteArray spectrumOn = "D1:SPEN:1D2:SPEN:1D2:SPEN:1";
+        const QByteArray spans = framed("D1:NFFT:12") + framed("D2:NFFT:12") + framed("D3:NFFT:12");
+        QTRY_COMPARE(m_unit->received(), spectrumOn + spectrumOn + spans);
         m_unit->takeReceived();
         card->SetSpan(1, 9);
         QTRY_COMPARE(m_unit->received(), framed("D2:NFFT:10"));
         QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190CNFT190000"});
+    }
+
+    void st_of_a_restarted_main_unit_tells_the_spans_chosen_before()
+    {
+        tell("ST,1");
+        m_window->rooms().spectrum->card()->SetSpan(1, 4);
+        m_window->rooms().spectrum->card()->SetSpan(2, 9);
+        QTRY_VERIFY(m_unit->received().endsWith(framed("D3:NFFT:10")));
+        m_unit->takeReceived();
+        tell("ST,1");
+        QTRY_COMPARE(m_unit->received(),
+            "D1:SPEN:1D2:SPEN:1D2:SPEN:1" + framed("D1:NFFT:12") + framed("D2:NFFT:11") +
+                framed("D3:NFFT:10"));
     }
 
     void demodulator_commands_are_widened_as_all_are_but_spans_are_local()
@@ -357,6 +372,18 @@ private slots:
         whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "40 MHz")); });
         clickOn(key);
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 9);
+    }
+
+    void the_pax_menu_s_span_key_is_dead_until_there_is_a_spectrum()
+    {
+        definePaxMenu();
+        tell("PAX,1");
+        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), "Span");
+        QVERIFY(key != nullptr && !key->isEnabled());
+        clickOn(key);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        tell("ST,1");
+        QVERIFY(key->isEnabled());
     }
 
     void a_cleared_pax_menu_gives_the_chart_back_first()

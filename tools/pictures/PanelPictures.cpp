@@ -34,6 +34,11 @@ PanelPictures::PanelPictures(const QString& directory, const QString& menuFile)
 
 PanelPictures::~PanelPictures()
 {
+    stop();
+}
+
+void PanelPictures::stop()
+{
     m_window.reset();
     stopUnit();
 }
@@ -43,6 +48,7 @@ void PanelPictures::stopUnit()
     if (m_unit) {
         m_unit->terminate();
         m_unit->waitForFinished();
+        m_unit.reset();
     }
 }
 

@@ -34,6 +34,9 @@ public:
     /// \return false when they did not come
     bool start();
 
+    /// Ends the panel and the unit.
+    void stop();
+
     /// Writes the screen as it is now to DIRECTORY/NAME.png.
     void take(const QString& name);
 
