@@ -233,6 +233,7 @@ private:
         const auto* notice = part<QLabel>(*m_window, "noticeLabel");
         bool ok = notice->text() == noticeText && notice->isVisible() == !noticeText.isEmpty();
         const Rooms& rooms = m_window->rooms();
+        ok = ok && rooms.scopes->magPhasePlot()->isDimmed() == notice->isVisible();
         if (rooms.views->current() == Views::Scopes) {
             for (int demodulator = 1; demodulator <= 3; ++demodulator) {
                 ok = ok && rooms.scopes->scope(demodulator)->stale() == scopesStale;
