@@ -53,7 +53,7 @@ QVector<Part> stillParts(const QString& name)
             {"spectrum's frequencies", {410, 378, 390, 18}}};
     }
     if (name == u"connection-lost-pax.png"_s) {
-        return {{"keys", {0, 0, 400, 480}}, {"notice", {263, 450, 273, 30}}};
+        return {{"keys", {0, 0, 400, 480}}, {"notice", {263, 458, 273, 22}}};
     }
     if (!name.startsWith(u"scopes-"_s)) {
         return {};
