@@ -46,6 +46,78 @@ private slots:
         QVERIFY(wire::findCommand(wire::fromPanel(), "PING") == nullptr);
     }
 
+    void a_message_has_enough_fields_or_is_ignored_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<int>("needed");
+        QTest::newRow("a key") << "AK" << 11;
+        QTest::newRow("a key to press at once") << "IK" << 6;
+        QTest::newRow("locked choices") << "EI" << 3;
+        QTest::newRow("a query without fields") << "PING" << 0;
+    }
+
+    void a_message_has_enough_fields_or_is_ignored()
+    {
+        QFETCH(QString, word);
+        QFETCH(int, needed);
+        const QByteArray letters = word.toLatin1();
+        const QLatin1String command(letters);
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed, "1")));
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed + 1, "1")));
+        if (needed > 0) {
+            QVERIFY(!wire::hasEnoughFields(command, QStringList(needed - 1, "1")));
+        }
+    }
+
+    void an_unknown_word_never_has_enough_fields()
+    {
+        QVERIFY(!wire::hasEnoughFields(wire::word::Pong, {}));
+        QVERIFY(!wire::hasEnoughFields(QLatin1String("Foo"), QStringList(100, "1")));
+    }
+
+    void a_command_of_the_panel_is_told_from_what_a_key_sends_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("word"); // empty: a key's
+        QTest::newRow("PONG") << "PONG"
+                              << "PONG";
+        QTest::newRow("Main") << "Main"
+                              << "Main";
+        QTest::newRow("link mode") << "Slave,2"
+                                   << "Slave";
+        QTest::newRow("negative link mode") << "Slave,-3"
+                                            << "Slave";
+        QTest::newRow("link mode without a number") << "Slave,x"
+                                                    << "";
+        QTest::newRow("link mode without a field") << "Slave"
+                                                   << "";
+        QTest::newRow("link mode with a field too many") << "Slave,1,2"
+                                                         << "";
+        QTest::newRow("PONG with a field") << "PONG,1"
+                                           << "";
+        QTest::newRow("other case") << "pong"
+                                    << "";
+        QTest::newRow("word of the main unit") << "PING"
+                                               << "";
+        QTest::newRow("key") << "R1:AGC:1"
+                             << "";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void a_command_of_the_panel_is_told_from_what_a_key_sends()
+    {
+        QFETCH(QString, body);
+        QFETCH(QString, word);
+        const wire::Command* command = wire::commandFromPanel(body.split(','));
+        QCOMPARE(command != nullptr ? QString(command->word) : QString(), word);
+    }
+
+    void no_fields_at_all_are_no_command_of_the_panel()
+    {
+        QVERIFY(wire::commandFromPanel({}) == nullptr);
+    }
+
     void fields_are_described_up_to_the_last_known_one()
     {
         const wire::Command* shows = wire::findCommand(wire::toPanel(), "SK");
