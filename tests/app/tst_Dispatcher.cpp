@@ -11,6 +11,8 @@
 #include "support/TestMain.h"
 #include "wire/Commands.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_Dispatcher : public QObject
 {
     Q_OBJECT
@@ -19,7 +21,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyO1");
+        m_pty = &m_devices->add(u"ttyO1"_s);
         m_window = std::make_unique<MainWindow>();
     }
 
@@ -32,9 +34,9 @@ private slots:
     void the_table_has_all_words_in_their_order()
     {
         QCOMPARE(Dispatcher(slotTable(*m_window)).words(),
-            (QStringList{"AK", "SK", "CK", "CV", "CM", "SB", "DB", "PING", "Slave", "SQ", "SM",
-                "VER", "SH", "MS", "PAX", "LC", "EI", "SP", "IK", "SF", "HM", "ST", "PM",
-                "CLEAR"}));
+            (QStringList{u"AK"_s, u"SK"_s, u"CK"_s, u"CV"_s, u"CM"_s, u"SB"_s, u"DB"_s, u"PING"_s,
+                u"Slave"_s, u"SQ"_s, u"SM"_s, u"VER"_s, u"SH"_s, u"MS"_s, u"PAX"_s, u"LC"_s,
+                u"EI"_s, u"SP"_s, u"IK"_s, u"SF"_s, u"HM"_s, u"ST"_s, u"PM"_s, u"CLEAR"_s}));
     }
 
     void words_are_matched_by_exactly_their_letters_data()
@@ -93,7 +95,7 @@ private slots:
         for (const QString& word : Dispatcher(slotTable(*m_window)).words()) {
             for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
                 // these open editors and boxes, or answer by themselves
-                if (word != "IK" && word != "DB" && word != "Slave") {
+                if (word != u"IK"_s && word != u"DB"_s && word != u"Slave"_s) {
                     QVERIFY(m_pty->write(framed(word.toLatin1() + fields)));
                 }
             }
@@ -117,8 +119,8 @@ private slots:
         QFETCH(int, mode);
         m_window->rooms().link->setMode(mode);
         m_pty->takeReceived();
-        m_window->send_mess("\x02"
-                            "D2:FREQ R1:AGC\x04");
+        m_window->send_mess(u"\x02"_s
+                            u"D2:FREQ R1:AGC\x04"_s);
         QTEST(waitForBytes(), "sent");
     }
 
@@ -131,10 +133,10 @@ private slots:
 
     void sending_on_a_lost_line_is_ignored()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
         m_pty->close();
         QTRY_VERIFY(!m_window->rooms().link->serial()->port()->isOpen());
-        m_window->send_mess("\x02Main\x04");
+        m_window->send_mess(u"\x02Main\x04"_s);
         QVERIFY(!m_window->rooms().link->serial()->port()->isOpen());
     }
 
@@ -155,14 +157,14 @@ private slots:
 
     void clear_deletes_every_menu()
     {
-        m_window->process_mess("\x02"
-                               "AK,M,k,L,5,C,,0,,0,0,1\x04");
-        const QPointer<KeyBoard> menu = m_window->rooms().menus->book.find("M");
+        m_window->process_mess(u"\x02"_s
+                               u"AK,M,k,L,5,C,,0,,0,0,1\x04"_s);
+        const QPointer<KeyBoard> menu = m_window->rooms().menus->book.find(u"M"_s);
         const QPointer<Key> key = menu->keys.first();
         const QPointer<QPushButton> button = menu->buttons.first();
         const QPointer<QGroupBox> frame = menu->frame;
-        m_window->process_mess("\x02"
-                               "CLEAR\x04");
+        m_window->process_mess(u"\x02"_s
+                               u"CLEAR\x04"_s);
         QVERIFY(m_window->rooms().menus->book.pages.isEmpty());
         QTRY_VERIFY(menu == nullptr && key == nullptr && button == nullptr && frame == nullptr);
     }
@@ -178,12 +180,12 @@ private slots:
         };
         m_window->show();
         m_pty->write(menus("1") + framed("SK,B"));
-        QTRY_COMPARE(shownKey(), QString("B1"));
+        QTRY_COMPARE(shownKey(), u"B1"_s);
         m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
-        QTRY_COMPARE(shownKey(), QString("C2"));
+        QTRY_COMPARE(shownKey(), u"C2"_s);
         QTRY_COMPARE(m_window->rooms().stack->count(), 5); // waiting, scopes and the three
         m_pty->write(framed("SK,A"));
-        QTRY_COMPARE(shownKey(), QString("A2"));
+        QTRY_COMPARE(shownKey(), u"A2"_s);
         for (const KeyBoard* menu : m_window->rooms().menus->book.pages) {
             QCOMPARE(m_window->rooms().stack->widget(menu->stackIndex), menu->frame.data());
         }
@@ -203,7 +205,7 @@ private slots:
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("logged");
         const auto row = [](const char* message, const char* logged) {
-            QTest::newRow(message) << QString(message) << QString(logged);
+            QTest::newRow(message) << QString::fromUtf8(message) << QString::fromUtf8(logged);
         };
         row("AK,M,k,L,5,C,,0,,0", "qn740.menus AK: 9 fields, needs 11");
         row("SK,Nowhere", "qn740.menus SK: no menu Nowhere");
@@ -228,27 +230,27 @@ private slots:
         QFETCH(QString, logged);
         static QStringList lines;
         lines.clear();
-        QLoggingCategory::setFilterRules("qn740.*.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.*.debug=true"_s);
         const QtMessageHandler before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext& context, const QString& text) {
-                lines += QString(context.category) + ' ' + text;
+                lines += QString::fromUtf8(context.category) + u' ' + text;
             });
-        m_window->process_mess('\x02' + message + '\x04');
+        m_window->process_mess(u'\x02' + message + u'\x04');
         qInstallMessageHandler(before);
-        QLoggingCategory::setFilterRules("");
-        QCOMPARE(lines.join('|'), logged);
+        QLoggingCategory::setFilterRules(u""_s);
+        QCOMPARE(lines.join(u'|'), logged);
     }
 
     void the_debug_log_can_be_read_back()
     {
-        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.link.debug=true"_s);
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} in \\\\x02PING\\\\x04$"));
+            QtDebugMsg, QRegularExpression(u"^\\d+\\.\\d{3} in \\\\x02PING\\\\x04$"_s));
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"));
+            QtDebugMsg, QRegularExpression(u"^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"_s));
         m_pty->write(framed("PING"));
         QTRY_VERIFY(m_pty->received().contains(framed("PONG")));
-        QLoggingCategory::setFilterRules("");
+        QLoggingCategory::setFilterRules(u""_s);
     }
 
 private:

@@ -10,6 +10,8 @@
 
 #include <QSlider>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int LongMs = 20000;
@@ -28,12 +30,14 @@ struct Editor
 const QList<Editor>& editors()
 {
     static const QList<Editor> all{
-        {"number", "1,CMD ,0 100,0,,7", {"4", "2", "Enter"}, {}, "CMD 42.000000"},
-        {"selection", "2,CMD ,,0,0 Off:1 On,0", {"On"}, {}, "CMD 1"},
-        {"slider", "3,CMD ,100 0,10,1:5,50", {"+5 >", "OK"}, {}, "CMD 55"},
-        {"file board", "4,CMD ,,0,s1 Night:s2 Day,0", {"Day"}, {}, "CMD s2"},
-        {"file name", "4,CMD ,,0,s1 Night:s2 Day,0", {"New File"}, {"x", "7", "RETURN"}, "CMD x7"},
-        {"address", "6,CMD ,,0,,0", {"1", ".", "2", ".", "3", ".", "4", "Enter"}, {},
+        {"number", "1,CMD ,0 100,0,,7", {u"4"_s, u"2"_s, u"Enter"_s}, {}, "CMD 42.000000"},
+        {"selection", "2,CMD ,,0,0 Off:1 On,0", {u"On"_s}, {}, "CMD 1"},
+        {"slider", "3,CMD ,100 0,10,1:5,50", {u"+5 >"_s, u"OK"_s}, {}, "CMD 55"},
+        {"file board", "4,CMD ,,0,s1 Night:s2 Day,0", {u"Day"_s}, {}, "CMD s2"},
+        {"file name", "4,CMD ,,0,s1 Night:s2 Day,0", {u"New File"_s}, {u"x"_s, u"7"_s, u"RETURN"_s},
+            "CMD x7"},
+        {"address", "6,CMD ,,0,,0",
+            {u"1"_s, u"."_s, u"2"_s, u"."_s, u"3"_s, u"."_s, u"4"_s, u"Enter"_s}, {},
             "CMD 1.2.3.4"},
     };
     return all;
@@ -57,7 +61,7 @@ void pressAll(QWidget* dialog, const QStringList& buttons)
 // enters the value.
 void use(Panel& panel, const Editor& editor, const std::function<void(QWidget*)>& fire)
 {
-    const Key* key = MenuBook::findKey(panel.window.rooms().menus->book.find("Test"), "k");
+    const Key* key = MenuBook::findKey(panel.window.rooms().menus->book.find(u"Test"_s), u"k"_s);
     QVERIFY(key != nullptr && key->GetKey() != nullptr && key->GetKey()->isVisible());
     whenModal([&](QWidget* dialog) {
         if (!editor.buttonsOver.isEmpty()) {
@@ -180,7 +184,7 @@ private slots:
         const Editor& editor = editors().at(index);
         open(editor);
         const QPointer<Key> key =
-            MenuBook::findKey(m_panel->window.rooms().menus->book.find("Test"), "k");
+            MenuBook::findKey(m_panel->window.rooms().menus->book.find(u"Test"_s), u"k"_s);
         use(*m_panel, editor, [&](QWidget* dialog) {
             m_panel->say({"CLEAR"});
             QTRY_VERIFY(key == nullptr);
@@ -249,13 +253,13 @@ private slots:
             bool done = false;
             whenModal([&](QWidget* over) {
                 QVERIFY(m_panel->unit.write(framed("CLEAR")));
-                popUps::press(over, "On");
+                popUps::press(over, u"On"_s);
                 done = true;
             });
             QVERIFY(m_panel->unit.write(framed("IK,Second,2,SEC ,,0,0 Off:1 On")));
             QTRY_VERIFY_WITH_TIMEOUT(done, LongMs);
             QTRY_VERIFY_WITH_TIMEOUT(
-                m_panel->window.rooms().menus->book.find("Test") == nullptr, LongMs);
+                m_panel->window.rooms().menus->book.find(u"Test"_s) == nullptr, LongMs);
         });
         QCOMPARE(m_panel->heard(), framed("SEC 1"));
     }

@@ -14,6 +14,8 @@
 #include <QStatusBar>
 #include <QTextEdit>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QRect Screen(0, 0, 800, 480);
@@ -76,7 +78,7 @@ class tst_MainMenuScreens : public QObject
             QVERIFY2(Screen.contains(onScreen(button)), qPrintable(button->text()));
             const bool inStatusBar = onScreen(button).top() >= 430;
             QVERIFY2(button->height() >= touch::MinTarget || inStatusBar,
-                qPrintable(QString("%1 is %2 high").arg(button->text()).arg(button->height())));
+                qPrintable(u"%1 is %2 high"_s.arg(button->text()).arg(button->height())));
             QVERIFY2(
                 onScreen(button->window()).contains(onScreen(button)), qPrintable(button->text()));
             const QString painted = TextButton::fitted(

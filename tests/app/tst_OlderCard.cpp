@@ -9,6 +9,8 @@
 
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 class tst_OlderCard : public QObject
 {
     Q_OBJECT
@@ -18,9 +20,10 @@ private slots:
     {
         QTest::addColumn<QStringList>("there");
         QTest::addColumn<QString>("taken");
-        QTest::newRow("all") << QStringList{"ttyUSB11", "ttyUSB12", "ttyUSB13"} << "ttyUSB11";
-        QTest::newRow("second") << QStringList{"ttyUSB12", "ttyUSB13"} << "ttyUSB12";
-        QTest::newRow("third") << QStringList{"ttyUSB13"} << "ttyUSB13";
+        QTest::newRow("all") << QStringList{u"ttyUSB11"_s, u"ttyUSB12"_s, u"ttyUSB13"_s}
+                             << "ttyUSB11";
+        QTest::newRow("second") << QStringList{u"ttyUSB12"_s, u"ttyUSB13"_s} << "ttyUSB12";
+        QTest::newRow("third") << QStringList{u"ttyUSB13"_s} << "ttyUSB13";
         QTest::newRow("none") << QStringList() << "ttyUSB11";
     }
 
@@ -29,7 +32,7 @@ private slots:
         QFETCH(QStringList, there);
         QFETCH(QString, taken);
         DeviceDirectory devices;
-        devices.add("ttyO1");
+        devices.add(u"ttyO1"_s);
         for (const QString& name : there) {
             devices.add(name);
         }
@@ -45,8 +48,8 @@ private slots:
     void the_card_is_asked_for_its_name_and_told_to_the_unit()
     {
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyO1");
-        Pty& card = devices.add("ttyUSB11");
+        Pty& unit = devices.add(u"ttyO1"_s);
+        Pty& card = devices.add(u"ttyUSB11"_s);
         const MainWindow window;
         QTRY_COMPARE(cardSide::requests(card).value(0), QByteArray("0190RNME000000"));
         card.write(cardSide::text("RNME", "Sweep"));
@@ -59,8 +62,8 @@ private slots:
     void st_keeps_the_older_card()
     {
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyO1");
-        devices.add("ttyUSB11");
+        Pty& unit = devices.add(u"ttyO1"_s);
+        devices.add(u"ttyUSB11"_s);
         MainWindow window;
         SpectralCard* card = window.rooms().spectrum->card();
         window.process_mess(QString::fromLatin1(framed("ST,1")));

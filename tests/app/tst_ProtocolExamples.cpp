@@ -12,13 +12,15 @@
 #include "wire/Commands.h"
 #include "wire/Message.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int ShortMs = 50; // for what is known not to come
 
 QByteArray document()
 {
-    QFile file(QT_TESTCASE_SOURCEDIR "/../docs/protocol.md");
+    QFile file(QString::fromUtf8(QT_TESTCASE_SOURCEDIR "/../docs/protocol.md"));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -49,7 +51,7 @@ QString outcome(const char* messages, const char* list, int patienceMs = Example
     QStringList faults;
     const auto examples = Example::read(block(messages, list), faults);
     if (examples.size() != 1 || !faults.isEmpty()) {
-        return "not read: " + faults.join("; ");
+        return u"not read: "_s + faults.join(u"; "_s);
     }
     return ExampleRun(examples.first(), patienceMs).failure();
 }
@@ -69,7 +71,7 @@ private slots:
     {
         QStringList faults;
         m_examples = Example::read(document(), faults);
-        QVERIFY2(faults.isEmpty(), qPrintable(faults.join('\n')));
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
         QVERIFY(!m_examples.isEmpty());
     }
 
@@ -100,8 +102,8 @@ private slots:
     {
         QFETCH(int, index);
         const Example& example = m_examples.at(index);
-        const MenuFile file = MenuFile::parse(example.messages, "docs/protocol.md");
-        QVERIFY2(file.errors().isEmpty(), qPrintable(file.errors().join('\n')));
+        const MenuFile file = MenuFile::parse(example.messages, u"docs/protocol.md"_s);
+        QVERIFY2(file.errors().isEmpty(), qPrintable(file.errors().join(u'\n')));
         const QString failure = ExampleRun(example).failure();
         QVERIFY2(failure.isEmpty(), qPrintable(failure));
     }
@@ -188,7 +190,7 @@ private slots:
         QFETCH(QString, fault);
         QStringList faults;
         Example::read(block("PING", list.constData()), faults);
-        QVERIFY2(faults.contains(fault), qPrintable(faults.join('\n')));
+        QVERIFY2(faults.contains(fault), qPrintable(faults.join(u'\n')));
     }
 
     void what_does_not_hold_is_told_data()
@@ -197,7 +199,7 @@ private slots:
         QTest::addColumn<QByteArray>("list");
         QTest::addColumn<QString>("failure");
         const auto notHeld = [](const char* text) {
-            return QString("\"%1\" does not hold").arg(QString::fromUtf8(text));
+            return u"\"%1\" does not hold"_s.arg(QString::fromUtf8(text));
         };
         QTest::newRow("another answer") << QByteArray("PING") << QByteArray("- panel sends `PANG`")
                                         << "sent in place of \"\x02PANG\x04\": \"\x02PONG\x04\"";
@@ -277,7 +279,7 @@ private slots:
         QFETCH(QString, failure);
         // what never comes need not be waited for; all else comes soon, however slow the machine
         const int patience =
-            failure.endsWith("does not hold") ? ShortMs : ExampleRun::LongestWaitMs;
+            failure.endsWith(u"does not hold"_s) ? ShortMs : ExampleRun::LongestWaitMs;
         QCOMPARE(outcome(messages.constData(), list.constData(), patience), failure);
     }
 

@@ -18,6 +18,8 @@
 #include <QComboBox>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 class tst_SpectrumInPanel : public QObject
 {
     Q_OBJECT
@@ -26,9 +28,9 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_unit = &m_devices->add("ttyO1");
+        m_unit = &m_devices->add(u"ttyO1"_s);
         for (const char* name : {"ttyUSB11", "ttyUSB12", "ttyUSB13"}) {
-            m_cards += &m_devices->add(name);
+            m_cards += &m_devices->add(QString::fromUtf8(name));
         }
         m_window = std::make_unique<MainWindow>();
         m_window->show();
@@ -68,7 +70,7 @@ private slots:
             ports += bus->portName();
         }
         ports.sort();
-        QCOMPARE(ports, QStringList({"ttyUSB11", "ttyUSB12", "ttyUSB13"}));
+        QCOMPARE(ports, QStringList({u"ttyUSB11"_s, u"ttyUSB12"_s, u"ttyUSB13"_s}));
     }
 
     void st_enables_the_demodulators_without_frames()
@@ -156,13 +158,13 @@ private slots:
         QFETCH(bool, returns);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
-        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Menu"));
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Menu"_s);
         tell(message);
         const QWidget* menu = m_window->rooms().views->menu.widget();
         QCOMPARE(m_window->rooms().views->current(), returns ? Views::Menus : Views::Scopes);
         QCOMPARE(m_window->rooms().stack->currentWidget() == menu, returns);
         QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(),
-            QString(returns ? "Scopes" : "Menu"));
+            QString::fromUtf8(returns ? "Scopes" : "Menu"));
     }
 
     void sh_with_a_scope_or_a_spectrum_stays_where_it_is_data()
@@ -176,7 +178,7 @@ private slots:
     {
         QFETCH(bool, scope);
         if (scope) {
-            m_devices->add("ttyUSB2");
+            m_devices->add(u"ttyUSB2"_s);
             m_window = std::make_unique<MainWindow>();
             m_window->show();
             QVERIFY(m_window->scope_available() && m_window->rooms().spectrum->card() == nullptr);
@@ -185,13 +187,13 @@ private slots:
         }
         m_window->rooms().views->setCurrent(Views::Scopes);
         m_window->rooms().views->show(&Views::scopes);
-        part<QPushButton>(*m_window, "scopesButton")->setText("Menu");
+        part<QPushButton>(*m_window, "scopesButton")->setText(u"Menu"_s);
         for (const char* message : {"SH,0,0", "SH,0,1"}) {
             tell(message);
             QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
             QVERIFY(
                 m_window->rooms().stack->currentWidget() != m_window->rooms().views->menu.widget());
-            QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Menu"));
+            QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Menu"_s);
         }
     }
 
@@ -232,17 +234,17 @@ private slots:
         QPushButton* button = part<QPushButton>(*m_window, "scopesButton");
         const QWidget* menu = m_window->rooms().stack->currentWidget();
         for (int round = 0; round < 2; ++round) {
-            QCOMPARE(button->text(), QString("Scopes"));
+            QCOMPARE(button->text(), u"Scopes"_s);
             clickOn(button);
             QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
             QCOMPARE(
                 m_window->rooms().stack->currentWidget(), m_window->rooms().views->scopes.widget());
             QVERIFY(!card->isVisible());
-            QCOMPARE(button->text(), QString("Spectrum"));
+            QCOMPARE(button->text(), u"Spectrum"_s);
             clickOn(button);
             QCOMPARE(m_window->rooms().views->current(), Views::Spectrum);
             QVERIFY(card->isVisible() && card->chart(0)->isVisible());
-            QCOMPARE(button->text(), QString("Menu"));
+            QCOMPARE(button->text(), u"Menu"_s);
             clickOn(button);
             QCOMPARE(m_window->rooms().views->current(), Views::Menus);
             QCOMPARE(m_window->rooms().stack->currentWidget(), menu);
@@ -253,10 +255,10 @@ private slots:
     void st_while_the_scopes_are_shown_offers_the_spectrum_next()
     {
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
-        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Menu"));
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Menu"_s);
         tell("ST,1");
         QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
-        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QString("Spectrum"));
+        QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Spectrum"_s);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QVERIFY(m_window->rooms().spectrum->card()->isVisible());
     }
@@ -283,14 +285,14 @@ private slots:
     {
         tell("ST,1");
         whenModal([](QWidget* dialog) {
-            QCOMPARE(dialog->windowTitle(), QString("Select Span value"));
-            QPushButton* button = buttonWithText(dialog, "7.5 Mhz");
+            QCOMPARE(dialog->windowTitle(), u"Select Span value"_s);
+            QPushButton* button = buttonWithText(dialog, u"7.5 Mhz"_s);
             QVERIFY(button != nullptr);
             clickOn(button);
         });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
-        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "Cancel")); });
+        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, u"Cancel"_s)); });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
     }
@@ -301,7 +303,7 @@ private slots:
         tell("SH,1,0");
         SpectralCard* card = m_window->rooms().spectrum->card();
         auto* page = new KeyBoard;
-        page->new_PAX_mm_keyboard("Pax", 5, 2);
+        page->new_PAX_mm_keyboard(u"Pax"_s, 5, 2);
         m_window->rooms().menus->book.add(page);
         m_window->rooms().stack->setCurrentWidget(page->frame);
         m_window->lendChart(page->chan2Grid);
@@ -352,9 +354,9 @@ private slots:
         definePaxMenu();
         tell("ST,1");
         tell("PAX,1");
-        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), "Span");
+        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), u"Span"_s);
         QVERIFY(key != nullptr);
-        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, "40 MHz")); });
+        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, u"40 MHz"_s)); });
         clickOn(key);
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 9);
     }
@@ -374,7 +376,7 @@ private slots:
     {
         tell("ST,1");
         auto* page = new KeyBoard;
-        page->new_PAX_mm_keyboard("Pax", 5, 2);
+        page->new_PAX_mm_keyboard(u"Pax"_s, 5, 2);
         m_window->rooms().menus->book.add(page);
         m_window->lendChart(page->chan2Grid);
         m_window->rooms().menus->book.clear();

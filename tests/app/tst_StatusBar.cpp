@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_StatusBar : public QObject
 {
     Q_OBJECT
@@ -16,13 +18,13 @@ private slots:
     {
         StatusBar bar;
         const auto* button = part<QPushButton>(bar, "scopesButton");
-        QCOMPARE(button->text(), QString("Scopes"));
+        QCOMPARE(button->text(), u"Scopes"_s);
         bar.setNextView(Views::Scopes, Views::Spectrum);
-        QCOMPARE(button->text(), QString("Spectrum"));
+        QCOMPARE(button->text(), u"Spectrum"_s);
         bar.setNextView(Views::Spectrum, Views::Menus);
-        QCOMPARE(button->text(), QString("Menu"));
+        QCOMPARE(button->text(), u"Menu"_s);
         bar.setNextView(Views::Menus, Views::Scopes);
-        QCOMPARE(button->text(), QString("Scopes"));
+        QCOMPARE(button->text(), u"Scopes"_s);
     }
 
     void each_button_is_reported_by_its_own_signal()
@@ -50,19 +52,19 @@ private slots:
     void texts_are_shown()
     {
         StatusBar bar;
-        QCOMPARE(bar.currentMessage(), QString("TORVA QN740 - Start Up"));
-        for (const QStringList& ignored : {QStringList(), QStringList{"x", "Text"},
-                 QStringList{"", "Text"}, QStringList{"1.5", "Text"}}) {
+        QCOMPARE(bar.currentMessage(), u"TORVA QN740 - Start Up"_s);
+        for (const QStringList& ignored : {QStringList(), QStringList{u"x"_s, u"Text"_s},
+                 QStringList{u""_s, u"Text"_s}, QStringList{u"1.5"_s, u"Text"_s}}) {
             bar.takeText(ignored);
-            QCOMPARE(bar.currentMessage(), QString("TORVA QN740 - Start Up"));
+            QCOMPARE(bar.currentMessage(), u"TORVA QN740 - Start Up"_s);
         }
-        bar.takeText({"0", "Ready"});
-        QCOMPARE(bar.currentMessage(), QString("Ready"));
-        bar.showMenuName("Tuner");
-        QCOMPARE(bar.currentMessage(), QString("QN740 Menu - Tuner"));
-        bar.setLinkMode("Diversity Mode");
-        QCOMPARE(part<QLabel>(bar, "statusLabel")->text(), QString("Diversity Mode"));
-        bar.takeText({"50", "Soon gone"});
+        bar.takeText({u"0"_s, u"Ready"_s});
+        QCOMPARE(bar.currentMessage(), u"Ready"_s);
+        bar.showMenuName(u"Tuner"_s);
+        QCOMPARE(bar.currentMessage(), u"QN740 Menu - Tuner"_s);
+        bar.setLinkMode(u"Diversity Mode"_s);
+        QCOMPARE(part<QLabel>(bar, "statusLabel")->text(), u"Diversity Mode"_s);
+        bar.takeText({u"50"_s, u"Soon gone"_s});
         QTRY_COMPARE(bar.currentMessage(), QString());
     }
 };

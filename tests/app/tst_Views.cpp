@@ -3,6 +3,8 @@
 
 #include <QLabel>
 
+using namespace Qt::StringLiterals;
+
 class tst_Views : public QObject
 {
     Q_OBJECT
@@ -14,7 +16,7 @@ private slots:
         m_stack = new QStackedLayout(m_area.get());
         m_views = std::make_unique<Views>(m_stack);
         for (const char* name : {"a", "b", "c", "d"}) {
-            m_stack->addWidget(new QLabel(name));
+            m_stack->addWidget(new QLabel(QString::fromUtf8(name)));
         }
     }
 
@@ -53,9 +55,9 @@ private slots:
         QCOMPARE(m_views->scopes.index(), 0);
         QCOMPARE(m_views->mainMenu.index(), 1);
         m_views->show(&Views::scopes);
-        QCOMPARE(shown(), QString("b"));
+        QCOMPARE(shown(), u"b"_s);
         m_views->show(&Views::mainMenu);
-        QCOMPARE(shown(), QString("d"));
+        QCOMPARE(shown(), u"d"_s);
     }
 
     void the_number_of_a_page_that_is_gone_stays_and_shows_nothing()
@@ -73,7 +75,7 @@ private slots:
     void a_page_that_was_never_there_shows_nothing()
     {
         m_views->show(&Views::paxMenu);
-        QCOMPARE(shown(), QString("a"));
+        QCOMPARE(shown(), u"a"_s);
     }
 
     void showing_a_menu_remembers_it_and_leaves_the_displays()
@@ -82,7 +84,7 @@ private slots:
         m_views->showMenu(m_stack->widget(2));
         QCOMPARE(m_views->menu.index(), 2);
         QVERIFY(!m_views->displayActive());
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
     }
 
     void when_the_menu_on_the_screen_goes_the_waiting_page_comes()
@@ -90,7 +92,7 @@ private slots:
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(0));
         delete m_stack->widget(0);
-        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(shown(), u"Waiting for the main unit"_s);
     }
 
     void when_another_page_goes_the_menu_stays()
@@ -98,7 +100,7 @@ private slots:
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(2));
         delete m_stack->widget(0);
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
     }
 
     void when_a_menu_goes_behind_a_display_the_display_stays()
@@ -109,7 +111,7 @@ private slots:
         m_views->setCurrent(Views::Scopes);
         m_views->show(&Views::scopes);
         delete m_stack->widget(0);
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
     }
 
     void each_view_is_announced_with_the_one_that_follows_it()
@@ -139,14 +141,14 @@ private slots:
         m_views->set(&Views::scopes, m_stack->widget(1));
         for (int round = 0; round < 2; ++round) {
             m_views->showNext();
-            QCOMPARE(shown(), QString("b"));
+            QCOMPARE(shown(), u"b"_s);
             m_views->showNext();
-            QCOMPARE(shown(), QString("d"));
+            QCOMPARE(shown(), u"d"_s);
         }
         m_views->set(&Views::spectrum, m_stack->widget(2));
         for (const char* page : {"b", "c", "d"}) {
             m_views->showNext();
-            QCOMPARE(shown(), QString(page));
+            QCOMPARE(shown(), QString::fromUtf8(page));
             QVERIFY(m_views->isShown(m_stack->currentWidget()));
         }
     }
@@ -156,9 +158,9 @@ private slots:
         m_views->setCurrent(Views::Spectrum);
         m_views->returnToMenus(nullptr);
         QCOMPARE(m_views->current(), Views::Menus);
-        QCOMPARE(shown(), QString("a"));
+        QCOMPARE(shown(), u"a"_s);
         m_views->returnToMenus(m_stack->widget(2));
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
         QCOMPARE(m_views->menu.index(), 2);
     }
 

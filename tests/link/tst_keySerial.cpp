@@ -4,6 +4,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_keySerial : public QObject
 {
     Q_OBJECT
@@ -12,7 +14,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyO1");
+        m_pty = &m_devices->add(u"ttyO1"_s);
         m_serial = std::make_unique<keySerial>();
         m_messages.clear();
         connect(m_serial.get(), &keySerial::valid_mess_in, this,
@@ -36,8 +38,8 @@ private slots:
     void the_line_is_opened_as_the_main_unit_expects_it()
     {
         m_serial->check_serial();
-        QVERIFY(m_serial->open_serial("ttyO1"));
-        QCOMPARE(m_serial->name(), QString("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QCOMPARE(m_serial->name(), u"ttyO1"_s);
         QCOMPARE(m_serial->port()->baudRate(), 115200);
         QCOMPARE(m_serial->port()->dataBits(), QSerialPort::Data8);
         QCOMPARE(m_serial->port()->parity(), QSerialPort::NoParity);
@@ -48,24 +50,24 @@ private slots:
 
     void an_absent_line_is_reported_by_the_result_alone()
     {
-        m_devices->remove("ttyO1");
-        QVERIFY(!m_serial->open_serial("ttyO1"));
-        QCOMPARE(m_serial->name(), QString("ttyO1"));
+        m_devices->remove(u"ttyO1"_s);
+        QVERIFY(!m_serial->open_serial(u"ttyO1"_s));
+        QCOMPARE(m_serial->name(), u"ttyO1"_s);
     }
 
     void a_frame_in_pieces_is_one_message()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         m_pty->write("\x02PI");
         QTest::qWait(50);
         QVERIFY(m_messages.isEmpty());
         m_pty->write("NG\x04");
-        QTRY_COMPARE(m_messages, QStringList{"\x02PING\x04"});
+        QTRY_COMPARE(m_messages, QStringList{u"\x02PING\x04"_s});
     }
 
     void bytes_are_latin_1()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         m_pty->write("\x02\xe9\x80\xff\x04");
         QTRY_COMPARE(m_messages.size(), 1);
         QCOMPARE(m_messages.first(), QString::fromLatin1("\x02\xe9\x80\xff\x04"));
@@ -73,7 +75,7 @@ private slots:
 
     void all_byte_values_inside_a_frame_are_kept()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QByteArray body;
         for (int i = 0; i < 256; ++i) {
             if (i != 4) {
@@ -87,7 +89,7 @@ private slots:
 
     void a_burst_of_5000_frames_is_handled_in_order_with_nothing_left()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QByteArray burst;
         for (int i = 0; i < 5000; ++i) {
             burst += framed("SB,0,message number " + QByteArray::number(i));
@@ -95,14 +97,14 @@ private slots:
         QVERIFY(m_pty->write(burst));
         QTRY_COMPARE_WITH_TIMEOUT(m_messages.size(), 5000, 30000);
         for (int i = 0; i < 5000; ++i) {
-            QCOMPARE(m_messages.at(i), QString("\x02SB,0,message number %1\x04").arg(i));
+            QCOMPARE(m_messages.at(i), u"\x02SB,0,message number %1\x04"_s.arg(i));
         }
         QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
     }
 
     void a_read_takes_1024_bytes_and_the_next_turn_comes_by_itself()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         // more than one read in the port before the first turn
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         const QByteArray frame = framed(QByteArray(98, 'x'));
@@ -119,7 +121,7 @@ private slots:
 
     void a_handler_with_an_event_loop_of_its_own_gets_each_message_once_and_in_order()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QStringList entered;
         int depth = 0;
         int deepest = 0;
@@ -136,15 +138,15 @@ private slots:
         });
         m_pty->write(framed("first") + framed("second"));
         QTRY_COMPARE(entered,
-            (QStringList{"\x02"
-                         "first\x04",
-                "\x02second\x04", "\x02third\x04"}));
+            (QStringList{u"\x02"_s
+                         u"first\x04"_s,
+                u"\x02second\x04"_s, u"\x02third\x04"_s}));
         QCOMPARE(deepest, 1);
     }
 
     void a_handler_that_runs_in_a_turn_of_its_own_is_not_entered_twice_either()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QStringList entered;
         int depth = 0;
         int deepest = 0;
@@ -162,13 +164,14 @@ private slots:
         // the first frame fills a whole read, the second waits for the turn after it, in which the
         // port announces new bytes also to an event loop inside the handler
         m_pty->write(framed(QByteArray(1022, 'x')) + framed("second"));
-        QTRY_COMPARE(entered, (QStringList{"\x02xxxxxxx", "\x02second\x04", "\x02third\x04"}));
+        QTRY_COMPARE(
+            entered, (QStringList{u"\x02xxxxxxx"_s, u"\x02second\x04"_s, u"\x02third\x04"_s}));
         QCOMPARE(deepest, 1);
     }
 
     void a_frame_of_200_kB_without_an_end_waits_and_is_then_one_message()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         const QByteArray body(200 * 1024, 'x');
         QVERIFY(m_pty->write('\x02' + body));
         QVERIFY(m_messages.isEmpty());
@@ -179,23 +182,23 @@ private slots:
 
     void a_lost_line_is_closed_and_stays_closed()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
         m_pty->close();
         QTRY_VERIFY(!m_serial->port()->isOpen());
-        m_devices->add("ttyO1");
+        m_devices->add(u"ttyO1"_s);
         QTest::qWait(2500);
         QVERIFY(!m_serial->port()->isOpen());
     }
 
     void what_came_before_the_line_was_lost_is_still_handled()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         // still in the port when the other end goes
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         m_pty->write(framed(QByteArray(98, 'x')).repeated(30));
         QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
         m_pty->close();
         QTRY_VERIFY(!m_serial->port()->isOpen());
         QTRY_COMPARE(m_messages.size(), 30);
@@ -203,10 +206,10 @@ private slots:
 
     void a_line_that_is_lost_while_a_message_is_handled_is_read_to_its_end()
     {
-        QVERIFY(m_serial->open_serial("ttyO1"));
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         connect(m_serial.get(), &keySerial::valid_mess_in, this, [&] {
             if (m_messages.size() == 1) {
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
                 QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
                 m_pty->close();
                 QTRY_VERIFY(!m_serial->port()->isOpen());

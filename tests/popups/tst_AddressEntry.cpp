@@ -90,7 +90,7 @@ private slots:
     {
         for (const char* group : {"-1", "a", "0x1"}) {
             AddressEntry entry;
-            entry.append(u"1.2.3."_s + group);
+            entry.append(u"1.2.3."_s + QString::fromUtf8(group));
             QVERIFY2(!entry.isValid(), group);
         }
     }

@@ -38,7 +38,7 @@ private slots:
             QTest::addRow("%d: %s", type, qPrintable(text)) << type << value << text;
         };
         const auto framed = [](const char* text) {
-            return u"      Current Value: "_s + text + u"      "_s;
+            return u"      Current Value: "_s + QString::fromUtf8(text) + u"      "_s;
         };
         row(0, -12.5, framed("-12.50"));
         row(1, 2250.5, u"Current Value:\r\n2250.5 MHz"_s);

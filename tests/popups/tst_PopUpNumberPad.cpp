@@ -87,7 +87,7 @@ private slots:
         Opening opening;
         opening.type = type;
         opening.ranges = ranges;
-        opening.special = "-1 Auto";
+        opening.special = u"-1 Auto"_s;
         bool closed = false;
         const double value = run(opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, keys));
@@ -145,7 +145,7 @@ private slots:
         QFETCH(QString, label);
         Opening opening;
         opening.type = 6;
-        opening.ranges = "1000 2000";
+        opening.ranges = u"1000 2000"_s;
         opening.special = special;
         const double value = run(opening, [&](QWidget* dialog) {
             QVERIFY(above(dialog, u"BackSpace"_s, label));
@@ -189,7 +189,7 @@ private slots:
         run(pad, opening, [](QWidget* dialog) {
             QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"Step\r\n0.1 MHz"_s}));
         });
-        opening.ranges = "1 2";
+        opening.ranges = u"1 2"_s;
         run(pad, opening, [](QWidget* dialog) {
             QCOMPARE(entry(dialog), "       MHz ");
             QCOMPARE(labelText(dialog, "rangeLabel"), "Valid Range(s)(MHz): (1.0 to 2.0)");
@@ -256,7 +256,7 @@ private slots:
                 Opening opening;
                 opening.type = type;
                 opening.current = value;
-                opening.ranges = "-1e308 1e308:nan inf:-inf nan";
+                opening.ranges = u"-1e308 1e308:nan inf:-inf nan"_s;
                 run(opening, [](QWidget* dialog) {
                     QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
                     grabScreen();
@@ -271,7 +271,7 @@ private slots:
         const auto openAndCancel = [&pad](int type) {
             Opening opening;
             opening.type = type;
-            opening.special = "-1 Auto";
+            opening.special = u"-1 Auto"_s;
             run(pad, opening, [](QWidget* dialog) { QVERIFY(press(dialog, {u"CE/Cancel"_s})); });
         };
         openAndCancel(0);

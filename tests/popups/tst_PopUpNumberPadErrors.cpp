@@ -23,7 +23,7 @@ private slots:
     {
         Opening opening;
         opening.type = 2;
-        opening.ranges = "10 20:1 5";
+        opening.ranges = u"10 20:1 5"_s;
         run(opening, [](QWidget* dialog) {
             bool seen = false;
             play([&seen](QWidget* top) {

@@ -116,7 +116,7 @@ private slots:
         keys.sort();
         Opening opening;
         opening.type = type;
-        opening.special = "-1 Auto Level";
+        opening.special = u"-1 Auto Level"_s;
         QStringList found;
         run(opening, [&found](QWidget* dialog) {
             const auto buttons = dialog->findChildren<QPushButton*>();
@@ -308,7 +308,7 @@ private slots:
         for (int type = 0; type < Types; ++type) {
             Opening opening;
             opening.type = type;
-            opening.valueText = "Locked <b>now</b>";
+            opening.valueText = u"Locked <b>now</b>"_s;
             run(opening, [](QWidget* dialog) {
                 QCOMPARE(labelText(dialog, "currentValueLabel"), "Locked <b>now</b>");
             });

@@ -30,9 +30,9 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "70 140:200 300";
+        opening.ranges = u"70 140:200 300"_s;
         opening.current = 100.0;
-        opening.command = "RF1";
+        opening.command = u"RF1"_s;
         run(pad, opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 1);
@@ -52,7 +52,7 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "70 140:200 300";
+        opening.ranges = u"70 140:200 300"_s;
         opening.current = 140.0;
         run(pad, opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, {u"Step Up"_s}));
@@ -73,7 +73,7 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "0 1e6";
+        opening.ranges = u"0 1e6"_s;
         opening.current = 99999.0;
         // near 100,000 single precision knows only multiples of 1/128
         float expected = 99999.0F;
@@ -122,7 +122,7 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "0 1000";
+        opening.ranges = u"0 1000"_s;
         run(pad, opening, [&](QWidget* dialog) {
             QPushButton* up = buttonWithText(dialog, u"Step Up"_s);
             const QPoint at = up->mapTo(dialog, up->rect().center());

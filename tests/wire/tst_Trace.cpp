@@ -1,6 +1,8 @@
 #include "support/TestMain.h"
 #include "wire/Trace.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_Trace : public QObject
 {
     Q_OBJECT
@@ -8,14 +10,14 @@ class tst_Trace : public QObject
 private slots:
     void a_line_has_time_direction_and_printable_frame()
     {
-        QCOMPARE((wire::TraceLine{12.3456, true, "\x02PING\x04"}.text()),
-            QString("12.346 in \\x02PING\\x04"));
+        QCOMPARE((wire::TraceLine{12.3456, true, u"\x02PING\x04"_s}.text()),
+            u"12.346 in \\x02PING\\x04"_s);
         QCOMPARE((wire::TraceLine{0, false,
-                     "\x02"
-                     "a\xff\x04"}
+                     u"\x02"_s
+                     u"a\xff\x04"_s}
                          .text()
                          .left(10)),
-            QString("0.000 out "));
+            u"0.000 out "_s);
     }
 
     void a_line_is_read_back_data()
@@ -34,7 +36,7 @@ private slots:
         QVERIFY(read);
         QCOMPARE(read->seconds, 12.345);
         QVERIFY(read->in);
-        QCOMPARE(read->frame, QString("\x02PING\x04"));
+        QCOMPARE(read->frame, u"\x02PING\x04"_s);
     }
 
     void all_characters_survive()
@@ -65,8 +67,8 @@ private slots:
 
     void time_goes_on()
     {
-        const double first = wire::TraceLine::now(true, "").seconds;
-        QTRY_VERIFY(wire::TraceLine::now(true, "").seconds > first);
+        const double first = wire::TraceLine::now(true, u""_s).seconds;
+        QTRY_VERIFY(wire::TraceLine::now(true, u""_s).seconds > first);
     }
 };
 
