@@ -65,17 +65,17 @@ private slots:
         QFETCH(int, needed);
         const QByteArray letters = word.toLatin1();
         const QLatin1String command(letters);
-        QVERIFY(wire::hasEnoughFields(command, QStringList(needed, "1")));
-        QVERIFY(wire::hasEnoughFields(command, QStringList(needed + 1, "1")));
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed, u"1"_s)));
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed + 1, u"1"_s)));
         if (needed > 0) {
-            QVERIFY(!wire::hasEnoughFields(command, QStringList(needed - 1, "1")));
+            QVERIFY(!wire::hasEnoughFields(command, QStringList(needed - 1, u"1"_s)));
         }
     }
 
     void an_unknown_word_never_has_enough_fields()
     {
         QVERIFY(!wire::hasEnoughFields(wire::word::Pong, {}));
-        QVERIFY(!wire::hasEnoughFields(QLatin1String("Foo"), QStringList(100, "1")));
+        QVERIFY(!wire::hasEnoughFields(QLatin1String("Foo"), QStringList(100, u"1"_s)));
     }
 
     void a_command_of_the_panel_is_told_from_what_a_key_sends_data()
@@ -112,7 +112,7 @@ private slots:
     {
         QFETCH(QString, body);
         QFETCH(QString, word);
-        const wire::Command* command = wire::commandFromPanel(body.split(','));
+        const wire::Command* command = wire::commandFromPanel(body.split(u','));
         QCOMPARE(command != nullptr ? QString(command->word) : QString(), word);
     }
 
