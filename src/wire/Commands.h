@@ -100,7 +100,7 @@ const Command* findCommand(const QList<Command>& commands, const QString& word);
 bool hasEnoughFields(QLatin1String word, const QStringList& fields);
 
 /// \return the command of the panel that a message is: with its word, with as many fields as the
-/// command has, and all of their types; nullptr when it is none, as what a key sends.
+/// command has, and all of their types; nullptr for anything else, such as what a key sends.
 /// \param message the fields of the message, the word included
 const Command* commandFromPanel(const QStringList& message);
 

@@ -30,14 +30,14 @@ private slots:
                     "D2:DSDM:1\x04"));
     }
 
-    void an_error_makes_what_follows_the_beginning_of_another_message()
+    void an_error_drops_the_unfinished_message()
     {
         DeviceDirectory devices;
         Pty& unit = devices.add("ttyUSB4");
         ResendLine line;
         const QSignalSpy received(&line, &ResendLine::received);
         line.open();
-        // The first message says that the beginning of the second has been read as well.
+        // When the first message arrives, the beginning of the second has been read as well.
         QVERIFY(unit.write(framed("A") +
             "\x02"
             "B"));
@@ -57,7 +57,7 @@ private slots:
                     "F\x04"));
     }
 
-    void a_line_that_is_not_there_is_opened_when_it_comes()
+    void a_missing_line_is_opened_when_it_appears()
     {
         DeviceDirectory devices;
         ResendLine line;

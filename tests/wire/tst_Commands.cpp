@@ -28,7 +28,7 @@ private slots:
         QCOMPARE(words.join(u' '), u"PONG Slave Main"_s);
     }
 
-    void no_word_stands_twice_and_the_numbers_of_fields_make_sense()
+    void words_are_unique_and_field_counts_consistent()
     {
         for (const auto& commands : {wire::toPanel(), wire::fromPanel()}) {
             for (const wire::Command& command : commands) {
@@ -39,7 +39,7 @@ private slots:
         }
     }
 
-    void a_word_is_found_only_with_its_exact_letters()
+    void a_word_is_found_only_when_it_matches_exactly()
     {
         QCOMPARE(wire::findCommand(wire::toPanel(), u"PING"_s)->word, wire::word::Ping);
         for (const char* unknown : {"ping", "PING ", " PING", "", "PONG", "Main"}) {
@@ -49,7 +49,7 @@ private slots:
         QVERIFY(wire::findCommand(wire::fromPanel(), u"PING"_s) == nullptr);
     }
 
-    void a_message_has_enough_fields_or_is_ignored_data()
+    void a_message_needs_as_many_fields_as_the_table_says_data()
     {
         QTest::addColumn<QString>("word");
         QTest::addColumn<int>("needed");
@@ -59,7 +59,7 @@ private slots:
         QTest::newRow("a query without fields") << "PING" << 0;
     }
 
-    void a_message_has_enough_fields_or_is_ignored()
+    void a_message_needs_as_many_fields_as_the_table_says()
     {
         QFETCH(QString, word);
         QFETCH(int, needed);
@@ -116,7 +116,7 @@ private slots:
         QCOMPARE(command != nullptr ? QString(command->word) : QString(), word);
     }
 
-    void no_fields_at_all_are_no_command_of_the_panel()
+    void an_empty_list_is_no_command_of_the_panel()
     {
         QVERIFY(wire::commandFromPanel({}) == nullptr);
     }
