@@ -399,8 +399,8 @@ ExampleRun::Outcome ExampleRun::menuShows(const QString& menu, const QString& ke
 
 ExampleRun::Outcome ExampleRun::keyIs(const QString& text, const QString& look) const
 {
-    static const QHash<QString, QString> Colours{
-        {"green", "background-color: green"}, {"grey", "#919191"}, {"dark", "#2f4f4f"}};
+    static const QHash<QString, QString> Colours{{u"green"_s, u"background-color: green"_s},
+        {u"grey"_s, u"#919191"_s}, {u"dark"_s, u"#2f4f4f"_s}};
     const QAbstractButton* button = visibleButton(&m_window, text);
     const bool isSo = button != nullptr && button->styleSheet().contains(Colours.value(look));
     return isSo && button->isEnabled() == (look != u"dark"_s) ? Outcome::Holds : Outcome::NotYet;

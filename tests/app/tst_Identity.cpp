@@ -27,8 +27,8 @@ private slots:
 
     void painting_a_coloured_button_does_not_leak()
     {
-        QPushButton button("Linking");
-        button.setStyleSheet("background-color: #4682b4");
+        QPushButton button(u"Linking"_s);
+        button.setStyleSheet(u"background-color: #4682b4"_s);
         button.resize(106, 44);
         button.show();
         QVERIFY(QTest::qWaitForWindowExposed(&button));

@@ -134,9 +134,11 @@ private slots:
         // theirs.
         const QString style = u"QPushButton {background-color: %1; color:%2; font-size: %3px;%4} "_s
                               u"QPushButton:pressed {background-color: #4169e1;}"_s;
-        QCOMPARE(styles.value(u"Eye Pattern"_s), style.arg("#919191", "black", "18", ""));
-        QCOMPARE(styles.value(u"Constellation"_s), style.arg("#919191", "black", "18", ""));
-        QCOMPARE(styles.value(u"Off"_s), style.arg("#919191", "black", "28", ""));
+        QCOMPARE(
+            styles.value(u"Eye Pattern"_s), style.arg(u"#919191"_s, u"black"_s, u"18"_s, u""_s));
+        QCOMPARE(
+            styles.value(u"Constellation"_s), style.arg(u"#919191"_s, u"black"_s, u"18"_s, u""_s));
+        QCOMPARE(styles.value(u"Off"_s), style.arg(u"#919191"_s, u"black"_s, u"28"_s, u""_s));
         QVERIFY(styles.value(u"Cancel"_s).contains(u"font-size: 26px"_s));
     }
 

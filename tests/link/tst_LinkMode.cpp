@@ -38,7 +38,7 @@ private slots:
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("sent");
-        for (const QString QString::fromUtf8(d) : {"D1:", "D2:", "D3:"}) {
+        for (const QString& d : {u"D1:"_s, u"D2:"_s, u"D3:"_s}) {
             const QString message = u"\x02"_s + d + u"FREQ:70\x04"_s;
             const QString all = u"\x02"_s
                                 u"D1 D2 D3:FREQ:70\x04"_s;
@@ -46,7 +46,7 @@ private slots:
             QTest::addRow("%s diversity", qPrintable(d)) << 1 << message << all;
             QTest::addRow("%s frequency diversity", qPrintable(d)) << 2 << message << all;
         }
-        for (const QString QString::fromUtf8(r) : {"R1:", "R2:"}) {
+        for (const QString& r : {u"R1:"_s, u"R2:"_s}) {
             const QString message = u"\x02"_s + r + u"FREQ:70\x04"_s;
             QTest::addRow("%s none", qPrintable(r)) << 0 << message << message;
             QTest::addRow("%s diversity", qPrintable(r))

@@ -171,9 +171,9 @@ private slots:
         it.key->param = 6;
         it.key->options = u"-1 Auto"_s;
         it.press([](QWidget* pad) {
-            QCOMPARE(pad->windowTitle(), "Label");
-            QCOMPARE(labelText(pad, "rangeLabel"), "Valid Range(s): 5 to 6");
-            QCOMPARE(labelText(pad, "currentValueLabel"), "      Current Value: 5.50      ");
+            QCOMPARE(pad->windowTitle(), u"Label"_s);
+            QCOMPARE(labelText(pad, "rangeLabel"), u"Valid Range(s): 5 to 6"_s);
+            QCOMPARE(labelText(pad, "currentValueLabel"), u"      Current Value: 5.50      "_s);
             QVERIFY(buttonWithText(pad, u"7"_s)->y() < buttonWithText(pad, u"1"_s)->y());
             click(pad, {u"Auto"_s});
         });
@@ -188,7 +188,7 @@ private slots:
         it.key->large = true;
         it.key->padText = u"Locked"_s;
         it.press([](QWidget* pad) {
-            QCOMPARE(labelText(pad, "currentValueLabel"), "Locked");
+            QCOMPARE(labelText(pad, "currentValueLabel"), u"Locked"_s);
             QVERIFY(buttonWithText(pad, u"7"_s)->y() > buttonWithText(pad, u"1"_s)->y());
         });
     }
@@ -209,9 +209,9 @@ private slots:
     {
         Pressed it(Key::Address);
         it.press([](QWidget* pad) {
-            QCOMPARE(pad->objectName(), "PopUpIpPad");
+            QCOMPARE(pad->objectName(), u"PopUpIpPad"_s);
             QCOMPARE(labelText(pad, "titleLabel"), "Label");
-            QCOMPARE(pad->windowTitle(), "IPv4: Button");
+            QCOMPARE(pad->windowTitle(), u"IPv4: Button"_s);
             click(
                 pad, {u"1"_s, u"9"_s, u"2"_s, u"1"_s, u"."_s, u"2"_s, u"."_s, u"3"_s, u"Enter"_s});
         });
@@ -261,7 +261,7 @@ private slots:
         it.press([&it](QWidget* pad) {
             delete it.key;
             click(pad, {u"Step Up"_s});
-            QCOMPARE(labelText(pad, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
+            QCOMPARE(labelText(pad, "currentValueLabel"), u"Current Value:\r\n100.1 MHz"_s);
         });
         QVERIFY(it.messages().isEmpty());
     }
@@ -295,7 +295,7 @@ private slots:
         it.press([&seen](QWidget* top) {
             auto* box = qobject_cast<QMessageBox*>(top);
             QVERIFY(box != nullptr);
-            QCOMPARE(box->text(), "A key_button was pushed Button CMD ");
+            QCOMPARE(box->text(), u"A key_button was pushed Button CMD "_s);
             seen = true;
         });
         QVERIFY(seen);
@@ -330,7 +330,8 @@ private slots:
             }
             const QString directory = qEnvironmentVariable("QN740_PICTURES");
             if (!directory.isEmpty()) {
-                grabScreen().save(directory + u"/report-"_s + QString::fromUtf8(QTest::currentDataTag()) + u".png"_s);
+                grabScreen().save(directory + u"/report-"_s +
+                    QString::fromUtf8(QTest::currentDataTag()) + u".png"_s);
             }
         });
         QVERIFY(!frame.isEmpty());

@@ -124,7 +124,7 @@ private slots:
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
             QCOMPARE(modal->windowTitle(), u"Set Mode Value"_s);
-            QCOMPARE(modal->findChild<QLabel*>("readoutLabel")->text(), u"42"_s);
+            QCOMPARE(modal->findChild<QLabel*>(u"readoutLabel"_s)->text(), u"42"_s);
             popUps::press(modal, u"+5 >"_s);
             QCOMPARE(spy.size(), 1);
             popUps::press(modal, u"OK"_s);

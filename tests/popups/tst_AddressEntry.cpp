@@ -23,7 +23,7 @@ class tst_AddressEntry : public QObject
 private slots:
     void an_entry_starts_empty()
     {
-        QCOMPARE(AddressEntry().text(), "");
+        QCOMPARE(AddressEntry().text(), u""_s);
         QVERIFY(AddressEntry().isEmpty());
         QVERIFY(!AddressEntry().isValid());
     }
@@ -99,7 +99,7 @@ private slots:
     {
         AddressEntry entry = typed(u"192168"_s);
         entry.backspace();
-        QCOMPARE(entry.text(), "192.16");
+        QCOMPARE(entry.text(), u"192.16"_s);
         entry = typed(u"1."_s);
         entry.backspace();
         entry.backspace();

@@ -26,7 +26,7 @@ private slots:
         for (int type = 0; type < units.size(); ++type) {
             QCOMPARE(entryType::unit(type), units.at(type));
         }
-        QCOMPARE(entryType::unit(-1), "");
+        QCOMPARE(entryType::unit(-1), u""_s);
     }
 
     void the_current_value_of_each_type_data()

@@ -28,9 +28,9 @@ class tst_NumberEntry : public QObject
 private slots:
     void an_entry_starts_as_six_blanks()
     {
-        QCOMPARE(NumberEntry().text(), "      ");
+        QCOMPARE(NumberEntry().text(), u"      "_s);
         QCOMPARE(NumberEntry(0).display(), "      ");
-        QCOMPARE(NumberEntry(1).display(), "       MHz ");
+        QCOMPARE(NumberEntry(1).display(), u"       MHz "_s);
         QCOMPARE(NumberEntry(3).display(), "      ");
     }
 
@@ -38,8 +38,8 @@ private slots:
     {
         NumberEntry entry = typed(u"1"_s);
         entry.append(u"2."_s);
-        QCOMPARE(entry.text(), "      12.");
-        QCOMPARE(typed(u"12"_s, 1).display(), "      12 MHz ");
+        QCOMPARE(entry.text(), u"      12."_s);
+        QCOMPARE(typed(u"12"_s, 1).display(), u"      12 MHz "_s);
         entry.append(QString(5000, u'9'));
         QCOMPARE(entry.text().size(), 5009);
     }
@@ -74,14 +74,14 @@ private slots:
         NumberEntry entry = typed(u"12"_s);
         entry.minus();
         entry.backspace();
-        QCOMPARE(entry.text(), "       -12");
+        QCOMPARE(entry.text(), u"       -12"_s);
     }
 
     void backspace_leaves_six_blanks()
     {
         NumberEntry entry;
         entry.clearAfterError();
-        QCOMPARE(entry.text(), "       ");
+        QCOMPARE(entry.text(), u"       "_s);
         entry.backspace();
         QCOMPARE(entry.text(), "      ");
         entry.backspace();
@@ -95,7 +95,7 @@ private slots:
         QCOMPARE(entry.text(), "       -12");
         NumberEntry first;
         first.minus();
-        QCOMPARE(first.text(), "       -");
+        QCOMPARE(first.text(), u"       -"_s);
         first.append(u"5"_s);
         QCOMPARE(first.check(NumberRanges(u"-5 -5"_s, 0), 0).value, -5.0);
     }

@@ -48,14 +48,14 @@ private slots:
     void the_dialog_has_a_frame_with_the_current_address()
     {
         run([](QWidget* dialog) {
-            QCOMPARE(dialog->objectName(), "PopUpIpPad");
-            QCOMPARE(dialog->windowTitle(), "IPv4: 10.0.0.1");
+            QCOMPARE(dialog->objectName(), u"PopUpIpPad"_s);
+            QCOMPARE(dialog->windowTitle(), u"IPv4: 10.0.0.1"_s);
             QVERIFY(!(dialog->windowFlags() & Qt::FramelessWindowHint));
             QVERIFY(dialog->windowFlags() & Qt::CustomizeWindowHint);
             QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
             QCOMPARE(
-                dialog->styleSheet(), "QMenuBar {background-color: #F5F5F5; font-size: 12px;}");
-            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), "Address");
+                dialog->styleSheet(), u"QMenuBar {background-color: #F5F5F5; font-size: 12px;}"_s);
+            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), u"Address"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"currentValueLabel"_s)->text(), "IPv4: 10.0.0.1");
             QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
         });
@@ -135,16 +135,16 @@ private slots:
                 return buttonWithText(dialog, QString::fromUtf8(key))->styleSheet();
             };
             QCOMPARE(sheet("1"),
-                "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
+                u"QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}"_s);
             QCOMPARE(sheet("."), sheet("1"));
             QCOMPARE(sheet("CE/Cancel"),
-                "QPushButton {background-color:red; color:white; font-size: 26px;  } QPushButton:pressed {background-color: #4169e1;}");
+                u"QPushButton {background-color:red; color:white; font-size: 26px;  } QPushButton:pressed {background-color: #4169e1;}"_s);
             QCOMPARE(sheet("BackSpace"),
-                "QPushButton {background-color:#b0c4de; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
+                u"QPushButton {background-color:#b0c4de; color:black;} QPushButton:pressed {background-color: #4169e1;} "_s);
             QCOMPARE(sheet("Enter"),
-                "QPushButton {background-color:green; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
+                u"QPushButton {background-color:green; color:black;} QPushButton:pressed {background-color: #4169e1;} "_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"entryLabel"_s)->styleSheet(),
-                "background-color: white; font-size: 32px");
+                u"background-color: white; font-size: 32px"_s);
             QCOMPARE(buttonWithText(dialog, u"1"_s)->maximumHeight(), 100);
             // readable, although its sheet names no size
             QCOMPARE(QFontInfo(buttonWithText(dialog, u"Enter"_s)->font()).pixelSize(), 26);
@@ -160,7 +160,7 @@ private slots:
             press(dialog, "Enter");
             QVERIFY(!dialog->isVisible());
         }),
-            "192.168.001.2");
+            u"192.168.001.2"_s);
     }
 
     void backspace_removes_the_last_character()
@@ -168,7 +168,7 @@ private slots:
         run([](QWidget* dialog) {
             QVERIFY(type(dialog, u"1234"_s));
             press(dialog, "BackSpace");
-            QCOMPARE(entry(dialog), "123.");
+            QCOMPARE(entry(dialog), u"123."_s);
         });
     }
 
@@ -182,7 +182,7 @@ private slots:
             press(dialog, "CE/Cancel");
             QVERIFY(!dialog->isVisible());
         }),
-            "");
+            u""_s);
     }
 
     void an_invalid_address_is_explained_and_stays()
@@ -207,7 +207,7 @@ private slots:
             QVERIFY(dialog->isVisible());
             QCOMPARE(entry(dialog), "256.1.1.1");
         }),
-            "");
+            u""_s);
     }
 
     void an_address_that_was_refused_is_not_returned_by_cancelling()

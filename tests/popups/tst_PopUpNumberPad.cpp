@@ -20,11 +20,11 @@ private slots:
     void what_is_typed_is_shown()
     {
         run({}, [](QWidget* dialog) {
-            QCOMPARE(entry(dialog), "      ");
+            QCOMPARE(entry(dialog), u"      "_s);
             QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"."_s, u"0"_s}));
-            QCOMPARE(entry(dialog), "      12.0");
+            QCOMPARE(entry(dialog), u"      12.0"_s);
             QVERIFY(press(dialog, {u"BackSpace"_s}));
-            QCOMPARE(entry(dialog), "      12.");
+            QCOMPARE(entry(dialog), u"      12."_s);
         });
     }
 
@@ -33,11 +33,11 @@ private slots:
         Opening opening;
         opening.type = 1;
         run(opening, [](QWidget* dialog) {
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
             QVERIFY(press(dialog, {u"1"_s, u"2"_s}));
-            QCOMPARE(entry(dialog), "      12 MHz ");
+            QCOMPARE(entry(dialog), u"      12 MHz "_s);
             QVERIFY(press(dialog, {u"BackSpace"_s}));
-            QCOMPARE(entry(dialog), "      1 MHz ");
+            QCOMPARE(entry(dialog), u"      1 MHz "_s);
             QVERIFY(press(dialog, {u"CE/Cancel"_s}));
             QCOMPARE(entry(dialog), "       MHz ");
         });
@@ -177,7 +177,8 @@ private slots:
 
     void a_range_is_written_with_its_units()
     {
-        QCOMPARE(PopUpNumberPad::range_string(qMakePair(1000.0, 2e6), 2), "1.0 Kbps to 2.0 Mbps");
+        QCOMPARE(
+            PopUpNumberPad::range_string(qMakePair(1000.0, 2e6), 2), u"1.0 Kbps to 2.0 Mbps"_s);
     }
 
     void every_opening_starts_again()
@@ -192,7 +193,7 @@ private slots:
         opening.ranges = u"1 2"_s;
         run(pad, opening, [](QWidget* dialog) {
             QCOMPARE(entry(dialog), "       MHz ");
-            QCOMPARE(labelText(dialog, "rangeLabel"), "Valid Range(s)(MHz): (1.0 to 2.0)");
+            QCOMPARE(labelText(dialog, "rangeLabel"), u"Valid Range(s)(MHz): (1.0 to 2.0)"_s);
             QVERIFY(buttonWithText(dialog, u"Step\r\n0.1 MHz"_s) != nullptr);
         });
     }

@@ -37,11 +37,11 @@ private slots:
             QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 1);
             QCOMPARE(sent.at(0).at(0).toString(), framedMessage(u"RF1100.1"_s));
-            QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
+            QCOMPARE(labelText(dialog, "currentValueLabel"), u"Current Value:\r\n100.1 MHz"_s);
             QVERIFY(press(dialog, {u"Step Down"_s, u"Step Down"_s}));
             QCOMPARE(sent.last().at(0).toString(), framedMessage(u"RF199.9"_s));
             QVERIFY(dialog->isVisible());
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
         });
         QCOMPARE(sent.size(), 3);
     }

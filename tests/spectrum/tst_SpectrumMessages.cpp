@@ -294,10 +294,10 @@ private:
     void tell(const QByteArray& body)
     {
         using Handler = void (SpectrumMessages::*)(const QStringList&);
-        static const QHash<QString, Handler> Handlers{{"ST", &SpectrumMessages::start},
-            {"SF", &SpectrumMessages::setFrequency}, {"SP", &SpectrumMessages::setSpan},
-            {"SH", &SpectrumMessages::setChartShown}, {"LC", &SpectrumMessages::setLineColor},
-            {"HM", &SpectrumMessages::setMarkers}};
+        static const QHash<QString, Handler> Handlers{{u"ST"_s, &SpectrumMessages::start},
+            {u"SF"_s, &SpectrumMessages::setFrequency}, {u"SP"_s, &SpectrumMessages::setSpan},
+            {u"SH"_s, &SpectrumMessages::setChartShown}, {u"LC"_s, &SpectrumMessages::setLineColor},
+            {u"HM"_s, &SpectrumMessages::setMarkers}};
         QStringList fields = QString::fromLatin1(body).split(u',');
         const Handler handler = Handlers.value(fields.takeFirst());
         QVERIFY(handler != nullptr);
