@@ -142,10 +142,10 @@ double CardSpectrum::level(int channel, double offset, double binMHz, double sec
 QByteArray CardSpectrum::points(int channel, int count, double seconds)
 {
     const double width = spanTable().at(m_channels.at(static_cast<size_t>(channel)).span).spanMHz;
-    const double bin = width / std::max(1, count - 1);
+    const double bin = width / std::max(1, count);
     QByteArray bytes(count, '\0');
     for (int i = 0; i < count; ++i) {
-        const double offset = i * bin - width / 2;
+        const double offset = (i - count / 2.0) * bin;
         const double dB = level(channel, offset, bin, seconds) + m_noise(m_random);
         bytes[i] = static_cast<char>(std::lround(std::clamp((dB + 120.0) * 2.0, 0.0, 255.0)));
     }

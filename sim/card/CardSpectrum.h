@@ -46,7 +46,8 @@ public:
     void takeCommand(const QString& body);
 
     /// \return \a count points of the channel's span, lowest frequency first, one byte per point;
-    /// level in dB = byte × 0.5 − 120
+    /// level in dB = byte × 0.5 − 120. The points are bins that share the analysed width: point i
+    /// lies (i − count / 2) × width / count from the centre.
     /// \param seconds the time, which the drift depends on
     QByteArray points(int channel, int count, double seconds);
 

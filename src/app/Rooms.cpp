@@ -8,6 +8,7 @@
 #include "link/MessageBoxes.h"
 #include "link/ResendLine.h"
 #include "menus/KeyBoard.h"
+#include "menus/MainMenus.h"
 #include "menus/MenuMessages.h"
 #include "scopes/ScopeMessages.h"
 #include "scopes/ScopesPage.h"
@@ -65,6 +66,7 @@ void Rooms::connectSpectrum()
     QObject::connect(spectrum, &SpectrumMessages::pageMade, central, [this](SpectralCard* page) {
         stack->addWidget(page);
         views->set(&Views::spectrum, page);
+        navigation->mainMenus().enableSpan();
     });
     QObject::connect(spectrum, &SpectrumMessages::pageMissed, central, [this] {
         if (!scopes->anyPortOpen()) {

@@ -1,6 +1,7 @@
 #include "menus/Key.h"
 
 #include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 #include "wire/Message.h"
 
 Key::Key()
@@ -33,6 +34,7 @@ void Key::setEnabled()
     }
     button->setEnabled(true);
     applyStyle(type == Toggle && tog_ ? keyStyle::toggled(large) : keyStyle::enabled(large));
+    showLamp();
 }
 
 void Key::setDisabled()
@@ -42,6 +44,7 @@ void Key::setDisabled()
     }
     button->setEnabled(false);
     applyStyle(keyStyle::disabled(large));
+    showLamp();
 }
 
 void Key::show()
@@ -66,13 +69,16 @@ bool Key::tog() const
 void Key::setTog(bool on)
 {
     tog_ = on;
+    setPending(false);
     if (button != nullptr && type == Toggle && button->isEnabled()) {
         applyStyle(on ? keyStyle::toggled(large) : keyStyle::enabled(large));
     }
+    showLamp();
 }
 
 void Key::applyState()
 {
+    setPending(false);
     switch (state) {
     case Enabled:
         setEnabled();
@@ -87,6 +93,30 @@ void Key::applyState()
         break;
     default:
         break;
+    }
+}
+
+// A press changes the toggle state at once, but the lamp, like the colour, only when the main unit
+// has spoken: this is not called by a press.
+void Key::showLamp()
+{
+    if (auto* face = qobject_cast<TextButton*>(button)) {
+        keyMarks::Marks marks = face->marks();
+        marks.lamp = keyMarks::Lamp::None;
+        if (type == Toggle) {
+            marks.lamp = tog_ ? keyMarks::Lamp::On : keyMarks::Lamp::Off;
+        }
+        face->setMarks(marks);
+    }
+}
+
+void Key::setPending(bool pending)
+{
+    m_isPending = pending;
+    if (auto* face = qobject_cast<TextButton*>(button)) {
+        keyMarks::Marks marks = face->marks();
+        marks.isPending = pending;
+        face->setMarks(marks);
     }
 }
 

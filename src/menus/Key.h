@@ -61,11 +61,17 @@ public:
 
     /// \return the toggle state.
     bool tog() const;
-    /// Stores the toggle state; an enabled key of type Toggle also takes the green or grey style.
+    /// Stores the toggle state, as the main unit has told it; an enabled key of type Toggle also
+    /// takes the green or grey style. A press is no longer pending then.
     void setTog(bool on);
 
-    /// Shows `state` on the button, see State; any other value changes nothing.
+    /// Shows `state`, as the main unit has told it, on the button, see State; any other value
+    /// changes nothing. A press is no longer pending then.
     void applyState();
+
+    /// \return whether the key, a toggle, has been pressed and the main unit has not confirmed it
+    /// yet. The button shows a mark as long as that is so.
+    bool isPending() const { return m_isPending; }
 
     /// \return STX + command + \a valueText + EOT, without separators.
     QString message(const QString& valueText) const;
@@ -97,4 +103,8 @@ signals:
 
 private:
     void applyStyle(const QString& sheet);
+    void showLamp();
+    void setPending(bool pending);
+
+    bool m_isPending = false;
 };

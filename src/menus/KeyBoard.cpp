@@ -3,9 +3,12 @@
 #include "menus/Key.h"
 #include "menus/KeyDefinition.h"
 #include "menus/MenuGroups.h"
+#include "menus/MoreKey.h"
 #include "touch/KeyStyle.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
+#include "wire/Log.h"
+#include "wire/Message.h"
 
 #include <QVBoxLayout>
 
@@ -67,7 +70,9 @@ void KeyBoard::startMenu(Kind kind, const QString& menuName, int lastRow, int la
 void KeyBoard::new_keyboard(const QString& menuName, int lastRow, int lastCol)
 {
     startMenu(Kind::Plain, menuName, lastRow, lastCol);
-    frame->setTitle(name + QStringLiteral(" Menu"));
+    // A group box takes a lone "&" in its title for the mark of a shortcut and does not draw it.
+    const QString shownName = QString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
+    frame->setTitle(shownName + QStringLiteral(" Menu"));
     frame->setAlignment(TitleAlignment);
     auto* layout = new QVBoxLayout(frame);
     pages = new StackLayout;
@@ -156,6 +161,10 @@ Key* KeyBoard::addKey(const KeyDefinition& definition, std::optional<Cell> cell,
     } else {
         placeInFlow(button);
     }
+    if (m_nowhere != nullptr && button->parentWidget() == m_nowhere) {
+        wire::logIgnored(logMenus(),
+            wire::toPrintable(QStringLiteral("no cell on %1 for key %2").arg(name, key->keyId)));
+    }
     return key;
 }
 
@@ -177,10 +186,11 @@ QPushButton* KeyBoard::newButton(const QString& label)
 
 QPushButton* KeyBoard::newMoreKey(QWidget* parent)
 {
-    auto* more = new QPushButton(QStringLiteral("More..."), parent);
+    auto* more = new MoreKey(pages->count(), parent);
     more->setMaximumHeight(touch::MaxKeyHeight);
     more->setStyleSheet(keyStyle::more());
     connect(more, &QPushButton::clicked, pages, &StackLayout::setNextIndex);
+    m_moreKeys += more;
     return more;
 }
 
@@ -202,6 +212,11 @@ void KeyBoard::openNextSubPage()
         grid->addWidget(moved, row, col++);
     }
     grid->addWidget(newMoreKey(grid->parentWidget()), maxRow, maxCol);
+    for (const QPointer<MoreKey>& more : std::as_const(m_moreKeys)) {
+        if (more != nullptr) {
+            more->setPageCount(pages->count());
+        }
+    }
 }
 
 void KeyBoard::placeInFlow(QPushButton* button)
@@ -228,9 +243,19 @@ void KeyBoard::placeInGroup(QPushButton* button, Cell cell)
     if (place.grid != nullptr) {
         place.grid->addWidget(button, place.row, place.col);
     } else {
-        button->setParent(frame); // not shown, and deleted with the menu
-        button->hide();
+        putNowhere(button);
     }
+}
+
+// "CK" shows and hides the button itself, so it has to lie in something that is never shown.
+void KeyBoard::putNowhere(QPushButton* button)
+{
+    if (m_nowhere == nullptr) {
+        m_nowhere = new QWidget(frame);
+        m_nowhere->hide();
+    }
+    button->setParent(m_nowhere);
+    button->hide();
 }
 
 void KeyBoard::add_keyboard_button(const QString& label, const QString& keyId, int type,

@@ -14,6 +14,7 @@
 #include <optional>
 
 class Key;
+class MoreKey;
 struct KeyDefinition;
 
 /// One menu as the operator sees it: a framed page of keys on a grid, built up key by key.
@@ -101,30 +102,30 @@ public:
 
     QList<Key*> keys;                 ///< In the order of creation, owned.
     QList<QPushButton*> buttons;      ///< The keys' buttons in the same order.
-    QString name;                     ///< By which messages find the menu.
+    QString name;                     ///< Name by which messages find the menu.
     QGridLayout* grid = nullptr;      ///< Of the sub-page being filled; main menu: the outer one.
-    QPointer<QGroupBox> frame;        ///< The menu's outer widget, deleted with the menu.
-    int stackIndex = -1;              ///< Of \a frame in the main window's stack.
-    QLabel* titleLabel = nullptr;     ///< "QN740 - Menu - " and the name, hidden.
-    StackLayout* pages = nullptr;     ///< Sub-pages of a plain menu; nullptr on a main menu.
-    int maxRow = 0;                   ///< Highest row of a sub-page.
-    int maxCol = 0;                   ///< Highest column of a sub-page.
-    int row = 0;                      ///< Row of the next free cell.
-    int col = 0;                      ///< Column of the next free cell.
-    int fixedCol = 0;                 ///< Column of the next fixed cell of the PAX main menu.
-    int fixedRow = 0;                 ///< Row of the next fixed cell of the PAX main menu.
-    bool mainMenu = false;            ///< Whether the menu is a main menu of either kind.
-    bool large = false;               ///< Whether keys are in the large font: PAX main menu only.
     QGridLayout* chan1Grid = nullptr; ///< Main menus: of the group "Channel 1".
     QGridLayout* chan2Grid = nullptr; ///< Main menus: of the group "Channel 2".
     QGridLayout* combGrid = nullptr;  ///< Normal main menu: of the group "Combiner".
     QGridLayout* optGrid = nullptr;   ///< Main menus: of the group "Options".
+    QPointer<QGroupBox> frame;        ///< The menu's outer widget, deleted with the menu.
     QGroupBox* chan1Box = nullptr;    ///< The box around \a chan1Grid.
     QGroupBox* chan2Box = nullptr;    ///< The box around \a chan2Grid.
     QGroupBox* combBox = nullptr;     ///< The box around \a combGrid.
     QGroupBox* optBox = nullptr;      ///< The box around \a optGrid.
-    /// Next free row of each source menu's column, in the order of groupCells.
+    int stackIndex = -1;              ///< Of \a frame in the main window's stack.
+    QLabel* titleLabel = nullptr;     ///< "QN740 - Menu - " and the name, hidden.
+    int fixedCol = 0;                 ///< Column of the next fixed cell of the PAX main menu.
+    int fixedRow = 0;                 ///< Row of the next fixed cell of the PAX main menu.
+    /// Next free row of each source menu's column, in the order of the columns in groupCells.
     std::array<int, GroupCounters> groupRows{};
+    int row = 0;                  ///< Row of the next free cell.
+    int col = 0;                  ///< Column of the next free cell.
+    bool mainMenu = false;        ///< Whether the menu is a main menu of either kind.
+    StackLayout* pages = nullptr; ///< Sub-pages of a plain menu; nullptr on a main menu.
+    int maxRow = 0;               ///< Highest row of a sub-page.
+    int maxCol = 0;               ///< Highest column of a sub-page.
+    bool large = false;           ///< Whether keys are in the large font: PAX main menu only.
 
 public slots:
     /// Emits keyboard_response_message() with the same text.
@@ -143,6 +144,9 @@ private:
     QPushButton* newButton(const QString& label);
     void placeInFlow(QPushButton* button);
     void placeInGroup(QPushButton* button, Cell cell);
+    void putNowhere(QPushButton* button);
 
     Kind m_kind = Kind::Plain;
+    QList<QPointer<MoreKey>> m_moreKeys;
+    QWidget* m_nowhere = nullptr; // never shown; holds the buttons that have no cell
 };

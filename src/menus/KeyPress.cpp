@@ -102,8 +102,9 @@ void Key::key_button_pushed()
     switch (type) {
     case Toggle:
     case Command:
-        // The look changes when the main unit confirms.
+        // The colour and the lamp change when the main unit confirms.
         tog_ = !tog_;
+        setPending(type == Toggle);
         emit response_message(message(tog_ ? QStringLiteral("1") : QStringLiteral("0")));
         break;
     case Number:

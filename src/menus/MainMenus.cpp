@@ -8,10 +8,13 @@
 #include "touch/KeyStyle.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
 
 namespace {
 
 constexpr QLatin1String MainName("Main");
+constexpr QLatin1String SpanName("spanButton");
 constexpr int LastRow = 5;
 constexpr int LastCol = 5;
 constexpr int PaxLastCol = 2;
@@ -36,6 +39,9 @@ MainMenus::MainMenus(MenuBook& book, QObject* parent)
 void MainMenus::copyToMainMenu(const QStringList& fields)
 {
     const QString name = fields.value(0);
+    if (name.isEmpty()) {
+        return;
+    }
     KeyBoard* menu = m_book.find(name);
     if (menu == nullptr) {
         menu = newMainMenu(name);
@@ -43,7 +49,7 @@ void MainMenus::copyToMainMenu(const QStringList& fields)
     if (name == MainName) {
         emit mainMenuNamed(menu);
     }
-    if (Key* key = source(fields)) {
+    if (Key* key = source(wire::word::CM, fields)) {
         std::optional<KeyBoard::Cell> cell;
         if (menu->kind() != KeyBoard::Kind::Plain) {
             cell = groupCells::nextOfColumn(*menu, fields.value(1));
@@ -55,11 +61,14 @@ void MainMenus::copyToMainMenu(const QStringList& fields)
 void MainMenus::copyToPaxMenu(const QStringList& fields)
 {
     const QString name = fields.value(0);
+    if (name.isEmpty()) {
+        return;
+    }
     KeyBoard* menu = m_book.find(name);
     if (menu == nullptr) {
         menu = newPaxMenu(name);
     }
-    if (Key* key = source(fields)) {
+    if (Key* key = source(wire::word::MS, fields)) {
         std::optional<KeyBoard::Cell> cell;
         if (menu->kind() != KeyBoard::Kind::Plain) {
             cell = groupCells::nextFixed(*menu);
@@ -68,9 +77,23 @@ void MainMenus::copyToPaxMenu(const QStringList& fields)
     }
 }
 
-Key* MainMenus::source(const QStringList& fields) const
+// Returns the key to copy; nullptr, which is logged, when there is none. A message with the main
+// menu alone names none.
+Key* MainMenus::source(QLatin1String word, const QStringList& fields) const
 {
-    return m_book.findKey(fields.value(1), fields.value(2));
+    if (fields.size() < 2) {
+        return nullptr;
+    }
+    const KeyBoard* menu = m_book.find(fields.value(1));
+    Key* key = MenuBook::findKey(menu, fields.value(2));
+    if (fields.size() == 2) {
+        wire::logIgnored(logMenus(), word, QStringLiteral("2 fields, needs 3"));
+    } else if (menu == nullptr) {
+        wire::logIgnored(logMenus(), word, QStringLiteral("no menu ") + fields.value(1));
+    } else if (key == nullptr) {
+        wire::logIgnored(logMenus(), word, QStringLiteral("no key ") + fields.value(2));
+    }
+    return key;
 }
 
 KeyBoard* MainMenus::newMainMenu(const QString& name)
@@ -89,14 +112,31 @@ KeyBoard* MainMenus::newPaxMenu(const QString& name)
     startInOptions(*menu);
     m_book.add(menu);
     emit paxMenuMade(menu, static_cast<int>(m_book.pages.size()) - 1);
+    addSpanKey(*menu);
+    return menu;
+}
 
-    auto* span = new TextButton(QStringLiteral("Span"), menu->frame);
-    span->setObjectName(QStringLiteral("spanButton"));
+// The key's sheet is that of a key that can be pressed at all times. Before there is a spectrum the
+// look of a disabled key is painted in its place.
+void MainMenus::addSpanKey(KeyBoard& menu)
+{
+    auto* span = new TextButton(QStringLiteral("Span"), menu.frame, TextButton::DarkWhenDisabled);
+    span->setObjectName(SpanName);
     span->setStyleSheet(keyStyle::enabled(true));
     span->setMaximumHeight(touch::MaxKeyHeight);
-    menu->optGrid->addWidget(span, 0, menu->col++);
+    span->setEnabled(m_hasSpectrum);
+    menu.optGrid->addWidget(span, 0, menu.col++);
     connect(span, &QPushButton::clicked, this, &MainMenus::spanClicked);
-    return menu;
+}
+
+void MainMenus::enableSpan()
+{
+    m_hasSpectrum = true;
+    for (const KeyBoard* menu : std::as_const(m_book.pages)) {
+        if (auto* span = menu->frame->findChild<QPushButton*>(SpanName)) {
+            span->setEnabled(true);
+        }
+    }
 }
 
 QWidget* MainMenus::regroupMain()

@@ -13,7 +13,8 @@ class QWidget;
 /// "CM" fills the normal main menu, "MS" the PAX main menu; each creates the menu when it does not
 /// exist. A copy and its source mirror each other: a message for one reaches the other too. Both
 /// messages take the fields behind the command word: main menu, source menu, source key. A source
-/// that does not exist leaves the menu as it is.
+/// that does not exist leaves the menu as it is; a message without a name of a main menu is
+/// ignored.
 class MainMenus : public QObject
 {
     Q_OBJECT
@@ -37,6 +38,10 @@ public:
     ///         plain menu "Main".
     QWidget* regroupMain();
 
+    /// Lets the "Span" keys of all PAX main menus be pressed, now and later: from now on there is a
+    /// spectrum. Before, they look dead.
+    void enableSpan();
+
 signals:
     /// Emitted when "CM" names the menu "Main", whether it is new or not.
     void mainMenuNamed(KeyBoard* menu);
@@ -48,7 +53,9 @@ signals:
 private:
     KeyBoard* newMainMenu(const QString& name);
     KeyBoard* newPaxMenu(const QString& name);
-    Key* source(const QStringList& fields) const;
+    void addSpanKey(KeyBoard& menu);
+    Key* source(QLatin1String word, const QStringList& fields) const;
 
     MenuBook& m_book;
+    bool m_hasSpectrum = false;
 };

@@ -95,6 +95,9 @@ void MenuMessages::changeState(const QStringList& fields)
         return;
     }
     const int state = fields.value(2).toInt();
+    if (state < Key::Disabled || state > Key::Hidden) {
+        wire::logIgnored(logMenus(), wire::word::CK, QStringLiteral("no state %1").arg(state));
+    }
     onKeyAndLinked(key, [&](Key& each) {
         each.state = state;
         each.applyState();
@@ -117,6 +120,8 @@ void MenuMessages::lockChoices(const QStringList& fields)
         const int position = item.toInt(&ok);
         if (ok && position >= 0) {
             positions += position;
+        } else {
+            wire::logIgnored(logMenus(), wire::word::EI, QStringLiteral("no position ") + item);
         }
     }
     onKeyAndLinked(key, [&](Key& each) { each.itemIds = positions; });
@@ -127,6 +132,10 @@ void MenuMessages::pressImmediately(const QStringList& fields)
     if (const auto key = ImmediateKey::fromFields(fields)) {
         connect(key.get(), &Key::response_message, &book, &MenuBook::keyboard_response_message);
         key->key_button_pushed();
+    } else if (wire::whyIgnored(wire::word::IK, fields).isEmpty()) {
+        // The table of command words finds nothing wrong with a number like 1e99.
+        wire::logIgnored(
+            logMenus(), wire::word::IK, QStringLiteral("value out of range: ") + fields.value(7));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "scopes/PlotView.h"
 
+#include "plot/NoData.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -81,6 +83,14 @@ void PlotView::setContent(PlotContent* content)
         setFrameStale();
         update();
         updateGeometry();
+    }
+}
+
+void PlotView::setStale(bool stale)
+{
+    if (m_stale != stale) {
+        m_stale = stale;
+        update(); // The badge may stand outside the data.
     }
 }
 
@@ -211,5 +221,9 @@ void PlotView::paintData(QPainter& painter, const QRect& dirty)
         m_content->paint(m_picture);
     }
     painter.drawImage(m_area.topLeft(), m_picture);
-    drawBadge(painter);
+    if (m_stale) {
+        noData::paint(painter, m_area);
+    } else {
+        drawBadge(painter);
+    }
 }

@@ -26,6 +26,12 @@ public:
     /// To be called when the content has new data: they are painted soon, if anybody sees them.
     void dataChanged() { schedulePaint(); }
 
+    /// Sets whether the data are old. They are dimmed then, and "NO DATA" stands over them instead
+    /// of a badge in their corner.
+    void setStale(bool stale);
+    /// \return whether the data are shown as old, false at first.
+    bool isStale() const { return m_stale; }
+
     /// \return the data area as it was last painted, in pixels of this widget.
     QRect dataArea() const { return m_area; }
     /// \return how many pixels of the height are not the data area's, unless that is square.
@@ -60,4 +66,5 @@ private:
     QImage m_picture; // the same with the data
     QRect m_area;
     QSize m_contentSize; // as it was last given to the content
+    bool m_stale = false;
 };

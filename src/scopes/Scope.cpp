@@ -1,5 +1,6 @@
 #include "scopes/Scope.h"
 
+#include "plot/NoData.h"
 #include "scopes/Interpolator.h"
 #include "scopes/PlotView.h"
 #include "touch/LineColors.h"
@@ -15,10 +16,14 @@ namespace {
 
 constexpr qint32 BaudRate = 115200;
 constexpr qint64 ReadBufferBytes = 4096;
-constexpr int SilenceMs = 2000; // The time of 15 blocks.
-constexpr int Red = 0;          // The first line colour.
+constexpr int Red = 0; // The first line colour.
 constexpr QRgb NoteColor = 0xffc8c8c8;
 constexpr int NotePixels = 16;
+
+QString hiddenNote()
+{
+    return QStringLiteral("Hidden by the main unit");
+}
 
 ScopeContents::View viewOf(int plotType)
 {
@@ -45,11 +50,8 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     setPalette(black);
     setAutoFillBackground(true);
     setUpPlots();
-    m_silence.setParent(this);
-    m_silence.setObjectName(QStringLiteral("silence"));
-    m_silence.setSingleShot(true);
-    m_silence.setInterval(SilenceMs);
-    connect(&m_silence, &QTimer::timeout, this, &Scope::markSilence);
+    connect(&m_watch, &DataWatch::staleChanged, this, &Scope::staleChanged);
+    m_watch.setExpecting(true);
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
@@ -138,12 +140,16 @@ void Scope::setPlotType(int type)
 
 void Scope::setOff(bool off)
 {
+    const bool changed = m_off != off;
     m_off = off;
     if (off) {
+        m_watch.setExpecting(false);
         clearPlots(); // The signal that was shown is gone.
-    } else {
-        m_silence.start();
+    } else if (changed) {
+        m_watch.setExpecting(false); // What came late ends here; the whole time starts.
+        m_watch.setExpecting(true);
     }
+    showStale();
 }
 
 void Scope::paintEvent(QPaintEvent* event)
@@ -155,15 +161,14 @@ void Scope::paintEvent(QPaintEvent* event)
         large.setPixelSize(NotePixels);
         painter.setFont(large);
         painter.setPen(QColor::fromRgb(NoteColor));
-        painter.drawText(
-            rect(), Qt::AlignCenter | Qt::TextWordWrap, QStringLiteral("Hidden by the main unit"));
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, hiddenNote());
     }
 }
 
 void Scope::clearPlots()
 {
-    m_silence.stop();
     m_contents.clear();
+    showStale();
     updatePlots();
 }
 
@@ -234,22 +239,47 @@ void Scope::plotClickSlot()
 
 void Scope::plotEyeConsData(QVector<double>& i, QVector<double>& q)
 {
+    dataCame();
     m_contents.addBlock(i, q);
     dataChanged();
 }
 
-void Scope::markSilence()
+void Scope::staleChanged()
 {
-    if (m_off) {
+    if (m_off && m_watch.isStale()) {
+        m_watch.setExpecting(false);
         clearPlots(); // It was the block under way when the demodulator was switched off.
-        return;
     }
-    m_contents.setBadge(QStringLiteral("NO DATA"));
-    dataChanged();
+    showStale();
+}
+
+void Scope::showStale()
+{
+    if (stale()) {
+        m_contents.setBadge(noData::text());
+    }
+    m_plotI->setStale(stale());
+    m_plotQ->setStale(stale());
+}
+
+QString Scope::readout() const
+{
+    if (!m_plotsShown) {
+        return hiddenNote();
+    }
+    QStringList texts;
+    for (const PlotView* plot : {m_plotI, m_plotQ}) {
+        if (!plot->isHidden() && !plot->content()->badge().isEmpty()) {
+            texts += plot->content()->badge();
+        }
+    }
+    texts.removeDuplicates();
+    return texts.join(QLatin1Char('\n'));
 }
 
 void Scope::plotSdiData(QByteArray& record)
 {
+    dataCame();
     m_contents.addRecord(record);
     m_plotI->dataChanged();
 }
@@ -280,6 +310,13 @@ void Scope::serialDataReceived()
     }
 }
 
+// A scope that is off expects nothing, but removes what comes when nothing follows it.
+void Scope::dataCame()
+{
+    m_watch.setExpecting(true);
+    m_watch.dataCame();
+}
+
 void Scope::decodeIq(const QByteArray& bytes)
 {
     qsizetype done = 0;
@@ -289,7 +326,6 @@ void Scope::decodeIq(const QByteArray& bytes)
             QVector<double> i = m_decoder.i();
             QVector<double> q = m_decoder.q();
             plotEyeConsData(i, q);
-            m_silence.start();
             emit rcv_eye_msg(i, q);
         }
     }
@@ -300,7 +336,6 @@ void Scope::decodeSdi(const QByteArray& bytes)
     QByteArray record = m_sdiDecoder.read(bytes);
     if (!record.isEmpty()) {
         plotSdiData(record);
-        m_silence.start();
         emit rcv_sdi_msg(record);
     }
 }

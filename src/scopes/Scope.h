@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plot/DataWatch.h"
 #include "scopes/IqBlockDecoder.h"
 #include "scopes/ScopeContents.h"
 #include "scopes/SdiDecoder.h"
@@ -7,7 +8,6 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QTimer>
 #include <QVector>
 #include <QWidget>
 
@@ -19,8 +19,9 @@ class PlotView;
 /// SDI records. A finished block or record is first given to ScopeContents, which the two plots
 /// show, then leaves by rcv_eye_msg() or rcv_sdi_msg(), whether or not anybody sees the plots. They
 /// lie one above the other: the eyes of I and Q; constellation and SDI strips use the upper one
-/// alone. A broken block is dropped and not reported. A plot that gets nothing for two seconds
-/// keeps what it has and shows "NO DATA", because it looks like a steady signal otherwise.
+/// alone. A broken block is dropped and not reported. A scope that gets no block or record for
+/// StaleMs keeps its picture, which looks like a steady signal otherwise, dims it and shows "NO
+/// DATA" over it. Only data end that.
 ///
 /// Both signals are emitted while the port reports its data. A slot may delete the scope later
 /// (deleteLater()), but not at once: the port is still in use.
@@ -36,6 +37,10 @@ public:
         EyePattern = 1,   ///< The eyes of I and Q.
         Constellation = 2 ///< I over Q.
     };
+
+    /// How long a scope that is on waits for a block or record before it is stale, in milliseconds:
+    /// the time of 15 blocks.
+    static constexpr int StaleMs = 2000;
 
     /// Opens the port at 115200 baud, and tries again every two seconds while that fails.
     /// \param portName device without a directory, such as "ttyUSB1".
@@ -59,11 +64,19 @@ public:
     int plotType() const { return m_plotType; }
 
     /// Sets whether the demodulator has been told to send nothing; false at first. What still comes
-    /// is plotted, and removed when nothing follows it for two seconds.
+    /// is plotted, and removed when nothing follows it for StaleMs. A value that is set already
+    /// does not start the time anew.
     void setOff(bool off);
 
-    /// Empties the plots until the next data come.
+    /// Empties the plots until the next data come; a scope that is stale() stays so.
     void clearPlots();
+
+    /// \return whether the scope is on and has got no block or record for StaleMs. Only a block or
+    /// record ends that.
+    bool stale() const { return !m_off && m_watch.isStale(); }
+    /// \return what the operator reads on the scope beside the axes, line by line: the badges
+    /// "CLIP" and "NO DATA", or the note that the plots are hidden; empty when there is nothing.
+    QString readout() const;
 
     /// \return how many of the two plots may be used, 2 at first.
     int numOfPlots() const { return m_numOfPlots; }
@@ -143,7 +156,9 @@ private:
     void shareHeight();
     void updatePlots();
     void dataChanged();
-    void markSilence();
+    void dataCame();
+    void staleChanged();
+    void showStale();
     void decodeIq(const QByteArray& bytes);
     void decodeSdi(const QByteArray& bytes);
 
@@ -155,7 +170,7 @@ private:
     PlotView* m_plotI = nullptr;
     PlotView* m_plotQ = nullptr;
     QColor m_lineColor;
-    QTimer m_silence; // since the last block or record
+    DataWatch m_watch{StaleMs, QStringLiteral("silence"), this}; // for blocks and records
     int m_plotType = EyePattern;
     int m_numOfPlots = 2;
     bool m_showQPlot = true;

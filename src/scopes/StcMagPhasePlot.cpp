@@ -1,7 +1,10 @@
 #include "scopes/StcMagPhasePlot.h"
 
+#include "plot/NoData.h"
+
 #include <QGridLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 
 #include <algorithm>
@@ -22,6 +25,53 @@ QString unlit()
 {
     return QStringLiteral("QLabel{background:black;}");
 }
+
+constexpr QColor BarLine(0xc8, 0xc8, 0xc8);
+constexpr QColor BarChunk(0x2e, 0x6f, 0xb8);
+constexpr QColor OldText(0xa8, 0xa8, 0xa8); // also readable on a dimmed chunk
+
+// Lies over the display and dims it, without a change of any style sheet. The bars are painted
+// again, because their texts could not be read on a ground that is dimmed like them.
+class Veil : public QWidget
+{
+public:
+    explicit Veil(QWidget* parent)
+        : QWidget(parent)
+    {
+        setObjectName(QStringLiteral("veil"));
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        // The style sheet of the window gives every plain widget a black ground.
+        setStyleSheet(QStringLiteral("background: transparent;"));
+        hide();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        constexpr int Darkness = 102; // of 255: three fifths of the light remain
+        QPainter painter(this);
+        painter.fillRect(rect(), QColor(0, 0, 0, Darkness));
+        for (const QProgressBar* bar :
+            parentWidget()->findChildren<QProgressBar*>(Qt::FindDirectChildrenOnly)) {
+            paintBar(painter, *bar);
+        }
+    }
+
+private:
+    static void paintBar(QPainter& painter, const QProgressBar& bar)
+    {
+        const QRect outside = bar.geometry();
+        const QRect inside = outside.adjusted(1, 1, -1, -1);
+        painter.fillRect(outside, noData::dimmed(BarLine));
+        painter.fillRect(inside, Qt::black);
+        QRect chunk = inside;
+        chunk.setWidth(inside.width() * bar.value() / StcMagPhasePlot::FullMagnitude);
+        painter.fillRect(chunk, noData::dimmed(BarChunk));
+        painter.setFont(bar.font());
+        painter.setPen(OldText);
+        painter.drawText(outside, Qt::AlignCenter, bar.text());
+    }
+};
 
 } // namespace
 
@@ -62,7 +112,24 @@ StcMagPhasePlot::StcMagPhasePlot(QWidget* parent)
     grid->addWidget(caption(QStringLiteral("Channel 2 magnitude")), 1, BarColumn1);
     grid->setColumnStretch(0, 7);
     grid->setColumnStretch(BarColumn1, 7);
+    m_veil = new Veil(this);
     updateDisplay();
+}
+
+void StcMagPhasePlot::setDimmed(bool dimmed)
+{
+    if (m_dimmed != dimmed) {
+        m_dimmed = dimmed;
+        m_veil->setGeometry(rect());
+        m_veil->setVisible(dimmed);
+        m_veil->raise();
+    }
+}
+
+void StcMagPhasePlot::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    m_veil->setGeometry(rect());
 }
 
 QLabel* StcMagPhasePlot::caption(const QString& text)

@@ -36,6 +36,12 @@ public:
     /// Shows the values that the setters hold.
     void updateDisplay();
 
+    /// Sets whether what is shown is dimmed, because nothing newer can come. It stays as it was
+    /// told last, and so do the style sheets.
+    void setDimmed(bool dimmed);
+    /// \return whether what is shown is dimmed, false at first.
+    bool isDimmed() const { return m_dimmed; }
+
     /// \return the lamp that stands for the phase difference \a difference, or -1.
     static int lampOf(double difference);
     /// \return the colour of lamp \a lamp, 0 to ScaleLabels - 1, as its style sheet names it when
@@ -43,6 +49,9 @@ public:
     static QString colorOf(int lamp);
     /// \return the style sheet of a lit lamp.
     static QString sheet(const QString& color);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QLabel* caption(const QString& text);
@@ -54,4 +63,6 @@ private:
     QProgressBar* m_bar0 = nullptr;
     QProgressBar* m_bar1 = nullptr;
     QVector<QLabel*> m_lamps;
+    QWidget* m_veil = nullptr; // over everything else while dimmed
+    bool m_dimmed = false;
 };

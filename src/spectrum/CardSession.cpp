@@ -1,5 +1,6 @@
 #include "spectrum/CardSession.h"
 
+#include "wire/Log.h"
 #include "wire/Message.h"
 #include "wire/SpanTable.h"
 
@@ -117,6 +118,13 @@ void CardSession::setUpCard()
         tell(card::demodulatorSpectrumOn(channel + 1));
         tellDemodulator(channel);
         tellCard(channel);
+    }
+}
+
+void CardSession::tellDemodulatorsAgain()
+{
+    for (int channel = 0; m_k7150 && channel < card::Channels; ++channel) {
+        tellDemodulator(channel);
     }
 }
 
@@ -277,14 +285,29 @@ int CardSession::requestedChannel() const
     return channel >= 0 ? channel : m_lastChannel;
 }
 
+// A K7150 names the channel in the first byte, and the points follow. A reply that begins with a
+// point instead belongs to the channel that was asked; the byte behind its points is not one of
+// them. On a port that carries no requests, no channel was asked.
+int CardSession::takeK7150Channel(QByteArray& points, bool asked)
+{
+    const int named = points.isEmpty() ? -1 : static_cast<quint8>(points.at(0));
+    if (named < card::Channels) {
+        points.remove(0, 1);
+        return named;
+    }
+    points.chop(1);
+    if (!std::exchange(m_warnedOfNoChannel, true)) {
+        qCWarning(logSpectrum) << "the K7150 does not name the channel of a spectrum, its first"
+                                  " byte is"
+                               << named << ": taken as that of the channel that was asked";
+    }
+    return asked ? requestedChannel() : -1;
+}
+
 void CardSession::takeSpectrum(const CmdMsg& message, bool endsPoll)
 {
     QByteArray points = message.data.toLatin1();
-    int channel = requestedChannel();
-    if (m_k7150) {
-        channel = points.isEmpty() ? -1 : static_cast<quint8>(points.at(0));
-        points.remove(0, 1);
-    }
+    const int channel = m_k7150 ? takeK7150Channel(points, endsPoll) : requestedChannel();
     const bool stale = m_polledStale && channel == m_polledChannel;
     if (endsPoll) {
         m_polledChannel = -1;

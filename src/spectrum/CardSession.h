@@ -64,6 +64,9 @@ public:
     /// K7150 is asked nothing: its demodulators are told to send spectra, they and it with which
     /// span.
     void setUpCard();
+    /// Tells the demodulators of a K7150 their spans again: a main unit that was restarted has
+    /// forgotten them. Does nothing with an older card, whose demodulators are told none.
+    void tellDemodulatorsAgain();
 
     /// The span of a channel; -1 for no such channel.
     int span(int channel) const;
@@ -147,6 +150,7 @@ private:
     void takeSideReply(const CmdMsg& message);
     void handle(const CmdMsg& message, bool endsPoll);
     void takeSpectrum(const CmdMsg& message, bool endsPoll);
+    int takeK7150Channel(QByteArray& points, bool asked);
     void takeSpans(const QString& text);
     void takeTrims(const QString& text);
     void takeVersion(const QString& version);
@@ -166,4 +170,5 @@ private:
     int m_pass = 0;
     bool m_polling = false;
     bool m_k7150 = false;
+    bool m_warnedOfNoChannel = false; // a K7150 does not name the channels of its spectra
 };

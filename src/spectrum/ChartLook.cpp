@@ -4,10 +4,6 @@
 
 #include <qcustomplot.h>
 
-namespace {
-constexpr int TextPixels = 12;
-} // namespace
-
 QFont chartLook::font()
 {
     QFont font;

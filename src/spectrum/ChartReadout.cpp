@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int LineHeight = 15; // pixels
+constexpr int LineHeight = 17; // pixels
 constexpr double WidestLevel = -100.0;
 
 QString readingText(const QString& pattern, const SpectrumReading& reading)
@@ -63,11 +63,11 @@ int ChartReadout::headHeight() const
     return chartLook::TitleHeight + (m_besideTitle ? 0 : lines * LineHeight);
 }
 
-void ChartReadout::paint(QPainter& painter, int right) const
+void ChartReadout::paint(QPainter& painter, int right, const QColor& color) const
 {
     const QFontMetrics metrics(chartLook::font());
     painter.setFont(chartLook::font());
-    painter.setPen(chartLook::Text);
+    painter.setPen(color);
     int y = m_besideTitle ? (chartLook::TitleHeight - metrics.height()) / 2
                           : chartLook::TitleHeight - 2;
     for (const QStaticText& line : m_lines) {

@@ -3,6 +3,7 @@
 #include "plot/TextFlow.h"
 #include "spectrum/SpectrumReading.h"
 
+#include <QColor>
 #include <QStaticText>
 #include <QString>
 #include <QVector>
@@ -39,8 +40,8 @@ public:
     /// \return the height above the plot that title and read-out need, in pixels.
     int headHeight() const;
 
-    /// Paints the lines so that they end at column \a right.
-    void paint(QPainter& painter, int right) const;
+    /// Paints the lines in \a color so that they end at column \a right.
+    void paint(QPainter& painter, int right, const QColor& color) const;
 
 private:
     static QVector<TextFlow::Part> parts(const Values& values);

@@ -7,9 +7,14 @@ FrequencyAxis::FrequencyAxis()
 {
 }
 
+bool FrequencyAxis::canBeCentre(double frequency)
+{
+    return std::isfinite(frequency) && frequency > 0.0 && frequency <= MaxMHz;
+}
+
 bool FrequencyAxis::setCentre(double centre)
 {
-    if (!std::isfinite(centre) || centre <= 0.0 || centre > MaxMHz || centre == m_centre) {
+    if (!canBeCentre(centre) || centre == m_centre) {
         return false;
     }
     m_centre = centre;
@@ -32,15 +37,13 @@ bool FrequencyAxis::covers(double offset) const
 
 double FrequencyAxis::frequencyAt(qsizetype index, qsizetype size) const
 {
-    const double part =
-        size <= 1 ? 0.5 : static_cast<double>(index) / static_cast<double>(size - 1);
-    return m_centre + (part - 0.5) * width();
+    const auto bins = static_cast<double>(size);
+    return m_centre + (static_cast<double>(index) - bins / 2.0) * width() / bins;
 }
 
 qsizetype FrequencyAxis::indexAt(double frequency, qsizetype size) const
 {
-    const double part = (frequency - m_centre) / width() + 0.5;
-    const qsizetype last = size - 1;
-    return qBound(
-        qsizetype{0}, qRound64(part * static_cast<double>(last)), qMax(last, qsizetype{0}));
+    const auto bins = static_cast<double>(size);
+    const qsizetype nearest = qRound64((frequency - m_centre) * bins / width() + bins / 2.0);
+    return qBound(qsizetype{0}, nearest, qMax(size - 1, qsizetype{0}));
 }

@@ -22,6 +22,9 @@ public:
     /// \return the analysed width in MHz, a little more than the span's label says.
     double width() const { return m_span.spanMHz; }
 
+    /// \return whether the axis can have this centre, in MHz.
+    static bool canBeCentre(double frequency);
+
     /// Sets the centre and moves the ticks along.
     /// \param centre in MHz, finite, above 0 and at most MaxMHz; others are ignored.
     /// \return whether the axis has changed.
@@ -36,8 +39,8 @@ public:
     /// NaN.
     bool covers(double offset) const;
 
-    /// \return the frequency in MHz of point \a index of a spectrum of \a size points: they are
-    /// spread evenly from one end of the axis to the other, a single one lies in the middle.
+    /// \return the frequency in MHz of point \a index of a spectrum of \a size points. The points
+    /// are \a size bins that share the width: centre + (index - size / 2) * width / size.
     double frequencyAt(qsizetype index, qsizetype size) const;
 
     /// \return the index of the point nearest to \a frequency MHz in a spectrum of \a size points,

@@ -126,6 +126,11 @@ void SpectralCard::initSA()
     m_session->setUpCard();
 }
 
+void SpectralCard::tellDemodulatorsAgain()
+{
+    m_session->tellDemodulatorsAgain();
+}
+
 void SpectralCard::CommSpectral_Command(const CmdMsg& message)
 {
     m_session->takeReply(message);
@@ -279,7 +284,7 @@ void SpectralCard::SetChartAreaVisible(int channel, bool on)
 {
     if (CardSession::isChannel(channel)) {
         m_session->setShown(channel, on);
-        m_areas.at(channel)->setVisible(on);
+        m_areas.at(channel)->setShown(on);
     }
 }
 
@@ -316,5 +321,9 @@ void SpectralCard::hideEvent(QHideEvent* event)
 
 void SpectralCard::pollWhenNeeded()
 {
-    m_session->setPolling(isVisible() || m_overRideVisCheck);
+    const bool polled = isVisible() || m_overRideVisCheck;
+    m_session->setPolling(polled);
+    for (SpectrumArea* area : std::as_const(m_areas)) {
+        area->setPolled(polled);
+    }
 }

@@ -62,6 +62,8 @@ public:
     /// K7150 is asked nothing: its demodulators are told to send spectra, they and it with which
     /// span.
     void initSA();
+    /// Tells the demodulators of a K7150 their spans again, after the main unit was restarted.
+    void tellDemodulatorsAgain();
 
     /// The span of a channel; -1 for no such channel.
     int getSpan(int channel) const;

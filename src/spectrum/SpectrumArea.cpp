@@ -98,6 +98,8 @@ void SpectrumArea::newChart()
     m_chart->setHMarkers(m_hMarkers);
     m_chart->setAveraging(m_average->isChecked() ? AverageDepth : 1);
     m_chart->setMaxHold(m_maxHold->isChecked());
+    m_chart->setPolled(m_polled);
+    m_chart->setLeftOut(!m_shown);
     m_vbox->addWidget(m_chart);
 }
 
@@ -132,6 +134,19 @@ void SpectrumArea::setHMarkers(const QList<double>& levels)
 {
     chart()->setHMarkers(levels);
     m_hMarkers = m_chart->hMarkers();
+}
+
+void SpectrumArea::setPolled(bool polled)
+{
+    m_polled = polled;
+    chart()->setPolled(polled);
+}
+
+void SpectrumArea::setShown(bool shown)
+{
+    m_shown = shown;
+    chart()->setLeftOut(!shown);
+    setVisible(shown);
 }
 
 void SpectrumArea::takeChartBack()

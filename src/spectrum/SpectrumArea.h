@@ -38,6 +38,12 @@ public:
     /// \param levels in dB.
     void setHMarkers(const QList<double>& levels);
 
+    /// Sets whether spectra are asked for, see SpectrumChart::setPolled().
+    void setPolled(bool polled);
+    /// Shows or hides the area. Its channel is left out of the polls while it is hidden, see
+    /// SpectrumChart::setLeftOut().
+    void setShown(bool shown);
+
     /// Puts the chart back into this area and shows it.
     void takeChartBack();
 
@@ -61,5 +67,7 @@ private:
     QComboBox* m_spanBox;
     QPushButton* m_average;
     QPushButton* m_maxHold;
+    bool m_polled = false;
+    bool m_shown = true;
     QVBoxLayout* m_vbox;
 };

@@ -1,5 +1,6 @@
 #include "spectrum/SpectrumChart.h"
 
+#include "plot/NoData.h"
 #include "plot/TickTexts.h"
 #include "plot/TraceLine.h"
 #include "spectrum/ChartLook.h"
@@ -33,6 +34,7 @@ SpectrumChart::SpectrumChart(QWidget* parent)
     m_readoutTimer.setSingleShot(true);
     m_readoutTimer.setInterval(ReadoutMs);
     connect(&m_readoutTimer, &QTimer::timeout, this, &SpectrumChart::readoutDue);
+    connect(&m_watch, &DataWatch::staleChanged, this, &SpectrumChart::changeShown);
     setUpAxes();
     updateAxes();
 }
@@ -133,6 +135,10 @@ void SpectrumChart::setHMarkers(const QList<double>& levels)
 void SpectrumChart::addSpectrum(const QByteArray& points)
 {
     m_trace.add(points);
+    if (!points.isEmpty()) {
+        m_watch.setExpecting(m_watch.isExpecting() || !m_pollingKnown);
+        m_watch.dataCame();
+    }
     if (m_readoutTimer.isActive()) {
         m_readoutStale = true;
     } else {
@@ -140,6 +146,12 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
         m_readoutTimer.start();
     }
     schedulePaint();
+}
+
+void SpectrumChart::setPolled(bool polled)
+{
+    m_pollingKnown = true;
+    m_watch.setExpecting(polled);
 }
 
 void SpectrumChart::readoutDue()
@@ -180,7 +192,7 @@ SpectrumChart::Reading SpectrumChart::reading(qsizetype index) const
         return {};
     }
     return {true, m_axis.frequencyAt(index, m_trace.size()),
-        static_cast<double>(m_trace.levels().at(index))};
+        static_cast<double>(m_trace.levelAt(index))};
 }
 
 SpectrumChart::Reading SpectrumChart::peak() const
@@ -210,11 +222,24 @@ void SpectrumChart::clearMarker()
 void SpectrumChart::updateReadout()
 {
     const int titleWidth = QFontMetrics(chartLook::font()).horizontalAdvance(m_title);
+    m_shownPeak = peak();
     m_readout.update(
-        {m_trace.averaging(), m_trace.maxHold(), peak(), m_hasMarker, marker(), centre()},
+        {m_trace.averaging(), m_trace.maxHold(), m_shownPeak, m_hasMarker, marker(), centre()},
         titleWidth, plotRect().width() - chartLook::TitleGap);
     m_readoutStale = false;
     setHeadHeight(m_readout.headHeight());
+}
+
+QString SpectrumChart::readout() const
+{
+    QStringList texts;
+    if (!m_readout.text().isEmpty()) {
+        texts += m_readout.text();
+    }
+    if (stale()) {
+        texts += noData::text();
+    }
+    return texts.join(QLatin1Char('\n'));
 }
 
 void SpectrumChart::setHeadHeight(int height)
@@ -257,8 +282,11 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
     paintLine(painter, m_trace.levels(), m_color);
     m_hMarkers.paintNumbers(painter, plotRect(), levelScale());
     paintMarks(painter);
+    if (stale()) {
+        noData::paint(painter, plotRect());
+    }
     painter.setClipping(false);
-    m_readout.paint(painter, plotRect().right());
+    m_readout.paint(painter, plotRect().right(), stale() ? chartLook::OldText : chartLook::Text);
 }
 
 void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color)
@@ -289,9 +317,8 @@ QPointF SpectrumChart::pixelOf(const Reading& reading) const
 
 void SpectrumChart::paintMarks(QPainter& painter) const
 {
-    const Reading highest = peak();
-    if (highest.valid) {
-        chartMarks::paintPeak(painter, pixelOf(highest), m_color);
+    if (m_shownPeak.valid) {
+        chartMarks::paintPeak(painter, pixelOf(m_shownPeak), m_color);
     }
     const Reading marked = marker();
     if (marked.valid) {

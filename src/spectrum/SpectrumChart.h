@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plot/CachedPlot.h"
+#include "plot/DataWatch.h"
 #include "spectrum/ChartReadout.h"
 #include "spectrum/FrequencyAxis.h"
 #include "spectrum/LevelMarkers.h"
@@ -17,7 +18,11 @@
 /// paint. CachedPlot keeps what seldom changes (axes, grid, ticks, title, horizontal markers) as
 /// one picture; painting copies it and draws the lines straight onto the widget. Where a level or a
 /// frequency lies is computed by Scale, which points make a line by traceLine. Peak and marker
-/// stand on the trace as it is painted; their texts follow at a pace at which they can be read.
+/// stand on the trace. Their texts follow at a pace at which they can be read; the peak's triangle
+/// waits for its text, so that both always show the same point.
+///
+/// A chart that is polled and has got no spectrum for StaleMs shows "NO DATA" over its last
+/// picture, dimmed.
 class SpectrumChart : public CachedPlot
 {
     Q_OBJECT
@@ -28,6 +33,9 @@ public:
 
     static constexpr double LowestLevel = -120.0; ///< Bottom of the y axis, in dB.
     static constexpr double HighestLevel = 10.0;  ///< Top of the y axis, in dB.
+
+    /// How long a chart that is polled waits for a spectrum before it is stale, in milliseconds.
+    static constexpr int StaleMs = 3000;
 
     /// Creates an empty chart of the narrowest span around 70 MHz, with a yellow line.
     explicit SpectrumChart(QWidget* parent = nullptr);
@@ -75,6 +83,17 @@ public:
     void setMaxHold(bool on);
     /// Starts averaging and max hold anew with the next spectrum.
     void restartAverage();
+    /// Sets whether spectra of this chart are asked for, because its page is on the screen or it is
+    /// lent to another page. The time until it is stale() starts when that begins. A chart that was
+    /// never told is taken as polled from its first spectrum on.
+    void setPolled(bool polled);
+    /// Sets whether the channel is left out of the polls because it is hidden. The time until the
+    /// chart is stale() stands still meanwhile, and does not start anew.
+    void setLeftOut(bool leftOut) { m_watch.setPaused(leftOut); }
+    /// \return whether the chart is polled and has got no spectrum for StaleMs: it shows "NO DATA"
+    /// then. Only a spectrum ends that.
+    bool stale() const { return m_watch.isStale(); }
+
     /// \return the levels that are shown.
     const SpectrumTrace& trace() const { return m_trace; }
 
@@ -87,9 +106,10 @@ public:
     void setMarker(double frequency);
     /// Removes the marker.
     void clearMarker();
-    /// \return what stands above the plot at the right: averaging, max hold, peak and marker, on
-    /// several lines where one is too short.
-    QString readout() const { return m_readout.text(); }
+    /// \return the text of all readings as the operator sees it. Averaging, max hold, peak and
+    /// marker stand above the plot at the right, on several lines where one is too short; "NO DATA"
+    /// stands over the plot and is the last line.
+    QString readout() const;
 
 protected:
     QPixmap drawFrame() override;
@@ -118,6 +138,8 @@ private:
     FrequencyAxis m_axis;
     SpectrumTrace m_trace;
     ChartReadout m_readout;
+    Reading m_shownPeak; // the one in m_readout
+    DataWatch m_watch{StaleMs, QStringLiteral("noDataTimer"), this};
     LevelMarkers m_hMarkers{*this};
     QString m_title;
     QColor m_color;
@@ -126,4 +148,5 @@ private:
     double m_markerOffset = 0.0; // MHz from the centre
     bool m_hasMarker = false;
     bool m_readoutStale = false;
+    bool m_pollingKnown = false; // setPolled() was called
 };

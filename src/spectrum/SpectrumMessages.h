@@ -31,7 +31,8 @@ public:
     /// three ports that opens, otherwise for a K7150 on all three.
     void setUp();
 
-    /// "ST": starts the spectrum. \param fields "1"; anything else is ignored
+    /// "ST": starts the spectrum; sent again, tells the demodulators of a K7150 their spans again.
+    /// \param fields "1"; anything else is ignored
     void start(const QStringList& fields);
 
     /// "SF": the frequency in the middle of a chart. \param fields channel 0 to 2, frequency in MHz
@@ -92,6 +93,7 @@ signals:
 private:
     QString firstPort() const;
     bool hasPage(QLatin1String word) const;
+    QString whyLineColorIgnored(int color, int number) const;
     bool hasChannel(QLatin1String word, int channel) const;
 
     bool m_olderCard;

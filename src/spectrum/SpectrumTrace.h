@@ -5,8 +5,10 @@
 
 /// The levels of one channel: bytes come in, decibels with averaging and max hold come out.
 ///
-/// add() turns the bytes of a spectrum into levels(), averaged as setAveraging() says, keeps the
-/// highest levels in held() when max hold is on, and finds the peak(). It needs no widget.
+/// add() averages the spectra as setAveraging() says, keeps the highest levels in held() when max
+/// hold is on, and finds the peak(). What is averaged is the power, so that noise and bursts have
+/// the level that a power meter would show; a table turns bytes into powers, and powers are turned
+/// into levels() only when somebody asks for them. It needs no widget.
 class SpectrumTrace
 {
 public:
@@ -14,8 +16,8 @@ public:
     /// card's scale.
     static double level(quint8 byte) { return byte * 0.5 - 120.0; }
 
-    /// Averages the levels in dB, as a narrow video filter does, and starts anew. The first \a
-    /// depth spectra weigh the same; after that the average is exponential and older ones fade.
+    /// Averages the powers, not the decibels, and starts anew. The first \a depth spectra weigh the
+    /// same; after that the average is exponential and older ones fade.
     /// \param depth over how many spectra, 1 to 1,000; 1 is no averaging. A number outside is taken
     /// as the nearest of the two.
     void setAveraging(int depth);
@@ -41,7 +43,9 @@ public:
     /// \return the number of points.
     qsizetype size() const { return m_levels.size(); }
     /// \return the levels in dB, the lowest frequency first.
-    const QVector<float>& levels() const { return m_levels; }
+    const QVector<float>& levels() const;
+    /// \return the level in dB of one point, 0 to size() - 1, without the others being computed.
+    float levelAt(qsizetype index) const;
     /// \return the levels of max hold in dB; empty while it is off.
     const QVector<float>& held() const { return m_held; }
     /// \return the index of the highest level, or -1 without points.
@@ -51,10 +55,12 @@ private:
     void average(const QByteArray& points);
     void hold(const QByteArray& points);
 
-    QVector<float> m_levels;
+    QVector<float> m_powers;         // the mean of at least two spectra
+    mutable QVector<float> m_levels; // in dB; those of m_powers once they are asked for
     QVector<float> m_held;
     int m_depth = 1;
     int m_averaged = 0; // spectra in the average so far
     qsizetype m_peak = -1;
+    mutable bool m_levelsStale = false; // m_powers has changed since
     bool m_holding = false;
 };

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
+
+class QPainter;
 
 /// The style sheets of menu keys, one for each state and font size.
 ///
@@ -14,6 +17,10 @@ QString enabled(bool largeFont);
 QString toggled(bool largeFont);
 /// \return the sheet of a key that cannot be pressed: dark grey.
 QString disabled(bool largeFont);
+
+/// Paints the face and the border of disabled(), for a button whose sheet is another one.
+/// \param button the button's outline
+void paintDisabledFace(QPainter& painter, const QRect& button);
 
 /// \return the sheet of the "More..." key of a menu page.
 QString more();

@@ -60,14 +60,14 @@ bool fitsIn(QTextEdit* view, int pixels, const QSize& room)
 
 // Sets the text in the largest letters in which it fits the room; if there are none, in letters in
 // which it is easily read while it is scrolled.
-void setLetters(QTextEdit* view, int maxPixels, const QSize& room)
+void setLetters(QTextEdit* view, int maxPixels, int minPixels, const QSize& room)
 {
     int pixels = maxPixels;
-    while (pixels >= MinPixels && !fitsIn(view, pixels, room)) {
+    while (pixels >= minPixels && !fitsIn(view, pixels, room)) {
         --pixels;
     }
-    if (pixels < MinPixels) {
-        fitsIn(view, ScrolledPixels, room);
+    if (pixels < minPixels) {
+        fitsIn(view, qMax(ScrolledPixels, minPixels), room);
     }
     view->setFixedSize(room.width(), qMin(room.height(), qCeil(view->document()->size().height())));
 }
@@ -76,6 +76,7 @@ void setLetters(QTextEdit* view, int maxPixels, const QSize& room)
 
 MessageBox::MessageBox(QWidget* parent)
     : QMessageBox(parent)
+    , m_minLetters(MinPixels)
 {
     setStandardButtons(QMessageBox::NoButton); // otherwise one is added when the box is shown
 }
@@ -90,6 +91,11 @@ QPushButton* MessageBox::addOk(const QSize& minSize)
 void MessageBox::setMinContentWidth(int width)
 {
     m_minContentWidth = width;
+}
+
+void MessageBox::setMinLetters(int pixels)
+{
+    m_minLetters = pixels;
 }
 
 void MessageBox::setArea(const QRect& area)
@@ -172,7 +178,7 @@ void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
     label->hide();
     QTextEdit* view = newLongText(text(), textFormat());
     grid->addWidget(view, row, column, rows, columns);
-    setLetters(view, label->fontInfo().pixelSize(), roomForText(*grid, room));
+    setLetters(view, label->fontInfo().pixelSize(), m_minLetters, roomForText(*grid, room));
 }
 
 // Whether the box fits the room as it lays itself out: it breaks its text at half the width of the

@@ -1,5 +1,6 @@
 #include "touch/TextButton.h"
 
+#include "touch/KeyStyle.h"
 #include "touch/Sizes.h"
 
 #include <QFontMetrics>
@@ -55,12 +56,30 @@ QStringList brokenLines(const QString& paragraph, const QFontMetrics& metrics, i
     return lines;
 }
 
+// Whether the first way to draw a text changes it less than the second one: cuts nothing, breaks no
+// words, has larger letters.
+bool changesLess(const TextFit::Fit& first, const TextFit::Fit& second)
+{
+    const bool cutsFirst = first.text.endsWith(Ellipsis);
+    const bool cutsSecond = second.text.endsWith(Ellipsis);
+    if (cutsFirst != cutsSecond) {
+        return cutsSecond;
+    }
+    const bool breaksFirst = first.flags == Qt::TextWrapAnywhere;
+    const bool breaksSecond = second.flags == Qt::TextWrapAnywhere;
+    if (breaksFirst != breaksSecond) {
+        return breaksSecond;
+    }
+    return first.font.pixelSize() > second.font.pixelSize();
+}
+
 } // namespace
 
 TextButton::TextButton(const QString& text, QWidget* parent, Looks looks)
     : QPushButton(text, parent)
     , m_looks(looks)
     , m_fit(Limits)
+    , m_fitBetween(Limits)
 {
     if (looks.testFlag(Shrinking)) {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -124,40 +143,118 @@ void TextButton::initStyleOption(QStyleOptionButton* option) const
     }
 }
 
+void TextButton::setMarks(const keyMarks::Marks& marks)
+{
+    if (!(m_marks == marks)) {
+        m_marks = marks;
+        update();
+    }
+}
+
+// Whether the text, painted in the middle at the key's own size, would touch a corner with a mark.
+bool TextButton::reachesCorners() const
+{
+    const QStringList lines = fittedText(shownText()).split(QLatin1Char('\n'));
+    const QFontMetrics metrics = fontMetrics();
+    int top = (height() - static_cast<int>(lines.size()) * metrics.lineSpacing()) / 2;
+    for (const QString& line : lines) {
+        if (top >= keyMarks::CornerSize) {
+            return false;
+        }
+        if (metrics.horizontalAdvance(line) > width() - 2 * keyMarks::CornerSize) {
+            return true;
+        }
+        top += metrics.lineSpacing();
+    }
+    return false;
+}
+
 void TextButton::paintEvent(QPaintEvent* event)
 {
-    if (!shrinks()) {
+    if (m_looks.testFlag(DarkWhenDisabled) && !isEnabled()) {
+        paintDark();
+    } else if (shrinks() || (m_marks.any() && reachesCorners())) {
+        paintFitted();
+    } else {
         QPushButton::paintEvent(event);
-        return;
     }
-    QStyleOptionButton option;
-    initStyleOption(&option);
+    if (m_marks.any()) {
+        QPainter painter(this);
+        keyMarks::paint(painter, rect(), m_marks, isEnabled());
+    }
+}
+
+// The text as it is shown, before it is broken into lines.
+QString TextButton::shownText() const
+{
     QString label = text();
     label.replace(QLatin1String("&&"), QLatin1String("&")).remove(QLatin1Char('\r'));
     if (m_looks.testFlag(OneLine)) {
         label.replace(QLatin1Char(' '), QChar::Nbsp);
     }
+    return label.trimmed();
+}
+
+void TextButton::paintFitted()
+{
+    QStyleOptionButton option;
+    initStyleOption(&option);
     option.text.clear();
     QStylePainter painter(this);
     painter.drawControl(QStyle::CE_PushButton, option);
-    paintText(painter, label);
+    const auto group = isEnabled() ? QPalette::Normal : QPalette::Disabled;
+    paintText(painter, palette().color(group, QPalette::ButtonText));
 }
 
-void TextButton::paintText(QPainter& painter, const QString& label)
+// Paints the look of a disabled key without its style sheet.
+void TextButton::paintDark()
 {
+    QPainter painter(this);
+    keyStyle::paintDisabledFace(painter, rect());
+    paintText(painter, Qt::white);
+}
+
+void TextButton::paintText(QPainter& painter, const QColor& colour)
+{
+    painter.setPen(colour);
+    const QString label = shownText();
+    if (m_marks.any()) {
+        paintClearOfCorners(painter, label);
+        return;
+    }
     const QRect room =
         rect().adjusted(ShrinkingMargin, ShrinkingMargin, -ShrinkingMargin, -ShrinkingMargin);
-    const TextFit::Fit& way = m_fit.fit(label.trimmed(), font(), room.size());
+    paintFit(painter, room, m_fit.fit(label, font(), room.size()));
+}
+
+// Paints the text between the corners or under them, wherever it changes less.
+void TextButton::paintClearOfCorners(QPainter& painter, const QString& label)
+{
+    const int corner = keyMarks::CornerSize;
+    const QRect under =
+        rect().adjusted(ShrinkingMargin, corner, -ShrinkingMargin, -ShrinkingMargin);
+    const QRect between = rect().adjusted(corner, ShrinkingMargin, -corner, -ShrinkingMargin);
+    const TextFit::Fit& wayUnder = m_fit.fit(label, font(), under.size());
+    const TextFit::Fit& wayBetween = m_fitBetween.fit(label, font(), between.size());
+    if (changesLess(wayUnder, wayBetween)) {
+        paintFit(painter, under, wayUnder);
+    } else {
+        paintFit(painter, between, wayBetween);
+    }
+}
+
+void TextButton::paintFit(QPainter& painter, const QRect& room, const TextFit::Fit& way)
+{
     painter.setFont(way.font);
     const int flags = Qt::AlignCenter | way.flags;
     if (m_looks.testFlag(Rimmed)) {
+        const QPen pen = painter.pen();
         painter.setPen(Qt::black);
         for (const QPoint& side : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1),
                  QPoint(-1, -1), QPoint(1, 1), QPoint(-1, 1), QPoint(1, -1)}) {
             painter.drawText(room.translated(side), flags, way.text);
         }
+        painter.setPen(pen);
     }
-    const auto group = isEnabled() ? QPalette::Normal : QPalette::Disabled;
-    painter.setPen(palette().color(group, QPalette::ButtonText));
     painter.drawText(room, flags, way.text);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "touch/KeyMarks.h"
 #include "touch/TextFit.h"
 
 #include <QPushButton>
@@ -11,6 +12,10 @@
 /// it is broken into lines. Where it has none, and always on the buttons of pop-ups (Shrinking),
 /// TextFit fits the text. "&" is shown as it is and marks no shortcut; "&&", which main units send
 /// for one, is shown as one.
+///
+/// A button may carry the marks of a toggle key in its upper corners. Its text then keeps clear of
+/// both corners: it stands in the middle as ever where it does not reach them, and else between or
+/// under them, in smaller letters if need be.
 class TextButton : public QPushButton
 {
     Q_OBJECT
@@ -21,7 +26,8 @@ public:
         Plain = 0,               ///< Keeps the font as long as the text has room when broken.
         Shrinking = 1,           ///< Smaller letters rather than cut; the button fills its cell.
         OneLine = 2 | Shrinking, ///< Smaller letters rather than broken at its blanks.
-        Rimmed = 4 | Shrinking   ///< With a dark rim, for faces too light for white text.
+        Rimmed = 4 | Shrinking,  ///< With a dark rim, for faces too light for white text.
+        DarkWhenDisabled = 8     ///< Painted as a disabled key when disabled, whatever its sheet.
     };
     /// Several looks together.
     Q_DECLARE_FLAGS(Looks, Look)
@@ -40,6 +46,11 @@ public:
     /// \param height  of all lines, in pixels; one line is always kept
     static QString fitted(const QString& text, const QFontMetrics& metrics, int width, int height);
 
+    /// Shows marks in the upper corners, none by default.
+    void setMarks(const keyMarks::Marks& marks);
+    /// \return the marks that are shown.
+    const keyMarks::Marks& marks() const { return m_marks; }
+
     /// \reimp
     QSize sizeHint() const override;
     /// \reimp
@@ -51,11 +62,19 @@ protected:
 
 private:
     bool shrinks() const;
+    bool reachesCorners() const;
+    QString shownText() const;
     QString fittedText(const QString& text) const;
-    void paintText(QPainter& painter, const QString& label);
+    void paintFitted();
+    void paintDark();
+    void paintText(QPainter& painter, const QColor& colour);
+    void paintClearOfCorners(QPainter& painter, const QString& label);
+    void paintFit(QPainter& painter, const QRect& room, const TextFit::Fit& way);
 
     Looks m_looks;
+    keyMarks::Marks m_marks;
     TextFit m_fit;
+    TextFit m_fitBetween; // with marks: between the corners, while m_fit is for the room under them
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TextButton::Looks)

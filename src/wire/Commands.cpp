@@ -41,7 +41,7 @@ QList<Command> menuCommands()
     const Field toggle = optional("toggle", FieldType::Flag);
     const Field state = optional("display state", FieldType::State);
     const QList<Field> copy{
-        optional("main menu", FieldType::Name), optional("source menu", FieldType::Name), keyId()};
+        required("main menu", FieldType::Name), optional("source menu", FieldType::Name), keyId()};
     return {
         {word::AK, Room::Menus, 11, 11,
             {menuName(), keyId(), label, optional("key type", FieldType::Integer), command, units,
@@ -50,8 +50,8 @@ QList<Command> menuCommands()
         {word::SK, Room::Menus, 1, 1, {menuName()}},
         {word::CK, Room::Menus, 2, 3, {menuName(), keyId(), state}},
         {word::CV, Room::Menus, 2, 4, {menuName(), keyId(), value, toggle}},
-        {word::CM, Room::Menus, 0, 3, copy},
-        {word::MS, Room::Menus, 0, 3, copy},
+        {word::CM, Room::Menus, 1, 3, copy},
+        {word::MS, Room::Menus, 1, 3, copy},
         {word::Pax, Room::Menus, 1, 1, {optional("switch", FieldType::Integer)}},
         {word::EI, Room::Menus, 3, 3,
             {menuName(), keyId(), optional("list of positions", FieldType::Positions)}},

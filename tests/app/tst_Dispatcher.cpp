@@ -214,7 +214,28 @@ private slots:
         row("CV,Nowhere,k,1,1", "qn740.menus CV: no menu Nowhere");
         row("CK,Loading,k,1", "qn740.menus CK: no key k");
         row("EI,Loading,k,1", "qn740.menus EI: no key k");
+        row("CM", "qn740.menus CM: 0 fields, needs 1");
+        row("CM,", "qn740.menus CM: the main menu must be a name, not \"\"");
+        row("MS", "qn740.menus MS: 0 fields, needs 1");
+        row("MS,,Loading,k", "qn740.menus MS: the main menu must be a name, not \"\"");
+        row("MS,PAX", ""); // makes the menu
+        row("MS,PAX,Loading", "qn740.menus MS: 2 fields, needs 3");
+        row("MS,PAX,Nowhere,k", "qn740.menus MS: no menu Nowhere");
+        row("CM,Main,Loading,k", "qn740.menus CM: no key k");
+        row("EI,Loading,k", "qn740.menus EI: 2 fields, needs 3");
+        row("IK,L,x,C,,0,", "qn740.menus IK: the key type must be a whole number, not \"x\"");
         row("PAX,2", "qn740.menus PAX: neither 0 nor 1");
+        row("PAX,1", "qn740.menus PAX: no PAX main menu");
+        row("Slave,7", "qn740.link Slave: no link mode 7");
+        row("Slave,x", "qn740.link Slave: the link mode must be a whole number, not \"x\"");
+        row("DB", "qn740.link DB: 0 fields, needs 1");
+        row("SQ,4,1", "qn740.scopes SQ: no demodulator 4");
+        row("SM,1,9", "qn740.scopes SM: no mode 9");
+        row("PM,1,2", "qn740.scopes PM: 2 fields, needs 3");
+        row("LC,1", "qn740.spectrum LC: no spectrum yet");
+        row("LC,9,1", "qn740.spectrum LC: no colour 9");
+        row("LC,1,4", "qn740.spectrum LC: no trace 4");
+        row("LC,1,1", ""); // the scope takes it
         row("SM,5,1", "qn740.scopes SM: no demodulator 5");
         row("SM,1,x", "qn740.scopes SM: the mode must be a whole number, not \"x\"");
         row("SF,0,70", "qn740.spectrum SF: no spectrum yet");

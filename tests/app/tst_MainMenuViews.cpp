@@ -7,6 +7,7 @@
 #include "support/Panel.h"
 #include "support/TestMain.h"
 #include "tools/screen/Part.h"
+#include "touch/TextButton.h"
 
 #include <QStatusBar>
 
@@ -75,6 +76,50 @@ private slots:
         }
     }
 
+    void a_touched_toggle_is_marked_until_the_main_unit_confirms_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("CV for the source") << QByteArray("CV,Tuner CH1,k,0,1");
+        QTest::newRow("CV for the copy") << QByteArray("CV,Main,k,0,1");
+        QTest::newRow("CV that refuses") << QByteArray("CV,Tuner CH1,k,0,0");
+        QTest::newRow("CK for the source") << QByteArray("CK,Tuner CH1,k,1");
+        QTest::newRow("AK for the source") << SourceKey;
+    }
+    void a_touched_toggle_is_marked_until_the_main_unit_confirms()
+    {
+        QFETCH(QByteArray, answer);
+        Panel panel;
+        panel.say({SourceKey, CopyToMain, "SK,Main"});
+        auto* key = qobject_cast<TextButton*>(menu(panel, "Main")->buttons.constFirst());
+        const QString sheet = key->styleSheet();
+        QCOMPARE(key->marks().lamp, keyMarks::Lamp::Off);
+        clickOn(key);
+        QCOMPARE(panel.heard(), framed("K:1"));
+        QVERIFY(key->marks().isPending);
+        QCOMPARE(key->marks().lamp, keyMarks::Lamp::Off);
+        QCOMPARE(key->styleSheet(), sheet);
+        panel.say({"PING"});
+        QVERIFY(key->marks().isPending);
+        panel.say({answer});
+        QVERIFY(!key->marks().isPending);
+    }
+
+    void an_ampersand_in_the_name_of_a_menu_is_shown_in_the_status_bar()
+    {
+        Panel panel;
+        panel.say({"AK,R & D,k,L,0,C,,0,,0,0,1", "SK,R & D"});
+        QCOMPARE(part<QStatusBar>(panel.window, "statusBar")->currentMessage(),
+            QStringLiteral("QN740 Menu - R & D"));
+    }
+
+    void a_main_menu_without_a_name_is_not_made()
+    {
+        Panel panel;
+        panel.say({SourceKey, CopyToPax, "MS", "MS,", "CM", "CM,,Tuner CH1,k"});
+        QCOMPARE(panel.window.rooms().views->paxMenu.widget(), menu(panel, "Big")->frame);
+        QVERIFY(menu(panel, "") == nullptr);
+    }
+
     void the_index_of_a_deleted_main_menu_is_kept()
     {
         Panel panel;
@@ -89,7 +134,8 @@ private slots:
         panel.say({"AK,New,k,L,0,C,,0,,0,0,1", "SK,New"});
         clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
-        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "New")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
+            QStringLiteral("waitingPage"));
         panel.say({SourceKey, CopyToMain});
         clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
@@ -213,7 +259,8 @@ private slots:
         panel.say({"PAX,0", "PAX,1"}); // with an empty list
         panel.say({"AK,A,k,L,0,C,,0,,0,0,1", "AK,B,k,L,0,C,,0,,0,0,1", "AK,C,k,L,0,C,,0,,0,0,1",
             "AK,D,k,L,0,C,,0,,0,0,1", "SK,D", "PAX,0", "PAX,1"}); // another menu is at its position
-        QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "D")->frame);
+        QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
+            QStringLiteral("waitingPage"));
         panel.say({SourceKey, CopyToPax, "PAX,1"});
         QCOMPARE(panel.window.rooms().navigation->paxListIndex(), 5);
         QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Big")->frame);

@@ -85,11 +85,26 @@ private slots:
         SpectralCard* card = m_window->rooms().spectrum->card();
         send("ST,1");
         QCOMPARE(m_window->rooms().spectrum->card(), card);
-        QTRY_COMPARE(m_unit->received().size(), 6 * 9);
+        const QByteArray spectrumOn = "D1:SPEN:1D2:SPEN:1D2:SPEN:1";
+        const QByteArray spans = framed("D1:NFFT:12") + framed("D2:NFFT:12") + framed("D3:NFFT:12");
+        QTRY_COMPARE(m_unit->received(), spectrumOn + spectrumOn + spans);
         m_unit->takeReceived();
         card->SetSpan(1, 9);
         QTRY_COMPARE(m_unit->received(), framed("D2:NFFT:10"));
         QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190CNFT190000"});
+    }
+
+    void ST_of_a_restarted_main_unit_is_answered_with_the_spans_chosen_before()
+    {
+        send("ST,1");
+        m_window->rooms().spectrum->card()->SetSpan(1, 4);
+        m_window->rooms().spectrum->card()->SetSpan(2, 9);
+        QTRY_VERIFY(m_unit->received().endsWith(framed("D3:NFFT:10")));
+        m_unit->takeReceived();
+        send("ST,1");
+        QTRY_COMPARE(m_unit->received(),
+            "D1:SPEN:1D2:SPEN:1D2:SPEN:1" + framed("D1:NFFT:12") + framed("D2:NFFT:11") +
+                framed("D3:NFFT:10"));
     }
 
     void a_span_is_not_widened_in_a_linked_mode()
@@ -359,6 +374,18 @@ private slots:
         whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, u"40 MHz"_s)); });
         clickOn(key);
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 9);
+    }
+
+    void the_span_key_of_the_PAX_menu_is_disabled_until_there_is_a_spectrum()
+    {
+        definePaxMenu();
+        send("PAX,1");
+        QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), "Span");
+        QVERIFY(key != nullptr && !key->isEnabled());
+        clickOn(key);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        send("ST,1");
+        QVERIFY(key->isEnabled());
     }
 
     void CLEAR_returns_the_chart_before_the_PAX_menu_is_deleted()

@@ -67,9 +67,10 @@ private slots:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
-        // Without a menu there is nothing to return to; the next menu that is selected is shown.
+        // Without a menu the waiting page is shown until the next menu is selected.
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
-        QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
+        QCOMPARE(
+            m_window->rooms().stack->currentWidget()->objectName(), QStringLiteral("waitingPage"));
         QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), QStringLiteral("Scopes"));
         send("AK,New,1,One,0,,0,,0,0,0,1");
         send("SK,New");

@@ -95,6 +95,24 @@ private slots:
         QCOMPARE(shown(), u"Waiting for the main unit"_s);
     }
 
+    void the_waiting_page_replaces_a_deleted_menu_when_the_menus_return()
+    {
+        m_views->addWaitingPage();
+        m_views->showMenu(m_stack->widget(0));
+        m_views->set(&Views::scopes, m_stack->widget(2));
+        m_views->showNext();
+        QCOMPARE(shown(), QString("c"));
+        delete m_stack->widget(0);
+        m_views->showNext();
+        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(m_views->current(), Views::Menus);
+        m_views->showNext();
+        QCOMPARE(shown(), QString("c"));
+        m_views->returnToMenus(nullptr);
+        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(m_views->current(), Views::Menus);
+    }
+
     void deleting_another_page_keeps_the_menu_on_the_screen()
     {
         m_views->addWaitingPage();
@@ -153,7 +171,7 @@ private slots:
         }
     }
 
-    void returning_to_a_deleted_menu_keeps_the_screen()
+    void without_a_waiting_page_returning_to_a_deleted_menu_keeps_the_screen()
     {
         m_views->setCurrent(Views::Spectrum);
         m_views->returnToMenus(nullptr);

@@ -2,6 +2,7 @@
 #include "support/Pty.h"
 #include "support/TestMain.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -48,11 +49,46 @@ private slots:
         QCOMPARE(m_serial->port()->readBufferSize(), qint64(1 << 20));
     }
 
-    void an_absent_line_is_reported_by_the_result_alone()
+    void an_absent_line_is_reported_by_the_result_and_one_warning()
     {
-        m_devices->remove(u"ttyO1"_s);
-        QVERIFY(!m_serial->open_serial(u"ttyO1"_s));
-        QCOMPARE(m_serial->name(), u"ttyO1"_s);
+        m_devices->remove("ttyO1");
+        QTest::failOnWarning(QRegularExpression("."));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was not opened: ."));
+        QVERIFY(!m_serial->open_serial("ttyO1"));
+        QVERIFY(!m_serial->isOpen());
+        QCOMPARE(m_serial->name(), QString("ttyO1"));
+    }
+
+    void opening_and_losing_the_line_is_announced()
+    {
+        QList<bool> states;
+        connect(
+            m_serial.get(), &keySerial::openChanged, this, [&] { states += m_serial->isOpen(); });
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QCOMPARE(states, QList<bool>{true});
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost: "));
+        m_pty->close();
+        QTRY_COMPARE(states, (QList<bool>{true, false}));
+    }
+
+    void bytes_are_announced_whatever_they_are_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("a message") << framed("PING");
+        QTest::newRow("half a message") << QByteArray("\x02PI");
+        QTest::newRow("noise") << QByteArray("x");
+    }
+
+    void bytes_are_announced_whatever_they_are()
+    {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        const QSignalSpy received(m_serial.get(), &keySerial::bytesReceived);
+        m_serial->serial_data_in();
+        QCOMPARE(received.size(), 0);
+        QVERIFY(m_pty->write(bytes));
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(m_serial->unread(), qint64(0));
     }
 
     void a_frame_in_pieces_is_one_message()

@@ -1,6 +1,7 @@
 #include "menus/Key.h"
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 #include <QSignalSpy>
 
@@ -223,6 +224,116 @@ private slots:
         key.key_button_pushed();
         QVERIFY(key.tog());
         QCOMPARE(button.styleSheet(), keyStyle::enabled(false));
+    }
+
+    void a_press_of_a_toggle_is_pending_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("pending");
+        QTest::newRow("toggle") << 0 << true;
+        QTest::newRow("command") << 5 << false;
+    }
+    void a_press_of_a_toggle_is_pending()
+    {
+        QFETCH(int, type);
+        QFETCH(bool, pending);
+        TextButton button(u"AGC"_s);
+        Key key;
+        key.Set_Key(&button, false);
+        key.type = type;
+        key.setTog(false);
+        QVERIFY(!key.isPending());
+        key.key_button_pushed();
+        QCOMPARE(key.isPending(), pending);
+        QCOMPARE(button.marks().isPending, pending);
+        key.key_button_pushed();
+        QCOMPARE(key.isPending(), pending);
+        QCOMPARE(button.marks().isPending, pending);
+    }
+
+    void a_press_is_pending_before_its_message_is_sent()
+    {
+        Key key;
+        key.type = Key::Toggle;
+        connect(&key, &Key::response_message, &key, [&key] {
+            QVERIFY(key.isPending());
+            key.setTog(key.tog()); // an answer that comes at once
+        });
+        key.key_button_pushed();
+        QVERIFY(!key.isPending());
+    }
+
+    void what_the_main_unit_tells_ends_a_pending_press_data()
+    {
+        QTest::addColumn<int>("state"); // -1: the toggle is told instead
+        QTest::newRow("toggle") << -1;
+        QTest::newRow("disabled") << 0;
+        QTest::newRow("enabled") << 1;
+        QTest::newRow("hidden") << 2;
+        QTest::newRow("unknown state") << 3;
+    }
+    void what_the_main_unit_tells_ends_a_pending_press()
+    {
+        QFETCH(int, state);
+        TextButton button(u"AGC"_s);
+        Key key;
+        key.Set_Key(&button, false);
+        key.setTog(false);
+        key.key_button_pushed();
+        QVERIFY(button.marks().isPending);
+        if (state < 0) {
+            key.setTog(false);
+        } else {
+            key.state = state;
+            key.applyState();
+        }
+        QVERIFY(!key.isPending());
+        QVERIFY(!button.marks().isPending);
+    }
+
+    void the_lamp_follows_the_main_unit_and_not_the_press_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("tog");
+        QTest::addColumn<keyMarks::Lamp>("lamp");
+        QTest::newRow("toggle off") << 0 << false << keyMarks::Lamp::Off;
+        QTest::newRow("toggle on") << 0 << true << keyMarks::Lamp::On;
+        QTest::newRow("command off") << 5 << false << keyMarks::Lamp::None;
+        QTest::newRow("command on") << 5 << true << keyMarks::Lamp::None;
+        QTest::newRow("number") << 1 << true << keyMarks::Lamp::None;
+        QTest::newRow("unknown") << 9 << true << keyMarks::Lamp::None;
+    }
+    void the_lamp_follows_the_main_unit_and_not_the_press()
+    {
+        QFETCH(int, type);
+        QFETCH(bool, tog);
+        QFETCH(keyMarks::Lamp, lamp);
+        TextButton button(u"AGC"_s);
+        Key key;
+        key.Set_Key(&button, false);
+        key.type = type;
+        key.setTog(tog);
+        QCOMPARE(button.marks().lamp, lamp);
+        key.setDisabled();
+        QCOMPARE(button.marks().lamp, lamp);
+        key.setEnabled();
+        QCOMPARE(button.marks().lamp, lamp);
+        if (type == Key::Toggle || type == Key::Command) {
+            key.key_button_pushed();
+            QCOMPARE(button.marks().lamp, lamp);
+        }
+    }
+
+    void a_key_that_is_no_toggle_any_more_loses_its_lamp()
+    {
+        TextButton button(u"AGC"_s);
+        Key key;
+        key.Set_Key(&button, false);
+        key.setTog(true);
+        key.key_button_pushed();
+        key.type = Key::Number;
+        key.setTog(true);
+        QVERIFY(!button.marks().any());
     }
 
     void a_message_has_no_separator_between_command_and_value()

@@ -1,6 +1,7 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/KeyDefinition.h"
+#include "menus/MoreKey.h"
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
 
@@ -97,6 +98,55 @@ private slots:
             QCOMPARE(menu.grid->rowMinimumHeight(i), 80);
         }
         QCOMPARE(menu.grid->columnMinimumWidth(6), 0);
+    }
+
+    void an_ampersand_in_the_name_is_shown_and_marks_no_letter_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("between blanks") << u"R & D"_s;
+        QTest::newRow("between letters") << u"R&D"_s;
+        QTest::newRow("at the end") << u"R&"_s;
+        QTest::newRow("two") << u"R && D"_s;
+    }
+    void an_ampersand_in_the_name_is_shown_and_marks_no_letter()
+    {
+        QFETCH(QString, name);
+        KeyBoard menu;
+        menu.new_keyboard(name, 5, 5);
+        QCOMPARE(menu.name, name);
+        // The style shows every "&&" of a title as one "&" and takes a single one for a mark.
+        QString shown = menu.frame->title();
+        QVERIFY(QKeySequence::mnemonic(shown).isEmpty());
+        QCOMPARE(shown.replace(u"&&"_s, u"&"_s), name + u" Menu"_s);
+        QCOMPARE(menu.titleLabel->text(), u"QN740 - Menu - "_s + name);
+        QVERIFY(menu.titleLabel->buddy() == nullptr); // without one a label marks no letter
+    }
+
+    void an_ampersand_takes_room_in_the_picture_of_the_title()
+    {
+        const auto inkOf = [](const QString& name) {
+            KeyBoard menu;
+            menu.new_keyboard(name, 0, 0);
+            menu.frame->resize(300, 120);
+            const QImage picture = menu.frame->grab(QRect(20, 0, 260, 15)).toImage();
+            int left = picture.width();
+            int right = 0;
+            for (int y = 3; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    const QColor colour = picture.pixelColor(x, y);
+                    if (colour.red() > 128 && colour.blue() < 100) { // yellow letters
+                        left = qMin(left, x);
+                        right = qMax(right, x);
+                    }
+                }
+            }
+            return right - left;
+        };
+        QFont font = QApplication::font();
+        font.setPixelSize(12);
+        const int ampersand = QFontMetrics(font).horizontalAdvance(u'&');
+        QVERIFY(inkOf(u"R D"_s) > 0);
+        QVERIFY(inkOf(u"R& D"_s) >= inkOf(u"R D"_s) + ampersand - 1);
     }
 
     void a_key_gets_all_fields()
@@ -263,6 +313,38 @@ private slots:
         QCOMPARE(textsOf(gridOf(menu, 3)), QStringList({u"key 106"_s, u"More..."_s}));
     }
 
+    void every_More_key_says_its_page_and_how_many_there_are()
+    {
+        KeyBoard menu;
+        menu.new_keyboard(u"M"_s, 5, 5);
+        const auto pageTexts = [&menu] {
+            QStringList texts;
+            for (int page = 0; page < menu.pages->count(); ++page) {
+                const auto* more =
+                    qobject_cast<MoreKey*>(gridOf(menu, page)->itemAtPosition(5, 5)->widget());
+                texts += more != nullptr ? more->text() + u' ' + more->pageText() : QString();
+            }
+            return texts;
+        };
+        addKeys(menu, 37);
+        QCOMPARE(pageTexts(), (QStringList{u"More... 1/2"_s, u"More... 2/2"_s}));
+        addKeys(menu, 33);
+        QCOMPARE(pageTexts(), (QStringList{u"More... 1/2"_s, u"More... 2/2"_s}));
+        addKeys(menu, 1);
+        QCOMPARE(pageTexts(), (QStringList{u"More... 1/3"_s, u"More... 2/3"_s, u"More... 3/3"_s}));
+    }
+
+    void the_page_count_is_still_right_when_a_More_key_has_been_deleted()
+    {
+        KeyBoard menu;
+        menu.new_keyboard(u"M"_s, 5, 5);
+        addKeys(menu, 37);
+        delete gridOf(menu, 0)->itemAtPosition(5, 5)->widget();
+        addKeys(menu, 34);
+        const auto* more = qobject_cast<MoreKey*>(gridOf(menu, 1)->itemAtPosition(5, 5)->widget());
+        QCOMPARE(more->pageText(), u"2/3"_s);
+    }
+
     void the_More_key_has_its_own_style()
     {
         KeyBoard menu;
@@ -413,6 +495,8 @@ private slots:
         QCOMPARE(sent.count(), 1);
         if (group.isEmpty()) {
             menu.frame->show();
+            QVERIFY(!button->isVisible());
+            button->show();
             QVERIFY(!button->isVisible());
             return;
         }

@@ -285,12 +285,38 @@ private slots:
         QCOMPARE(button->text(), QStringLiteral("Span"));
         QCOMPARE(button->styleSheet(), keyStyle::enabled(true));
         QCOMPARE(button->maximumHeight(), 100);
+        menus.main.enableSpan();
         button->click();
         QCOMPARE(span.size(), 1);
         menus.paxCopy("PAX", "Tuner CH1", "0");
         QCOMPARE(made.size(), 1);
         menus.key("PAX", "own");
         QCOMPARE(at(pax->optGrid, 0, 1), pax->buttons.at(1));
+    }
+
+    void Span_is_dead_until_there_is_a_spectrum()
+    {
+        Menus menus;
+        QSignalSpy pressed(&menus.main, &MainMenus::spanClicked);
+        menus.paxCopy("PAX", "Nowhere", "0");
+        const auto span = [&menus](const char* menu) {
+            return qobject_cast<QPushButton*>(at(menus.menu(menu)->optGrid, 0, 0));
+        };
+        QVERIFY(!span("PAX")->isEnabled());
+        QCOMPARE(span("PAX")->styleSheet(), keyStyle::enabled(true));
+        span("PAX")->resize(150, 60);
+        const QColor dark(0x2f, 0x4f, 0x4f);
+        QCOMPARE(span("PAX")->grab().toImage().pixelColor(8, 8), dark);
+        span("PAX")->click();
+        QCOMPARE(pressed.size(), 0);
+
+        menus.main.enableSpan();
+        QVERIFY(span("PAX")->isEnabled());
+        QCOMPARE(span("PAX")->grab().toImage().pixelColor(8, 8), QColor(0x91, 0x91, 0x91));
+        span("PAX")->click();
+        QCOMPARE(pressed.size(), 1);
+        menus.paxCopy("PAX 2", "Nowhere", "0");
+        QVERIFY(span("PAX 2")->isEnabled());
     }
 
     void MS_fills_the_left_group_with_two_keys_per_row()
@@ -336,6 +362,65 @@ private slots:
         QCOMPARE(pax->keys.size(), 2);
         QVERIFY(pax->buttons.at(0)->isHidden());
         QVERIFY(pax->buttons.at(1)->isHidden());
+    }
+
+    // A key that has no cell is shown nowhere, whatever the main unit says about its state.
+    void a_copy_without_a_cell_is_shown_by_no_CK_data()
+    {
+        QTest::addColumn<QString>("menu");
+        QTest::newRow("the copy itself") << u"PAX"_s;
+        QTest::newRow("through its source") << u"Combiner"_s;
+    }
+    void a_copy_without_a_cell_is_shown_by_no_CK()
+    {
+        QFETCH(QString, menu);
+        Menus menus;
+        menus.keys("Combiner", 1);
+        menus.paxCopy("PAX", "Nowhere", "0");
+        menus.copy("PAX", "Combiner", "0");
+        const KeyBoard* pax = menus.menu("PAX");
+        menus.window.resize(800, 480);
+        menus.stack->setCurrentIndex(pax->stackIndex);
+        menus.window.show();
+        const QImage before = menus.window.grab().toImage();
+        for (const char* state : {"1", "0", "2", "1"}) {
+            menus.messages.changeState({menu, u"0"_s, QLatin1String(state)});
+            QVERIFY(!pax->buttons.first()->isVisible());
+            QVERIFY(!pax->buttons.first()->parentWidget()->isVisible());
+        }
+        QCOMPARE(menus.window.grab().toImage(), before);
+        QCOMPARE(pax->keys.first()->state, 1);
+    }
+
+    void a_main_menu_needs_a_name_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::newRow("no field") << QStringList{};
+        QTest::newRow("an empty name") << QStringList{u""_s};
+        QTest::newRow("an empty name for a source that exists")
+            << QStringList{u""_s, u"Combiner"_s, u"0"_s};
+    }
+    void a_main_menu_needs_a_name()
+    {
+        QFETCH(QStringList, fields);
+        Menus menus;
+        menus.keys("Combiner", 1);
+        QSignalSpy made(&menus.main, &MainMenus::paxMenuMade);
+        QSignalSpy named(&menus.main, &MainMenus::mainMenuNamed);
+        menus.main.copyToMainMenu(fields);
+        menus.main.copyToPaxMenu(fields);
+        QCOMPARE(menus.book.pages.size(), 1);
+        QCOMPARE(menus.stack->count(), 1);
+        QVERIFY(menus.menu("Combiner")->keys.first()->linkedKeys.isEmpty());
+        QCOMPARE(made.size() + named.size(), 0);
+    }
+
+    void a_name_alone_makes_the_PAX_main_menu()
+    {
+        Menus menus;
+        menus.main.copyToPaxMenu({u"PAX"_s});
+        QVERIFY(menus.menu("PAX") != nullptr && menus.menu("PAX")->isPAXMainMenu());
+        QVERIFY(menus.menu("PAX")->keys.isEmpty());
     }
 
     void the_special_page_groups_keys_by_their_cells()

@@ -3,6 +3,7 @@
 #include "menus/MenuMessages.h"
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
+#include "touch/TextButton.h"
 
 #include <QSignalSpy>
 
@@ -261,6 +262,98 @@ private slots:
             QCOMPARE(key->GetKey()->text(), u"New"_s);
             QCOMPARE(key->command, u"D"_s);
         }
+    }
+
+    void a_pending_press_waits_for_a_message_about_the_key_data()
+    {
+        QTest::addColumn<QString>("pressed");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("pending");
+        QTest::newRow("AK") << u"M"_s << u"AK,M,k,L,0,C,,0,,0,1,1"_s << false;
+        QTest::newRow("CV") << u"M"_s << u"CV,M,k,0,1"_s << false;
+        QTest::newRow("CV that says no") << u"M"_s << u"CV,M,k,0,0"_s << false;
+        QTest::newRow("CK") << u"M"_s << u"CK,M,k,1"_s << false;
+        QTest::newRow("AK for the source of a copy")
+            << u"N"_s << u"AK,M,k,L,0,C,,0,,0,1,1"_s << false;
+        QTest::newRow("CV for the source of a copy") << u"N"_s << u"CV,M,k,0,1"_s << false;
+        QTest::newRow("CK for the source of a copy") << u"N"_s << u"CK,M,k,1"_s << false;
+        QTest::newRow("CV for the copy of a source") << u"M"_s << u"CV,N,k,0,1"_s << false;
+        QTest::newRow("AK that is too short") << u"M"_s << u"AK,M,k,L,0,C,,0,,0,1"_s << true;
+        QTest::newRow("CV for another key") << u"M"_s << u"CV,M,other,0,1"_s << true;
+        QTest::newRow("CV for another menu") << u"M"_s << u"CV,O,k,0,1"_s << true;
+        QTest::newRow("EI") << u"M"_s << u"EI,M,k,0"_s << true;
+        QTest::newRow("SK") << u"M"_s << u"SK,M"_s << true;
+    }
+    void a_pending_press_waits_for_a_message_about_the_key()
+    {
+        QFETCH(QString, pressed);
+        QFETCH(QString, message);
+        QFETCH(bool, pending);
+        ak(u"M,k,L,0,C,,0,,0,0,1"_s);
+        ak(u"M,other,L,0,C,,0,,0,0,1"_s);
+        ak(u"O,k,L,0,C,,0,,0,0,1"_s);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        Key* key = find(pressed, u"k"_s);
+        const auto* button = qobject_cast<TextButton*>(key->GetKey());
+        key->GetKey()->click();
+        QVERIFY(button->marks().isPending);
+        QStringList fields = message.split(u',');
+        const QString word = fields.takeFirst();
+        if (word == u"AK"_s) {
+            m_menus->defineKey(fields);
+        } else if (word == u"CV"_s) {
+            m_menus->changeValue(fields);
+        } else if (word == u"CK"_s) {
+            m_menus->changeState(fields);
+        } else if (word == u"EI"_s) {
+            m_menus->lockChoices(fields);
+        } else {
+            m_menus->selectMenu(fields);
+        }
+        QCOMPARE(button->marks().isPending, pending);
+        QCOMPARE(key->isPending(), pending);
+    }
+
+    void an_ignored_part_of_a_message_is_logged_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QStringList>("logged");
+        QTest::newRow("a position that is no number")
+            << u"EI"_s << u"M,k,0:x:1"_s << QStringList{u"EI: no position x"_s};
+        QTest::newRow("a negative position")
+            << u"EI"_s << u"M,k,-1"_s << QStringList{u"EI: no position -1"_s};
+        QTest::newRow("positions that are carried out") << u"EI"_s << u"M,k,0:1"_s << QStringList{};
+        QTest::newRow("a state without a meaning")
+            << u"CK"_s << u"M,k,3"_s << QStringList{u"CK: no state 3"_s};
+        QTest::newRow("a state that is carried out") << u"CK"_s << u"M,k,2"_s << QStringList{};
+        QTest::newRow("a value that is out of range")
+            << u"IK"_s << u"L,9,C,,0,,,1e99"_s << QStringList{u"IK: value out of range: 1e99"_s};
+        QTest::newRow("a value that is infinite")
+            << u"IK"_s << u"L,9,C,,0,,,inf"_s << QStringList{u"IK: value out of range: inf"_s};
+    }
+    void an_ignored_part_of_a_message_is_logged()
+    {
+        QFETCH(QString, word);
+        QFETCH(QString, fields);
+        QFETCH(QStringList, logged);
+        ak(u"M,k,L,2,C,,0,0 A:1 B,0,0,1"_s);
+        static QStringList lines;
+        lines.clear();
+        QLoggingCategory::setFilterRules(u"qn740.menus.debug=true"_s);
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& text) { lines += text; });
+        const QStringList list = fields.split(u',');
+        if (word == u"EI"_s) {
+            m_menus->lockChoices(list);
+        } else if (word == u"CK"_s) {
+            m_menus->changeState(list);
+        } else {
+            m_menus->pressImmediately(list);
+        }
+        qInstallMessageHandler(before);
+        QLoggingCategory::setFilterRules(u""_s);
+        QCOMPARE(lines, logged);
     }
 
     void AK_sets_the_value_of_every_linked_key_whose_own_is_0()

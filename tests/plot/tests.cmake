@@ -1,4 +1,6 @@
 qn740_test(plot CachedPlot)
+qn740_test(plot DataWatch)
+qn740_test(plot NoData)
 qn740_test(plot Scale)
 qn740_test(plot TextFlow)
 qn740_test(plot TickTexts)

@@ -20,10 +20,39 @@ class tst_TraceLine : public QObject
     Q_OBJECT
 
 private slots:
-    void the_points_lie_evenly_between_both_edges()
+    void the_points_are_bins_that_share_the_width()
     {
-        QCOMPARE(layOut({-120.0F, -60.5F, 10.0F}),
-            QPolygonF({QPointF(10, 150), QPointF(60, 90.5), QPointF(110, 20)}));
+        QCOMPARE(layOut({-120.0F, -60.5F, 10.0F, 10.0F}),
+            QPolygonF({QPointF(10, 150), QPointF(35, 90.5), QPointF(60, 20), QPointF(85, 20)}));
+    }
+
+    void a_reduced_peak_stands_in_the_column_nearest_to_its_bin_data()
+    {
+        QTest::addColumn<int>("peak");
+        QTest::addColumn<int>("count");
+        for (const int count : {203, 512, 1010, 4096}) {
+            for (const int peak : {0, 1, count / 3, count / 2, count - 2, count - 1}) {
+                QTest::addRow("%d of %d", peak, count) << peak << count;
+            }
+        }
+    }
+
+    void a_reduced_peak_stands_in_the_column_nearest_to_its_bin()
+    {
+        QFETCH(int, peak);
+        QFETCH(int, count);
+        QVector<float> values(count, -100.0F);
+        values[peak] = 0.0F;
+        const double wanted = 10.0 + 100.0 * peak / count;
+        int found = 0;
+        for (const QPointF& point : layOut(values)) {
+            if (point.y() == Levels.pixel(0.0)) {
+                ++found;
+                QVERIFY2(std::abs(point.x() - wanted) <= 0.5,
+                    qPrintable(QString("%1 for %2").arg(point.x()).arg(wanted)));
+            }
+        }
+        QVERIFY(found >= 1); // Both points of a column may be the same.
     }
 
     void one_value_is_a_line_across_the_area()
@@ -70,7 +99,7 @@ private slots:
         QPolygonF line;
         traceLine::layOut(QVector<float>(5000, -50.0F), Area, Levels, line);
         traceLine::layOut({-120.0F, 10.0F}, Area, Levels, line);
-        QCOMPARE(line, QPolygonF({QPointF(10, 150), QPointF(110, 20)}));
+        QCOMPARE(line, QPolygonF({QPointF(10, 150), QPointF(60, 20)}));
     }
 
     void any_size_of_area_can_be_laid_out()

@@ -1,6 +1,7 @@
 // How a scope shows what it has received.
 #include "scopes/ScopeFixture.h"
 #include "spectrum/Clock.h"
+#include "support/Contrast.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
@@ -323,72 +324,16 @@ private slots:
         QVERIFY(plot(fixture.scope, "plotI")->content()->badge().isEmpty());
     }
 
-    void a_plot_that_gets_no_more_data_shows_no_data_data()
-    {
-        QTest::addColumn<int>("plotType");
-        QTest::addColumn<bool>("withQ");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("eye pattern") << int(Scope::EyePattern) << true << steady(16000, 16000);
-        QTest::newRow("constellation") << int(Scope::Constellation) << false << steady(16000, 0);
-        QTest::newRow("SDI") << int(Scope::Sdi) << false
-                             << QByteArray("\x01\xff"
-                                           "12345");
-    }
-
-    void a_plot_that_gets_no_more_data_shows_no_data()
-    {
-        QFETCH(int, plotType);
-        QFETCH(bool, withQ);
-        QFETCH(QByteArray, bytes);
-        ScopeFixture fixture;
-        fixture.scope.setPlotType(plotType);
-        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
-        QVERIFY(silence != nullptr && !silence->isActive());
-        const auto badges = [&] {
-            return QStringList{plot(fixture.scope, "plotI")->content()->badge(),
-                withQ ? plot(fixture.scope, "plotQ")->content()->badge() : u"NO DATA"_s};
-        };
-        const auto received = [&] { return fixture.blocks.size() + fixture.records.size(); };
-        fixture.line.write(bytes);
-        QTRY_COMPARE(received(), 1);
-        QVERIFY(badges().first().isEmpty());
-        QCOMPARE(testClock::intervals(silence), QList<int>{2000});
-        testClock::expire(silence);
-        QCOMPARE(badges(), (QStringList{u"NO DATA"_s, u"NO DATA"_s}));
-        const int painted = plot(fixture.scope, "plotI")->paintCount();
-        QTRY_VERIFY(plot(fixture.scope, "plotI")->paintCount() > painted);
-
-        fixture.line.write(bytes);
-        QTRY_COMPARE(received(), 2);
-        QVERIFY(badges().first().isEmpty());
-        QVERIFY(silence->isActive());
-        fixture.scope.clearPlots();
-        QVERIFY(!silence->isActive());
-        QVERIFY(badges().first().isEmpty());
-    }
-
-    void a_scope_that_is_on_and_gets_nothing_shows_no_data()
+    void texts_are_at_least_14_pixels_high_and_can_be_read()
     {
         ScopeFixture fixture;
-        fixture.scope.setOff(false);
-        testClock::expire(fixture.scope.findChild<QTimer*>(u"silence"_s));
-        QCOMPARE(plot(fixture.scope, "plotI")->content()->badge(), QStringLiteral("NO DATA"));
-    }
-
-    void a_scope_that_is_off_removes_the_block_that_was_under_way()
-    {
-        ScopeFixture fixture;
-        auto* silence = fixture.scope.findChild<QTimer*>(u"silence"_s);
-        fixture.scope.setPlotType(Scope::Constellation);
-        fixture.scope.setOff(true);
-        QVERIFY(!silence->isActive());
-        fixture.line.write(steady(16000, 16000));
-        QTRY_COMPARE(fixture.blocks.size(), 1);
-        QVERIFY(!fixture.scope.constellation().plotted().isEmpty());
-        testClock::expire(silence);
-        QVERIFY(fixture.scope.constellation().plotted().isEmpty());
-        QVERIFY(plot(fixture.scope, "plotI")->content()->badge().isEmpty());
-        QVERIFY(!silence->isActive());
+        const PlotView& view = *plot(fixture.scope, "plotI");
+        for (const QCPAxis* axis : {view.xAxis, view.yAxis}) {
+            QVERIFY(axis->tickLabelFont().pixelSize() >= 14 && axis->labelFont().pixelSize() >= 14);
+            QVERIFY(contrast::ratio(axis->tickLabelColor(), Qt::black) >= contrast::Text);
+            QVERIFY(contrast::ratio(axis->labelColor(), Qt::black) >= contrast::Text);
+            QVERIFY(contrast::ratio(axis->basePen().color(), Qt::black) >= contrast::Outline);
+        }
     }
 
     void hidden_plots_leave_a_note_that_says_why()

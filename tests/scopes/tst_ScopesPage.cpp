@@ -8,6 +8,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr QSize PageSize(800, 428); // what the status bar leaves
 } // namespace
@@ -75,7 +77,7 @@ private slots:
         }
     }
 
-    void only_a_scope_that_is_on_waits_for_data()
+    void only_a_scope_that_is_on_waits()
     {
         ScopesPage page;
         auto* silence = page.scope(2)->findChild<QTimer*>(QStringLiteral("silence"));
@@ -86,6 +88,26 @@ private slots:
             page.setMode(2, *ScopeMode::ofMessage(0));
             QVERIFY(!silence->isActive());
         }
+    }
+
+    void a_mode_that_is_repeated_does_not_keep_no_data_away()
+    {
+        ScopesPage page;
+        Scope& scope = *page.scope(2);
+        page.setMode(2, *ScopeMode::ofMessage(2));
+        QVector<double> half(256, 0.5);
+        scope.plotEyeConsData(half, half);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        // The main unit repeats "SM", sooner than the time runs out.
+        while (!scope.stale() && elapsed.elapsed() < 5000) {
+            QTest::qWait(100);
+            page.setMode(2, *ScopeMode::ofMessage(elapsed.elapsed() > 1000 ? 1 : 2));
+        }
+        QVERIFY(scope.stale());
+        page.setMode(2, *ScopeMode::ofMessage(1));
+        page.setMode(2, *ScopeMode::ofMessage(2));
+        QCOMPARE(scope.readout(), u"NO DATA"_s);
     }
 
     void off_empties_the_plots_of_the_scope()

@@ -1,4 +1,5 @@
 #include "scopes/StcMagPhasePlot.h"
+#include "support/Contrast.h"
 #include "support/TestMain.h"
 
 #include <QLabel>
@@ -6,6 +7,8 @@
 
 #include <cmath>
 #include <limits>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,6 +22,26 @@ int bar(const StcMagPhasePlot& plot, const char* name)
     return plot.findChild<QProgressBar*>(QLatin1String(name))->value();
 }
 
+// The contrast of the lightest colour, the letters, to the most frequent one behind them. An
+// outline does not count.
+double contrastIn(const QImage& picture)
+{
+    const QImage inside = picture.copy(picture.rect().adjusted(2, 2, -2, -2));
+    QHash<QRgb, int> frequency;
+    QColor letters = Qt::black;
+    for (int y = 0; y < inside.height(); ++y) {
+        for (int x = 0; x < inside.width(); ++x) {
+            const QColor color = inside.pixelColor(x, y);
+            ++frequency[color.rgb()];
+            if (contrast::luminance(color) > contrast::luminance(letters)) {
+                letters = color;
+            }
+        }
+    }
+    const auto most = std::max_element(frequency.cbegin(), frequency.cend());
+    return contrast::ratio(letters, QColor::fromRgb(most.key()));
+}
+
 } // namespace
 
 class tst_StcMagPhasePlot : public QObject
@@ -26,6 +49,76 @@ class tst_StcMagPhasePlot : public QObject
     Q_OBJECT
 
 private slots:
+    void dimmed_it_keeps_what_it_was_told_last_and_can_still_be_read()
+    {
+        StcMagPhasePlot plot;
+        plot.resize(800, 52);
+        plot.setPhaseDifHold(0.25);
+        plot.setCh0MagHold(70);
+        plot.setCh1MagHold(40);
+        plot.updateDisplay();
+        const QImage before = plot.grab().toImage();
+        const QString sheet = sheetOf(plot, 2);
+        plot.setDimmed(true);
+        QVERIFY(plot.isDimmed());
+        const QImage dimmed = plot.grab().toImage();
+        QCOMPARE(bar(plot, "ch0Bar"), 70);
+        QCOMPARE(bar(plot, "ch1Bar"), 40);
+        QCOMPARE(sheetOf(plot, 2), sheet);
+        for (const char* name : {"ch0Bar", "ch1Bar", "phaseLabel2"}) {
+            const QRect area = plot.findChild<QWidget*>(QLatin1String(name))->geometry();
+            const QPoint inside(area.left() + 6, area.center().y());
+            const int lightness = dimmed.pixelColor(inside).lightness();
+            QVERIFY2(lightness > 0 && lightness < before.pixelColor(inside).lightness(), name);
+        }
+        for (QWidget* text : plot.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+            const bool caption = qobject_cast<QLabel*>(text) != nullptr &&
+                !qobject_cast<QLabel*>(text)->text().isEmpty();
+            if (caption || qobject_cast<QProgressBar*>(text) != nullptr) {
+                QVERIFY2(contrastIn(dimmed.copy(text->geometry())) >= contrast::Text,
+                    qPrintable(QString::number(contrastIn(dimmed.copy(text->geometry())))));
+            }
+        }
+        plot.setDimmed(false);
+        QCOMPARE(plot.grab().toImage(), before);
+    }
+
+    void what_it_is_told_while_dimmed_is_shown_dimmed()
+    {
+        StcMagPhasePlot plot;
+        plot.resize(800, 52);
+        plot.setDimmed(true);
+        plot.setCh0MagHold(100);
+        plot.updateDisplay();
+        const QImage full = plot.grab().toImage();
+        const QRect area = plot.findChild<QWidget*>(u"ch0Bar"_s)->geometry();
+        QVERIFY(full.pixelColor(area.right() - 6, area.center().y()).lightness() > 0);
+        QVERIFY(full.pixelColor(area.right() - 6, area.center().y()).lightness() < 60);
+        plot.resize(700, 52);
+        plot.grab(); // A widget that is not shown is resized when it is painted.
+        QCOMPARE(plot.findChild<QWidget*>(u"veil"_s)->size(), plot.size());
+    }
+
+    void the_sheet_of_a_window_around_does_not_cover_it()
+    {
+        QWidget window;
+        window.setStyleSheet(".QWidget{background-color: black;}");
+        StcMagPhasePlot plot(&window);
+        plot.resize(800, 52);
+        plot.setPhaseDifHold(0.625);
+        plot.updateDisplay();
+        plot.setDimmed(true);
+        const QImage dimmed = window.grab(plot.geometry()).toImage();
+        const QPoint lamp = plot.findChild<QLabel*>(u"phaseLabel5"_s)->geometry().center();
+        QVERIFY(dimmed.pixelColor(lamp).lightness() > 0);
+    }
+
+    void a_display_is_not_dimmed_at_first()
+    {
+        const StcMagPhasePlot plot;
+        QVERIFY(!plot.isDimmed());
+    }
+
     void starts_without_a_lit_lamp_and_without_magnitudes()
     {
         const StcMagPhasePlot plot;

@@ -108,7 +108,7 @@ private slots:
         QImage picture(400, 40, QImage::Format_RGB32);
         picture.fill(Qt::black);
         QPainter painter(&picture);
-        readout.paint(painter, 300);
+        readout.paint(painter, 300, Qt::white);
         painter.end();
         QVERIFY(written(picture, 100, 300) > 100);
         QCOMPARE(written(picture, 302, 399), 0);

@@ -61,18 +61,20 @@ private slots:
         QVERIFY(!axis.covers(qQNaN()));
     }
 
-    void the_points_spread_evenly_over_the_width_data()
+    void the_points_are_bins_that_share_the_width_data()
     {
         QTest::addColumn<int>("index");
         QTest::addColumn<int>("size");
         QTest::addColumn<double>("part"); // of the width, from the left
         QTest::newRow("first") << 0 << 512 << 0.0;
-        QTest::newRow("last") << 511 << 512 << 1.0;
-        QTest::newRow("a quarter") << 100 << 401 << 0.25;
-        QTest::newRow("one point") << 0 << 1 << 0.5;
+        QTest::newRow("last") << 511 << 512 << 511.0 / 512.0;
+        QTest::newRow("a quarter") << 100 << 400 << 0.25;
+        QTest::newRow("middle") << 53 << 106 << 0.5;
+        QTest::newRow("middle of an odd number") << 50 << 101 << 50.0 / 101.0;
+        QTest::newRow("one point") << 0 << 1 << 0.0;
     }
 
-    void the_points_spread_evenly_over_the_width()
+    void the_points_are_bins_that_share_the_width()
     {
         QFETCH(int, index);
         QFETCH(int, size);
@@ -88,8 +90,35 @@ private slots:
     {
         FrequencyAxis axis;
         const double step = axis.width() / 100;
-        QCOMPARE(axis.indexAt(70.0 + 0.4 * step, 101), qsizetype(50));
-        QCOMPARE(axis.indexAt(70.0 + 0.6 * step, 101), qsizetype(51));
+        QCOMPARE(axis.indexAt(70.0 + 0.4 * step, 100), qsizetype(50));
+        QCOMPARE(axis.indexAt(70.0 + 0.6 * step, 100), qsizetype(51));
+    }
+
+    // 2^fftParam - code is the number of bins that a K7150 keeps of each span.
+    void the_bins_of_a_k7150_are_a_sampling_rate_over_a_power_of_two_data()
+    {
+        QTest::addColumn<int>("span");
+        QTest::addColumn<int>("bins");
+        const QVector<int> kept{106, 284, 474, 354, 474, 710, 474, 592, 710, 958};
+        for (int span = 0; span < kept.size(); ++span) {
+            QTest::newRow(spanTable().at(span).label) << span << kept.at(span);
+        }
+    }
+
+    void the_bins_of_a_k7150_are_a_sampling_rate_over_a_power_of_two()
+    {
+        QFETCH(int, span);
+        QFETCH(int, bins);
+        const SpanInfo& info = spanTable().at(span);
+        const int points = 1 << QByteArray(info.fftParam).toInt();
+        QCOMPARE(points - QByteArray(info.code).toInt(), bins);
+        FrequencyAxis axis;
+        axis.setSpan(info);
+        const double bin = axis.frequencyAt(1, bins) - axis.frequencyAt(0, bins);
+        const double rate = bin * points;
+        QVERIFY2(std::abs(rate - 46.33) < 0.01 || std::abs(rate - 46.67) < 0.01,
+            qPrintable(QString::number(rate)));
+        QCOMPARE(axis.frequencyAt(bins / 2, bins), 70.0);
     }
 
     void a_frequency_outside_belongs_to_the_outermost_point()

@@ -51,6 +51,76 @@ private slots:
         QTRY_COMPARE(cardSide::requests(pty).size(), 2);
     }
 
+    void a_k7150_that_names_no_channel_is_reported_once()
+    {
+        switchToK7150();
+        QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
+        QTest::failOnWarning(QRegularExpression(".*"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("does not name the channel.* 200 "));
+        for (const char* data : {"\xc8\x01\x02", "\xc9\x03\x04", "\x03\x05\x06"}) {
+            m_session->takeReply(cardSide::message(data));
+        }
+        QCOMPARE(spectra.count(), 3);
+        QCOMPARE(spectra.at(1).at(0).toByteArray(), QByteArray("\xc9\x03"));
+        QCOMPARE(spectra.at(1).at(1).toInt(), 0);
+    }
+
+    void an_unnamed_spectrum_without_a_point_is_none_but_ends_the_poll()
+    {
+        Pty& pty = switchToK7150();
+        cardKnowsItsSpans(pty);
+        pollByHand();
+        QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
+        m_session->pollIfDue();
+        QTRY_COMPARE(cardSide::requests(pty).size(), 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("does not name the channel"));
+        pty.write("[0190RFFT" + QByteArray(2, '\0') + '\x09');
+        QTRY_VERIFY(testClock::timers(bus()).isEmpty());
+        QCOMPARE(spectra.count(), 0);
+        m_session->pollIfDue();
+        QTRY_COMPARE(cardSide::requests(pty).size(), 2);
+    }
+
+    void an_unnamed_spectrum_of_another_port_is_of_no_channel()
+    {
+        switchToK7150();
+        QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
+        m_session->poll();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("does not name the channel"));
+        m_second->write(cardSide::k7150Spectrum(7, "ab"));
+        m_third->write(cardSide::k7150Spectrum(2, "cd"));
+        QTRY_COMPARE(spectra.count(), 1);
+        QCOMPARE(spectra.at(0).at(1).toInt(), 2);
+    }
+
+    void demodulators_are_told_their_spans_again()
+    {
+        switchToK7150();
+        m_session->setSpan(1, 4);
+        QSignalSpy told(m_session.get(), &CardSession::demodulatorMessage);
+        m_session->tellDemodulatorsAgain();
+        QCOMPARE(texts(told), QStringList({u"D1:NFFT:12"_s, u"D2:NFFT:11"_s, u"D3:NFFT:12"_s}));
+    }
+
+    void the_demodulators_of_an_older_card_are_told_no_span()
+    {
+        QSignalSpy told(m_session.get(), &CardSession::demodulatorMessage);
+        m_session->tellDemodulatorsAgain();
+        QCOMPARE(told.count(), 0);
+    }
+
+    void a_k7150_span_change_ends_when_its_marker_passes()
+    {
+        switchToK7150();
+        QSignalSpy outdated(m_session.get(), &CardSession::averageOutdated);
+        m_session->setSpan(1, 4);
+        testClock::expire(bus());
+        QCOMPARE(outdated.count(), 1);
+        QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
+        m_session->takeReply(cardSide::message("\x01" + QByteArray(8, 'x')));
+        QCOMPARE(spectra.count(), 1);
+    }
+
     void a_span_change_under_way_ends_with_the_older_card()
     {
         endNameRequest();

@@ -10,6 +10,16 @@ QByteArray bytes(std::initializer_list<int> values)
     }
     return list;
 }
+
+// The level of the mean of the powers of these levels, in dB.
+float meanLevel(std::initializer_list<double> levels)
+{
+    double sum = 0.0;
+    for (const double level : levels) {
+        sum += std::pow(10.0, level / 10.0);
+    }
+    return static_cast<float>(10.0 * std::log10(sum / static_cast<double>(levels.size())));
+}
 } // namespace
 
 class tst_SpectrumTrace : public QObject
@@ -77,9 +87,72 @@ private slots:
         trace.setAveraging(2);
         trace.add(bytes({0}));
         trace.add(bytes({40}));
-        QCOMPARE(trace.levels().first(), -110.0F);
+        QCOMPARE(trace.levels().first(), meanLevel({-120.0, -100.0}));
         trace.add(bytes({0}));
-        QCOMPARE(trace.levels().first(), -115.0F);
+        QCOMPARE(trace.levels().first(), meanLevel({-120.0, meanLevel({-120.0, -100.0})}));
+    }
+
+    void powers_are_averaged_not_decibels()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(2);
+        trace.add(bytes({200, 40}));
+        trace.add(bytes({80, 40}));
+        // Half the power of -20 dB: 3 dB less. The mean of the decibels would be -50.
+        QVERIFY(std::abs(trace.levels().at(0) + 23.0103F) < 0.001F);
+        QCOMPARE(trace.levels().at(1), -100.0F);
+    }
+
+    void noise_has_its_mean_power()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(4);
+        for (const int byte : {100, 120, 140, 160}) {
+            trace.add(bytes({byte}));
+        }
+        QCOMPARE(trace.levels().first(), meanLevel({-70.0, -60.0, -50.0, -40.0}));
+    }
+
+    void one_level_is_the_same_as_in_all_levels()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(8);
+        for (int i = 0; i < 5; ++i) {
+            trace.add(bytes({i * 40, 255 - i * 10, 7}));
+            const QVector<float> alone{trace.levelAt(0), trace.levelAt(1), trace.levelAt(2)};
+            QCOMPARE(alone, trace.levels());
+            QCOMPARE(trace.levelAt(trace.peak()),
+                *std::max_element(trace.levels().cbegin(), trace.levels().cend()));
+        }
+    }
+
+    void switching_averaging_off_keeps_what_is_shown_until_the_next_spectrum()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(2);
+        trace.add(bytes({200}));
+        trace.add(bytes({80}));
+        trace.setAveraging(1);
+        QVERIFY(std::abs(trace.levels().first() + 23.0103F) < 0.001F);
+        trace.add(bytes({80}));
+        QCOMPARE(trace.levels().first(), -80.0F);
+    }
+
+    void levels_that_were_read_do_not_stop_the_average()
+    {
+        SpectrumTrace read;
+        SpectrumTrace unread;
+        for (SpectrumTrace* trace : {&read, &unread}) {
+            trace->setAveraging(16);
+            for (int i = 0; i < 40; ++i) {
+                trace->add(bytes({(i * 37) % 256, (i * 101) % 256}));
+                if (trace == &read) {
+                    static_cast<void>(trace->levels());
+                }
+            }
+        }
+        QCOMPARE(read.levels(), unread.levels());
+        QCOMPARE(read.peak(), unread.peak());
     }
 
     void averaging_narrows_noise()
@@ -123,7 +196,7 @@ private slots:
             trace.add(bytes({i == 7 ? 240 : 0}));
         }
         QCOMPARE(trace.held().first(), 0.0F);
-        QVERIFY(trace.levels().first() < -100.0F);
+        QVERIFY(trace.levels().first() < -10.0F); // A sixteenth of the burst's power.
     }
 
     void switching_max_hold_off_forgets_it()

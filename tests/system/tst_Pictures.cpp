@@ -52,6 +52,9 @@ QVector<Part> stillParts(const QString& name)
             {"spectrum's name", {410, 248, 390, 17}}, {"spectrum's levels", {410, 280, 39, 120}},
             {"spectrum's frequencies", {410, 378, 390, 18}}};
     }
+    if (name == u"connection-lost-pax.png"_s) {
+        return {{"keys", {0, 0, 400, 480}}, {"notice", {263, 450, 273, 30}}};
+    }
     if (!name.startsWith(u"scopes-"_s)) {
         return {};
     }

@@ -1,4 +1,5 @@
 qn740_test(touch FittedLabel)
+qn740_test(touch KeyMarks)
 qn740_test(touch LineColors)
 qn740_test(touch MessageBox)
 qn740_test(touch Placement)

@@ -1,31 +1,6 @@
+#include "support/Contrast.h"
 #include "support/TestMain.h"
 #include "touch/LineColors.h"
-
-#include <cmath>
-
-namespace {
-
-// Relative luminance and contrast ratio as the Web Content Accessibility Guidelines (WCAG) 2 define
-// them, with the exact break of the sRGB curve (IEC 61966-2-1) instead of the rounded 0.03928.
-double linear(double part)
-{
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor& color)
-{
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-        0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const double a = luminance(one);
-    const double b = luminance(other);
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
-
-} // namespace
 
 class tst_LineColors : public QObject
 {
@@ -34,12 +9,12 @@ class tst_LineColors : public QObject
 private slots:
     void the_contrast_formula_gives_known_ratios()
     {
-        QCOMPARE(contrast(Qt::white, Qt::black), 21.0);
-        QCOMPARE(contrast(Qt::black, Qt::black), 1.0);
+        QCOMPARE(contrast::ratio(Qt::white, Qt::black), 21.0);
+        QCOMPARE(contrast::ratio(Qt::black, Qt::black), 1.0);
         // #767676 is the darkest grey that WCAG 2 lets stand on white with 4.5 : 1.
-        QVERIFY(contrast(QColor(0x76, 0x76, 0x76), Qt::white) >= 4.5);
-        QVERIFY(contrast(QColor(0x77, 0x77, 0x77), Qt::white) < 4.5);
-        QVERIFY(contrast(Qt::blue, Qt::black) < 4.5);
+        QVERIFY(contrast::ratio(QColor(0x76, 0x76, 0x76), Qt::white) >= 4.5);
+        QVERIFY(contrast::ratio(QColor(0x77, 0x77, 0x77), Qt::white) < 4.5);
+        QVERIFY(contrast::ratio(Qt::blue, Qt::black) < 4.5);
     }
 
     void each_number_has_its_colour_data()
@@ -67,7 +42,7 @@ private slots:
     void each_colour_has_enough_contrast_to_black()
     {
         QFETCH(int, number);
-        const double ratio = contrast(lineColors::color(number), Qt::black);
+        const double ratio = contrast::ratio(lineColors::color(number), Qt::black);
         QVERIFY2(ratio >= 4.5, qPrintable(QString::number(ratio)));
     }
 

@@ -1,11 +1,54 @@
 #include "touch/TextButton.h"
 
 #include "support/TestMain.h"
+#include "touch/KeyMarks.h"
 #include "touch/KeyStyle.h"
 
 #include <QStyleOptionButton>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// A key of a menu page, with the sheet of an enabled key.
+QImage keyPicture(const QString& label, const QSize& size, const keyMarks::Marks& marks)
+{
+    TextButton button(label);
+    button.setStyleSheet(keyStyle::enabled(false));
+    button.resize(size);
+    button.setMarks(marks);
+    return button.grab().toImage();
+}
+
+constexpr QRect LeftCorner(0, 0, keyMarks::CornerSize, keyMarks::CornerSize);
+
+QRect rightCorner(const QSize& size)
+{
+    return {size.width() - keyMarks::CornerSize, 0, keyMarks::CornerSize, keyMarks::CornerSize};
+}
+
+// How many rows of the picture hold letters: nearly black pixels outside the border and the
+// corners.
+int rowsOfLetters(QImage image)
+{
+    QPainter painter(&image);
+    painter.fillRect(LeftCorner, Qt::gray);
+    painter.fillRect(rightCorner(image.size()), Qt::gray);
+    painter.end();
+    int rows = 0;
+    for (int y = 3; y < image.height() - 3; ++y) {
+        bool letters = false;
+        for (int x = 3; x < image.width() - 3; ++x) {
+            letters = letters || qGray(image.pixel(x, y)) < 60;
+        }
+        rows += letters ? 1 : 0;
+    }
+    return rows;
+}
+
+constexpr keyMarks::Marks BothMarks{keyMarks::Lamp::Off, true};
+
+} // namespace
 
 class tst_TextButton : public QObject
 {
@@ -177,6 +220,110 @@ private slots:
         };
         QVERIFY(picture(u"Clock & Data"_s) != picture(u"Clock  Data"_s));
         QCOMPARE(picture(u"Clock && Data"_s), picture(u"Clock & Data"_s));
+    }
+
+    void a_button_has_no_marks_by_default()
+    {
+        QVERIFY(!TextButton(u"AGC"_s).marks().any());
+        QCOMPARE(keyPicture(u"AGC"_s, {124, 59}, {}), keyPicture(u"AGC"_s, {124, 59}, {}));
+    }
+
+    void marks_change_neither_sheet_nor_text()
+    {
+        TextButton button(u"AGC"_s);
+        button.setStyleSheet(keyStyle::enabled(false));
+        button.resize(124, 59);
+        button.setMarks(BothMarks);
+        button.grab();
+        QCOMPARE(button.styleSheet(), keyStyle::enabled(false));
+        QCOMPARE(button.text(), u"AGC"_s);
+    }
+
+    void a_text_that_does_not_reach_the_corners_stays_where_it_is_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::newRow("one line") << u"AGC"_s;
+        QTest::newRow("one wide line") << u"Loop Bandwidt"_s;
+        QTest::newRow("two short lines") << u"AGC\nhold"_s;
+    }
+    void a_text_that_does_not_reach_the_corners_stays_where_it_is()
+    {
+        QFETCH(QString, label);
+        const QSize size(124, 59);
+        QImage marked = keyPicture(label, size, BothMarks);
+        const QImage plain = keyPicture(label, size, {});
+        QVERIFY(marked != plain);
+        QPainter painter(&marked);
+        for (const QRect& corner : {LeftCorner, rightCorner(size)}) {
+            painter.drawImage(corner, plain, corner);
+        }
+        painter.end();
+        QCOMPARE(marked, plain);
+    }
+
+    void no_text_comes_under_a_mark_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QSize>("size");
+        const QString line = u"Bit Sync Lock"_s; // reaches the corners, but not the edges
+        const QString two = line + u'\n' + line;
+        const QString words = u"Automatic gain of channel 1"_s;
+        QTest::newRow("two wide lines") << two << QSize(124, 59);
+        QTest::newRow("two wide lines, low key") << two << QSize(124, 46);
+        QTest::newRow("one wide line, low key") << line << QSize(124, 30);
+        QTest::newRow("words that do not fit") << words << QSize(124, 59);
+        QTest::newRow("words that do not fit, low key") << words << QSize(124, 40);
+        QTest::newRow("a label that is cut") << QString(300, u'W') << QSize(124, 59);
+        QTest::newRow("a very small key") << words << QSize(47, 30);
+    }
+    void no_text_comes_under_a_mark()
+    {
+        QFETCH(QString, label);
+        QFETCH(QSize, size);
+        const QImage marked = keyPicture(label, size, BothMarks);
+        const QImage empty = keyPicture(QString(), size, BothMarks);
+        for (const QRect& corner : {LeftCorner, rightCorner(size)}) {
+            QCOMPARE(marked.copy(corner), empty.copy(corner));
+        }
+        QVERIFY(marked != empty);
+    }
+
+    void two_lines_keep_their_size_under_the_marks()
+    {
+        const QSize size(124, 59);
+        const QString label = u"Bit Sync Lock\nBit Sync Lock"_s;
+        const int plain = rowsOfLetters(keyPicture(label, size, {}));
+        QVERIFY(plain > 20);
+        QCOMPARE(rowsOfLetters(keyPicture(label, size, BothMarks)), plain);
+    }
+
+    void a_dark_look_when_disabled_needs_no_sheet()
+    {
+        TextButton button(u"Span"_s, nullptr, TextButton::DarkWhenDisabled);
+        button.setStyleSheet(keyStyle::enabled(true));
+        button.resize(150, 60);
+        const QImage enabled = button.grab().toImage();
+        button.setEnabled(false);
+        const QImage disabled = button.grab().toImage();
+        QCOMPARE(button.styleSheet(), keyStyle::enabled(true));
+        QCOMPARE(disabled.pixelColor(6, 6), QColor(0x2f, 0x4f, 0x4f));
+        QCOMPARE(disabled.pixelColor(75, 0), QColor(0xff, 0xfa, 0xcd));
+        int white = 0;
+        for (int y = 6; y < 54; ++y) {
+            for (int x = 6; x < 144; ++x) {
+                white += disabled.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+            }
+        }
+        QVERIFY(white > 50);
+        // The same as the disabled sheet, but for the border's corners.
+        TextButton other(u"Span"_s);
+        other.setStyleSheet(keyStyle::disabled(true));
+        other.setEnabled(false);
+        other.resize(150, 60);
+        const QRect inside(4, 4, 142, 52);
+        QCOMPARE(disabled.copy(inside), other.grab().toImage().copy(inside));
+        button.setEnabled(true);
+        QCOMPARE(button.grab().toImage(), enabled);
     }
 
     void a_text_on_one_line_gets_smaller_instead_of_broken()

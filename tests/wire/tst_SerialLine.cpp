@@ -3,6 +3,7 @@
 #include "wire/Log.h"
 #include "wire/SerialLine.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 #include <ctime>
@@ -73,8 +74,16 @@ private slots:
         QTRY_COMPARE(pty.received(), all);
     }
 
+    void an_absent_device_is_a_warning_where_it_is_a_fault()
+    {
+        SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyX was not opened: ."));
+        QVERIFY(!line.open("ttyX", 115200));
+    }
+
     void an_absent_device_is_not_opened()
     {
+        QTest::failOnWarning(QRegularExpression("."));
         SerialLine line(&logLink);
         QVERIFY(!line.open(u"ttyX"_s, 115200));
         QVERIFY(!line.isOpen());

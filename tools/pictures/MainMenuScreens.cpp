@@ -45,6 +45,17 @@ void takeLinkModes(PanelPictures& panel)
 
 } // namespace
 
+void takePaxBeforeSpectrum(PanelPictures& panel)
+{
+    panel.say(u"AK,Demod 3,rate,Bit Rate,1,D3:RATE:,100 20000000,2,,5000000,0,1"_s);
+    panel.say(u"AK,Demod 3,invert,Data Invert,0,D3:INV:,,0,,0,0,1"_s);
+    panel.say(u"MS,PAX,Demod 3,rate"_s);
+    panel.say(u"MS,PAX,Demod 3,invert"_s);
+    panel.say(u"PAX,1"_s);
+    PanelPictures::settle();
+    panel.take(u"pax-menu-no-spectrum"_s);
+}
+
 void takeMainMenus(PanelPictures& panel)
 {
     clickOn(part<QPushButton>(panel.window(), "mainMenuButton"));
@@ -58,6 +69,7 @@ void takeMainMenus(PanelPictures& panel)
     panel.say(u"DB,The set-up FLIGHT_1 was stored.,1"_s);
     PanelPictures::settle();
     panel.take(u"message-ok"_s);
+    panel.withEditor(u"Tuner CH1"_s, u"freq"_s, [&](QWidget*) { panel.take(u"message-pad"_s); });
     panel.say(u"DB,KILLBOX"_s);
     panel.say(u"SM,3,1"_s);
     panel.say(u"PAX,1"_s);

@@ -36,6 +36,42 @@ void takeMenu(PanelPictures& panel, const QString& name)
     }
 }
 
+// Toggle keys off, on and disabled, with short and long labels, and pressed ones that nobody
+// answers: the unit does not know these keys.
+void takeToggles(PanelPictures& panel)
+{
+    static const QStringList labels{u"AGC"_s, u"Bit Sync Lock"_s, u"Automatic gain of channel 1"_s};
+    MainWindow& window = panel.window();
+    window.process_AK_key(u"Toggles,cmd,Command,5,X,,0,,0,1,1"_s.split(u','));
+    panel.say(u"SK,Toggles"_s);
+    for (const QString& kind : {u"off"_s, u"on"_s, u"pending"_s, u"disabled"_s}) {
+        for (const QString& label : labels) {
+            for (int tog = 0; tog < 2; ++tog) {
+                const QString id = u"%1 %2 %3"_s.arg(kind, label).arg(tog);
+                const bool isOn = kind == u"on"_s || (kind != u"off"_s && tog == 1);
+                window.process_AK_key(
+                    u"Toggles,%1,%2,0,Y,,0,,0,%3,1"_s.arg(id, label).arg(isOn ? 1 : 0).split(u','));
+                if (kind == u"disabled"_s) {
+                    window.process_CK_key({u"Toggles"_s, id, u"0"_s});
+                } else if (kind == u"pending"_s) {
+                    PanelPictures::settle();
+                    panel.press(u"Toggles"_s, id);
+                }
+            }
+        }
+    }
+    takeMenu(panel, u"Toggles"_s);
+}
+
+void takePages(PanelPictures& panel)
+{
+    constexpr int Keys = 80;
+    for (int i = 1; i <= Keys; ++i) {
+        panel.say(u"AK,Pages,k%1,Setting %1,5,X,,0,,0,0,1"_s.arg(i));
+    }
+    takeMenu(panel, u"Pages"_s);
+}
+
 } // namespace
 
 void takeStart(PanelPictures& panel)
@@ -77,6 +113,8 @@ void takeMenus(PanelPictures& panel)
     panel.say(u"AK,Key states,long,A label of more characters than one key can hold and then "_s
               u"some,1,X,,0,,0,0,1"_s);
     takeMenu(panel, u"Key states"_s);
+    takeToggles(panel);
+    takePages(panel);
     panel.say(u"SK,Start"_s); // a menu of the unit's own stands in the status bar from here on
 }
 

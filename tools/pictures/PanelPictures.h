@@ -34,11 +34,20 @@ public:
     /// \return false when they did not come
     bool start();
 
+    /// Ends the panel and the unit.
+    void stop();
+
     /// Writes the screen as it is now to DIRECTORY/NAME.png.
     void take(const QString& name);
 
     /// Lets the unit send a message ("SK,Tuner CH1") and waits until the panel has handled it.
     void say(const QString& message);
+
+    /// Ends the simulated unit, with all of its lines.
+    void stopUnit();
+
+    /// Waits until the panel shows a notice about its link.
+    void waitForNotice();
 
     /// Shows a menu and presses one of its keys.
     void press(const QString& menu, const QString& keyId);

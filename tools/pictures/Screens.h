@@ -12,8 +12,12 @@ void takeSpectrum(PanelPictures& panel);
 void takeStart(PanelPictures& panel);
 /// Menus of the default menu file and every state of a key.
 void takeMenus(PanelPictures& panel);
+/// The PAX menu of a unit that has sent no menus and has no spectrum.
+void takePaxBeforeSpectrum(PanelPictures& panel);
 /// The main menus, the window of the link mode, and message boxes.
 void takeMainMenus(PanelPictures& panel);
+/// Long status texts, a silent main unit, and one that is gone. The unit is at its end then.
+void takeNotices(PanelPictures& panel);
 /// Every modal editor.
 void takeEditors(PanelPictures& panel);
 /// The scopes page with the signals of the unit.

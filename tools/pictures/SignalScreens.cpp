@@ -7,6 +7,7 @@
 #include "app/Rooms.h"
 #include "app/Views.h"
 #include "scopes/ScopesPage.h"
+#include "scopes/StcMagPhasePlot.h"
 #include "sim/scope/ScopeBytes.h"
 #include "sim/scope/SignalModel.h"
 #include "wire/IqBlock.h"
@@ -99,6 +100,24 @@ void plotBlocks(PanelPictures& panel, Scope& scope, const Shown& shown)
     }
 }
 
+// What a scope shows when its line brings nothing any more, and the display below when nothing
+// newer can come.
+void takeSilence(PanelPictures& panel)
+{
+    constexpr int MaxWaits = 100; // five seconds; a scope waits for two
+    ScopesPage& page = *panel.window().rooms().scopes;
+    const auto allStale = [&page] {
+        return page.scope(1)->stale() && page.scope(2)->stale() && page.scope(3)->stale();
+    };
+    for (int waits = 0; waits < MaxWaits && !allStale(); ++waits) {
+        PanelPictures::settle();
+    }
+    panel.take(u"signal-no-data"_s);
+    page.magPhasePlot()->setDimmed(true);
+    panel.take(u"signal-no-data-magnitudes-dimmed"_s);
+    page.magPhasePlot()->setDimmed(false);
+}
+
 } // namespace
 
 void takeSignals(PanelPictures& panel)
@@ -129,6 +148,9 @@ void takeSignals(PanelPictures& panel)
             }
         }
         panel.take(sheet.picture);
+        if (sheet.picture.contains("sdi"_L1)) {
+            takeSilence(panel);
+        }
     }
     for (const QString& off : {u"SM,1,0"_s, u"SM,2,0"_s, u"SM,3,0"_s}) {
         panel.say(off);

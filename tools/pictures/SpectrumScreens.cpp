@@ -74,6 +74,19 @@ void takeReadings(PanelPictures& panel)
     card.chart(0)->clearMarker();
 }
 
+// What a chart shows when its card is gone.
+void takeSilence(PanelPictures& panel)
+{
+    constexpr int MaxWaits = 120; // six seconds; a chart waits for three
+    SpectralCard& card = *panel.window().rooms().spectrum->card();
+    card.setK7150(u"absent"_s, {}, {});
+    for (int waits = 0; waits < MaxWaits && !card.chart(0)->stale(); ++waits) {
+        PanelPictures::settle();
+    }
+    panel.take(u"spectrum-no-data"_s);
+    card.setK7150(u"ttyUSB11"_s, {}, {});
+}
+
 } // namespace
 
 void takeSpectrum(PanelPictures& panel)
@@ -89,6 +102,7 @@ void takeSpectrum(PanelPictures& panel)
     takeSpanList(panel);
     choose(panel, mixed);
     takeReadings(panel);
+    takeSilence(panel);
     show(panel, Charts);
     panel.showView(Views::Menus);
 }

@@ -5,15 +5,54 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QTemporaryFile>
 
 #include <cstdio>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-void takeDefaultMenus(PanelPictures& panel)
+int result(const std::vector<const PanelPictures*>& runs)
 {
+    int count = 0;
+    bool succeeded = true;
+    for (const PanelPictures* run : runs) {
+        count += run->count();
+        succeeded = succeeded && run->succeeded();
+    }
+    std::printf("%d pictures\n", count);
+    return succeeded ? 0 : 1;
+}
+
+int takeMenuFile(const QString& directory, const QString& file)
+{
+    PanelPictures panel(directory, file);
+    if (!panel.start()) {
+        return 1;
+    }
+    takeAllMenus(panel);
+    return result({&panel});
+}
+
+int takeEverything(const QString& directory)
+{
+    QTemporaryFile menus;
+    if (!menus.open() || menus.write("SB,0,No menus\n") < 0 || !menus.flush()) {
+        return 1;
+    }
+    PanelPictures bare(directory, menus.fileName());
+    if (!bare.start()) {
+        return 1;
+    }
+    takePaxBeforeSpectrum(bare);
+    bare.stop();
+
+    PanelPictures panel(directory, QString());
+    if (!panel.start()) {
+        return 1;
+    }
     takeMenus(panel);
     takeSignals(panel);
     takeSpectrum(panel);
@@ -21,6 +60,8 @@ void takeDefaultMenus(PanelPictures& panel)
     takeEditors(panel);
     takeScopes(panel);
     takeStart(panel);
+    takeNotices(panel);
+    return result({&bare, &panel});
 }
 
 } // namespace
@@ -49,15 +90,7 @@ int main(int argc, char** argv)
     if (parser.isSet(quick)) {
         PanelPictures::setQuick();
     }
-    PanelPictures panel(parser.positionalArguments().constFirst(), parser.value(menu));
-    if (!panel.start()) {
-        return 1;
-    }
-    if (parser.isSet(menu)) {
-        takeAllMenus(panel);
-    } else {
-        takeDefaultMenus(panel);
-    }
-    std::printf("%d pictures\n", panel.count());
-    return panel.succeeded() ? 0 : 1;
+    const QString directory = parser.positionalArguments().constFirst();
+    return parser.isSet(menu) ? takeMenuFile(directory, parser.value(menu))
+                              : takeEverything(directory);
 }
