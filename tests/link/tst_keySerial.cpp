@@ -5,8 +5,6 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 
-using namespace Qt::StringLiterals;
-
 class tst_keySerial : public QObject
 {
     Q_OBJECT
@@ -15,7 +13,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add(u"ttyO1"_s);
+        m_pty = &m_devices->add("ttyO1");
         m_serial = std::make_unique<keySerial>();
         m_messages.clear();
         connect(m_serial.get(), &keySerial::valid_mess_in, this,
@@ -39,8 +37,8 @@ private slots:
     void the_line_is_opened_with_the_settings_of_the_main_unit()
     {
         m_serial->check_serial();
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
-        QCOMPARE(m_serial->name(), u"ttyO1"_s);
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QCOMPARE(m_serial->name(), QString("ttyO1"));
         QCOMPARE(m_serial->port()->baudRate(), 115200);
         QCOMPARE(m_serial->port()->dataBits(), QSerialPort::Data8);
         QCOMPARE(m_serial->port()->parity(), QSerialPort::NoParity);
@@ -93,17 +91,17 @@ private slots:
 
     void a_frame_in_pieces_is_one_message()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         m_pty->write("\x02PI");
         QTest::qWait(50);
         QVERIFY(m_messages.isEmpty());
         m_pty->write("NG\x04");
-        QTRY_COMPARE(m_messages, QStringList{u"\x02PING\x04"_s});
+        QTRY_COMPARE(m_messages, QStringList{"\x02PING\x04"});
     }
 
     void bytes_are_latin_1()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         m_pty->write("\x02\xe9\x80\xff\x04");
         QTRY_COMPARE(m_messages.size(), 1);
         QCOMPARE(m_messages.first(), QString::fromLatin1("\x02\xe9\x80\xff\x04"));
@@ -111,7 +109,7 @@ private slots:
 
     void all_byte_values_inside_a_frame_are_kept()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         QByteArray body;
         for (int i = 0; i < 256; ++i) {
             if (i != 4) {
@@ -125,7 +123,7 @@ private slots:
 
     void a_burst_of_5000_frames_is_handled_in_order_with_nothing_left()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         QByteArray burst;
         for (int i = 0; i < 5000; ++i) {
             burst += framed("SB,0,message number " + QByteArray::number(i));
@@ -133,14 +131,14 @@ private slots:
         QVERIFY(m_pty->write(burst));
         QTRY_COMPARE_WITH_TIMEOUT(m_messages.size(), 5000, 30000);
         for (int i = 0; i < 5000; ++i) {
-            QCOMPARE(m_messages.at(i), u"\x02SB,0,message number %1\x04"_s.arg(i));
+            QCOMPARE(m_messages.at(i), QString("\x02SB,0,message number %1\x04").arg(i));
         }
         QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
     }
 
     void a_read_takes_1024_bytes_and_the_rest_follows_by_itself()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         // More than one read is in the port before the first turn.
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         const QByteArray frame = framed(QByteArray(98, 'x'));
@@ -157,7 +155,7 @@ private slots:
 
     void a_handler_that_runs_an_event_loop_gets_each_message_once_and_in_order()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         QStringList entered;
         int depth = 0;
         int deepest = 0;
@@ -174,15 +172,15 @@ private slots:
         });
         m_pty->write(framed("first") + framed("second"));
         QTRY_COMPARE(entered,
-            (QStringList{u"\x02"_s
-                         u"first\x04"_s,
-                u"\x02second\x04"_s, u"\x02third\x04"_s}));
+            (QStringList{"\x02"
+                         "first\x04",
+                "\x02second\x04", "\x02third\x04"}));
         QCOMPARE(deepest, 1);
     }
 
     void a_handler_in_a_queued_turn_is_not_entered_twice_either()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         QStringList entered;
         int depth = 0;
         int deepest = 0;
@@ -200,14 +198,13 @@ private slots:
         // The first frame fills a whole read; the second waits for the queued turn, in which the
         // port announces new bytes also to an event loop inside the handler.
         m_pty->write(framed(QByteArray(1022, 'x')) + framed("second"));
-        QTRY_COMPARE(
-            entered, (QStringList{u"\x02xxxxxxx"_s, u"\x02second\x04"_s, u"\x02third\x04"_s}));
+        QTRY_COMPARE(entered, (QStringList{"\x02xxxxxxx", "\x02second\x04", "\x02third\x04"}));
         QCOMPARE(deepest, 1);
     }
 
     void a_frame_of_200_kB_without_an_end_waits_and_is_then_one_message()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         const QByteArray body(200 * 1024, 'x');
         QVERIFY(m_pty->write('\x02' + body));
         QVERIFY(m_messages.isEmpty());
@@ -218,23 +215,23 @@ private slots:
 
     void a_lost_line_is_closed_and_stays_closed()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
         m_pty->close();
         QTRY_VERIFY(!m_serial->port()->isOpen());
-        m_devices->add(u"ttyO1"_s);
+        m_devices->add("ttyO1");
         QTest::qWait(2500);
         QVERIFY(!m_serial->port()->isOpen());
     }
 
     void what_came_before_the_line_was_lost_is_still_handled()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         // The bytes are still in the port when the other end is closed.
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         m_pty->write(framed(QByteArray(98, 'x')).repeated(30));
         QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
         m_pty->close();
         QTRY_VERIFY(!m_serial->port()->isOpen());
         QTRY_COMPARE(m_messages.size(), 30);
@@ -242,10 +239,10 @@ private slots:
 
     void a_line_that_is_lost_while_a_message_is_handled_is_read_to_its_end()
     {
-        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        QVERIFY(m_serial->open_serial("ttyO1"));
         connect(m_serial.get(), &keySerial::valid_mess_in, this, [&] {
             if (m_messages.size() == 1) {
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
                 QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
                 m_pty->close();
                 QTRY_VERIFY(!m_serial->port()->isOpen());

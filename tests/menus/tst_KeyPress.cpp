@@ -210,7 +210,7 @@ private slots:
         Pressed it(Key::Address);
         it.press([](QWidget* pad) {
             QCOMPARE(pad->objectName(), u"PopUpIpPad"_s);
-            QCOMPARE(labelText(pad, "titleLabel"), "Label");
+            QCOMPARE(labelText(pad, "titleLabel"), u"Label"_s);
             QCOMPARE(pad->windowTitle(), u"IPv4: Button"_s);
             click(
                 pad, {u"1"_s, u"9"_s, u"2"_s, u"1"_s, u"."_s, u"2"_s, u"."_s, u"3"_s, u"Enter"_s});

@@ -105,7 +105,7 @@ private slots:
         entry.backspace();
         QVERIFY(entry.isEmpty());
         entry.backspace();
-        QCOMPARE(entry.text(), "");
+        QCOMPARE(entry.text(), u""_s);
     }
 
     void clearing_removes_everything()

@@ -27,7 +27,7 @@ private slots:
         const QList<NumberRanges::Range> expected{{1, 5}, {10, 20}};
         QCOMPARE(ranges.ranges(), expected);
         QCOMPARE(ranges.padText(), u"1 to 5, 10 to 20"_s);
-        QCOMPARE(ranges.errorText(), "1 to 5\r\n10 to 20");
+        QCOMPARE(ranges.errorText(), u"1 to 5\r\n10 to 20"_s);
     }
 
     void equal_low_bounds_keep_their_order()

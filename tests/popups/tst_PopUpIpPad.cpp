@@ -56,7 +56,8 @@ private slots:
             QCOMPARE(
                 dialog->styleSheet(), u"QMenuBar {background-color: #F5F5F5; font-size: 12px;}"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), u"Address"_s);
-            QCOMPARE(dialog->findChild<QLabel*>(u"currentValueLabel"_s)->text(), "IPv4: 10.0.0.1");
+            QCOMPARE(
+                dialog->findChild<QLabel*>(u"currentValueLabel"_s)->text(), u"IPv4: 10.0.0.1"_s);
             QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
         });
     }
@@ -155,7 +156,7 @@ private slots:
     {
         QCOMPARE(run([](QWidget* dialog) {
             QVERIFY(type(dialog, u"192168001"_s));
-            QCOMPARE(entry(dialog), "192.168.001");
+            QCOMPARE(entry(dialog), u"192.168.001"_s);
             QVERIFY(type(dialog, u".2"_s));
             press(dialog, "Enter");
             QVERIFY(!dialog->isVisible());
@@ -177,7 +178,7 @@ private slots:
         QCOMPARE(run([](QWidget* dialog) {
             QVERIFY(type(dialog, u"1.2.3.4"_s));
             press(dialog, "CE/Cancel");
-            QCOMPARE(entry(dialog), "");
+            QCOMPARE(entry(dialog), u""_s);
             QVERIFY(dialog->isVisible());
             press(dialog, "CE/Cancel");
             QVERIFY(!dialog->isVisible());
@@ -192,9 +193,10 @@ private slots:
             play([&seen](QWidget* top) {
                 auto* box = qobject_cast<QMessageBox*>(top);
                 QVERIFY(box != nullptr);
-                QCOMPARE(box->text(), "Invalid Entry");
-                QCOMPARE(box->informativeText(), "Expected Format #.#.#.# \n[# is from 0 to 255]");
-                QCOMPARE(box->windowTitle(), "IPv4 Format");
+                QCOMPARE(box->text(), u"Invalid Entry"_s);
+                QCOMPARE(
+                    box->informativeText(), u"Expected Format #.#.#.# \n[# is from 0 to 255]"_s);
+                QCOMPARE(box->windowTitle(), u"IPv4 Format"_s);
                 QCOMPARE(box->width(), 300);
                 QVERIFY(!box->windowIcon().isNull());
                 QVERIFY(ScreenArea.contains(box->frameGeometry()));
@@ -205,7 +207,7 @@ private slots:
             press(dialog, "Enter");
             QVERIFY(seen);
             QVERIFY(dialog->isVisible());
-            QCOMPARE(entry(dialog), "256.1.1.1");
+            QCOMPARE(entry(dialog), u"256.1.1.1"_s);
         }),
             u""_s);
     }
@@ -219,21 +221,21 @@ private slots:
             press(dialog, "CE/Cancel");
             press(dialog, "CE/Cancel");
         }),
-            "");
+            u""_s);
     }
 
     void every_opening_starts_empty()
     {
         PopUpIpPad pad;
         run(pad, [](QWidget* dialog) { QVERIFY(type(dialog, u"1.2"_s)); });
-        run(pad, [](QWidget* dialog) { QCOMPARE(entry(dialog), ""); });
+        run(pad, [](QWidget* dialog) { QCOMPARE(entry(dialog), u""_s); });
     }
 
     void a_pad_that_is_open_is_not_opened_twice()
     {
         PopUpIpPad pad;
         run(pad, [&pad](QWidget* dialog) {
-            QCOMPARE(pad.new_pop_IP_NumberPad(u"b"_s, u""_s), "");
+            QCOMPARE(pad.new_pop_IP_NumberPad(u"b"_s, u""_s), u""_s);
             QCOMPARE(QApplication::activeModalWidget(), dialog);
         });
     }
@@ -243,7 +245,7 @@ private slots:
         const int before = topLevels();
         auto* pad = new PopUpIpPad;
         play([pad](QWidget* /*dialog*/) { delete pad; });
-        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), "");
+        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), u""_s);
         QCOMPARE(topLevels(), before);
     }
 
@@ -258,7 +260,7 @@ private slots:
             });
             buttonWithText(dialog, u"Enter"_s)->click();
         });
-        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), "");
+        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), u""_s);
         QCOMPARE(topLevels(), before);
     }
 

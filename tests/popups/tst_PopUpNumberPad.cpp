@@ -39,7 +39,7 @@ private slots:
             QVERIFY(press(dialog, {u"BackSpace"_s}));
             QCOMPARE(entry(dialog), u"      1 MHz "_s);
             QVERIFY(press(dialog, {u"CE/Cancel"_s}));
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
         });
     }
 
@@ -102,7 +102,7 @@ private slots:
         QCOMPARE(run({},
                      [](QWidget* dialog) {
                          QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"CE/Cancel"_s}));
-                         QCOMPARE(entry(dialog), "      ");
+                         QCOMPARE(entry(dialog), u"      "_s);
                          QVERIFY(dialog->isVisible());
                          QVERIFY(press(dialog, {u"CE/Cancel"_s}));
                          QVERIFY(!dialog->isVisible());
@@ -192,7 +192,7 @@ private slots:
         });
         opening.ranges = u"1 2"_s;
         run(pad, opening, [](QWidget* dialog) {
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
             QCOMPARE(labelText(dialog, "rangeLabel"), u"Valid Range(s)(MHz): (1.0 to 2.0)"_s);
             QVERIFY(buttonWithText(dialog, u"Step\r\n0.1 MHz"_s) != nullptr);
         });

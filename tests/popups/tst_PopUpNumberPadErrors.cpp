@@ -44,7 +44,7 @@ private slots:
             QVERIFY(press(dialog, {u"2"_s, u"Kbps"_s}));
             QVERIFY(seen);
             QVERIFY(dialog->isVisible());
-            QCOMPARE(entry(dialog), "       bps");
+            QCOMPARE(entry(dialog), u"       bps"_s);
             QVERIFY(press(dialog, {u"3"_s}));
             QCOMPARE(entry(dialog), u"       3"_s);
         });

@@ -28,7 +28,7 @@ private slots:
             QVERIFY(dialog->windowFlags() & Qt::CustomizeWindowHint);
             QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
             QCOMPARE(dialog->windowTitle(), u"Title"_s);
-            QCOMPARE(labelText(dialog, "titleLabel"), "Title");
+            QCOMPARE(labelText(dialog, "titleLabel"), u"Title"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->height(), 45);
         });
     }

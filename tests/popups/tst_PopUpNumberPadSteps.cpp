@@ -57,7 +57,7 @@ private slots:
         run(pad, opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 0);
-            QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n140.0 MHz");
+            QCOMPARE(labelText(dialog, "currentValueLabel"), u"Current Value:\r\n140.0 MHz"_s);
             // by 100 it reaches the next range
             QVERIFY(
                 press(dialog, {u"Step\r\n0.1 MHz"_s, u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s}));
