@@ -1,4 +1,4 @@
-// The operator's choice of what a scope shows.
+// The operator chooses what a scope shows.
 #include "app/ScopesFixture.h"
 #include "link/LinkControl.h"
 #include "support/TestMain.h"
@@ -130,7 +130,8 @@ private slots:
         QCOMPARE(cells,
             (QMap<QString, QPoint>{{u"Eye Pattern"_s, {0, 0}}, {u"Constellation"_s, {1, 0}},
                 {u"Off"_s, {2, 0}}, {u"Cancel"_s, {2, 2}}}));
-        // texts of more than ten characters are set smaller, which a list of large ones does not do
+        // Texts of more than ten characters get a smaller font here; a list with large fonts keeps
+        // theirs.
         const QString style = u"QPushButton {background-color: %1; color:%2; font-size: %3px;%4} "_s
                               u"QPushButton:pressed {background-color: #4169e1;}"_s;
         QCOMPARE(
@@ -161,7 +162,7 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("") + framed(""));
     }
 
-    void the_window_may_go_while_the_list_is_open()
+    void the_window_can_be_deleted_while_the_list_is_open()
     {
         clickOnScopes();
         whenModal([this](QWidget* dialog) {

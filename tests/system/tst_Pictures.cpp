@@ -185,14 +185,14 @@ private slots:
             documents += docs.next();
         }
         const QRegularExpression link(uR"(!\[[^\]]*\]\(([^)]*)\))"_s);
-        for (const QString& paper : documents) {
-            QFile file(paper);
+        for (const QString& document : documents) {
+            QFile file(document);
             QVERIFY(file.open(QIODevice::ReadOnly));
             auto links = link.globalMatch(QString::fromUtf8(file.readAll()));
             while (links.hasNext()) {
                 const QString target = links.next().captured(1);
-                const QString path = QFileInfo(paper).dir().filePath(target);
-                QTest::newRow(qPrintable(QFileInfo(paper).fileName() + u' ' + target)) << path;
+                const QString path = QFileInfo(document).dir().filePath(target);
+                QTest::newRow(qPrintable(QFileInfo(document).fileName() + u' ' + target)) << path;
             }
         }
     }
