@@ -80,6 +80,8 @@ void MainWindow::Set_Status_Bar()
     connect(
         m_rooms->navigation, &MenuNavigation::statusBarWanted, m_statusBar, &QWidget::setVisible);
     connect(m_rooms->link, &LinkControl::modeChanged, m_statusBar, &StatusBar::setLinkMode);
+    connect(m_rooms->link, &LinkControl::healthChanged, m_statusBar, &StatusBar::setLinkState);
+    m_statusBar->setLinkState(m_rooms->link->health());
     connect(m_rooms->link, &LinkControl::dialogOpened, m_statusBar,
         [this] { m_statusBar->setLinkingEnabled(false); });
     connect(m_rooms->link, &LinkControl::dialogClosed, this, &MainWindow::enableStatBut1);

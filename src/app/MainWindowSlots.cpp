@@ -37,8 +37,7 @@ void MainWindow::put_settings()
 
 void MainWindow::main_messagebox(const QString& text, bool okButton)
 {
-    const QMessageBox* box = m_rooms->messageBoxes->open(text, okButton, geometry());
-    connect(this, &MainWindow::killbox, box, &QMessageBox::accept);
+    m_rooms->messageBoxes->open(text, okButton, geometry());
 }
 
 bool MainWindow::scope_available() const

@@ -61,7 +61,11 @@ void MenuNavigation::takePaxMessage(const QStringList& fields)
 
 void MenuNavigation::enablePax(bool on)
 {
-    if (!on || m_views.paxMenu.index() == -1) {
+    const bool everMade = m_views.paxMenu.index() != -1;
+    if (on && !everMade) {
+        wire::logIgnored(logMenus(), wire::word::Pax, QStringLiteral("no PAX main menu"));
+    }
+    if (!on || !everMade) {
         emit statusBarWanted(true);
         emit displaysReturned();
         return;

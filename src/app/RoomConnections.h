@@ -5,6 +5,7 @@
 #include "app/Rooms.h"
 #include "link/BoxMessages.h"
 #include "link/LinkControl.h"
+#include "link/MessageBoxes.h"
 #include "link/ResendLine.h"
 #include "link/keySerial.h"
 #include "menus/MainMenus.h"
@@ -31,6 +32,7 @@ void connectRooms(const Rooms& rooms, Window& window)
     QObject::connect(rooms.resendLine, &ResendLine::received, &window, &Window::send_scope_mess);
     QObject::connect(rooms.boxes, &BoxMessages::boxWanted, &window, &Window::main_messagebox);
     QObject::connect(rooms.boxes, &BoxMessages::closeWanted, &window, &Window::killbox);
+    QObject::connect(&window, &Window::killbox, rooms.messageBoxes, &MessageBoxes::closeAll);
     QObject::connect(
         &rooms.navigation->mainMenus(), &MainMenus::spanClicked, &window, &Window::spanClicked);
     QObject::connect(

@@ -12,6 +12,7 @@
 #include "menus/MenuMessages.h"
 #include "scopes/ScopeMessages.h"
 #include "scopes/ScopesPage.h"
+#include "scopes/StcMagPhasePlot.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumMessages.h"
 
@@ -98,6 +99,12 @@ void Rooms::addScopes()
 
 void Rooms::connectScopeMessages()
 {
+    StcMagPhasePlot* const display = scopes->magPhasePlot();
+    const auto dim = [display](LinkState state) {
+        display->setDimmed(state != LinkState::Alive); // the main unit fills it
+    };
+    QObject::connect(link, &LinkControl::healthChanged, display, dim);
+    dim(link->health());
     QObject::connect(scopeMessages, &ScopeMessages::choiceWanted, choices,
         [this](int demodulator, const QString& items) {
             const QPushButton* button = scopes->modeButton(demodulator);

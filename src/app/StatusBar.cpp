@@ -1,10 +1,15 @@
 #include "app/StatusBar.h"
 
 #include "app/Identity.h"
+#include "app/NoticeLabel.h"
+#include "touch/MessageBox.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyleOption>
 
 namespace {
 
@@ -14,6 +19,11 @@ constexpr int ButtonWidth = 106;
 constexpr int FontPixels = 16;
 constexpr QColor DisabledText(0x16, 0x32, 0x4e);
 constexpr QMargins Margins(8, 0, 4, 0);
+constexpr int Border = 2;        // of the bar's style sheet
+constexpr int TextMargin = 6;    // left of the text
+constexpr int PartsMargin = 2;   // between the text and the parts at the right
+constexpr int MaxMeasured = 500; // characters; no more of them fit into the bar
+constexpr QSize OkSize(110, 60);
 
 QString nameOf(Views::View view)
 {
@@ -32,6 +42,7 @@ QString nameOf(Views::View view)
 
 StatusBar::StatusBar(QWidget* parent)
     : QStatusBar(parent)
+    , m_notice(new NoticeLabel(this))
 {
     setObjectName(QStringLiteral("statusBar"));
     setStyleSheet(QStringLiteral(
@@ -65,6 +76,7 @@ void StatusBar::addParts()
     row->addWidget(version);
     container->setStyleSheet(QStringLiteral("background-color: #919191 ;"));
     addPermanentWidget(container, 0);
+    m_parts = container;
 
     connect(m_linking, &QPushButton::clicked, this, &StatusBar::linkingPressed);
     connect(mainMenu, &QPushButton::clicked, this, &StatusBar::mainMenuPressed);
@@ -107,6 +119,96 @@ void StatusBar::showMenuName(const QString& name)
 void StatusBar::setLinkMode(const QString& label)
 {
     m_linkMode->setText(label);
+}
+
+void StatusBar::setLinkState(LinkState state)
+{
+    m_notice->setState(state);
+    placeNotice();
+    update();
+}
+
+void StatusBar::setVisible(bool visible)
+{
+    QStatusBar::setVisible(visible);
+    placeNotice();
+}
+
+void StatusBar::resizeEvent(QResizeEvent* event)
+{
+    QStatusBar::resizeEvent(event);
+    placeNotice();
+}
+
+void StatusBar::placeNotice()
+{
+    if (isHidden() && !isWindow()) {
+        m_notice->standOver(window());
+    } else {
+        m_notice->standIn(this, rect().adjusted(Border, Border, -Border, -Border));
+    }
+}
+
+// Where the text stands: between the notice and the parts at the right.
+QRect StatusBar::textArea() const
+{
+    const bool hasNotice = !m_notice->isHidden();
+    QRect area = rect().adjusted(TextMargin, 0, 0, 0);
+    area.setRight(m_parts->x() - PartsMargin);
+    area.setLeft(hasNotice ? m_notice->geometry().right() + TextMargin : area.left());
+    return area;
+}
+
+QString StatusBar::shownText() const
+{
+    const QString text = currentMessage();
+    const QString start = text.size() > MaxMeasured ? text.left(MaxMeasured) + QChar(0x2026) : text;
+    return fontMetrics().elidedText(start, Qt::ElideRight, textArea().width());
+}
+
+// As QStatusBar paints itself, but for the text, which that would cut off.
+void StatusBar::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    QStyleOption option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_PanelStatusBar, &option, &painter, this);
+    option.rect = m_parts->geometry().adjusted(-2, -1, 2, 1);
+    option.state = QStyle::State_None;
+    style()->drawPrimitive(QStyle::PE_FrameStatusBarItem, &option, &painter, m_parts);
+    painter.setPen(palette().windowText().color());
+    painter.drawText(
+        textArea(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
+}
+
+void StatusBar::mousePressEvent(QMouseEvent* event)
+{
+    m_textPressed = textArea().contains(event->position().toPoint());
+}
+
+void StatusBar::mouseReleaseEvent(QMouseEvent* event)
+{
+    const bool onText = textArea().contains(event->position().toPoint());
+    if (m_textPressed && onText && shownText() != currentMessage()) {
+        showWholeText();
+    }
+    m_textPressed = false;
+}
+
+void StatusBar::showWholeText()
+{
+    delete m_wholeText;
+    m_wholeText = new MessageBox(window());
+    m_wholeText->setObjectName(QStringLiteral("statusTextBox"));
+    m_wholeText->setAttribute(Qt::WA_DeleteOnClose);
+    m_wholeText->setModal(false);
+    m_wholeText->setWindowFlag(Qt::FramelessWindowHint);
+    m_wholeText->setTextFormat(Qt::PlainText);
+    m_wholeText->setText(currentMessage());
+    m_wholeText->setStyleSheet(QStringLiteral("background-color:darkgray; font-size: 22px;"));
+    m_wholeText->addOk(OkSize);
+    m_wholeText->setArea(window()->geometry());
+    m_wholeText->show();
 }
 
 void StatusBar::setLinkingEnabled(bool on)

@@ -1,16 +1,24 @@
 #pragma once
 
 #include "app/Views.h"
+#include "link/LinkHealth.h"
 
+#include <QPointer>
 #include <QStatusBar>
 
+class MessageBox;
+class NoticeLabel;
 class QLabel;
 class QPushButton;
 
-/// The panel's status bar: the main unit's text at the left; the link mode, the buttons "Linking",
-/// "Main Menu" and the one that leads to the next view, and the version at the right.
+/// The panel's status bar: a notice about the link, if there is one, and the main unit's text at
+/// the left; the link mode, the buttons "Linking", "Main Menu" and the one that leads to the next
+/// view, and the version at the right.
 ///
-/// It only shows and reports: what the buttons do is decided by whoever follows its signals.
+/// A text that is too long for its place ends in "…"; a touch on it shows all of it in a box.
+/// While the bar is hidden, its notice is shown over the bottom edge of the window instead.
+///
+/// The bar only shows and reports: what the buttons do is decided by whoever follows its signals.
 class StatusBar : public QStatusBar
 {
     Q_OBJECT
@@ -29,11 +37,18 @@ public:
     /// Shows the link mode. \param label empty for no linking
     void setLinkMode(const QString& label);
 
+    /// Shows what is wrong with the link to the main unit, if anything is.
+    void setLinkState(LinkState state);
+
     /// Enables or disables the button "Linking".
     void setLinkingEnabled(bool on);
 
     /// Shows on the view button where it leads.
     void setNextView(Views::View current, Views::View next);
+
+    /// Makes the notice a part of the bar again, or of the window while the bar is hidden.
+    /// \reimp
+    void setVisible(bool visible) override;
 
 signals:
     /// Emitted when the operator presses the button.
@@ -43,11 +58,25 @@ signals:
     void viewPressed();
     ///@}
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
 private:
     void addParts();
     QPushButton* addButton(const char* name, const QString& text, const QString& color);
+    void placeNotice();
+    QRect textArea() const;
+    QString shownText() const;
+    void showWholeText();
 
+    NoticeLabel* m_notice;
+    QWidget* m_parts = nullptr; // at the right
     QLabel* m_linkMode = nullptr;
     QPushButton* m_linking = nullptr;
     QPushButton* m_view = nullptr;
+    QPointer<MessageBox> m_wholeText;
+    bool m_textPressed = false;
 };

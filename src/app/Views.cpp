@@ -47,8 +47,12 @@ void Views::returnToMenus(QWidget* page)
 {
     if (page != nullptr) {
         showMenu(page);
+        return;
     }
     setCurrent(Menus);
+    if (m_waiting != nullptr) {
+        m_stack->setCurrentWidget(m_waiting);
+    }
 }
 
 void Views::setCurrent(View view)
@@ -72,10 +76,13 @@ Views::View Views::next() const
 
 void Views::showNext()
 {
-    setCurrent(next());
-    switch (m_current) {
+    const View view = next();
+    if (view != Menus) {
+        setCurrent(view);
+    }
+    switch (view) {
     case Menus:
-        return show(&Views::menu);
+        return returnToMenus(menu.m_widget);
     case Scopes:
         return show(&Views::scopes);
     case Spectrum:

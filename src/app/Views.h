@@ -54,7 +54,7 @@ public:
     void showMenu(QWidget* widget);
 
     /// Makes the view Menus. \param page the menu page to show; nullptr when it is gone, and the
-    /// screen stays as it is
+    /// waiting page is shown instead
     void returnToMenus(QWidget* page);
 
     /// \return the view that is on the screen.

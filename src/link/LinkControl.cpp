@@ -2,6 +2,7 @@
 
 #include "link/LinkMode.h"
 #include "link/LinkModeDialog.h"
+#include "link/LinkWatch.h"
 #include "link/keySerial.h"
 #include "wire/Commands.h"
 #include "wire/Log.h"
@@ -13,8 +14,10 @@ LinkControl::LinkControl(QWidget* window)
     : QObject(window)
     , m_window(window)
     , m_serial(new keySerial)
+    , m_watch(new LinkWatch(*m_serial, this))
 {
     m_serial->setParent(this);
+    connect(m_watch, &LinkWatch::changed, this, &LinkControl::healthChanged);
 }
 
 void LinkControl::open(const QString& device)
@@ -39,7 +42,13 @@ void LinkControl::write(const QString& text)
 
 void LinkControl::answerPing()
 {
+    m_watch->notePing();
     send(wire::message(wire::word::Pong));
+}
+
+LinkState LinkControl::health() const
+{
+    return m_watch->state();
 }
 
 void LinkControl::setMode(int mode)
@@ -77,6 +86,8 @@ void LinkControl::takeModeMessage(const QStringList& fields)
         if (m_dialog != nullptr) {
             m_dialog->showMode(mode);
         }
+    } else {
+        wire::logIgnored(logLink(), wire::word::Slave, QStringLiteral("no link mode %1").arg(mode));
     }
     // Quirk: the mode is stored again even when the number is no mode and nothing has changed. See
     // "Quirks" in docs/architecture.md.

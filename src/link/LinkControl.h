@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/LinkHealth.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -7,6 +9,7 @@
 
 class keySerial;
 class LinkModeDialog;
+class LinkWatch;
 class QWidget;
 
 /// The panel's end of the link to the main unit: everything that is sent, and the link mode.
@@ -14,7 +17,8 @@ class QWidget;
 /// A finished message comes to send(), is widened for the link mode and written to the line in one
 /// write; write() leaves out the widening. Both log what they write. What the main unit sends is
 /// cut out of the line by keySerial, serial(), and does not pass through here, but for the messages
-/// about the link mode.
+/// about the link mode. Whether it sends at all is watched by LinkWatch; whoever shows it follows
+/// healthChanged().
 ///
 /// The link mode is changed by the main unit ("Slave"), or by the operator in a dialog; whoever
 /// shows it follows modeChanged().
@@ -45,6 +49,9 @@ public:
     /// Answers "PING" by "PONG".
     void answerPing();
 
+    /// \return what is known of the link now.
+    LinkState health() const;
+
     /// \return 0 none, 1 diversity, 2 frequency diversity; another number when one was stored.
     int mode() const { return m_mode; }
 
@@ -68,6 +75,9 @@ public:
     void openDialog();
 
 signals:
+    /// Emitted when what is known of the link has changed.
+    void healthChanged(LinkState state);
+
     /// Emitted when the link mode was set. \param label how it is shown, empty for no linking
     void modeChanged(const QString& label);
 
@@ -83,6 +93,7 @@ private:
 
     QWidget* m_window;
     keySerial* m_serial;
+    LinkWatch* m_watch;
     QPointer<LinkModeDialog> m_dialog; // while it is open
     int m_mode = 0;
 };

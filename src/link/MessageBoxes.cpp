@@ -1,24 +1,31 @@
 #include "link/MessageBoxes.h"
 
 #include "touch/MessageBox.h"
+#include "wire/Commands.h"
+#include "wire/Log.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QPushButton>
 #include <QWindow>
 
 namespace {
 
-constexpr qsizetype MaxOpen = 16;
 constexpr qsizetype MaxCharacters = 20'000;
 constexpr int MinContentWidth = 600; // of a box with a button
 constexpr QSize MinOk(0, 48);        // its large letters make it wide
 
-// Without this, a modal editor that is open would keep the operator from closing a box over it.
-void standOverEditor(QMessageBox* box)
+QString cut(const QString& text)
 {
-    if (const QWidget* editor = QApplication::activeModalWidget()) {
-        box->winId(); // creates the native window
-        box->windowHandle()->setTransientParent(editor->window()->windowHandle());
+    return text.size() > MaxCharacters ? text.left(MaxCharacters) + QChar(0x2026) : text;
+}
+
+// Makes the box one of the windows of an editor; nullptr: of none. A modal editor blocks all other
+// windows, but not its own.
+void makeWindowOf(const QMessageBox& box, const QWidget* editor)
+{
+    if (QWindow* window = box.windowHandle()) {
+        window->setTransientParent(editor != nullptr ? editor->window()->windowHandle() : nullptr);
     }
 }
 
@@ -32,38 +39,135 @@ MessageBoxes::MessageBoxes(QObject* parent)
 MessageBoxes::~MessageBoxes()
 {
     for (const QPointer<QMessageBox>& box : std::as_const(m_boxes)) {
-        delete box;
+        if (box != nullptr) {
+            box->disconnect(this);
+            delete box;
+        }
     }
 }
 
 QMessageBox* MessageBoxes::open(const QString& text, bool okButton, const QRect& area)
 {
-    makeRoom();
+    const Order order{cut(text), okButton, area};
+    m_boxes.removeAll(nullptr);
+    if (m_boxes.size() < MaxOpen) {
+        return show(order);
+    }
+    addToWaiting(order);
+    return nullptr;
+}
+
+void MessageBoxes::addToWaiting(const Order& order)
+{
+    if (m_waiting.size() < MaxWaiting) {
+        m_waiting.enqueue(order);
+        m_overflowLogged = false;
+    } else if (!m_overflowLogged) {
+        m_overflowLogged = true;
+        qCWarning(logLink).noquote()
+            << QStringLiteral("%1: %2 boxes are waiting, further ones are lost")
+                   .arg(wire::word::DB)
+                   .arg(MaxWaiting);
+    }
+}
+
+QMessageBox* MessageBoxes::show(const Order& order)
+{
     auto* box = new MessageBox;
     box->setObjectName(QStringLiteral("messageBox"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);
     box->setWindowFlag(Qt::FramelessWindowHint);
-    const QString shown =
-        text.size() > MaxCharacters ? text.left(MaxCharacters) + QChar(0x2026) : text;
-    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(shown));
+    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(order.text));
     box->setIcon(QMessageBox::Information);
     box->setStyleSheet(QStringLiteral("background-color:darkgray; border-width: 2px;"));
-    if (okButton) {
+    if (order.okButton) {
         box->addOk(MinOk)->setStyleSheet(QStringLiteral("font: 28px"));
         box->setMinContentWidth(MinContentWidth);
     }
-    box->setArea(area);
+    box->setArea(order.area);
     m_boxes += box;
-    standOverEditor(box);
+    connect(box, &QDialog::finished, this, [this, box] {
+        m_boxes.removeAll(box);
+        showWaiting();
+    });
+    watchWindows();
+    box->winId(); // creates the native window
+    makeWindowOf(*box, QApplication::activeModalWidget());
     box->show();
     return box;
 }
 
-void MessageBoxes::makeRoom()
+void MessageBoxes::showWaiting()
 {
     m_boxes.removeAll(nullptr);
-    while (m_boxes.size() >= MaxOpen) {
-        delete m_boxes.takeFirst();
+    while (!m_waiting.isEmpty() && m_boxes.size() < MaxOpen) {
+        show(m_waiting.dequeue());
+    }
+    watchWindows();
+}
+
+void MessageBoxes::closeAll()
+{
+    m_waiting.clear();
+    const auto boxes = m_boxes;
+    for (const QPointer<QMessageBox>& box : boxes) {
+        if (box != nullptr) {
+            box->accept();
+        }
+    }
+}
+
+void MessageBoxes::watchWindows()
+{
+    const bool wanted = !m_boxes.isEmpty();
+    if (wanted == m_watching) {
+        return;
+    }
+    m_watching = wanted;
+    if (wanted) {
+        qApp->installEventFilter(this);
+    } else {
+        qApp->removeEventFilter(this);
+    }
+}
+
+bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isChange = event->type() == QEvent::Show || event->type() == QEvent::Hide;
+    if (!isChange || !watched->isWidgetType()) {
+        return false;
+    }
+    const auto* widget = static_cast<QWidget*>(watched);
+    const bool isOther = widget->isWindow() && widget->windowType() != Qt::Popup &&
+        !m_boxes.contains(qobject_cast<QMessageBox*>(watched));
+    if (!isOther) {
+        return false;
+    }
+    // A window gets these events before it comes up, and after it has gone.
+    if (event->type() == QEvent::Hide) {
+        lift();
+    } else if (!m_liftQueued) {
+        m_liftQueued = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_liftQueued = false;
+                lift();
+            },
+            Qt::QueuedConnection);
+    }
+    return false;
+}
+
+// Puts the boxes over all other windows.
+void MessageBoxes::lift()
+{
+    const QWidget* editor = QApplication::activeModalWidget();
+    for (const QPointer<QMessageBox>& box : std::as_const(m_boxes)) {
+        if (box != nullptr && box->isVisible()) {
+            makeWindowOf(*box, editor);
+            box->raise();
+        }
     }
 }

@@ -25,14 +25,16 @@ void keySerial::check_serial()
 
 bool keySerial::open_serial(const QString& name)
 {
-    m_line = std::make_unique<SerialLine>(&logLink);
+    m_line = std::make_unique<SerialLine>(&logLink, nullptr, SerialLine::Absence::IsAFault);
     const bool ok = m_line->open(name, BaudRate, SerialLine::Reopen::Never, MaxBytesWaiting);
     connect(&m_line->port(), &QSerialPort::readyRead, this, &keySerial::serial_data_in);
     connect(m_line.get(), &SerialLine::losing, this, [this] {
         m_rest = m_line->port().readAll();
         takeNextTurn();
     });
+    connect(m_line.get(), &SerialLine::lost, this, &keySerial::openChanged);
     m_buffer.clear();
+    emit openChanged();
     return ok;
 }
 
@@ -46,12 +48,26 @@ QSerialPort* keySerial::port()
     return m_line ? &m_line->port() : nullptr;
 }
 
+bool keySerial::isOpen() const
+{
+    return m_line && m_line->isOpen();
+}
+
+qint64 keySerial::unread() const
+{
+    return isOpen() ? m_line->port().bytesAvailable() : m_rest.size();
+}
+
 void keySerial::serial_data_in()
 {
     if (m_handling || !m_line) {
         return;
     }
-    m_buffer.append(QString::fromLatin1(read()));
+    const QByteArray bytes = read();
+    if (!bytes.isEmpty()) {
+        emit bytesReceived();
+    }
+    m_buffer.append(QString::fromLatin1(bytes));
     {
         const QScopedValueRollback<bool> handling(m_handling, true);
         while (const auto message = m_buffer.next()) {
@@ -72,15 +88,10 @@ QByteArray keySerial::read()
     return bytes;
 }
 
-bool keySerial::hasMore() const
-{
-    return m_line->isOpen() ? m_line->port().bytesAvailable() > 0 : !m_rest.isEmpty();
-}
-
 void keySerial::takeNextTurn()
 {
     // Bytes that are left are not announced again until others follow them.
-    if (m_turnQueued || (m_rest.isEmpty() && !hasMore())) {
+    if (m_turnQueued || (m_rest.isEmpty() && unread() == 0)) {
         return;
     }
     m_turnQueued = true;

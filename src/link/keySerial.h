@@ -33,6 +33,15 @@ public:
     /// \return the port; nullptr before open_serial().
     QSerialPort* port();
 
+    /// \return whether the line is open.
+    bool isOpen() const;
+
+    /// \return how many bytes the port has that were not taken yet.
+    qint64 unread() const;
+
+    /// \return whether a message is being handled. As long as that is so, nothing is taken.
+    bool isBusy() const { return m_handling; }
+
 public slots:
     /// Takes what the port has, 1024 bytes at most, and emits the messages that are complete. If
     /// the port has more, the next turn comes from the event loop.
@@ -42,9 +51,14 @@ signals:
     /// Emitted once per message. \param message from its first character to its EOT
     void valid_mess_in(QString message);
 
+    /// Emitted when bytes were taken, whatever they are, before the messages that they complete.
+    void bytesReceived();
+
+    /// Emitted when open_serial() has tried to open the line, and when the line is lost.
+    void openChanged();
+
 private:
     QByteArray read();
-    bool hasMore() const;
     void takeNextTurn();
 
     std::unique_ptr<SerialLine> m_line;

@@ -1,17 +1,17 @@
 #include "menus/ImmediateKey.h"
 
 #include "touch/TextButton.h"
+#include "wire/Commands.h"
 
 #include <cmath>
 
 namespace {
-constexpr qsizetype MinFields = 6;
 constexpr qsizetype ValueField = 7;
 } // namespace
 
 std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields)
 {
-    if (fields.size() < MinFields) {
+    if (!wire::hasEnoughFields(wire::word::IK, fields)) {
         return nullptr;
     }
     bool typeOk = false;

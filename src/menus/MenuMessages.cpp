@@ -107,7 +107,7 @@ void MenuMessages::changeState(const QStringList& fields)
 
 void MenuMessages::lockChoices(const QStringList& fields)
 {
-    if (fields.size() < 3) {
+    if (!wire::hasEnoughFields(wire::word::EI, fields)) {
         return;
     }
     Key* key = namedKey(wire::word::EI, fields);

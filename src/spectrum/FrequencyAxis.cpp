@@ -7,9 +7,14 @@ FrequencyAxis::FrequencyAxis()
 {
 }
 
+bool FrequencyAxis::canBeCentre(double frequency)
+{
+    return std::isfinite(frequency) && frequency > 0.0 && frequency <= MaxMHz;
+}
+
 bool FrequencyAxis::setCentre(double centre)
 {
-    if (!std::isfinite(centre) || centre <= 0.0 || centre > MaxMHz || centre == m_centre) {
+    if (!canBeCentre(centre) || centre == m_centre) {
         return false;
     }
     m_centre = centre;

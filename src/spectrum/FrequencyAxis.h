@@ -22,6 +22,9 @@ public:
     /// \return the analysed width in MHz, a little more than the span's label says.
     double width() const { return m_span.spanMHz; }
 
+    /// \return whether the axis can have this centre, in MHz.
+    static bool canBeCentre(double frequency);
+
     /// Sets the centre and moves the ticks along.
     /// \param centre in MHz, finite, above 0 and at most MaxMHz; others are ignored.
     /// \return whether the axis has changed.

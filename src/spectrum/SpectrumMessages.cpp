@@ -1,10 +1,13 @@
 #include "spectrum/SpectrumMessages.h"
 
+#include "spectrum/FrequencyAxis.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectralRemote.h"
+#include "touch/LineColors.h"
 #include "wire/Commands.h"
 #include "wire/Log.h"
 #include "wire/SerialLine.h"
+#include "wire/SpanTable.h"
 
 namespace {
 
@@ -123,9 +126,14 @@ void SpectrumMessages::setFrequency(const QStringList& fields)
     int channel = 0;
     bool isFrequency = false;
     const double frequency = fields.value(1).toDouble(&isFrequency);
-    if (readInt(fields, 0, channel) && isFrequency && hasChannel(wire::word::SF, channel)) {
-        m_card->setRf(frequency, channel);
+    if (!readInt(fields, 0, channel) || !isFrequency || !hasChannel(wire::word::SF, channel)) {
+        return;
     }
+    if (!FrequencyAxis::canBeCentre(frequency)) {
+        wire::logIgnored(
+            logSpectrum(), wire::word::SF, QStringLiteral("no frequency ") + fields.value(1));
+    }
+    m_card->setRf(frequency, channel);
 }
 
 void SpectrumMessages::setSpan(const QStringList& fields)
@@ -134,6 +142,9 @@ void SpectrumMessages::setSpan(const QStringList& fields)
     int span = 0;
     if (readInt(fields, 0, channel) && readInt(fields, 1, span) &&
         hasChannel(wire::word::SP, channel)) {
+        if (span < 0 || span >= spanTable().size()) {
+            wire::logIgnored(logSpectrum(), wire::word::SP, QStringLiteral("no span %1").arg(span));
+        }
         m_card->setSpanComboBox(channel, span);
     }
 }
@@ -157,6 +168,18 @@ void SpectrumMessages::setChartShown(const QStringList& fields)
     }
 }
 
+// Returns why a colour changes nothing; empty when it does. The number is the trace's, 0 for all.
+QString SpectrumMessages::whyLineColorIgnored(int color, int number) const
+{
+    if (!lineColors::color(color).isValid()) {
+        return QStringLiteral("no colour %1").arg(color);
+    }
+    if (number < 0 || number > card::Channels) {
+        return QStringLiteral("no trace %1").arg(number);
+    }
+    return number == 0 && m_card == nullptr ? QStringLiteral("no spectrum yet") : QString();
+}
+
 void SpectrumMessages::setLineColor(const QStringList& fields)
 {
     int color = 0;
@@ -165,15 +188,16 @@ void SpectrumMessages::setLineColor(const QStringList& fields)
     if (!readInt(fields, 0, color) || (hasTrace && !readInt(fields, 1, number))) {
         return;
     }
-    if (number < 0) {
-        wire::logIgnored(logSpectrum(), wire::word::LC, QStringLiteral("no trace %1").arg(number));
+    const QString ignored = whyLineColorIgnored(color, number);
+    if (!ignored.isEmpty()) {
+        wire::logIgnored(logSpectrum(), wire::word::LC, ignored);
         return;
     }
     const int trace = number - 1;
     if (m_card != nullptr) {
         m_card->setLineColor(color, trace);
     }
-    if (trace >= 0 && trace < card::Channels) {
+    if (trace >= 0) {
         emit lineColorSet(color, trace);
     }
 }

@@ -93,6 +93,7 @@ signals:
 private:
     QString firstPort() const;
     bool hasPage(QLatin1String word) const;
+    QString whyLineColorIgnored(int color, int number) const;
     bool hasChannel(QLatin1String word, int channel) const;
 
     bool m_olderCard;

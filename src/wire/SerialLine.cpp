@@ -4,9 +4,10 @@ namespace {
 constexpr int RetryMs = 2000;
 } // namespace
 
-SerialLine::SerialLine(Category category, QObject* parent)
+SerialLine::SerialLine(Category category, QObject* parent, Absence absence)
     : QObject(parent)
     , m_category(category)
+    , m_absence(absence)
 {
     m_retry.setInterval(RetryMs);
     connect(&m_retry, &QTimer::timeout, this, &SerialLine::tryToOpen);
@@ -37,9 +38,19 @@ bool SerialLine::open(const QString& name, qint32 baudRate, Reopen reopen, qint6
     m_port.setReadBufferSize(readBufferSize);
     const bool ok = tryToOpen();
     if (!ok) {
-        qCInfo(m_category).noquote() << m_name << "was not opened:" << m_port.errorString();
+        logAbsence();
     }
     return ok;
+}
+
+void SerialLine::logAbsence() const
+{
+    const QString text = QStringLiteral("%1 was not opened: %2").arg(m_name, m_port.errorString());
+    if (m_absence == Absence::IsAFault) {
+        qCWarning(m_category).noquote() << text;
+    } else {
+        qCInfo(m_category).noquote() << text;
+    }
 }
 
 void SerialLine::close()

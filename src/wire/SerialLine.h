@@ -23,11 +23,19 @@ public:
         EveryTwoSeconds ///< it is tried again every two seconds
     };
 
+    /// What it means that the line cannot be opened.
+    enum class Absence {
+        IsNormal, ///< the device may be missing; logged as information
+        IsAFault  ///< the panel cannot do without it; logged as a warning
+    };
+
     /// A logging category, as Q_DECLARE_LOGGING_CATEGORY declares it.
     using Category = const QLoggingCategory& (*)();
 
-    /// \param category where the line logs that it was not opened (information) or lost (warning)
-    explicit SerialLine(Category category, QObject* parent = nullptr);
+    /// \param category where the line logs that it was not opened, or was lost (warning)
+    /// \param absence what it means that the line cannot be opened
+    explicit SerialLine(
+        Category category, QObject* parent = nullptr, Absence absence = Absence::IsNormal);
     ~SerialLine() override;
 
     /// Opens the device for reading and writing. \return whether it is open; if not, it will be
@@ -66,8 +74,10 @@ signals:
 private:
     bool tryToOpen();
     void handleError(QSerialPort::SerialPortError error);
+    void logAbsence() const;
 
     Category m_category;
+    Absence m_absence;
     QSerialPort m_port;
     QTimer m_retry;
     QString m_name;

@@ -26,12 +26,14 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = Example::Kind;
 
 constexpr int TickMs = 5;
-constexpr int LongestRunMs = 60000;
+constexpr int MaxRunMs = 60000;
 const QByteArray Pong = framed("PONG");
 
 struct Form
@@ -72,7 +74,7 @@ const QList<Form>& forms()
 
 QStringList namesIn(const QString& text)
 {
-    static const QRegularExpression name("`([^`]*)`");
+    static const QRegularExpression name(u"`([^`]*)`"_s);
     QStringList names;
     auto matches = name.globalMatch(text);
     while (matches.hasNext()) {
@@ -81,7 +83,7 @@ QStringList namesIn(const QString& text)
     return names;
 }
 
-// Returns one statement, or one for each press in a row of presses; none when the text is not
+// Returns one statement, or one per press in a sequence of presses; none when the text is not
 // understood.
 QList<Example::Statement> statementsOf(const QString& text)
 {
@@ -97,7 +99,7 @@ QList<Example::Statement> statementsOf(const QString& text)
             return {{form.kind, names, text}};
         }
         for (const QString& name : names) {
-            all.append({form.kind, {name}, "operator presses `" + name + "`"});
+            all.append({form.kind, {name}, u"operator presses `"_s + name + u"`"_s});
         }
     }
     return all;
@@ -114,7 +116,7 @@ QAbstractButton* visibleButton(const QWidget* window, const QString& text)
     return nullptr;
 }
 
-// Returns what the operator's finger would find: in the modal editor, else in a window over the
+// Returns the button that the operator could touch: in the modal editor, else in a window over the
 // panel, else in the panel.
 QAbstractButton* buttonOnTop(const QString& text)
 {
@@ -145,7 +147,7 @@ QMessageBox* shownBox()
     return nullptr;
 }
 
-// The link mode is kept over a restart: each panel begins with none.
+// The link mode is stored, so each panel starts with a reset one.
 DeviceDirectory& withoutLinkMode(DeviceDirectory& devices)
 {
     linkMode::store(linkMode::None);
@@ -159,21 +161,21 @@ QList<Example> Example::read(const QByteArray& document, QStringList& faults)
     QList<Example> examples;
     bool inBlock = false;
     bool inList = false;
-    const QStringList lines = QString::fromUtf8(document).split('\n');
+    const QStringList lines = QString::fromUtf8(document).split(u'\n');
     for (int i = 0; i < lines.size(); ++i) {
         const QString& line = lines.at(i);
         if (inBlock) {
-            inBlock = line != "```";
+            inBlock = line != u"```"_s;
             examples.last().messages += inBlock ? line.toUtf8() + '\n' : QByteArray();
-        } else if (line == "```menu") {
+        } else if (line == u"```menu"_s) {
             examples.append({i + 1, {}, {}});
             inBlock = true;
             inList = true;
-        } else if (inList && line.startsWith("- ")) {
+        } else if (inList && line.startsWith(u"- "_s)) {
             const auto statements = statementsOf(line.mid(2));
             examples.last().statements += statements;
             if (statements.isEmpty()) {
-                faults += QString("%1: not understood: %2").arg(i + 1).arg(line.mid(2));
+                faults += u"%1: not understood: %2"_s.arg(i + 1).arg(line.mid(2));
             }
         } else {
             inList = false;
@@ -181,25 +183,25 @@ QList<Example> Example::read(const QByteArray& document, QStringList& faults)
     }
     for (const Example& example : std::as_const(examples)) {
         if (example.statements.isEmpty()) {
-            faults += QString("%1: nothing is said about what comes of it").arg(example.line);
+            faults += u"%1: has no statement about the result"_s.arg(example.line);
         }
     }
     return examples;
 }
 
 ExampleRun::ExampleRun(const Example& example, int patienceMs)
-    : m_unit(withoutLinkMode(m_devices).add("ttyO1"))
+    : m_unit(withoutLinkMode(m_devices).add(u"ttyO1"_s))
     , m_statements(example.statements)
     , m_patienceMs(patienceMs)
 {
-    m_statements.append({Kind::SendsNothing, {}, "panel sends nothing else"});
+    m_statements.append({Kind::SendsNothing, {}, u"panel sends nothing else"_s});
     QByteArray bytes;
-    const MenuFile file = MenuFile::parse(example.messages, "example");
+    const MenuFile file = MenuFile::parse(example.messages, u"example"_s);
     for (const MenuStep& step : file.steps()) {
         bytes += step.kind == MenuStep::Kind::Message ? framed(step.body.toLatin1()) : QByteArray();
     }
     if (!file.errors().isEmpty()) {
-        m_failure = file.errors().join("; ");
+        m_failure = file.errors().join(u"; "_s);
     }
     m_window.show();
     const auto windows = QApplication::topLevelWidgets();
@@ -209,7 +211,7 @@ ExampleRun::ExampleRun(const Example& example, int patienceMs)
         }
     }
     if (!QTest::qWaitForWindowExposed(&m_window) || !m_unit.write(bytes)) {
-        m_failure = "the panel does not come up";
+        m_failure = u"the panel does not come up"_s;
     }
     ask();
     m_deadline.setSingleShot(true);
@@ -218,14 +220,14 @@ ExampleRun::ExampleRun(const Example& example, int patienceMs)
 
 QString ExampleRun::failure()
 {
-    m_deadline.start(LongestWaitMs);
+    m_deadline.start(MaxWaitMs);
     m_tick.start(TickMs);
     const bool ended = QTest::qWaitFor(
         [this] { return !m_tick.isActive() && QApplication::activeModalWidget() == nullptr; },
-        LongestRunMs);
+        MaxRunMs);
     m_tick.stop();
     if (!ended && m_failure.isEmpty()) {
-        m_failure = "does not come to its end";
+        m_failure = u"does not end"_s;
     }
     return m_failure;
 }
@@ -242,7 +244,7 @@ void ExampleRun::tick()
         if (m_started) {
             m_deadline.start(m_patienceMs);
         } else if (!m_deadline.isActive()) {
-            fail("the messages are not carried out");
+            fail(u"the messages are not carried out"_s);
         }
     } else if (m_next == m_statements.size()) {
         m_tick.stop();
@@ -258,11 +260,11 @@ void ExampleRun::tryNext()
         m_next += 1;
         m_deadline.start(m_patienceMs);
     } else if (!m_deadline.isActive()) {
-        fail("\"" + statement.text + "\" does not hold");
+        fail(u"\""_s + statement.text + u"\" does not hold"_s);
     }
 }
 
-// Closes the editors that are open, one at a time: each runs inside a press.
+// Closes one open editor per call, because each runs inside the press that has opened it.
 void ExampleRun::giveUp()
 {
     if (QWidget* modal = QApplication::activeModalWidget()) {
@@ -294,7 +296,7 @@ ExampleRun::Outcome ExampleRun::attempt(const Example::Statement& statement)
         holds = buttonOnTop(name) != nullptr;
         break;
     case Kind::KeyIs:
-        return keyIs(name, statement.text.section(' ', -1));
+        return keyIs(name, statement.text.section(u' ', -1));
     case Kind::StatusBarShows:
         holds = m_window.statusBar()->isVisible() && m_window.statusBar()->currentMessage() == name;
         break;
@@ -330,7 +332,7 @@ ExampleRun::Outcome ExampleRun::press(const QString& text)
     if (button == nullptr) {
         return Outcome::NotYet;
     }
-    // not from here: a timer does not fire again while its own signal is under way
+    // Not from here, because a timer does not fire again inside its own signal.
     m_pressing = true;
     QTimer::singleShot(0, button, [this, button] {
         m_pressing = false;
@@ -348,8 +350,8 @@ ExampleRun::Outcome ExampleRun::sends(const QByteArray& expected)
             return Outcome::Holds;
         }
         if (piece != Pong || m_asked == 0) {
-            fail("sent in place of \"" + QString::fromLatin1(expected) + "\": \"" +
-                QString::fromLatin1(piece) + "\"");
+            fail(u"sent in place of \""_s + QString::fromLatin1(expected) + u"\": \""_s +
+                QString::fromLatin1(piece) + u"\""_s);
             return Outcome::NotYet;
         }
         m_seen += 1;
@@ -358,7 +360,7 @@ ExampleRun::Outcome ExampleRun::sends(const QByteArray& expected)
     return Outcome::NotYet;
 }
 
-// Nothing but the answers to our own questions, of which the last one is asked now.
+// Only the answers to our own queries may come; the last query is sent now.
 ExampleRun::Outcome ExampleRun::sendsNothing()
 {
     if (!m_lastAsked) {
@@ -371,7 +373,7 @@ ExampleRun::Outcome ExampleRun::sendsNothing()
         others += Pong;
     }
     if (!others.isEmpty()) {
-        fail("sent, and not expected: \"" + QString::fromLatin1(others.join(", ")) + "\"");
+        fail(u"sent, and not expected: \""_s + QString::fromLatin1(others.join(", ")) + u"\""_s);
         return Outcome::NotYet;
     }
     if (answers < m_asked) {
@@ -397,11 +399,11 @@ ExampleRun::Outcome ExampleRun::menuShows(const QString& menu, const QString& ke
 
 ExampleRun::Outcome ExampleRun::keyIs(const QString& text, const QString& look) const
 {
-    static const QHash<QString, QString> Colours{
-        {"green", "background-color: green"}, {"grey", "#919191"}, {"dark", "#2f4f4f"}};
+    static const QHash<QString, QString> Colours{{u"green"_s, u"background-color: green"_s},
+        {u"grey"_s, u"#919191"_s}, {u"dark"_s, u"#2f4f4f"_s}};
     const QAbstractButton* button = visibleButton(&m_window, text);
     const bool isSo = button != nullptr && button->styleSheet().contains(Colours.value(look));
-    return isSo && button->isEnabled() == (look != "dark") ? Outcome::Holds : Outcome::NotYet;
+    return isSo && button->isEnabled() == (look != u"dark"_s) ? Outcome::Holds : Outcome::NotYet;
 }
 
 bool ExampleRun::scopeHolds(const Example::Statement& statement) const
@@ -413,8 +415,8 @@ bool ExampleRun::scopeHolds(const Example::Statement& statement) const
     const QString first = statement.names.value(0);
     if (statement.kind == Kind::ScopeIs) {
         const Scope* scope = page->scope(first.toInt());
-        const auto* plot = scope != nullptr ? scope->findChild<QWidget*>("plotI") : nullptr;
-        return plot != nullptr && plot->isVisible() == statement.text.endsWith("shown");
+        const auto* plot = scope != nullptr ? scope->findChild<QWidget*>(u"plotI"_s) : nullptr;
+        return plot != nullptr && plot->isVisible() == statement.text.endsWith(u"shown"_s);
     }
     if (statement.kind == Kind::ScopeColour) {
         const Scope* scope = page->scope(first.toInt());
@@ -422,15 +424,15 @@ bool ExampleRun::scopeHolds(const Example::Statement& statement) const
     }
     const StcMagPhasePlot* display = page->magPhasePlot();
     if (statement.kind == Kind::MagnitudesAre) {
-        return display->findChild<QProgressBar*>("ch0Bar")->value() == first.toInt() &&
-            display->findChild<QProgressBar*>("ch1Bar")->value() ==
+        return display->findChild<QProgressBar*>(u"ch0Bar"_s)->value() == first.toInt() &&
+            display->findChild<QProgressBar*>(u"ch1Bar"_s)->value() ==
             statement.names.value(1).toInt();
     }
     constexpr double StepDegrees = 22.5;
     const double degrees = QString(first).remove(QChar(0xb0)).toDouble();
     for (int lamp = 0; lamp < StcMagPhasePlot::ScaleLabels; ++lamp) {
-        const auto* label = display->findChild<QLabel*>(QString("phaseLabel%1").arg(lamp));
-        const bool lit = !label->styleSheet().contains("black");
+        const auto* label = display->findChild<QLabel*>(u"phaseLabel%1"_s.arg(lamp));
+        const bool lit = !label->styleSheet().contains(u"black"_s);
         if (lit != (lamp * StepDegrees == degrees)) {
             return false;
         }
@@ -453,7 +455,7 @@ bool ExampleRun::chartHolds(const Example::Statement& statement) const
     }
     switch (statement.kind) {
     case Kind::ChartIs:
-        return chart->isVisible() == statement.text.endsWith("shown");
+        return chart->isVisible() == statement.text.endsWith(u"shown"_s);
     case Kind::ChartMiddle: {
         const QStringList ticks = chart->tickLabels();
         return chart->isVisible() && ticks.value(ticks.size() / 2).toDouble() == value.toDouble();
@@ -461,7 +463,7 @@ bool ExampleRun::chartHolds(const Example::Statement& statement) const
     case Kind::ChartWidth: {
         const QVector<double> ticks = chart->tickPositions();
         const QString name = card->getSpanList().value(card->getSpan(channel));
-        return !ticks.isEmpty() && name.section(' ', 0, 0).toDouble() == value.toDouble() &&
+        return !ticks.isEmpty() && name.section(u' ', 0, 0).toDouble() == value.toDouble() &&
             ticks.last() - ticks.first() == value.toDouble();
     }
     case Kind::ChartMarkers:
@@ -473,8 +475,8 @@ bool ExampleRun::chartHolds(const Example::Statement& statement) const
     }
 }
 
-// Whether the panel is done with the messages: it has answered what came behind them, or it has
-// opened an editor.
+// Whether the panel has carried out the messages: it has answered the query behind them, or opened
+// an editor.
 bool ExampleRun::isCarriedOut()
 {
     const QList<QByteArray> pieces = notYetSeen();

@@ -11,6 +11,8 @@
 #include "support/TestMain.h"
 #include "wire/Commands.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_Dispatcher : public QObject
 {
     Q_OBJECT
@@ -19,7 +21,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyO1");
+        m_pty = &m_devices->add(u"ttyO1"_s);
         m_window = std::make_unique<MainWindow>();
     }
 
@@ -32,12 +34,12 @@ private slots:
     void the_table_has_all_words_in_their_order()
     {
         QCOMPARE(Dispatcher(slotTable(*m_window)).words(),
-            (QStringList{"AK", "SK", "CK", "CV", "CM", "SB", "DB", "PING", "Slave", "SQ", "SM",
-                "VER", "SH", "MS", "PAX", "LC", "EI", "SP", "IK", "SF", "HM", "ST", "PM",
-                "CLEAR"}));
+            (QStringList{u"AK"_s, u"SK"_s, u"CK"_s, u"CV"_s, u"CM"_s, u"SB"_s, u"DB"_s, u"PING"_s,
+                u"Slave"_s, u"SQ"_s, u"SM"_s, u"VER"_s, u"SH"_s, u"MS"_s, u"PAX"_s, u"LC"_s,
+                u"EI"_s, u"SP"_s, u"IK"_s, u"SF"_s, u"HM"_s, u"ST"_s, u"PM"_s, u"CLEAR"_s}));
     }
 
-    void words_are_matched_by_exactly_their_letters_data()
+    void words_match_exactly_data()
     {
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("known");
@@ -56,7 +58,7 @@ private slots:
         QTest::newRow("nothing") << "" << false;
     }
 
-    void words_are_matched_by_exactly_their_letters()
+    void words_match_exactly()
     {
         QFETCH(QString, message);
         QTEST(Dispatcher(slotTable(*m_window)).dispatch(message), "known");
@@ -87,13 +89,13 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("1.1.6.4"));
     }
 
-    void short_lists_and_empty_fields_do_no_harm()
+    void short_lists_and_empty_fields_are_harmless()
     {
         m_pty->takeReceived();
         for (const QString& word : Dispatcher(slotTable(*m_window)).words()) {
             for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
-                // these open editors and boxes, or answer by themselves
-                if (word != "IK" && word != "DB" && word != "Slave") {
+                // These words open editors and boxes, or answer by themselves.
+                if (word != u"IK"_s && word != u"DB"_s && word != u"Slave"_s) {
                     QVERIFY(m_pty->write(framed(word.toLatin1() + fields)));
                 }
             }
@@ -117,8 +119,8 @@ private slots:
         QFETCH(int, mode);
         m_window->rooms().link->setMode(mode);
         m_pty->takeReceived();
-        m_window->send_mess("\x02"
-                            "D2:FREQ R1:AGC\x04");
+        m_window->send_mess(u"\x02"_s
+                            u"D2:FREQ R1:AGC\x04"_s);
         QTEST(waitForBytes(), "sent");
     }
 
@@ -131,20 +133,20 @@ private slots:
 
     void sending_on_a_lost_line_is_ignored()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyO1 was lost"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
         m_pty->close();
         QTRY_VERIFY(!m_window->rooms().link->serial()->port()->isOpen());
-        m_window->send_mess("\x02Main\x04");
+        m_window->send_mess(u"\x02Main\x04"_s);
         QVERIFY(!m_window->rooms().link->serial()->port()->isOpen());
     }
 
-    void a_unit_that_asks_and_never_reads_does_not_fill_the_memory()
+    void unsent_answers_are_limited_when_the_unit_never_reads()
     {
         QByteArray burst;
         for (int i = 0; i < 1000; ++i) {
             burst += framed("PING");
         }
-        // 300,000 answers of 6 bytes, of which nobody reads one
+        // 300,000 answers of 6 bytes; none of them is read.
         for (int i = 0; i < 300; ++i) {
             QVERIFY(m_pty->write(burst));
         }
@@ -155,14 +157,14 @@ private slots:
 
     void clear_deletes_every_menu()
     {
-        m_window->process_mess("\x02"
-                               "AK,M,k,L,5,C,,0,,0,0,1\x04");
-        const QPointer<KeyBoard> menu = m_window->rooms().menus->book.find("M");
+        m_window->process_mess(u"\x02"_s
+                               u"AK,M,k,L,5,C,,0,,0,0,1\x04"_s);
+        const QPointer<KeyBoard> menu = m_window->rooms().menus->book.find(u"M"_s);
         const QPointer<Key> key = menu->keys.first();
         const QPointer<QPushButton> button = menu->buttons.first();
         const QPointer<QGroupBox> frame = menu->frame;
-        m_window->process_mess("\x02"
-                               "CLEAR\x04");
+        m_window->process_mess(u"\x02"_s
+                               u"CLEAR\x04"_s);
         QVERIFY(m_window->rooms().menus->book.pages.isEmpty());
         QTRY_VERIFY(menu == nullptr && key == nullptr && button == nullptr && frame == nullptr);
     }
@@ -178,12 +180,13 @@ private slots:
         };
         m_window->show();
         m_pty->write(menus("1") + framed("SK,B"));
-        QTRY_COMPARE(shownKey(), QString("B1"));
+        QTRY_COMPARE(shownKey(), u"B1"_s);
         m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
-        QTRY_COMPARE(shownKey(), QString("C2"));
-        QTRY_COMPARE(m_window->rooms().stack->count(), 5); // waiting, scopes and the three
+        QTRY_COMPARE(shownKey(), u"C2"_s);
+        QTRY_COMPARE(m_window->rooms().stack->count(),
+            5); // the waiting page, the scopes and the three menus
         m_pty->write(framed("SK,A"));
-        QTRY_COMPARE(shownKey(), QString("A2"));
+        QTRY_COMPARE(shownKey(), u"A2"_s);
         for (const KeyBoard* menu : m_window->rooms().menus->book.pages) {
             QCOMPARE(m_window->rooms().stack->widget(menu->stackIndex), menu->frame.data());
         }
@@ -203,7 +206,7 @@ private slots:
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("logged");
         const auto row = [](const char* message, const char* logged) {
-            QTest::newRow(message) << QString(message) << QString(logged);
+            QTest::newRow(message) << QString::fromUtf8(message) << QString::fromUtf8(logged);
         };
         row("AK,M,k,L,5,C,,0,,0", "qn740.menus AK: 9 fields, needs 11");
         row("SK,Nowhere", "qn740.menus SK: no menu Nowhere");
@@ -222,6 +225,17 @@ private slots:
         row("EI,Loading,k", "qn740.menus EI: 2 fields, needs 3");
         row("IK,L,x,C,,0,", "qn740.menus IK: the key type must be a whole number, not \"x\"");
         row("PAX,2", "qn740.menus PAX: neither 0 nor 1");
+        row("PAX,1", "qn740.menus PAX: no PAX main menu");
+        row("Slave,7", "qn740.link Slave: no link mode 7");
+        row("Slave,x", "qn740.link Slave: the link mode must be a whole number, not \"x\"");
+        row("DB", "qn740.link DB: 0 fields, needs 1");
+        row("SQ,4,1", "qn740.scopes SQ: no demodulator 4");
+        row("SM,1,9", "qn740.scopes SM: no mode 9");
+        row("PM,1,2", "qn740.scopes PM: 2 fields, needs 3");
+        row("LC,1", "qn740.spectrum LC: no spectrum yet");
+        row("LC,9,1", "qn740.spectrum LC: no colour 9");
+        row("LC,1,4", "qn740.spectrum LC: no trace 4");
+        row("LC,1,1", ""); // the scope takes it
         row("SM,5,1", "qn740.scopes SM: no demodulator 5");
         row("SM,1,x", "qn740.scopes SM: the mode must be a whole number, not \"x\"");
         row("SF,0,70", "qn740.spectrum SF: no spectrum yet");
@@ -238,27 +252,27 @@ private slots:
         QFETCH(QString, logged);
         static QStringList lines;
         lines.clear();
-        QLoggingCategory::setFilterRules("qn740.*.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.*.debug=true"_s);
         const QtMessageHandler before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext& context, const QString& text) {
-                lines += QString(context.category) + ' ' + text;
+                lines += QString::fromUtf8(context.category) + u' ' + text;
             });
-        m_window->process_mess('\x02' + message + '\x04');
+        m_window->process_mess(u'\x02' + message + u'\x04');
         qInstallMessageHandler(before);
-        QLoggingCategory::setFilterRules("");
-        QCOMPARE(lines.join('|'), logged);
+        QLoggingCategory::setFilterRules(u""_s);
+        QCOMPARE(lines.join(u'|'), logged);
     }
 
     void the_debug_log_can_be_read_back()
     {
-        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.link.debug=true"_s);
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} in \\\\x02PING\\\\x04$"));
+            QtDebugMsg, QRegularExpression(u"^\\d+\\.\\d{3} in \\\\x02PING\\\\x04$"_s));
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"));
+            QtDebugMsg, QRegularExpression(u"^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"_s));
         m_pty->write(framed("PING"));
         QTRY_VERIFY(m_pty->received().contains(framed("PONG")));
-        QLoggingCategory::setFilterRules("");
+        QLoggingCategory::setFilterRules(u""_s);
     }
 
 private:

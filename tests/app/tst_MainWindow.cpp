@@ -21,6 +21,8 @@
 #include <cmath>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 QSplashScreen* splash()
 {
@@ -32,7 +34,8 @@ QSplashScreen* splash()
     return nullptr;
 }
 
-// Relative, 0 for black to 1 for white, as the contrast of texts is reckoned by.
+// Relative luminance, from 0 (black) to 1 (white), as WCAG 2.1 defines it for the contrast of
+// texts.
 double luminance(const QColor& colour)
 {
     const auto linear = [](double part) {
@@ -51,7 +54,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_pty = &m_devices->add("ttyO1");
+        m_pty = &m_devices->add(u"ttyO1"_s);
         m_window = std::make_unique<MainWindow>();
     }
 
@@ -69,10 +72,10 @@ private slots:
         QCOMPARE(m_window->windowType(), Qt::Window);
         QVERIFY(m_window->isReady());
         QCOMPARE(m_window->styleSheet(),
-            QString("QMainWindow {background-color: black; border-width: 2px; border-style: solid; "
-                    "border-color: black; font-size: 16px;}                        "
-                    ".QWidget{background-color: black;} QPushButton:pressed {background-color: "
-                    "#4169e1;} "));
+            u"QMainWindow {background-color: black; border-width: 2px; border-style: solid; "_s
+            u"border-color: black; font-size: 16px;}                        "_s
+            u".QWidget{background-color: black;} QPushButton:pressed {background-color: "_s
+            u"#4169e1;} "_s);
     }
 
     void no_pointer_is_shown()
@@ -87,8 +90,8 @@ private slots:
     {
         const auto& pages = m_window->rooms().menus->book.pages;
         QCOMPARE(pages.size(), 2);
-        QCOMPARE(pages.at(0)->name, QString("Loading"));
-        QCOMPARE(pages.at(1)->name, QString("two"));
+        QCOMPARE(pages.at(0)->name, u"Loading"_s);
+        QCOMPARE(pages.at(1)->name, u"two"_s);
         for (int i = 0; i < 2; ++i) {
             QCOMPARE(pages.at(i)->maxRow, 5);
             QCOMPARE(pages.at(i)->maxCol, 5);
@@ -108,14 +111,14 @@ private slots:
         QVERIFY(screen != nullptr && screen->isVisible());
         QVERIFY(screen->windowFlags() & Qt::WindowStaysOnTopHint);
         QVERIFY(screen->windowFlags() & Qt::FramelessWindowHint);
-        QCOMPARE(screen->styleSheet(), QString("QPixmap {background-color: black}"));
+        QCOMPARE(screen->styleSheet(), u"QPixmap {background-color: black}"_s);
         QVERIFY(!screen->pixmap().isNull());
         clickOn(screen);
         QTest::qWait(100);
         QVERIFY(screen->isVisible());
     }
 
-    void the_splash_goes_after_15_seconds_and_never_earlier()
+    void the_splash_hides_after_15_seconds_and_not_earlier()
     {
         m_window.reset();
         QElapsedTimer elapsed;
@@ -123,8 +126,8 @@ private slots:
         m_window = std::make_unique<MainWindow>();
         QTRY_VERIFY_WITH_TIMEOUT(!splash()->isVisible(), 40000);
         QVERIFY2(elapsed.elapsed() >= 15000, QByteArray::number(elapsed.elapsed()));
-        // this one has no end of its own
-        QCOMPARE(m_window->statusBar()->currentMessage(), QString("TORVA QN740 - Start Up"));
+        // The start-up message has no timeout.
+        QCOMPARE(m_window->statusBar()->currentMessage(), u"TORVA QN740 - Start Up"_s);
     }
 
     void the_status_bar_has_its_parts_data()
@@ -151,20 +154,20 @@ private slots:
         QTEST(button->text(), "text");
         QTEST(button->styleSheet(), "sheet");
         QCOMPARE(button->minimumHeight(), 30);
-        QCOMPARE(button->parentWidget()->styleSheet(), QString("background-color: #919191 ;"));
+        QCOMPARE(button->parentWidget()->styleSheet(), u"background-color: #919191 ;"_s);
     }
 
     void the_status_bar_starts_with_the_start_up_message()
     {
         QCOMPARE(m_window->statusBar(), m_window->statusBar());
-        QCOMPARE(m_window->statusBar()->currentMessage(), QString("TORVA QN740 - Start Up"));
+        QCOMPARE(m_window->statusBar()->currentMessage(), u"TORVA QN740 - Start Up"_s);
         QCOMPARE(m_window->statusBar()->minimumHeight(), 50);
         QVERIFY(!m_window->statusBar()->isSizeGripEnabled());
         QCOMPARE(m_window->statusBar()->styleSheet(),
-            QString("QStatusBar {background-color: #919191 ;  font-size: 16px; border-width: 2px; "
-                    "border-style: solid; border-color: yellow;}"));
-        QCOMPARE(m_window->findChild<QLabel*>("statusLabel")->text(), QString());
-        QCOMPARE(m_window->findChild<QLabel*>("versionLabel")->text(), QString(" v1.1.6.4 "));
+            u"QStatusBar {background-color: #919191 ;  font-size: 16px; border-width: 2px; "_s
+            u"border-style: solid; border-color: yellow;}"_s);
+        QCOMPARE(m_window->findChild<QLabel*>(u"statusLabel"_s)->text(), QString());
+        QCOMPARE(m_window->findChild<QLabel*>(u"versionLabel"_s)->text(), u" v1.1.6.4 "_s);
     }
 
     void the_parts_stand_from_left_to_right()
@@ -173,7 +176,7 @@ private slots:
         int right = -1;
         for (const char* name :
             {"statusLabel", "linkButton", "mainMenuButton", "scopesButton", "versionLabel"}) {
-            const auto* part = m_window->findChild<QWidget*>(name);
+            const auto* part = m_window->findChild<QWidget*>(QString::fromUtf8(name));
             const int left = part->mapTo(m_window.get(), QPoint(0, 0)).x();
             QVERIFY2(left > right, name);
             right = left;
@@ -191,7 +194,7 @@ private slots:
         QVERIFY(!request.isAccepted());
     }
 
-    void the_linking_button_can_be_read_while_its_window_is_open()
+    void the_linking_button_is_legible_while_its_dialog_is_open()
     {
         constexpr double Readable = 4.5;
         constexpr int Edge = 6;
@@ -199,7 +202,7 @@ private slots:
         m_window->process_config_menu();
         QPushButton* button = part<QPushButton>(*m_window, "linkButton");
         QVERIFY(!button->isEnabled());
-        QCOMPARE(button->styleSheet(), QString("background-color: #4682b4"));
+        QCOMPARE(button->styleSheet(), u"background-color: #4682b4"_s);
         const QImage image = button->grab(button->rect().adjusted(Edge, Edge, -Edge, -Edge))
                                  .toImage()
                                  .convertToFormat(QImage::Format_RGB32);
@@ -231,18 +234,18 @@ private slots:
             dialog->close();
         });
         m_window->button_pushed();
-        QCOMPARE(text, QString("A button was pushed"));
+        QCOMPARE(text, u"A button was pushed"_s);
     }
 
     void the_panel_comes_up_without_its_line()
     {
         m_window.reset();
-        m_devices->remove("ttyO1");
+        m_devices->remove(u"ttyO1"_s);
         MainWindow window;
         QVERIFY(window.isReady());
-        QCOMPARE(window.rooms().link->serial()->name(), QString("ttyO1"));
+        QCOMPARE(window.rooms().link->serial()->name(), u"ttyO1"_s);
         QVERIFY(!window.rooms().link->serial()->port()->isOpen());
-        window.send_mess("\x02Main\x04");
+        window.send_mess(u"\x02Main\x04"_s);
         QCOMPARE(window.rooms().stack->currentIndex(), 0);
     }
 
@@ -253,7 +256,7 @@ private slots:
         QTest::newRow("none") << 0 << "";
         QTest::newRow("diversity") << 1 << "Diversity Mode";
         QTest::newRow("frequency diversity") << 2 << "Frequency Diversity Mode";
-        QTest::newRow("no mode") << 7 << "";
+        QTest::newRow("unknown mode") << 7 << "";
     }
 
     void the_stored_link_mode_is_restored()
@@ -266,52 +269,52 @@ private slots:
         QTEST(part<QLabel>(*m_window, "statusLabel")->text(), "label");
     }
 
-    void sk_shows_a_menu_and_says_so()
+    void SK_shows_a_menu_and_its_name()
     {
         m_window->show();
-        unit("AK,Tuner CH1,k,L,5,C,,0,,0,0,1");
+        unit(u"AK,Tuner CH1,k,L,5,C,,0,,0,0,1"_s);
         QCOMPARE(m_window->rooms().stack->currentIndex(), 0);
-        unit("SK,Tuner CH1");
-        QCOMPARE(m_window->rooms().stack->currentWidget(), menu("Tuner CH1")->frame.data());
-        QCOMPARE(m_window->statusBar()->currentMessage(), QString("QN740 Menu - Tuner CH1"));
-        unit("SK,Unknown");
-        QCOMPARE(m_window->statusBar()->currentMessage(), QString("QN740 Menu - Tuner CH1"));
+        unit(u"SK,Tuner CH1"_s);
+        QCOMPARE(m_window->rooms().stack->currentWidget(), menu(u"Tuner CH1"_s)->frame.data());
+        QCOMPARE(m_window->statusBar()->currentMessage(), u"QN740 Menu - Tuner CH1"_s);
+        unit(u"SK,Unknown"_s);
+        QCOMPARE(m_window->statusBar()->currentMessage(), u"QN740 Menu - Tuner CH1"_s);
     }
 
-    void the_text_of_sk_outlives_the_time_of_a_text_before_it()
+    void the_menu_name_of_SK_is_not_cleared_by_an_earlier_timeout()
     {
         m_window->show();
-        unit("AK,A,k,L,5,C,,0,,0,0,1");
-        unit("SB,100,Soon over");
-        unit("SK,A");
+        unit(u"AK,A,k,L,5,C,,0,,0,0,1"_s);
+        unit(u"SB,100,Soon over"_s);
+        unit(u"SK,A"_s);
         QTest::qWait(400);
-        QCOMPARE(m_window->statusBar()->currentMessage(), QString("QN740 Menu - A"));
+        QCOMPARE(m_window->statusBar()->currentMessage(), u"QN740 Menu - A"_s);
     }
 
-    void sk_only_records_the_menu_while_a_display_is_up()
+    void SK_only_records_the_menu_while_a_display_is_shown()
     {
-        unit("AK,A,k,L,5,C,,0,,0,0,1");
+        unit(u"AK,A,k,L,5,C,,0,,0,0,1"_s);
         m_window->rooms().views->setCurrent(Views::Scopes);
-        unit("SK,A");
+        unit(u"SK,A"_s);
         QCOMPARE(m_window->rooms().stack->currentIndex(), 0);
-        QCOMPARE(m_window->rooms().views->menu.index(), menu("A")->stackIndex);
-        QCOMPARE(m_window->statusBar()->currentMessage(), QString("TORVA QN740 - Start Up"));
+        QCOMPARE(m_window->rooms().views->menu.index(), menu(u"A"_s)->stackIndex);
+        QCOMPARE(m_window->statusBar()->currentMessage(), u"TORVA QN740 - Start Up"_s);
     }
 
-    void every_key_of_a_full_page_lies_on_the_screen_whole()
+    void every_key_of_a_full_page_is_completely_visible()
     {
         m_window->show();
         for (int i = 0; i < 36; ++i) {
-            unit(QString("AK,Full,k%1,Setting %1,%2,C,,0,,0,0,1").arg(i).arg(i % 7));
+            unit(u"AK,Full,k%1,Setting %1,%2,C,,0,,0,0,1"_s.arg(i).arg(i % 7));
         }
-        unit("SK,Full");
+        unit(u"SK,Full"_s);
         QCOMPARE(m_window->size(), QSize(800, 480));
         QTest::qWait(0);
         const QRect area(m_window->rooms().central->mapTo(m_window.get(), QPoint()),
             m_window->rooms().central->size());
         QVERIFY(QRect(0, 0, 800, 480).contains(area));
         QList<QRect> keys;
-        for (const QPushButton* button : menu("Full")->buttons) {
+        for (const QPushButton* button : menu(u"Full"_s)->buttons) {
             QVERIFY(button->isVisible());
             const QRect key(button->mapTo(m_window.get(), QPoint()), button->size());
             QVERIFY2(area.contains(key), qPrintable(button->text()));
@@ -336,12 +339,12 @@ private slots:
         QFETCH(int, keys);
         m_window->show();
         for (int i = 0; i < keys; ++i) {
-            unit(QString(
-                "AK,Full,k%1,A label of sixty characters that is far too long for a key %1,5,C,,0,,0,0,1")
-                     .arg(i));
+            unit(
+                u"AK,Full,k%1,A label of sixty characters that is far too long for a key %1,5,C,,0,,0,0,1"_s
+                    .arg(i));
         }
-        unit("SK,Full");
-        unit(QString("SB,0,%1").arg(QString(500, 'w')));
+        unit(u"SK,Full"_s);
+        unit(u"SB,0,%1"_s.arg(QString(500, u'w')));
         QTest::qWait(0);
         QCOMPARE(m_window->size(), QSize(800, 480));
         QVERIFY(m_window->rect().contains(
@@ -350,20 +353,20 @@ private slots:
                     part<QPushButton>(*m_window, "scopesButton")->rect().bottomRight())));
     }
 
-    void a_press_on_the_glass_reaches_the_unit()
+    void a_touch_on_a_key_reaches_the_unit()
     {
         m_window->show();
         splash()->hide();
-        unit("AK,A,k,Press,0,R1:AGC:,,0,,0,0,1");
-        unit("SK,A");
+        unit(u"AK,A,k,Press,0,R1:AGC:,,0,,0,0,1"_s);
+        unit(u"SK,A"_s);
         QTest::qWait(0);
         m_pty->takeReceived();
-        clickOn(menu("A")->buttons.first());
+        clickOn(menu(u"A"_s)->buttons.first());
         QTRY_COMPARE(m_pty->received(), framed("R1:AGC:1"));
     }
 
 private:
-    void unit(const QString& body) { m_window->process_mess('\x02' + body + '\x04'); }
+    void unit(const QString& body) { m_window->process_mess(u'\x02' + body + u'\x04'); }
     KeyBoard* menu(const QString& name) const { return m_window->rooms().menus->book.find(name); }
 
     std::unique_ptr<DeviceDirectory> m_devices;

@@ -1,4 +1,4 @@
-// The operator's choice of what a scope shows.
+// The operator chooses what a scope shows.
 #include "app/ScopesFixture.h"
 #include "link/LinkControl.h"
 #include "support/TestMain.h"
@@ -6,6 +6,8 @@
 
 #include <QGridLayout>
 #include <QLabel>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -167,15 +169,18 @@ private slots:
         });
         clickOn(m_window->rooms().scopes->modeButton(2));
         QCOMPARE(cells,
-            (QMap<QString, QPoint>{{"Eye Pattern", {0, 0}}, {"Constellation", {1, 0}},
-                {"Off", {2, 0}}, {"Cancel", {2, 2}}}));
-        // texts of more than ten characters are set smaller, which a list of large ones does not do
-        const QString style("QPushButton {background-color: %1; color:%2; font-size: %3px;%4} "
-                            "QPushButton:pressed {background-color: #4169e1;}");
-        QCOMPARE(styles.value("Eye Pattern"), style.arg("#919191", "black", "18", ""));
-        QCOMPARE(styles.value("Constellation"), style.arg("#919191", "black", "18", ""));
-        QCOMPARE(styles.value("Off"), style.arg("#919191", "black", "28", ""));
-        QVERIFY(styles.value("Cancel").contains("font-size: 26px"));
+            (QMap<QString, QPoint>{{u"Eye Pattern"_s, {0, 0}}, {u"Constellation"_s, {1, 0}},
+                {u"Off"_s, {2, 0}}, {u"Cancel"_s, {2, 2}}}));
+        // Texts of more than ten characters get a smaller font here; a list with large fonts keeps
+        // theirs.
+        const QString style = u"QPushButton {background-color: %1; color:%2; font-size: %3px;%4} "_s
+                              u"QPushButton:pressed {background-color: #4169e1;}"_s;
+        QCOMPARE(
+            styles.value(u"Eye Pattern"_s), style.arg(u"#919191"_s, u"black"_s, u"18"_s, u""_s));
+        QCOMPARE(
+            styles.value(u"Constellation"_s), style.arg(u"#919191"_s, u"black"_s, u"18"_s, u""_s));
+        QCOMPARE(styles.value(u"Off"_s), style.arg(u"#919191"_s, u"black"_s, u"28"_s, u""_s));
+        QVERIFY(styles.value(u"Cancel"_s).contains(u"font-size: 26px"_s));
     }
 
     void cancelling_the_list_sends_nothing()
@@ -198,7 +203,7 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("") + framed(""));
     }
 
-    void the_window_may_go_while_the_list_is_open()
+    void the_window_can_be_deleted_while_the_list_is_open()
     {
         clickOnScopes();
         whenModal([this](QWidget* dialog) {

@@ -3,6 +3,8 @@
 
 #include <QElapsedTimer>
 
+using namespace Qt::StringLiterals;
+
 class tst_SetGov : public QObject
 {
     Q_OBJECT
@@ -19,9 +21,9 @@ private slots:
 
     void the_governor_is_set_to_performance()
     {
-        makeProgram("echo \"$#:$1:$2\" > " + m_directory->filePath("arguments"));
+        makeProgram(u"echo \"$#:$1:$2\" > "_s + m_directory->filePath(u"arguments"_s));
         SetGov().changeGov();
-        QFile arguments(m_directory->filePath("arguments"));
+        QFile arguments(m_directory->filePath(u"arguments"_s));
         QVERIFY(arguments.open(QIODevice::ReadOnly));
         QCOMPARE(arguments.readAll(), QByteArray("2:--governor:performance\n"));
     }
@@ -36,14 +38,14 @@ private slots:
 
     void a_failing_program_is_ignored()
     {
-        makeProgram("echo > " + m_directory->filePath("started") + "; exit 3");
+        makeProgram(u"echo > "_s + m_directory->filePath(u"started"_s) + u"; exit 3"_s);
         SetGov().changeGov();
-        QVERIFY(QFile::exists(m_directory->filePath("started")));
+        QVERIFY(QFile::exists(m_directory->filePath(u"started"_s)));
     }
 
-    void a_program_that_hangs_is_left_after_a_second()
+    void a_hanging_program_is_abandoned_after_one_second()
     {
-        makeProgram("exec sleep 60");
+        makeProgram(u"exec sleep 60"_s);
         QElapsedTimer elapsed;
         elapsed.start();
         SetGov().changeGov();
@@ -54,7 +56,7 @@ private slots:
 private:
     void makeProgram(const QString& body)
     {
-        QFile program(m_directory->filePath("cpufreq-set"));
+        QFile program(m_directory->filePath(u"cpufreq-set"_s));
         QVERIFY(program.open(QIODevice::WriteOnly));
         program.write("#!/bin/sh\n" + body.toLocal8Bit() + "\n");
         program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

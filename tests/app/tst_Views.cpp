@@ -3,6 +3,8 @@
 
 #include <QLabel>
 
+using namespace Qt::StringLiterals;
+
 class tst_Views : public QObject
 {
     Q_OBJECT
@@ -14,7 +16,7 @@ private slots:
         m_stack = new QStackedLayout(m_area.get());
         m_views = std::make_unique<Views>(m_stack);
         for (const char* name : {"a", "b", "c", "d"}) {
-            m_stack->addWidget(new QLabel(name));
+            m_stack->addWidget(new QLabel(QString::fromUtf8(name)));
         }
     }
 
@@ -24,7 +26,7 @@ private slots:
         m_area.reset();
     }
 
-    void numbers_start_at_minus_1_in_the_menus_view()
+    void indexes_start_at_minus_1_and_the_view_is_menus()
     {
         for (const Views::Page* page : {&m_views->menu, &m_views->mainMenu, &m_views->paxMenu,
                  &m_views->scopes, &m_views->spectrum}) {
@@ -44,7 +46,7 @@ private slots:
         QCOMPARE(int(Views::Spectrum), 2);
     }
 
-    void a_page_is_shown_wherever_it_has_moved()
+    void a_page_is_shown_after_its_index_has_changed()
     {
         m_views->set(&Views::mainMenu, m_stack->widget(3));
         m_views->set(&Views::scopes, m_stack->widget(1));
@@ -53,12 +55,12 @@ private slots:
         QCOMPARE(m_views->scopes.index(), 0);
         QCOMPARE(m_views->mainMenu.index(), 1);
         m_views->show(&Views::scopes);
-        QCOMPARE(shown(), QString("b"));
+        QCOMPARE(shown(), u"b"_s);
         m_views->show(&Views::mainMenu);
-        QCOMPARE(shown(), QString("d"));
+        QCOMPARE(shown(), u"d"_s);
     }
 
-    void the_number_of_a_page_that_is_gone_stays_and_shows_nothing()
+    void the_index_of_a_deleted_page_is_kept_and_shows_nothing()
     {
         m_views->set(&Views::mainMenu, m_stack->widget(1));
         delete m_stack->widget(1);
@@ -70,10 +72,10 @@ private slots:
         QCOMPARE(shown(), before);
     }
 
-    void a_page_that_was_never_there_shows_nothing()
+    void a_page_that_was_never_set_shows_nothing()
     {
         m_views->show(&Views::paxMenu);
-        QCOMPARE(shown(), QString("a"));
+        QCOMPARE(shown(), u"a"_s);
     }
 
     void showing_a_menu_remembers_it_and_leaves_the_displays()
@@ -82,26 +84,44 @@ private slots:
         m_views->showMenu(m_stack->widget(2));
         QCOMPARE(m_views->menu.index(), 2);
         QVERIFY(!m_views->displayActive());
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
     }
 
-    void when_the_menu_on_the_screen_goes_the_waiting_page_comes()
+    void the_waiting_page_replaces_a_deleted_menu_on_the_screen()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(0));
         delete m_stack->widget(0);
-        QCOMPARE(shown(), QString("Waiting for the main unit"));
+        QCOMPARE(shown(), u"Waiting for the main unit"_s);
     }
 
-    void when_another_page_goes_the_menu_stays()
+    void the_waiting_page_replaces_a_deleted_menu_when_the_menus_return()
+    {
+        m_views->addWaitingPage();
+        m_views->showMenu(m_stack->widget(0));
+        m_views->set(&Views::scopes, m_stack->widget(2));
+        m_views->showNext();
+        QCOMPARE(shown(), u"c"_s);
+        delete m_stack->widget(0);
+        m_views->showNext();
+        QCOMPARE(shown(), u"Waiting for the main unit"_s);
+        QCOMPARE(m_views->current(), Views::Menus);
+        m_views->showNext();
+        QCOMPARE(shown(), u"c"_s);
+        m_views->returnToMenus(nullptr);
+        QCOMPARE(shown(), u"Waiting for the main unit"_s);
+        QCOMPARE(m_views->current(), Views::Menus);
+    }
+
+    void deleting_another_page_keeps_the_menu_on_the_screen()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(2));
         delete m_stack->widget(0);
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
     }
 
-    void when_a_menu_goes_behind_a_display_the_display_stays()
+    void deleting_a_menu_behind_a_display_keeps_the_display()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(0));
@@ -109,10 +129,10 @@ private slots:
         m_views->setCurrent(Views::Scopes);
         m_views->show(&Views::scopes);
         delete m_stack->widget(0);
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
     }
 
-    void each_view_is_announced_with_the_one_that_follows_it()
+    void each_view_is_announced_with_the_next_one()
     {
         QList<QPair<int, int>> announced;
         connect(m_views.get(), &Views::changed, this, [&](Views::View current, Views::View next) {
@@ -124,7 +144,7 @@ private slots:
         m_views->showNext();
         m_views->showNext();
         QCOMPARE(announced, (QList<QPair<int, int>>{{1, 0}, {0, 1}, {1, 0}}));
-        // a spectrum page that comes while the scopes are shown is what follows them
+        // A spectrum page that is added while the scopes are shown becomes the next view.
         m_views->set(&Views::spectrum, m_stack->widget(2));
         QCOMPARE(announced.takeLast(), (QPair<int, int>{1, 2}));
         m_views->showNext();
@@ -133,32 +153,32 @@ private slots:
         QCOMPARE(announced.takeLast(), (QPair<int, int>{0, 1}));
     }
 
-    void the_next_view_brings_its_page()
+    void the_next_view_shows_its_page()
     {
         m_views->showMenu(m_stack->widget(3));
         m_views->set(&Views::scopes, m_stack->widget(1));
         for (int round = 0; round < 2; ++round) {
             m_views->showNext();
-            QCOMPARE(shown(), QString("b"));
+            QCOMPARE(shown(), u"b"_s);
             m_views->showNext();
-            QCOMPARE(shown(), QString("d"));
+            QCOMPARE(shown(), u"d"_s);
         }
         m_views->set(&Views::spectrum, m_stack->widget(2));
         for (const char* page : {"b", "c", "d"}) {
             m_views->showNext();
-            QCOMPARE(shown(), QString(page));
+            QCOMPARE(shown(), QString::fromUtf8(page));
             QVERIFY(m_views->isShown(m_stack->currentWidget()));
         }
     }
 
-    void back_in_the_menus_a_page_that_is_gone_leaves_the_screen_as_it_is()
+    void without_a_waiting_page_returning_to_a_deleted_menu_keeps_the_screen()
     {
         m_views->setCurrent(Views::Spectrum);
         m_views->returnToMenus(nullptr);
         QCOMPARE(m_views->current(), Views::Menus);
-        QCOMPARE(shown(), QString("a"));
+        QCOMPARE(shown(), u"a"_s);
         m_views->returnToMenus(m_stack->widget(2));
-        QCOMPARE(shown(), QString("c"));
+        QCOMPARE(shown(), u"c"_s);
         QCOMPARE(m_views->menu.index(), 2);
     }
 

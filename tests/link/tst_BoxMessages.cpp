@@ -3,6 +3,8 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_BoxMessages : public QObject
 {
     Q_OBJECT
@@ -13,11 +15,11 @@ private slots:
         QTest::addColumn<QStringList>("fields");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("okButton");
-        QTest::newRow("text alone") << QStringList{"Text"} << "Text" << false;
-        QTest::newRow("with a button") << QStringList{"Text", "1"} << "Text" << true;
-        QTest::newRow("another flag") << QStringList{"Text", "11"} << "Text" << false;
-        QTest::newRow("empty") << QStringList{""} << "" << false;
-        QTest::newRow("other letters") << QStringList{"killbox"} << "killbox" << false;
+        QTest::newRow("text alone") << QStringList{u"Text"_s} << "Text" << false;
+        QTest::newRow("with a button") << QStringList{u"Text"_s, u"1"_s} << "Text" << true;
+        QTest::newRow("another flag") << QStringList{u"Text"_s, u"11"_s} << "Text" << false;
+        QTest::newRow("empty") << QStringList{u""_s} << "" << false;
+        QTest::newRow("other letters") << QStringList{u"killbox"_s} << "killbox" << false;
     }
 
     void a_box_is_wanted_with_its_text_and_button()
@@ -33,14 +35,14 @@ private slots:
         QVERIFY(closed.isEmpty());
     }
 
-    void killbox_closes_and_no_field_does_nothing()
+    void KILLBOX_closes_the_boxes_and_no_field_does_nothing()
     {
         BoxMessages messages;
         const QSignalSpy wanted(&messages, &BoxMessages::boxWanted);
         const QSignalSpy closed(&messages, &BoxMessages::closeWanted);
         messages.take({});
         QVERIFY(closed.isEmpty());
-        messages.take({"KILLBOX", "1"});
+        messages.take({u"KILLBOX"_s, u"1"_s});
         QCOMPARE(closed.size(), 1);
         QVERIFY(wanted.isEmpty());
     }

@@ -1,12 +1,14 @@
 #include "link/FrameCutter.h"
 #include "support/TestMain.h"
 
-namespace {
-const QString S = "\x02";
-const QString E = "\x04";
+using namespace Qt::StringLiterals;
 
-// All messages of one turn: what the link does with each read.
-QStringList turn(FrameCutter& cutter, const QString& text)
+namespace {
+const QString S = u"\x02"_s;
+const QString E = u"\x04"_s;
+
+// Returns all messages of one read, as the link takes them.
+QStringList readAll(FrameCutter& cutter, const QString& text)
 {
     cutter.append(text);
     QStringList messages;
@@ -28,41 +30,44 @@ private slots:
         QTest::addColumn<QStringList>("messages");
         QTest::addColumn<QString>("rest");
         QTest::newRow("one frame")
-            << QStringList{S + "AK,1" + E} << QStringList{S + "AK,1" + E} << QString();
+            << QStringList{S + u"AK,1"_s + E} << QStringList{S + u"AK,1"_s + E} << QString();
         QTest::newRow("two frames in one read")
-            << QStringList{S + "A" + E + S + "B" + E} << QStringList{S + "A" + E, S + "B" + E}
-            << QString();
+            << QStringList{S + u"A"_s + E + S + u"B"_s + E}
+            << QStringList{S + u"A"_s + E, S + u"B"_s + E} << QString();
         QTest::newRow("a frame in two reads")
-            << QStringList{S + "PI", "NG" + E} << QStringList{S + "PING" + E} << QString();
+            << QStringList{S + u"PI"_s, u"NG"_s + E} << QStringList{S + u"PING"_s + E} << QString();
         QTest::newRow("one junk character is dropped")
-            << QStringList{"x" + S + "PING" + E} << QStringList{S + "PING" + E} << QString();
-        QTest::newRow("of two junk characters one stays in front")
-            << QStringList{"xy" + S + "PING" + E} << QStringList{"y" + S + "PING" + E} << QString();
-        QTest::newRow("of three the last two stay")
-            << QStringList{"xyz" + S + "PING" + E} << QStringList{"yz" + S + "PING" + E}
+            << QStringList{u"x"_s + S + u"PING"_s + E} << QStringList{S + u"PING"_s + E}
+            << QString();
+        QTest::newRow("one of two junk characters stays in front")
+            << QStringList{u"xy"_s + S + u"PING"_s + E} << QStringList{u"y"_s + S + u"PING"_s + E}
+            << QString();
+        QTest::newRow("the last two of three junk characters stay in front")
+            << QStringList{u"xyz"_s + S + u"PING"_s + E} << QStringList{u"yz"_s + S + u"PING"_s + E}
             << QString();
         QTest::newRow("every read drops one more")
-            << QStringList{"xyz" + S + "PI", "NG", E} << QStringList{S + "PING" + E} << QString();
-        QTest::newRow("text without STX is discarded at once")
-            << QStringList{"hello", S + "A" + E} << QStringList{S + "A" + E} << QString();
-        QTest::newRow("an EOT alone is discarded")
-            << QStringList{E, S + "A" + E} << QStringList{S + "A" + E} << QString();
-        QTest::newRow("a frame without EOT waits")
-            << QStringList{S + "PING"} << QStringList{} << QString(S + "PING");
-        QTest::newRow("junk between two frames in one read stays in front of the second")
-            << QStringList{S + "A" + E + "x" + S + "B" + E}
-            << QStringList{S + "A" + E, "x" + S + "B" + E} << QString();
-        QTest::newRow("what follows the last EOT is lost when it has no STX")
-            << QStringList{S + "A" + E + "xy", S + "B" + E} << QStringList{S + "A" + E, S + "B" + E}
+            << QStringList{u"xyz"_s + S + u"PI"_s, u"NG"_s, E} << QStringList{S + u"PING"_s + E}
             << QString();
+        QTest::newRow("text without STX is discarded at once")
+            << QStringList{u"hello"_s, S + u"A"_s + E} << QStringList{S + u"A"_s + E} << QString();
+        QTest::newRow("an EOT alone is discarded")
+            << QStringList{E, S + u"A"_s + E} << QStringList{S + u"A"_s + E} << QString();
+        QTest::newRow("a frame without EOT waits")
+            << QStringList{S + u"PING"_s} << QStringList{} << QString(S + u"PING"_s);
+        QTest::newRow("junk between two frames in one read stays in front of the second")
+            << QStringList{S + u"A"_s + E + u"x"_s + S + u"B"_s + E}
+            << QStringList{S + u"A"_s + E, u"x"_s + S + u"B"_s + E} << QString();
+        QTest::newRow("what follows the last EOT is lost when it has no STX")
+            << QStringList{S + u"A"_s + E + u"xy"_s, S + u"B"_s + E}
+            << QStringList{S + u"A"_s + E, S + u"B"_s + E} << QString();
         QTest::newRow("an EOT in front of an STX ends a message of junk")
-            << QStringList{"xy" + E + S + "A" + E} << QStringList{"y" + E, S + "A" + E}
+            << QStringList{u"xy"_s + E + S + u"A"_s + E} << QStringList{u"y"_s + E, S + u"A"_s + E}
             << QString();
         QTest::newRow("an STX inside a message is part of it")
-            << QStringList{S + "A" + S + "B" + E} << QStringList{S + "A" + S + "B" + E}
+            << QStringList{S + u"A"_s + S + u"B"_s + E} << QStringList{S + u"A"_s + S + u"B"_s + E}
             << QString();
         QTest::newRow("an empty read changes nothing")
-            << QStringList{""} << QStringList{} << QString();
+            << QStringList{u""_s} << QStringList{} << QString();
     }
 
     void messages_are_cut_out_of_reads()
@@ -71,7 +76,7 @@ private slots:
         FrameCutter cutter;
         QStringList messages;
         for (const QString& read : reads) {
-            messages += turn(cutter, read);
+            messages += readAll(cutter, read);
         }
         QTEST(messages, "messages");
         QTEST(cutter.rest(), "rest");
@@ -79,21 +84,22 @@ private slots:
 
     void a_message_cut_anywhere_is_the_same_message()
     {
-        const QString text = S + "AK,Tuner CH1,f,Frequency" + E + S + "PING" + E;
+        const QString text = S + u"AK,Tuner CH1,f,Frequency"_s + E + S + u"PING"_s + E;
         for (int at = 1; at < text.size(); ++at) {
             FrameCutter cutter;
-            QStringList messages = turn(cutter, text.left(at));
-            messages += turn(cutter, text.mid(at));
-            QCOMPARE(messages, (QStringList{S + "AK,Tuner CH1,f,Frequency" + E, S + "PING" + E}));
+            QStringList messages = readAll(cutter, text.left(at));
+            messages += readAll(cutter, text.mid(at));
+            QCOMPARE(
+                messages, (QStringList{S + u"AK,Tuner CH1,f,Frequency"_s + E, S + u"PING"_s + E}));
         }
     }
 
-    void a_message_is_gone_from_the_rest_when_it_is_handed_out()
+    void a_message_is_removed_before_it_is_handed_on()
     {
         FrameCutter cutter;
-        cutter.append(S + "A" + E + S + "B" + E);
-        QCOMPARE(cutter.next().value(), S + "A" + E);
-        QCOMPARE(cutter.rest(), E + S + "B" + E);
+        cutter.append(S + u"A"_s + E + S + u"B"_s + E);
+        QCOMPARE(cutter.next().value(), S + u"A"_s + E);
+        QCOMPARE(cutter.rest(), E + S + u"B"_s + E);
     }
 };
 

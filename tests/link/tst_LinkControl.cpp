@@ -10,6 +10,8 @@
 #include <QSettings>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_LinkControl : public QObject
 {
     Q_OBJECT
@@ -17,13 +19,13 @@ class tst_LinkControl : public QObject
 private slots:
     void init()
     {
-        QSettings("TORVA", "QN740KB").clear();
+        QSettings(u"TORVA"_s, u"QN740KB"_s).clear();
         m_devices = std::make_unique<DeviceDirectory>();
-        m_unit = &m_devices->add("ttyO1");
+        m_unit = &m_devices->add(u"ttyO1"_s);
         m_window = std::make_unique<QWidget>();
         m_window->setGeometry(0, 0, 800, 480);
         m_link = new LinkControl(m_window.get());
-        m_link->open("ttyO1");
+        m_link->open(u"ttyO1"_s);
     }
 
     void cleanup()
@@ -32,7 +34,7 @@ private slots:
         m_devices.reset();
     }
 
-    void a_message_is_widened_for_the_link_mode_and_a_text_is_not_data()
+    void messages_are_widened_for_the_link_mode_and_texts_are_not_data()
     {
         QTest::addColumn<int>("mode");
         QTest::addColumn<QByteArray>("sent");
@@ -41,30 +43,30 @@ private slots:
         QTest::newRow("frequency diversity") << 2 << framed("D1 D2 D3:FREQ R1:AGC");
     }
 
-    void a_message_is_widened_for_the_link_mode_and_a_text_is_not()
+    void messages_are_widened_for_the_link_mode_and_texts_are_not()
     {
         QFETCH(int, mode);
         m_link->setMode(mode);
         m_link->send(QString::fromLatin1(framed("D2:FREQ R1:AGC")));
         QTRY_VERIFY(m_unit->received().endsWith('\x04'));
         QTEST(m_unit->takeReceived(), "sent");
-        m_link->write("D2:SPEN:1");
+        m_link->write(u"D2:SPEN:1"_s);
         QTRY_COMPARE(m_unit->received(), QByteArray("D2:SPEN:1"));
     }
 
     void each_write_is_logged_with_its_direction()
     {
-        QLoggingCategory::setFilterRules("qn740.link.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.link.debug=true"_s);
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"));
+            QtDebugMsg, QRegularExpression(u"^\\d+\\.\\d{3} out \\\\x02PONG\\\\x04$"_s));
         m_link->answerPing();
-        QLoggingCategory::setFilterRules("");
+        QLoggingCategory::setFilterRules(u""_s);
         QTRY_COMPARE(m_unit->received(), framed("PONG"));
     }
 
-    void what_nobody_reads_is_limited()
+    void unsent_bytes_are_limited()
     {
-        const QString message(100'000, 'x');
+        const QString message(100'000, u'x');
         for (int i = 0; i < 30; ++i) {
             m_link->write(message);
         }
@@ -77,29 +79,29 @@ private slots:
     {
         QWidget window;
         LinkControl link(&window);
-        link.answerPing(); // never opened
+        link.answerPing(); // was never opened
         QVERIFY(link.serial()->port() == nullptr);
-        link.open("ttyO9");
+        link.open(u"ttyO9"_s);
         link.answerPing();
         QVERIFY(!link.serial()->port()->isOpen());
     }
 
-    void the_mode_message_asks_and_sets_data()
+    void the_mode_message_queries_and_sets_the_mode_data()
     {
         QTest::addColumn<QStringList>("fields");
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("label");
         QTest::addColumn<bool>("isStored");
-        QTest::newRow("none") << QStringList{"0"} << 0 << "" << true;
-        QTest::newRow("diversity") << QStringList{"1"} << 1 << "Diversity Mode" << true;
+        QTest::newRow("none") << QStringList{u"0"_s} << 0 << "" << true;
+        QTest::newRow("diversity") << QStringList{u"1"_s} << 1 << "Diversity Mode" << true;
         QTest::newRow("frequency diversity")
-            << QStringList{"2"} << 2 << "Frequency Diversity Mode" << true;
-        QTest::newRow("no mode") << QStringList{"7"} << 2 << QString() << true;
-        QTest::newRow("no number") << QStringList{"x"} << 2 << QString() << false;
-        QTest::newRow("empty") << QStringList{""} << 2 << QString() << false;
+            << QStringList{u"2"_s} << 2 << "Frequency Diversity Mode" << true;
+        QTest::newRow("unknown mode") << QStringList{u"7"_s} << 2 << QString() << true;
+        QTest::newRow("not a number") << QStringList{u"x"_s} << 2 << QString() << false;
+        QTest::newRow("empty") << QStringList{u""_s} << 2 << QString() << false;
     }
 
-    void the_mode_message_asks_and_sets()
+    void the_mode_message_queries_and_sets_the_mode()
     {
         QFETCH(QStringList, fields);
         QFETCH(int, mode);
@@ -109,19 +111,19 @@ private slots:
         m_link->takeModeMessage(fields);
         QCOMPARE(m_link->mode(), mode);
         QCOMPARE(changed.value(0).value(0).toString(), label);
-        QTEST(QSettings("TORVA", "QN740KB").contains("Slave"), "isStored");
+        QTEST(QSettings(u"TORVA"_s, u"QN740KB"_s).contains("Slave"), "isStored");
         m_link->takeModeMessage({});
         QTRY_COMPARE(m_unit->received(), framed("Slave," + QByteArray::number(mode)));
     }
 
-    void the_stored_mode_is_restored_and_shown_if_it_is_one()
+    void the_stored_mode_is_restored_and_shown_if_known()
     {
         const QSignalSpy changed(m_link, &LinkControl::modeChanged);
         linkMode::store(1);
         m_link->restoreMode();
         QCOMPARE(m_link->mode(), 1);
         QCOMPARE(changed.size(), 1);
-        QCOMPARE(changed.at(0).at(0).toString(), QString("Diversity Mode"));
+        QCOMPARE(changed.at(0).at(0).toString(), u"Diversity Mode"_s);
         linkMode::store(7);
         m_link->restoreMode();
         QCOMPARE(m_link->mode(), 7);
@@ -148,7 +150,7 @@ private slots:
         QCOMPARE(opened.size(), 2);
     }
 
-    void the_operator_s_choice_is_shown_sent_and_stored()
+    void the_choice_of_the_operator_is_shown_sent_and_stored()
     {
         const QSignalSpy changed(m_link, &LinkControl::modeChanged);
         m_link->openDialog();
@@ -169,8 +171,8 @@ private slots:
         m_link->openDialog();
         QTRY_COMPARE(m_unit->received(), framed("Slave,0"));
         m_unit->takeReceived();
-        m_link->takeModeMessage({"2"});
-        QVERIFY(dialog()->findChild<QRadioButton*>("frequencyDiversityLinking")->isChecked());
+        m_link->takeModeMessage({u"2"_s});
+        QVERIFY(dialog()->findChild<QRadioButton*>(u"frequencyDiversityLinking"_s)->isChecked());
         m_link->answerPing();
         QTRY_COMPARE(m_unit->received(), framed("PONG"));
     }

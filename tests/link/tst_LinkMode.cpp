@@ -3,10 +3,12 @@
 
 #include <QSettings>
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QStringList LocalCommands{":DSDM", ":NFFT", ":SCBE", ":SRT0", ":B0LB", ":FCS0", ":MFS0",
-    ":DC0E", ":AG0E", ":CF0E", ":MF0E", ":SEI0", ":HI0Z", ":BTEN", ":BTMO", ":BTTL", ":REST",
-    ":BMUX"};
+const QStringList LocalCommands{u":DSDM"_s, u":NFFT"_s, u":SCBE"_s, u":SRT0"_s, u":B0LB"_s,
+    u":FCS0"_s, u":MFS0"_s, u":DC0E"_s, u":AG0E"_s, u":CF0E"_s, u":MF0E"_s, u":SEI0"_s, u":HI0Z"_s,
+    u":BTEN"_s, u":BTMO"_s, u":BTTL"_s, u":REST"_s, u":BMUX"_s};
 } // namespace
 
 class tst_LinkMode : public QObject
@@ -21,7 +23,7 @@ private slots:
         QTest::newRow("none") << 0 << "";
         QTest::newRow("diversity") << 1 << "Diversity Mode";
         QTest::newRow("frequency diversity") << 2 << "Frequency Diversity Mode";
-        QTest::newRow("no mode") << 7 << "";
+        QTest::newRow("unknown mode") << 7 << "";
     }
 
     void each_mode_has_its_label()
@@ -36,19 +38,19 @@ private slots:
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("sent");
-        for (const QString d : {"D1:", "D2:", "D3:"}) {
-            const QString message = "\x02" + d + "FREQ:70\x04";
-            const QString all = "\x02"
-                                "D1 D2 D3:FREQ:70\x04";
+        for (const QString& d : {u"D1:"_s, u"D2:"_s, u"D3:"_s}) {
+            const QString message = u"\x02"_s + d + u"FREQ:70\x04"_s;
+            const QString all = u"\x02"_s
+                                u"D1 D2 D3:FREQ:70\x04"_s;
             QTest::addRow("%s none", qPrintable(d)) << 0 << message << message;
             QTest::addRow("%s diversity", qPrintable(d)) << 1 << message << all;
             QTest::addRow("%s frequency diversity", qPrintable(d)) << 2 << message << all;
         }
-        for (const QString r : {"R1:", "R2:"}) {
-            const QString message = "\x02" + r + "FREQ:70\x04";
+        for (const QString& r : {u"R1:"_s, u"R2:"_s}) {
+            const QString message = u"\x02"_s + r + u"FREQ:70\x04"_s;
             QTest::addRow("%s none", qPrintable(r)) << 0 << message << message;
             QTest::addRow("%s diversity", qPrintable(r))
-                << 1 << message << QString("\x02R1 R2:FREQ:70\x04");
+                << 1 << message << u"\x02R1 R2:FREQ:70\x04"_s;
             QTest::addRow("%s frequency diversity", qPrintable(r)) << 2 << message << message;
         }
         QTest::newRow("both prefixes") << 1 << "D1:A R2:B"
@@ -61,13 +63,13 @@ private slots:
                                                     << "R2:A R1 R2:B";
         QTest::newRow("no prefix") << 1 << "Main"
                                    << "Main";
-        QTest::newRow("a mode that is none") << 7 << "D1:A R1:B"
-                                             << "D1:A R1:B";
+        QTest::newRow("unknown mode") << 7 << "D1:A R1:B"
+                                      << "D1:A R1:B";
         QTest::newRow("case matters") << 1 << "d1:A"
                                       << "d1:A";
         for (const QString& local : LocalCommands) {
             for (const int mode : {0, 1, 2}) {
-                const QString message = "D2" + local + ":1";
+                const QString message = u"D2"_s + local + u":1"_s;
                 QTest::addRow("%s in mode %d", qPrintable(local), mode)
                     << mode << message << message;
             }
@@ -85,15 +87,15 @@ private slots:
         QTEST(linkMode::widened(message, mode), "sent");
     }
 
-    void the_mode_is_stored_under_its_own_names()
+    void the_mode_is_stored_in_the_settings()
     {
-        QSettings file("TORVA", "QN740KB");
+        QSettings file(u"TORVA"_s, u"QN740KB"_s);
         file.remove("Slave");
         file.sync();
         QCOMPARE(linkMode::stored(), 0);
         linkMode::store(2);
         QCOMPARE(linkMode::stored(), 2);
-        QCOMPARE(QSettings("TORVA", "QN740KB").value("Slave").toInt(), 2);
+        QCOMPARE(QSettings(u"TORVA"_s, u"QN740KB"_s).value("Slave").toInt(), 2);
         QVERIFY(QFile::exists(file.fileName()));
     }
 };

@@ -1,5 +1,6 @@
 #include "link/MessageBoxes.h"
 
+#include "support/Heap.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
@@ -8,6 +9,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextEdit>
+#include <QWindow>
 
 #include <memory>
 
@@ -21,6 +23,40 @@ qsizetype openBoxes()
         count += qobject_cast<const QMessageBox*>(top) != nullptr ? 1 : 0;
     }
     return count;
+}
+
+QString textOf(int number)
+{
+    return QStringLiteral("<font size = 6>%1</font>").arg(number);
+}
+
+QList<QMessageBox*> shownBoxes()
+{
+    QList<QMessageBox*> boxes;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        auto* box = qobject_cast<QMessageBox*>(top);
+        if (box != nullptr && box->isVisible()) {
+            boxes += box;
+        }
+    }
+    return boxes;
+}
+
+QStringList shownTexts()
+{
+    QStringList texts;
+    for (const QMessageBox* box : shownBoxes()) {
+        texts += box->text();
+    }
+    return texts;
+}
+
+// Closes one of the boxes and deletes it.
+void closeOne()
+{
+    const auto boxes = shownBoxes();
+    boxes.constLast()->accept();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 } // namespace
 
@@ -90,7 +126,7 @@ private slots:
         QVERIFY(box->isVisible());
     }
 
-    void only_the_last_boxes_stay_open()
+    void sixteen_boxes_stand_and_the_others_wait_their_turn()
     {
         MessageBoxes boxes;
         QList<QPointer<QMessageBox>> opened;
@@ -98,8 +134,126 @@ private slots:
             opened += boxes.open(QString::number(i), i % 2 == 0, Screen);
         }
         for (int i = 0; i < 20; ++i) {
-            QCOMPARE(opened.at(i) != nullptr, i >= 4);
+            QCOMPARE(opened.at(i) != nullptr, i < 16);
         }
+        QCOMPARE(boxes.waiting(), 4);
+        QCOMPARE(shownTexts().size(), 16);
+        // each one that is closed makes room for the one that has waited longest
+        opened.at(15)->accept();
+        QVERIFY(shownTexts().contains(textOf(16)) && !shownTexts().contains(textOf(15)));
+        delete opened.at(3);
+        QCOMPARE(shownTexts().size(), 15);
+        opened.at(0)->accept();
+        QVERIFY(shownTexts().contains(textOf(17)) && shownTexts().contains(textOf(18)));
+        QCOMPARE(boxes.waiting(), 1);
+    }
+
+    void none_of_a_thousand_waiting_boxes_is_lost_and_the_rest_is_logged_once()
+    {
+        MessageBoxes boxes;
+        for (int i = 0; i < 16 + 1000; ++i) {
+            boxes.open(QString::number(i), true, Screen);
+        }
+        QCOMPARE(boxes.waiting(), 1000);
+        const auto overflow = [&boxes](int count) {
+            QStringList logged;
+            static QStringList* sink = nullptr;
+            sink = &logged;
+            const auto before = qInstallMessageHandler(
+                [](QtMsgType, const QMessageLogContext&, const QString& text) { *sink += text; });
+            for (int i = 0; i < count; ++i) {
+                boxes.open(QStringLiteral("lost"), true, Screen);
+            }
+            qInstallMessageHandler(before);
+            return logged;
+        };
+        const QStringList warning{
+            QStringLiteral("DB: 1000 boxes are waiting, further ones are lost")};
+        QCOMPARE(overflow(50), warning);
+        QCOMPARE(overflow(50), QStringList());
+        closeOne();
+        QCOMPARE(overflow(1), QStringList()); // there is room again
+        QCOMPARE(overflow(2), warning);
+        // they come in the order in which they were sent; the last is the one that found room
+        for (int i = 17; i < 16 + 1000; ++i) {
+            closeOne();
+            QVERIFY2(shownTexts().contains(textOf(i)), QByteArray::number(i));
+        }
+        closeOne();
+        QVERIFY(shownTexts().contains(QStringLiteral("<font size = 6>lost</font>")));
+        QCOMPARE(boxes.waiting(), 0);
+    }
+
+    void closing_all_closes_those_that_wait_too()
+    {
+        MessageBoxes boxes;
+        for (int i = 0; i < 40; ++i) {
+            boxes.open(QString::number(i), i % 2 == 0, Screen);
+        }
+        boxes.closeAll();
+        QCOMPARE(boxes.waiting(), 0);
+        QCOMPARE(shownTexts(), QStringList());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(openBoxes(), 0);
+        boxes.open(QStringLiteral("next"), true, Screen);
+        QCOMPARE(shownTexts().size(), 1);
+    }
+
+    void a_box_belongs_to_the_modal_window_on_top_data()
+    {
+        QTest::addColumn<bool>("nested");
+        QTest::newRow("under another one") << true;
+        QTest::newRow("alone") << false;
+    }
+
+    // A modal window blocks all windows but its own.
+    void a_box_belongs_to_the_modal_window_on_top()
+    {
+        QFETCH(bool, nested);
+        MessageBoxes boxes;
+        QPointer<QMessageBox> box = boxes.open(QStringLiteral("Text"), true, Screen);
+        QPointer<QMessageBox> other = boxes.open(QStringLiteral("Other"), true, Screen);
+        auto outer = std::make_unique<QDialog>();
+        auto inner = std::make_unique<QDialog>();
+        outer->setModal(true);
+        inner->setModal(true);
+        outer->show();
+        QTRY_COMPARE(box->windowHandle()->transientParent(), outer->windowHandle());
+        if (nested) {
+            inner->show();
+            QTRY_COMPARE(box->windowHandle()->transientParent(), inner->windowHandle());
+            clickOn(other->buttons().first());
+            QTRY_VERIFY(other == nullptr);
+            inner.reset();
+        }
+        QTRY_COMPARE(box->windowHandle()->transientParent(), outer->windowHandle());
+        clickOn(box->buttons().first());
+        QTRY_VERIFY(box == nullptr);
+        outer.reset();
+        box = boxes.open(QStringLiteral("Text"), true, Screen);
+        QVERIFY(box->windowHandle()->transientParent() == nullptr);
+    }
+
+    void ten_thousand_boxes_leave_the_memory_where_it_was()
+    {
+        MessageBoxes boxes;
+        const auto round = [&boxes](int count) {
+            for (int i = 0; i < count; ++i) {
+                boxes.open(QString::number(i), i % 2 == 0, Screen);
+                if (i % 40 == 39) {
+                    boxes.closeAll();
+                    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                    QCoreApplication::processEvents(); // events of windows that are gone
+                }
+            }
+        };
+        round(1000);
+        const qsizetype before = heapInUse();
+        const auto widgets = QApplication::allWidgets().size();
+        round(10'000);
+        QCOMPARE(QApplication::allWidgets().size(), widgets);
+        const qsizetype grown = heapInUse() - before;
+        QVERIFY2(grown < 100'000, QByteArray::number(grown));
     }
 
     void boxes_are_deleted_with_their_owner()

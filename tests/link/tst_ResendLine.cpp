@@ -5,6 +5,8 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_ResendLine : public QObject
 {
     Q_OBJECT
@@ -13,7 +15,7 @@ private slots:
     void each_message_is_handed_on_whole()
     {
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyUSB4");
+        Pty& unit = devices.add(u"ttyUSB4"_s);
         ResendLine line;
         const QSignalSpy received(&line, &ResendLine::received);
         line.open();
@@ -23,21 +25,21 @@ private slots:
                                       "D2:DSDM:1\x04")));
         QTRY_COMPARE(received.size(), 2);
         QCOMPARE(received.at(0).at(0).toString(),
-            QString("\x02"
-                    "D1:ABC,1\x04"));
+            u"\x02"_s
+            u"D1:ABC,1\x04"_s);
         QCOMPARE(received.at(1).at(0).toString(),
-            QString("\x02"
-                    "D2:DSDM:1\x04"));
+            u"\x02"_s
+            u"D2:DSDM:1\x04"_s);
     }
 
-    void an_error_makes_what_follows_the_beginning_of_another_message()
+    void an_error_drops_the_unfinished_message()
     {
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyUSB4");
+        Pty& unit = devices.add(u"ttyUSB4"_s);
         ResendLine line;
         const QSignalSpy received(&line, &ResendLine::received);
         line.open();
-        // The first message says that the beginning of the second has been read as well.
+        // When the first message arrives, the beginning of the second has been read as well.
         QVERIFY(unit.write(framed("A") +
             "\x02"
             "B"));
@@ -47,23 +49,23 @@ private slots:
                                       "D")));
         QTRY_COMPARE(received.size(), 2);
         QCOMPARE(received.at(1).at(0).toString(),
-            QString("\x02"
-                    "BC\x04"));
+            u"\x02"_s
+            u"BC\x04"_s);
         line.takeError(QSerialPort::ReadError);
         QVERIFY(unit.write(QByteArray("E\x04") + framed("F")));
         QTRY_COMPARE(received.size(), 3);
         QCOMPARE(received.at(2).at(0).toString(),
-            QString("\x02"
-                    "F\x04"));
+            u"\x02"_s
+            u"F\x04"_s);
     }
 
-    void a_line_that_is_not_there_is_opened_when_it_comes()
+    void a_missing_line_is_opened_when_it_appears()
     {
         DeviceDirectory devices;
         ResendLine line;
         const QSignalSpy received(&line, &ResendLine::received);
         line.open();
-        Pty& unit = devices.add("ttyUSB4");
+        Pty& unit = devices.add(u"ttyUSB4"_s);
         QTRY_VERIFY_WITH_TIMEOUT(line.findChild<SerialLine*>()->isOpen(), 20000);
         QVERIFY(unit.write(framed("A")));
         QTRY_COMPARE(received.size(), 1);
@@ -72,14 +74,14 @@ private slots:
     void a_lost_line_can_be_deleted_and_opened_anew()
     {
         DeviceDirectory devices;
-        Pty& unit = devices.add("ttyUSB4");
+        Pty& unit = devices.add(u"ttyUSB4"_s);
         auto line = std::make_unique<ResendLine>();
         line->open();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyUSB4 was lost"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyUSB4 was lost"_s));
         unit.close();
         QTRY_VERIFY(!line->findChild<SerialLine*>()->isOpen());
         line.reset();
-        devices.add("ttyUSB4");
+        devices.add(u"ttyUSB4"_s);
         ResendLine open;
         open.open();
         QVERIFY(open.findChild<SerialLine*>()->isOpen());

@@ -206,7 +206,7 @@ private slots:
         key.Set_Key(&button, false);
         key.setEnabled();
         key.type = type;
-        key.command = "R1:AGC:";
+        key.command = u"R1:AGC:"_s;
         QSignalSpy sent(&key, &Key::response_message);
         key.key_button_pushed();
         key.key_button_pushed();
@@ -339,7 +339,7 @@ private slots:
     void a_message_has_no_separator_between_command_and_value()
     {
         Key key;
-        key.command = "D1:BR ";
+        key.command = u"D1:BR "_s;
         QCOMPARE(key.message(u"5"_s),
             u"\x02"_s
             u"D1:BR 5\x04"_s);

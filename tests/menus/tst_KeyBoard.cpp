@@ -221,7 +221,7 @@ private slots:
         main.row = 5;
         KeyDefinition definition;
         for (const char* label : {"first", "second"}) {
-            definition.label = label;
+            definition.label = QString::fromUtf8(label);
             plain.addKey(definition);
             main.addKey(definition);
         }

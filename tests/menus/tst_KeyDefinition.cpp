@@ -121,7 +121,7 @@ private slots:
         QPushButton button(u"Old"_s);
         Key key;
         key.Set_Key(&button, false);
-        key.keyId = "id";
+        key.keyId = u"id"_s;
         key.value = 7;
         key.itemIds = {2};
         KeyDefinition::fromFields(Fields)->update(key);
@@ -151,7 +151,7 @@ private slots:
     {
         Key key;
         KeyDefinition::fromFields(Fields)->update(key);
-        key.keyId = "gain";
+        key.keyId = u"gain"_s;
         key.itemIds = {1, 3};
         const KeyDefinition copy = KeyDefinition::of(key);
         QCOMPARE(copy.keyId, key.keyId);

@@ -21,8 +21,8 @@ struct Pressed
         , sent(key, &Key::response_message)
     {
         key->type = type;
-        key->command = "CMD ";
-        key->label = "Label";
+        key->command = u"CMD "_s;
+        key->label = u"Label"_s;
         key->Set_Key(button.get(), false);
         QObject::connect(button.get(), &QPushButton::clicked, key, &Key::key_button_pushed);
     }
@@ -108,7 +108,7 @@ private slots:
     void a_number_is_sent_with_six_decimals()
     {
         Pressed it(Key::Number);
-        it.key->units = "950 2150";
+        it.key->units = u"950 2150"_s;
         it.key->param = 1;
         it.press([](QWidget* pad) {
             click(pad, {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"."_s, u"5"_s, u"MHz"_s});
@@ -121,7 +121,7 @@ private slots:
     void a_zero_is_sent()
     {
         Pressed it(Key::Number);
-        it.key->units = "0 1";
+        it.key->units = u"0 1"_s;
         it.press([](QWidget* pad) { click(pad, {u"0"_s, u"Enter"_s}); });
         QCOMPARE(it.messages(),
             (QStringList{u"\x02"_s
@@ -132,7 +132,7 @@ private slots:
     {
         for (const int type : {0, 5}) {
             Pressed it(Key::Number);
-            it.key->units = "0 1";
+            it.key->units = u"0 1"_s;
             it.key->param = type;
             bool open = false;
             it.press([&open](QWidget* pad) {
@@ -166,14 +166,14 @@ private slots:
     void the_number_pad_gets_the_fields_of_the_key()
     {
         Pressed it(Key::Number);
-        it.key->units = "5 6";
+        it.key->units = u"5 6"_s;
         it.key->value = 5.5;
         it.key->param = 6;
-        it.key->options = "-1 Auto";
+        it.key->options = u"-1 Auto"_s;
         it.press([](QWidget* pad) {
-            QCOMPARE(pad->windowTitle(), "Label");
-            QCOMPARE(labelText(pad, "rangeLabel"), "Valid Range(s): 5 to 6");
-            QCOMPARE(labelText(pad, "currentValueLabel"), "      Current Value: 5.50      ");
+            QCOMPARE(pad->windowTitle(), u"Label"_s);
+            QCOMPARE(labelText(pad, "rangeLabel"), u"Valid Range(s): 5 to 6"_s);
+            QCOMPARE(labelText(pad, "currentValueLabel"), u"      Current Value: 5.50      "_s);
             QVERIFY(buttonWithText(pad, u"7"_s)->y() < buttonWithText(pad, u"1"_s)->y());
             click(pad, {u"Auto"_s});
         });
@@ -186,9 +186,9 @@ private slots:
     {
         Pressed it(Key::Number);
         it.key->large = true;
-        it.key->padText = "Locked";
+        it.key->padText = u"Locked"_s;
         it.press([](QWidget* pad) {
-            QCOMPARE(labelText(pad, "currentValueLabel"), "Locked");
+            QCOMPARE(labelText(pad, "currentValueLabel"), u"Locked"_s);
             QVERIFY(buttonWithText(pad, u"7"_s)->y() > buttonWithText(pad, u"1"_s)->y());
         });
     }
@@ -196,7 +196,7 @@ private slots:
     void live_steps_are_sent_by_the_key()
     {
         Pressed it(Key::Number);
-        it.key->units = "70 140";
+        it.key->units = u"70 140"_s;
         it.key->param = 1;
         it.key->value = 100.0;
         it.press([](QWidget* pad) { click(pad, {u"Step Up"_s, u"CE/Cancel"_s}); });
@@ -209,9 +209,9 @@ private slots:
     {
         Pressed it(Key::Address);
         it.press([](QWidget* pad) {
-            QCOMPARE(pad->objectName(), "PopUpIpPad");
-            QCOMPARE(labelText(pad, "titleLabel"), "Label");
-            QCOMPARE(pad->windowTitle(), "IPv4: Button");
+            QCOMPARE(pad->objectName(), u"PopUpIpPad"_s);
+            QCOMPARE(labelText(pad, "titleLabel"), u"Label"_s);
+            QCOMPARE(pad->windowTitle(), u"IPv4: Button"_s);
             click(
                 pad, {u"1"_s, u"9"_s, u"2"_s, u"1"_s, u"."_s, u"2"_s, u"."_s, u"3"_s, u"Enter"_s});
         });
@@ -241,7 +241,7 @@ private slots:
         QFETCH(int, type);
         QFETCH(QStringList, keys);
         Pressed it(type);
-        it.key->units = "0 10";
+        it.key->units = u"0 10"_s;
         bool closed = false;
         it.press([&](QWidget* pad) {
             delete it.key;
@@ -255,13 +255,13 @@ private slots:
     void a_live_step_after_the_key_was_deleted_is_not_sent()
     {
         Pressed it(Key::Number);
-        it.key->units = "70 140";
+        it.key->units = u"70 140"_s;
         it.key->param = 1;
         it.key->value = 100.0;
         it.press([&it](QWidget* pad) {
             delete it.key;
             click(pad, {u"Step Up"_s});
-            QCOMPARE(labelText(pad, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
+            QCOMPARE(labelText(pad, "currentValueLabel"), u"Current Value:\r\n100.1 MHz"_s);
         });
         QVERIFY(it.messages().isEmpty());
     }
@@ -269,10 +269,10 @@ private slots:
     void the_result_goes_to_a_key_that_was_changed_meanwhile()
     {
         Pressed it(Key::Number);
-        it.key->units = "0 10";
+        it.key->units = u"0 10"_s;
         it.press([&it](QWidget* pad) {
-            it.key->command = "NEW ";
-            it.key->units = "20 30";
+            it.key->command = u"NEW "_s;
+            it.key->units = u"20 30"_s;
             it.button.reset();
             click(pad, {u"7"_s, u"Enter"_s});
         });
@@ -295,7 +295,7 @@ private slots:
         it.press([&seen](QWidget* top) {
             auto* box = qobject_cast<QMessageBox*>(top);
             QVERIFY(box != nullptr);
-            QCOMPARE(box->text(), "A key_button was pushed Button CMD ");
+            QCOMPARE(box->text(), u"A key_button was pushed Button CMD "_s);
             seen = true;
         });
         QVERIFY(seen);
@@ -330,7 +330,8 @@ private slots:
             }
             const QString directory = qEnvironmentVariable("QN740_PICTURES");
             if (!directory.isEmpty()) {
-                grabScreen().save(directory + u"/report-"_s + QTest::currentDataTag() + u".png"_s);
+                grabScreen().save(directory + u"/report-"_s +
+                    QString::fromUtf8(QTest::currentDataTag()) + u".png"_s);
             }
         });
         QVERIFY(!frame.isEmpty());

@@ -19,8 +19,8 @@ class tst_KeyPressLists : public QObject
     {
         auto key = std::make_unique<Key>();
         key->type = type;
-        key->label = "Mode";
-        key->command = "MOD ";
+        key->label = u"Mode"_s;
+        key->command = u"MOD "_s;
         key->options = options;
         return key;
     }
@@ -119,13 +119,13 @@ private slots:
     void only_the_slider_sends_not_the_key()
     {
         const auto key = newKey(Key::Slider, u"1:5"_s);
-        key->units = "100 0";
+        key->units = u"100 0"_s;
         key->param = 10;
         key->value = 42.0;
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
             QCOMPARE(modal->windowTitle(), u"Set Mode Value"_s);
-            QCOMPARE(modal->findChild<QLabel*>("readoutLabel")->text(), u"42"_s);
+            QCOMPARE(modal->findChild<QLabel*>(u"readoutLabel"_s)->text(), u"42"_s);
             popUps::press(modal, u"+5 >"_s);
             QCOMPARE(spy.size(), 1);
             popUps::press(modal, u"OK"_s);
@@ -138,7 +138,7 @@ private slots:
     void the_last_position_is_sent_after_ok()
     {
         const auto key = newKey(Key::Slider, u""_s);
-        key->units = "100 0";
+        key->units = u"100 0"_s;
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(10);
@@ -289,7 +289,7 @@ private slots:
     {
         for (const double value : {std::nan(""), HUGE_VAL, -1e300}) {
             const auto key = newKey(Key::Slider, u""_s);
-            key->units = "100 0";
+            key->units = u"100 0"_s;
             key->value = value;
             whenModal([](QWidget* modal) { popUps::dialog(modal)->reject(); });
             key->key_button_pushed();
@@ -307,7 +307,7 @@ private slots:
     {
         QFETCH(int, type);
         auto key = newKey(type, type == Key::Slider ? QString() : u"0 Off:1 On"_s);
-        key->units = "100 0";
+        key->units = u"100 0"_s;
         QSignalSpy spy(key.get(), &Key::response_message);
         whenModal([&](QWidget* modal) {
             key.reset();

@@ -77,8 +77,8 @@ private slots:
         QFETCH(QByteArray, cancels);
         Key key;
         key.type = type;
-        key.label = "Setting";
-        key.command = "CMD ";
+        key.label = u"Setting"_s;
+        key.command = u"CMD "_s;
         key.units = units;
         key.param = param;
         key.options = options;

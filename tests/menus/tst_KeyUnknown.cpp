@@ -27,7 +27,7 @@ private slots:
         Key key;
         key.Set_Key(&button, false);
         key.type = type;
-        key.command = "R1:ANT";
+        key.command = u"R1:ANT"_s;
         QSignalSpy sent(&key, &Key::response_message);
         QString text;
         whenModal([&](QWidget* dialog) {
@@ -60,7 +60,7 @@ private slots:
         Key key;
         key.Set_Key(&button, false);
         key.type = 7;
-        key.command = "X";
+        key.command = u"X"_s;
         QString text;
         whenModal([&](QWidget* dialog) {
             text = qobject_cast<QMessageBox*>(dialog)->text();

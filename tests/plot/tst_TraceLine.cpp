@@ -1,6 +1,8 @@
 #include "plot/TraceLine.h"
 #include "support/TestMain.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QRect Area(10, 20, 101, 131);            // columns 10 to 110, rows 20 to 150
@@ -49,7 +51,7 @@ private slots:
             if (point.y() == Levels.pixel(0.0)) {
                 ++found;
                 QVERIFY2(std::abs(point.x() - wanted) <= 0.5,
-                    qPrintable(QString("%1 for %2").arg(point.x()).arg(wanted)));
+                    qPrintable(u"%1 for %2"_s.arg(point.x()).arg(wanted)));
             }
         }
         QVERIFY(found >= 1); // Both points of a column may be the same.

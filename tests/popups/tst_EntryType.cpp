@@ -26,7 +26,7 @@ private slots:
         for (int type = 0; type < units.size(); ++type) {
             QCOMPARE(entryType::unit(type), units.at(type));
         }
-        QCOMPARE(entryType::unit(-1), "");
+        QCOMPARE(entryType::unit(-1), u""_s);
     }
 
     void the_current_value_of_each_type_data()
@@ -38,7 +38,7 @@ private slots:
             QTest::addRow("%d: %s", type, qPrintable(text)) << type << value << text;
         };
         const auto framed = [](const char* text) {
-            return u"      Current Value: "_s + text + u"      "_s;
+            return u"      Current Value: "_s + QString::fromUtf8(text) + u"      "_s;
         };
         row(0, -12.5, framed("-12.50"));
         row(1, 2250.5, u"Current Value:\r\n2250.5 MHz"_s);

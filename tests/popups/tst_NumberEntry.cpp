@@ -47,18 +47,18 @@ class tst_NumberEntry : public QObject
 private slots:
     void an_entry_starts_as_six_blanks()
     {
-        QCOMPARE(NumberEntry().text(), "      ");
-        QCOMPARE(NumberEntry(0).display(), "      ");
-        QCOMPARE(NumberEntry(1).display(), "       MHz ");
-        QCOMPARE(NumberEntry(3).display(), "      ");
+        QCOMPARE(NumberEntry().text(), u"      "_s);
+        QCOMPARE(NumberEntry(0).display(), u"      "_s);
+        QCOMPARE(NumberEntry(1).display(), u"       MHz "_s);
+        QCOMPARE(NumberEntry(3).display(), u"      "_s);
     }
 
     void characters_are_added_at_the_end_without_limit()
     {
         NumberEntry entry = typed(u"1"_s);
         entry.append(u"2."_s);
-        QCOMPARE(entry.text(), "      12.");
-        QCOMPARE(typed(u"12"_s, 1).display(), "      12 MHz ");
+        QCOMPARE(entry.text(), u"      12."_s);
+        QCOMPARE(typed(u"12"_s, 1).display(), u"      12 MHz "_s);
         entry.append(QString(5000, u'9'));
         QCOMPARE(entry.text().size(), 5009);
     }
@@ -93,28 +93,28 @@ private slots:
         NumberEntry entry = typed(u"12"_s);
         entry.minus();
         entry.backspace();
-        QCOMPARE(entry.text(), "       -12");
+        QCOMPARE(entry.text(), u"       -12"_s);
     }
 
     void backspace_leaves_six_blanks()
     {
         NumberEntry entry;
         entry.clearAfterError();
-        QCOMPARE(entry.text(), "       ");
+        QCOMPARE(entry.text(), u"       "_s);
         entry.backspace();
-        QCOMPARE(entry.text(), "      ");
+        QCOMPARE(entry.text(), u"      "_s);
         entry.backspace();
-        QCOMPARE(entry.text(), "      ");
+        QCOMPARE(entry.text(), u"      "_s);
     }
 
     void minus_puts_seven_blanks_and_a_minus_in_front()
     {
         NumberEntry entry = typed(u"12"_s);
         entry.minus();
-        QCOMPARE(entry.text(), "       -12");
+        QCOMPARE(entry.text(), u"       -12"_s);
         NumberEntry first;
         first.minus();
-        QCOMPARE(first.text(), "       -");
+        QCOMPARE(first.text(), u"       -"_s);
         first.append(u"5"_s);
         QCOMPARE(first.check(NumberRanges(u"-5 -5"_s, 0), 0).value, -5.0);
     }
@@ -125,7 +125,7 @@ private slots:
         entry.minus();
         entry.append(u"5"_s);
         entry.minus();
-        QCOMPARE(entry.text(), "       -5");
+        QCOMPARE(entry.text(), u"       -5"_s);
     }
 
     void an_entry_that_reads_as_0_takes_another_minus_and_backspace_data()
@@ -154,14 +154,14 @@ private slots:
     {
         NumberEntry entry = typed(u"12"_s);
         entry.plus();
-        QCOMPARE(entry.text(), "      12");
+        QCOMPARE(entry.text(), u"      12"_s);
         entry.minus();
         entry.plus();
-        QCOMPARE(entry.text(), "       12");
+        QCOMPARE(entry.text(), u"       12"_s);
         entry.plus();
-        QCOMPARE(entry.text(), "       12");
+        QCOMPARE(entry.text(), u"       12"_s);
         entry.minus();
-        QCOMPARE(entry.text(), "       -12");
+        QCOMPARE(entry.text(), u"       -12"_s);
     }
 
     void plus_does_not_remove_a_minus_without_digits()
@@ -169,16 +169,16 @@ private slots:
         NumberEntry entry;
         entry.minus();
         entry.plus();
-        QCOMPARE(entry.text(), "       -");
+        QCOMPARE(entry.text(), u"       -"_s);
     }
 
     void clearing_works_in_two_stages()
     {
         NumberEntry entry = typed(u"12"_s);
         QVERIFY(entry.clear());
-        QCOMPARE(entry.text(), "      ");
+        QCOMPARE(entry.text(), u"      "_s);
         QVERIFY(!entry.clear());
-        QCOMPARE(entry.text(), "      ");
+        QCOMPARE(entry.text(), u"      "_s);
     }
 
     void seven_blanks_after_an_error_are_cleared_before_the_pad_is_cancelled()
@@ -196,7 +196,7 @@ private slots:
         for (int type = 0; type < units.size(); ++type) {
             NumberEntry entry = typed(u"9"_s, type);
             QCOMPARE(entry.clearAfterError(), u"       "_s + units.at(type));
-            QCOMPARE(entry.text(), "       ");
+            QCOMPARE(entry.text(), u"       "_s);
         }
     }
 

@@ -26,8 +26,8 @@ private slots:
         const NumberRanges ranges(u"10 20:1 5"_s, 0);
         const QList<NumberRanges::Range> expected{{1, 5}, {10, 20}};
         QCOMPARE(ranges.ranges(), expected);
-        QCOMPARE(ranges.padText(), "1 to 5, 10 to 20");
-        QCOMPARE(ranges.errorText(), "1 to 5\r\n10 to 20");
+        QCOMPARE(ranges.padText(), u"1 to 5, 10 to 20"_s);
+        QCOMPARE(ranges.errorText(), u"1 to 5\r\n10 to 20"_s);
     }
 
     void equal_low_bounds_keep_their_order()
@@ -90,7 +90,7 @@ private slots:
 
     void three_ranges_stand_on_a_line()
     {
-        QCOMPARE(line(u"1 2:3 4:5 6"_s, 0), "1 to 2, 3 to 4, 5 to 6");
+        QCOMPARE(line(u"1 2:3 4:5 6"_s, 0), u"1 to 2, 3 to 4, 5 to 6"_s);
         QCOMPARE(
             line(u"1 2:3 4:5 6:7 8"_s, 0), u"1 to 2, 3 to 4, 5 to 6\r\n"_s + Indent + u"7 to 8"_s);
         QCOMPARE(line(u"1 2:3 4:5 6:7 8:9 10:11 12:13 14"_s, 0),

@@ -48,15 +48,16 @@ private slots:
     void the_dialog_has_a_frame_with_the_current_address()
     {
         run([](QWidget* dialog) {
-            QCOMPARE(dialog->objectName(), "PopUpIpPad");
-            QCOMPARE(dialog->windowTitle(), "IPv4: 10.0.0.1");
+            QCOMPARE(dialog->objectName(), u"PopUpIpPad"_s);
+            QCOMPARE(dialog->windowTitle(), u"IPv4: 10.0.0.1"_s);
             QVERIFY(!(dialog->windowFlags() & Qt::FramelessWindowHint));
             QVERIFY(dialog->windowFlags() & Qt::CustomizeWindowHint);
             QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
             QCOMPARE(
-                dialog->styleSheet(), "QMenuBar {background-color: #F5F5F5; font-size: 12px;}");
-            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), "Address");
-            QCOMPARE(dialog->findChild<QLabel*>(u"currentValueLabel"_s)->text(), "IPv4: 10.0.0.1");
+                dialog->styleSheet(), u"QMenuBar {background-color: #F5F5F5; font-size: 12px;}"_s);
+            QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), u"Address"_s);
+            QCOMPARE(
+                dialog->findChild<QLabel*>(u"currentValueLabel"_s)->text(), u"IPv4: 10.0.0.1"_s);
             QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
         });
     }
@@ -135,16 +136,16 @@ private slots:
                 return buttonWithText(dialog, QString::fromUtf8(key))->styleSheet();
             };
             QCOMPARE(sheet("1"),
-                "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
+                u"QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}"_s);
             QCOMPARE(sheet("."), sheet("1"));
             QCOMPARE(sheet("CE/Cancel"),
-                "QPushButton {background-color:red; color:white; font-size: 26px;  } QPushButton:pressed {background-color: #4169e1;}");
+                u"QPushButton {background-color:red; color:white; font-size: 26px;  } QPushButton:pressed {background-color: #4169e1;}"_s);
             QCOMPARE(sheet("BackSpace"),
-                "QPushButton {background-color:#b0c4de; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
+                u"QPushButton {background-color:#b0c4de; color:black;} QPushButton:pressed {background-color: #4169e1;} "_s);
             QCOMPARE(sheet("Enter"),
-                "QPushButton {background-color:green; color:black;} QPushButton:pressed {background-color: #4169e1;} ");
+                u"QPushButton {background-color:green; color:black;} QPushButton:pressed {background-color: #4169e1;} "_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"entryLabel"_s)->styleSheet(),
-                "background-color: white; font-size: 32px");
+                u"background-color: white; font-size: 32px"_s);
             QCOMPARE(buttonWithText(dialog, u"1"_s)->maximumHeight(), 100);
             // readable, although its sheet names no size
             QCOMPARE(QFontInfo(buttonWithText(dialog, u"Enter"_s)->font()).pixelSize(), 26);
@@ -155,12 +156,12 @@ private slots:
     {
         QCOMPARE(run([](QWidget* dialog) {
             QVERIFY(type(dialog, u"192168001"_s));
-            QCOMPARE(entry(dialog), "192.168.001");
+            QCOMPARE(entry(dialog), u"192.168.001"_s);
             QVERIFY(type(dialog, u".2"_s));
             press(dialog, "Enter");
             QVERIFY(!dialog->isVisible());
         }),
-            "192.168.001.2");
+            u"192.168.001.2"_s);
     }
 
     void backspace_removes_the_last_character()
@@ -168,7 +169,7 @@ private slots:
         run([](QWidget* dialog) {
             QVERIFY(type(dialog, u"1234"_s));
             press(dialog, "BackSpace");
-            QCOMPARE(entry(dialog), "123.");
+            QCOMPARE(entry(dialog), u"123."_s);
         });
     }
 
@@ -177,12 +178,12 @@ private slots:
         QCOMPARE(run([](QWidget* dialog) {
             QVERIFY(type(dialog, u"1.2.3.4"_s));
             press(dialog, "CE/Cancel");
-            QCOMPARE(entry(dialog), "");
+            QCOMPARE(entry(dialog), u""_s);
             QVERIFY(dialog->isVisible());
             press(dialog, "CE/Cancel");
             QVERIFY(!dialog->isVisible());
         }),
-            "");
+            u""_s);
     }
 
     void an_invalid_address_is_explained_and_stays()
@@ -192,9 +193,10 @@ private slots:
             play([&seen](QWidget* top) {
                 auto* box = qobject_cast<QMessageBox*>(top);
                 QVERIFY(box != nullptr);
-                QCOMPARE(box->text(), "Invalid Entry");
-                QCOMPARE(box->informativeText(), "Expected Format #.#.#.# \n[# is from 0 to 255]");
-                QCOMPARE(box->windowTitle(), "IPv4 Format");
+                QCOMPARE(box->text(), u"Invalid Entry"_s);
+                QCOMPARE(
+                    box->informativeText(), u"Expected Format #.#.#.# \n[# is from 0 to 255]"_s);
+                QCOMPARE(box->windowTitle(), u"IPv4 Format"_s);
                 QCOMPARE(box->width(), 300);
                 QVERIFY(!box->windowIcon().isNull());
                 QVERIFY(ScreenArea.contains(box->frameGeometry()));
@@ -205,9 +207,9 @@ private slots:
             press(dialog, "Enter");
             QVERIFY(seen);
             QVERIFY(dialog->isVisible());
-            QCOMPARE(entry(dialog), "256.1.1.1");
+            QCOMPARE(entry(dialog), u"256.1.1.1"_s);
         }),
-            "");
+            u""_s);
     }
 
     void an_address_that_was_refused_is_not_returned_by_cancelling()
@@ -219,21 +221,21 @@ private slots:
             press(dialog, "CE/Cancel");
             press(dialog, "CE/Cancel");
         }),
-            "");
+            u""_s);
     }
 
     void every_opening_starts_empty()
     {
         PopUpIpPad pad;
         run(pad, [](QWidget* dialog) { QVERIFY(type(dialog, u"1.2"_s)); });
-        run(pad, [](QWidget* dialog) { QCOMPARE(entry(dialog), ""); });
+        run(pad, [](QWidget* dialog) { QCOMPARE(entry(dialog), u""_s); });
     }
 
     void a_pad_that_is_open_is_not_opened_twice()
     {
         PopUpIpPad pad;
         run(pad, [&pad](QWidget* dialog) {
-            QCOMPARE(pad.new_pop_IP_NumberPad(u"b"_s, u""_s), "");
+            QCOMPARE(pad.new_pop_IP_NumberPad(u"b"_s, u""_s), u""_s);
             QCOMPARE(QApplication::activeModalWidget(), dialog);
         });
     }
@@ -243,7 +245,7 @@ private slots:
         const int before = topLevels();
         auto* pad = new PopUpIpPad;
         play([pad](QWidget* /*dialog*/) { delete pad; });
-        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), "");
+        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), u""_s);
         QCOMPARE(topLevels(), before);
     }
 
@@ -258,7 +260,7 @@ private slots:
             });
             buttonWithText(dialog, u"Enter"_s)->click();
         });
-        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), "");
+        QCOMPARE(pad->new_pop_IP_NumberPad(u"a"_s, u"b"_s), u""_s);
         QCOMPARE(topLevels(), before);
     }
 

@@ -101,7 +101,7 @@ private slots:
             QCOMPARE(modal->styleSheet(),
                 u"background-color:LightGray; border-width: 2px; border-style: solid; "_s
                 u"border-color: black; font-size: 16px; border-radius: 4px;"_s);
-            const auto* title = modal->findChild<QLabel*>("titleLabel");
+            const auto* title = modal->findChild<QLabel*>(u"titleLabel"_s);
             QVERIFY(title != nullptr);
             QCOMPARE(title->text(), u"Select I & Q value"_s);
             QCOMPARE(title->height(), 45);
@@ -204,7 +204,7 @@ private slots:
         PopUpKeyBoard popUp;
         whenModal([](QWidget* modal) {
             QVERIFY(popUps::isInsideScreen(modal));
-            QCOMPARE(modal->findChild<QLabel*>("titleLabel")->text().size(), 73);
+            QCOMPARE(modal->findChild<QLabel*>(u"titleLabel"_s)->text().size(), 73);
             popUps::dialog(modal)->reject();
         });
         popUp.new_pop_keyboard(u"0 Off"_s, QString(60, u'W'), 4, 4, false);

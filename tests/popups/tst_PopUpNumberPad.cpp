@@ -20,11 +20,11 @@ private slots:
     void what_is_typed_is_shown()
     {
         run({}, [](QWidget* dialog) {
-            QCOMPARE(entry(dialog), "      ");
+            QCOMPARE(entry(dialog), u"      "_s);
             QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"."_s, u"0"_s}));
-            QCOMPARE(entry(dialog), "      12.0");
+            QCOMPARE(entry(dialog), u"      12.0"_s);
             QVERIFY(press(dialog, {u"BackSpace"_s}));
-            QCOMPARE(entry(dialog), "      12.");
+            QCOMPARE(entry(dialog), u"      12."_s);
         });
     }
 
@@ -33,13 +33,13 @@ private slots:
         Opening opening;
         opening.type = 1;
         run(opening, [](QWidget* dialog) {
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
             QVERIFY(press(dialog, {u"1"_s, u"2"_s}));
-            QCOMPARE(entry(dialog), "      12 MHz ");
+            QCOMPARE(entry(dialog), u"      12 MHz "_s);
             QVERIFY(press(dialog, {u"BackSpace"_s}));
-            QCOMPARE(entry(dialog), "      1 MHz ");
+            QCOMPARE(entry(dialog), u"      1 MHz "_s);
             QVERIFY(press(dialog, {u"CE/Cancel"_s}));
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
         });
     }
 
@@ -87,7 +87,7 @@ private slots:
         Opening opening;
         opening.type = type;
         opening.ranges = ranges;
-        opening.special = "-1 Auto";
+        opening.special = u"-1 Auto"_s;
         bool closed = false;
         const double value = run(opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, keys));
@@ -102,7 +102,7 @@ private slots:
         QCOMPARE(run({},
                      [](QWidget* dialog) {
                          QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"CE/Cancel"_s}));
-                         QCOMPARE(entry(dialog), "      ");
+                         QCOMPARE(entry(dialog), u"      "_s);
                          QVERIFY(dialog->isVisible());
                          QVERIFY(press(dialog, {u"CE/Cancel"_s}));
                          QVERIFY(!dialog->isVisible());
@@ -145,7 +145,7 @@ private slots:
         QFETCH(QString, label);
         Opening opening;
         opening.type = 6;
-        opening.ranges = "1000 2000";
+        opening.ranges = u"1000 2000"_s;
         opening.special = special;
         const double value = run(opening, [&](QWidget* dialog) {
             QVERIFY(above(dialog, u"BackSpace"_s, label));
@@ -177,7 +177,8 @@ private slots:
 
     void a_range_is_written_with_its_units()
     {
-        QCOMPARE(PopUpNumberPad::range_string(qMakePair(1000.0, 2e6), 2), "1.0 Kbps to 2.0 Mbps");
+        QCOMPARE(
+            PopUpNumberPad::range_string(qMakePair(1000.0, 2e6), 2), u"1.0 Kbps to 2.0 Mbps"_s);
     }
 
     void every_opening_starts_again()
@@ -189,10 +190,10 @@ private slots:
         run(pad, opening, [](QWidget* dialog) {
             QVERIFY(press(dialog, {u"1"_s, u"2"_s, u"Step\r\n0.1 MHz"_s}));
         });
-        opening.ranges = "1 2";
+        opening.ranges = u"1 2"_s;
         run(pad, opening, [](QWidget* dialog) {
-            QCOMPARE(entry(dialog), "       MHz ");
-            QCOMPARE(labelText(dialog, "rangeLabel"), "Valid Range(s)(MHz): (1.0 to 2.0)");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
+            QCOMPARE(labelText(dialog, "rangeLabel"), u"Valid Range(s)(MHz): (1.0 to 2.0)"_s);
             QVERIFY(buttonWithText(dialog, u"Step\r\n0.1 MHz"_s) != nullptr);
         });
     }
@@ -256,7 +257,7 @@ private slots:
                 Opening opening;
                 opening.type = type;
                 opening.current = value;
-                opening.ranges = "-1e308 1e308:nan inf:-inf nan";
+                opening.ranges = u"-1e308 1e308:nan inf:-inf nan"_s;
                 run(opening, [](QWidget* dialog) {
                     QVERIFY(ScreenArea.contains(dialog->frameGeometry()));
                     grabScreen();
@@ -271,7 +272,7 @@ private slots:
         const auto openAndCancel = [&pad](int type) {
             Opening opening;
             opening.type = type;
-            opening.special = "-1 Auto";
+            opening.special = u"-1 Auto"_s;
             run(pad, opening, [](QWidget* dialog) { QVERIFY(press(dialog, {u"CE/Cancel"_s})); });
         };
         openAndCancel(0);

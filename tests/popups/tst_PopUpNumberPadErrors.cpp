@@ -23,18 +23,18 @@ private slots:
     {
         Opening opening;
         opening.type = 2;
-        opening.ranges = "10 20:1 5";
+        opening.ranges = u"10 20:1 5"_s;
         run(opening, [](QWidget* dialog) {
             bool seen = false;
             play([&seen](QWidget* top) {
                 auto* box = qobject_cast<QMessageBox*>(top);
                 QVERIFY(box != nullptr);
-                QCOMPARE(box->windowTitle(), "Out Of Range");
-                QCOMPARE(box->text(), "<font size = 5>Invalid Entry       2  Kbps</font>");
+                QCOMPARE(box->windowTitle(), u"Out Of Range"_s);
+                QCOMPARE(box->text(), u"<font size = 5>Invalid Entry       2  Kbps</font>"_s);
                 QCOMPARE(box->informativeText(),
-                    "<font size = 6>Valid Range(s)</font><br><font size = 7><b>1.0 bps to 5.0 bps<br>10.0 bps to 20.0 bps</b></font>");
+                    u"<font size = 6>Valid Range(s)</font><br><font size = 7><b>1.0 bps to 5.0 bps<br>10.0 bps to 20.0 bps</b></font>"_s);
                 QCOMPARE(box->buttons().size(), 1);
-                QCOMPARE(box->button(QMessageBox::Ok)->styleSheet(), "font: 28px");
+                QCOMPARE(box->button(QMessageBox::Ok)->styleSheet(), u"font: 28px"_s);
                 QVERIFY(!box->windowIcon().isNull());
                 QVERIFY(box->width() >= 600);
                 QVERIFY(ScreenArea.contains(box->frameGeometry()));
@@ -44,9 +44,9 @@ private slots:
             QVERIFY(press(dialog, {u"2"_s, u"Kbps"_s}));
             QVERIFY(seen);
             QVERIFY(dialog->isVisible());
-            QCOMPARE(entry(dialog), "       bps");
+            QCOMPARE(entry(dialog), u"       bps"_s);
             QVERIFY(press(dialog, {u"3"_s}));
-            QCOMPARE(entry(dialog), "       3");
+            QCOMPARE(entry(dialog), u"       3"_s);
         });
     }
 

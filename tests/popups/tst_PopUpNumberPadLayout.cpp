@@ -20,15 +20,15 @@ private slots:
     void the_dialog_is_frameless_and_of_fixed_size()
     {
         run({}, [](QWidget* dialog) {
-            QCOMPARE(dialog->objectName(), "PopUpNumberPad");
+            QCOMPARE(dialog->objectName(), u"PopUpNumberPad"_s);
             QVERIFY(qobject_cast<QDialog*>(dialog) != nullptr);
             QCOMPARE(dialog->size(), QSize(795, 478));
             QCOMPARE(dialog->minimumSize(), dialog->maximumSize());
             QVERIFY(dialog->windowFlags() & Qt::FramelessWindowHint);
             QVERIFY(dialog->windowFlags() & Qt::CustomizeWindowHint);
             QVERIFY(dialog->windowFlags() & Qt::WindowTitleHint);
-            QCOMPARE(dialog->windowTitle(), "Title");
-            QCOMPARE(labelText(dialog, "titleLabel"), "Title");
+            QCOMPARE(dialog->windowTitle(), u"Title"_s);
+            QCOMPARE(labelText(dialog, "titleLabel"), u"Title"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->height(), 45);
         });
     }
@@ -116,7 +116,7 @@ private slots:
         keys.sort();
         Opening opening;
         opening.type = type;
-        opening.special = "-1 Auto Level";
+        opening.special = u"-1 Auto Level"_s;
         QStringList found;
         run(opening, [&found](QWidget* dialog) {
             const auto buttons = dialog->findChildren<QPushButton*>();
@@ -240,23 +240,23 @@ private slots:
                 return buttonWithText(dialog, QString::fromUtf8(key))->styleSheet();
             };
             QCOMPARE(sheet("5"),
-                "QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}");
+                u"QPushButton {background-color: #919191;  font-size: 26px; } QPushButton:pressed {background-color: #4169e1; font-weight: 480}"_s);
             QCOMPARE(sheet("."), sheet("5"));
             QCOMPARE(sheet("CE/Cancel"),
-                "QPushButton {background-color:red; color:white; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;}");
+                u"QPushButton {background-color:red; color:white; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;}"_s);
             QCOMPARE(sheet("BackSpace"),
-                "QPushButton {background-color:#b0c4de; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} ");
+                u"QPushButton {background-color:#b0c4de; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} "_s);
             QCOMPARE(sheet("+"), sheet("BackSpace"));
             QCOMPARE(sheet("Enter"),
-                "QPushButton {background-color:green; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} ");
+                u"QPushButton {background-color:green; color:black; font-size: 26px; } QPushButton:pressed {background-color: #4169e1;} "_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"entryLabel"_s)->styleSheet(),
-                "background-color: white; font-size: 32px");
+                u"background-color: white; font-size: 32px"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"currentValueLabel"_s)->styleSheet(),
-                "background-color: darkBlue; color:white; font-size: 18 px");
+                u"background-color: darkBlue; color:white; font-size: 18 px"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"titleLabel"_s)->styleSheet(),
-                "QLabel{color:white; background:rgb(66,89,148); font-size: 18px;}");
+                u"QLabel{color:white; background:rgb(66,89,148); font-size: 18px;}"_s);
             QCOMPARE(dialog->findChild<QLabel*>(u"rangeLabel"_s)->styleSheet(),
-                "QLabel{background:blue; color:white}");
+                u"QLabel{background:blue; color:white}"_s);
         });
     }
 
@@ -308,9 +308,9 @@ private slots:
         for (int type = 0; type < Types; ++type) {
             Opening opening;
             opening.type = type;
-            opening.valueText = "Locked <b>now</b>";
+            opening.valueText = u"Locked <b>now</b>"_s;
             run(opening, [](QWidget* dialog) {
-                QCOMPARE(labelText(dialog, "currentValueLabel"), "Locked <b>now</b>");
+                QCOMPARE(labelText(dialog, "currentValueLabel"), u"Locked <b>now</b>"_s);
             });
         }
     }

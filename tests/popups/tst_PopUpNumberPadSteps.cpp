@@ -30,18 +30,18 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "70 140:200 300";
+        opening.ranges = u"70 140:200 300"_s;
         opening.current = 100.0;
-        opening.command = "RF1";
+        opening.command = u"RF1"_s;
         run(pad, opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 1);
             QCOMPARE(sent.at(0).at(0).toString(), framedMessage(u"RF1100.1"_s));
-            QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n100.1 MHz");
+            QCOMPARE(labelText(dialog, "currentValueLabel"), u"Current Value:\r\n100.1 MHz"_s);
             QVERIFY(press(dialog, {u"Step Down"_s, u"Step Down"_s}));
             QCOMPARE(sent.last().at(0).toString(), framedMessage(u"RF199.9"_s));
             QVERIFY(dialog->isVisible());
-            QCOMPARE(entry(dialog), "       MHz ");
+            QCOMPARE(entry(dialog), u"       MHz "_s);
         });
         QCOMPARE(sent.size(), 3);
     }
@@ -52,12 +52,12 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "70 140:200 300";
+        opening.ranges = u"70 140:200 300"_s;
         opening.current = 140.0;
         run(pad, opening, [&](QWidget* dialog) {
             QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 0);
-            QCOMPARE(labelText(dialog, "currentValueLabel"), "Current Value:\r\n140.0 MHz");
+            QCOMPARE(labelText(dialog, "currentValueLabel"), u"Current Value:\r\n140.0 MHz"_s);
             // by 100 it reaches the next range
             QVERIFY(
                 press(dialog, {u"Step\r\n0.1 MHz"_s, u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s}));
@@ -130,7 +130,7 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "0 1e6";
+        opening.ranges = u"0 1e6"_s;
         opening.current = 99999.0;
         // near 100,000 single precision knows only multiples of 1/128
         float expected = 99999.0F;
@@ -179,7 +179,7 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "0 1000";
+        opening.ranges = u"0 1000"_s;
         run(pad, opening, [&](QWidget* dialog) {
             QPushButton* up = buttonWithText(dialog, u"Step Up"_s);
             const QPoint at = up->mapTo(dialog, up->rect().center());

@@ -12,7 +12,7 @@ private slots:
     {
         SendThrottle throttle;
         QVERIFY(!throttle.isWaiting());
-        QCOMPARE(throttle.offer(u"1"_s), std::optional<QString>("1"));
+        QCOMPARE(throttle.offer(u"1"_s), std::optional<QString>(u"1"_s));
         QVERIFY(throttle.isWaiting());
     }
 
@@ -23,7 +23,7 @@ private slots:
         for (int i = 2; i <= 10; ++i) {
             QCOMPARE(throttle.offer(QString::number(i)), std::nullopt);
         }
-        QCOMPARE(throttle.expired(), std::optional<QString>("10"));
+        QCOMPARE(throttle.expired(), std::optional<QString>(u"10"_s));
     }
 
     void a_late_message_makes_the_next_one_wait_too()
@@ -34,7 +34,7 @@ private slots:
         throttle.expired();
         QVERIFY(throttle.isWaiting());
         QCOMPARE(throttle.offer(u"3"_s), std::nullopt);
-        QCOMPARE(throttle.expired(), std::optional<QString>("3"));
+        QCOMPARE(throttle.expired(), std::optional<QString>(u"3"_s));
     }
 
     void no_message_is_sent_twice()
@@ -52,7 +52,7 @@ private slots:
         SendThrottle throttle;
         throttle.offer(u"1"_s);
         throttle.expired();
-        QCOMPARE(throttle.offer(u"2"_s), std::optional<QString>("2"));
+        QCOMPARE(throttle.offer(u"2"_s), std::optional<QString>(u"2"_s));
     }
 };
 

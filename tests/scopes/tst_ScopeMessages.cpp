@@ -15,6 +15,8 @@
 #include <array>
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 class tst_ScopeMessages : public QObject
 {
     Q_OBJECT
@@ -230,14 +232,14 @@ private slots:
 
     void a_message_that_is_ignored_is_logged_with_the_reason()
     {
-        QLoggingCategory::setFilterRules("qn740.scopes.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.scopes.debug=true"_s);
         QTest::ignoreMessage(QtDebugMsg, "SM: no demodulator 4");
         send("SM,4,1");
         QTest::ignoreMessage(QtDebugMsg, "SM: no mode 9");
         send("SM,1,9");
         QTest::ignoreMessage(QtDebugMsg, "SQ: no demodulator 0");
         send("SQ,0,1");
-        QLoggingCategory::setFilterRules("");
+        QLoggingCategory::setFilterRules(u""_s);
     }
 
 private:
@@ -249,13 +251,13 @@ private:
     // Carries out a message, given without its frame characters.
     void send(const QByteArray& body)
     {
-        QStringList fields = QString::fromLatin1(body).split(',');
+        QStringList fields = QString::fromLatin1(body).split(u',');
         const QString word = fields.takeFirst();
-        if (word == "SM") {
+        if (word == u"SM"_s) {
             m_messages->setMode(fields);
-        } else if (word == "SQ") {
+        } else if (word == u"SQ"_s) {
             m_messages->setPlotsShown(fields);
-        } else if (word == "PM") {
+        } else if (word == u"PM"_s) {
             m_messages->setMagnitudesAndPhase(fields);
         } else {
             QFAIL("unknown word");

@@ -102,7 +102,7 @@ private slots:
     void the_sheet_of_a_window_around_does_not_cover_it()
     {
         QWidget window;
-        window.setStyleSheet(".QWidget{background-color: black;}");
+        window.setStyleSheet(u".QWidget{background-color: black;}"_s);
         StcMagPhasePlot plot(&window);
         plot.resize(800, 52);
         plot.setPhaseDifHold(0.625);

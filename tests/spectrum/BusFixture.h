@@ -25,7 +25,7 @@ protected:
     {
         m_devices = std::make_unique<DeviceDirectory>();
         m_card = &m_devices->add(u"ttyUSB11"_s);
-        m_bus = std::make_unique<Rs422Bus>("ttyUSB11", '[', ']', true, 921600);
+        m_bus = std::make_unique<Rs422Bus>(QStringLiteral("ttyUSB11"), '[', ']', true, 921600);
         m_received = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageReceived);
         m_lost = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageTxSuccess);
         m_flags = std::make_unique<QSignalSpy>(m_bus.get(), &Rs422Bus::messageQueueFlag);

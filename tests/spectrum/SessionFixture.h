@@ -19,7 +19,7 @@ protected:
     {
         m_devices = std::make_unique<DeviceDirectory>();
         m_pty = &m_devices->add(u"ttyUSB11"_s);
-        m_session = std::make_unique<CardSession>("ttyUSB11");
+        m_session = std::make_unique<CardSession>(u"ttyUSB11"_s);
     }
 
     void stop()

@@ -114,7 +114,7 @@ private:
         m_k7150 = k7150;
         m_devices = std::make_unique<DeviceDirectory>();
         m_pty = &m_devices->add(u"ttyUSB11"_s);
-        m_card = std::make_unique<SpectralCard>(nullptr, 0, "ttyUSB11");
+        m_card = std::make_unique<SpectralCard>(nullptr, 0, u"ttyUSB11"_s);
         m_random.seed(740);
         m_answered = m_lost = m_unasked = m_spectra = 0;
         m_faults = {};

@@ -6,6 +6,8 @@
 
 #include <QGridLayout>
 
+using namespace Qt::StringLiterals;
+
 class tst_ChartLoan : public QObject
 {
     Q_OBJECT
@@ -14,7 +16,7 @@ private slots:
     void init()
     {
         m_devices = std::make_unique<DeviceDirectory>();
-        m_card = std::make_unique<SpectralCard>(nullptr, 0, "ttyUSB11");
+        m_card = std::make_unique<SpectralCard>(nullptr, 0, u"ttyUSB11"_s);
         m_page = std::make_unique<QWidget>();
         m_place = new QGridLayout(m_page.get());
     }

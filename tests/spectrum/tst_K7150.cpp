@@ -117,7 +117,7 @@ private slots:
         const QByteArray points = cardSide::carrier(512, 5, -50);
         if (!named) {
             QTest::ignoreMessage(
-                QtWarningMsg, QRegularExpression("the K7150 does not name the channel"));
+                QtWarningMsg, QRegularExpression(u"the K7150 does not name the channel"_s));
         }
         pty.write(cardSide::k7150Spectrum(channel, points));
         QTRY_COMPARE(spectra.count(), 1);

@@ -55,8 +55,9 @@ private slots:
     {
         switchToK7150();
         QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
-        QTest::failOnWarning(QRegularExpression(".*"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("does not name the channel.* 200 "));
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(u"does not name the channel.* 200 "_s));
         for (const char* data : {"\xc8\x01\x02", "\xc9\x03\x04", "\x03\x05\x06"}) {
             m_session->takeReply(cardSide::message(data));
         }
@@ -73,7 +74,7 @@ private slots:
         QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
         m_session->pollIfDue();
         QTRY_COMPARE(cardSide::requests(pty).size(), 1);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("does not name the channel"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"does not name the channel"_s));
         pty.write("[0190RFFT" + QByteArray(2, '\0') + '\x09');
         QTRY_VERIFY(testClock::timers(bus()).isEmpty());
         QCOMPARE(spectra.count(), 0);
@@ -86,7 +87,7 @@ private slots:
         switchToK7150();
         QSignalSpy spectra(m_session.get(), &CardSession::spectrumReceived);
         m_session->poll();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("does not name the channel"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"does not name the channel"_s));
         m_second->write(cardSide::k7150Spectrum(7, "ab"));
         m_third->write(cardSide::k7150Spectrum(2, "cd"));
         QTRY_COMPARE(spectra.count(), 1);

@@ -22,7 +22,7 @@ private slots:
         m_devices = std::make_unique<DeviceDirectory>();
         m_path = m_devices->path() + u"/spectra"_s;
         qputenv("QN740_SPECTRUM_SOCKET", m_path.toLocal8Bit());
-        m_card = std::make_unique<SpectralCard>(nullptr, 0, "absent");
+        m_card = std::make_unique<SpectralCard>(nullptr, 0, u"absent"_s);
     }
 
     void cleanup()

@@ -9,6 +9,8 @@
 #include <QLoggingCategory>
 #include <QSignalSpy>
 
+using namespace Qt::StringLiterals;
+
 class tst_SpectrumMessages : public QObject
 {
     Q_OBJECT
@@ -18,7 +20,7 @@ private slots:
     {
         m_devices = std::make_unique<DeviceDirectory>();
         for (const char* name : {"ttyUSB11", "ttyUSB12", "ttyUSB13"}) {
-            m_devices->add(name);
+            m_devices->add(QString::fromUtf8(name));
         }
         m_parent = std::make_unique<QWidget>();
         m_messages = new SpectrumMessages(false, m_parent.get(), m_parent.get());
@@ -42,17 +44,17 @@ private slots:
         m_messages->setUp();
         QCOMPARE(made, 1);
         QVERIFY(card()->k7150Type() && card()->isOpen());
-        QCOMPARE(card()->objectName(), QString("spectralCard"));
+        QCOMPARE(card()->objectName(), u"spectralCard"_s);
     }
 
     void a_panel_for_the_older_card_takes_the_first_port_that_opens()
     {
-        m_devices->remove("ttyUSB11");
+        m_devices->remove(u"ttyUSB11"_s);
         QWidget parent;
         SpectrumMessages messages(true, &parent);
         messages.setUp();
         QVERIFY(!messages.card()->k7150Type() && messages.card()->isOpen());
-        QCOMPARE(messages.card()->findChild<Rs422Bus*>()->portName(), QString("ttyUSB12"));
+        QCOMPARE(messages.card()->findChild<Rs422Bus*>()->portName(), u"ttyUSB12"_s);
     }
 
     void the_start_sends_three_texts_without_frames()
@@ -68,7 +70,7 @@ private slots:
         for (const auto& text : texts) {
             sent += text.at(0).toString();
         }
-        QCOMPARE(sent, (QStringList{"D1:SPEN:1", "D2:SPEN:1", "D2:SPEN:1"}));
+        QCOMPARE(sent, (QStringList{u"D1:SPEN:1"_s, u"D2:SPEN:1"_s, u"D2:SPEN:1"_s}));
         QCOMPARE(started.size(), 1);
         QVERIFY(card() != nullptr);
     }
@@ -81,8 +83,8 @@ private slots:
         card()->SetSpan(1, 9);
         QTRY_COMPARE(responses.size(), 1);
         QCOMPARE(responses.at(0).at(0).toString(),
-            QString("\x02"
-                    "D2:NFFT:10\x04"));
+            u"\x02"_s
+            u"D2:NFFT:10\x04"_s);
     }
 
     void sh_without_a_page_says_that_there_is_none_data()
@@ -256,23 +258,23 @@ private slots:
     {
         const QSignalSpy asked(m_messages, &SpectrumMessages::choiceWanted);
         m_messages->chooseSpan();
-        m_messages->applyChoice("3");
+        m_messages->applyChoice(u"3"_s);
         QVERIFY(asked.isEmpty());
         m_messages->setUp();
         m_messages->chooseSpan();
         QCOMPARE(asked.size(), 1);
-        QVERIFY(asked.at(0).at(0).toString().startsWith("0 1 MHz:1 3 MHz:2 5 MHz:3 7.5 Mhz:"));
-        m_messages->applyChoice("3");
+        QVERIFY(asked.at(0).at(0).toString().startsWith(u"0 1 MHz:1 3 MHz:2 5 MHz:3 7.5 Mhz:"_s));
+        m_messages->applyChoice(u"3"_s);
         QCOMPARE(card()->getSpan(0), 3);
         for (const char* none : {"", "x", "10", "-1"}) {
-            m_messages->applyChoice(none);
+            m_messages->applyChoice(QString::fromUtf8(none));
             QCOMPARE(card()->getSpan(0), 3);
         }
     }
 
     void a_message_that_is_ignored_is_logged_with_the_reason()
     {
-        QLoggingCategory::setFilterRules("qn740.spectrum.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.spectrum.debug=true"_s);
         QTest::ignoreMessage(QtDebugMsg, "SF: no spectrum yet");
         tell("SF,0,2250.5");
         QTest::ignoreMessage(QtDebugMsg, "LC: no trace -1");
@@ -282,7 +284,7 @@ private slots:
         m_messages->setUp();
         QTest::ignoreMessage(QtDebugMsg, "SP: no channel 3");
         tell("SP,3,1");
-        QLoggingCategory::setFilterRules("");
+        QLoggingCategory::setFilterRules(u""_s);
     }
 
 private:
@@ -292,11 +294,11 @@ private:
     void tell(const QByteArray& body)
     {
         using Handler = void (SpectrumMessages::*)(const QStringList&);
-        static const QHash<QString, Handler> Handlers{{"ST", &SpectrumMessages::start},
-            {"SF", &SpectrumMessages::setFrequency}, {"SP", &SpectrumMessages::setSpan},
-            {"SH", &SpectrumMessages::setChartShown}, {"LC", &SpectrumMessages::setLineColor},
-            {"HM", &SpectrumMessages::setMarkers}};
-        QStringList fields = QString::fromLatin1(body).split(',');
+        static const QHash<QString, Handler> Handlers{{u"ST"_s, &SpectrumMessages::start},
+            {u"SF"_s, &SpectrumMessages::setFrequency}, {u"SP"_s, &SpectrumMessages::setSpan},
+            {u"SH"_s, &SpectrumMessages::setChartShown}, {u"LC"_s, &SpectrumMessages::setLineColor},
+            {u"HM"_s, &SpectrumMessages::setMarkers}};
+        QStringList fields = QString::fromLatin1(body).split(u',');
         const Handler handler = Handlers.value(fields.takeFirst());
         QVERIFY(handler != nullptr);
         (m_messages->*handler)(fields);

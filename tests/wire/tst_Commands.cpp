@@ -2,6 +2,8 @@
 #include "wire/Commands.h"
 #include "wire/Log.h"
 
+using namespace Qt::StringLiterals;
+
 using wire::FieldType;
 
 class tst_Commands : public QObject
@@ -16,17 +18,17 @@ private slots:
             words += command.word;
         }
         words.sort();
-        QCOMPARE(words.join(' '),
-            QString("AK CK CLEAR CM CV DB EI HM IK LC MS PAX PING PM SB SF SH SK SM SP SQ ST Slave "
-                    "VER"));
+        QCOMPARE(words.join(u' '),
+            u"AK CK CLEAR CM CV DB EI HM IK LC MS PAX PING PM SB SF SH SK SM SP SQ ST Slave "_s
+            u"VER"_s);
         words.clear();
         for (const wire::Command& command : wire::fromPanel()) {
             words += command.word;
         }
-        QCOMPARE(words.join(' '), QString("PONG Slave Main"));
+        QCOMPARE(words.join(u' '), u"PONG Slave Main"_s);
     }
 
-    void no_word_stands_twice_and_the_numbers_of_fields_make_sense()
+    void words_are_unique_and_field_counts_consistent()
     {
         for (const auto& commands : {wire::toPanel(), wire::fromPanel()}) {
             for (const wire::Command& command : commands) {
@@ -37,24 +39,97 @@ private slots:
         }
     }
 
-    void a_word_is_found_only_with_its_exact_letters()
+    void a_word_is_found_only_when_it_matches_exactly()
     {
-        QCOMPARE(wire::findCommand(wire::toPanel(), "PING")->word, wire::word::Ping);
+        QCOMPARE(wire::findCommand(wire::toPanel(), u"PING"_s)->word, wire::word::Ping);
         for (const char* unknown : {"ping", "PING ", " PING", "", "PONG", "Main"}) {
-            QVERIFY2(wire::findCommand(wire::toPanel(), unknown) == nullptr, unknown);
+            QVERIFY2(
+                wire::findCommand(wire::toPanel(), QString::fromUtf8(unknown)) == nullptr, unknown);
         }
-        QVERIFY(wire::findCommand(wire::fromPanel(), "PING") == nullptr);
+        QVERIFY(wire::findCommand(wire::fromPanel(), u"PING"_s) == nullptr);
+    }
+
+    void a_message_needs_as_many_fields_as_the_table_says_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<int>("needed");
+        QTest::newRow("a key") << "AK" << 11;
+        QTest::newRow("a key to press at once") << "IK" << 6;
+        QTest::newRow("locked choices") << "EI" << 3;
+        QTest::newRow("a query without fields") << "PING" << 0;
+    }
+
+    void a_message_needs_as_many_fields_as_the_table_says()
+    {
+        QFETCH(QString, word);
+        QFETCH(int, needed);
+        const QByteArray letters = word.toLatin1();
+        const QLatin1String command(letters);
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed, u"1"_s)));
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed + 1, u"1"_s)));
+        if (needed > 0) {
+            QVERIFY(!wire::hasEnoughFields(command, QStringList(needed - 1, u"1"_s)));
+        }
+    }
+
+    void an_unknown_word_never_has_enough_fields()
+    {
+        QVERIFY(!wire::hasEnoughFields(wire::word::Pong, {}));
+        QVERIFY(!wire::hasEnoughFields(QLatin1String("Foo"), QStringList(100, u"1"_s)));
+    }
+
+    void a_command_of_the_panel_is_told_from_what_a_key_sends_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("word"); // empty: a key's
+        QTest::newRow("PONG") << "PONG"
+                              << "PONG";
+        QTest::newRow("Main") << "Main"
+                              << "Main";
+        QTest::newRow("link mode") << "Slave,2"
+                                   << "Slave";
+        QTest::newRow("negative link mode") << "Slave,-3"
+                                            << "Slave";
+        QTest::newRow("link mode without a number") << "Slave,x"
+                                                    << "";
+        QTest::newRow("link mode without a field") << "Slave"
+                                                   << "";
+        QTest::newRow("link mode with a field too many") << "Slave,1,2"
+                                                         << "";
+        QTest::newRow("PONG with a field") << "PONG,1"
+                                           << "";
+        QTest::newRow("other case") << "pong"
+                                    << "";
+        QTest::newRow("word of the main unit") << "PING"
+                                               << "";
+        QTest::newRow("key") << "R1:AGC:1"
+                             << "";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void a_command_of_the_panel_is_told_from_what_a_key_sends()
+    {
+        QFETCH(QString, body);
+        QFETCH(QString, word);
+        const wire::Command* command = wire::commandFromPanel(body.split(u','));
+        QCOMPARE(command != nullptr ? QString(command->word) : QString(), word);
+    }
+
+    void an_empty_list_is_no_command_of_the_panel()
+    {
+        QVERIFY(wire::commandFromPanel({}) == nullptr);
     }
 
     void fields_are_described_up_to_the_last_known_one()
     {
-        const wire::Command* shows = wire::findCommand(wire::toPanel(), "SK");
+        const wire::Command* shows = wire::findCommand(wire::toPanel(), u"SK"_s);
         QCOMPARE(shows->field(0)->name, QLatin1String("menu name"));
         QVERIFY(shows->field(1) == nullptr);
-        const wire::Command* markers = wire::findCommand(wire::toPanel(), "HM");
+        const wire::Command* markers = wire::findCommand(wire::toPanel(), u"HM"_s);
         QCOMPARE(markers->field(1)->name, QLatin1String("level"));
         QCOMPARE(markers->field(100), markers->field(1));
-        QVERIFY(wire::findCommand(wire::toPanel(), "PING")->field(0) == nullptr);
+        QVERIFY(wire::findCommand(wire::toPanel(), u"PING"_s)->field(0) == nullptr);
     }
 
     void a_field_fits_its_type_data()
@@ -62,20 +137,26 @@ private slots:
         QTest::addColumn<FieldType>("type");
         QTest::addColumn<QStringList>("good");
         QTest::addColumn<QStringList>("bad");
-        QTest::newRow("text") << FieldType::Text << QStringList{"", "x", "1"} << QStringList{};
-        QTest::newRow("name") << FieldType::Name << QStringList{"x", " "} << QStringList{""};
-        QTest::newRow("integer") << FieldType::Integer << QStringList{"0", "-7", "2147483647"}
-                                 << QStringList{"", "x", "1.5", "0x2", "99999999999"};
-        QTest::newRow("number") << FieldType::Number << QStringList{"0", "-7.5", "1e3", "nan"}
-                                << QStringList{"", "x", "1.2.3"};
-        QTest::newRow("flag") << FieldType::Flag << QStringList{"0", "1"}
-                              << QStringList{"", "2", "01", "x"};
-        QTest::newRow("placement")
-            << FieldType::Placement << QStringList{"0", "1", ""} << QStringList{"2", "x"};
-        QTest::newRow("state") << FieldType::State << QStringList{"0", "1", "2"}
-                               << QStringList{"", "3", "-1"};
-        QTest::newRow("positions") << FieldType::Positions << QStringList{"", "1", "0:2:3", "1::2"}
-                                   << QStringList{"x", "1:x", "1.5"};
+        QTest::newRow("text") << FieldType::Text << QStringList{u""_s, u"x"_s, u"1"_s}
+                              << QStringList{};
+        QTest::newRow("name") << FieldType::Name << QStringList{u"x"_s, u" "_s}
+                              << QStringList{u""_s};
+        QTest::newRow("integer") << FieldType::Integer
+                                 << QStringList{u"0"_s, u"-7"_s, u"2147483647"_s}
+                                 << QStringList{
+                                        u""_s, u"x"_s, u"1.5"_s, u"0x2"_s, u"99999999999"_s};
+        QTest::newRow("number") << FieldType::Number
+                                << QStringList{u"0"_s, u"-7.5"_s, u"1e3"_s, u"nan"_s}
+                                << QStringList{u""_s, u"x"_s, u"1.2.3"_s};
+        QTest::newRow("flag") << FieldType::Flag << QStringList{u"0"_s, u"1"_s}
+                              << QStringList{u""_s, u"2"_s, u"01"_s, u"x"_s};
+        QTest::newRow("placement") << FieldType::Placement << QStringList{u"0"_s, u"1"_s, u""_s}
+                                   << QStringList{u"2"_s, u"x"_s};
+        QTest::newRow("state") << FieldType::State << QStringList{u"0"_s, u"1"_s, u"2"_s}
+                               << QStringList{u""_s, u"3"_s, u"-1"_s};
+        QTest::newRow("positions")
+            << FieldType::Positions << QStringList{u""_s, u"1"_s, u"0:2:3"_s, u"1::2"_s}
+            << QStringList{u"x"_s, u"1:x"_s, u"1.5"_s};
     }
 
     void a_field_fits_its_type()
@@ -97,7 +178,7 @@ private slots:
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("reason");
         const auto row = [](const char* message, const char* reason) {
-            QTest::newRow(message) << QString(message) << QString(reason);
+            QTest::newRow(message) << QString::fromUtf8(message) << QString::fromUtf8(reason);
         };
         row("AK,Menu,k,L,5,C,,0,,0", "AK: 9 fields, needs 11");
         row("AK", "AK: 0 fields, needs 11");
@@ -128,21 +209,21 @@ private slots:
     void the_reason_says_why_a_message_is_ignored()
     {
         QFETCH(QString, message);
-        QStringList fields = message.split(',');
+        QStringList fields = message.split(u',');
         const QString word = fields.takeFirst();
         QTEST(wire::whyIgnored(word, fields), "reason");
     }
 
     void a_long_field_is_cut_in_the_reason()
     {
-        QCOMPARE(wire::whyIgnored(QString(1000, 'A'), {}),
-            QString("unknown word " + QString(40, 'A') + "..."));
+        QCOMPARE(wire::whyIgnored(QString(1000, u'A'), {}),
+            QString(u"unknown word "_s + QString(40, u'A') + u"..."_s));
     }
 
     void a_message_is_built_with_its_frame()
     {
-        QCOMPARE(wire::message(wire::word::Pong), QString("\x02PONG\x04"));
-        QCOMPARE(wire::message(wire::word::Slave, {"2"}), QString("\x02Slave,2\x04"));
+        QCOMPARE(wire::message(wire::word::Pong), u"\x02PONG\x04"_s);
+        QCOMPARE(wire::message(wire::word::Slave, {u"2"_s}), u"\x02Slave,2\x04"_s);
     }
 
     void an_ignored_message_is_logged_at_debug_level_only()
@@ -151,14 +232,14 @@ private slots:
         logged.clear();
         const QtMessageHandler before = qInstallMessageHandler(
             [](QtMsgType, const QMessageLogContext& context, const QString& text) {
-                logged += QString(context.category) + ' ' + text;
+                logged += QString::fromUtf8(context.category) + u' ' + text;
             });
-        wire::logIgnored(logMenus(), wire::word::SK, "no menu Nowhere");
-        QLoggingCategory::setFilterRules("qn740.menus.debug=true");
-        wire::logIgnored(logMenus(), wire::word::SK, "no menu No\twhere");
-        QLoggingCategory::setFilterRules("");
+        wire::logIgnored(logMenus(), wire::word::SK, u"no menu Nowhere"_s);
+        QLoggingCategory::setFilterRules(u"qn740.menus.debug=true"_s);
+        wire::logIgnored(logMenus(), wire::word::SK, u"no menu No\twhere"_s);
+        QLoggingCategory::setFilterRules(u""_s);
         qInstallMessageHandler(before);
-        QCOMPARE(logged, QStringList{"qn740.menus SK: no menu No\\x09where"});
+        QCOMPARE(logged, QStringList{u"qn740.menus SK: no menu No\\x09where"_s});
     }
 };
 

@@ -3,9 +3,12 @@
 #include "wire/Log.h"
 #include "wire/SerialLine.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 #include <ctime>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 double cpuSeconds()
@@ -24,9 +27,9 @@ private slots:
 
     void devices_are_looked_up_in_the_directory_of_the_environment()
     {
-        QCOMPARE(SerialLine::devicePath("ttyO1"), m_devices->path() + "/ttyO1");
+        QCOMPARE(SerialLine::devicePath(u"ttyO1"_s), m_devices->path() + u"/ttyO1"_s);
         qunsetenv("QN740_DEV");
-        QCOMPARE(SerialLine::devicePath("ttyO1"), QString("/dev/ttyO1"));
+        QCOMPARE(SerialLine::devicePath(u"ttyO1"_s), u"/dev/ttyO1"_s);
     }
 
     void an_open_line_has_eight_data_bits_no_parity_one_stop_bit_data()
@@ -40,10 +43,10 @@ private slots:
     void an_open_line_has_eight_data_bits_no_parity_one_stop_bit()
     {
         QFETCH(int, baudRate);
-        m_devices->add("ttyX");
+        m_devices->add(u"ttyX"_s);
         SerialLine line(&logLink);
-        QVERIFY(line.open("ttyX", baudRate, SerialLine::Reopen::Never, 4096));
-        QCOMPARE(line.name(), QString("ttyX"));
+        QVERIFY(line.open(u"ttyX"_s, baudRate, SerialLine::Reopen::Never, 4096));
+        QCOMPARE(line.name(), u"ttyX"_s);
         QSerialPort& port = line.port();
         QCOMPARE(port.baudRate(QSerialPort::Input), baudRate);
         QCOMPARE(port.baudRate(QSerialPort::Output), baudRate);
@@ -57,9 +60,9 @@ private slots:
 
     void all_byte_values_pass_both_ways()
     {
-        Pty& pty = m_devices->add("ttyX");
+        Pty& pty = m_devices->add(u"ttyX"_s);
         SerialLine line(&logLink);
-        QVERIFY(line.open("ttyX", 115200));
+        QVERIFY(line.open(u"ttyX"_s, 115200));
         QByteArray all;
         for (int i = 0; i < 256; ++i) {
             all += static_cast<char>(i);
@@ -71,24 +74,32 @@ private slots:
         QTRY_COMPARE(pty.received(), all);
     }
 
+    void an_absent_device_is_a_warning_where_it_is_a_fault()
+    {
+        SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyX was not opened: ."_s));
+        QVERIFY(!line.open(u"ttyX"_s, 115200));
+    }
+
     void an_absent_device_is_not_opened()
     {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
         SerialLine line(&logLink);
-        QVERIFY(!line.open("ttyX", 115200));
+        QVERIFY(!line.open(u"ttyX"_s, 115200));
         QVERIFY(!line.isOpen());
     }
 
     void a_line_whose_other_end_goes_away_is_closed_and_logged_once()
     {
-        Pty& pty = m_devices->add("ttyX");
+        Pty& pty = m_devices->add(u"ttyX"_s);
         SerialLine line(&logLink);
         QSignalSpy lost(&line, &SerialLine::lost);
-        QVERIFY(line.open("ttyX", 115200));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyX was lost: .*"));
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyX was lost: .*"_s));
         pty.close();
         QTRY_COMPARE(lost.count(), 1);
         QVERIFY(!line.isOpen());
-        // what a loop at full speed would burn in this time is many times more
+        // A loop at full speed would use many times more.
         const double before = cpuSeconds();
         QTest::qWait(1000);
         QVERIFY(cpuSeconds() - before < 0.3);
@@ -99,11 +110,11 @@ private slots:
     {
         SerialLine line(&logLink);
         QSignalSpy opened(&line, &SerialLine::opened);
-        QVERIFY(!line.open("ttyX", 115200, SerialLine::Reopen::EveryTwoSeconds));
-        m_devices->add("ttyX");
+        QVERIFY(!line.open(u"ttyX"_s, 115200, SerialLine::Reopen::EveryTwoSeconds));
+        m_devices->add(u"ttyX"_s);
         QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, 20000);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^ttyX was lost: .*"));
-        Pty& again = m_devices->add("ttyX");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyX was lost: .*"_s));
+        Pty& again = m_devices->add(u"ttyX"_s);
         QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 2, 20000);
         line.port().write("back");
         QTRY_COMPARE(again.received(), QByteArray("back"));
@@ -112,10 +123,10 @@ private slots:
     void a_line_that_is_closed_is_not_tried_again()
     {
         SerialLine line(&logLink);
-        QVERIFY(!line.open("ttyX", 115200, SerialLine::Reopen::EveryTwoSeconds));
+        QVERIFY(!line.open(u"ttyX"_s, 115200, SerialLine::Reopen::EveryTwoSeconds));
         line.close();
         QSignalSpy opened(&line, &SerialLine::opened);
-        m_devices->add("ttyX");
+        m_devices->add(u"ttyX"_s);
         QTest::qWait(2500);
         QCOMPARE(opened.count(), 0);
     }

@@ -1,12 +1,14 @@
 #include "support/TestMain.h"
 #include "wire/SpanTable.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_SpanTable : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void every_span_is_as_the_unit_has_it_data()
+    void each_span_has_the_values_of_the_unit_data()
     {
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("fftParam");
@@ -46,13 +48,13 @@ private slots:
                            << "0066" << 43.347002 << Ticks{50, 60, 70, 80, 90};
     }
 
-    void every_span_is_as_the_unit_has_it()
+    void each_span_has_the_values_of_the_unit()
     {
-        const SpanInfo& span = spanTable().at(QString(QTest::currentDataTag()).toInt());
-        QTEST(QString(span.label), "label");
-        QCOMPARE(QString(span.label).size(), 7);
-        QTEST(QString(span.fftParam), "fftParam");
-        QTEST(QString(span.code), "code");
+        const SpanInfo& span = spanTable().at(QString::fromUtf8(QTest::currentDataTag()).toInt());
+        QTEST(QString::fromUtf8(span.label), "label");
+        QCOMPARE(QString::fromUtf8(span.label).size(), 7);
+        QTEST(QString::fromUtf8(span.fftParam), "fftParam");
+        QTEST(QString::fromUtf8(span.code), "code");
         QTEST(span.spanMHz, "spanMHz");
         QTEST(span.ticks, "ticks");
     }
@@ -62,9 +64,9 @@ private slots:
     void an_entry_keeps_its_five_values()
     {
         const SpanInfo span("label", "param", "code", 1.5, {1, 2, 3, 4, 5});
-        QCOMPARE(QString(span.label), QString("label"));
-        QCOMPARE(QString(span.fftParam), QString("param"));
-        QCOMPARE(QString(span.code), QString("code"));
+        QCOMPARE(QString::fromUtf8(span.label), u"label"_s);
+        QCOMPARE(QString::fromUtf8(span.fftParam), u"param"_s);
+        QCOMPARE(QString::fromUtf8(span.code), u"code"_s);
         QCOMPARE(span.spanMHz, 1.5);
         QCOMPARE(span.ticks, QVector<double>({1, 2, 3, 4, 5}));
     }

@@ -1,6 +1,8 @@
 #include "support/TestMain.h"
 #include "wire/Trace.h"
 
+using namespace Qt::StringLiterals;
+
 class tst_Trace : public QObject
 {
     Q_OBJECT
@@ -8,22 +10,22 @@ class tst_Trace : public QObject
 private slots:
     void a_line_has_time_direction_and_printable_frame()
     {
-        QCOMPARE((wire::TraceLine{12.3456, true, "\x02PING\x04"}.text()),
-            QString("12.346 in \\x02PING\\x04"));
+        QCOMPARE((wire::TraceLine{12.3456, true, u"\x02PING\x04"_s}.text()),
+            u"12.346 in \\x02PING\\x04"_s);
         QCOMPARE((wire::TraceLine{0, false,
-                     "\x02"
-                     "a\xff\x04"}
+                     u"\x02"_s
+                     u"a\xff\x04"_s}
                          .text()
                          .left(10)),
-            QString("0.000 out "));
+            u"0.000 out "_s);
     }
 
     void a_line_is_read_back_data()
     {
         QTest::addColumn<QString>("line");
-        QTest::newRow("bare") << "12.345 in \\x02PING\\x04";
+        QTest::newRow("line alone") << "12.345 in \\x02PING\\x04";
         QTest::newRow("as the log writes it") << "qn740.link: 12.345 in \\x02PING\\x04";
-        QTest::newRow("with a time of the log's own")
+        QTest::newRow("with the time of the log")
             << "2026-01-01T10:00:00.123 qn740.link: 12.345 in \\x02PING\\x04";
     }
 
@@ -34,7 +36,7 @@ private slots:
         QVERIFY(read);
         QCOMPARE(read->seconds, 12.345);
         QVERIFY(read->in);
-        QCOMPARE(read->frame, QString("\x02PING\x04"));
+        QCOMPARE(read->frame, u"\x02PING\x04"_s);
     }
 
     void all_characters_survive()
@@ -48,7 +50,7 @@ private slots:
         QCOMPARE(read->frame, all);
     }
 
-    void another_line_is_none_data()
+    void other_lines_are_not_trace_lines_data()
     {
         QTest::addColumn<QString>("line");
         QTest::newRow("empty") << "";
@@ -57,16 +59,16 @@ private slots:
         QTest::newRow("no direction") << "12.345 up x";
     }
 
-    void another_line_is_none()
+    void other_lines_are_not_trace_lines()
     {
         QFETCH(QString, line);
         QVERIFY(!wire::TraceLine::fromText(line));
     }
 
-    void time_goes_on()
+    void the_time_of_a_line_advances()
     {
-        const double first = wire::TraceLine::now(true, "").seconds;
-        QTRY_VERIFY(wire::TraceLine::now(true, "").seconds > first);
+        const double first = wire::TraceLine::now(true, u""_s).seconds;
+        QTRY_VERIFY(wire::TraceLine::now(true, u""_s).seconds > first);
     }
 };
 

@@ -69,6 +69,7 @@ void takeMainMenus(PanelPictures& panel)
     panel.say(u"DB,The set-up FLIGHT_1 was stored.,1"_s);
     PanelPictures::settle();
     panel.take(u"message-ok"_s);
+    panel.withEditor(u"Tuner CH1"_s, u"freq"_s, [&](QWidget*) { panel.take(u"message-pad"_s); });
     panel.say(u"DB,KILLBOX"_s);
     panel.say(u"SM,3,1"_s);
     panel.say(u"PAX,1"_s);

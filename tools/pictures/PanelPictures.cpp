@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QProcess>
 #include <QPushButton>
 #include <QSplashScreen>
@@ -39,10 +40,28 @@ PanelPictures::~PanelPictures()
 void PanelPictures::stop()
 {
     m_window.reset();
+    stopUnit();
+}
+
+void PanelPictures::stopUnit()
+{
     if (m_unit) {
         m_unit->terminate();
         m_unit->waitForFinished();
         m_unit.reset();
+    }
+}
+
+void PanelPictures::waitForNotice()
+{
+    const auto* notice = part<QLabel>(*m_window, "noticeLabel");
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (notice->text().isEmpty() && elapsed.elapsed() < MaxWaitMs) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    if (notice->text().isEmpty()) {
+        fail(u"no notice about the link"_s);
     }
 }
 

@@ -43,6 +43,12 @@ public:
     /// Lets the unit send a message ("SK,Tuner CH1") and waits until the panel has handled it.
     void say(const QString& message);
 
+    /// Ends the simulated unit, with all of its lines.
+    void stopUnit();
+
+    /// Waits until the panel shows a notice about its link.
+    void waitForNotice();
+
     /// Shows a menu and presses one of its keys.
     void press(const QString& menu, const QString& keyId);
 

@@ -16,6 +16,8 @@ void takeMenus(PanelPictures& panel);
 void takePaxBeforeSpectrum(PanelPictures& panel);
 /// The main menus, the window of the link mode, and message boxes.
 void takeMainMenus(PanelPictures& panel);
+/// Long status texts, a silent main unit, and one that is gone. The unit is at its end then.
+void takeNotices(PanelPictures& panel);
 /// Every modal editor.
 void takeEditors(PanelPictures& panel);
 /// The scopes page with the signals of the unit.

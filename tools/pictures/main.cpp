@@ -60,6 +60,7 @@ int takeEverything(const QString& directory)
     takeEditors(panel);
     takeScopes(panel);
     takeStart(panel);
+    takeNotices(panel);
     return result({&bare, &panel});
 }
 

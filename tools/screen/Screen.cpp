@@ -44,17 +44,20 @@ bool standsOver(const QWindow* window, const QWindow* below)
     return window != nullptr;
 }
 
-// The layer of a window: 0 is the lowest, 3 the highest.
+// The layer of a window: 0 is the lowest, 4 the highest.
 int layerOf(const QWidget* window)
 {
     if (window->inherits("QMainWindow")) {
         return 0;
     }
     if (window->windowType() == Qt::Popup) {
-        return 3;
+        return 4;
     }
     const QWidget* modal = QApplication::activeModalWidget();
-    return modal != nullptr && standsOver(window->windowHandle(), modal->windowHandle()) ? 2 : 1;
+    if (window == modal) {
+        return 2;
+    }
+    return modal != nullptr && standsOver(window->windowHandle(), modal->windowHandle()) ? 3 : 1;
 }
 
 QWidgetList visibleWindows()
