@@ -54,12 +54,12 @@ private slots:
 
     void what_is_left_out_is_logged_at_debug_level()
     {
-        QLoggingCategory::setFilterRules("qn740.popups.debug=true");
+        QLoggingCategory::setFilterRules(u"qn740.popups.debug=true"_s);
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("list: the choices after 400 are left out: 7$"));
-        choices::parse(QString("1 a:").repeated(407));
+            QtDebugMsg, QRegularExpression(u"list: the choices after 400 are left out: 7$"_s));
+        choices::parse(u"1 a:"_s.repeated(407));
         QTest::ignoreMessage(
-            QtDebugMsg, QRegularExpression("list: 17 columns asked for, 16 shown$"));
+            QtDebugMsg, QRegularExpression(u"list: 17 columns asked for, 16 shown$"_s));
         const Grid cut(4, 17);
         QCOMPARE(cut.columns(), 16);
         QLoggingCategory::setFilterRules(QString());
@@ -192,7 +192,7 @@ private slots:
         QFETCH(double, value);
         const auto known = std::isnan(value) ? std::nullopt : std::optional<double>(value);
         const auto offered =
-            choices::parse("0 PCM/FM:1 SOQPSK:0.1 Tenth:cpm ARTM CPM:iq I & Q:1 Again:  ");
+            choices::parse(u"0 PCM/FM:1 SOQPSK:0.1 Tenth:cpm ARTM CPM:iq I & Q:1 Again:  "_s);
         QTEST(choices::presentAt(offered, {text, known}), "at");
     }
 
