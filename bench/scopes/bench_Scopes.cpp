@@ -343,7 +343,7 @@ private:
 
 // ---- everything that is measured, by name
 
-struct Bench
+struct Pieces
 {
     std::vector<Data> blocks;
     Receiver whole;
@@ -370,7 +370,7 @@ struct Bench
 
     std::vector<std::pair<std::string, std::function<void()>>> pieces_;
 
-    Bench()
+    Pieces()
     {
         for (quint32 seed = 1; seed <= 16; ++seed) {
             blocks.emplace_back(seed);
@@ -461,12 +461,12 @@ double cpuNanoseconds()
 }
 
 // Medians of pieces that take turns, so that other load on the machine affects all of them alike.
-std::map<std::string, double> medians(const Bench& bench)
+std::map<std::string, double> medians(const Pieces& pieces)
 {
     constexpr int Rounds = 301;
     std::map<std::string, std::vector<double>> times;
     for (int round = 0; round < Rounds; ++round) {
-        for (const auto& [name, piece] : bench.pieces_) {
+        for (const auto& [name, piece] : pieces.pieces_) {
             const int repeats = name.find("decode") != std::string::npos ? 200 : 4;
             piece();
             const double begin = cpuNanoseconds();
@@ -484,11 +484,11 @@ std::map<std::string, double> medians(const Bench& bench)
     return result;
 }
 
-void printRatios(const Bench& bench)
+void printRatios(const Pieces& pieces)
 {
-    const auto ns = medians(bench);
-    std::printf("\nmedian of a block, all pieces taking turns\n");
-    for (const auto& [name, piece] : bench.pieces_) {
+    const auto ns = medians(pieces);
+    std::printf("\nmedian per block, all pieces taking turns\n");
+    for (const auto& [name, piece] : pieces.pieces_) {
         std::printf("  %-58s %10.0f ns\n", name.c_str(), ns.at(name));
     }
     std::printf("ratios\n");
@@ -506,16 +506,16 @@ void printRatios(const Bench& bench)
     }
 }
 
-int runForCallgrind(const Bench& bench, const std::string& wanted)
+int runForCallgrind(const Pieces& pieces, const std::string& wanted)
 {
-    for (const auto& [name, piece] : bench.pieces_) {
+    for (const auto& [name, piece] : pieces.pieces_) {
         if (name == wanted) {
             piece(); // The first run has to do more than the others.
             repeatForCallgrind(piece);
             return 0;
         }
     }
-    for (const auto& [name, piece] : bench.pieces_) {
+    for (const auto& [name, piece] : pieces.pieces_) {
         std::printf("%s\n", name.c_str());
     }
     return wanted == "list" ? 0 : 1;
@@ -527,7 +527,7 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    Bench bench; // The pieces work on its members.
+    Pieces pieces; // They work on its members.
     if (argc > 1 && std::strcmp(argv[1], "--ratios") == 0) {
         for (const Ratio& ratio : Ratios) {
             std::printf("%s|%s|%s|%s\n", ratio.title, ratio.over, ratio.under, ratio.goal);
@@ -536,9 +536,9 @@ int main(int argc, char** argv)
     }
     const std::string option = "--callgrind=";
     if (argc > 1 && std::string(argv[1]).rfind(option, 0) == 0) {
-        return runForCallgrind(bench, std::string(argv[1]).substr(option.size()));
+        return runForCallgrind(pieces, std::string(argv[1]).substr(option.size()));
     }
-    for (const auto& [name, piece] : bench.pieces_) {
+    for (const auto& [name, piece] : pieces.pieces_) {
         benchmark::RegisterBenchmark(name.c_str(), [run = piece](benchmark::State& state) {
             for (auto _ : state) {
                 run();
@@ -547,9 +547,9 @@ int main(int argc, char** argv)
     }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
-    printRatios(bench);
-    if (!bench.constellationView.hasData() || !bench.eyeView.hasData() ||
-        !bench.sdiView.hasData()) {
+    printRatios(pieces);
+    if (!pieces.constellationView.hasData() || !pieces.eyeView.hasData() ||
+        !pieces.sdiView.hasData()) {
         std::fprintf(stderr, "nothing was painted: the figures are void\n");
         return 1;
     }

@@ -71,6 +71,6 @@ int main(int argc, char** argv)
     benchmark::RunSpecifiedBenchmarks();
     const double small = nanosecondsAByte(10000);
     const double large = nanosecondsAByte(160000);
-    std::printf("a byte, one at a time: %.1f ns at 10 kB, %.1f ns at 160 kB, ratio %.2f\n", small,
+    std::printf("per byte, one at a time: %.1f ns at 10 kB, %.1f ns at 160 kB, ratio %.2f\n", small,
         large, large / small);
 }

@@ -310,7 +310,7 @@ void shareOfACore(const QString& directory, int points, int charts)
     turn(Milliseconds);
     const double used = cpuSeconds() - before;
     const double seconds = static_cast<double>(elapsed.nsecsElapsed()) / 1e9;
-    std::printf("%d charts, %d points: %.1f spectra a second take %.2f %% of a core\n", charts,
+    std::printf("%d charts, %d points: %.1f spectra per second take %.2f %% of a core\n", charts,
         points, spectraSeen / seconds, 100.0 * used / seconds);
 }
 

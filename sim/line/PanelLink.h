@@ -11,11 +11,11 @@
 
 class PseudoTerminal;
 
-/// The unit's end of the panel's line. What is said there is decided by a subclass: the main unit,
-/// or a recording that is replayed.
+/// The unit's end of the panel's line. A subclass decides what is sent: the main unit, or a
+/// recording that is replayed.
 ///
-/// Out: write() sends a frame through the faults and announces each piece that really goes over the
-/// line by wrote(). In: what comes is cut into messages and unframed text; each is announced by
+/// write() sends a frame through the faults and announces each piece that really goes over the line
+/// by wrote(). Bytes from the panel are cut into messages and unframed text; each is announced by
 /// received() and then passed to handle(). While busy(), the panel has not read everything yet, and
 /// more should wait until lineFree() is called.
 class PanelLink : public QObject

@@ -1,6 +1,7 @@
 #include "sim/replay/ReplayScore.h"
 
 #include "sim/replay/Recording.h"
+#include "wire/Commands.h"
 #include "wire/Message.h"
 
 #include <QRegularExpression>
@@ -17,31 +18,34 @@ constexpr int Questions = 4;
 // Returns the question that the body is.
 std::optional<Question> questionIn(const QString& body)
 {
-    if (body == QLatin1String("PING")) {
+    if (body == wire::word::Ping) {
         return Question::Ping;
     }
-    if (body == QLatin1String("VER")) {
+    if (body == wire::word::Ver) {
         return Question::Version;
     }
-    if (body == QLatin1String("Slave")) {
+    if (body == wire::word::Slave) {
         return Question::LinkMode;
     }
-    return body == QLatin1String("ST,1") ? std::optional(Question::SpectrumStart) : std::nullopt;
+    return body == QString(wire::word::ST + QLatin1String(",1"))
+        ? std::optional(Question::SpectrumStart)
+        : std::nullopt;
 }
 
 // Returns the question that the frame would answer.
 std::optional<Question> questionAnsweredBy(const QString& frame)
 {
     static const QRegularExpression version(QStringLiteral("\\A\x02[0-9.]+\x04\\z"));
-    static const QRegularExpression mode(QStringLiteral("\\A\x02Slave,-?[0-9]+\x04\\z"));
-    if (frame == QLatin1String("\x02PONG\x04")) {
-        return Question::Ping;
-    }
     // three texts without a frame, which arrive together
     if (frame.startsWith(QLatin1String("D1:SPEN:1"))) {
         return Question::SpectrumStart;
     }
-    if (mode.match(frame).hasMatch()) {
+    const wire::Command* command =
+        Recording::isFramed(frame) ? wire::commandFromPanel(wire::fields(frame)) : nullptr;
+    if (command != nullptr && command->word == wire::word::Pong) {
+        return Question::Ping;
+    }
+    if (command != nullptr && command->word == wire::word::Slave) {
         return Question::LinkMode;
     }
     return version.match(frame).hasMatch() ? std::optional(Question::Version) : std::nullopt;

@@ -1,6 +1,7 @@
 #include "sim/unit/MainUnit.h"
 
 #include "sim/line/PseudoTerminal.h"
+#include "wire/Commands.h"
 #include "wire/Message.h"
 
 #include <algorithm>
@@ -62,7 +63,7 @@ void MainUnit::panelCame()
     m_begun = false;
     m_panelVersion.clear();
     m_versionWait.start();
-    send(QStringLiteral("VER"));
+    send(wire::word::Ver);
 }
 
 void MainUnit::panelWent()
@@ -87,17 +88,26 @@ void MainUnit::lineFree()
 
 void MainUnit::take(const QString& body)
 {
-    const QString slave = QStringLiteral("Slave,");
-    if (body.startsWith(slave)) {
-        bool ok = false;
-        const int mode = body.mid(slave.size()).toInt(&ok);
-        m_linkMode = ok && mode >= 0 && mode <= 2 ? mode : m_linkMode;
+    const QStringList fields = body.split(QLatin1Char(','));
+    if (fields.size() > 1 && fields.first() == wire::word::Slave) {
+        takeLinkMode(fields);
     } else if (m_panelVersion.isEmpty() && isVersion(body)) {
         m_panelVersion = body;
         begin();
     } else if (m_answers.size() < MaxAnswers) {
         m_answers += m_keys.answers(body);
     }
+}
+
+// Takes the fields of "Slave", the word included. Numbers that are no mode change nothing.
+void MainUnit::takeLinkMode(const QStringList& message)
+{
+    constexpr int LastMode = 2;
+    if (wire::commandFromPanel(message) == nullptr) {
+        return;
+    }
+    const int mode = message.at(1).toInt();
+    m_linkMode = mode >= 0 && mode <= LastMode ? mode : m_linkMode;
 }
 
 void MainUnit::begin()

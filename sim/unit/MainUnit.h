@@ -53,6 +53,7 @@ private:
     void handle(const QString& text, bool framed) override;
     void lineFree() override;
     void take(const QString& body);
+    void takeLinkMode(const QStringList& message);
     void begin();
     void pump();
     bool step();

@@ -1,5 +1,7 @@
 #include "sim/unit/UnitKeys.h"
 
+#include "wire/Commands.h"
+
 #include <cmath>
 
 namespace {
@@ -79,7 +81,7 @@ QStringList menuOfCommand(const QString& command, qsizetype prefix)
 {
     QString name = command.mid(prefix);
     name.chop(name.endsWith(QLatin1Char(':')) ? 1 : 0);
-    return name.isEmpty() ? QStringList() : QStringList{QLatin1String("SK,") + name};
+    return name.isEmpty() ? QStringList() : QStringList{joined(wire::word::SK, {name})};
 }
 
 // Returns the messages for a key that changes the screen, none for other keys.
@@ -89,10 +91,11 @@ QStringList confirmScreen(const QString& command)
         return menuOfCommand(command, 3);
     }
     if (command.startsWith(QLatin1String("PAX:1:"))) {
-        return {QStringLiteral("PAX,1")};
+        return {joined(wire::word::Pax, {QStringLiteral("1")})};
     }
     if (command.startsWith(QLatin1String("PAX:0:"))) {
-        return QStringList{QStringLiteral("PAX,0")} + menuOfCommand(command, 6);
+        return QStringList{joined(wire::word::Pax, {QStringLiteral("0")})} +
+            menuOfCommand(command, 6);
     }
     return {};
 }
@@ -101,7 +104,7 @@ QStringList confirmChoice(QStringList fields, const QString& value)
 {
     const QString known = choiceText(fields.at(Options), value);
     fields[Label] = labelWith(fields.at(Label), known.isEmpty() ? value : known);
-    return {joined(QLatin1String("AK"), fields)};
+    return {joined(wire::word::AK, fields)};
 }
 
 QStringList confirmFile(QStringList fields, const QString& value)
@@ -123,12 +126,12 @@ QStringList confirmFile(QStringList fields, const QString& value)
         return {};
     }
     fields[Label] = labelWith(fields.at(Label), shown);
-    return {joined(QLatin1String("AK"), fields)};
+    return {joined(wire::word::AK, fields)};
 }
 
 QStringList confirmValue(const QStringList& fields, const QString& value, const QString& toggle)
 {
-    return {joined(QLatin1String("CV"), {fields.at(Menu), fields.at(KeyId), value, toggle})};
+    return {joined(wire::word::CV, {fields.at(Menu), fields.at(KeyId), value, toggle})};
 }
 
 QStringList confirm(const QStringList& fields, const QString& value)
@@ -166,14 +169,14 @@ void UnitKeys::apply(const QString& body)
 {
     QStringList fields = body.split(QLatin1Char(','));
     const QString word = fields.takeFirst();
-    if (word == QLatin1String("CLEAR")) {
+    if (word == wire::word::Clear) {
         m_keys.clear();
         m_index.clear();
         return;
     }
     const QString key = slot(fields.value(Menu), fields.value(KeyId));
     const bool known = m_index.contains(key);
-    if (word == QLatin1String("AK") && fields.size() >= Count) {
+    if (word == wire::word::AK && wire::hasEnoughFields(wire::word::AK, fields)) {
         fields = fields.mid(0, Count);
         if (known) {
             Fields& present = m_keys[m_index.value(key)];
@@ -186,10 +189,10 @@ void UnitKeys::apply(const QString& body)
             m_index.insert(key, m_keys.size());
             m_keys.append(fields);
         }
-    } else if (word == QLatin1String("CV") && known) {
+    } else if (word == wire::word::CV && known) {
         m_keys[m_index.value(key)][Value] = fields.value(2);
         m_keys[m_index.value(key)][Toggle] = fields.value(3);
-    } else if (word == QLatin1String("CK") && known) {
+    } else if (word == wire::word::CK && known) {
         m_keys[m_index.value(key)][State] = fields.value(2);
     }
 }

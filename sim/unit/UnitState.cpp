@@ -1,5 +1,7 @@
 #include "sim/unit/UnitState.h"
 
+#include "wire/Commands.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -17,7 +19,7 @@ constexpr double LoopReach = 0.01;
 constexpr double MaxOffset = 0.5;
 constexpr int LastScopeMode = 3;
 
-enum KeyField { Command = 4, Options = 7, Value = 8, FieldCount = 11 };
+enum KeyField { Command = 4, Options = 7, Value = 8 };
 
 bool isPositive(double value)
 {
@@ -139,17 +141,17 @@ void UnitState::takeMessage(const QString& body)
 {
     QStringList fields = body.split(QLatin1Char(','));
     const QString word = fields.takeFirst();
-    if (word == QLatin1String("AK")) {
+    if (word == wire::word::AK) {
         takeKey(fields);
-    } else if (word == QLatin1String("CV")) {
+    } else if (word == wire::word::CV) {
         const KeyOf key = m_keys.value(fields.value(0) + QLatin1Char(',') + fields.value(1));
         // a choice is confirmed by the label of its key
         if (key.options.isEmpty()) {
             set(key.command, fields.value(2), false);
         }
-    } else if (word == QLatin1String("CLEAR")) {
+    } else if (word == wire::word::Clear) {
         restart();
-    } else if (word == QLatin1String("SM")) {
+    } else if (word == wire::word::SM) {
         bool isMode = false;
         const int mode = fields.value(1).toInt(&isMode);
         const int demodulator = fields.value(0).toInt();
@@ -163,7 +165,7 @@ void UnitState::takeMessage(const QString& body)
 void UnitState::takeKey(const QStringList& fields)
 {
     const QString key = fields.value(0) + QLatin1Char(',') + fields.value(1);
-    if (fields.size() < FieldCount || m_keys.contains(key)) {
+    if (!wire::hasEnoughFields(wire::word::AK, fields) || m_keys.contains(key)) {
         return;
     }
     m_keys.insert(key, {fields.at(Command), fields.at(Options)});

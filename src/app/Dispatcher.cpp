@@ -23,7 +23,7 @@ const QLoggingCategory& categoryOf(wire::Room room)
     return logLink();
 }
 
-// Logs, at debug level, what is wrong with a message, as far as the table of command words tells;
+// Logs, at debug level, what is wrong with a message, as far as the table of command words shows;
 // the slots log the rest.
 void logFault(const QString& word, const QStringList& fields)
 {

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr int HeightOverPage = 30;
+constexpr int HeightOverPage = 22; // leaves the text of a key in the last row free
 constexpr int SideMargin = 12;
 
 QString textOf(LinkState state)

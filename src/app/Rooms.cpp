@@ -12,10 +12,12 @@
 #include "menus/MenuMessages.h"
 #include "scopes/ScopeMessages.h"
 #include "scopes/ScopesPage.h"
+#include "scopes/StcMagPhasePlot.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumMessages.h"
 
 #include <QCoreApplication>
+#include <QPushButton>
 
 namespace {
 
@@ -74,7 +76,12 @@ void Rooms::connectSpectrum()
         }
     });
     QObject::connect(spectrum, &SpectrumMessages::unframedResponse, link, &LinkControl::write);
-    QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices, &ChoiceLists::askSpan);
+    QObject::connect(
+        spectrum, &SpectrumMessages::choiceWanted, choices, [this](const QString& items) {
+            const SpectralCard* card = spectrum->card();
+            choices->askSpan(
+                items, card != nullptr ? std::optional<int>(card->getSpan(0)) : std::nullopt);
+        });
     QObject::connect(choices, &ChoiceLists::spanChosen, spectrum, &SpectrumMessages::applyChoice);
 }
 
@@ -92,8 +99,18 @@ void Rooms::addScopes()
 
 void Rooms::connectScopeMessages()
 {
-    QObject::connect(
-        scopeMessages, &ScopeMessages::choiceWanted, choices, &ChoiceLists::askScopeMode);
+    StcMagPhasePlot* const display = scopes->magPhasePlot();
+    const auto dim = [display](LinkState state) {
+        display->setDimmed(state != LinkState::Alive); // the main unit fills it
+    };
+    QObject::connect(link, &LinkControl::healthChanged, display, dim);
+    dim(link->health());
+    QObject::connect(scopeMessages, &ScopeMessages::choiceWanted, choices,
+        [this](int demodulator, const QString& items) {
+            const QPushButton* button = scopes->modeButton(demodulator);
+            const QString shown = button != nullptr ? button->text() : QString();
+            choices->askScopeMode(demodulator, items, shown.mid(QStringLiteral("Demod n ").size()));
+        });
 }
 
 void Rooms::connectLoan()

@@ -1,17 +1,17 @@
 #include "menus/ImmediateKey.h"
 
 #include "touch/TextButton.h"
+#include "wire/Commands.h"
 
 #include <cmath>
 
 namespace {
-constexpr qsizetype MinFields = 6;
 constexpr qsizetype ValueField = 7;
 } // namespace
 
 std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields)
 {
-    if (fields.size() < MinFields) {
+    if (!wire::hasEnoughFields(wire::word::IK, fields)) {
         return nullptr;
     }
     bool typeOk = false;
@@ -29,6 +29,7 @@ std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields
         const float value = fields.value(ValueField).toFloat(&valueOk);
         valueOk = valueOk && std::isfinite(value);
         key->value = static_cast<double>(value);
+        key->valueGiven = true;
     }
     if (!typeOk || !paramOk || !valueOk) {
         return nullptr;

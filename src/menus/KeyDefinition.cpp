@@ -1,12 +1,11 @@
 #include "menus/KeyDefinition.h"
 
 #include "menus/Key.h"
+#include "wire/Commands.h"
 
 #include <cmath>
 
 namespace {
-constexpr qsizetype MinFields = 11;
-
 bool isSet(const QString& field)
 {
     return field == QLatin1String("1");
@@ -22,7 +21,7 @@ double valueFromText(const QString& text)
 
 std::optional<KeyDefinition> KeyDefinition::fromFields(const QStringList& fields)
 {
-    if (fields.size() < MinFields) {
+    if (!wire::hasEnoughFields(wire::word::AK, fields)) {
         return std::nullopt;
     }
     KeyDefinition definition;

@@ -153,6 +153,24 @@ const Command* findCommand(const QList<Command>& commands, const QString& word)
     return found == commands.end() ? nullptr : &*found;
 }
 
+bool hasEnoughFields(QLatin1String word, const QStringList& fields)
+{
+    const Command* command = findCommand(toPanel(), word);
+    return command != nullptr && fields.size() >= command->minFields;
+}
+
+const Command* commandFromPanel(const QStringList& message)
+{
+    const Command* command = findCommand(fromPanel(), message.value(0));
+    if (command == nullptr || message.size() != command->fields.size() + 1) {
+        return nullptr;
+    }
+    const bool allFit =
+        std::equal(command->fields.begin(), command->fields.end(), message.begin() + 1,
+            [](const Field& field, const QString& text) { return fits(field.type, text); });
+    return allFit ? command : nullptr;
+}
+
 bool fits(FieldType type, const QString& text)
 {
     const bool isBit = text == QLatin1String("0") || text == QLatin1String("1");

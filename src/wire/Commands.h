@@ -95,6 +95,15 @@ const QList<Command>& fromPanel();
 /// \param commands toPanel() or fromPanel()
 const Command* findCommand(const QList<Command>& commands, const QString& word);
 
+/// \return whether a message to the panel with this word has as many fields as the panel needs.
+/// \param word one of toPanel() \param fields what follows it
+bool hasEnoughFields(QLatin1String word, const QStringList& fields);
+
+/// \return the command of the panel that a message is: with its word, with as many fields as the
+/// command has, and all of their types; nullptr for anything else, such as what a key sends.
+/// \param message the fields of the message, the word included
+const Command* commandFromPanel(const QStringList& message);
+
 /// \return whether the text is a value of this type.
 bool fits(FieldType type, const QString& text);
 

@@ -33,7 +33,7 @@ namespace {
 using Kind = Example::Kind;
 
 constexpr int TickMs = 5;
-constexpr int LongestRunMs = 60000;
+constexpr int MaxRunMs = 60000;
 const QByteArray Pong = framed("PONG");
 
 struct Form
@@ -83,7 +83,7 @@ QStringList namesIn(const QString& text)
     return names;
 }
 
-// Returns one statement, or one for each press in a row of presses; none when the text is not
+// Returns one statement, or one per press in a sequence of presses; none when the text is not
 // understood.
 QList<Example::Statement> statementsOf(const QString& text)
 {
@@ -116,7 +116,7 @@ QAbstractButton* visibleButton(const QWidget* window, const QString& text)
     return nullptr;
 }
 
-// Returns what the operator's finger would find: in the modal editor, else in a window over the
+// Returns the button that the operator could touch: in the modal editor, else in a window over the
 // panel, else in the panel.
 QAbstractButton* buttonOnTop(const QString& text)
 {
@@ -147,7 +147,7 @@ QMessageBox* shownBox()
     return nullptr;
 }
 
-// The link mode is kept over a restart: each panel begins with none.
+// The link mode is stored, so each panel starts with a reset one.
 DeviceDirectory& withoutLinkMode(DeviceDirectory& devices)
 {
     linkMode::store(linkMode::None);
@@ -183,7 +183,7 @@ QList<Example> Example::read(const QByteArray& document, QStringList& faults)
     }
     for (const Example& example : std::as_const(examples)) {
         if (example.statements.isEmpty()) {
-            faults += u"%1: nothing is said about what comes of it"_s.arg(example.line);
+            faults += u"%1: has no statement about the result"_s.arg(example.line);
         }
     }
     return examples;
@@ -220,14 +220,14 @@ ExampleRun::ExampleRun(const Example& example, int patienceMs)
 
 QString ExampleRun::failure()
 {
-    m_deadline.start(LongestWaitMs);
+    m_deadline.start(MaxWaitMs);
     m_tick.start(TickMs);
     const bool ended = QTest::qWaitFor(
         [this] { return !m_tick.isActive() && QApplication::activeModalWidget() == nullptr; },
-        LongestRunMs);
+        MaxRunMs);
     m_tick.stop();
     if (!ended && m_failure.isEmpty()) {
-        m_failure = u"does not come to its end"_s;
+        m_failure = u"does not end"_s;
     }
     return m_failure;
 }
@@ -264,7 +264,7 @@ void ExampleRun::tryNext()
     }
 }
 
-// Closes the editors that are open, one at a time: each runs inside a press.
+// Closes one open editor per call, because each runs inside the press that has opened it.
 void ExampleRun::giveUp()
 {
     if (QWidget* modal = QApplication::activeModalWidget()) {
@@ -332,7 +332,7 @@ ExampleRun::Outcome ExampleRun::press(const QString& text)
     if (button == nullptr) {
         return Outcome::NotYet;
     }
-    // not from here: a timer does not fire again while its own signal is under way
+    // Not from here, because a timer does not fire again inside its own signal.
     m_pressing = true;
     QTimer::singleShot(0, button, [this, button] {
         m_pressing = false;
@@ -360,7 +360,7 @@ ExampleRun::Outcome ExampleRun::sends(const QByteArray& expected)
     return Outcome::NotYet;
 }
 
-// Nothing but the answers to our own questions, of which the last one is asked now.
+// Only the answers to our own queries may come; the last query is sent now.
 ExampleRun::Outcome ExampleRun::sendsNothing()
 {
     if (!m_lastAsked) {
@@ -475,8 +475,8 @@ bool ExampleRun::chartHolds(const Example::Statement& statement) const
     }
 }
 
-// Whether the panel is done with the messages: it has answered what came behind them, or it has
-// opened an editor.
+// Whether the panel has carried out the messages: it has answered the query behind them, or opened
+// an editor.
 bool ExampleRun::isCarriedOut()
 {
     const QList<QByteArray> pieces = notYetSeen();

@@ -9,16 +9,16 @@
 #include <QStringList>
 #include <QTimer>
 
-// The examples of docs/protocol.md: the "menu" blocks, and under each the list of what comes of it.
+// The examples of docs/protocol.md: the "menu" blocks, each followed by the list of its results.
 //
-// A statement is one item of the list; names and texts stand between backticks:
+// A statement is one item of the list; names and texts are in backticks:
 //     operator presses `A` `B` ...        one after the other
 //     panel sends `BODY`                  the next message is this one
 //     panel sends `TEXT` without a frame
-//     panel sends nothing                 more
-//     menu `M` shows the key `K`          and is the menu on the screen
+//     panel sends nothing                 after that
+//     menu `M` shows the key `K`          and the menu is on the screen
 //     menu `M` does not show the key `K`
-//     screen shows the key `K`            on whatever page
+//     screen shows the key `K`            on any page
 //     key `K` is green                    or grey, or dark
 //     status bar shows `TEXT`
 //     status bar is hidden
@@ -31,7 +31,7 @@
 //     magnitudes are `A` and `B`
 //     chart `C` is shown            or hidden; channel 0 to 2, on the page that is shown
 //     chart `C` has `F` MHz in its middle
-//     chart `C` is `W` MHz wide     by the text beside it
+//     chart `C` is `W` MHz wide     according to the text beside it
 //     chart `C` has markers at `L` `L` ...     dB
 //     chart `C` has no markers
 //     chart `C` is `COLOUR`
@@ -73,28 +73,27 @@ struct Example
     QByteArray messages;
     QList<Statement> statements;
 
-    // Returns the examples of a document. Each line that is not understood, and each example
-    // without a statement, is a fault, "LINE: reason".
+    // Returns the examples of a document. Each item that is not understood, and each example
+    // without a statement, is a fault: "LINE: reason".
     static QList<Example> read(const QByteArray& document, QStringList& faults);
 };
 
-// Carries one example out: a fresh panel gets its messages over a line, then the operator presses
-// and looks.
+// Carries out one example: a new panel gets the messages over a line, then the statements are
+// checked one after the other.
 //
-// Statements are taken in turn by a timer, because a press may open an editor that runs inside the
-// click, where there is nobody else to go on. What is to be seen or sent is waited for.
+// A timer checks them, because a press may open an editor that runs inside the click, where nothing
+// but a timer goes on. Each statement is waited for.
 class ExampleRun : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int LongestWaitMs = 10000;
+    static constexpr int MaxWaitMs = 10000;
 
-    // patienceMs: how long each statement is waited for.
-    explicit ExampleRun(const Example& example, int patienceMs = LongestWaitMs);
+    // patienceMs: how long to wait for each statement.
+    explicit ExampleRun(const Example& example, int patienceMs = MaxWaitMs);
 
-    // Returns the statement that does not hold, and what is there in its place; empty when all
-    // hold.
+    // Returns the statement that does not hold, and what was found instead; empty when all hold.
     QString failure();
 
 private:
@@ -125,8 +124,8 @@ private:
     QTimer m_deadline;
     QString m_failure;
     qsizetype m_next = 0;
-    qsizetype m_seen = 0; // pieces of what the panel has sent
-    int m_asked = 0;      // questions of ours that are not answered yet
+    qsizetype m_seen = 0; // messages of the panel that were checked
+    int m_asked = 0;      // our own queries that are not answered yet
     bool m_started = false;
     bool m_lastAsked = false;
     bool m_pressing = false; // a click is about to be made

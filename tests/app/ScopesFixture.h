@@ -14,11 +14,11 @@
 #include <map>
 #include <memory>
 
-// The panel on the screen, with the test at the other end of its line and of its three scope ports.
+// The panel on the screen; the test is at the other end of its line and of its three scope ports.
 class ScopesFixture : public QObject
 {
 protected:
-    // A block of which all samples are the same.
+    // Returns a block whose samples are all the same.
     static QByteArray steady(int i, int q)
     {
         return streams::block(QVector<int>(256, i), QVector<int>(256, q));

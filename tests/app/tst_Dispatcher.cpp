@@ -39,7 +39,7 @@ private slots:
                 u"EI"_s, u"SP"_s, u"IK"_s, u"SF"_s, u"HM"_s, u"ST"_s, u"PM"_s, u"CLEAR"_s}));
     }
 
-    void words_are_matched_by_exactly_their_letters_data()
+    void words_match_exactly_data()
     {
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("known");
@@ -58,7 +58,7 @@ private slots:
         QTest::newRow("nothing") << "" << false;
     }
 
-    void words_are_matched_by_exactly_their_letters()
+    void words_match_exactly()
     {
         QFETCH(QString, message);
         QTEST(Dispatcher(slotTable(*m_window)).dispatch(message), "known");
@@ -89,12 +89,12 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("1.1.6.4"));
     }
 
-    void short_lists_and_empty_fields_do_no_harm()
+    void short_lists_and_empty_fields_are_harmless()
     {
         m_pty->takeReceived();
         for (const QString& word : Dispatcher(slotTable(*m_window)).words()) {
             for (const char* fields : {"", ",", ",,", ",,,,,,,,,,,,", ",abc", ",1", ",1,x,y"}) {
-                // these open editors and boxes, or answer by themselves
+                // These words open editors and boxes, or answer by themselves.
                 if (word != u"IK"_s && word != u"DB"_s && word != u"Slave"_s) {
                     QVERIFY(m_pty->write(framed(word.toLatin1() + fields)));
                 }
@@ -140,13 +140,13 @@ private slots:
         QVERIFY(!m_window->rooms().link->serial()->port()->isOpen());
     }
 
-    void a_unit_that_asks_and_never_reads_does_not_fill_the_memory()
+    void unsent_answers_are_limited_when_the_unit_never_reads()
     {
         QByteArray burst;
         for (int i = 0; i < 1000; ++i) {
             burst += framed("PING");
         }
-        // 300,000 answers of 6 bytes, of which nobody reads one
+        // 300,000 answers of 6 bytes; none of them is read.
         for (int i = 0; i < 300; ++i) {
             QVERIFY(m_pty->write(burst));
         }
@@ -183,7 +183,8 @@ private slots:
         QTRY_COMPARE(shownKey(), u"B1"_s);
         m_pty->write(framed("CLEAR") + menus("2") + framed("SK,C"));
         QTRY_COMPARE(shownKey(), u"C2"_s);
-        QTRY_COMPARE(m_window->rooms().stack->count(), 5); // waiting, scopes and the three
+        QTRY_COMPARE(m_window->rooms().stack->count(),
+            5); // the waiting page, the scopes and the three menus
         m_pty->write(framed("SK,A"));
         QTRY_COMPARE(shownKey(), u"A2"_s);
         for (const KeyBoard* menu : m_window->rooms().menus->book.pages) {

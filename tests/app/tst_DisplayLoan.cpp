@@ -74,7 +74,7 @@ private slots:
         QVERIFY(card->isAncestorOf(card->chart(0)));
     }
 
-    void a_scope_that_went_down_with_another_page_is_not_missed()
+    void a_scope_deleted_with_another_page_is_not_lent_again()
     {
         m_loan->lendTo(m_place);
         m_page.reset();

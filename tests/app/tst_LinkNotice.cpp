@@ -1,6 +1,8 @@
 // What the panel tells of its link to the main unit: over a real line, on the real window.
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
+#include "scopes/ScopesPage.h"
+#include "scopes/StcMagPhasePlot.h"
 #include "support/Panel.h"
 #include "support/TestMain.h"
 #include "tools/screen/Part.h"
@@ -69,6 +71,7 @@ private slots:
         QCOMPARE(label->text(), Lost);
         QVERIFY(label->isVisible());
         QCOMPARE(label->window(), &window);
+        QVERIFY(window.rooms().scopes->magPhasePlot()->isDimmed());
         devices.add(u"ttyO1"_s); // the process does not open it again
         QTest::qWait(2500);
         QCOMPARE(label->text(), Lost);
@@ -98,6 +101,22 @@ private slots:
         QVERIFY(panel.unit.write("x"));
         QTRY_COMPARE(notice(panel)->text(), QString());
         QVERIFY(!notice(panel)->isVisible());
+    }
+
+    void the_magnitude_and_phase_display_is_dimmed_as_long_as_there_is_a_notice()
+    {
+        Panel panel;
+        const auto isDimmed = [&] {
+            return panel.window.rooms().scopes->magPhasePlot()->isDimmed();
+        };
+        ping(panel);
+        QVERIFY(!isDimmed());
+        QTRY_COMPARE_WITH_TIMEOUT(notice(panel)->text(), Silent, LongMs);
+        QVERIFY(isDimmed());
+        QVERIFY(panel.unit.write("x"));
+        QTRY_VERIFY(!isDimmed());
+        lose(panel);
+        QVERIFY(isDimmed());
     }
 
     void on_the_PAX_menu_it_stands_over_the_bottom_edge()

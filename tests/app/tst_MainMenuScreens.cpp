@@ -1,5 +1,5 @@
-// What the main menus, the link-mode dialog and the message boxes look like at 800 × 480. With
-// QN740_PICTURES=DIR every screen is left there as a PNG.
+// The main menus, the link mode dialog and the message boxes at 800 × 480. With QN740_PICTURES=DIR
+// every screen is saved there as a PNG.
 #include "app/Rooms.h"
 #include "support/Panel.h"
 #include "support/TestMain.h"
@@ -63,7 +63,7 @@ class tst_MainMenuScreens : public QObject
 {
     Q_OBJECT
 
-    // Every visible button lies inside the screen, none over another, and their texts are whole.
+    // Every visible button is inside the screen and overlaps no other, and no text is shortened.
     static void checkButtons(const QWidget& window, qsizetype atLeast)
     {
         QList<QPushButton*> buttons;
@@ -78,7 +78,7 @@ class tst_MainMenuScreens : public QObject
             QVERIFY2(Screen.contains(onScreen(button)), qPrintable(button->text()));
             const bool inStatusBar = onScreen(button).top() >= 430;
             QVERIFY2(button->height() >= touch::MinTarget || inStatusBar,
-                qPrintable(u"%1 is %2 high"_s.arg(button->text()).arg(button->height())));
+                qPrintable(u"%1 is %2 pixels high"_s.arg(button->text()).arg(button->height())));
             QVERIFY2(
                 onScreen(button->window()).contains(onScreen(button)), qPrintable(button->text()));
             const QString painted = TextButton::fitted(
@@ -94,7 +94,7 @@ class tst_MainMenuScreens : public QObject
 private slots:
     void init() { linkMode::store(linkMode::None); }
 
-    void a_full_main_menu_is_whole()
+    void a_full_main_menu_fits_the_screen()
     {
         Panel panel;
         QList<QByteArray> messages = sourceMenus();
@@ -118,7 +118,7 @@ private slots:
         QCOMPARE(panel.window.size(), Screen.size());
     }
 
-    void a_PAX_main_menu_is_whole()
+    void a_PAX_main_menu_fits_the_screen()
     {
         Panel panel;
         QList<QByteArray> messages = sourceMenus();
@@ -141,7 +141,7 @@ private slots:
         checkButtons(panel.window, 13 + 3);
     }
 
-    void a_special_menu_is_whole()
+    void a_special_menu_fits_the_screen()
     {
         Panel panel;
         QList<QByteArray> messages;
@@ -157,14 +157,14 @@ private slots:
         checkButtons(panel.window, 36 + 3);
     }
 
-    void the_link_mode_dialog_is_whole_data()
+    void the_link_mode_dialog_fits_the_screen_data()
     {
         QTest::addColumn<int>("mode");
         QTest::newRow("link-none") << 0;
         QTest::newRow("link-diversity") << 1;
         QTest::newRow("link-frequency-diversity") << 2;
     }
-    void the_link_mode_dialog_is_whole()
+    void the_link_mode_dialog_fits_the_screen()
     {
         QFETCH(int, mode);
         linkMode::store(mode);
@@ -187,17 +187,17 @@ private slots:
         }
     }
 
-    void message_boxes_are_whole_data()
+    void message_boxes_fit_the_screen_data()
     {
         QTest::addColumn<QByteArray>("text");
         QTest::addColumn<bool>("ok");
-        QTest::addColumn<bool>("whole"); // without scrolling
+        QTest::addColumn<bool>("fits"); // without scrolling
         const QByteArray words = QByteArray("The receiver has lost its reference. ").repeated(60);
         for (const bool ok : {false, true}) {
             const QByteArray end = ok ? "-ok" : "-bare";
-            const auto row = [&](const char* name, const QByteArray& text, bool whole = true) {
+            const auto row = [&](const char* name, const QByteArray& text, bool fits = true) {
                 QTest::newRow(QByteArray("box-" + QByteArray(name) + end).constData())
-                    << text << ok << whole;
+                    << text << ok << fits;
             };
             row("empty", "");
             row("short", "Please wait");
@@ -213,11 +213,11 @@ private slots:
             row("60000", words.repeated(30).left(60000), false);
         }
     }
-    void message_boxes_are_whole()
+    void message_boxes_fit_the_screen()
     {
         QFETCH(QByteArray, text);
         QFETCH(bool, ok);
-        QFETCH(bool, whole);
+        QFETCH(bool, fits);
         Panel panel;
         panel.say({"DB," + text + (ok ? ",1" : "")});
         QTRY_VERIFY(Panel::shownWindow("messageBox") != nullptr);
@@ -241,9 +241,9 @@ private slots:
             QVERIFY(!label->isVisible());
             QVERIFY(onScreen(box).contains(onScreen(view)));
             QVERIFY(view->document()->idealWidth() <= view->viewport()->width());
-            const bool fits = view->document()->size().height() <= view->height();
-            QCOMPARE(fits, whole);
-            QVERIFY(fits || view->verticalScrollBar()->isVisible());
+            const bool isWhole = view->document()->size().height() <= view->height();
+            QCOMPARE(isWhole, fits);
+            QVERIFY(isWhole || view->verticalScrollBar()->isVisible());
         }
         if (text.size() <= 2000) {
             QVERIFY(box->text().contains(QLatin1String(text)));

@@ -1,4 +1,4 @@
-// Which page the main menu messages bring to the screen, over the line and with real touches.
+// Which page is shown after the messages of the main menus, over the line and with real touches.
 #include "app/MenuNavigation.h"
 #include "app/Rooms.h"
 #include "menus/Key.h"
@@ -28,12 +28,15 @@ class tst_MainMenuViews : public QObject
         return panel.window.rooms().menus->book.find(QLatin1String(name));
     }
 
-    static void turn() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+    static void deleteCleared()
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 
 private slots:
     void init() { linkMode::store(linkMode::None); }
 
-    void main_menu_does_nothing_before_there_is_one()
+    void the_main_menu_button_does_nothing_without_a_main_menu()
     {
         Panel panel;
         const QWidget* shown = panel.window.rooms().stack->currentWidget();
@@ -45,7 +48,7 @@ private slots:
         QCOMPARE(panel.window.rooms().navigation->paxListIndex(), -1);
     }
 
-    void main_menu_shows_it_and_tells_the_main_unit()
+    void the_main_menu_button_shows_the_menu_and_informs_the_main_unit()
     {
         Panel panel;
         panel.say({SourceKey, CopyToMain, "AK,Extra,k,L,0,C,,0,,0,0,1", "SK,Extra"});
@@ -62,7 +65,7 @@ private slots:
         QCOMPARE(part<QPushButton>(panel.window, "scopesButton")->text(), QStringLiteral("Scopes"));
     }
 
-    void Main_is_sent_unwidened_in_every_link_mode()
+    void Main_is_not_widened_in_any_link_mode()
     {
         for (const int mode : {0, 1, 2}) {
             linkMode::store(mode);
@@ -101,7 +104,7 @@ private slots:
         QVERIFY(!key->marks().isPending);
     }
 
-    void an_ampersand_in_a_menu_s_name_is_shown_in_the_status_bar()
+    void an_ampersand_in_the_name_of_a_menu_is_shown_in_the_status_bar()
     {
         Panel panel;
         panel.say({"AK,R & D,k,L,0,C,,0,,0,0,1", "SK,R & D"});
@@ -117,16 +120,16 @@ private slots:
         QVERIFY(menu(panel, "") == nullptr);
     }
 
-    void the_number_of_a_main_menu_that_is_gone_stays()
+    void the_index_of_a_deleted_main_menu_is_kept()
     {
         Panel panel;
         panel.say({SourceKey, CopyToMain, "SK,Main"});
         panel.say({"CLEAR"});
-        turn();
+        deleteCleared();
         const int index = panel.window.mainMenuIndex();
         QVERIFY(index >= 0);
         panel.say({"AK,Old,k,L,0,C,,0,,0,0,1", "CLEAR"});
-        turn();
+        deleteCleared();
         QCOMPARE(panel.window.mainMenuIndex(), index);
         panel.say({"AK,New,k,L,0,C,,0,,0,0,1", "SK,New"});
         clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
@@ -139,7 +142,7 @@ private slots:
         QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Main")->frame);
     }
 
-    void a_redefinition_at_once_shows_the_right_pages_a_hundred_times()
+    void a_hundred_immediate_redefinitions_show_the_right_pages()
     {
         Panel panel;
         const auto widgets = [] { return QApplication::allWidgets().size(); };
@@ -152,7 +155,7 @@ private slots:
             messages += {SourceKey, CopyToMain, CopyToPax, "AK,Extra,k,L,0,C,,0,,0,0,1"};
             messages += i % 2 == 0 ? "SK,Extra" : "SK,Main";
             panel.say(messages);
-            turn();
+            deleteCleared();
             QCOMPARE(panel.window.rooms().stack->currentWidget(),
                 menu(panel, i % 2 == 0 ? "Extra" : "Main")->frame);
             clickOn(part<QPushButton>(panel.window, "mainMenuButton"));
@@ -213,7 +216,7 @@ private slots:
         QCOMPARE(panel.window.rooms().views->menu.widget(), menu(panel, "Big")->frame);
         QVERIFY(!panel.window.displayActive());
         QVERIFY(panel.window.statusBar()->isHidden());
-        // its menu is one like others for "SK"
+        // "SK" leaves it like any other menu.
         panel.say({"SK,Tuner CH1"});
         QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
         panel.say({"PAX,0"});
@@ -221,14 +224,14 @@ private slots:
         QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
     }
 
-    void PAX_does_nothing_else_data()
+    void other_fields_of_PAX_are_ignored_data()
     {
         QTest::addColumn<QByteArray>("message");
         for (const char* message : {"PAX", "PAX,", "PAX,2", "PAX,on", "PAX,01", "pax,1"}) {
             QTest::newRow(message) << QByteArray(message);
         }
     }
-    void PAX_does_nothing_else()
+    void other_fields_of_PAX_are_ignored()
     {
         QFETCH(QByteArray, message);
         Panel panel;
@@ -247,15 +250,15 @@ private slots:
         QCOMPARE(panel.window.rooms().stack->currentWidget(), shown);
     }
 
-    void the_list_position_of_a_PAX_menu_that_is_gone_does_no_harm()
+    void the_list_position_of_a_deleted_PAX_menu_is_harmless()
     {
         Panel panel;
         panel.say({SourceKey, CopyToPax, "PAX,1", "CLEAR"});
-        turn();
+        deleteCleared();
         QCOMPARE(panel.window.rooms().navigation->paxListIndex(), 3);
-        panel.say({"PAX,0", "PAX,1"}); // the list is empty
+        panel.say({"PAX,0", "PAX,1"}); // with an empty list
         panel.say({"AK,A,k,L,0,C,,0,,0,0,1", "AK,B,k,L,0,C,,0,,0,0,1", "AK,C,k,L,0,C,,0,,0,0,1",
-            "AK,D,k,L,0,C,,0,,0,0,1", "SK,D", "PAX,0", "PAX,1"}); // another menu's
+            "AK,D,k,L,0,C,,0,,0,0,1", "SK,D", "PAX,0", "PAX,1"}); // another menu is at its position
         QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
             QStringLiteral("waitingPage"));
         panel.say({SourceKey, CopyToPax, "PAX,1"});
@@ -279,7 +282,7 @@ private slots:
         clickOn(buttonWithText(page, QStringLiteral("Own")));
         QCOMPARE(panel.heard(), framed("C:1"));
         panel.say({"CLEAR"});
-        turn();
+        deleteCleared();
         QVERIFY(page == nullptr);
         QCOMPARE(panel.window.rooms().stack->currentWidget()->objectName(),
             QStringLiteral("waitingPage"));
@@ -304,7 +307,7 @@ private slots:
         QCOMPARE(part<QPushButton>(panel.window, "scopesButton")->text(), QStringLiteral("Scopes"));
     }
 
-    void button_pushed_says_so()
+    void button_pushed_shows_its_box()
     {
         Panel panel;
         QString text;

@@ -34,7 +34,8 @@ QSplashScreen* splash()
     return nullptr;
 }
 
-// Relative, 0 for black to 1 for white, as the contrast of texts is reckoned by.
+// Relative luminance, from 0 (black) to 1 (white), as WCAG 2.1 defines it for the contrast of
+// texts.
 double luminance(const QColor& colour)
 {
     const auto linear = [](double part) {
@@ -117,7 +118,7 @@ private slots:
         QVERIFY(screen->isVisible());
     }
 
-    void the_splash_goes_after_15_seconds_and_never_earlier()
+    void the_splash_hides_after_15_seconds_and_not_earlier()
     {
         m_window.reset();
         QElapsedTimer elapsed;
@@ -125,7 +126,7 @@ private slots:
         m_window = std::make_unique<MainWindow>();
         QTRY_VERIFY_WITH_TIMEOUT(!splash()->isVisible(), 40000);
         QVERIFY2(elapsed.elapsed() >= 15000, QByteArray::number(elapsed.elapsed()));
-        // this one has no end of its own
+        // The start-up message has no timeout.
         QCOMPARE(m_window->statusBar()->currentMessage(), u"TORVA QN740 - Start Up"_s);
     }
 
@@ -193,7 +194,7 @@ private slots:
         QVERIFY(!request.isAccepted());
     }
 
-    void the_linking_button_can_be_read_while_its_window_is_open()
+    void the_linking_button_is_legible_while_its_dialog_is_open()
     {
         constexpr double Readable = 4.5;
         constexpr int Edge = 6;
@@ -255,7 +256,7 @@ private slots:
         QTest::newRow("none") << 0 << "";
         QTest::newRow("diversity") << 1 << "Diversity Mode";
         QTest::newRow("frequency diversity") << 2 << "Frequency Diversity Mode";
-        QTest::newRow("no mode") << 7 << "";
+        QTest::newRow("unknown mode") << 7 << "";
     }
 
     void the_stored_link_mode_is_restored()
@@ -268,7 +269,7 @@ private slots:
         QTEST(part<QLabel>(*m_window, "statusLabel")->text(), "label");
     }
 
-    void sk_shows_a_menu_and_says_so()
+    void SK_shows_a_menu_and_its_name()
     {
         m_window->show();
         unit(u"AK,Tuner CH1,k,L,5,C,,0,,0,0,1"_s);
@@ -280,7 +281,7 @@ private slots:
         QCOMPARE(m_window->statusBar()->currentMessage(), u"QN740 Menu - Tuner CH1"_s);
     }
 
-    void the_text_of_sk_outlives_the_time_of_a_text_before_it()
+    void the_menu_name_of_SK_is_not_cleared_by_an_earlier_timeout()
     {
         m_window->show();
         unit(u"AK,A,k,L,5,C,,0,,0,0,1"_s);
@@ -290,7 +291,7 @@ private slots:
         QCOMPARE(m_window->statusBar()->currentMessage(), u"QN740 Menu - A"_s);
     }
 
-    void sk_only_records_the_menu_while_a_display_is_up()
+    void SK_only_records_the_menu_while_a_display_is_shown()
     {
         unit(u"AK,A,k,L,5,C,,0,,0,0,1"_s);
         m_window->rooms().views->setCurrent(Views::Scopes);
@@ -300,7 +301,7 @@ private slots:
         QCOMPARE(m_window->statusBar()->currentMessage(), u"TORVA QN740 - Start Up"_s);
     }
 
-    void every_key_of_a_full_page_lies_on_the_screen_whole()
+    void every_key_of_a_full_page_is_completely_visible()
     {
         m_window->show();
         for (int i = 0; i < 36; ++i) {
@@ -352,7 +353,7 @@ private slots:
                     part<QPushButton>(*m_window, "scopesButton")->rect().bottomRight())));
     }
 
-    void a_press_on_the_glass_reaches_the_unit()
+    void a_touch_on_a_key_reaches_the_unit()
     {
         m_window->show();
         splash()->hide();

@@ -1,4 +1,4 @@
-// The scopes in the panel: their data, their page, and the scope on the PAX main menu.
+// The scopes in the whole panel: their data, their page, and the scope on the PAX main menu.
 #include "app/ScopesFixture.h"
 #include "scopes/PlotView.h"
 #include "support/TestMain.h"
@@ -14,7 +14,7 @@ private slots:
     void init() { start(); }
     void cleanup() { stop(); }
 
-    void plots_that_were_hidden_stay_so_when_the_mode_changes()
+    void hidden_plots_stay_hidden_when_the_mode_changes()
     {
         clickOnScopes();
         const auto visible = [this](int demodulator, const char* plot) {
@@ -34,7 +34,7 @@ private slots:
         QVERIFY(visible(2, "plotI") && visible(2, "plotQ"));
     }
 
-    void each_demodulator_s_data_come_to_its_own_slot_and_to_no_other()
+    void the_data_of_each_demodulator_reach_its_own_slot_only()
     {
         static QStringList noted;
         noted.clear();
@@ -71,21 +71,21 @@ private slots:
         QVERIFY(!m_window->scope_available());
     }
 
-    void a_trace_s_colour_is_that_of_its_scope_data()
+    void the_colour_of_a_trace_is_set_on_its_scope_data()
     {
         QTest::addColumn<QByteArray>("message");
         QTest::addColumn<int>("scope"); // 0: none
         QTest::newRow("trace 1") << QByteArray("LC,2,1") << 1;
         QTest::newRow("trace 2") << QByteArray("LC,2,2") << 2;
         QTest::newRow("trace 3") << QByteArray("LC,2,3") << 3;
-        // These name the spectrum alone, or nothing.
+        // These set the colour of the spectrum only, or nothing.
         for (const char* none : {"LC,2", "LC,2,0", "LC,2,4", "LC,2,-1", "LC,2,-2147483648",
                  "LC,2,2147483647", "LC,2,x", "LC,x,1", "LC,8,1", "LC,-1,2", "LC"}) {
             QTest::newRow(none) << QByteArray(none) << 0;
         }
     }
 
-    void a_trace_s_colour_is_that_of_its_scope()
+    void the_colour_of_a_trace_is_set_on_its_scope()
     {
         QFETCH(QByteArray, message);
         QFETCH(int, scope);
@@ -115,7 +115,7 @@ private slots:
         QSignalSpy blocks(m_window->rooms().scopes->scope(1), &Scope::rcv_eye_msg);
         QVERIFY(m_scopeLines[1]->write(steady(1, 1) + steady(2, 2)));
         QTRY_COMPARE(blocks.size(), 2);
-        QTest::qWait(100); // longer than the pause before a painting
+        QTest::qWait(100); // longer than the pause before a paint
         QCOMPARE(plot->paintCount(), 0);
         clickOnScopes();
         QTRY_VERIFY(plot->paintCount() > 0);
@@ -124,7 +124,7 @@ private slots:
         QTRY_VERIFY(plot->paintCount() > shown);
     }
 
-    void the_pax_main_menu_takes_the_combiner_s_scope_and_gives_it_back()
+    void the_PAX_main_menu_borrows_the_scope_of_the_combiner_and_returns_it()
     {
         Scope* scope = m_window->rooms().scopes->scope(3);
         QWidget* home = scope->parentWidget();
@@ -143,14 +143,14 @@ private slots:
         send("PAX,0");
         QVERIFY(!scope->disableFixIsize());
         QCOMPARE(scope->parentWidget(), home);
-        // a second return changes nothing
+        // Returning it again changes nothing.
         send("PAX,0");
         QCOMPARE(scope->parentWidget(), home);
         clickOnScopes();
         QTRY_VERIFY(scope->isVisible());
     }
 
-    void the_scope_outlives_the_pax_main_menu()
+    void the_scope_outlives_the_PAX_main_menu()
     {
         const QPointer<Scope> scope = m_window->rooms().scopes->scope(3);
         send("AK,Tuner CH1,1,One,0,,0,,0,0,0,1");

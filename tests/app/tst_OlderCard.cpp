@@ -1,4 +1,4 @@
-// The panel as it is started for a card of the older type.
+// The panel when it is started with the option for a card of the older type.
 #include "app/Identity.h"
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
@@ -18,34 +18,35 @@ class tst_OlderCard : public QObject
 private slots:
     void the_page_is_built_at_once_on_the_first_port_that_opens_data()
     {
-        QTest::addColumn<QStringList>("there");
-        QTest::addColumn<QString>("taken");
+        QTest::addColumn<QStringList>("present");
+        QTest::addColumn<QString>("used");
         QTest::newRow("all") << QStringList{u"ttyUSB11"_s, u"ttyUSB12"_s, u"ttyUSB13"_s}
                              << "ttyUSB11";
-        QTest::newRow("second") << QStringList{u"ttyUSB12"_s, u"ttyUSB13"_s} << "ttyUSB12";
-        QTest::newRow("third") << QStringList{u"ttyUSB13"_s} << "ttyUSB13";
+        QTest::newRow("all but the first")
+            << QStringList{u"ttyUSB12"_s, u"ttyUSB13"_s} << "ttyUSB12";
+        QTest::newRow("the last alone") << QStringList{u"ttyUSB13"_s} << "ttyUSB13";
         QTest::newRow("none") << QStringList() << "ttyUSB11";
     }
 
     void the_page_is_built_at_once_on_the_first_port_that_opens()
     {
-        QFETCH(QStringList, there);
-        QFETCH(QString, taken);
+        QFETCH(QStringList, present);
+        QFETCH(QString, used);
         DeviceDirectory devices;
         devices.add(u"ttyO1"_s);
-        for (const QString& name : there) {
+        for (const QString& name : present) {
             devices.add(name);
         }
         const MainWindow window;
         QVERIFY(window.rooms().hasOlderCard);
         QVERIFY(window.rooms().spectrum->card() != nullptr &&
             !window.rooms().spectrum->card()->k7150Type());
-        QCOMPARE(window.rooms().spectrum->card()->findChild<Rs422Bus*>()->portName(), taken);
-        QCOMPARE(window.rooms().spectrum->card()->isOpen(), !there.isEmpty());
+        QCOMPARE(window.rooms().spectrum->card()->findChild<Rs422Bus*>()->portName(), used);
+        QCOMPARE(window.rooms().spectrum->card()->isOpen(), !present.isEmpty());
         QVERIFY(window.rooms().views->spectrum.index() >= 0);
     }
 
-    void the_card_is_asked_for_its_name_and_told_to_the_unit()
+    void the_card_is_asked_for_its_name_which_is_sent_to_the_unit()
     {
         DeviceDirectory devices;
         Pty& unit = devices.add(u"ttyO1"_s);
@@ -59,7 +60,7 @@ private slots:
             unit.received(), framed("U0:CLST:0170 SpectralSWeep 0\r") + framed("U0:VER:01.0\r"));
     }
 
-    void st_keeps_the_older_card()
+    void ST_keeps_the_older_card()
     {
         DeviceDirectory devices;
         Pty& unit = devices.add(u"ttyO1"_s);
@@ -75,7 +76,7 @@ private slots:
 
 int main(int argc, char** argv)
 {
-    // as on the unit's command line, behind the test's own arguments
+    // The option of the panel's command line follows the test's own arguments.
     QByteArray option("-noK7150");
     std::vector<char*> arguments(argv, argv + argc);
     arguments.push_back(option.data());

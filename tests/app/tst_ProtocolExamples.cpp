@@ -1,5 +1,5 @@
-// Every example of docs/protocol.md is a message to the simulator, and the panel does with it what
-// the lines under it say.
+// The simulator accepts every example of docs/protocol.md, and the panel does what the list under
+// the example says.
 #include "app/ProtocolExamples.h"
 #include "scopes/IqBlockDecoder.h"
 #include "sim/card/CardPort.h"
@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int ShortMs = 50; // for what is known not to come
+constexpr int ShortMs = 50; // wait for something that is known not to come
 
 QByteArray document()
 {
@@ -24,7 +24,7 @@ QByteArray document()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// The lines of the document's blocks of this kind.
+// Returns the lines in all blocks of this kind.
 QList<QByteArray> blockOf(const QByteArray& kind)
 {
     QList<QByteArray> lines;
@@ -46,7 +46,7 @@ QByteArray block(const char* messages, const char* list)
     return QByteArray("Text\n\n```menu\n") + messages + "\n```\n" + list + "\n";
 }
 
-QString outcome(const char* messages, const char* list, int patienceMs = ExampleRun::LongestWaitMs)
+QString outcome(const char* messages, const char* list, int patienceMs = ExampleRun::MaxWaitMs)
 {
     QStringList faults;
     const auto examples = Example::read(block(messages, list), faults);
@@ -108,7 +108,7 @@ private slots:
         QVERIFY2(failure.isEmpty(), qPrintable(failure));
     }
 
-    void a_record_of_a_scope_port_is_plotted_where_the_document_says_data()
+    void a_scope_record_is_decoded_to_the_documented_values_data()
     {
         QTest::addColumn<QByteArray>("line");
         for (const QByteArray& line : blockOf("iq")) {
@@ -116,14 +116,14 @@ private slots:
         }
     }
 
-    void a_record_of_a_scope_port_is_plotted_where_the_document_says()
+    void a_scope_record_is_decoded_to_the_documented_values()
     {
         QFETCH(QByteArray, line);
         const QList<QByteArray> fields = line.simplified().split(' ');
         QCOMPARE(fields.size(), iqBlock::RecordBytes + 3);
         const QByteArray record = QByteArray::fromHex(fields.mid(0, iqBlock::RecordBytes).join());
         const int index = fields.at(iqBlock::RecordBytes).toInt();
-        QVERIFY(index > 0); // the first one's I is not its own
+        QVERIFY(index > 0); // the first record holds the I of the one before
         const QVector<int> zeros(iqBlock::Records, 0);
         QByteArray block = scopeBytes::block(zeros, zeros);
         block.replace(index * iqBlock::RecordBytes, iqBlock::RecordBytes, record);
@@ -134,7 +134,7 @@ private slots:
         QVERIFY(qAbs(decoder.q().at(index) - fields.at(8).toDouble()) < 1e-9);
     }
 
-    void a_card_says_what_the_document_says()
+    void the_simulated_card_answers_as_documented()
     {
         PseudoTerminal line;
         CardSpectrum spectrum;
@@ -156,7 +156,7 @@ private slots:
                 continue;
             }
             QVERIFY(text.startsWith("> "));
-            // as the panel itself frames it
+            // The panel frames it in the same way.
             const QString request = QString::fromLatin1(bytes.mid(1, bytes.size() - 3));
             QCOMPARE(bus::frame(request, '[', ']', true), bytes);
             QVERIFY(panel.write(bytes));
@@ -166,25 +166,25 @@ private slots:
         QCOMPARE(card.answered(), requests);
     }
 
-    void a_list_that_is_not_understood_is_a_fault_data()
+    void an_item_that_is_not_understood_is_a_fault_data()
     {
         QTest::addColumn<QByteArray>("list");
         QTest::addColumn<QString>("fault");
-        QTest::newRow("unknown") << QByteArray("- the panel sends `PONG`")
-                                 << "6: not understood: the panel sends `PONG`";
-        QTest::newRow("more behind") << QByteArray("- panel sends `PONG` soon")
-                                     << "6: not understood: panel sends `PONG` soon";
+        QTest::newRow("unknown statement") << QByteArray("- the panel sends `PONG`")
+                                           << "6: not understood: the panel sends `PONG`";
+        QTest::newRow("words after the statement") << QByteArray("- panel sends `PONG` soon")
+                                                   << "6: not understood: panel sends `PONG` soon";
         QTest::newRow("no backticks")
             << QByteArray("- panel sends PONG") << "6: not understood: panel sends PONG";
-        QTest::newRow("second") << QByteArray("- panel sends `PONG`\n- and so on")
-                                << "7: not understood: and so on";
-        QTest::newRow("nothing said")
-            << QByteArray("Text") << "3: nothing is said about what comes of it";
-        QTest::newRow("said too late") << QByteArray("Text\n- panel sends `PONG`")
-                                       << "3: nothing is said about what comes of it";
+        QTest::newRow("second item")
+            << QByteArray("- panel sends `PONG`\n- and so on") << "7: not understood: and so on";
+        QTest::newRow("no statement")
+            << QByteArray("Text") << "3: has no statement about the result";
+        QTest::newRow("statement after other text")
+            << QByteArray("Text\n- panel sends `PONG`") << "3: has no statement about the result";
     }
 
-    void a_list_that_is_not_understood_is_a_fault()
+    void an_item_that_is_not_understood_is_a_fault()
     {
         QFETCH(QByteArray, list);
         QFETCH(QString, fault);
@@ -193,7 +193,7 @@ private slots:
         QVERIFY2(faults.contains(fault), qPrintable(faults.join(u'\n')));
     }
 
-    void what_does_not_hold_is_told_data()
+    void a_statement_that_does_not_hold_is_reported_data()
     {
         QTest::addColumn<QByteArray>("messages");
         QTest::addColumn<QByteArray>("list");
@@ -272,18 +272,18 @@ private slots:
             << QByteArray("- operator presses `IP` `AGC`") << notHeld("operator presses `AGC`");
     }
 
-    void what_does_not_hold_is_told()
+    void a_statement_that_does_not_hold_is_reported()
     {
         QFETCH(QByteArray, messages);
         QFETCH(QByteArray, list);
         QFETCH(QString, failure);
-        // what never comes need not be waited for; all else comes soon, however slow the machine
-        const int patience =
-            failure.endsWith(u"does not hold"_s) ? ShortMs : ExampleRun::LongestWaitMs;
+        // A wait for what never comes is short; everything else comes soon, however slow the
+        // machine.
+        const int patience = failure.endsWith(u"does not hold"_s) ? ShortMs : ExampleRun::MaxWaitMs;
         QCOMPARE(outcome(messages.constData(), list.constData(), patience), failure);
     }
 
-    void what_holds_passes()
+    void statements_that_hold_pass()
     {
         QCOMPARE(outcome(Toggle, "- operator presses `AGC`\n- panel sends `R1:AGC:1`"), QString());
     }

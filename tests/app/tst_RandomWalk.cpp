@@ -1,7 +1,7 @@
-// A long random walk over menus that come and go, with real touches in between. A small model of
-// its own says after each step which page must be on the screen.
+// A long random sequence of messages that define and delete menus, with real touches in between.
+// After each step a small model says which page must be on the screen.
 //
-// QN740_WALK_STEPS and QN740_WALK_SEED choose another length and another walk.
+// QN740_WALK_STEPS and QN740_WALK_SEED set the number of steps and the seed.
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
 #include "menus/Key.h"
@@ -22,17 +22,18 @@
 namespace {
 
 constexpr int DefaultSteps = 20'000;
-constexpr int StepsAnAnswer = 40;
-constexpr int StepsARound = 1'000;
+constexpr int StepsPerAnswer = 40;
+constexpr int StepsPerRound = 1'000;
 constexpr int RoundsToSettle = 5;
-// a scope's pictures are larger on the PAX main menu than on their own page
+// The cached pictures of a scope are larger on the PAX main menu than on the scopes page.
 constexpr qsizetype ScopeOnPax = 640 * 1024;
-constexpr qsizetype MostGrowth = 128 * 1024 + ScopeOnPax;
+constexpr qsizetype MaxGrowth = 128 * 1024 + ScopeOnPax;
 
 const QStringList PlainNames{QStringLiteral("Tuner CH1"), QStringLiteral("Demod 2"),
     QStringLiteral("Extra"), QStringLiteral("Main"), QStringLiteral("PAX")};
 
-// What must be, told by the rules alone: pages have names of their own, stack numbers do not occur.
+// What the screen must show, by the rules alone: every page has a number of its own, which is never
+// used again, and indexes of the stack do not occur.
 struct Model
 {
     struct Menu
@@ -45,11 +46,11 @@ struct Model
 
     static constexpr int Waiting = -1;
     static constexpr int ScopesPage = -2;
-    static constexpr int Gone = -3; // of a page's number: it was there
+    static constexpr int Gone = -3; // the page was deleted
     static constexpr int Never = -4;
 
-    QList<Menu> menus; // that messages find
-    QList<int> doomed; // cleared, still in the stack
+    QList<Menu> menus; // that messages can find
+    QList<int> doomed; // cleared, but still in the stack
     int shown = Waiting;
     int menuPage = Never;
     int mainPage = Never;
@@ -89,8 +90,8 @@ struct Model
         doomed += specials;
         specials.clear();
     }
-    // What was cleared is deleted.
-    void turn()
+    // Deletes the pages that were cleared.
+    void deleteCleared()
     {
         for (const int page : std::as_const(doomed)) {
             for (int* number : {&menuPage, &mainPage, &paxPage}) {
@@ -131,7 +132,7 @@ class tst_RandomWalk : public QObject
 
     QStackedLayout* stack() const { return m_panel->window.rooms().stack; }
 
-    // The page that came last is the last of the stack.
+    // The newest page is the last one of the stack.
     void remember(int page) { m_pages[page] = stack()->widget(stack()->count() - 1); }
 
     QString randomSource(QString* keyId)
@@ -258,12 +259,12 @@ class tst_RandomWalk : public QObject
         receive(QStringLiteral("IK,Now,0,IK:,,0,"));
         m_expected += framed("IK:1");
     }
-    void turn()
+    void deleteCleared()
     {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
-        m_model.turn();
+        m_model.deleteCleared();
     }
 
     // --- what the operator does
@@ -322,7 +323,7 @@ class tst_RandomWalk : public QObject
         QCOMPARE(key->tog(), !on);
         m_expected += framed(command + (on ? '0' : '1'));
     }
-    // Also one that is cleared and not yet deleted.
+    // Also finds a key that is cleared and not yet deleted.
     const Key* keyOf(const QPushButton* button) const
     {
         for (const Key* key : m_panel->window.rooms().menus->book.findChildren<Key*>()) {
@@ -352,7 +353,7 @@ class tst_RandomWalk : public QObject
     {
         QCOMPARE(m_panel->heard(), m_expected);
         m_expected.clear();
-        m_model.turn(); // waiting for an answer is one
+        m_model.deleteCleared(); // heard() runs the event loop, which deletes them
     }
 
     int shownPage() const
@@ -383,7 +384,7 @@ class tst_RandomWalk : public QObject
             m_model.scopesView ? QStringLiteral("Menu") : QStringLiteral("Scopes"));
         QCOMPARE(window.mainMenuIndex() == -1, m_model.mainPage == Model::Never);
         QCOMPARE(window.paxMenuIndex() == -1, m_model.paxPage == Model::Never);
-        // the numbers are those of the pages
+        // The indexes are those of the pages.
         if (m_model.mainPage >= 0) {
             QCOMPARE(stack()->widget(window.mainMenuIndex()), m_pages.value(m_model.mainPage));
         }
@@ -404,14 +405,14 @@ class tst_RandomWalk : public QObject
         }
     }
 
-    // Everything is cleared away; then what is left must not grow from round to round.
-    void tidy()
+    // Clears everything, so that what is left can be compared from round to round.
+    void clearAll()
     {
         receive(QStringLiteral("DB,KILLBOX"));
         receive(QStringLiteral("PAX,0"));
         m_model.statusBar = true;
         clear();
-        turn();
+        deleteCleared();
         if (m_model.scopesView) {
             touchScopes();
         }
@@ -427,7 +428,7 @@ class tst_RandomWalk : public QObject
             {10, &tst_RandomWalk::select}, {6, &tst_RandomWalk::change}, {5, &tst_RandomWalk::pax},
             {2, &tst_RandomWalk::clear}, {2, &tst_RandomWalk::clearAndDefine},
             {2, &tst_RandomWalk::special}, {2, &tst_RandomWalk::messages},
-            {12, &tst_RandomWalk::turn}, {9, &tst_RandomWalk::touchMainMenu},
+            {12, &tst_RandomWalk::deleteCleared}, {9, &tst_RandomWalk::touchMainMenu},
             {9, &tst_RandomWalk::touchScopes}, {16, &tst_RandomWalk::touchKey},
             {1, &tst_RandomWalk::touchLinking}};
         int total = 0;
@@ -472,20 +473,20 @@ private slots:
         for (int i = 1; i <= steps; ++i) {
             step();
             checkScreen();
-            if (i % StepsAnAnswer == 0) {
+            if (i % StepsPerAnswer == 0) {
                 checkSent();
                 checkScreen();
             }
-            if (i % StepsARound == 0) {
-                tidy();
+            if (i % StepsPerRound == 0) {
+                clearAll();
                 checkScreen();
-                const int round = i / StepsARound;
+                const int round = i / StepsPerRound;
                 if (round == RoundsToSettle) {
                     widgets = QApplication::allWidgets().size();
                     heap = heapInUse();
                 } else if (round > RoundsToSettle) {
                     QCOMPARE(QApplication::allWidgets().size(), widgets);
-                    QVERIFY2(heapInUse() - heap < MostGrowth,
+                    QVERIFY2(heapInUse() - heap < MaxGrowth,
                         qPrintable(QString::number(heapInUse() - heap)));
                 }
             }
@@ -496,14 +497,14 @@ private slots:
         }
         qInfo("%d steps, %lld pages, heap grown by %lld bytes after the first %d", steps,
             static_cast<long long>(m_model.pages), static_cast<long long>(heapInUse() - heap),
-            RoundsToSettle * StepsARound);
+            RoundsToSettle * StepsPerRound);
     }
 
 private:
     std::mt19937 m_random;
     Panel* m_panel = nullptr;
     Model m_model;
-    QMap<int, QWidget*> m_pages; // of each page of the model; gone ones are left
+    QMap<int, QWidget*> m_pages; // by the page number of the model; deleted ones stay
     QWidget* m_scopes = nullptr;
     QByteArray m_expected;
     int m_keys = 0;

@@ -1,4 +1,4 @@
-// Messages that come in on the line for re-sent messages and go out to the main unit.
+// Messages that arrive on the line for re-sent messages and are sent on to the main unit.
 #include "app/ScopesFixture.h"
 #include "link/LinkControl.h"
 #include "support/TestMain.h"
@@ -14,7 +14,7 @@ private slots:
     void init() { start(); }
     void cleanup() { stop(); }
 
-    void what_comes_in_on_the_re_send_line_goes_to_the_main_unit()
+    void messages_of_the_resend_line_go_to_the_main_unit()
     {
         Pty& line = *newWindowWithResendLine();
         m_window->rooms().link->setMode(1);
@@ -25,10 +25,10 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("D1 D2 D3:ABC,1") + framed("D2:DSDM:1"));
     }
 
-    void a_message_on_the_re_send_line_that_breaks_off_is_forgotten()
+    void an_unfinished_message_is_dropped_when_the_resend_line_is_lost()
     {
         Pty* line = newWindowWithResendLine();
-        // the first one says that the beginning of the second has been read as well
+        // When the first message arrives, the beginning of the second has been read as well.
         QVERIFY(line->write(framed("D1:A") +
             "\x02"
             "D1:DSDM:"));
@@ -44,7 +44,7 @@ private slots:
         QTRY_COMPARE(m_pty->received(), framed("D1:A") + framed("D1:B"));
     }
 
-    void a_message_on_the_re_send_line_that_does_not_end_is_not_kept()
+    void an_endless_message_on_the_resend_line_is_dropped()
     {
         Pty* line = newWindowWithResendLine();
         const QByteArray longest = framed("D1:" + QByteArray(1000, 'A'));
@@ -56,7 +56,7 @@ private slots:
     }
 
 private:
-    // Makes a window that finds a re-send line, and returns the line.
+    // Makes a window while the re-send line is present, and returns the line.
     Pty* newWindowWithResendLine()
     {
         m_window.reset();

@@ -43,7 +43,7 @@ private slots:
         QVERIFY(QFile::exists(m_directory->filePath(u"started"_s)));
     }
 
-    void a_program_that_hangs_is_left_after_a_second()
+    void a_hanging_program_is_abandoned_after_one_second()
     {
         makeProgram(u"exec sleep 60"_s);
         QElapsedTimer elapsed;

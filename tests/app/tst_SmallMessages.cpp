@@ -1,4 +1,4 @@
-// The small messages of the main unit and the link mode, over the line.
+// "Slave" and its dialog, "SB", "DB", "IK" and "EI", over the line.
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
 #include "link/LinkModeDialog.h"
@@ -39,14 +39,14 @@ class tst_SmallMessages : public QObject
 private slots:
     void init() { QSettings(QStringLiteral("TORVA"), QStringLiteral("QN740KB")).clear(); }
 
-    void Slave_without_a_field_answers_the_mode_data()
+    void Slave_without_a_field_is_answered_with_the_mode_data()
     {
         QTest::addColumn<int>("mode");
         for (const int mode : {0, 1, 2, 7, -3}) {
             QTest::addRow("%d", mode) << mode;
         }
     }
-    void Slave_without_a_field_answers_the_mode()
+    void Slave_without_a_field_is_answered_with_the_mode()
     {
         QFETCH(int, mode);
         linkMode::store(mode);
@@ -110,7 +110,7 @@ private slots:
         QCOMPARE(linkMode::stored(), stored ? mode : 0);
     }
 
-    void an_unknown_mode_stays_when_another_unknown_one_comes()
+    void an_unknown_mode_is_not_replaced_by_another_unknown_one()
     {
         linkMode::store(5);
         Panel panel;
@@ -118,7 +118,7 @@ private slots:
         QCOMPARE(linkMode::stored(), 5);
     }
 
-    void the_dialog_opens_in_the_mode_and_sends_it_once_data()
+    void the_dialog_opens_with_the_current_mode_and_sends_it_once_data()
     {
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("button");
@@ -128,7 +128,7 @@ private slots:
         QTest::newRow("2") << 2 << "frequencyDiversityLinking" << framed("Slave,2");
         QTest::newRow("5") << 5 << QString() << QByteArray();
     }
-    void the_dialog_opens_in_the_mode_and_sends_it_once()
+    void the_dialog_opens_with_the_current_mode_and_sends_it_once()
     {
         QFETCH(int, mode);
         QFETCH(QString, button);
@@ -214,7 +214,7 @@ private slots:
         QCOMPARE(panel.window.rooms().link->mode(), 2);
     }
 
-    void there_is_one_dialog_at_most()
+    void only_one_dialog_opens()
     {
         Panel panel;
         panel.window.process_config_menu();
@@ -264,7 +264,7 @@ private slots:
         QCOMPARE(panel.window.statusBar()->currentMessage(), shown);
     }
 
-    void SB_with_a_time_goes_when_it_is_over()
+    void the_text_of_SB_disappears_after_its_time()
     {
         Panel panel;
         panel.say({"SB,50,Soon gone"});
@@ -328,7 +328,7 @@ private slots:
         QCOMPARE(shownBoxes().size(), 0);
     }
 
-    void ten_thousand_boxes_leave_nothing_behind()
+    void ten_thousand_boxes_leave_no_widgets()
     {
         Panel panel;
         const auto widgets = QApplication::allWidgets().size();
@@ -387,8 +387,8 @@ private slots:
         QTest::addColumn<QByteArray>("sent");
         QTest::newRow("toggle") << QByteArray("IK,L,0,X1:,,0,") << framed("X1:1");
         QTest::newRow("command") << QByteArray("IK,L,5,X1:,,0,,,") << QByteArray();
-        QTest::newRow("value") << QByteArray("IK,L,5,X1:,,0,,,2") << framed("X1:1");
-        QTest::newRow("five") << QByteArray("IK,L,5,X1:,,0") << QByteArray();
+        QTest::newRow("command with a value") << QByteArray("IK,L,5,X1:,,0,,,2") << framed("X1:1");
+        QTest::newRow("five fields") << QByteArray("IK,L,5,X1:,,0") << QByteArray();
         QTest::newRow("no fields") << QByteArray("IK") << QByteArray();
         QTest::newRow("no type") << QByteArray("IK,L,,X1:,,0,") << QByteArray();
         QTest::newRow("no parameter") << QByteArray("IK,L,0,X1:,,,") << QByteArray();
@@ -399,7 +399,7 @@ private slots:
         QFETCH(QByteArray, sent);
         Panel panel;
         QCOMPARE(panel.say({message}), sent);
-        // a new key each time: it is off again
+        // Each message makes a new key, which is off again.
         QCOMPARE(panel.say({message}), sent);
     }
 
@@ -424,10 +424,11 @@ private slots:
         QTest::addColumn<QByteArray>("message");
         QTest::addColumn<QList<int>>("locked");
         const QList<int> before{9};
-        QTest::newRow("some") << QByteArray("EI,M,k,0:2:3") << QList<int>{0, 2, 3};
-        QTest::newRow("one") << QByteArray("EI,M,k,4,rest") << QList<int>{4};
-        QTest::newRow("none") << QByteArray("EI,M,k,") << QList<int>{};
-        QTest::newRow("no numbers") << QByteArray("EI,M,k,a::-1:1.5:6") << QList<int>{6};
+        QTest::newRow("several positions") << QByteArray("EI,M,k,0:2:3") << QList<int>{0, 2, 3};
+        QTest::newRow("one position") << QByteArray("EI,M,k,4,rest") << QList<int>{4};
+        QTest::newRow("no position") << QByteArray("EI,M,k,") << QList<int>{};
+        QTest::newRow("items that are not positions")
+            << QByteArray("EI,M,k,a::-1:1.5:6") << QList<int>{6};
         QTest::newRow("two fields") << QByteArray("EI,M,k") << before;
         QTest::newRow("no fields") << QByteArray("EI") << before;
         QTest::newRow("no key") << QByteArray("EI,M,x,1") << before;

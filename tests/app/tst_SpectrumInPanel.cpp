@@ -1,5 +1,5 @@
-// The spectrum page in the panel: its start, its place among the views, and its chart on the PAX
-// main menu.
+// The spectrum page in the whole panel: its start, its place in the sequence of views, and its
+// chart on the PAX main menu.
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
@@ -14,6 +14,7 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 #include "tools/screen/Part.h"
+#include "touch/PresentMark.h"
 
 #include <QComboBox>
 #include <QPushButton>
@@ -43,23 +44,23 @@ private slots:
         m_cards.clear();
     }
 
-    void there_is_no_spectrum_page_before_it_is_started()
+    void there_is_no_spectrum_page_before_ST()
     {
         QVERIFY(m_window->rooms().spectrum->card() == nullptr);
         QVERIFY(m_window->rooms().spectrum->card() == nullptr);
         QCOMPARE(m_window->rooms().views->spectrum.index(), -1);
         for (const char* message :
             {"SF,0,2250.5", "SP,0,3", "SH,0,0", "LC,1,1", "HM,0,-10", "ST,0", "ST", "ST,2"}) {
-            tell(message);
+            send(message);
         }
         m_window->spanClicked();
         QVERIFY(m_window->rooms().spectrum->card() == nullptr);
         QCOMPARE(m_unit->received(), QByteArray());
     }
 
-    void st_starts_the_k7150_on_three_ports()
+    void ST_starts_the_K7150_on_three_ports()
     {
-        tell("ST,1");
+        send("ST,1");
         SpectralCard* card = m_window->rooms().spectrum->card();
         QVERIFY(card != nullptr && card->k7150Type());
         QCOMPARE(m_window->rooms().stack->widget(m_window->rooms().views->spectrum.index()), card);
@@ -73,17 +74,17 @@ private slots:
         QCOMPARE(ports, QStringList({u"ttyUSB11"_s, u"ttyUSB12"_s, u"ttyUSB13"_s}));
     }
 
-    void st_enables_the_demodulators_without_frames()
+    void ST_enables_the_demodulators_by_texts_without_frames()
     {
-        tell("ST,1");
+        send("ST,1");
         QTRY_COMPARE(m_unit->received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"));
     }
 
-    void st_twice_keeps_the_page_and_connects_it_once()
+    void ST_twice_keeps_the_page_and_connects_it_once()
     {
-        tell("ST,1");
+        send("ST,1");
         SpectralCard* card = m_window->rooms().spectrum->card();
-        tell("ST,1");
+        send("ST,1");
         QCOMPARE(m_window->rooms().spectrum->card(), card);
         const QByteArray spectrumOn = "D1:SPEN:1D2:SPEN:1D2:SPEN:1";
         const QByteArray spans = framed("D1:NFFT:12") + framed("D2:NFFT:12") + framed("D3:NFFT:12");
@@ -94,22 +95,22 @@ private slots:
         QTRY_COMPARE(cardSide::requests(*m_cards.at(0)), QList<QByteArray>{"0190CNFT190000"});
     }
 
-    void st_of_a_restarted_main_unit_tells_the_spans_chosen_before()
+    void ST_of_a_restarted_main_unit_is_answered_with_the_spans_chosen_before()
     {
-        tell("ST,1");
+        send("ST,1");
         m_window->rooms().spectrum->card()->SetSpan(1, 4);
         m_window->rooms().spectrum->card()->SetSpan(2, 9);
         QTRY_VERIFY(m_unit->received().endsWith(framed("D3:NFFT:10")));
         m_unit->takeReceived();
-        tell("ST,1");
+        send("ST,1");
         QTRY_COMPARE(m_unit->received(),
             "D1:SPEN:1D2:SPEN:1D2:SPEN:1" + framed("D1:NFFT:12") + framed("D2:NFFT:11") +
                 framed("D3:NFFT:10"));
     }
 
-    void demodulator_commands_are_widened_as_all_are_but_spans_are_local()
+    void a_span_is_not_widened_in_a_linked_mode()
     {
-        tell("ST,1");
+        send("ST,1");
         m_window->rooms().link->setMode(1);
         QTRY_COMPARE(m_unit->received().size(), 3 * 9);
         m_unit->takeReceived();
@@ -117,18 +118,18 @@ private slots:
         QTRY_COMPARE(m_unit->received(), framed("D1:NFFT:11"));
     }
 
-    void st_is_not_widened_in_the_linked_modes_data()
+    void the_texts_of_ST_are_not_widened_in_the_linked_modes_data()
     {
         QTest::addColumn<int>("mode");
         QTest::newRow("diversity") << 1;
         QTest::newRow("frequency diversity") << 2;
     }
 
-    void st_is_not_widened_in_the_linked_modes()
+    void the_texts_of_ST_are_not_widened_in_the_linked_modes()
     {
         QFETCH(int, mode);
         m_window->rooms().link->setMode(mode);
-        tell("ST,1");
+        send("ST,1");
         QTRY_COMPARE(m_unit->received().size(), 3 * 9);
         QTest::qWait(20);
         QCOMPARE(m_unit->received(), QByteArray("D1:SPEN:1D2:SPEN:1D2:SPEN:1"));
@@ -136,7 +137,7 @@ private slots:
 
     void the_demodulators_are_told_their_spans_when_the_page_is_first_shown()
     {
-        tell("ST,1");
+        send("ST,1");
         QTRY_COMPARE(m_unit->received().size(), 3 * 9);
         m_unit->takeReceived();
         m_window->rooms().views->setCurrent(Views::Spectrum);
@@ -153,28 +154,28 @@ private slots:
         QCOMPARE(m_unit->received(), told);
     }
 
-    void sh_without_any_display_returns_to_the_menus_data()
+    void SH_without_any_display_returns_to_the_menus_data()
     {
         QTest::addColumn<QByteArray>("message");
         QTest::addColumn<bool>("returns");
         QTest::newRow("hide") << QByteArray("SH,0,0") << true;
         QTest::newRow("show") << QByteArray("SH,0,1") << true;
-        QTest::newRow("neither") << QByteArray("SH,0,2") << false;
+        QTest::newRow("neither show nor hide") << QByteArray("SH,0,2") << false;
         QTest::newRow("negative") << QByteArray("SH,0,-1") << false;
         QTest::newRow("a chart that does not exist") << QByteArray("SH,99,0") << true;
-        QTest::newRow("a negative one") << QByteArray("SH,-1,1") << true;
+        QTest::newRow("a negative chart") << QByteArray("SH,-1,1") << true;
         QTest::newRow("one field") << QByteArray("SH,0") << false;
         QTest::newRow("no number") << QByteArray("SH,x,0") << false;
     }
 
-    void sh_without_any_display_returns_to_the_menus()
+    void SH_without_any_display_returns_to_the_menus()
     {
         QFETCH(QByteArray, message);
         QFETCH(bool, returns);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
         QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Menu"_s);
-        tell(message);
+        send(message);
         const QWidget* menu = m_window->rooms().views->menu.widget();
         QCOMPARE(m_window->rooms().views->current(), returns ? Views::Menus : Views::Scopes);
         QCOMPARE(m_window->rooms().stack->currentWidget() == menu, returns);
@@ -182,14 +183,14 @@ private slots:
             QString::fromUtf8(returns ? "Scopes" : "Menu"));
     }
 
-    void sh_with_a_scope_or_a_spectrum_stays_where_it_is_data()
+    void SH_with_a_scope_or_a_spectrum_keeps_the_view_data()
     {
         QTest::addColumn<bool>("scope");
         QTest::newRow("open scope port") << true;
         QTest::newRow("spectrum") << false;
     }
 
-    void sh_with_a_scope_or_a_spectrum_stays_where_it_is()
+    void SH_with_a_scope_or_a_spectrum_keeps_the_view()
     {
         QFETCH(bool, scope);
         if (scope) {
@@ -198,13 +199,13 @@ private slots:
             m_window->show();
             QVERIFY(m_window->scope_available() && m_window->rooms().spectrum->card() == nullptr);
         } else {
-            tell("ST,1");
+            send("ST,1");
         }
         m_window->rooms().views->setCurrent(Views::Scopes);
         m_window->rooms().views->show(&Views::scopes);
         part<QPushButton>(*m_window, "scopesButton")->setText(u"Menu"_s);
         for (const char* message : {"SH,0,0", "SH,0,1"}) {
-            tell(message);
+            send(message);
             QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
             QVERIFY(
                 m_window->rooms().stack->currentWidget() != m_window->rooms().views->menu.widget());
@@ -212,27 +213,27 @@ private slots:
         }
     }
 
-    void sh_while_the_pax_menu_is_on_holds_for_the_page()
+    void SH_during_the_PAX_menu_applies_to_the_page()
     {
         definePaxMenu();
-        tell("ST,1");
+        send("ST,1");
         SpectralCard* card = m_window->rooms().spectrum->card();
-        tell("SH,1,0");
-        tell("PAX,1");
-        tell("SH,0,0"); // the lent chart stays while it is lent
-        tell("SH,1,1");
-        tell("SH,2,0");
+        send("SH,1,0");
+        send("PAX,1");
+        send("SH,0,0"); // a lent chart stays visible
+        send("SH,1,1");
+        send("SH,2,0");
         QVERIFY(card->chart(0)->isVisible() && card->chartAreaVisible(0));
         QVERIFY(!card->chartAreaVisible(1) && !card->chartAreaVisible(2));
         QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
-        tell("PAX,0");
+        send("PAX,0");
         QVERIFY(!card->chartAreaVisible(0) && card->chartAreaVisible(1));
         QVERIFY(!card->chartAreaVisible(2));
     }
 
     void the_page_is_polled_while_it_is_shown()
     {
-        tell("ST,1");
+        send("ST,1");
         QTest::qWait(150);
         QCOMPARE(cardSide::requests(*m_cards.at(0)).size(), 0);
         m_window->rooms().views->setCurrent(Views::Spectrum);
@@ -242,9 +243,9 @@ private slots:
         QTRY_COMPARE(m_window->rooms().spectrum->card()->chart(0)->peak().level, -20.0);
     }
 
-    void the_views_go_round_with_the_card_s_page()
+    void the_view_button_cycles_through_the_spectrum_page_too()
     {
-        tell("ST,1");
+        send("ST,1");
         SpectralCard* card = m_window->rooms().spectrum->card();
         QPushButton* button = part<QPushButton>(*m_window, "scopesButton");
         const QWidget* menu = m_window->rooms().stack->currentWidget();
@@ -267,11 +268,11 @@ private slots:
         }
     }
 
-    void st_while_the_scopes_are_shown_offers_the_spectrum_next()
+    void ST_while_the_scopes_are_shown_offers_the_spectrum_next()
     {
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Menu"_s);
-        tell("ST,1");
+        send("ST,1");
         QCOMPARE(m_window->rooms().views->current(), Views::Scopes);
         QCOMPARE(part<QPushButton>(*m_window, "scopesButton")->text(), u"Spectrum"_s);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
@@ -280,7 +281,7 @@ private slots:
 
     void the_page_lies_inside_the_window()
     {
-        tell("ST,1");
+        send("ST,1");
         m_window->rooms().views->setCurrent(Views::Spectrum);
         m_window->rooms().views->show(&Views::spectrum);
         QCOMPARE(m_window->size(), QSize(800, 480));
@@ -296,9 +297,9 @@ private slots:
 
     // PAX menu
 
-    void the_span_key_chooses_the_first_chart_s_span()
+    void the_span_key_sets_the_span_of_the_first_chart()
     {
-        tell("ST,1");
+        send("ST,1");
         whenModal([](QWidget* dialog) {
             QCOMPARE(dialog->windowTitle(), u"Select Span value"_s);
             QPushButton* button = buttonWithText(dialog, u"7.5 Mhz"_s);
@@ -307,15 +308,20 @@ private slots:
         });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
-        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, u"Cancel"_s)); });
+        whenModal([](QWidget* dialog) {
+            const auto* mark = dialog->findChild<PresentMark*>();
+            QVERIFY(mark != nullptr);
+            QCOMPARE(mark->parentWidget(), buttonWithText(dialog, u"7.5 Mhz"_s));
+            clickOn(buttonWithText(dialog, u"Cancel"_s));
+        });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
     }
 
     void the_first_chart_is_lent_and_returned()
     {
-        tell("ST,1");
-        tell("SH,1,0");
+        send("ST,1");
+        send("SH,1,0");
         SpectralCard* card = m_window->rooms().spectrum->card();
         auto* page = new KeyBoard;
         page->new_PAX_mm_keyboard(u"Pax"_s, 5, 2);
@@ -327,48 +333,48 @@ private slots:
         QVERIFY(card->chart(0)->isVisible());
         QVERIFY(!card->chartAreaVisible(1) && !card->chartAreaVisible(2));
         QVERIFY(card->getOverRideVisCheck());
-        // it is polled, and only it
+        // Only this chart is polled.
         QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         m_window->returnChart();
         QVERIFY(card->isAncestorOf(card->chart(0)));
         QVERIFY(card->chartAreaVisible(0) && card->chartAreaVisible(2));
-        QVERIFY(!card->chartAreaVisible(1)); // as it was before
+        QVERIFY(!card->chartAreaVisible(1)); // as before
         QVERIFY(!card->getOverRideVisCheck());
         m_window->returnChart();
     }
 
-    void st_on_the_pax_menu_puts_the_chart_into_it()
+    void ST_on_the_PAX_menu_puts_the_chart_into_it()
     {
         definePaxMenu();
-        tell("PAX,1");
-        tell("ST,1");
+        send("PAX,1");
+        send("ST,1");
         QVERIFY(m_window->rooms().views->paxMenu.widget()->isAncestorOf(
             m_window->rooms().spectrum->card()->chart(0)));
         QVERIFY(!m_window->rooms().spectrum->card()->chartAreaVisible(1));
     }
 
-    void the_pax_menu_shows_the_first_chart_and_gives_it_back()
+    void the_PAX_menu_borrows_the_first_chart_and_returns_it()
     {
         definePaxMenu();
-        tell("ST,1");
+        send("ST,1");
         SpectralCard* card = m_window->rooms().spectrum->card();
-        tell("PAX,1");
+        send("PAX,1");
         QVERIFY(m_window->rooms().views->paxMenu.widget()->isAncestorOf(card->chart(0)));
         QVERIFY(card->chart(0)->isVisible());
         QVERIFY(card->chart(0)->height() >= 100 && card->chart(0)->width() >= 300);
         QTRY_COMPARE(cardSide::only(*m_cards.at(0), "RFFT"), QList<QByteArray>{"0190RFFT000000"});
         m_cards.at(0)->write(cardSide::k7150Spectrum(0, cardSide::carrier(512, 100, -20)));
         QTRY_COMPARE(card->chart(0)->peak().level, -20.0);
-        tell("PAX,0");
+        send("PAX,0");
         QVERIFY(card->isAncestorOf(card->chart(0)));
         QVERIFY(card->chartAreaVisible(1) && card->chartAreaVisible(2));
     }
 
-    void the_pax_menu_s_span_key_opens_the_spans()
+    void the_span_key_of_the_PAX_menu_opens_the_list_of_spans()
     {
         definePaxMenu();
-        tell("ST,1");
-        tell("PAX,1");
+        send("ST,1");
+        send("PAX,1");
         QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), u"Span"_s);
         QVERIFY(key != nullptr);
         whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, u"40 MHz"_s)); });
@@ -376,32 +382,32 @@ private slots:
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 9);
     }
 
-    void the_pax_menu_s_span_key_is_dead_until_there_is_a_spectrum()
+    void the_span_key_of_the_PAX_menu_is_disabled_until_there_is_a_spectrum()
     {
         definePaxMenu();
-        tell("PAX,1");
+        send("PAX,1");
         QPushButton* key = buttonWithText(m_window->rooms().views->paxMenu.widget(), u"Span"_s);
         QVERIFY(key != nullptr && !key->isEnabled());
         clickOn(key);
         QVERIFY(QApplication::activeModalWidget() == nullptr);
-        tell("ST,1");
+        send("ST,1");
         QVERIFY(key->isEnabled());
     }
 
-    void a_cleared_pax_menu_gives_the_chart_back_first()
+    void CLEAR_returns_the_chart_before_the_PAX_menu_is_deleted()
     {
         definePaxMenu();
-        tell("ST,1");
-        tell("PAX,1");
+        send("ST,1");
+        send("PAX,1");
         const QPointer<SpectrumChart> chart(m_window->rooms().spectrum->card()->chart(0));
-        tell("CLEAR");
+        send("CLEAR");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(chart != nullptr && m_window->rooms().spectrum->card()->isAncestorOf(chart));
     }
 
-    void a_chart_that_goes_down_with_its_pax_page_comes_anew()
+    void a_chart_deleted_with_its_PAX_page_is_made_again()
     {
-        tell("ST,1");
+        send("ST,1");
         auto* page = new KeyBoard;
         page->new_PAX_mm_keyboard(u"Pax"_s, 5, 2);
         m_window->rooms().menus->book.add(page);
@@ -414,12 +420,12 @@ private slots:
     }
 
 private:
-    void tell(const QByteArray& body) { m_window->process_mess(QString::fromLatin1(framed(body))); }
+    void send(const QByteArray& body) { m_window->process_mess(QString::fromLatin1(framed(body))); }
 
     void definePaxMenu()
     {
-        tell("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1");
-        tell("MS,Pax,Tuner,freq");
+        send("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1");
+        send("MS,Pax,Tuner,freq");
     }
 
     std::unique_ptr<DeviceDirectory> m_devices;

@@ -52,7 +52,7 @@ private slots:
         QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1}));
     }
 
-    void texts_are_shown()
+    void each_message_sets_its_text()
     {
         StatusBar bar;
         QCOMPARE(bar.currentMessage(), u"TORVA QN740 - Start Up"_s);

@@ -1,4 +1,4 @@
-// The cycle of the three views, by the view button.
+// The view button cycles through the three views.
 #include "app/ScopesFixture.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
@@ -29,7 +29,7 @@ private slots:
         }
     }
 
-    void with_a_spectrum_page_the_button_cycles_scopes_spectrum_menus()
+    void with_a_spectrum_page_the_button_cycles_through_three_views()
     {
         auto* spectrum = new QWidget;
         m_window->rooms().stack->addWidget(spectrum);
@@ -49,7 +49,7 @@ private slots:
         }
     }
 
-    void back_from_the_scopes_comes_the_menu_that_was_shown()
+    void after_the_scopes_the_last_menu_is_shown_again()
     {
         send("AK,First,1,One,0,,0,,0,0,0,1");
         send("AK,Second,1,Two,0,,0,,0,0,0,1");
@@ -61,13 +61,13 @@ private slots:
         QCOMPARE(m_window->rooms().stack->currentWidget(), second);
     }
 
-    void the_scopes_are_still_found_after_the_menus_were_cleared()
+    void the_scopes_are_still_shown_after_the_menus_were_cleared()
     {
         send("CLEAR");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(m_window->rooms().stack->currentWidget(), m_window->rooms().scopes);
-        // With no menu left the waiting page stands in for it; the next one that comes is shown.
+        // Without a menu the waiting page is shown until the next menu is selected.
         clickOn(part<QPushButton>(*m_window, "scopesButton"));
         QCOMPARE(
             m_window->rooms().stack->currentWidget()->objectName(), QStringLiteral("waitingPage"));

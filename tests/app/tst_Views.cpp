@@ -26,7 +26,7 @@ private slots:
         m_area.reset();
     }
 
-    void numbers_start_at_minus_1_in_the_menus_view()
+    void indexes_start_at_minus_1_and_the_view_is_menus()
     {
         for (const Views::Page* page : {&m_views->menu, &m_views->mainMenu, &m_views->paxMenu,
                  &m_views->scopes, &m_views->spectrum}) {
@@ -46,7 +46,7 @@ private slots:
         QCOMPARE(int(Views::Spectrum), 2);
     }
 
-    void a_page_is_shown_wherever_it_has_moved()
+    void a_page_is_shown_after_its_index_has_changed()
     {
         m_views->set(&Views::mainMenu, m_stack->widget(3));
         m_views->set(&Views::scopes, m_stack->widget(1));
@@ -60,7 +60,7 @@ private slots:
         QCOMPARE(shown(), u"d"_s);
     }
 
-    void the_number_of_a_page_that_is_gone_stays_and_shows_nothing()
+    void the_index_of_a_deleted_page_is_kept_and_shows_nothing()
     {
         m_views->set(&Views::mainMenu, m_stack->widget(1));
         delete m_stack->widget(1);
@@ -72,7 +72,7 @@ private slots:
         QCOMPARE(shown(), before);
     }
 
-    void a_page_that_was_never_there_shows_nothing()
+    void a_page_that_was_never_set_shows_nothing()
     {
         m_views->show(&Views::paxMenu);
         QCOMPARE(shown(), u"a"_s);
@@ -87,7 +87,7 @@ private slots:
         QCOMPARE(shown(), u"c"_s);
     }
 
-    void when_the_menu_on_the_screen_goes_the_waiting_page_comes()
+    void the_waiting_page_replaces_a_deleted_menu_on_the_screen()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(0));
@@ -95,7 +95,7 @@ private slots:
         QCOMPARE(shown(), u"Waiting for the main unit"_s);
     }
 
-    void back_in_the_menus_the_waiting_page_stands_in_for_a_page_that_is_gone()
+    void the_waiting_page_replaces_a_deleted_menu_when_the_menus_return()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(0));
@@ -113,7 +113,7 @@ private slots:
         QCOMPARE(m_views->current(), Views::Menus);
     }
 
-    void when_another_page_goes_the_menu_stays()
+    void deleting_another_page_keeps_the_menu_on_the_screen()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(2));
@@ -121,7 +121,7 @@ private slots:
         QCOMPARE(shown(), u"c"_s);
     }
 
-    void when_a_menu_goes_behind_a_display_the_display_stays()
+    void deleting_a_menu_behind_a_display_keeps_the_display()
     {
         m_views->addWaitingPage();
         m_views->showMenu(m_stack->widget(0));
@@ -132,7 +132,7 @@ private slots:
         QCOMPARE(shown(), u"c"_s);
     }
 
-    void each_view_is_announced_with_the_one_that_follows_it()
+    void each_view_is_announced_with_the_next_one()
     {
         QList<QPair<int, int>> announced;
         connect(m_views.get(), &Views::changed, this, [&](Views::View current, Views::View next) {
@@ -144,7 +144,7 @@ private slots:
         m_views->showNext();
         m_views->showNext();
         QCOMPARE(announced, (QList<QPair<int, int>>{{1, 0}, {0, 1}, {1, 0}}));
-        // a spectrum page that comes while the scopes are shown is what follows them
+        // A spectrum page that is added while the scopes are shown becomes the next view.
         m_views->set(&Views::spectrum, m_stack->widget(2));
         QCOMPARE(announced.takeLast(), (QPair<int, int>{1, 2}));
         m_views->showNext();
@@ -153,7 +153,7 @@ private slots:
         QCOMPARE(announced.takeLast(), (QPair<int, int>{0, 1}));
     }
 
-    void the_next_view_brings_its_page()
+    void the_next_view_shows_its_page()
     {
         m_views->showMenu(m_stack->widget(3));
         m_views->set(&Views::scopes, m_stack->widget(1));
@@ -171,7 +171,7 @@ private slots:
         }
     }
 
-    void without_a_waiting_page_a_page_that_is_gone_leaves_the_screen_as_it_is()
+    void without_a_waiting_page_returning_to_a_deleted_menu_keeps_the_screen()
     {
         m_views->setCurrent(Views::Spectrum);
         m_views->returnToMenus(nullptr);

@@ -35,7 +35,7 @@ private slots:
         QVERIFY(closed.isEmpty());
     }
 
-    void killbox_closes_and_no_field_does_nothing()
+    void KILLBOX_closes_the_boxes_and_no_field_does_nothing()
     {
         BoxMessages messages;
         const QSignalSpy wanted(&messages, &BoxMessages::boxWanted);

@@ -7,8 +7,8 @@ namespace {
 const QString S = u"\x02"_s;
 const QString E = u"\x04"_s;
 
-// All messages of one turn: what the link does with each read.
-QStringList turn(FrameCutter& cutter, const QString& text)
+// Returns all messages of one read, as the link takes them.
+QStringList readAll(FrameCutter& cutter, const QString& text)
 {
     cutter.append(text);
     QStringList messages;
@@ -39,10 +39,10 @@ private slots:
         QTest::newRow("one junk character is dropped")
             << QStringList{u"x"_s + S + u"PING"_s + E} << QStringList{S + u"PING"_s + E}
             << QString();
-        QTest::newRow("of two junk characters one stays in front")
+        QTest::newRow("one of two junk characters stays in front")
             << QStringList{u"xy"_s + S + u"PING"_s + E} << QStringList{u"y"_s + S + u"PING"_s + E}
             << QString();
-        QTest::newRow("of three the last two stay")
+        QTest::newRow("the last two of three junk characters stay in front")
             << QStringList{u"xyz"_s + S + u"PING"_s + E} << QStringList{u"yz"_s + S + u"PING"_s + E}
             << QString();
         QTest::newRow("every read drops one more")
@@ -76,7 +76,7 @@ private slots:
         FrameCutter cutter;
         QStringList messages;
         for (const QString& read : reads) {
-            messages += turn(cutter, read);
+            messages += readAll(cutter, read);
         }
         QTEST(messages, "messages");
         QTEST(cutter.rest(), "rest");
@@ -87,14 +87,14 @@ private slots:
         const QString text = S + u"AK,Tuner CH1,f,Frequency"_s + E + S + u"PING"_s + E;
         for (int at = 1; at < text.size(); ++at) {
             FrameCutter cutter;
-            QStringList messages = turn(cutter, text.left(at));
-            messages += turn(cutter, text.mid(at));
+            QStringList messages = readAll(cutter, text.left(at));
+            messages += readAll(cutter, text.mid(at));
             QCOMPARE(
                 messages, (QStringList{S + u"AK,Tuner CH1,f,Frequency"_s + E, S + u"PING"_s + E}));
         }
     }
 
-    void a_message_is_gone_from_the_rest_when_it_is_handed_out()
+    void a_message_is_removed_before_it_is_handed_on()
     {
         FrameCutter cutter;
         cutter.append(S + u"A"_s + E + S + u"B"_s + E);

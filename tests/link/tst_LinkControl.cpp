@@ -34,7 +34,7 @@ private slots:
         m_devices.reset();
     }
 
-    void a_message_is_widened_for_the_link_mode_and_a_text_is_not_data()
+    void messages_are_widened_for_the_link_mode_and_texts_are_not_data()
     {
         QTest::addColumn<int>("mode");
         QTest::addColumn<QByteArray>("sent");
@@ -43,7 +43,7 @@ private slots:
         QTest::newRow("frequency diversity") << 2 << framed("D1 D2 D3:FREQ R1:AGC");
     }
 
-    void a_message_is_widened_for_the_link_mode_and_a_text_is_not()
+    void messages_are_widened_for_the_link_mode_and_texts_are_not()
     {
         QFETCH(int, mode);
         m_link->setMode(mode);
@@ -64,7 +64,7 @@ private slots:
         QTRY_COMPARE(m_unit->received(), framed("PONG"));
     }
 
-    void what_nobody_reads_is_limited()
+    void unsent_bytes_are_limited()
     {
         const QString message(100'000, u'x');
         for (int i = 0; i < 30; ++i) {
@@ -79,14 +79,14 @@ private slots:
     {
         QWidget window;
         LinkControl link(&window);
-        link.answerPing(); // never opened
+        link.answerPing(); // was never opened
         QVERIFY(link.serial()->port() == nullptr);
         link.open(u"ttyO9"_s);
         link.answerPing();
         QVERIFY(!link.serial()->port()->isOpen());
     }
 
-    void the_mode_message_asks_and_sets_data()
+    void the_mode_message_queries_and_sets_the_mode_data()
     {
         QTest::addColumn<QStringList>("fields");
         QTest::addColumn<int>("mode");
@@ -96,12 +96,12 @@ private slots:
         QTest::newRow("diversity") << QStringList{u"1"_s} << 1 << "Diversity Mode" << true;
         QTest::newRow("frequency diversity")
             << QStringList{u"2"_s} << 2 << "Frequency Diversity Mode" << true;
-        QTest::newRow("no mode") << QStringList{u"7"_s} << 2 << QString() << true;
-        QTest::newRow("no number") << QStringList{u"x"_s} << 2 << QString() << false;
+        QTest::newRow("unknown mode") << QStringList{u"7"_s} << 2 << QString() << true;
+        QTest::newRow("not a number") << QStringList{u"x"_s} << 2 << QString() << false;
         QTest::newRow("empty") << QStringList{u""_s} << 2 << QString() << false;
     }
 
-    void the_mode_message_asks_and_sets()
+    void the_mode_message_queries_and_sets_the_mode()
     {
         QFETCH(QStringList, fields);
         QFETCH(int, mode);
@@ -116,7 +116,7 @@ private slots:
         QTRY_COMPARE(m_unit->received(), framed("Slave," + QByteArray::number(mode)));
     }
 
-    void the_stored_mode_is_restored_and_shown_if_it_is_one()
+    void the_stored_mode_is_restored_and_shown_if_known()
     {
         const QSignalSpy changed(m_link, &LinkControl::modeChanged);
         linkMode::store(1);
@@ -150,7 +150,7 @@ private slots:
         QCOMPARE(opened.size(), 2);
     }
 
-    void the_operator_s_choice_is_shown_sent_and_stored()
+    void the_choice_of_the_operator_is_shown_sent_and_stored()
     {
         const QSignalSpy changed(m_link, &LinkControl::modeChanged);
         m_link->openDialog();

@@ -23,7 +23,7 @@ private slots:
         QTest::newRow("none") << 0 << "";
         QTest::newRow("diversity") << 1 << "Diversity Mode";
         QTest::newRow("frequency diversity") << 2 << "Frequency Diversity Mode";
-        QTest::newRow("no mode") << 7 << "";
+        QTest::newRow("unknown mode") << 7 << "";
     }
 
     void each_mode_has_its_label()
@@ -63,8 +63,8 @@ private slots:
                                                     << "R2:A R1 R2:B";
         QTest::newRow("no prefix") << 1 << "Main"
                                    << "Main";
-        QTest::newRow("a mode that is none") << 7 << "D1:A R1:B"
-                                             << "D1:A R1:B";
+        QTest::newRow("unknown mode") << 7 << "D1:A R1:B"
+                                      << "D1:A R1:B";
         QTest::newRow("case matters") << 1 << "d1:A"
                                       << "d1:A";
         for (const QString& local : LocalCommands) {
@@ -87,7 +87,7 @@ private slots:
         QTEST(linkMode::widened(message, mode), "sent");
     }
 
-    void the_mode_is_stored_under_its_own_names()
+    void the_mode_is_stored_in_the_settings()
     {
         QSettings file(u"TORVA"_s, u"QN740KB"_s);
         file.remove("Slave");

@@ -37,7 +37,7 @@ private slots:
             QStringList{u"\x02whole\x04"_s});
     }
 
-    void a_message_is_forgotten_after_clear()
+    void clear_drops_the_unfinished_message()
     {
         ResendCutter cutter;
         QVERIFY(cutter

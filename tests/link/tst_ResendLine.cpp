@@ -32,14 +32,14 @@ private slots:
             u"D2:DSDM:1\x04"_s);
     }
 
-    void an_error_makes_what_follows_the_beginning_of_another_message()
+    void an_error_drops_the_unfinished_message()
     {
         DeviceDirectory devices;
         Pty& unit = devices.add(u"ttyUSB4"_s);
         ResendLine line;
         const QSignalSpy received(&line, &ResendLine::received);
         line.open();
-        // The first message says that the beginning of the second has been read as well.
+        // When the first message arrives, the beginning of the second has been read as well.
         QVERIFY(unit.write(framed("A") +
             "\x02"
             "B"));
@@ -59,7 +59,7 @@ private slots:
             u"F\x04"_s);
     }
 
-    void a_line_that_is_not_there_is_opened_when_it_comes()
+    void a_missing_line_is_opened_when_it_appears()
     {
         DeviceDirectory devices;
         ResendLine line;

@@ -36,7 +36,7 @@ private slots:
         QVERIFY(m_messages.isEmpty());
     }
 
-    void the_line_is_opened_as_the_main_unit_expects_it()
+    void the_line_is_opened_with_the_settings_of_the_main_unit()
     {
         m_serial->check_serial();
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
@@ -138,10 +138,10 @@ private slots:
         QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
     }
 
-    void a_read_takes_1024_bytes_and_the_next_turn_comes_by_itself()
+    void a_read_takes_1024_bytes_and_the_rest_follows_by_itself()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
-        // more than one read in the port before the first turn
+        // More than one read is in the port before the first turn.
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         const QByteArray frame = framed(QByteArray(98, 'x'));
         for (int i = 0; i < 30; ++i) {
@@ -155,7 +155,7 @@ private slots:
         QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
     }
 
-    void a_handler_with_an_event_loop_of_its_own_gets_each_message_once_and_in_order()
+    void a_handler_that_runs_an_event_loop_gets_each_message_once_and_in_order()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QStringList entered;
@@ -165,7 +165,7 @@ private slots:
             entered += message;
             deepest = qMax(deepest, ++depth);
             if (entered.size() == 1) {
-                m_pty->write(framed("third")); // while the first is being handled
+                m_pty->write(framed("third")); // while the first is handled
                 QEventLoop editor;
                 QTimer::singleShot(200, &editor, &QEventLoop::quit);
                 editor.exec();
@@ -180,7 +180,7 @@ private slots:
         QCOMPARE(deepest, 1);
     }
 
-    void a_handler_that_runs_in_a_turn_of_its_own_is_not_entered_twice_either()
+    void a_handler_in_a_queued_turn_is_not_entered_twice_either()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         QStringList entered;
@@ -197,8 +197,8 @@ private slots:
             }
             --depth;
         });
-        // the first frame fills a whole read, the second waits for the turn after it, in which the
-        // port announces new bytes also to an event loop inside the handler
+        // The first frame fills a whole read; the second waits for the queued turn, in which the
+        // port announces new bytes also to an event loop inside the handler.
         m_pty->write(framed(QByteArray(1022, 'x')) + framed("second"));
         QTRY_COMPARE(
             entered, (QStringList{u"\x02xxxxxxx"_s, u"\x02second\x04"_s, u"\x02third\x04"_s}));
@@ -230,7 +230,7 @@ private slots:
     void what_came_before_the_line_was_lost_is_still_handled()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
-        // still in the port when the other end goes
+        // The bytes are still in the port when the other end is closed.
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         m_pty->write(framed(QByteArray(98, 'x')).repeated(30));
         QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));

@@ -75,8 +75,8 @@ private slots:
         row("both receivers", u"R1 R2:AGC:1"_s,
             {u"CV,Tuner CH1,agc,7,1"_s, u"CV,Tuner CH2,agc,0,1"_s});
         row("all, of which one has it", u"D1 D2 D3:CLR:1"_s, {u"CV,Demod 1,clear,0,1"_s});
-        row("toggle that is none", u"R1:AGC:2"_s, {});
-        row("number that is none", u"R1:FREQ:x"_s, {});
+        row("toggle that is neither 0 nor 1", u"R1:AGC:2"_s, {});
+        row("not a number", u"R1:FREQ:x"_s, {});
         row("number that is not finite", u"R1:FREQ:inf"_s, {});
         row("nothing behind the command", u"R1:FREQ:"_s, {});
         row("selection with a comma", u"D1:MODE:1,2"_s, {});

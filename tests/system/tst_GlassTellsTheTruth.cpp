@@ -23,6 +23,7 @@
 #include <QSplashScreen>
 #include <QStatusBar>
 
+#include <csignal>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -124,8 +125,9 @@ private slots:
             QTest::qWait(300);
         }
         QVERIFY(isTrue(Well, false, false));
+        pauseMainUnit();
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Silent, false, false), LongMs);
-        tell("SB,0,Back again");
+        continueMainUnit();
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, false, false), LongMs);
 
         m_main.reset(); // killed
@@ -160,6 +162,9 @@ private:
     }
 
     void startMainUnit() { m_main = startSimulator(u"main"_s, {}, {u"ttyO1"_s}); }
+
+    void pauseMainUnit() const { ::kill(static_cast<pid_t>(m_main->processId()), SIGSTOP); }
+    void continueMainUnit() const { ::kill(static_cast<pid_t>(m_main->processId()), SIGCONT); }
 
     void startCards()
     {
@@ -228,6 +233,7 @@ private:
         const auto* notice = part<QLabel>(*m_window, "noticeLabel");
         bool ok = notice->text() == noticeText && notice->isVisible() == !noticeText.isEmpty();
         const Rooms& rooms = m_window->rooms();
+        ok = ok && rooms.scopes->magPhasePlot()->isDimmed() == notice->isVisible();
         if (rooms.views->current() == Views::Scopes) {
             for (int demodulator = 1; demodulator <= 3; ++demodulator) {
                 ok = ok && rooms.scopes->scope(demodulator)->stale() == scopesStale;

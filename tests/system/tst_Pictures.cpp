@@ -53,7 +53,7 @@ QVector<Part> stillParts(const QString& name)
             {"spectrum's frequencies", {410, 378, 390, 18}}};
     }
     if (name == u"connection-lost-pax.png"_s) {
-        return {{"keys", {0, 0, 400, 480}}, {"notice", {263, 450, 273, 30}}};
+        return {{"keys", {0, 0, 400, 480}}, {"notice", {263, 458, 273, 22}}};
     }
     if (!name.startsWith(u"scopes-"_s)) {
         return {};
@@ -185,14 +185,14 @@ private slots:
             documents += docs.next();
         }
         const QRegularExpression link(uR"(!\[[^\]]*\]\(([^)]*)\))"_s);
-        for (const QString& paper : documents) {
-            QFile file(paper);
+        for (const QString& document : documents) {
+            QFile file(document);
             QVERIFY(file.open(QIODevice::ReadOnly));
             auto links = link.globalMatch(QString::fromUtf8(file.readAll()));
             while (links.hasNext()) {
                 const QString target = links.next().captured(1);
-                const QString path = QFileInfo(paper).dir().filePath(target);
-                QTest::newRow(qPrintable(QFileInfo(paper).fileName() + u' ' + target)) << path;
+                const QString path = QFileInfo(document).dir().filePath(target);
+                QTest::newRow(qPrintable(QFileInfo(document).fileName() + u' ' + target)) << path;
             }
         }
     }

@@ -28,7 +28,7 @@ private slots:
         QCOMPARE(words.join(u' '), u"PONG Slave Main"_s);
     }
 
-    void no_word_stands_twice_and_the_numbers_of_fields_make_sense()
+    void words_are_unique_and_field_counts_consistent()
     {
         for (const auto& commands : {wire::toPanel(), wire::fromPanel()}) {
             for (const wire::Command& command : commands) {
@@ -39,7 +39,7 @@ private slots:
         }
     }
 
-    void a_word_is_found_only_with_its_exact_letters()
+    void a_word_is_found_only_when_it_matches_exactly()
     {
         QCOMPARE(wire::findCommand(wire::toPanel(), u"PING"_s)->word, wire::word::Ping);
         for (const char* unknown : {"ping", "PING ", " PING", "", "PONG", "Main"}) {
@@ -47,6 +47,78 @@ private slots:
                 wire::findCommand(wire::toPanel(), QString::fromUtf8(unknown)) == nullptr, unknown);
         }
         QVERIFY(wire::findCommand(wire::fromPanel(), u"PING"_s) == nullptr);
+    }
+
+    void a_message_needs_as_many_fields_as_the_table_says_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<int>("needed");
+        QTest::newRow("a key") << "AK" << 11;
+        QTest::newRow("a key to press at once") << "IK" << 6;
+        QTest::newRow("locked choices") << "EI" << 3;
+        QTest::newRow("a query without fields") << "PING" << 0;
+    }
+
+    void a_message_needs_as_many_fields_as_the_table_says()
+    {
+        QFETCH(QString, word);
+        QFETCH(int, needed);
+        const QByteArray letters = word.toLatin1();
+        const QLatin1String command(letters);
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed, u"1"_s)));
+        QVERIFY(wire::hasEnoughFields(command, QStringList(needed + 1, u"1"_s)));
+        if (needed > 0) {
+            QVERIFY(!wire::hasEnoughFields(command, QStringList(needed - 1, u"1"_s)));
+        }
+    }
+
+    void an_unknown_word_never_has_enough_fields()
+    {
+        QVERIFY(!wire::hasEnoughFields(wire::word::Pong, {}));
+        QVERIFY(!wire::hasEnoughFields(QLatin1String("Foo"), QStringList(100, u"1"_s)));
+    }
+
+    void a_command_of_the_panel_is_told_from_what_a_key_sends_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<QString>("word"); // empty: a key's
+        QTest::newRow("PONG") << "PONG"
+                              << "PONG";
+        QTest::newRow("Main") << "Main"
+                              << "Main";
+        QTest::newRow("link mode") << "Slave,2"
+                                   << "Slave";
+        QTest::newRow("negative link mode") << "Slave,-3"
+                                            << "Slave";
+        QTest::newRow("link mode without a number") << "Slave,x"
+                                                    << "";
+        QTest::newRow("link mode without a field") << "Slave"
+                                                   << "";
+        QTest::newRow("link mode with a field too many") << "Slave,1,2"
+                                                         << "";
+        QTest::newRow("PONG with a field") << "PONG,1"
+                                           << "";
+        QTest::newRow("other case") << "pong"
+                                    << "";
+        QTest::newRow("word of the main unit") << "PING"
+                                               << "";
+        QTest::newRow("key") << "R1:AGC:1"
+                             << "";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void a_command_of_the_panel_is_told_from_what_a_key_sends()
+    {
+        QFETCH(QString, body);
+        QFETCH(QString, word);
+        const wire::Command* command = wire::commandFromPanel(body.split(u','));
+        QCOMPARE(command != nullptr ? QString(command->word) : QString(), word);
+    }
+
+    void an_empty_list_is_no_command_of_the_panel()
+    {
+        QVERIFY(wire::commandFromPanel({}) == nullptr);
     }
 
     void fields_are_described_up_to_the_last_known_one()

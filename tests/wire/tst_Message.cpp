@@ -24,7 +24,8 @@ private slots:
                                 << QStringList{u"SK"_s, u"Tuner CH1"_s};
         QTest::newRow("empty fields are kept")
             << u"\x02,a,,b,\x04"_s << QStringList{u""_s, u"a"_s, u""_s, u"b"_s, u""_s};
-        QTest::newRow("the ends are dropped unseen") << u"xVERy"_s << QStringList{u"VER"_s};
+        QTest::newRow("first and last character are dropped whatever they are")
+            << u"xVERy"_s << QStringList{u"VER"_s};
         QTest::newRow("two characters") << u"\x02\x04"_s << QStringList{u""_s};
         QTest::newRow("one character") << u"\x04"_s << QStringList{u""_s};
         QTest::newRow("none") << QString() << QStringList{u""_s};

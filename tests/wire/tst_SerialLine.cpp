@@ -99,7 +99,7 @@ private slots:
         pty.close();
         QTRY_COMPARE(lost.count(), 1);
         QVERIFY(!line.isOpen());
-        // what a loop at full speed would burn in this time is many times more
+        // A loop at full speed would use many times more.
         const double before = cpuSeconds();
         QTest::qWait(1000);
         QVERIFY(cpuSeconds() - before < 0.3);

@@ -8,7 +8,7 @@ class tst_SpanTable : public QObject
     Q_OBJECT
 
 private slots:
-    void every_span_is_as_the_unit_has_it_data()
+    void each_span_has_the_values_of_the_unit_data()
     {
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("fftParam");
@@ -48,7 +48,7 @@ private slots:
                            << "0066" << 43.347002 << Ticks{50, 60, 70, 80, 90};
     }
 
-    void every_span_is_as_the_unit_has_it()
+    void each_span_has_the_values_of_the_unit()
     {
         const SpanInfo& span = spanTable().at(QString::fromUtf8(QTest::currentDataTag()).toInt());
         QTEST(QString::fromUtf8(span.label), "label");

@@ -23,9 +23,9 @@ private slots:
     void a_line_is_read_back_data()
     {
         QTest::addColumn<QString>("line");
-        QTest::newRow("bare") << "12.345 in \\x02PING\\x04";
+        QTest::newRow("line alone") << "12.345 in \\x02PING\\x04";
         QTest::newRow("as the log writes it") << "qn740.link: 12.345 in \\x02PING\\x04";
-        QTest::newRow("with a time of the log's own")
+        QTest::newRow("with the time of the log")
             << "2026-01-01T10:00:00.123 qn740.link: 12.345 in \\x02PING\\x04";
     }
 
@@ -50,7 +50,7 @@ private slots:
         QCOMPARE(read->frame, all);
     }
 
-    void another_line_is_none_data()
+    void other_lines_are_not_trace_lines_data()
     {
         QTest::addColumn<QString>("line");
         QTest::newRow("empty") << "";
@@ -59,13 +59,13 @@ private slots:
         QTest::newRow("no direction") << "12.345 up x";
     }
 
-    void another_line_is_none()
+    void other_lines_are_not_trace_lines()
     {
         QFETCH(QString, line);
         QVERIFY(!wire::TraceLine::fromText(line));
     }
 
-    void time_goes_on()
+    void the_time_of_a_line_advances()
     {
         const double first = wire::TraceLine::now(true, u""_s).seconds;
         QTRY_VERIFY(wire::TraceLine::now(true, u""_s).seconds > first);

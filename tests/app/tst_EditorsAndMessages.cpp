@@ -1,5 +1,6 @@
-// What the main unit sends while the operator has an editor open: over a real line, into the real
-// window, with real clicks. The editor's result goes to its key, or nowhere when the key is gone.
+// What the main unit sends while the operator has an editor open, over a real line, with real
+// clicks on the real window. The editor's result is sent by its key, or not at all when the key was
+// deleted.
 #include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -16,14 +17,13 @@ namespace {
 
 constexpr int LongMs = 20000;
 
-// A way of entering a value: the fields of its key from the type to the value, the buttons that are
-// pressed in the editor, those in the dialog that the last of them opens, and what is sent.
+// A way of entering a value.
 struct Editor
 {
     const char* name;
-    const char* fields;
-    QStringList buttons;
-    QStringList buttonsOver;
+    const char* fields;      // of its key, from the type to the value
+    QStringList buttons;     // that are pressed in the editor
+    QStringList buttonsOver; // that are pressed in the dialog that the last of these opens
     const char* sent;
 };
 
@@ -57,20 +57,20 @@ void pressAll(QWidget* dialog, const QStringList& buttons)
     }
 }
 
-// Opens the editor of the key, does `fire` while the dialog is open into which the value goes, then
-// enters the value.
-void use(Panel& panel, const Editor& editor, const std::function<void(QWidget*)>& fire)
+// Opens the editor of the key, calls `meanwhile` with the dialog in which the value is entered,
+// then enters the value.
+void use(Panel& panel, const Editor& editor, const std::function<void(QWidget*)>& meanwhile)
 {
     const Key* key = MenuBook::findKey(panel.window.rooms().menus->book.find(u"Test"_s), u"k"_s);
     QVERIFY(key != nullptr && key->GetKey() != nullptr && key->GetKey()->isVisible());
     whenModal([&](QWidget* dialog) {
         if (!editor.buttonsOver.isEmpty()) {
             whenModal([&](QWidget* over) {
-                fire(over);
+                meanwhile(over);
                 pressAll(over, editor.buttonsOver);
             });
         } else {
-            fire(dialog);
+            meanwhile(dialog);
         }
         pressAll(dialog, editor.buttons);
     });
@@ -87,7 +87,7 @@ void addEditors()
 
 } // namespace
 
-class tst_EditorsUnderFire : public QObject
+class tst_EditorsAndMessages : public QObject
 {
     Q_OBJECT
 
@@ -111,7 +111,7 @@ private slots:
         QCOMPARE(QApplication::topLevelWidgets().size(), m_windows);
     }
 
-    void a_message_changes_nothing_of_the_result_data()
+    void messages_do_not_change_the_result_data()
     {
         QTest::addColumn<int>("index");
         QTest::addColumn<QByteArrayList>("messages");
@@ -122,7 +122,7 @@ private slots:
                 QTest::addRow("%s, %s", editor.name, name)
                     << int(&editor - editors().constData()) << messages << answer;
             };
-            row("nothing", {});
+            row("no message", {});
             row("AK", {definition(editor, "Another label")});
             row("AK of another type", {"AK,Test,k,Label,5,CMD ,,0,,0,1,1"});
             row("CV", {"CV,Test,k,12.5,1"});
@@ -134,11 +134,11 @@ private slots:
             row("KILLBOX", {"DB,KILLBOX"});
             row("PING", {"PING"}, framed("PONG"));
             row("VER", {"VER"}, framed("1.1.6.4"));
-            row("a thousand",
+            row("a thousand messages",
                 QByteArrayList(500, "CV,Test,k,3,0") + QByteArrayList(500, "DB,KILLBOX"));
         }
     }
-    void a_message_changes_nothing_of_the_result()
+    void messages_do_not_change_the_result()
     {
         QFETCH(int, index);
         QFETCH(QByteArrayList, messages);
@@ -146,19 +146,19 @@ private slots:
         const Editor& editor = editors().at(index);
         open(editor);
         use(*m_panel, editor, [&](QWidget* dialog) {
-            // say() comes back when a "PING" behind the messages was answered
+            // say() returns when a "PING" behind the messages was answered.
             QCOMPARE(m_panel->say(messages), answer);
             QVERIFY(dialog->isVisible());
         });
         QCOMPARE(m_panel->heard(), framed(editor.sent));
     }
 
-    void a_changed_command_is_the_one_that_is_sent_data()
+    void a_command_changed_meanwhile_is_sent_data()
     {
         QTest::addColumn<int>("index");
         addEditors();
     }
-    void a_changed_command_is_the_one_that_is_sent()
+    void a_command_changed_meanwhile_is_sent()
     {
         QFETCH(int, index);
         const Editor& editor = editors().at(index);
@@ -166,19 +166,19 @@ private slots:
         use(*m_panel, editor, [&](QWidget*) {
             m_panel->say({definition(editor, "Setting").replace("CMD ", "OTHER ")});
         });
-        // a slider sends with the command that it was opened with
+        // A slider uses the command that it was opened with.
         const bool live = QByteArray(editor.name) == "slider";
         QCOMPARE(m_panel->heard(),
             framed(
                 live ? QByteArray(editor.sent) : QByteArray(editor.sent).replace("CMD", "OTHER")));
     }
 
-    void the_result_of_a_key_that_is_gone_goes_nowhere_data()
+    void the_result_of_a_deleted_key_is_not_sent_data()
     {
         QTest::addColumn<int>("index");
         addEditors();
     }
-    void the_result_of_a_key_that_is_gone_goes_nowhere()
+    void the_result_of_a_deleted_key_is_not_sent()
     {
         QFETCH(int, index);
         const Editor& editor = editors().at(index);
@@ -188,12 +188,12 @@ private slots:
         use(*m_panel, editor, [&](QWidget* dialog) {
             m_panel->say({"CLEAR"});
             QTRY_VERIFY(key == nullptr);
-            // a key of the same name is another key
+            // A key of the same name is another key.
             m_panel->say({definition(editor, "Setting"), "SK,Test"});
             QVERIFY(dialog->isVisible());
         });
         QCOMPARE(m_panel->heard(), QByteArray());
-        // and that one works
+        // The new key works.
         use(*m_panel, editor, [](QWidget*) {});
         QCOMPARE(m_panel->heard(), framed(editor.sent));
     }
@@ -216,7 +216,7 @@ private slots:
         const Editor& editor = editors().at(index);
         const Editor& other = editors().at(second);
         open(editor);
-        // label, type, command and so on; the value stands behind the text of the pad
+        // Label, type, command and so on; the value follows the text of the pad.
         QByteArrayList fields = QByteArray(other.fields).split(',');
         fields.insert(fields.size() - 1, QByteArray());
         const QByteArray message = "IK,Second," + fields.join(',').replace("CMD ", "SEC ");
@@ -237,14 +237,14 @@ private slots:
             framed(QByteArray(other.sent).replace("CMD", "SEC")) + framed(editor.sent));
     }
 
-    void the_key_may_go_under_two_editors_data()
+    void the_key_can_be_deleted_under_two_editors_data()
     {
         QTest::addColumn<int>("index");
         addEditors();
     }
-    // the unit is not heard while the editor is open that it has opened itself; what it sends then
-    // is carried out when that one is closed
-    void the_key_may_go_under_two_editors()
+    // While an editor is open that the unit has opened itself, messages wait: they are carried out
+    // when it is closed.
+    void the_key_can_be_deleted_under_two_editors()
     {
         QFETCH(int, index);
         const Editor& editor = editors().at(index);
@@ -269,5 +269,5 @@ private:
     qsizetype m_windows = 0;
 };
 
-QN740_TEST_MAIN(tst_EditorsUnderFire)
-#include "tst_EditorsUnderFire.moc"
+QN740_TEST_MAIN(tst_EditorsAndMessages)
+#include "tst_EditorsAndMessages.moc"
