@@ -348,6 +348,8 @@ void CardSession::takeTimeout(const QString& request, Rs422Bus::Results result)
 {
     const bool ours = request.left(m_address.size()) == m_address;
     if (ours && result == Rs422Bus::NoReply && card::isSpectrumRequest(request)) {
+        // Quirk: at once, and so also when the page has been hidden meanwhile. See "Quirks" in
+        // docs/architecture.md.
         m_polledChannel = -1;
         poll();
     }
