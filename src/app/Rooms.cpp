@@ -64,16 +64,12 @@ void Rooms::addStartPages()
 
 void Rooms::connectSpectrum()
 {
-    QObject::connect(spectrum, &SpectrumMessages::pageMade, central, [this](SpectralCard* page) {
-        stack->addWidget(page);
-        views->set(&Views::spectrum, page);
-        navigation->mainMenus().enableSpan();
-    });
-    QObject::connect(spectrum, &SpectrumMessages::pageMissed, central, [this] {
-        if (!scopes->anyPortOpen()) {
-            views->returnToMenus(views->menu.widget());
-        }
-    });
+    QObject::connect(spectrum, &SpectrumMessages::pageMade, central,
+        [stack = stack, views = views, navigation = navigation](SpectralCard* page) {
+            stack->addWidget(page);
+            views->set(&Views::spectrum, page);
+            navigation->mainMenus().enableSpan();
+        });
     QObject::connect(spectrum, &SpectrumMessages::unframedResponse, link, &LinkControl::write);
     QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices, &ChoiceLists::askSpan);
     QObject::connect(choices, &ChoiceLists::spanChosen, spectrum, &SpectrumMessages::applyChoice);
@@ -101,12 +97,18 @@ void Rooms::connectScopeMessages()
     dim(link->health());
     QObject::connect(
         scopeMessages, &ScopeMessages::choiceWanted, choices, &ChoiceLists::askScopeMode);
+    QObject::connect(
+        spectrum, &SpectrumMessages::pageMissed, scopes, [scopes = scopes, views = views] {
+            if (!scopes->anyPortOpen()) {
+                views->returnToMenus(views->menu.widget());
+            }
+        });
 }
 
 void Rooms::connectLoan()
 {
     QObject::connect(navigation, &MenuNavigation::displaysWanted, loan, &DisplayLoan::lendTo);
     QObject::connect(navigation, &MenuNavigation::displaysReturned, loan, &DisplayLoan::takeBack);
-    QObject::connect(spectrum, &SpectrumMessages::started, loan,
-        [this] { loan->lendChartTo(navigation->shownPaxPlace()); });
+    QObject::connect(spectrum, &SpectrumMessages::started, navigation,
+        [loan = loan, navigation = navigation] { loan->lendChartTo(navigation->shownPaxPlace()); });
 }
