@@ -13,10 +13,12 @@ constexpr int SpanColumns = 4;
 
 } // namespace
 
-void ChoiceLists::askScopeMode(int demodulator, const QString& choices)
+void ChoiceLists::askScopeMode(int demodulator, const QString& choices, const QString& present)
 {
     const QPointer<ChoiceLists> self(this);
     PopUpKeyBoard list;
+    list.setNote(QStringLiteral("Demod %1").arg(demodulator));
+    list.setPresent({present, std::nullopt});
     const QString choice =
         list.new_pop_keyboard(choices, QStringLiteral("Scope Mode"), ModeRows, ModeColumns, false);
     if (self != nullptr) {
@@ -24,10 +26,13 @@ void ChoiceLists::askScopeMode(int demodulator, const QString& choices)
     }
 }
 
-void ChoiceLists::askSpan(const QString& choices)
+void ChoiceLists::askSpan(const QString& choices, std::optional<int> present)
 {
     const QPointer<ChoiceLists> self(this);
     PopUpKeyBoard list;
+    if (present) {
+        list.setPresent({QString(), *present});
+    }
     const QString choice =
         list.new_pop_keyboard(choices, QStringLiteral("Span"), SpanRows, SpanColumns, false);
     if (self != nullptr) {

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <optional>
+
 /// The lists in which the operator chooses a scope mode or a span.
 ///
 /// The rooms of the scopes and of the spectrum do not know the pop-ups: they ask by a signal, the
@@ -18,8 +20,9 @@ public:
     /// Opens a list and answers by the signal of the same kind. \param choices items as "value
     /// text", separated by ":"
     ///@{
-    void askScopeMode(int demodulator, const QString& choices);
-    void askSpan(const QString& choices);
+    /// \param present text or value of the item that is in effect now, if it is known
+    void askScopeMode(int demodulator, const QString& choices, const QString& present = {});
+    void askSpan(const QString& choices, std::optional<int> present = std::nullopt);
     ///@}
 
 signals:

@@ -17,6 +17,7 @@
 #include "spectrum/SpectrumMessages.h"
 
 #include <QCoreApplication>
+#include <QPushButton>
 
 namespace {
 
@@ -71,7 +72,12 @@ void Rooms::connectSpectrum()
             navigation->mainMenus().enableSpan();
         });
     QObject::connect(spectrum, &SpectrumMessages::unframedResponse, link, &LinkControl::write);
-    QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices, &ChoiceLists::askSpan);
+    QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices,
+        [spectrum = spectrum, choices = choices](const QString& items) {
+            const SpectralCard* card = spectrum->card();
+            choices->askSpan(
+                items, card != nullptr ? std::optional<int>(card->getSpan(0)) : std::nullopt);
+        });
     QObject::connect(choices, &ChoiceLists::spanChosen, spectrum, &SpectrumMessages::applyChoice);
 }
 
@@ -96,12 +102,16 @@ void Rooms::connectScopeMessages()
     QObject::connect(link, &LinkControl::healthChanged, display, dim);
     dim(link->health());
     QObject::connect(
-        scopeMessages, &ScopeMessages::choiceWanted, choices, &ChoiceLists::askScopeMode);
-    QObject::connect(
         spectrum, &SpectrumMessages::pageMissed, scopes, [scopes = scopes, views = views] {
             if (!scopes->anyPortOpen()) {
                 views->returnToMenus(views->menu.widget());
             }
+        });
+    QObject::connect(scopeMessages, &ScopeMessages::choiceWanted, scopes,
+        [scopes = scopes, choices = choices](int demodulator, const QString& items) {
+            const QPushButton* button = scopes->modeButton(demodulator);
+            const QString shown = button != nullptr ? button->text() : QString();
+            choices->askScopeMode(demodulator, items, shown.mid(QStringLiteral("Demod n ").size()));
         });
 }
 

@@ -23,7 +23,6 @@ constexpr int Border = 2;        // of the bar's style sheet
 constexpr int TextMargin = 6;    // left of the text
 constexpr int PartsMargin = 2;   // between the text and the parts at the right
 constexpr int MaxMeasured = 500; // characters; no more of them fit into the bar
-constexpr int MinBoxPixels = 14; // of the letters in the box with the whole text
 constexpr QSize OkSize(110, 60);
 
 QString nameOf(Views::View view)
@@ -204,7 +203,6 @@ void StatusBar::showWholeText()
     m_wholeText->setNonBlocking(QStringLiteral("font-size: 22px;"));
     m_wholeText->setTextFormat(Qt::PlainText);
     m_wholeText->setText(currentMessage());
-    m_wholeText->setMinLetters(MinBoxPixels);
     m_wholeText->addOk(OkSize);
     m_wholeText->setArea(window()->geometry());
     m_wholeText->show();

@@ -29,6 +29,7 @@ std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields
         const float value = fields.value(ValueField).toFloat(&valueOk);
         valueOk = valueOk && std::isfinite(value);
         key->value = static_cast<double>(value);
+        key->valueGiven = true;
     }
     if (!typeOk || !paramOk || !valueOk) {
         return nullptr;

@@ -7,7 +7,8 @@
 #include <memory>
 
 /// A key that the main unit wants pressed at once ("IK"). It is on no menu and never shown: its
-/// owner connects its response_message(), presses it by key_button_pushed() and deletes it.
+/// owner connects its response_message(), presses it by key_button_pushed() and deletes it after
+/// pressFinished(), so that the last position of a slider is sent.
 class ImmediateKey : public Key
 {
     Q_OBJECT

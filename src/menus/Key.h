@@ -89,6 +89,9 @@ public:
     int state = 0;                ///< See State.
     QList<QPointer<Key>> linkedKeys; ///< Keys that mirror this one.
     QList<int> itemIds;              ///< Positions of choices that are shown but cannot be pressed.
+    /// Whether the main unit has given `value`: by "CV", or by "IK" with a value. A value other
+    /// than 0 counts as given anyway.
+    bool valueGiven = false;
     QString padText;   ///< Number pad: shown instead of the current value when not empty.
     bool tog_ = false; ///< See tog().
 
@@ -100,6 +103,9 @@ public slots:
 signals:
     /// Emitted with a finished message, frame characters included.
     void response_message(QString message);
+    /// Emitted when a press has sent all that it will send: at the end of key_button_pushed() or,
+    /// after a slider, up to 400 ms later.
+    void pressFinished();
 
 private:
     void applyStyle(const QString& sheet);

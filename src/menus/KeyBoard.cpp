@@ -169,6 +169,7 @@ Key* KeyBoard::addKey(const KeyDefinition& definition, std::optional<Cell> cell,
 Key* KeyBoard::addCopy(Key& source, std::optional<Cell> cell)
 {
     Key* copy = addKey(KeyDefinition::of(source), cell, &source);
+    copy->valueGiven = source.valueGiven;
     source.linkedKeys += copy;
     return copy;
 }

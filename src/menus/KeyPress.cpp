@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -36,9 +37,17 @@ void sendUnlessEmpty(const QPointer<Key>& key, const QString& text)
     }
 }
 
+// What the main unit has told about the choice that is in effect: it may show it on the button.
+choices::Present presentOf(const Key& key)
+{
+    const bool known = key.valueGiven || key.value != 0.0;
+    return {buttonText(key), known ? std::optional<double>(key.value) : std::nullopt};
+}
+
 void pressNumber(const QPointer<Key>& key)
 {
     PopUpNumberPad pad;
+    pad.valueGiven = key->valueGiven;
     QObject::connect(&pad, &Key::response_message, key.data(), &Key::response_message);
     const double value = pad.new_pop_NumberPad(key->label, key->units, key->value, key->param,
         key->options, key->command, key->padText, key->large);
@@ -54,8 +63,24 @@ void pressSelection(const QPointer<Key>& key)
     const QString label = key->label;
     const QList<int> disabled = key->itemIds;
     PopUpKeyBoard popUp;
+    popUp.setPresent(presentOf(*key));
     sendUnlessEmpty(
         key, popUp.new_pop_keyboard(options, label, grid.rows, grid.columns, disabled, key->large));
+}
+
+// Returns a slider that is not open. One with this command that has just been closed is taken again
+// while it still has something to send: a new one would send at once, and the old one's position
+// after it.
+PopUpSlider* sliderFor(const QString& command)
+{
+    const auto sliders = QCoreApplication::instance()->findChildren<PopUpSlider*>();
+    for (PopUpSlider* slider : sliders) {
+        if (slider->isFinishing() && slider->command == command) {
+            QObject::disconnect(slider, &Key::response_message, nullptr, nullptr);
+            return slider;
+        }
+    }
+    return new PopUpSlider(QCoreApplication::instance());
 }
 
 void pressSlider(const QPointer<Key>& key)
@@ -68,8 +93,9 @@ void pressSlider(const QPointer<Key>& key)
     const auto value = static_cast<float>(std::clamp(key->value, -farthest, farthest));
     // The slider lives on when the dialog is closed, until its last position is sent; the message
     // reaches the key only while the key exists.
-    auto* popUp = new PopUpSlider(QCoreApplication::instance());
+    PopUpSlider* popUp = sliderFor(command);
     QObject::connect(popUp, &Key::response_message, key.data(), &Key::response_message);
+    QObject::connect(popUp, &QObject::destroyed, key.data(), &Key::pressFinished);
     popUp->new_pop_slider(label, command, range, value, key->param, steps);
     popUp->deleteWhenSent();
 }
@@ -80,6 +106,7 @@ void pressFile(const QPointer<Key>& key)
     const QString options = key->options;
     const QString label = key->label;
     PopUpFileBoard popUp;
+    popUp.setPresent(presentOf(*key));
     sendUnlessEmpty(key, popUp.new_pop_fileboard(options, label, grid.rows, grid.columns));
 }
 
@@ -99,6 +126,7 @@ void reportItself(const Key& key)
 
 void Key::key_button_pushed()
 {
+    const QPointer<Key> self(this);
     switch (type) {
     case Toggle:
     case Command:
@@ -114,8 +142,8 @@ void Key::key_button_pushed()
         pressSelection(this);
         break;
     case Slider:
-        pressSlider(this);
-        break;
+        pressSlider(this); // announces its end itself
+        return;
     case File:
         pressFile(this);
         break;
@@ -125,5 +153,8 @@ void Key::key_button_pushed()
     default:
         reportItself(*this);
         break;
+    }
+    if (self != nullptr) {
+        emit pressFinished();
     }
 }

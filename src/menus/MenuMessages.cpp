@@ -84,6 +84,7 @@ void MenuMessages::changeValue(const QStringList& fields)
     const bool tog = fields.value(3) == QLatin1String("1");
     onKeyAndLinked(key, [&](Key& each) {
         each.value = value;
+        each.valueGiven = true;
         each.setTog(tog);
     });
 }
@@ -129,8 +130,11 @@ void MenuMessages::lockChoices(const QStringList& fields)
 
 void MenuMessages::pressImmediately(const QStringList& fields)
 {
-    if (const auto key = ImmediateKey::fromFields(fields)) {
-        connect(key.get(), &Key::response_message, &book, &MenuBook::keyboard_response_message);
+    if (auto made = ImmediateKey::fromFields(fields)) {
+        ImmediateKey* key = made.release();
+        key->setParent(this);
+        connect(key, &Key::response_message, &book, &MenuBook::keyboard_response_message);
+        connect(key, &Key::pressFinished, key, &QObject::deleteLater);
         key->key_button_pushed();
     } else if (wire::whyIgnored(wire::word::IK, fields).isEmpty()) {
         // The table of command words finds nothing wrong with a number like 1e99.

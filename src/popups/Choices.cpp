@@ -1,5 +1,8 @@
 #include "popups/Choices.h"
 
+#include "touch/Sizes.h"
+#include "wire/Log.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -15,6 +18,21 @@ constexpr int MediumTextInManyColumns = 6;
 // Quirk: the same for both column counts. See "Quirks" in docs/architecture.md.
 constexpr int BreakPosition = 15;
 
+constexpr int Spacing = 4;
+constexpr int SpacingOfMany = 1;
+constexpr int ManyRows = 6; // with more rows each pixel between them counts
+
+bool areHighEnough(int rows, int room)
+{
+    const int gap = choices::Grid::spacing(rows);
+    return (room + gap) / rows - gap >= touch::MinRowHeight;
+}
+
+QString comparable(const QString& text)
+{
+    return QString(text).replace(QStringLiteral("&&"), QStringLiteral("&")).simplified();
+}
+
 } // namespace
 
 namespace choices {
@@ -22,8 +40,13 @@ namespace choices {
 QList<Choice> parse(const QString& list)
 {
     QList<Choice> found;
+    qsizetype leftOut = 0;
     for (const QString& item : list.split(QLatin1Char(':'))) {
-        if (item.trimmed().isEmpty() || found.size() >= MaxChoices) {
+        if (item.trimmed().isEmpty()) {
+            continue;
+        }
+        if (found.size() >= MaxChoices) {
+            ++leftOut;
             continue;
         }
         const qsizetype blank = item.indexOf(QLatin1Char(' '));
@@ -33,7 +56,29 @@ QList<Choice> parse(const QString& list)
             found += Choice{item.left(blank), item.mid(blank + 1)};
         }
     }
+    if (leftOut > 0) {
+        qCDebug(logPopups) << "list: the choices after" << MaxChoices << "are left out:" << leftOut;
+    }
     return found;
+}
+
+int presentAt(const QList<Choice>& offered, const Present& present)
+{
+    const QString text = comparable(present.text);
+    const auto find = [&offered](const auto& isIt) {
+        const auto at = std::find_if(offered.cbegin(), offered.cend(), isIt);
+        return at != offered.cend() ? static_cast<int>(at - offered.cbegin()) : -1;
+    };
+    const int byText = find([&text](const Choice& choice) {
+        return !text.isEmpty() && comparable(choice.text) == text;
+    });
+    if (byText >= 0 || !present.value) {
+        return byText;
+    }
+    return find([value = static_cast<float>(*present.value)](const Choice& choice) {
+        bool isNumber = false;
+        return choice.value.toFloat(&isNumber) == value && isNumber;
+    });
 }
 
 Look look(const QString& text, int columns, bool keepLargeFont)
@@ -57,6 +102,9 @@ Grid::Grid(int rows, int columns, int minColumns)
     : m_rows(std::clamp(rows, 1, MaxLines))
     , m_columns(std::clamp(columns, minColumns, MaxLines))
 {
+    if (columns > MaxLines) {
+        qCDebug(logPopups) << "list:" << columns << "columns asked for," << MaxLines << "shown";
+    }
 }
 
 Cell Grid::cell(int index) const
@@ -78,6 +126,31 @@ int Grid::rowsFor(qsizetype count) const
 {
     const qsizetype filled = (count + m_columns - 1) / m_columns;
     return std::max(m_rows, static_cast<int>(filled));
+}
+
+int Grid::shownRows(qsizetype count, int room) const
+{
+    const int all = rowsFor(count);
+    if (areHighEnough(all, room)) {
+        return all;
+    }
+    int rows = m_rows;
+    while (rows > 1 && !areHighEnough(rows, room)) {
+        --rows;
+    }
+    return rows;
+}
+
+int Grid::scrolledRows(qsizetype count, int fixedCells) const
+{
+    const int rows = rowsFor(count);
+    const qsizetype inLastRow = count - qsizetype{rows - 1} * m_columns;
+    return inLastRow > m_columns - fixedCells ? rows + 1 : rows;
+}
+
+int Grid::spacing(int shownRows)
+{
+    return shownRows > ManyRows ? SpacingOfMany : Spacing;
 }
 
 } // namespace choices

@@ -3,6 +3,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 /// The choices of a selection list or file board, without the window: what the main unit's list
 /// text holds, how each text is shown and in which cell its button stands.
 namespace choices {
@@ -30,9 +32,17 @@ struct Look
     bool smallFont = false; ///< 18 px instead of 28 px.
 };
 
+/// What is known about the choice that is in effect now.
+struct Present
+{
+    QString text;                ///< What shows it, such as the text of the key; may be empty.
+    std::optional<double> value; ///< The value that the main unit has given, if it has.
+};
+
 /// Largest number of rows and of columns: buttons of more would be too small to see.
 constexpr int MaxLines = 16;
-/// Largest number of choices for the same reason; those behind are left out.
+/// Largest number of choices; those behind are left out, which is logged at debug level. Each
+/// choice is a button of about 30 kB.
 constexpr int MaxChoices = 400;
 
 /// Splits a list text into its choices. An empty item makes none; an item without a blank is value
@@ -40,6 +50,11 @@ constexpr int MaxChoices = 400;
 /// \param list items separated by ":", each its value, one blank and its text, which may hold
 /// blanks
 QList<Choice> parse(const QString& list);
+
+/// Finds the present choice: the one with the same text or, where there is none, the one whose
+/// value is the same number in single precision, in which values come from the main unit. \return
+/// its position from 0, or -1.
+int presentAt(const QList<Choice>& offered, const Present& present);
 
 /// Decides how a choice's text is shown.
 /// \param text          the choice's text
@@ -69,6 +84,17 @@ public:
     Cell newFileCell() const;
     /// \return how many rows \a count choices take, never fewer than rows().
     int rowsFor(qsizetype count) const;
+
+    /// \return how many rows are shown at a time: all that \a count choices take, if they are at
+    /// least touch::MinRowHeight high; otherwise those of the grid, as far as these are, and the
+    /// list scrolls.
+    /// \param room height of the shown rows together, in pixels
+    int shownRows(qsizetype count, int room) const;
+    /// \return how many rows a list that scrolls has: one more than \a count choices take when one
+    /// of the last ones would stay under the \a fixedCells last cells of the last shown row.
+    int scrolledRows(qsizetype count, int fixedCells) const;
+    /// \return the pixels between the cells of so many shown rows.
+    static int spacing(int shownRows);
 
 private:
     int m_rows;

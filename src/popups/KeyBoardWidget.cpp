@@ -50,8 +50,8 @@ KeyBoardWidget::KeyBoardWidget(QLineEdit* field, bool embedded, QWidget* parent)
     rows->setContentsMargins(margin, margin, margin, margin);
     rows->setSpacing(Spacing);
     for (const QString& keys : {QStringLiteral("1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL"),
-             QStringLiteral("Q W E R T Y U I O P"), QStringLiteral("CAPS A S D F G H J K L"),
-             QStringLiteral("RETURN <<- ->> Z X C V B N M")}) {
+             QStringLiteral("Q W E R T Y U I O P"), QStringLiteral("CAPS A S D F G H J K L - _"),
+             QStringLiteral("RETURN <<- ->> Z X C V B N M .")}) {
         auto* row = new QHBoxLayout;
         row->setSpacing(Spacing);
         rows->addLayout(row);

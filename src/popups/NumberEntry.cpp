@@ -11,6 +11,7 @@ constexpr int StartBlanks = 6;
 // Quirk: one more than at the start. See "Quirks" in docs/architecture.md.
 constexpr int BlanksAfterError = 7;
 constexpr int HexadecimalBase = 16;
+constexpr double Ten = 10.0;
 constexpr QChar Blank{u' '};
 constexpr QChar Minus{u'-'};
 
@@ -23,16 +24,19 @@ QString blanks(int count)
     return QString(count, Blank);
 }
 
-double factor(int multiplier)
+int powerOfTen(int multiplier)
 {
-    switch (multiplier) {
-    case NumberEntry::Thousand:
-        return 1000.0;
-    case NumberEntry::Million:
-        return 1000000.0;
-    default:
-        return 1.0;
-    }
+    return multiplier == NumberEntry::Thousand || multiplier == NumberEntry::Million ? multiplier
+                                                                                     : 0;
+}
+
+// Reads a decimal number times a power of ten. A product of two binary numbers would miss bounds by
+// a rounding error, so the power is written behind the digits and the text read once: 16.1 and 6
+// give exactly 16100000.
+double shiftedNumber(const QString& digits, int power, bool* isNumber)
+{
+    const QString end = power != 0 ? QLatin1Char('e') + QString::number(power) : QString();
+    return (digits + end).toDouble(isNumber);
 }
 
 QString prefix(int multiplier)
@@ -102,14 +106,14 @@ NumberEntry::Checked NumberEntry::check(const NumberRanges& ranges, int multipli
     bool isNumber = false;
     double value = 0.0;
     if (m_type == entryType::Hexadecimal) {
-        value = static_cast<double>(typed.toULongLong(&isNumber, HexadecimalBase));
+        value = static_cast<double>(typed.toULongLong(&isNumber, HexadecimalBase)) *
+            std::pow(Ten, powerOfTen(multiplier));
     } else {
-        value = typed.toDouble(&isNumber);
+        value = shiftedNumber(typed, powerOfTen(multiplier), &isNumber);
     }
     if (!isNumber) {
         return {};
     }
-    value *= factor(multiplier);
     return {std::isfinite(value) && ranges.contains(value), value};
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+class QLabel;
 class QVBoxLayout;
 
 /// The window of a modal editor: a title, then what the editor puts under it. When it is shown it
@@ -26,9 +27,20 @@ public:
     /// \return where the contents go, from top to bottom; the title stands first.
     QVBoxLayout* column() const { return m_column; }
 
+    /// \return how high the contents may be below the title, in pixels.
+    int maxContentHeight() const;
+
+    /// Shows a text at the right of the title line, next to the title.
+    void setNote(const QString& text);
+
+    /// \reimp Keys that are held down let go when something modal opens over the window or when it
+    /// loses the activation: their release may never reach them.
+    bool event(QEvent* event) override;
+
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
     QVBoxLayout* m_column;
+    QLabel* m_title;
 };

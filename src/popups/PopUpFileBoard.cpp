@@ -14,6 +14,7 @@ namespace {
 constexpr int Margin = 3;
 // "New File" and "Cancel" stand side by side.
 constexpr int MinColumns = 2;
+constexpr int FixedCells = 2;
 
 } // namespace
 
@@ -32,21 +33,25 @@ QString PopUpFileBoard::new_pop_fileboard(
     PopUpDialog dialog(QStringLiteral("PopUpFileBoard"),
         QStringLiteral("Select ") + name + QStringLiteral(" value"), Qt::WindowFlags(), Margin);
     dialog.setStyleSheet(popUpStyle::filesWindow());
-    auto* cells = new ChoiceCells(grid, offered.size());
     dialog.column()->setSpacing(Margin);
+    auto* cells = new ChoiceCells(grid, offered.size(), dialog.maxContentHeight(), FixedCells);
     dialog.column()->addLayout(cells, 1);
+    const int present = choices::presentAt(offered, m_present);
     for (int i = 0; i < offered.size(); ++i) {
         const choices::Choice& file = offered.at(i);
-        auto* button = cells->addButton(file.text, popUpStyle::fileChoice(), grid.cell(i));
+        auto* button = cells->addChoice(file.text, popUpStyle::fileChoice(), i);
+        if (i == present) {
+            cells->setPresent(button);
+        }
         connect(button, &QPushButton::clicked, this,
             [this, value = file.value] { button_clicked(value); });
         connect(button, &QPushButton::clicked, &dialog, &QDialog::accept);
     }
     auto* newFile =
-        cells->addButton(QStringLiteral("New File"), popUpStyle::plainGreen(), grid.newFileCell());
+        cells->addFixed(QStringLiteral("New File"), popUpStyle::plainGreen(), grid.newFileCell());
     connect(newFile, &QPushButton::clicked, this, &PopUpFileBoard::enter_filename);
     auto* cancel =
-        cells->addButton(QStringLiteral("Cancel"), popUpStyle::cancel(), grid.cancelCell());
+        cells->addFixed(QStringLiteral("Cancel"), popUpStyle::cancel(), grid.cancelCell());
     connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
     connect(this, &PopUpFileBoard::valid_filename, &dialog, &QDialog::accept);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "popups/Choices.h"
+
 #include <QObject>
 #include <QString>
 
@@ -12,6 +14,10 @@ class PopUpFileBoard : public QObject
 public:
     /// Makes a board that is not open.
     explicit PopUpFileBoard(QObject* parent = nullptr);
+
+    /// Sets what is known about the file that is in use now; the boards that are opened from now
+    /// on mark it.
+    void setPresent(const choices::Present& present) { m_present = present; }
 
     /// Opens the board and returns when it is closed.
     /// \param files   items separated by ":", each its value, one blank and its button text
@@ -33,4 +39,5 @@ signals:
 
 private:
     QString m_selection;
+    choices::Present m_present;
 };

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int Margin = 6;
+constexpr int FixedCells = 1; // "Cancel"
 
 QString titleOf(const QString& name)
 {
@@ -46,20 +47,27 @@ QString PopUpKeyBoard::new_pop_keyboard(const QString& choiceList, const QString
         QStringLiteral("PopUpKeyBoard"), titleOf(name), Qt::FramelessWindowHint, Margin);
     dialog.setStyleSheet(popUpStyle::listWindow());
     dialog.setFixedSize(PopUpDialog::Largest);
-    auto* cells = new ChoiceCells(grid, offered.size());
+    if (!m_note.isEmpty()) {
+        dialog.setNote(m_note);
+    }
+    auto* cells = new ChoiceCells(grid, offered.size(), dialog.maxContentHeight(), FixedCells);
     dialog.column()->addLayout(cells, 1);
+    const int present = choices::presentAt(offered, m_present);
     for (int i = 0; i < offered.size(); ++i) {
         const choices::Look look = choices::look(offered.at(i).text, grid.columns(), keepLargeFont);
         const bool enabled = !disabled.contains(i);
-        auto* button = cells->addButton(look.text, sheetOf(look, enabled), grid.cell(i));
+        auto* button = cells->addChoice(look.text, sheetOf(look, enabled), i);
         button->setEnabled(enabled);
+        if (i == present) {
+            cells->setPresent(button);
+        }
         // in this order: the selection is stored before the dialog closes
         connect(button, &QPushButton::clicked, this,
             [this, value = offered.at(i).value] { button_clicked(value); });
         connect(button, &QPushButton::clicked, &dialog, &QDialog::accept);
     }
     auto* cancel =
-        cells->addButton(QStringLiteral("Cancel"), popUpStyle::cancel(), grid.cancelCell());
+        cells->addFixed(QStringLiteral("Cancel"), popUpStyle::cancel(), grid.cancelCell());
     connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
 
     const QPointer<PopUpKeyBoard> self(this);

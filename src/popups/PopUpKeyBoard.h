@@ -1,5 +1,7 @@
 #pragma once
 
+#include "popups/Choices.h"
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -16,6 +18,12 @@ class PopUpKeyBoard : public QObject
 public:
     /// Makes a list that is not open.
     explicit PopUpKeyBoard(QObject* parent = nullptr);
+
+    /// Sets what is known about the choice that is in effect now; the lists that are opened from
+    /// now on mark it.
+    void setPresent(const choices::Present& present) { m_present = present; }
+    /// Sets a text at the right of the title line, such as what the setting belongs to.
+    void setNote(const QString& note) { m_note = note; }
 
     /// Opens the list and returns when it is closed.
     /// \param choiceList    items separated by ":", each its value, one blank and its button text
@@ -37,4 +45,6 @@ public slots:
 
 private:
     QString m_selection;
+    choices::Present m_present;
+    QString m_note;
 };

@@ -4,6 +4,7 @@
 #include "popups/EntryType.h"
 #include "popups/PadDialog.h"
 #include "touch/PopUpStyle.h"
+#include "touch/PresentMark.h"
 #include "wire/Message.h"
 
 #include <array>
@@ -16,6 +17,7 @@ constexpr int DisplayColumns = 2;
 constexpr double PercentPerOne = 100.0;
 constexpr int RepeatDelayMs = 500;
 constexpr int RepeatIntervalMs = 200;
+constexpr int StepDecimals = 1;
 
 struct Step
 {
@@ -147,8 +149,11 @@ void PopUpNumberPad::addTypeKeys()
     } else if (m_entryType == entryType::Frequency) {
         addStepKeys();
     } else if (!m_specialValues.isEmpty()) {
-        connect(keys->addKey(specialLabel(), popUpStyle::blue(), 2, 3), &QPushButton::clicked, this,
-            &PopUpNumberPad::special_key_ent);
+        QPushButton* special = keys->addKey(specialLabel(), popUpStyle::blue(), 2, 3);
+        connect(special, &QPushButton::clicked, this, &PopUpNumberPad::special_key_ent);
+        if (specialIsPresent()) {
+            new PresentMark(special); // belongs to the key
+        }
     }
 }
 
@@ -213,6 +218,13 @@ QString PopUpNumberPad::specialLabel() const
     return text.isEmpty() || isNumber ? m_specialValues.constFirst() : text;
 }
 
+bool PopUpNumberPad::specialIsPresent() const
+{
+    bool isNumber = false;
+    const float special = m_specialValues.constFirst().toFloat(&isNumber);
+    return isNumber && special == m_current && (valueGiven || m_current != 0.0F);
+}
+
 QString PopUpNumberPad::range_string(QPair<double, double> range, int padType)
 {
     return NumberRanges::rangeString(range, padType);
@@ -269,14 +281,18 @@ void PopUpNumberPad::down_rf()
 
 bool PopUpNumberPad::up_dwn_check_number(double next)
 {
-    if (!m_ranges.contains(next)) {
+    // What is compared with the bounds is what is sent: single precision misses most of the bounds
+    // that can be typed.
+    const float stepped = entryType::toSingle(next);
+    const QString sent = QString::number(static_cast<double>(stepped), 'f', StepDecimals);
+    if (!m_ranges.contains(sent.toDouble())) {
         return false;
     }
-    m_current = entryType::toSingle(next);
+    m_current = stepped;
     if (m_dialog != nullptr) {
         m_dialog->setCurrentValueText(entryType::currentValueText(entryType::Frequency, m_current));
     }
-    emit response_message(message(QString::number(static_cast<double>(m_current), 'f', 1)));
+    emit response_message(message(sent));
     return true;
 }
 

@@ -107,6 +107,7 @@ private:
     void addStepKeys();
     void addTypeKeys();
     QString specialLabel() const;
+    bool specialIsPresent() const;
     void showEntry(const QString& text);
 
     QPointer<PadDialog> m_dialog;

@@ -1,12 +1,13 @@
 #include "popups/PopUpSlider.h"
 
 #include "popups/PopUpDialog.h"
+#include "popups/TouchSlider.h"
 #include "touch/PopUpStyle.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
 #include <QLabel>
-#include <QSlider>
+#include <QMetaMethod>
 #include <QVBoxLayout>
 
 namespace {
@@ -95,6 +96,7 @@ PopUpSlider::PopUpSlider(QObject* parent)
 void PopUpSlider::new_pop_slider(const QString& name, const QString& messageCommand,
     const QString& range, float currentValue, int readoutType, const QString& steps)
 {
+    m_deleteWhenSent = false;
     command = messageCommand;
     label = name;
     m_value = SliderValue(name, messageCommand, range, readoutType);
@@ -109,7 +111,7 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
     readout->setAlignment(Qt::AlignCenter);
     readout->setMinimumHeight(ReadoutHeight);
     readout->setStyleSheet(QStringLiteral("font: 22px"));
-    auto* slider = new QSlider(Qt::Horizontal);
+    auto* slider = new TouchSlider;
     slider->setRange(m_value.minimum(), m_value.maximum());
     slider->setValue(m_value.position(static_cast<double>(currentValue)));
     slider->setMinimumHeight(SliderHeight);
@@ -166,6 +168,12 @@ void PopUpSlider::deleteWhenSent()
     if (!m_throttle.isWaiting()) {
         deleteLater();
     }
+}
+
+bool PopUpSlider::isFinishing() const
+{
+    return m_deleteWhenSent && m_throttle.isWaiting() &&
+        isSignalConnected(QMetaMethod::fromSignal(&Key::response_message));
 }
 
 void PopUpSlider::send_message()

@@ -38,8 +38,12 @@ public:
     /// \return the result of the dialog that ran last (QDialog::DialogCode).
     int result() const { return m_result; }
 
-    /// Deletes this by deferred deletion as soon as nothing waits to be sent any more.
+    /// Deletes this by deferred deletion as soon as nothing waits to be sent any more, unless the
+    /// slider is opened again before.
     void deleteWhenSent();
+    /// \return whether the dialog is closed but a message was sent to somebody less than ThrottleMs
+    /// ago: a position may still wait, and the next one has to.
+    bool isFinishing() const;
 
 public slots:
     /// The slider has moved: shows and sends its value.

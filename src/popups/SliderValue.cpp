@@ -1,5 +1,6 @@
 #include "popups/SliderValue.h"
 
+#include "wire/Log.h"
 #include "wire/Message.h"
 
 #include <QtNumeric>
@@ -20,7 +21,7 @@ int bound(const QString& text)
         return 0;
     }
     return static_cast<int>(
-        std::clamp<double>(number, -SliderValue::MaxBound, SliderValue::MaxBound));
+        std::clamp<double>(number, SliderValue::LowestBound, SliderValue::HighestBound));
 }
 
 } // namespace
@@ -85,10 +86,16 @@ QList<int> SliderValue::steps(const QString& text)
 {
     QList<int> steps;
     for (const QString& item : text.split(QLatin1Char(':'))) {
-        const int step = std::abs(bound(item.trimmed()));
-        if (step != 0 && steps.size() < MaxSteps) {
-            steps += step;
+        // the lowest bound has no magnitude that is an int
+        const int step = std::abs(std::max(bound(item.trimmed()), -HighestBound));
+        if (step == 0) {
+            continue;
         }
+        if (steps.size() == MaxSteps) {
+            qCDebug(logPopups) << "slider: the steps after" << MaxSteps << "are left out";
+            break;
+        }
+        steps += step;
     }
     return steps;
 }

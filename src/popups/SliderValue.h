@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 
+#include <limits>
 #include <optional>
 
 /// What a slider shows and sends, without its window: its bounds from the range text, the read-out
@@ -17,9 +18,13 @@ public:
         Plain = 10       ///< "7"
     };
 
-    /// Bounds lie within ± this, so that their distance is an int too.
-    static constexpr int MaxBound = 1'000'000'000;
-    /// More steps than this do not fit on the screen; those behind are left out.
+    /// Bounds beyond these, which are those of an int, are moved to them.
+    ///@{
+    static constexpr int LowestBound = std::numeric_limits<int>::min();
+    static constexpr int HighestBound = std::numeric_limits<int>::max();
+    ///@}
+    /// More steps than this do not fit on the screen; those behind are left out, which is logged at
+    /// debug level.
     static constexpr int MaxSteps = 20;
 
     /// A value without a range: 0.
@@ -53,7 +58,7 @@ public:
     std::optional<int> stepped(int position, int step) const;
 
     /// \return the magnitudes of the steps in a text, in the same order; what is not a number or is
-    /// 0 is left out.
+    /// 0 is left out, and a magnitude is at most HighestBound.
     /// \param text integers separated by ":"
     static QList<int> steps(const QString& text);
 

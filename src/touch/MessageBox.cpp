@@ -16,9 +16,11 @@
 
 namespace {
 
-constexpr int ScreenMargin = 6;   // between the box and the edge of the panel
-constexpr int MinPixels = 6;      // of a long text's font; large markup is twice as high
-constexpr int ScrolledPixels = 8; // of a text that is scrolled
+constexpr int ScreenMargin = 6; // between the box and the edge of the panel
+// The smallest letters of a long text are 14 pixels high. The main unit's messages, which are the
+// rich texts, are wrapped in markup that doubles the font's size.
+constexpr int MinPixels = 14;
+constexpr int MinRichPixels = 7;
 constexpr qsizetype MaxMeasuredChars = 20'100;
 constexpr QSize MaxInformative(700, 310); // leaves room for the first line and the button
 
@@ -58,16 +60,13 @@ bool fitsIn(QTextEdit* view, int pixels, const QSize& room)
     return view->document()->size().height() <= room.height();
 }
 
-// Sets the text in the largest letters in which it fits the room; if there are none, in letters in
-// which it is easily read while it is scrolled.
+// Sets the text in the largest letters in which it fits the room; if there are none, in the
+// smallest, and it is scrolled.
 void setLetters(QTextEdit* view, int maxPixels, int minPixels, const QSize& room)
 {
-    int pixels = maxPixels;
-    while (pixels >= minPixels && !fitsIn(view, pixels, room)) {
+    int pixels = qMax(maxPixels, minPixels);
+    while (!fitsIn(view, pixels, room) && pixels > minPixels) {
         --pixels;
-    }
-    if (pixels < minPixels) {
-        fitsIn(view, qMax(ScrolledPixels, minPixels), room);
     }
     view->setFixedSize(room.width(), qMin(room.height(), qCeil(view->document()->size().height())));
 }
@@ -76,7 +75,6 @@ void setLetters(QTextEdit* view, int maxPixels, int minPixels, const QSize& room
 
 MessageBox::MessageBox(QWidget* parent)
     : QMessageBox(parent)
-    , m_minLetters(MinPixels)
 {
     setStandardButtons(QMessageBox::NoButton); // otherwise one is added when the box is shown
 }
@@ -99,11 +97,6 @@ void MessageBox::setNonBlocking(const QString& rules)
 void MessageBox::setMinContentWidth(int width)
 {
     m_minContentWidth = width;
-}
-
-void MessageBox::setMinLetters(int pixels)
-{
-    m_minLetters = pixels;
 }
 
 void MessageBox::setArea(const QRect& area)
@@ -186,7 +179,8 @@ void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
     label->hide();
     QTextEdit* view = newLongText(text(), textFormat());
     grid->addWidget(view, row, column, rows, columns);
-    setLetters(view, label->fontInfo().pixelSize(), m_minLetters, roomForText(*grid, room));
+    const int least = textFormat() == Qt::PlainText ? MinPixels : MinRichPixels;
+    setLetters(view, label->fontInfo().pixelSize(), least, roomForText(*grid, room));
 }
 
 // Whether the box fits the room as it lays itself out: it breaks its text at half the width of the

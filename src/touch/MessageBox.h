@@ -33,10 +33,6 @@ public:
     /// \param width in pixels
     void setMinContentWidth(int width);
 
-    /// Keeps a text that is set in smaller letters at least this large. \param pixels of the font;
-    /// a long text is scrolled instead. Without a call, letters get as small as 6 pixels.
-    void setMinLetters(int pixels);
-
     /// Sets the place of the panel, in global coordinates. Without a call the box looks for the
     /// panel's window itself.
     void setArea(const QRect& area);
@@ -60,6 +56,5 @@ private:
 
     QRect m_area;
     int m_minContentWidth = 0;
-    int m_minLetters;
     bool m_laidOut = false;
 };

@@ -2,8 +2,10 @@
 #include "app/ScopesFixture.h"
 #include "link/LinkControl.h"
 #include "support/TestMain.h"
+#include "touch/PresentMark.h"
 
 #include <QGridLayout>
+#include <QLabel>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +30,45 @@ class tst_ScopeModeChoice : public ScopesFixture
 private slots:
     void init() { start(); }
     void cleanup() { stop(); }
+
+    void the_list_names_its_demodulator_and_marks_its_mode_data()
+    {
+        QTest::addColumn<int>("demodulator");
+        QTest::addColumn<QString>("mode"); // of "SM"
+        QTest::addColumn<QString>("marked");
+        for (const int demodulator : {1, 2, 3}) {
+            QTest::addRow("%d off", demodulator) << demodulator << "0"
+                                                 << "Off";
+            QTest::addRow("%d eye", demodulator) << demodulator << "2"
+                                                 << "Eye Pattern";
+            QTest::addRow("%d constellation", demodulator) << demodulator << "1"
+                                                           << "Constellation";
+            QTest::addRow("%d SDI", demodulator) << demodulator << "3"
+                                                 << "";
+        }
+    }
+    void the_list_names_its_demodulator_and_marks_its_mode()
+    {
+        QFETCH(int, demodulator);
+        QFETCH(QString, mode);
+        QFETCH(QString, marked);
+        clickOnScopes();
+        m_window->process_SM({QString::number(demodulator), mode});
+        whenModal([&](QWidget* dialog) {
+            const auto* note = dialog->findChild<QLabel*>("noteLabel");
+            QVERIFY(note != nullptr && note->isVisible());
+            QCOMPARE(note->text(), QString("Demod %1").arg(demodulator));
+            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->text(),
+                QString("Select Scope Mode value"));
+            const auto marks = dialog->findChildren<PresentMark*>();
+            QCOMPARE(marks.size(), marked.isEmpty() ? 0 : 1);
+            if (!marks.isEmpty()) {
+                QCOMPARE(marks.first()->parentWidget(), buttonWithText(dialog, marked));
+            }
+            clickOn(buttonWithText(dialog, "Cancel"));
+        });
+        clickOn(m_window->rooms().scopes->modeButton(demodulator));
+    }
 
     void choosing_a_mode_sets_the_scope_and_commands_the_demodulator_data()
     {

@@ -14,6 +14,7 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 #include "tools/screen/Part.h"
+#include "touch/PresentMark.h"
 
 #include <QComboBox>
 #include <QPushButton>
@@ -307,7 +308,12 @@ private slots:
         });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
-        whenModal([](QWidget* dialog) { clickOn(buttonWithText(dialog, u"Cancel"_s)); });
+        whenModal([](QWidget* dialog) {
+            const auto* mark = dialog->findChild<PresentMark*>();
+            QVERIFY(mark != nullptr);
+            QCOMPARE(mark->parentWidget(), buttonWithText(dialog, u"7.5 Mhz"_s));
+            clickOn(buttonWithText(dialog, u"Cancel"_s));
+        });
         m_window->spanClicked();
         QCOMPARE(m_window->rooms().spectrum->card()->getSpan(0), 3);
     }

@@ -1,6 +1,7 @@
 #include "menus/Key.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
+#include "touch/PresentMark.h"
 
 #include <QGridLayout>
 #include <QSlider>
@@ -148,6 +149,140 @@ private slots:
         QTRY_COMPARE(spy.size(), 2);
         QCOMPARE(spy.last().first().toString(), u"\x02MOD 20\x04"_s);
         QTRY_VERIFY(qApp->findChildren<Key*>().isEmpty());
+    }
+
+    void a_press_is_finished_when_the_slider_has_sent_its_last_position()
+    {
+        const auto key = newKey(Key::Slider, "");
+        key->units = "100 0";
+        QSignalSpy spy(key.get(), &Key::response_message);
+        QSignalSpy finished(key.get(), &Key::pressFinished);
+        whenModal([&](QWidget* modal) {
+            modal->findChild<QSlider*>()->setValue(10);
+            modal->findChild<QSlider*>()->setValue(20);
+            popUps::press(modal, "OK");
+        });
+        key->key_button_pushed();
+        QVERIFY(finished.isEmpty());
+        QTRY_COMPARE(finished.size(), 1);
+        QCOMPARE(spy.size(), 2);
+    }
+
+    void a_press_without_a_slider_is_finished_at_its_end()
+    {
+        for (const int type : {Key::Toggle, Key::Selection}) {
+            const auto key = newKey(type, "0 Off:1 On");
+            QSignalSpy finished(key.get(), &Key::pressFinished);
+            if (type == Key::Selection) {
+                whenModal([&](QWidget* modal) {
+                    QVERIFY(finished.isEmpty());
+                    popUps::press(modal, "On");
+                });
+            }
+            key->key_button_pushed();
+            QCOMPARE(finished.size(), 1);
+        }
+    }
+
+    void a_slider_that_is_opened_again_at_once_keeps_the_order_and_the_pause()
+    {
+        const auto key = newKey(Key::Slider, "");
+        key->units = "100 0";
+        QElapsedTimer clock;
+        clock.start();
+        QList<qint64> times;
+        QStringList sent;
+        connect(key.get(), &Key::response_message, this, [&](const QString& message) {
+            times += clock.elapsed();
+            sent += message.mid(1, message.size() - 2);
+        });
+        for (const int last : {20, 30}) {
+            whenModal([&](QWidget* modal) {
+                modal->findChild<QSlider*>()->setValue(last - 1);
+                modal->findChild<QSlider*>()->setValue(last);
+                popUps::press(modal, "OK");
+            });
+            key->key_button_pushed();
+        }
+        QTRY_VERIFY(qApp->findChildren<Key*>().isEmpty());
+        QCOMPARE(sent.last(), QString("MOD 30"));
+        QCOMPARE(sent.count("MOD 20") + sent.count("MOD 29") + sent.count("MOD 30"),
+            qsizetype{sent.size()} - 1);
+        for (int i = 1; i < times.size(); ++i) {
+            QVERIFY(times.at(i) - times.at(i - 1) >= 399); // both are cut to whole milliseconds
+        }
+    }
+
+    void the_choice_that_the_main_unit_has_named_is_marked_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<bool>("given");
+        QTest::addColumn<QString>("marked");
+        for (const int type : {int{Key::Selection}, int{Key::File}}) {
+            const char* name = type == Key::File ? "file" : "selection";
+            QTest::addRow("%s, nothing", name) << type << "Mode" << 0.0 << false << "";
+            QTest::addRow("%s, value", name) << type << "Mode" << 1.0 << false << "On";
+            QTest::addRow("%s, 0 of AK", name) << type << "Mode" << 0.0 << false << "";
+            QTest::addRow("%s, 0 of CV", name) << type << "Mode" << 0.0 << true << "Off";
+            QTest::addRow("%s, label", name) << type << "On" << 0.0 << true << "On";
+        }
+    }
+    void the_choice_that_the_main_unit_has_named_is_marked()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, button);
+        QFETCH(QString, marked);
+        const auto key = newKey(type, "0 Off:1 On");
+        QPushButton onScreen(button);
+        key->Set_Key(&onScreen, false);
+        QFETCH(double, value);
+        key->value = value;
+        QFETCH(bool, given);
+        key->valueGiven = given;
+        whenModal([&](QWidget* modal) {
+            const auto marks = modal->findChildren<PresentMark*>();
+            QCOMPARE(marks.size(), marked.isEmpty() ? 0 : 1);
+            if (!marks.isEmpty()) {
+                QCOMPARE(marks.first()->parentWidget(), buttonWithText(modal, marked));
+            }
+            popUps::dialog(modal)->reject();
+        });
+        key->key_button_pushed();
+    }
+
+    void the_special_value_of_a_pad_is_marked_when_it_is_in_effect_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::addColumn<bool>("given");
+        QTest::addColumn<QString>("options");
+        QTest::addColumn<int>("marks");
+        QTest::newRow("in effect") << -1.0 << false << "-1 Auto" << 1;
+        QTest::newRow("another value") << 50.0 << true << "-1 Auto" << 0;
+        QTest::newRow("0 not given") << 0.0 << false << "0 Auto" << 0;
+        QTest::newRow("0 given") << 0.0 << true << "0 Auto" << 1;
+    }
+    void the_special_value_of_a_pad_is_marked_when_it_is_in_effect()
+    {
+        QFETCH(double, value);
+        QFETCH(bool, given);
+        QFETCH(QString, options);
+        QFETCH(int, marks);
+        const auto key = newKey(Key::Number, options);
+        key->units = "1 500";
+        key->param = 6;
+        key->value = value;
+        key->valueGiven = given;
+        whenModal([&](QWidget* modal) {
+            const auto found = modal->findChildren<PresentMark*>();
+            QCOMPARE(found.size(), marks);
+            if (marks > 0) {
+                QCOMPARE(found.first()->parentWidget(), buttonWithText(modal, "Auto"));
+            }
+            popUps::dialog(modal)->reject();
+        });
+        key->key_button_pushed();
     }
 
     void a_slider_opens_with_any_value()

@@ -1,11 +1,15 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
+#include "popups/PopUpSlider.h"
+#include "support/PopUps.h"
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
 #include "touch/TextButton.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QSlider>
 
 using namespace Qt::StringLiterals;
 
@@ -377,6 +381,68 @@ private slots:
         cv(u"N,k,3,0"_s);
         QCOMPARE(find(u"N"_s, u"k"_s)->state, 0);
         QCOMPARE(find(u"N"_s, u"k"_s)->value, 3.0);
+    }
+
+    void the_last_position_of_an_IK_slider_is_sent_after_OK()
+    {
+        QSignalSpy sent(&m_menus->book, &MenuBook::keyboard_response_message);
+        whenModal([](QWidget* modal) {
+            modal->findChild<QSlider*>()->setValue(30);
+            modal->findChild<QSlider*>()->setValue(40);
+            popUps::press(modal, "OK");
+        });
+        QElapsedTimer clock;
+        clock.start();
+        m_menus->pressImmediately({"Gain", "3", "R1:GN", "60 0", "10", ""});
+        QCOMPARE(sent.size(), 1);
+        QTRY_COMPARE(sent.size(), 2);
+        QVERIFY(clock.elapsed() >= PopUpSlider::ThrottleMs - 1);
+        QCOMPARE(sent.at(0).first().toString(), QString("\x02R1:GN30\x04"));
+        QCOMPARE(sent.at(1).first().toString(), QString("\x02R1:GN40\x04"));
+        QTRY_VERIFY(m_menus->findChildren<Key*>().isEmpty());
+    }
+
+    void the_key_of_an_IK_is_deleted_when_its_editor_is_closed_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::addColumn<QString>("pressed");
+        QTest::newRow("toggle") << QStringList{"L", "0", "C", "", "0", ""} << "";
+        QTest::newRow("list") << QStringList{"L", "2", "C", "", "0", "0 Off:1 On"} << "On";
+        QTest::newRow("slider that sent nothing")
+            << QStringList{"L", "3", "C", "9 0", "10", ""} << "OK";
+        QTest::newRow("box") << QStringList{"L", "77", "C", "", "0", ""} << "OK";
+    }
+    void the_key_of_an_IK_is_deleted_when_its_editor_is_closed()
+    {
+        QFETCH(QStringList, fields);
+        QFETCH(QString, pressed);
+        if (!pressed.isEmpty()) {
+            whenModal([&](QWidget* modal) { popUps::press(modal, pressed); });
+        }
+        m_menus->pressImmediately(fields);
+        QTRY_VERIFY(m_menus->findChildren<Key*>().isEmpty());
+    }
+
+    void the_menus_may_be_deleted_while_an_IK_waits_to_send()
+    {
+        whenModal([](QWidget* modal) {
+            modal->findChild<QSlider*>()->setValue(30);
+            modal->findChild<QSlider*>()->setValue(40);
+            popUps::press(modal, "OK");
+        });
+        m_menus->pressImmediately({"Gain", "3", "R1:GN", "60 0", "10", ""});
+        m_menus.reset();
+        QTRY_VERIFY(qApp->findChildren<PopUpSlider*>().isEmpty());
+    }
+
+    void CV_gives_the_value_and_a_copy_knows_it()
+    {
+        ak("M,k,L,2,C,,0,0 Off:1 On,0,0,1");
+        QVERIFY(!find("M", "k")->valueGiven);
+        cv("M,k,0,0");
+        QVERIFY(find("M", "k")->valueGiven);
+        m_menus->copyKey({"N", "M", "k"});
+        QVERIFY(find("N", "k")->valueGiven);
     }
 
     void AK_keys_of_a_main_menu_go_to_its_options()

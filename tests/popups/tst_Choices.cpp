@@ -1,6 +1,7 @@
 #include "popups/Choices.h"
 #include "support/TestMain.h"
 
+#include <cmath>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -108,6 +109,75 @@ private slots:
         QCOMPARE(grid.rowsFor(55), 10);
         QCOMPARE(grid.rowsFor(60), 10);
         QCOMPARE(grid.rowsFor(61), 11);
+    }
+
+    void a_list_scrolls_where_its_rows_would_get_too_low_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("shown");
+        // in 415 pixels ten rows are 40 pixels high, eleven 36
+        QTest::newRow("16") << 4 << 4 << 16 << 4;
+        QTest::newRow("18") << 4 << 4 << 18 << 5;
+        QTest::newRow("60") << 9 << 6 << 60 << 10;
+        QTest::newRow("61") << 9 << 6 << 61 << 9;
+        QTest::newRow("100") << 9 << 6 << 100 << 9;
+        QTest::newRow("20 in two columns") << 4 << 2 << 20 << 10;
+        QTest::newRow("21 in two columns") << 4 << 2 << 21 << 4;
+        QTest::newRow("40 in one column") << 4 << 1 << 40 << 4;
+        QTest::newRow("sixteen rows") << 16 << 4 << 3 << 10;
+    }
+    void a_list_scrolls_where_its_rows_would_get_too_low()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, columns);
+        QFETCH(int, count);
+        QTEST(Grid(rows, columns).shownRows(count, 415), "shown");
+    }
+
+    void a_blank_row_keeps_the_last_choices_from_under_the_fixed_keys_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("fixed");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("cancel, last row full") << 80 << 1 << 21;
+        QTest::newRow("cancel, last cell free") << 79 << 1 << 20;
+        QTest::newRow("two keys, last row full") << 80 << 2 << 21;
+        QTest::newRow("two keys, last cell free") << 79 << 2 << 21;
+        QTest::newRow("two keys, two cells free") << 78 << 2 << 20;
+    }
+    void a_blank_row_keeps_the_last_choices_from_under_the_fixed_keys()
+    {
+        QFETCH(int, count);
+        QFETCH(int, fixed);
+        QTEST(Grid(4, 4).scrolledRows(count, fixed), "rows");
+    }
+
+    void the_present_choice_has_the_text_or_the_value_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("value"); // NaN: none is known
+        QTest::addColumn<int>("at");
+        const double none = std::numeric_limits<double>::quiet_NaN();
+        QTest::newRow("nothing known") << "Modulation" << none << -1;
+        QTest::newRow("value") << "Modulation" << 1.0 << 1;
+        QTest::newRow("value 0") << "Modulation" << 0.0 << 0;
+        QTest::newRow("no such value") << "Modulation" << 7.0 << -1;
+        QTest::newRow("single precision") << "Modulation" << double{0.1F} << 2;
+        QTest::newRow("text") << "ARTM CPM" << none << 3;
+        QTest::newRow("the text counts more") << "ARTM CPM" << 1.0 << 3;
+        QTest::newRow("text with a doubled &") << "I && Q" << none << 4;
+        QTest::newRow("no text") << "" << none << -1;
+    }
+    void the_present_choice_has_the_text_or_the_value()
+    {
+        QFETCH(QString, text);
+        QFETCH(double, value);
+        const auto known = std::isnan(value) ? std::nullopt : std::optional<double>(value);
+        const auto offered =
+            choices::parse("0 PCM/FM:1 SOQPSK:0.1 Tenth:cpm ARTM CPM:iq I & Q:1 Again:  ");
+        QTEST(choices::presentAt(offered, {text, known}), "at");
     }
 
     void grid_sizes_out_of_bounds_are_limited()

@@ -36,8 +36,8 @@ private slots:
 
     void the_keys_stand_in_four_rows()
     {
-        const QStringList rows{u"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL"_s, u"q w e r t y u i o p"_s,
-            u"CAPS a s d f g h j k l"_s, u"RETURN <<- ->> z x c v b n m"_s};
+        const QStringList rows{"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL", "q w e r t y u i o p",
+            "CAPS a s d f g h j k l - _", "RETURN <<- ->> z x c v b n m ."};
         QList<PushButtonKey*> keys = m_keys->findChildren<PushButtonKey*>();
         std::sort(keys.begin(), keys.end(), [](PushButtonKey* a, PushButtonKey* b) {
             return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
@@ -54,6 +54,15 @@ private slots:
         }
         QCOMPARE(lines, rows);
         QVERIFY(m_window->width() <= 795);
+    }
+
+    void the_name_of_a_stored_setup_can_be_typed()
+    {
+        press("CAPS");
+        for (const char* key : {"F", "L", "I", "G", "H", "T", "_", "1", "-", "B", ".", "S"}) {
+            press(key);
+        }
+        QCOMPARE(m_field->text(), QString("FLIGHT_1-B.S"));
     }
 
     void typing_inserts_at_the_cursor_and_selects_the_character()

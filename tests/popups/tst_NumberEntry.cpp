@@ -2,6 +2,8 @@
 #include "popups/NumberRanges.h"
 #include "support/TestMain.h"
 
+#include <QRandomGenerator>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -17,6 +19,23 @@ NumberEntry::Checked checked(
     const QString& characters, int type, const QString& ranges, int multiplier = 0)
 {
     return typed(characters, type).check(NumberRanges(ranges, type), multiplier);
+}
+
+// Up to so many random digits.
+QString randomDigits(QRandomGenerator& random, int most)
+{
+    QString digits;
+    for (int i = random.bounded(most + 1); i > 0; --i) {
+        digits += QString::number(random.bounded(10));
+    }
+    return digits;
+}
+
+// A decimal number with its point moved to the right, by its characters alone.
+QString pointMoved(const QString& whole, const QString& fraction, int places)
+{
+    const QString filled = fraction.leftJustified(places, '0');
+    return '0' + whole + filled.left(places) + '.' + filled.mid(places) + '0';
 }
 
 } // namespace
@@ -229,6 +248,69 @@ private slots:
         QFETCH(bool, valid);
         if (valid) {
             QTEST(result.value, "value");
+        }
+    }
+
+    void an_entry_times_its_unit_meets_a_bound_of_the_same_digits_data()
+    {
+        QTest::addColumn<QString>("characters");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("multiplier");
+        QTest::addColumn<QString>("ranges");
+        QTest::addColumn<double>("value");
+        QTest::newRow("1.001 Kbps") << "1.001" << 2 << 3 << "1001 2000" << 1001.0;
+        QTest::newRow("16.1 Mbps, high") << "16.1" << 2 << 6 << "100 16100000" << 16100000.0;
+        QTest::newRow("16.1 Mbps, low") << "16.1" << 2 << 6 << "16100000 2e7" << 16100000.0;
+        QTest::newRow("1.001 KHz") << "1.001" << 3 << 3 << "1001 1001" << 1001.0;
+        QTest::newRow("70.1 MHz") << "70.1" << 3 << 6 << "70100000 70100000" << 70100000.0;
+        QTest::newRow("point at the end") << "5." << 2 << 3 << "5000 5000" << 5000.0;
+        QTest::newRow("point in front") << ".0161" << 2 << 6 << "16100 16100" << 16100.0;
+        QTest::newRow("below the unit") << "0.0011" << 2 << 3 << "1.1 1.1" << 1.1;
+        QTest::newRow("leading zeros") << "0016.1" << 2 << 6 << "16100000 16100000" << 16100000.0;
+    }
+    void an_entry_times_its_unit_meets_a_bound_of_the_same_digits()
+    {
+        QFETCH(QString, characters);
+        QFETCH(int, type);
+        QFETCH(int, multiplier);
+        QFETCH(QString, ranges);
+        const NumberEntry::Checked result = checked(characters, type, ranges, multiplier);
+        QVERIFY(result.valid);
+        QTEST(result.value, "value");
+    }
+
+    void every_entry_times_its_unit_is_what_decimal_arithmetic_gives_data()
+    {
+        QTest::addColumn<int>("multiplier");
+        QTest::newRow("thousand") << 3;
+        QTest::newRow("million") << 6;
+    }
+    void every_entry_times_its_unit_is_what_decimal_arithmetic_gives()
+    {
+        QFETCH(int, multiplier);
+        QRandomGenerator random(static_cast<quint32>(multiplier));
+        for (int i = 0; i < 20'000; ++i) {
+            const QString whole = randomDigits(random, 8);
+            const QString fraction = randomDigits(random, 8);
+            if (whole.isEmpty() && fraction.isEmpty()) {
+                continue;
+            }
+            const bool hasPoint = !fraction.isEmpty() || random.bounded(2) == 1;
+            const QString characters = whole + (hasPoint ? "." : "") + fraction;
+            const QString product = pointMoved(whole, fraction, multiplier);
+            const NumberEntry::Checked result =
+                checked(characters, 2, product + ' ' + product, multiplier);
+            QVERIFY2(result.valid, qPrintable(characters + " is not " + product));
+            QCOMPARE(result.value, product.toDouble());
+        }
+    }
+
+    void a_point_alone_is_no_number_in_any_unit()
+    {
+        for (const int multiplier : {0, 3, 6}) {
+            for (const char* characters : {".", "", "1.2.3"}) {
+                QVERIFY(!checked(characters, 2, "-1e30 1e30", multiplier).valid);
+            }
         }
     }
 

@@ -3,6 +3,8 @@
 #include "support/TestMain.h"
 
 #include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -38,6 +40,68 @@ private slots:
         QCOMPARE(label->maximumHeight(), 45);
         QCOMPARE(label->alignment(), Qt::AlignCenter);
         QCOMPARE(dialog.column()->itemAt(0)->widget(), label);
+    }
+
+    void a_note_stands_at_the_right_of_the_title_line()
+    {
+        PopUpDialog dialog("Name", "Select Scope Mode value", Qt::WindowFlags(), 6);
+        dialog.setFixedSize(795, 200);
+        dialog.setNote("Demod 2");
+        dialog.show();
+        const auto* title = dialog.findChild<QLabel*>("titleLabel");
+        const auto* note = dialog.findChild<QLabel*>("noteLabel");
+        QVERIFY(note != nullptr && note->isVisible());
+        QCOMPARE(note->text(), QString("Demod 2"));
+        QCOMPARE(title->text(), QString("Select Scope Mode value"));
+        QCOMPARE(title->height(), 45);
+        QCOMPARE(note->font().pixelSize(), 18);
+        const QRect place(note->mapTo(title, QPoint()), note->size());
+        QVERIFY(title->rect().contains(place));
+        QVERIFY(place.left() > title->width() * 3 / 4);
+    }
+
+    void keys_that_are_held_let_go_when_something_modal_opens()
+    {
+        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
+        auto* key = new QPushButton("Step Up");
+        key->setAutoRepeat(true);
+        dialog.column()->addWidget(key);
+        dialog.open();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QSignalSpy clicked(key, &QPushButton::clicked);
+        const QPoint at = key->mapTo(&dialog, key->rect().center());
+        QTest::mousePress(dialog.windowHandle(), Qt::LeftButton, {}, at);
+        QTRY_VERIFY(clicked.size() >= 2);
+        QDialog over;
+        over.setModal(true);
+        over.show();
+        QVERIFY(!key->isDown());
+        const qsizetype before = clicked.size();
+        QTest::qWait(400);
+        QCOMPARE(clicked.size(), before);
+        // the release comes when the finger is over the other window
+        QTest::mouseRelease(over.windowHandle(), Qt::LeftButton, {}, QPoint(1, 1));
+        over.close();
+        QCOMPARE(clicked.size(), before);
+    }
+
+    void keys_that_are_held_let_go_when_another_window_becomes_active()
+    {
+        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
+        auto* key = new QPushButton("Key");
+        dialog.column()->addWidget(key);
+        dialog.show();
+        dialog.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        const QPoint at = key->mapTo(&dialog, key->rect().center());
+        QTest::mousePress(dialog.windowHandle(), Qt::LeftButton, {}, at);
+        QVERIFY(key->isDown());
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(!key->isDown());
+        QTest::mouseRelease(dialog.windowHandle(), Qt::LeftButton, {}, at);
     }
 
     void it_is_a_customised_window_with_a_title()

@@ -1,6 +1,10 @@
 #include "popups/PopUpFileBoard.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
+#include "touch/PresentMark.h"
+#include "touch/Sizes.h"
+
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -107,7 +111,8 @@ private slots:
         QTest::newRow("none") << 0 << 4 << 47;
         QTest::newRow("3") << 3 << 4 << 47;
         QTest::newRow("20") << 20 << 5 << 47;
-        QTest::newRow("60") << 60 << 5 << 34;
+        QTest::newRow("60") << 60 << 5 << 47;
+        QTest::newRow("400") << 400 << 5 << 47;
         QTest::newRow("one column") << 3 << 1 << 47;
     }
     void every_board_lies_inside_the_screen()
@@ -141,6 +146,56 @@ private slots:
                 buttonWithText(modal, u"Cancel"_s));
             popUps::press(modal, u"Cancel"_s);
         });
+    }
+
+    void a_board_of_60_scrolls_under_new_file_and_cancel()
+    {
+        PopUpFileBoard popUp;
+        whenModal([](QWidget* modal) {
+            const QScrollArea* view = popUps::scrolled(modal);
+            QVERIFY(view != nullptr);
+            QCOMPARE(view->verticalScrollBar()->width(), touch::ScrollBarWidth);
+            const QPushButton* newFile = buttonWithText(modal, "New File");
+            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+            QCOMPARE(popUps::onTopOf(buttonWithText(modal, "f18")), newFile);
+            QCOMPARE(popUps::onTopOf(buttonWithText(modal, "f19")), cancel);
+            const QPoint at(100, 300);
+            QTest::mousePress(modal->windowHandle(), Qt::LeftButton, {}, at);
+            for (int y = at.y(); y >= 20; y -= 20) {
+                QTest::mouseMove(modal->windowHandle(), {at.x(), y});
+            }
+            QTest::mouseRelease(modal->windowHandle(), Qt::LeftButton, {}, {at.x(), 20});
+            QVERIFY(modal->isVisible());
+            QCOMPARE(view->verticalScrollBar()->value(), 280);
+            QCOMPARE(popUps::onTopOf(newFile), newFile);
+            QCOMPARE(popUps::onTopOf(cancel), cancel);
+            popUps::press(modal, "f19");
+        });
+        QCOMPARE(popUp.new_pop_fileboard(popUps::list(60, "f"), "Store", 4, 5), QString("19"));
+    }
+
+    void the_last_files_can_be_scrolled_out_from_under_the_keys()
+    {
+        PopUpFileBoard popUp;
+        whenModal([](QWidget* modal) {
+            QScrollBar* bar = popUps::scrolled(modal)->verticalScrollBar();
+            bar->setValue(bar->maximum());
+            popUps::press(modal, "f59");
+        });
+        QCOMPARE(popUp.new_pop_fileboard(popUps::list(60, "f"), "Store", 4, 5), QString("59"));
+    }
+
+    void the_present_file_is_marked()
+    {
+        PopUpFileBoard popUp;
+        popUp.setPresent({"Day", std::nullopt});
+        whenModal([](QWidget* modal) {
+            const auto marks = modal->findChildren<PresentMark*>();
+            QCOMPARE(marks.size(), 1);
+            QCOMPARE(marks.first()->parentWidget(), buttonWithText(modal, "Day"));
+            popUps::dialog(modal)->reject();
+        });
+        popUp.new_pop_fileboard("a1 Night:a2 Day", "Store", 4, 4);
     }
 
     void the_board_may_be_deleted_while_the_name_is_typed()

@@ -1,6 +1,12 @@
 #include "popups/PopUpKeyBoard.h"
+
+#include "menus/ListGrid.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
+#include "touch/PresentMark.h"
+#include "touch/Sizes.h"
+
+#include <QScrollBar>
 
 #include <limits>
 
@@ -20,6 +26,32 @@ class tst_PopUpKeyBoard : public QObject
             popUps::dialog(modal)->reject();
         });
         return popUp.new_pop_keyboard(list, u"Mode"_s, rows, columns, disabled, keepLarge);
+    }
+
+    static QRect placeIn(const QWidget* modal, const QWidget* part)
+    {
+        return {part->mapTo(modal, QPoint()), part->size()};
+    }
+
+    // A finger that goes from one place of the dialog to another, in small moves.
+    static void drag(QWidget* modal, QPoint from, QPoint to)
+    {
+        QTest::mousePress(modal->windowHandle(), Qt::LeftButton, {}, from);
+        for (int step = 1; step <= 10; ++step) {
+            QTest::mouseMove(modal->windowHandle(), from + (to - from) * step / 10);
+        }
+        QTest::mouseRelease(modal->windowHandle(), Qt::LeftButton, {}, to);
+    }
+
+    // Adds the choices that a finger would touch in their middle as the list stands now.
+    static void collectReached(QWidget* modal, QSet<QWidget*>& reached)
+    {
+        const auto buttons = popUps::scrolled(modal)->findChildren<QPushButton*>();
+        for (QPushButton* button : buttons) {
+            if (popUps::onTopOf(button) == button) {
+                reached += button;
+            }
+        }
     }
 
     static QString pressed(const QString& list, const QString& text)
@@ -133,7 +165,14 @@ private slots:
         QTest::newRow("30") << 30 << 6 << 6 << 47;
         QTest::newRow("50") << 50 << 6 << 9 << 47;
         QTest::newRow("60") << 60 << 9 << 6 << 37;
-        QTest::newRow("60 in three columns") << 60 << 4 << 3 << 15;
+        QTest::newRow("60 in three columns") << 60 << 4 << 3 << 47;
+        QTest::newRow("60, the last that does not scroll") << 60 << 4 << 6 << 37;
+        QTest::newRow("61") << 61 << 4 << 6 << 47;
+        QTest::newRow("40 in two columns") << 40 << 4 << 2 << 47;
+        QTest::newRow("40 in one column") << 40 << 4 << 1 << 47;
+        QTest::newRow("100") << 100 << 9 << 6 << 37;
+        QTest::newRow("400") << 400 << 9 << 6 << 37;
+        QTest::newRow("sixteen rows") << 3 << 16 << 4 << 37;
         QTest::newRow("none") << 0 << 4 << 4 << 47;
         QTest::newRow("one cell") << 3 << 1 << 1 << 47;
         QTest::newRow("senseless") << 3 << -1 << std::numeric_limits<int>::max() << 47;
@@ -183,6 +222,185 @@ private slots:
             QVERIFY(!modal->isVisible());
         });
         QVERIFY(answer.isEmpty());
+    }
+
+    void the_choice_under_cancel_cannot_be_chosen_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("param");
+        QTest::addColumn<int>("covered"); // counted from 1; 0: none
+        const auto row = [](int count, int covered) {
+            QTest::addRow("%d", count) << count << 0 << covered;
+        };
+        row(1, 0);
+        row(15, 0);
+        row(16, 16);
+        row(17, 0);
+        row(19, 0);
+        row(20, 20);
+        row(21, 20);
+        row(22, 0);
+        row(35, 0);
+        row(36, 36);
+        row(47, 36);
+        row(48, 0);
+        row(51, 0);
+        row(52, 0);
+        row(53, 0);
+        row(54, 54);
+        row(60, 54);
+        row(61, 54);
+        row(100, 54);
+        QTest::addRow("11 in three columns") << 11 << 3 << 0;
+        QTest::addRow("12 in three columns") << 12 << 3 << 12;
+        QTest::addRow("40 in two columns") << 40 << 2 << 8;
+    }
+    void the_choice_under_cancel_cannot_be_chosen()
+    {
+        QFETCH(int, count);
+        QFETCH(int, param);
+        QFETCH(int, covered);
+        const QString list = popUps::list(count, "c");
+        const ListGrid grid = ListGrid::forChoices(list, param);
+        int found = 0;
+        run(list, grid.rows, grid.columns, {}, false, [&](QWidget* modal) {
+            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+            for (int i = 0; i < count; ++i) {
+                if (popUps::onTopOf(buttonWithText(modal, QString("c%1").arg(i))) == cancel) {
+                    QCOMPARE(found, 0);
+                    found = i + 1;
+                }
+            }
+        });
+        QCOMPARE(found, covered);
+    }
+
+    void choices_of_a_scrolling_list_begin_in_their_cells()
+    {
+        run(popUps::list(100, "c"), 9, 6, {}, false, [](QWidget* modal) {
+            const QScrollArea* view = popUps::scrolled(modal);
+            QVERIFY(view != nullptr);
+            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+            const QRect last = placeIn(modal, cancel);
+            for (int i = 0; i < 54; ++i) {
+                const QRect place = placeIn(modal, buttonWithText(modal, QString("c%1").arg(i)));
+                QCOMPARE(place.x() == last.x(), i % 6 == 5);
+                QVERIFY(qAbs(place.y() - last.y()) <= 1 ? i / 6 == 8 : i / 6 < 8);
+            }
+            QCOMPARE(view->verticalScrollBar()->width(), touch::ScrollBarWidth);
+            QVERIFY(view->verticalScrollBar()->isVisible());
+        });
+    }
+
+    void a_drag_scrolls_the_list_and_chooses_nothing()
+    {
+        const QString answer = run(popUps::list(100, "c"), 9, 6, {}, false, [](QWidget* modal) {
+            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+            const QRect before = placeIn(modal, cancel);
+            drag(modal, {200, 400}, {200, 100});
+            QVERIFY(modal->isVisible());
+            QCOMPARE(popUps::scrolled(modal)->verticalScrollBar()->value(), 300);
+            QCOMPARE(placeIn(modal, cancel), before);
+        });
+        QCOMPARE(answer, QString());
+    }
+
+    void every_choice_of_a_scrolling_list_can_be_reached_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("columns");
+        QTest::newRow("100") << 100 << 9 << 6;
+        QTest::newRow("96, a full last row") << 96 << 9 << 6;
+        QTest::newRow("40 in two columns") << 40 << 4 << 2;
+        QTest::newRow("40 in one column") << 40 << 4 << 1;
+        QTest::newRow("sixteen rows") << 20 << 16 << 2;
+    }
+    void every_choice_of_a_scrolling_list_can_be_reached()
+    {
+        QFETCH(int, count);
+        QFETCH(int, rows);
+        QFETCH(int, columns);
+        run(popUps::list(count, "c"), rows, columns, {}, false, [&](QWidget* modal) {
+            QScrollBar* bar = popUps::scrolled(modal)->verticalScrollBar();
+            QSet<QWidget*> reached;
+            for (int value = 0; value <= bar->maximum(); value += 20) {
+                bar->setValue(value);
+                collectReached(modal, reached);
+            }
+            bar->setValue(bar->maximum());
+            collectReached(modal, reached);
+            for (int i = 0; i < count; ++i) {
+                QPushButton* button = buttonWithText(modal, QString("c%1").arg(i));
+                QVERIFY2(reached.contains(button), qPrintable(button->text()));
+            }
+        });
+    }
+
+    void a_choice_that_was_scrolled_to_returns_its_value()
+    {
+        PopUpKeyBoard popUp;
+        whenModal([](QWidget* modal) {
+            drag(modal, {200, 400}, {200, 60});
+            drag(modal, {200, 400}, {200, 60});
+            popUps::press(modal, "c99");
+        });
+        QCOMPARE(
+            popUp.new_pop_keyboard(popUps::list(100, "c"), "Mode", 9, 6, false), QString("99"));
+    }
+
+    void the_present_choice_is_marked_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<std::optional<double>>("value");
+        QTest::addColumn<QString>("marked");
+        using Value = std::optional<double>;
+        QTest::newRow("nothing known") << "" << Value() << "";
+        QTest::newRow("value") << "" << Value(1.0) << "On";
+        QTest::newRow("text") << "Off" << Value() << "Off";
+    }
+    void the_present_choice_is_marked()
+    {
+        QFETCH(QString, text);
+        QFETCH(std::optional<double>, value);
+        QFETCH(QString, marked);
+        PopUpKeyBoard popUp;
+        popUp.setPresent({text, value});
+        whenModal([&](QWidget* modal) {
+            const auto marks = modal->findChildren<PresentMark*>();
+            QCOMPARE(marks.size(), marked.isEmpty() ? 0 : 1);
+            if (!marks.isEmpty()) {
+                QCOMPARE(marks.first()->parentWidget(), buttonWithText(modal, marked));
+            }
+            popUps::dialog(modal)->reject();
+        });
+        popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false);
+    }
+
+    void a_scrolling_list_opens_at_the_present_choice()
+    {
+        PopUpKeyBoard popUp;
+        popUp.setPresent({QString(), 77.0});
+        whenModal([&](QWidget* modal) {
+            QPushButton* button = buttonWithText(modal, "c77");
+            QCOMPARE(popUps::onTopOf(button), button);
+            popUps::dialog(modal)->reject();
+        });
+        popUp.new_pop_keyboard(popUps::list(100, "c"), "Mode", 9, 6, false);
+    }
+
+    void a_note_stands_in_the_title_line()
+    {
+        PopUpKeyBoard popUp;
+        popUp.setNote("Demod 2");
+        whenModal([&](QWidget* modal) {
+            QCOMPARE(modal->findChild<QLabel*>("noteLabel")->text(), QString("Demod 2"));
+            QCOMPARE(modal->findChild<QLabel*>("titleLabel")->text(), QString("Select Mode value"));
+            popUps::dialog(modal)->reject();
+        });
+        popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false);
+        run("0 Off", 4, 4, {}, false,
+            [](QWidget* modal) { QVERIFY(modal->findChild<QLabel*>("noteLabel") == nullptr); });
     }
 
     void a_choice_below_the_last_row_can_be_pressed()

@@ -67,6 +67,63 @@ private slots:
         QCOMPARE(sent.size(), 1);
     }
 
+    void a_step_reaches_every_bound_that_can_be_typed_data()
+    {
+        QTest::addColumn<double>("from");
+        QTest::addColumn<QString>("ranges");
+        QTest::addColumn<bool>("up");
+        QTest::addColumn<QString>("sent");
+        QTest::newRow("up to 2399.9") << 2399.8 << "2200.5 2399.9" << true << "2399.9";
+        QTest::newRow("up to 2399.5") << 2399.4 << "2200.5 2399.5" << true << "2399.5";
+        QTest::newRow("down to 2200.1") << 2200.2 << "2200.1 2399.5" << false << "2200.1";
+        QTest::newRow("down to 2200.3") << 2200.4 << "2200.3 2399.5" << false << "2200.3";
+        QTest::newRow("down to 0.3") << 0.4 << "0.3 10" << false << "0.3";
+        QTest::newRow("above the bound") << 2399.9 << "2200.5 2399.9" << true << "";
+        QTest::newRow("below the bound") << 2200.1 << "2200.1 2399.5" << false << "";
+    }
+    void a_step_reaches_every_bound_that_can_be_typed()
+    {
+        QFETCH(double, from);
+        QFETCH(QString, ranges);
+        QFETCH(bool, up);
+        QFETCH(QString, sent);
+        PopUpNumberPad pad;
+        QSignalSpy spy(&pad, &Key::response_message);
+        Opening opening;
+        opening.type = 1;
+        opening.ranges = ranges;
+        opening.current = from;
+        run(pad, opening,
+            [&](QWidget* dialog) { QVERIFY(press(dialog, {up ? "Step Up" : "Step Down"})); });
+        QCOMPARE(spy.size(), sent.isEmpty() ? 0 : 1);
+        if (!sent.isEmpty()) {
+            QCOMPARE(spy.first().first().toString(), framedMessage("CMD" + sent));
+        }
+    }
+
+    void steps_meet_the_bounds_all_over_a_band()
+    {
+        // every seventh tenth of a megahertz, because opening a dialog takes its time
+        for (int tenths = 22001; tenths < 22301; tenths += 7) {
+            const QString low = QString::number((tenths - 1) / 10.0, 'f', 1);
+            const QString high = QString::number((tenths + 1) / 10.0, 'f', 1);
+            PopUpNumberPad pad;
+            QSignalSpy sent(&pad, &Key::response_message);
+            Opening opening;
+            opening.type = 1;
+            opening.ranges = low + ' ' + high;
+            opening.current = tenths / 10.0;
+            run(pad, opening, [&](QWidget*) {
+                pad.up_rf();
+                pad.down_rf();
+                pad.down_rf();
+            });
+            QCOMPARE(sent.size(), 3);
+            QCOMPARE(sent.at(0).first().toString(), framedMessage("CMD" + high));
+            QCOMPARE(sent.at(2).first().toString(), framedMessage("CMD" + low));
+        }
+    }
+
     void steps_are_counted_in_single_precision()
     {
         PopUpNumberPad pad;
@@ -133,6 +190,31 @@ private slots:
             // a coarse timer may fire 5 % early
             QVERIFY(timer.elapsed() >= (500 + 2 * 200) * 9 / 10);
             QTest::mouseRelease(dialog->windowHandle(), Qt::LeftButton, {}, at);
+        });
+    }
+
+    void a_held_step_key_stops_when_something_modal_opens_over_the_pad()
+    {
+        PopUpNumberPad pad;
+        QSignalSpy sent(&pad, &Key::response_message);
+        Opening opening;
+        opening.type = 1;
+        opening.ranges = "0 1000";
+        run(pad, opening, [&](QWidget* dialog) {
+            QPushButton* up = buttonWithText(dialog, "Step Up");
+            const QPoint at = up->mapTo(dialog, up->rect().center());
+            QTest::mousePress(dialog->windowHandle(), Qt::LeftButton, {}, at);
+            QTRY_VERIFY(sent.size() >= 2);
+            PopUpNumberPad second;
+            run(second, Opening(), [&](QWidget*) {
+                QVERIFY(!up->isDown());
+                const qsizetype before = sent.size();
+                QTest::qWait(600);
+                QCOMPARE(sent.size(), before);
+            });
+            const qsizetype before = sent.size();
+            QTest::qWait(600);
+            QCOMPARE(sent.size(), before);
         });
     }
 };

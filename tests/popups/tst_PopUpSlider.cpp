@@ -1,10 +1,13 @@
 #include "popups/PopUpSlider.h"
+
+#include "popups/TouchSlider.h"
 #include "support/PopUps.h"
 #include "support/TestMain.h"
 
 #include <QSlider>
 
 #include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -160,6 +163,62 @@ private slots:
             QVERIFY2(times.at(i) - times.at(i - 1) >= PopUpSlider::ThrottleMs - 1,
                 qPrintable(QString::number(times.at(i) - times.at(i - 1))));
         }
+    }
+
+    void a_tap_on_the_groove_goes_where_it_is_tapped_and_is_sent()
+    {
+        PopUpSlider popUp;
+        QSignalSpy spy(&popUp, &Key::response_message);
+        run(popUp, "Volume", "2000000000 0", 0, 10, "", [&](QWidget* modal, QSlider* slider) {
+            const QPoint middle = slider->mapTo(modal, slider->rect().center());
+            QTest::mouseClick(modal->windowHandle(), Qt::LeftButton, {}, middle);
+            QVERIFY(qAbs(slider->value() - 1'000'000'000) < 10'000'000);
+            QCOMPARE(spy.size(), 1);
+            QCOMPARE(spy.first().first().toString(), sent(slider->value()));
+            QCOMPARE(readout(modal), QString::number(slider->value()));
+        });
+    }
+
+    void a_range_of_an_int_is_kept()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "2147483647 -2147483648", 0, 10, "2000000000",
+            [](QWidget* modal, QSlider* slider) {
+                QCOMPARE(slider->maximum(), std::numeric_limits<int>::max());
+                QCOMPARE(slider->minimum(), std::numeric_limits<int>::min());
+                popUps::press(modal, "+2000000000 >");
+                QCOMPARE(slider->value(), 2'000'000'000);
+                popUps::press(modal, "+2000000000 >");
+                QCOMPARE(slider->value(), 2'000'000'000);
+            });
+    }
+
+    void the_handle_is_large_enough_for_a_finger()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider* slider) {
+            const QRect handle = qobject_cast<TouchSlider*>(slider)->handle();
+            QVERIFY(handle.width() >= 47);
+            QVERIFY(slider->height() >= 47); // at every height it can be taken
+        });
+    }
+
+    void a_held_button_stops_when_something_modal_opens()
+    {
+        PopUpSlider popUp;
+        run(popUp, "Volume", "1000 0", 50, 10, "", [&](QWidget* modal, QSlider* slider) {
+            QPushButton* up = buttonWithText(modal, "UP");
+            const QPoint at = up->mapTo(modal, up->rect().center());
+            QTest::mousePress(modal->windowHandle(), Qt::LeftButton, {}, at);
+            QTRY_VERIFY(slider->value() > 50);
+            PopUpSlider second;
+            run(second, "Second", "1 0", 0, 10, "", [&](QWidget*, QSlider*) {
+                const int before = slider->value();
+                QTest::qWait(500);
+                QCOMPARE(slider->value(), before);
+            });
+            QVERIFY(!up->isDown());
+        });
     }
 
     void a_step_past_the_end_is_ignored()

@@ -1,6 +1,7 @@
 #include "popups/PushButtonKey.h"
 #include "support/Screen.h"
 #include "support/TestMain.h"
+#include "touch/HeldKeys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +25,23 @@ private slots:
         QCOMPARE(pressed.size(), 1);
         QCOMPARE(pressed.first().first().toString(), u"q"_s);
         QCOMPARE(key.styleSheet(), u"color:white;border: 1px solid #000000;border-radius:6px;"_s);
+    }
+
+    void a_key_that_lets_go_looks_as_before()
+    {
+        QWidget window;
+        auto* key = new PushButtonKey("q", &window);
+        window.resize(200, 100);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy pressed(key, &PushButtonKey::keyPressed);
+        const QString sheet = key->styleSheet();
+        QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, key->geometry().center());
+        QVERIFY(key->styleSheet() != sheet);
+        touch::letGo(&window);
+        QCOMPARE(key->styleSheet(), sheet);
+        QVERIFY(!key->isDown());
+        QVERIFY(pressed.isEmpty());
     }
 
     void command_keys_look_different()

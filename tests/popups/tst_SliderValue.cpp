@@ -6,6 +6,11 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+constexpr int Lowest = std::numeric_limits<int>::min();
+constexpr int Highest = std::numeric_limits<int>::max();
+} // namespace
+
 class tst_SliderValue : public QObject
 {
     Q_OBJECT
@@ -28,8 +33,12 @@ private slots:
         QTest::newRow("junk") << "abc def" << 0 << 0 << 0.0F;
         QTest::newRow("no numbers") << "nan nan" << 0 << 0 << 0.0F;
         QTest::newRow("a third field") << "10 5 3" << 5 << 10 << 10.0F;
-        QTest::newRow("too far") << "99999999999 -inf" << -1000000000 << 1000000000
-                                 << 100.0F / 1e9F;
+        QTest::newRow("too far") << "99999999999 -inf" << Lowest << Highest
+                                 << 100.0F / 2147483648.0F;
+        QTest::newRow("all of an int")
+            << "2147483647 -2147483648" << Lowest << Highest << 100.0F / 2147483648.0F;
+        QTest::newRow("above a thousand million")
+            << "2000000000 1500000000" << 1500000000 << 2000000000 << 100.0F / 2e9F;
     }
     void the_range_text_has_the_maximum_first()
     {
@@ -133,6 +142,8 @@ private slots:
         QTest::newRow("empty items") << ":1::2:" << QList<int>{1, 2};
         QTest::newRow("junk and zero") << "a:0:3" << QList<int>{3};
         QTest::newRow("negative") << "-4" << QList<int>{4};
+        QTest::newRow("above a thousand million") << "2000000000" << QList<int>{2000000000};
+        QTest::newRow("beyond an int") << "-2147483648:99999999999" << QList<int>{Highest, Highest};
     }
     void the_steps_are_the_numbers_of_the_list()
     {
@@ -142,7 +153,8 @@ private slots:
 
     void more_steps_than_fit_are_left_out()
     {
-        QCOMPARE(SliderValue::steps(u"1:"_s.repeated(500)).size(), SliderValue::MaxSteps);
+        QCOMPARE(SliderValue::steps(QString("1:").repeated(20)).size(), 20);
+        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MaxSteps);
     }
 };
 

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QtTest>
 
 /// What the tests of the pop-ups check in a dialog.
@@ -35,14 +36,25 @@ inline bool isCentred(const QWidget* modal)
     return qAbs(off.x()) <= 1 && qAbs(off.y()) <= 1;
 }
 
-/// Whether the dialog and every button in it are inside a screen of 800 × 480.
+/// \return the view in which a finger scrolls the choices, nullptr when the list does not scroll
+inline QScrollArea* scrolled(const QWidget* modal)
+{
+    return modal->findChild<QScrollArea*>();
+}
+
+/// Whether the dialog and every button in it are inside a screen of 800 × 480; of buttons that are
+/// scrolled, the view has to be.
 inline bool isInsideScreen(const QWidget* modal)
 {
     if (!QRect(0, 0, 800, 480).contains(modal->geometry())) {
         return false;
     }
     for (const QPushButton* button : modal->findChildren<QPushButton*>()) {
-        const QRect place(button->mapTo(modal, QPoint(0, 0)), button->size());
+        const QScrollArea* view = scrolled(modal);
+        const QWidget* part = view != nullptr && view->isAncestorOf(button)
+            ? view
+            : static_cast<const QWidget*>(button);
+        const QRect place(part->mapTo(modal, QPoint(0, 0)), part->size());
         if (!modal->rect().contains(place)) {
             return false;
         }

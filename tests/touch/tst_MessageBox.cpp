@@ -10,7 +10,9 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTextBlock>
 #include <QTextEdit>
+#include <QTextLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -177,6 +179,39 @@ private slots:
             QVERIFY(view->verticalScrollBar()->width() >= MinTarget);
         } else {
             QCOMPARE(view->toPlainText().trimmed(), text.trimmed());
+        }
+    }
+
+    void no_text_is_lower_than_14_pixels_data()
+    {
+        QTest::addColumn<QString>("form");
+        QTest::addColumn<bool>("rich");
+        QTest::addColumn<int>("length");
+        for (const int length : {300, 2000, 4000, 19'000}) {
+            QTest::addRow("plain, %d", length) << "%1" << false << length;
+            QTest::addRow("of the main unit, %d", length)
+                << "<font size = 6>%1</font>" << true << length;
+        }
+    }
+    void no_text_is_lower_than_14_pixels()
+    {
+        QFETCH(QString, form);
+        QFETCH(bool, rich);
+        QFETCH(int, length);
+        MessageBox box;
+        box.setTextFormat(rich ? Qt::RichText : Qt::PlainText);
+        box.setText(form.arg(QString("The receiver has lost it. ").repeated(800).left(length)));
+        box.setArea(Screen);
+        box.show();
+        if (const auto* view = box.findChild<QTextEdit*>("longText")) {
+            const QTextBlock block = view->document()->firstBlock();
+            const QTextLine line = block.layout()->lineAt(0);
+            QVERIFY(block.begin() != block.end());
+            // the height of a line of 14 pixels in the box's own font
+            QFont smallest = view->font();
+            smallest.setPixelSize(14);
+            QVERIFY2(line.height() >= QFontMetricsF(smallest).height() - 1.0,
+                qPrintable(QString::number(line.height())));
         }
     }
 

@@ -63,6 +63,37 @@ void takeWhatOpensOver(PanelPictures& panel, const Editor& editor, const QString
     });
 }
 
+// A list of so many items, "0 text 0:1 text 1".
+QString items(int count, const QString& text)
+{
+    QStringList all;
+    for (int i = 0; i < count; ++i) {
+        all += u"%1 %2 %1"_s.arg(i).arg(text);
+    }
+    return all.join(u':');
+}
+
+// Lists that the default menus do not have: with the present choice, and with so many choices that
+// they scroll.
+void takeLists(PanelPictures& panel)
+{
+    const QString menu = u"Lists"_s;
+    const auto take = [&](const QString& picture, int type, const QString& fields) {
+        panel.say(
+            u"AK,%1,%2,%3,1"_s.arg(menu, picture).arg(u"Setting,%1,X:,"_s.arg(type) + fields));
+        panel.withEditor(menu, picture, [&](QWidget*) {
+            PanelPictures::settle();
+            panel.take(picture);
+        });
+    };
+    take(u"list-present"_s, 2, u",0,0 PCM/FM:1 SOQPSK:2 ARTM CPM:3 BPSK:4 QPSK,2,0"_s);
+    take(u"list-100"_s, 2, u",0,%1,0,0"_s.arg(items(100, u"Mode"_s)));
+    take(u"list-100-present"_s, 2, u",0,%1,77,0"_s.arg(items(100, u"Mode"_s)));
+    take(u"list-40-in-two-columns"_s, 2, u",2,%1,0,0"_s.arg(items(40, u"Decoder"_s)));
+    take(u"files-60"_s, 4, u",0,%1,7,0"_s.arg(items(60, u"FLIGHT_"_s)));
+    take(u"pad-6-present"_s, 1, u"1 500,6,-1 Auto,-1,0"_s);
+}
+
 } // namespace
 
 void takeEditors(PanelPictures& panel)
@@ -74,6 +105,7 @@ void takeEditors(PanelPictures& panel)
             panel.take(editor.picture);
         });
     }
+    takeLists(panel);
     takeWhatOpensOver(panel, {u"pad-error"_s, u"Tuner CH1"_s, u"freq"_s, u"9 9"_s}, u"MHz"_s);
     takeWhatOpensOver(
         panel, {u"pad-error-bit-rate"_s, u"Demod 1"_s, u"rate"_s, u"9 9"_s}, u"Mbps"_s);
