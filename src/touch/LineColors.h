@@ -10,8 +10,8 @@
 /// 5.25 : 1 and stays. Pure blue has 2.44 : 1, so 2 is a lighter blue with 6.93 : 1.
 namespace lineColors {
 
-/// The smallest contrast of a line to black, the ratio that WCAG 2, success criterion 1.4.11, asks for
-/// symbols.
+/// The smallest contrast of a line to black, the ratio that WCAG 2, success criterion 1.4.11, asks
+/// for symbols.
 constexpr double MinContrast = 3.0;
 
 /// The number of colours.
