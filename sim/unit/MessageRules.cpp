@@ -9,19 +9,11 @@
 
 namespace {
 
-// What this type of value has to be, empty when the value is that. A unit sends finite numbers
-// only.
-QString expected(wire::FieldType type, const QString& value)
+// Whether the value is of this type. A unit sends finite numbers only.
+bool isValid(wire::FieldType type, const QString& value)
 {
     const bool isFinite = type != wire::FieldType::Number || std::isfinite(value.toDouble());
-    return isFinite && wire::fits(type, value) ? QString() : wire::description(type);
-}
-
-QString shown(const QString& value)
-{
-    constexpr qsizetype Longest = 40;
-    const QString printable = wire::toPrintable(value);
-    return printable.size() > Longest ? printable.left(Longest) + QLatin1String("...") : printable;
+    return isFinite && wire::fits(type, value);
 }
 
 QString unknownWord(const QString& word)
@@ -32,10 +24,10 @@ QString unknownWord(const QString& word)
     for (const wire::Command& known : wire::toPanel()) {
         if (word.trimmed().compare(known.word, Qt::CaseInsensitive) == 0) {
             return QStringLiteral("unknown command word \"%1\", is %2 meant?")
-                .arg(shown(word), known.word);
+                .arg(wire::excerpt(word), known.word);
         }
     }
-    return QStringLiteral("unknown command word \"%1\"").arg(shown(word));
+    return QStringLiteral("unknown command word \"%1\"").arg(wire::excerpt(word));
 }
 
 QString faultOf(const wire::Command& command, const QStringList& fields)
@@ -52,10 +44,8 @@ QString faultOf(const wire::Command& command, const QStringList& fields)
         if (field == nullptr) {
             break;
         }
-        const QString wanted = expected(field->type, fields.at(i));
-        if (!wanted.isEmpty()) {
-            return QStringLiteral("%1: the %2 must be %3, not \"%4\"")
-                .arg(command.word, field->name, wanted, shown(fields.at(i)));
+        if (!isValid(field->type, fields.at(i))) {
+            return wire::wrongValue(command, *field, fields.at(i));
         }
     }
     return {};

@@ -45,6 +45,11 @@ MainWindow::MainWindow(QWidget* parent)
 MainWindow::~MainWindow()
 {
     QApplication::restoreOverrideCursor();
+    // The children go after the members. What they say meanwhile would reach slots that need them.
+    const auto children = findChildren<QObject*>();
+    for (QObject* child : children) {
+        child->disconnect(this);
+    }
 }
 
 void MainWindow::showSplash()
@@ -83,7 +88,7 @@ void MainWindow::Set_Status_Bar()
     connect(m_rooms->link, &LinkControl::healthChanged, m_statusBar, &StatusBar::setLinkState);
     m_statusBar->setLinkState(m_rooms->link->health());
     connect(m_rooms->link, &LinkControl::dialogOpened, m_statusBar,
-        [this] { m_statusBar->setLinkingEnabled(false); });
+        [bar = m_statusBar] { bar->setLinkingEnabled(false); });
     connect(m_rooms->link, &LinkControl::dialogClosed, this, &MainWindow::enableStatBut1);
 }
 

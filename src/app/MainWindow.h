@@ -29,16 +29,11 @@ public:
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
 
-    /// A part of the constructor: the status bar; the scopes page and the re-send line; the
-    /// spectrum page, if it is not there yet; the stored link mode, 0 when there is none.
-    ///@{
-    void Set_Status_Bar();
-    void setup_scopes();
-    void setUpSpectrum();
-    void get_settings();
-    ///@}
-    /// Stores the link mode.
-    void put_settings();
+    void Set_Status_Bar(); ///< Builds the status bar; called by the constructor.
+    void setup_scopes();   ///< Builds the scopes page and opens the re-send line; called likewise.
+    void setUpSpectrum();  ///< Builds the spectrum page, if it is not there yet.
+    void get_settings();   ///< Reads the stored link mode, 0 when there is none.
+    void put_settings();   ///< Stores the link mode.
 
     /// Shows a message box that does not block: with an "OK" button, or with no button at all, so
     /// that only killbox() closes it. \param text rich text
@@ -58,8 +53,10 @@ public:
     /// Refuses the request: the window cannot be closed.
     void closeEvent(QCloseEvent* event) override;
 
-    int mainMenuIndex() const; ///< \return its page's index in the stack, -1 until there was one.
-    int paxMenuIndex() const;  ///< \return the same of the PAX main menu.
+    /// \return the index of the main menu's page in the stack, -1 until there was one.
+    int mainMenuIndex() const;
+    /// \return the index of the PAX main menu's page in the stack, -1 until there was one.
+    int paxMenuIndex() const;
     /// \return whether a scope or spectrum display occupies the menu area.
     bool displayActive() const;
     /// \return whether the constructor has come to its end.
@@ -68,13 +65,12 @@ public:
     const Rooms& rooms() const { return *m_rooms; }
 
 public slots:
-    /// A message of the main unit, or to it. \param message with its frame characters
-    ///@{
+    /// Carries out a message of the main unit. \param message with its frame characters
     void process_mess(const QString& message);
+    /// Sends a message to the main unit. \param message with its frame characters
     void send_mess(const QString& message);
-    ///@}
 
-    /// The message of a command word. \param fields what follows the word
+    /// Carries out the message of a command word. \param fields what follows the word
     ///@{
     void process_PING(const QStringList& fields);
     void process_VER(const QStringList& fields);
@@ -103,52 +99,43 @@ public slots:
     void process_ST(const QStringList& fields);
     ///@}
 
-    /// The operator's button "Linking", and what is done in the dialog that it opens.
-    ///@{
-    void process_config_menu();
-    void master_tog(bool on);
-    void div_tog(bool on);
-    void freq_tog(bool on);
-    void enableStatBut1();
-    ///@}
+    void process_config_menu(); ///< Opens the dialog of link modes.
+    void master_tog(bool on);   ///< Chooses "No Linking". \param on false: nothing
+    void div_tog(bool on);      ///< Chooses diversity linking. \param on false: nothing
+    void freq_tog(bool on);     ///< Chooses frequency diversity linking. \param on false: nothing
+    void enableStatBut1();      ///< Enables the button "Linking", when the dialog is closed.
 
-    /// Shows the regrouped "Main"; the main menu; the PAX main menu; the next view; a diagnostic
-    /// box.
-    ///@{
-    void process_special_menu();
-    void goto_main_menu();
-    void paxMenuEnable(bool on);
-    void menus_scopes_toggle();
-    void button_pushed();
-    ///@}
+    void process_special_menu(); ///< Shows the menu "Main" with its keys in groups.
+    void goto_main_menu();       ///< Shows the main menu and tells the main unit.
+    void paxMenuEnable(bool on); ///< Shows the PAX main menu, or takes its displays back.
+    void menus_scopes_toggle();  ///< Shows the next view.
+    void button_pushed();        ///< Shows a diagnostic box until it is closed.
 
-    /// Opens the list of scope modes of Demod 1, 2 and 3, or of spans; or takes the answer of the
-    /// former. \param choice empty: cancelled
-    ///@{
-    void togglePlotType_ch1();
-    void togglePlotType_ch2();
-    void togglePlotType_comb();
-    void spanClicked();
+    void togglePlotType_ch1();  ///< Opens the list of scope modes of Demod 1.
+    void togglePlotType_ch2();  ///< Opens the list of scope modes of Demod 2.
+    void togglePlotType_comb(); ///< Opens the list of scope modes of Demod 3.
+    void spanClicked();         ///< Opens the list of spans.
+    /// Sets the scope mode that was chosen from the list. \param choice empty: cancelled
     void applyScopeChoice(int demodulator, const QString& choice);
-    ///@}
 
-    /// What the scope of Demod 1, 2 or 3 has received: samples in parts of full scale, or five
-    /// bytes.
+    /// Notes a block of samples, in parts of full scale, of the scope of Demod 1, 2 or 3.
     ///@{
     void eye_1_msg(const QVector<double>& i, const QVector<double>& q);
     void eye_2_msg(const QVector<double>& i, const QVector<double>& q);
     void eye_3_msg(const QVector<double>& i, const QVector<double>& q);
+    ///@}
+    /// Notes an SDI record of five bytes of the scope of Demod 1, 2 or 3.
+    ///@{
     void sdi_1_msg(const QByteArray& record);
     void sdi_2_msg(const QByteArray& record);
     void sdi_3_msg(const QByteArray& record);
     ///@}
 
-    /// Passes messages that come in on the re-send line on to the main unit.
-    ///@{
+    /// Passes a message that has come in on the re-send line on to the main unit.
     void send_scope_mess(const QString& message);
-    void scope_resend_read();
+    void scope_resend_read(); ///< Reads what has come in on the re-send line.
+    /// Closes the re-send line after an error.
     void scope_resend_error(QSerialPort::SerialPortError error);
-    ///@}
 
 signals:
     /// Emitted to close the message boxes that main_messagebox() has opened.

@@ -16,9 +16,8 @@
 #include "scopes/ScopeMessages.h"
 #include "scopes/ScopesPage.h"
 #include "spectrum/SpectrumMessages.h"
+#include "touch/MessageBox.h"
 #include "wire/Message.h"
-
-#include <QMessageBox>
 
 void MainWindow::setUpSpectrum()
 {
@@ -257,7 +256,7 @@ void MainWindow::menus_scopes_toggle()
 
 void MainWindow::button_pushed()
 {
-    QMessageBox(QMessageBox::NoIcon, QString(), QStringLiteral("A button was pushed")).exec();
+    MessageBox::report(QStringLiteral("A button was pushed"));
 }
 
 void MainWindow::togglePlotType_ch1()

@@ -65,19 +65,15 @@ void Rooms::addStartPages()
 
 void Rooms::connectSpectrum()
 {
-    QObject::connect(spectrum, &SpectrumMessages::pageMade, central, [this](SpectralCard* page) {
-        stack->addWidget(page);
-        views->set(&Views::spectrum, page);
-        navigation->mainMenus().enableSpan();
-    });
-    QObject::connect(spectrum, &SpectrumMessages::pageMissed, central, [this] {
-        if (!scopes->anyPortOpen()) {
-            views->returnToMenus(views->menu.widget());
-        }
-    });
+    QObject::connect(spectrum, &SpectrumMessages::pageMade, central,
+        [stack = stack, views = views, navigation = navigation](SpectralCard* page) {
+            stack->addWidget(page);
+            views->set(&Views::spectrum, page);
+            navigation->mainMenus().enableSpan();
+        });
     QObject::connect(spectrum, &SpectrumMessages::unframedResponse, link, &LinkControl::write);
-    QObject::connect(
-        spectrum, &SpectrumMessages::choiceWanted, choices, [this](const QString& items) {
+    QObject::connect(spectrum, &SpectrumMessages::choiceWanted, choices,
+        [spectrum = spectrum, choices = choices](const QString& items) {
             const SpectralCard* card = spectrum->card();
             choices->askSpan(
                 items, card != nullptr ? std::optional<int>(card->getSpan(0)) : std::nullopt);
@@ -105,8 +101,14 @@ void Rooms::connectScopeMessages()
     };
     QObject::connect(link, &LinkControl::healthChanged, display, dim);
     dim(link->health());
-    QObject::connect(scopeMessages, &ScopeMessages::choiceWanted, choices,
-        [this](int demodulator, const QString& items) {
+    QObject::connect(
+        spectrum, &SpectrumMessages::pageMissed, scopes, [scopes = scopes, views = views] {
+            if (!scopes->anyPortOpen()) {
+                views->returnToMenus(views->menu.widget());
+            }
+        });
+    QObject::connect(scopeMessages, &ScopeMessages::choiceWanted, scopes,
+        [scopes = scopes, choices = choices](int demodulator, const QString& items) {
             const QPushButton* button = scopes->modeButton(demodulator);
             const QString shown = button != nullptr ? button->text() : QString();
             choices->askScopeMode(demodulator, items, shown.mid(QStringLiteral("Demod n ").size()));
@@ -117,6 +119,6 @@ void Rooms::connectLoan()
 {
     QObject::connect(navigation, &MenuNavigation::displaysWanted, loan, &DisplayLoan::lendTo);
     QObject::connect(navigation, &MenuNavigation::displaysReturned, loan, &DisplayLoan::takeBack);
-    QObject::connect(spectrum, &SpectrumMessages::started, loan,
-        [this] { loan->lendChartTo(navigation->shownPaxPlace()); });
+    QObject::connect(spectrum, &SpectrumMessages::started, navigation,
+        [loan = loan, navigation = navigation] { loan->lendChartTo(navigation->shownPaxPlace()); });
 }

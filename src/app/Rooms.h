@@ -20,7 +20,8 @@ class SpectrumMessages;
 /// another and with the window.
 ///
 /// The rooms do not know each other. What one of them has to say to another goes by signal, and
-/// here is where the signals are connected.
+/// here is where the signals are connected. What a connection calls does not reach for this
+/// struct, because the objects, children of the window, outlive it.
 struct Rooms
 {
     /// Makes and connects everything but the scopes page. No line is opened yet.

@@ -3,6 +3,8 @@
 #include "app/Dispatcher.h"
 #include "wire/Commands.h"
 
+#include <utility>
+
 /// \return the table that the dispatcher works by: each command word with the slot that carries out
 /// its messages. \param window has the slots and has to outlive the table
 /// \tparam Window MainWindow; a parameter, so that the main window may include this header
@@ -10,12 +12,8 @@ template <class Window>
 QList<Dispatcher::Entry> slotTable(Window& window)
 {
     namespace word = wire::word;
-    struct Row
-    {
-        QLatin1String word;
-        void (Window::*slot)(const QStringList& fields);
-    };
-    static constexpr Row Rows[]{
+    using Slot = void (Window::*)(const QStringList& fields);
+    static constexpr std::pair<QLatin1String, Slot> Rows[]{
         {word::AK, &Window::process_AK_key},
         {word::SK, &Window::process_SK_key},
         {word::CK, &Window::process_CK_key},
@@ -44,9 +42,9 @@ QList<Dispatcher::Entry> slotTable(Window& window)
         {word::Clear, &Window::process_CLEAR},
     };
     QList<Dispatcher::Entry> table;
-    for (const Row& row : Rows) {
-        table.append({row.word,
-            [&window, slot = row.slot](const QStringList& fields) { (window.*slot)(fields); }});
+    for (const auto& row : Rows) {
+        table.append({row.first,
+            [&window, slot = row.second](const QStringList& fields) { (window.*slot)(fields); }});
     }
     return table;
 }

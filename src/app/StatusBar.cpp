@@ -200,12 +200,9 @@ void StatusBar::showWholeText()
     delete m_wholeText;
     m_wholeText = new MessageBox(window());
     m_wholeText->setObjectName(QStringLiteral("statusTextBox"));
-    m_wholeText->setAttribute(Qt::WA_DeleteOnClose);
-    m_wholeText->setModal(false);
-    m_wholeText->setWindowFlag(Qt::FramelessWindowHint);
+    m_wholeText->setNonBlocking(QStringLiteral("font-size: 22px;"));
     m_wholeText->setTextFormat(Qt::PlainText);
     m_wholeText->setText(currentMessage());
-    m_wholeText->setStyleSheet(QStringLiteral("background-color:darkgray; font-size: 22px;"));
     m_wholeText->addOk(OkSize);
     m_wholeText->setArea(window()->geometry());
     m_wholeText->show();

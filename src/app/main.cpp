@@ -13,7 +13,8 @@ constexpr int SecondGovernorMs = 1000;
 
 int main(int argc, char** argv)
 {
-    // The governor is set twice: the board's own start-up may set another while the panel comes up.
+    // Quirk: the governor is set twice, because the board's own start-up may set another one while
+    // the panel comes up. See "Quirks" in docs/architecture.md.
     SetGov governor;
     governor.changeGov();
 

@@ -84,6 +84,8 @@ void LinkControl::takeModeMessage(const QStringList& fields)
     if (linkMode::isKnown(mode)) {
         setMode(mode);
         if (m_dialog != nullptr) {
+            // Quirk: without an answer, though a radio button changes. See "Quirks" in
+            // docs/architecture.md.
             m_dialog->showMode(mode);
         }
     } else {

@@ -95,6 +95,8 @@ void LinkModeDialog::setMode(int mode)
     }
 }
 
+// Quirk: the button changes in silence, so a mode that "Slave" sets is not sent back. See "Quirks"
+// in docs/architecture.md.
 void LinkModeDialog::showMode(int mode)
 {
     if (QRadioButton* radio = button(mode)) {

@@ -75,12 +75,9 @@ QMessageBox* MessageBoxes::show(const Order& order)
 {
     auto* box = new MessageBox;
     box->setObjectName(QStringLiteral("messageBox"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setModal(false);
-    box->setWindowFlag(Qt::FramelessWindowHint);
+    box->setNonBlocking(QStringLiteral("border-width: 2px;"));
     box->setText(QStringLiteral("<font size = 6>%1</font>").arg(order.text));
     box->setIcon(QMessageBox::Information);
-    box->setStyleSheet(QStringLiteral("background-color:darkgray; border-width: 2px;"));
     if (order.okButton) {
         box->addOk(MinOk)->setStyleSheet(QStringLiteral("font: 28px"));
         box->setMinContentWidth(MinContentWidth);

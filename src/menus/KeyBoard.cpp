@@ -15,8 +15,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int KeyWidth = 150;
-constexpr int KeyHeight = 80;
 constexpr int TitleAlignment = 0x20;
 constexpr QMargins FrameMargins(4, 15, 4, 4);
 
@@ -86,7 +84,7 @@ QGridLayout* KeyBoard::addSubPage()
 {
     auto* page = new QWidget;
     auto* pageGrid = new QGridLayout(page);
-    menuGroups::setCellSizes(pageGrid, maxCol, KeyWidth, maxRow, KeyHeight);
+    menuGroups::setCellSizes(pageGrid, maxCol, menuGroups::KeyWidth, maxRow, menuGroups::KeyHeight);
     pages->addWidget(page);
     return pageGrid;
 }
@@ -118,12 +116,12 @@ void KeyBoard::new_PAX_mm_keyboard(const QString& menuName, int lastRow, int las
     startMenu(Kind::Pax, menuName, lastRow, lastCol);
     grid = new QGridLayout(frame);
     chan1Grid = new QGridLayout;
-    menuGroups::setCellSizes(chan1Grid, 1, KeyWidth, PaxLastRow, KeyHeight);
+    menuGroups::setCellSizes(chan1Grid, 1, menuGroups::KeyWidth, PaxLastRow, menuGroups::KeyHeight);
     chan1Grid->setContentsMargins(PaxChannelMargins);
     chan2Grid = new QGridLayout;
     chan2Grid->setColumnMinimumWidth(0, PaxChannelWidth);
     optGrid = new QGridLayout;
-    menuGroups::setCellSizes(optGrid, 0, KeyWidth, 0, PaxOptionsHeight);
+    menuGroups::setCellSizes(optGrid, 0, menuGroups::KeyWidth, 0, PaxOptionsHeight);
     optGrid->setContentsMargins(PaxThinMargins);
     chan1Box = menuGroups::newGroup(QString(), chan1Grid, paxGroupSheet());
     chan2Box = menuGroups::newGroup(QString(), chan2Grid, paxGroupSheet());

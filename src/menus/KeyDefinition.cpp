@@ -70,6 +70,8 @@ void KeyDefinition::update(Key& key) const
         key.value = value;
     }
     key.setTog(tog);
+    // Quirk: the state is stored and not shown; "CK" is the message that shows it. See "Quirks" in
+    // docs/architecture.md.
     key.state = state;
     key.label = label;
     if (QPushButton* button = key.GetKey()) {

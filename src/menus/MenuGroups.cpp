@@ -7,8 +7,6 @@
 namespace {
 
 constexpr QMargins GroupMargins(4, 15, 4, 4);
-constexpr int KeyWidth = 150;
-constexpr int KeyHeight = 80;
 constexpr int OptionHeight = 40;
 // With title and borders. The fixed window squeezes the page; at this height the keys inside are
 // still high enough for a finger.
@@ -17,14 +15,14 @@ constexpr int MinOptionsHeight = 70;
 QGridLayout* newGrid(int columns, int rows, int keyHeight)
 {
     auto* grid = new QGridLayout;
-    menuGroups::setCellSizes(grid, columns - 1, KeyWidth, rows - 1, keyHeight);
+    menuGroups::setCellSizes(grid, columns - 1, menuGroups::KeyWidth, rows - 1, keyHeight);
     grid->setContentsMargins(GroupMargins);
     return grid;
 }
 
 QGridLayout* newKeyGrid()
 {
-    return newGrid(menuGroups::GroupColumns, menuGroups::GroupRows, KeyHeight);
+    return newGrid(menuGroups::GroupColumns, menuGroups::GroupRows, menuGroups::KeyHeight);
 }
 
 } // namespace

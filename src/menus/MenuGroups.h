@@ -15,6 +15,9 @@ constexpr int GroupRows = 5;    ///< Rows of keys in a channel's group and in th
 constexpr int GroupColumns = 2; ///< Columns of keys in each of these groups.
 constexpr int KeyColumns = 6;   ///< Columns of keys in the three groups together.
 
+constexpr int KeyWidth = 150; ///< Smallest width of a column of keys, in pixels.
+constexpr int KeyHeight = 80; ///< Smallest height of a row of keys, in pixels.
+
 /// A cell inside one group.
 struct GroupCell
 {

@@ -30,7 +30,7 @@ void onKeyAndLinked(Key* key, Change change)
 
 MenuMessages::MenuMessages(QStackedLayout* stack, QObject* parent)
     : QObject(parent)
-    , book(stack)
+    , book(stack, this)
 {
 }
 

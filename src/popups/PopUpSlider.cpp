@@ -134,6 +134,7 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
 QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
 {
     auto* ok = newSliderButton(QStringLiteral("OK"), popUpStyle::plainGreen(), TextButton::OneLine);
+    // Quirk: "OK" closes by rejecting. See "Quirks" in docs/architecture.md.
     connect(ok, &QPushButton::clicked, &dialog, &QDialog::reject);
     QList<QPushButton*> buttons{ok};
     if (steps.isEmpty()) {
@@ -159,6 +160,8 @@ QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
     return row;
 }
 
+// Quirk: the last position is sent up to ThrottleMs later, when the slider is closed already. See
+// "Quirks" in docs/architecture.md.
 void PopUpSlider::deleteWhenSent()
 {
     m_deleteWhenSent = true;

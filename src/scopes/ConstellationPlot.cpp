@@ -26,6 +26,8 @@ qsizetype ConstellationPlot::Block::end() const
 
 qsizetype ConstellationPlot::Block::first() const
 {
+    // Quirk: the first pair of a whole block is no point of the signal: its I has the value of the
+    // second. See "Quirks" in docs/architecture.md.
     return end() == iqBlock::Records ? 1 : 0;
 }
 

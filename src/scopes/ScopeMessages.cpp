@@ -8,16 +8,6 @@
 
 namespace {
 
-// Parses fields[at] as an integer. Returns false, and leaves number unchanged, when it is absent or
-// not an integer.
-bool readInt(const QStringList& fields, qsizetype at, int& number)
-{
-    bool ok = false;
-    const int value = fields.value(at).toInt(&ok);
-    number = ok ? value : number;
-    return ok;
-}
-
 void logNoDemodulator(QLatin1String word, int demodulator)
 {
     wire::logIgnored(logScopes(), word, QStringLiteral("no demodulator %1").arg(demodulator));
@@ -35,7 +25,7 @@ void ScopeMessages::setMode(const QStringList& fields)
 {
     int demodulator = 0;
     int number = 0;
-    if (!readInt(fields, 0, demodulator) || !readInt(fields, 1, number)) {
+    if (!wire::readInt(fields, 0, demodulator) || !wire::readInt(fields, 1, number)) {
         return;
     }
     const auto mode = ScopeMode::ofMessage(number);
@@ -52,7 +42,7 @@ void ScopeMessages::setPlotsShown(const QStringList& fields)
 {
     int demodulator = 0;
     int shown = 0;
-    if (!readInt(fields, 0, demodulator) || !readInt(fields, 1, shown)) {
+    if (!wire::readInt(fields, 0, demodulator) || !wire::readInt(fields, 1, shown)) {
         return;
     }
     if (Scope* scope = m_page.scope(demodulator)) {
@@ -68,7 +58,8 @@ void ScopeMessages::setMagnitudesAndPhase(const QStringList& fields)
     const double phase = fields.value(0).toDouble(&isPhase);
     int magnitude0 = 0;
     int magnitude1 = 0;
-    if (!isPhase || !readInt(fields, 1, magnitude0) || !readInt(fields, 2, magnitude1)) {
+    if (!isPhase || !wire::readInt(fields, 1, magnitude0) ||
+        !wire::readInt(fields, 2, magnitude1)) {
         return;
     }
     StcMagPhasePlot* const display = m_page.magPhasePlot();

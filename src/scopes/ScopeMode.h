@@ -5,6 +5,9 @@
 #include <optional>
 
 /// What a demodulator's scope may show, and the four numbers under which that is known.
+///
+/// Quirk: the numbers of one mode differ between the message, the list, the command and the stored
+/// mode, and "Off" has the plot type of the eye pattern. See "Quirks" in docs/architecture.md.
 struct ScopeMode
 {
     QString label; ///< Text of the mode button; %1 stands for the demodulator's number.

@@ -44,8 +44,8 @@ Extent k7150Extent(const QByteArray& bytes)
     }
     const auto high = static_cast<quint8>(bytes.at(HeaderSize));
     const auto low = static_cast<quint8>(bytes.at(HeaderSize + 1));
-    // One character more than the length says: the card counts its points only, and the channel
-    // number comes before them.
+    // Quirk: one character more than the length says: the card counts its points only, and the
+    // channel number comes before them. See "Quirks" in docs/architecture.md.
     return {true, From, high * 256 + low + 1};
 }
 
@@ -115,6 +115,8 @@ ReplyBuffer::Found ReplyBuffer::takeSpectrum(CmdMsg& reply, Layout layout)
     }
     reply = CmdMsg(text(m_bytes, AddressAt, FieldSize), text(m_bytes, CommandAt, FieldSize),
         text(m_bytes, extent.from, extent.size));
+    // Quirk: what comes behind a reply in the same read is dropped, here and in takeText(). See
+    // "Quirks" in docs/architecture.md.
     clear();
     return Found::Spectrum;
 }

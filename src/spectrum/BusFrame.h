@@ -17,7 +17,10 @@ enum class Layout {
     K7150,   ///< two bytes, the high one first, then one byte more than they say
 };
 
-/// The bytes that every spectrum reply starts with. Replies of other addresses are never spectra.
+/// The bytes that every spectrum reply starts with.
+///
+/// Quirk: replies of other addresses are never spectra, they are read as text. See "Quirks" in
+/// docs/architecture.md.
 constexpr char SpectrumHeader[] = "[0190RFFT";
 
 /// \return the 8-bit wrapping sum of all bytes.

@@ -10,6 +10,9 @@ namespace card {
 /// The number of channels of a card.
 constexpr int Channels = 3;
 
+/// The speed of the older card's port, in bits per second.
+constexpr int BaudRate = 921600;
+
 /// The address of the one card on its bus, the prefix of every request: "0190".
 QString address();
 

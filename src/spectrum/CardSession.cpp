@@ -10,7 +10,6 @@ namespace {
 
 constexpr char StartOfFrame = '[';
 constexpr char EndOfFrame = ']';
-constexpr int CardBaud = 921600;
 constexpr int K7150Baud = 230400;
 constexpr int SpectrumTimeoutMs = 2000;
 constexpr int UnderWayMs = 2500;
@@ -24,7 +23,7 @@ CardSession::CardSession(const QString& portName, QObject* parent)
     : QObject(parent)
     , m_address(card::address())
 {
-    m_buses[0] = newBus(portName, CardBaud);
+    m_buses[0] = newBus(portName, card::BaudRate);
     if (m_buses[0]->isOpen()) {
         connectFirstBus();
     }
@@ -349,6 +348,8 @@ void CardSession::takeTimeout(const QString& request, Rs422Bus::Results result)
 {
     const bool ours = request.left(m_address.size()) == m_address;
     if (ours && result == Rs422Bus::NoReply && card::isSpectrumRequest(request)) {
+        // Quirk: at once, and so also when the page has been hidden meanwhile. See "Quirks" in
+        // docs/architecture.md.
         m_polledChannel = -1;
         poll();
     }

@@ -1,5 +1,7 @@
 #include "spectrum/ChartLook.h"
 
+#include <QFontMetrics>
+#include <QPainter>
 #include <QTransform>
 
 #include <qcustomplot.h>
@@ -37,4 +39,15 @@ void chartLook::apply(QCustomPlot& plot)
     }
     plot.xAxis2->setTicks(false);
     plot.yAxis2->setTicks(false);
+}
+
+void chartLook::paintHead(QPainter& painter, const QRect& plot, const QString& title)
+{
+    painter.setFont(font());
+    painter.setPen(Text);
+    const QRect unit(0, 1, qMax(0, plot.left() - 4), TitleHeight);
+    painter.drawText(unit, Qt::AlignRight | Qt::AlignTop, QStringLiteral("dB"));
+    const QRect head(plot.left() + TitleGap, 0, plot.width() - TitleGap, TitleHeight);
+    painter.drawText(head, Qt::AlignLeft | Qt::AlignVCenter,
+        QFontMetrics(font()).elidedText(title, Qt::ElideRight, head.width()));
 }

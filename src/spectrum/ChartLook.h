@@ -5,6 +5,7 @@
 #include <QStaticText>
 
 class QCustomPlot;
+class QPainter;
 
 /// Sizes, colours and texts that all parts of a spectrum chart share.
 namespace chartLook {
@@ -29,5 +30,9 @@ QStaticText preparedText(const QString& text);
 
 /// Gives ground, axes and grid of \a plot their looks.
 void apply(QCustomPlot& plot);
+
+/// Paints the title above the plot, shortened to its width, and the unit of the levels.
+/// \param plot the place of the plot, in pixels
+void paintHead(QPainter& painter, const QRect& plot, const QString& title);
 
 } // namespace chartLook

@@ -175,6 +175,8 @@ void Rs422Bus::takeReply(const CmdMsg& message, bool isSpectrum)
     if (answered) {
         m_awaitingReply = false;
     }
+    // Quirk: after a text the next request waits for the reply timer, a pause that cards need. See
+    // "Quirks" in docs/architecture.md.
     // A reply without a request may have made the owner send one, which is under way now.
     if (isSpectrum && !m_awaitingReply) {
         run();

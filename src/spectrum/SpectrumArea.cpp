@@ -1,6 +1,7 @@
 #include "spectrum/SpectrumArea.h"
 
 #include "spectrum/SpectrumChart.h"
+#include "touch/Sizes.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -9,7 +10,6 @@
 
 namespace {
 constexpr int SpanPoints = 24;
-constexpr int TouchPixels = 47;
 constexpr int ControlsWidth = 176;
 constexpr int AverageDepth = 16;
 
@@ -74,7 +74,7 @@ void SpectrumArea::setUpSpanBox()
     font.setPointSize(SpanPoints);
     m_spanBox->setFont(font);
     m_spanBox->setFixedWidth(ControlsWidth);
-    m_spanBox->setMinimumHeight(TouchPixels);
+    m_spanBox->setMinimumHeight(touch::MinTarget);
     m_spanBox->setMaxVisibleItems(static_cast<int>(spanTable().size()));
 }
 
@@ -84,7 +84,7 @@ QPushButton* SpectrumArea::newSwitch(const QString& text, const QString& name)
     button->setObjectName(name + QString::number(m_channel + 1));
     button->setCheckable(true);
     button->setFixedWidth((ControlsWidth - 4) / 2);
-    button->setMinimumHeight(TouchPixels);
+    button->setMinimumHeight(touch::MinTarget);
     return button;
 }
 

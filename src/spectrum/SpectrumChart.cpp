@@ -5,6 +5,7 @@
 #include "plot/TraceLine.h"
 #include "spectrum/ChartLook.h"
 #include "spectrum/ChartMarks.h"
+#include "touch/LineColors.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -29,6 +30,7 @@ int levelStep(int height)
 SpectrumChart::SpectrumChart(QWidget* parent)
     : CachedPlot(0, parent)
     , m_color(Qt::yellow)
+    , m_heldColor(lineColors::darker(m_color))
 {
     setMinimumHeight(MinHeight);
     m_readoutTimer.setSingleShot(true);
@@ -123,6 +125,7 @@ void SpectrumChart::setCentre(double centre)
 void SpectrumChart::setLineColor(const QColor& color)
 {
     m_color = color;
+    m_heldColor = lineColors::darker(color);
     schedulePaint();
 }
 
@@ -262,23 +265,14 @@ QPixmap SpectrumChart::drawFrame()
     for (const auto& buffer : std::as_const(mPaintBuffers)) {
         buffer->draw(&painter);
     }
-    painter.setFont(chartLook::font());
-    painter.setPen(chartLook::Text);
-    const QRect plot = plotRect();
-    const QRect unit(0, 1, qMax(0, plot.left() - 4), chartLook::TitleHeight);
-    painter.drawText(unit, Qt::AlignRight | Qt::AlignTop, QStringLiteral("dB"));
-    const QRect head(plot.left() + chartLook::TitleGap, 0, plot.width() - chartLook::TitleGap,
-        chartLook::TitleHeight);
-    const QFontMetrics metrics(chartLook::font());
-    painter.drawText(head, Qt::AlignLeft | Qt::AlignVCenter,
-        metrics.elidedText(m_title, Qt::ElideRight, head.width()));
+    chartLook::paintHead(painter, plotRect(), m_title);
     return frame;
 }
 
 void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
 {
     painter.setClipRect(plotRect());
-    paintLine(painter, m_trace.held(), m_color.darker(200));
+    paintLine(painter, m_trace.held(), m_heldColor);
     paintLine(painter, m_trace.levels(), m_color);
     m_hMarkers.paintNumbers(painter, plotRect(), levelScale());
     paintMarks(painter);

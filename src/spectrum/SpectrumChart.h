@@ -143,7 +143,8 @@ private:
     LevelMarkers m_hMarkers{*this};
     QString m_title;
     QColor m_color;
-    QPolygonF m_line; // kept for its memory
+    QColor m_heldColor; // of max hold
+    QPolygonF m_line;   // kept for its memory
     QTimer m_readoutTimer{this};
     double m_markerOffset = 0.0; // MHz from the centre
     bool m_hasMarker = false;

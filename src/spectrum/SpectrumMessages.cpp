@@ -6,12 +6,11 @@
 #include "touch/LineColors.h"
 #include "wire/Commands.h"
 #include "wire/Log.h"
+#include "wire/Message.h"
 #include "wire/SerialLine.h"
 #include "wire/SpanTable.h"
 
 namespace {
-
-constexpr int CardBaudRate = 921600;
 
 QStringList cardPorts()
 {
@@ -26,14 +25,6 @@ QString spanChoices(const QStringList& labels)
         items += QString::number(i) + QLatin1Char(' ') + labels.at(i).trimmed();
     }
     return items.join(QLatin1Char(':'));
-}
-
-// Parses fields[at] as an integer. Returns false when it is absent or not an integer.
-bool readInt(const QStringList& fields, qsizetype at, int& number)
-{
-    bool ok = false;
-    number = fields.value(at).toInt(&ok);
-    return ok;
 }
 
 void logText(const QString& text)
@@ -57,7 +48,7 @@ QString SpectrumMessages::firstPort() const
     const QStringList ports = cardPorts();
     for (const QString& port : ports) {
         SerialLine line(logSpectrum);
-        if (line.open(port, CardBaudRate)) {
+        if (line.open(port, card::BaudRate)) {
             return port;
         }
     }
@@ -126,7 +117,8 @@ void SpectrumMessages::setFrequency(const QStringList& fields)
     int channel = 0;
     bool isFrequency = false;
     const double frequency = fields.value(1).toDouble(&isFrequency);
-    if (!readInt(fields, 0, channel) || !isFrequency || !hasChannel(wire::word::SF, channel)) {
+    if (!wire::readInt(fields, 0, channel) || !isFrequency ||
+        !hasChannel(wire::word::SF, channel)) {
         return;
     }
     if (!FrequencyAxis::canBeCentre(frequency)) {
@@ -140,7 +132,7 @@ void SpectrumMessages::setSpan(const QStringList& fields)
 {
     int channel = 0;
     int span = 0;
-    if (readInt(fields, 0, channel) && readInt(fields, 1, span) &&
+    if (wire::readInt(fields, 0, channel) && wire::readInt(fields, 1, span) &&
         hasChannel(wire::word::SP, channel)) {
         if (span < 0 || span >= spanTable().size()) {
             wire::logIgnored(logSpectrum(), wire::word::SP, QStringLiteral("no span %1").arg(span));
@@ -153,7 +145,7 @@ void SpectrumMessages::setChartShown(const QStringList& fields)
 {
     int channel = 0;
     int shown = 0;
-    if (!readInt(fields, 0, channel) || !readInt(fields, 1, shown)) {
+    if (!wire::readInt(fields, 0, channel) || !wire::readInt(fields, 1, shown)) {
         return;
     }
     if (shown != 0 && shown != 1) {
@@ -185,7 +177,7 @@ void SpectrumMessages::setLineColor(const QStringList& fields)
     int color = 0;
     int number = 0; // of the trace, 0 for all charts
     const bool hasTrace = fields.size() > 1;
-    if (!readInt(fields, 0, color) || (hasTrace && !readInt(fields, 1, number))) {
+    if (!wire::readInt(fields, 0, color) || (hasTrace && !wire::readInt(fields, 1, number))) {
         return;
     }
     const QString ignored = whyLineColorIgnored(color, number);
@@ -205,7 +197,7 @@ void SpectrumMessages::setLineColor(const QStringList& fields)
 void SpectrumMessages::setMarkers(const QStringList& fields)
 {
     int channel = 0;
-    bool ok = readInt(fields, 0, channel);
+    bool ok = wire::readInt(fields, 0, channel);
     QList<double> levels;
     for (qsizetype i = 1; ok && i < fields.size(); ++i) {
         levels += fields.at(i).toDouble(&ok);

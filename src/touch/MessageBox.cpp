@@ -86,6 +86,14 @@ QPushButton* MessageBox::addOk(const QSize& minSize)
     return ok;
 }
 
+void MessageBox::setNonBlocking(const QString& rules)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setModal(false);
+    setWindowFlag(Qt::FramelessWindowHint);
+    setStyleSheet(QStringLiteral("background-color:darkgray; ") + rules);
+}
+
 void MessageBox::setMinContentWidth(int width)
 {
     m_minContentWidth = width;

@@ -25,6 +25,10 @@ public:
     /// \param minSize its smallest size in pixels; the default suits a box with short texts
     QPushButton* addOk(const QSize& minSize = {110, 50});
 
+    /// Makes it a grey box without a title bar that does not block the panel and deletes itself
+    /// when it is closed. \param rules what its style sheet says besides
+    void setNonBlocking(const QString& rules);
+
     /// Keeps the box at least this wide inside its margins, by a spacer across its bottom.
     /// \param width in pixels
     void setMinContentWidth(int width);

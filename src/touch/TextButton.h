@@ -9,8 +9,9 @@
 ///
 /// text() and font() stay what they were set to; what is painted is worked out from them and from
 /// the button's size. Keys of menu pages (Plain) keep their font as long as the text has room when
-/// it is broken into lines. Where it has none, and always on the buttons of pop-ups (Shrinking),
-/// TextFit fits the text. "&" is shown as it is and marks no shortcut; "&&", which main units send
+/// it is broken into lines; fitted() breaks them, since TextFit would choose other places for the
+/// breaks. Where there is no room, and always on the buttons of pop-ups (Shrinking), TextFit fits
+/// the text. "&" is shown as it is and marks no shortcut; "&&", which main units send
 /// for one, is shown as one.
 ///
 /// A button may carry the marks of a toggle key in its upper corners. Its text then keeps clear of

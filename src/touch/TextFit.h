@@ -4,7 +4,10 @@
 #include <QSize>
 #include <QString>
 
-/// Fits a text of any length into a room of fixed size: the one algorithm for buttons and labels.
+/// Fits a text of any length into a room of fixed size, for labels and for the buttons of pop-ups.
+///
+/// Keys of menu pages break their lines by TextButton::fitted(), which keeps the font, and come
+/// here only when that would cut the text: the places of their line breaks are part of their look.
 ///
 /// From the font's own size downwards it looks for the largest letters in which the whole text fits
 /// with its words kept whole; when there are none, for the largest ones in which it fits with lines

@@ -110,15 +110,6 @@ bool arePositions(const QString& text)
         [](const QString& item) { return fits(FieldType::Integer, item); });
 }
 
-// Text from the line in a report: printable and short.
-QString shown(const QString& text)
-{
-    constexpr qsizetype MaxShown = 40;
-    const QString printable = toPrintable(text);
-    return printable.size() > MaxShown ? printable.left(MaxShown) + QLatin1String("...")
-                                       : printable;
-}
-
 } // namespace
 
 const Field* Command::field(qsizetype at) const
@@ -221,11 +212,25 @@ QString description(FieldType type)
     return {};
 }
 
+QString excerpt(const QString& text)
+{
+    constexpr qsizetype MaxShown = 40;
+    const QString printable = toPrintable(text);
+    return printable.size() > MaxShown ? printable.left(MaxShown) + QLatin1String("...")
+                                       : printable;
+}
+
+QString wrongValue(const Command& command, const Field& field, const QString& text)
+{
+    return QStringLiteral("%1: the %2 must be %3, not \"%4\"")
+        .arg(command.word, field.name, description(field.type), excerpt(text));
+}
+
 QString whyIgnored(const QString& word, const QStringList& fields)
 {
     const Command* command = findCommand(toPanel(), word);
     if (command == nullptr) {
-        return QStringLiteral("unknown word ") + shown(word);
+        return QStringLiteral("unknown word ") + excerpt(word);
     }
     if (fields.size() < command->minFields) {
         return QStringLiteral("%1: %2 field%3, needs %4")
@@ -237,8 +242,7 @@ QString whyIgnored(const QString& word, const QStringList& fields)
     for (qsizetype at = 0; at < fields.size(); ++at) {
         const Field* field = command->field(at);
         if (field != nullptr && field->isRequired && !fits(field->type, fields.at(at))) {
-            return QStringLiteral("%1: the %2 must be %3, not \"%4\"")
-                .arg(command->word, field->name, description(field->type), shown(fields.at(at)));
+            return wrongValue(*command, *field, fields.at(at));
         }
     }
     return {};

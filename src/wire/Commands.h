@@ -111,6 +111,13 @@ bool fits(FieldType type, const QString& text);
 /// nothing is wrong.
 QString description(FieldType type);
 
+/// \return text from the line as a report shows it: printable, and cut after 40 characters.
+QString excerpt(const QString& text);
+
+/// \return the report of a value that is not of its field's type: "SM: the mode must be a whole
+/// number, not \"x\"". \param text the value, of any length
+QString wrongValue(const Command& command, const Field& field, const QString& text);
+
 /// \return why the panel ignores a message with this word and these fields, as far as their number
 /// and types say: "AK: 9 fields, needs 11", "SM: the mode must be a whole number, not \"x\"",
 /// "unknown word Foo". Empty when they do not.

@@ -12,7 +12,9 @@ namespace wire {
 
 void logIgnored(const QLoggingCategory& category, QLatin1String word, const QString& reason)
 {
-    logIgnored(category, QString(word) + QLatin1String(": ") + toPrintable(reason));
+    if (category.isDebugEnabled()) {
+        logIgnored(category, QString(word) + QLatin1String(": ") + toPrintable(reason));
+    }
 }
 
 void logIgnored(const QLoggingCategory& category, const QString& text)

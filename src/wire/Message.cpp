@@ -13,6 +13,14 @@ QStringList fields(const QString& message)
     return message.mid(1, length).split(QLatin1Char(','), Qt::KeepEmptyParts, Qt::CaseSensitive);
 }
 
+bool readInt(const QStringList& fields, qsizetype at, int& number)
+{
+    bool ok = false;
+    const int value = fields.value(at).toInt(&ok);
+    number = ok ? value : number;
+    return ok;
+}
+
 QString toPrintable(const QString& text)
 {
     QString line;

@@ -17,6 +17,10 @@ QString frame(const QString& body);
 /// are; empty fields are kept. A message of fewer than two characters gives one empty field.
 QStringList fields(const QString& message);
 
+/// Parses fields[at] as an integer. \return false when it is absent or not an integer; \a number
+/// is then unchanged.
+bool readInt(const QStringList& fields, qsizetype at, int& number);
+
 /// \return the text on one line of printable ASCII: a backslash as "\\\\", every other character
 /// outside 0x20..0x7e as "\\xHH". \param text characters 0 to 255
 QString toPrintable(const QString& text);

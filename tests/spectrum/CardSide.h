@@ -86,6 +86,16 @@ inline QList<QByteArray> only(Pty& pty, const QByteArray& word)
     return some;
 }
 
+// Answers spectrum polls with the same bytes, once for each request.
+inline void answerPolls(Pty& pty, int& answered, const QByteArray& reply)
+{
+    const auto polls = only(pty, "RFFT").size();
+    while (answered < polls) {
+        ++answered;
+        pty.write(reply);
+    }
+}
+
 // A spectrum as the bus hands it over.
 inline CmdMsg message(const QByteArray& points)
 {

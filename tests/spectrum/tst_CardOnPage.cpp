@@ -11,16 +11,6 @@ namespace {
 
 using Requests = QList<QByteArray>;
 
-// Answers spectrum polls with the same bytes, once for each request.
-void answerPolls(Pty& pty, int& answered, const QByteArray& reply)
-{
-    const auto polls = cardSide::only(pty, "RFFT").size();
-    while (answered < polls) {
-        ++answered;
-        pty.write(reply);
-    }
-}
-
 } // namespace
 
 class tst_CardOnPage : public QObject, private CardFixture
@@ -40,10 +30,11 @@ private slots:
         QVERIFY(cardSide::only(*m_pty, "RFFT").isEmpty());
         m_window->show();
         int answered = 0;
-        QTRY_VERIFY((answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 6));
+        QTRY_VERIFY(
+            (cardSide::answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 6));
         m_window->hide();
         QTest::qWait(100);
-        answerPolls(*m_pty, answered, cardSide::spectrum("x"));
+        cardSide::answerPolls(*m_pty, answered, cardSide::spectrum("x"));
         const auto then = cardSide::only(*m_pty, "RFFT").size();
         QTest::qWait(200);
         QCOMPARE(cardSide::only(*m_pty, "RFFT").size(), then);
@@ -56,7 +47,8 @@ private slots:
         m_card->setOverRideVisCheck(true);
         QVERIFY(m_card->getOverRideVisCheck());
         int answered = 0;
-        QTRY_VERIFY((answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 3));
+        QTRY_VERIFY(
+            (cardSide::answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 3));
         m_card->setOverRideVisCheck(false);
         QTest::qWait(100);
         const auto then = cardSide::only(*m_pty, "RFFT").size();

@@ -9,16 +9,6 @@ namespace {
 
 using Requests = QList<QByteArray>;
 
-// Answers spectrum polls with the same bytes, once for each request.
-void answerPolls(Pty& pty, int& answered, const QByteArray& reply)
-{
-    const auto polls = cardSide::only(pty, "RFFT").size();
-    while (answered < polls) {
-        ++answered;
-        pty.write(reply);
-    }
-}
-
 } // namespace
 
 class tst_CardSession : public QObject, private SessionFixture
@@ -139,7 +129,7 @@ private slots:
         for (int i = 0; i < 10; ++i) {
             m_session->poll();
             QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), i + 1);
-            answerPolls(*m_pty, answered, cardSide::spectrum("x"));
+            cardSide::answerPolls(*m_pty, answered, cardSide::spectrum("x"));
         }
         QCOMPARE(cardSide::only(*m_pty, "RFFT"),
             Requests({"0190RFFT000000", "0190RFFT100000", "0190RFFT200000", "0190RFFT010000",
@@ -155,7 +145,7 @@ private slots:
         for (int i = 0; i < 4; ++i) {
             m_session->poll();
             QTRY_COMPARE(cardSide::only(*m_pty, "RFFT").size(), i + 1);
-            answerPolls(*m_pty, answered, cardSide::spectrum("x"));
+            cardSide::answerPolls(*m_pty, answered, cardSide::spectrum("x"));
         }
         QCOMPARE(cardSide::only(*m_pty, "RFFT"),
             Requests({"0190RFFT000000", "0190RFFT200000", "0190RFFT010000", "0190RFFT210000"}));
@@ -350,7 +340,8 @@ private slots:
         endNameRequest();
         m_session->setPolling(true);
         int answered = 0;
-        QTRY_VERIFY((answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 3));
+        QTRY_VERIFY(
+            (cardSide::answerPolls(*m_pty, answered, cardSide::spectrum("x")), answered >= 3));
         m_session->setPolling(false);
         QVERIFY(!timer("pollTimer")->isActive());
         QTest::qWait(100);

@@ -3,6 +3,7 @@
 #include "spectrum/SpectrumChart.h"
 #include "support/Contrast.h"
 #include "support/TestMain.h"
+#include "touch/LineColors.h"
 
 #include <QElapsedTimer>
 #include <QScreen>
@@ -328,6 +329,18 @@ private slots:
         const QImage picture = m_chart->grab().toImage();
         QVERIFY(pixels(picture, QColor(0, 255, 255)) > 400);
         QVERIFY(pixels(picture, QColor(0, 255, 255).darker(200)) > 400);
+    }
+
+    void max_hold_of_a_red_line_can_be_seen()
+    {
+        m_chart->setLineColor(Qt::red);
+        m_chart->setMaxHold(true);
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-20)));
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-80)));
+        const QImage picture = m_chart->grab().toImage();
+        QVERIFY(pixels(picture, Qt::red) > 400);
+        QVERIFY(pixels(picture, lineColors::darker(Qt::red)) > 400);
+        QCOMPARE(pixels(picture, QColor(Qt::red).darker(200)), 0);
     }
 
     void the_read_out_shows_averaging_and_max_hold()

@@ -46,6 +46,31 @@ private slots:
         QVERIFY2(ratio >= 4.5, qPrintable(QString::number(ratio)));
     }
 
+    void each_darker_colour_can_be_seen_on_black_data() { each_number_has_its_colour_data(); }
+
+    void each_darker_colour_can_be_seen_on_black()
+    {
+        QFETCH(QColor, color);
+        const QColor darker = lineColors::darker(color);
+        const double ratio = contrast::ratio(darker, Qt::black);
+        QVERIFY2(ratio >= contrast::Outline, qPrintable(QString::number(ratio)));
+        QVERIFY(darker.value() <= color.value() * 3 / 4);
+        QVERIFY(darker.value() >= color.value() / 2);
+        QVERIFY(std::abs(darker.hue() - color.hue()) <= 1);
+    }
+
+    void a_bright_colour_becomes_half_as_bright()
+    {
+        QCOMPARE(lineColors::darker(Qt::white), QColor(Qt::white).darker(200));
+        QCOMPARE(lineColors::darker(Qt::yellow), QColor(Qt::yellow).darker(200));
+    }
+
+    void a_colour_without_enough_contrast_becomes_no_darker()
+    {
+        QCOMPARE(lineColors::darker(Qt::blue), QColor(Qt::blue));
+        QCOMPARE(lineColors::darker(Qt::black), QColor(Qt::black));
+    }
+
     void the_light_blue_is_still_blue()
     {
         const int pureBlueHue = 240;

@@ -220,6 +220,23 @@ private slots:
             QString(u"unknown word "_s + QString(40, u'A') + u"..."_s));
     }
 
+    void a_value_of_another_type_is_reported_with_its_field()
+    {
+        const wire::Command* command = wire::findCommand(wire::toPanel(), wire::word::SM);
+        QCOMPARE(wire::wrongValue(*command, *command->field(1), u"x"_s),
+            u"SM: the mode must be a whole number, not \"x\""_s);
+        QCOMPARE(wire::wrongValue(*command, *command->field(1), u"%1"_s),
+            u"SM: the mode must be a whole number, not \"%1\""_s);
+    }
+
+    void text_from_the_line_is_shown_printable_and_short()
+    {
+        QCOMPARE(wire::excerpt(u""_s), u""_s);
+        QCOMPARE(wire::excerpt(u"a\tb"_s), u"a\\x09b"_s);
+        QCOMPARE(wire::excerpt(QString(40, u'A')), QString(40, u'A'));
+        QCOMPARE(wire::excerpt(QString(41, u'A')), QString(QString(40, u'A') + u"..."_s));
+    }
+
     void a_message_is_built_with_its_frame()
     {
         QCOMPARE(wire::message(wire::word::Pong), u"\x02PONG\x04"_s);

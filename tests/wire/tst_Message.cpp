@@ -37,6 +37,43 @@ private slots:
         QTEST(wire::fields(message), "fields");
     }
 
+    void an_integer_is_read_from_its_field_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<int>("number");
+        QTest::newRow("positive") << u"12"_s << 12;
+        QTest::newRow("negative") << u"-3"_s << -3;
+        QTest::newRow("zero") << u"0"_s << 0;
+        QTest::newRow("largest") << u"2147483647"_s << 2147483647;
+    }
+
+    void an_integer_is_read_from_its_field()
+    {
+        QFETCH(QString, field);
+        int number = 99;
+        QVERIFY(wire::readInt({u"x"_s, field}, 1, number));
+        QTEST(number, "number");
+    }
+
+    void a_field_that_is_no_integer_changes_nothing_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::newRow("no fields") << QStringList();
+        QTest::newRow("too few fields") << QStringList{u"1"_s};
+        QTest::newRow("empty") << QStringList{u"1"_s, u""_s};
+        QTest::newRow("text") << QStringList{u"1"_s, u"x"_s};
+        QTest::newRow("fraction") << QStringList{u"1"_s, u"1.5"_s};
+        QTest::newRow("too large") << QStringList{u"1"_s, u"2147483648"_s};
+    }
+
+    void a_field_that_is_no_integer_changes_nothing()
+    {
+        QFETCH(QStringList, fields);
+        int number = 99;
+        QVERIFY(!wire::readInt(fields, 1, number));
+        QCOMPARE(number, 99);
+    }
+
     void every_byte_survives_the_printable_form()
     {
         QString all;

@@ -9,6 +9,7 @@
 #include <QtTest/qtestmouse.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 constexpr QSize ScreenSize(800, 480);
@@ -22,16 +23,16 @@ struct Poll
     QPointer<QWidget> old; // the dialog that was up before
 };
 
-void pollModal(const Poll& poll, int leftMs)
+void pollModal(const std::shared_ptr<const Poll>& poll, int leftMs)
 {
     QTimer::singleShot(PollMs, qApp, [poll, leftMs] {
         QWidget* dialog = QApplication::activeModalWidget();
-        if (dialog != nullptr && dialog != poll.old) {
-            poll.then(dialog);
+        if (dialog != nullptr && dialog != poll->old) {
+            poll->then(dialog);
         } else if (leftMs > 0) {
             pollModal(poll, leftMs - PollMs);
         } else {
-            poll.otherwise();
+            poll->otherwise();
         }
     });
 }
@@ -111,5 +112,6 @@ QPushButton* buttonWithText(const QWidget* parent, const QString& text)
 
 void whenModal(const std::function<void(QWidget*)>& then, const std::function<void()>& otherwise)
 {
-    pollModal({then, otherwise, QApplication::activeModalWidget()}, MaxWaitMs);
+    const Poll poll{then, otherwise, QApplication::activeModalWidget()};
+    pollModal(std::make_shared<const Poll>(poll), MaxWaitMs);
 }
