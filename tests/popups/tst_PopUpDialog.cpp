@@ -89,6 +89,7 @@ private slots:
     {
         PopUpDialog dialog(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
         auto* key = new QPushButton(u"Key"_s);
+        key->setFocusPolicy(Qt::NoFocus); // as the keys of the pads
         dialog.column()->addWidget(key);
         dialog.show();
         dialog.activateWindow();
