@@ -5,12 +5,13 @@ namespace {
 constexpr qint64 SilentIntervals = 3;
 
 // Two intervals are steady when the longer one is at most half as long again, and a little: the
-// panel reads the line when its event loop comes to it.
+// panel reads the line when its event loop comes to it. Of short intervals it is half of one more,
+// so that a burst is no interval.
 constexpr qint64 ReadingDelayMs = 100;
 
 constexpr qint64 longestSteady(qint64 shorter)
 {
-    return shorter + shorter / 2 + ReadingDelayMs;
+    return shorter + shorter / 2 + qMin(ReadingDelayMs, shorter / 2);
 }
 
 } // namespace

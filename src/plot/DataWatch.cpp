@@ -29,14 +29,14 @@ void DataWatch::startTimer()
     }
 }
 
-void DataWatch::setExpecting(bool expecting)
+void DataWatch::setExpecting(bool expecting, Past past)
 {
     if (m_expecting == expecting) {
         return;
     }
-    change([this, expecting] {
+    change([this, expecting, past] {
         m_expecting = expecting;
-        m_ranOut = false;
+        m_ranOut = m_ranOut && past == Past::Kept;
         m_leftMs = m_limitMs;
         m_timer.stop();
         startTimer();
@@ -61,6 +61,7 @@ void DataWatch::setPaused(bool paused)
 void DataWatch::dataCame()
 {
     if (!m_expecting) {
+        m_ranOut = false;
         return;
     }
     change([this] {

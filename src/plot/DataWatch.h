@@ -18,9 +18,15 @@ public:
     /// \param timerName the object name of the timer, a child of the watch.
     DataWatch(int limitMs, const QString& timerName, QObject* parent = nullptr);
 
-    /// Sets whether data are expected; not at first. From no to yes, the whole time starts. A value
-    /// that is already set changes nothing.
-    void setExpecting(bool expecting);
+    /// What becomes of the knowledge that the time has run out when data are expected anew.
+    enum class Past {
+        Forgotten, ///< what was shown has been cleared: the whole time starts
+        Kept       ///< the same picture is shown again: only data make it fresh
+    };
+
+    /// Sets whether data are expected; not at first. From no to yes, the whole time starts, unless
+    /// the display was stale and \a past is kept. A value that is already set changes nothing.
+    void setExpecting(bool expecting, Past past = Past::Forgotten);
     /// \return whether data are expected.
     bool isExpecting() const { return m_expecting; }
 
@@ -28,7 +34,8 @@ public:
     /// so is the knowledge that it has run out, which isStale() does not show meanwhile.
     void setPaused(bool paused);
 
-    /// Starts the time anew. Does nothing when no data are expected.
+    /// Starts the time anew. When no data are expected, it only ends the knowledge that the time
+    /// has run out.
     void dataCame();
 
     /// \return whether data are expected, and have not come for too long.

@@ -154,7 +154,7 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
 void SpectrumChart::setPolled(bool polled)
 {
     m_pollingKnown = true;
-    m_watch.setExpecting(polled);
+    m_watch.setExpecting(polled, DataWatch::Past::Kept);
 }
 
 void SpectrumChart::readoutDue()

@@ -17,10 +17,16 @@
 namespace {
 
 constexpr int ScreenMargin = 6; // between the box and the edge of the panel
-// The smallest letters of a long text are 14 pixels high. The main unit's messages, which are the
-// rich texts, are wrapped in markup that doubles the font's size.
-constexpr int MinPixels = 14;
-constexpr int MinRichPixels = 7;
+// The smallest letters of a long text, and those of a text that fits in no size and is scrolled.
+// The main unit's messages, which are the rich texts, are wrapped in markup that doubles the font's
+// size.
+struct Letters
+{
+    int minPixels;
+    int scrolledPixels;
+};
+constexpr Letters PlainLetters{14, 14};
+constexpr Letters RichLetters{6, 8};
 constexpr qsizetype MaxMeasuredChars = 20'100;
 constexpr QSize MaxInformative(700, 310); // leaves room for the first line and the button
 
@@ -60,13 +66,16 @@ bool fitsIn(QTextEdit* view, int pixels, const QSize& room)
     return view->document()->size().height() <= room.height();
 }
 
-// Sets the text in the largest letters in which it fits the room; if there are none, in the
-// smallest, and it is scrolled.
-void setLetters(QTextEdit* view, int maxPixels, int minPixels, const QSize& room)
+// Sets the text in the largest letters in which it fits the room; if there are none, in letters in
+// which it is easily read while it is scrolled.
+void setLetters(QTextEdit* view, int maxPixels, const Letters& letters, const QSize& room)
 {
-    int pixels = qMax(maxPixels, minPixels);
-    while (!fitsIn(view, pixels, room) && pixels > minPixels) {
+    int pixels = qMax(maxPixels, letters.minPixels);
+    while (pixels >= letters.minPixels && !fitsIn(view, pixels, room)) {
         --pixels;
+    }
+    if (pixels < letters.minPixels) {
+        fitsIn(view, letters.scrolledPixels, room);
     }
     view->setFixedSize(room.width(), qMin(room.height(), qCeil(view->document()->size().height())));
 }
@@ -179,8 +188,8 @@ void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
     label->hide();
     QTextEdit* view = newLongText(text(), textFormat());
     grid->addWidget(view, row, column, rows, columns);
-    const int least = textFormat() == Qt::PlainText ? MinPixels : MinRichPixels;
-    setLetters(view, label->fontInfo().pixelSize(), least, roomForText(*grid, room));
+    const Letters& letters = textFormat() == Qt::PlainText ? PlainLetters : RichLetters;
+    setLetters(view, label->fontInfo().pixelSize(), letters, roomForText(*grid, room));
 }
 
 // Whether the box fits the room as it lays itself out: it breaks its text at half the width of the

@@ -33,11 +33,18 @@ private slots:
         for (int channel = 0; channel < 3; ++channel) {
             QVERIFY(!m_card->chart(channel)->stale() && !waiting(channel)->isActive());
         }
+    }
+
+    void leaving_the_page_does_not_end_the_note()
+    {
         m_window->show();
-        for (int channel = 0; channel < 3; ++channel) {
-            QVERIFY(!m_card->chart(channel)->stale());
-            QCOMPARE(testClock::intervals(waiting(channel)), QList<int>{3000});
-        }
+        testClock::expire(waiting(0));
+        m_window->hide();
+        QVERIFY(!m_card->chart(0)->stale());
+        m_window->show();
+        QVERIFY(m_card->chart(0)->stale() && !waiting(0)->isActive());
+        QVERIFY(!m_card->chart(1)->stale()); // it was fresh: the whole time starts
+        QCOMPARE(testClock::intervals(waiting(1)), QList<int>{3000});
     }
 
     void a_card_that_dies_is_noticed_and_one_that_comes_back_too()

@@ -143,6 +143,10 @@ private slots:
         m_chart->setPolled(false);
         QVERIFY(!m_chart->stale());
         m_chart->setPolled(true);
+        QVERIFY(m_chart->stale() && !timer->isActive()); // only data end it
+        m_chart->setPolled(false);
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5)); // late, but data
+        m_chart->setPolled(true);
         QVERIFY(!m_chart->stale());
         QCOMPARE(testClock::intervals(timer), QList<int>{3000});
     }

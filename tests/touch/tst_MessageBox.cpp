@@ -182,18 +182,20 @@ private slots:
         }
     }
 
-    void no_text_is_lower_than_14_pixels_data()
+    void no_plain_text_is_lower_than_14_pixels_and_no_scrolled_one_data()
     {
         QTest::addColumn<QString>("form");
         QTest::addColumn<bool>("rich");
         QTest::addColumn<int>("length");
         for (const int length : {300, 2000, 4000, 19'000}) {
             QTest::addRow("plain, %d", length) << "%1" << false << length;
+        }
+        for (const int length : {300, 8000, 19'000}) {
             QTest::addRow("of the main unit, %d", length)
                 << "<font size = 6>%1</font>" << true << length;
         }
     }
-    void no_text_is_lower_than_14_pixels()
+    void no_plain_text_is_lower_than_14_pixels_and_no_scrolled_one()
     {
         QFETCH(QString, form);
         QFETCH(bool, rich);
