@@ -76,6 +76,7 @@ struct Model
     void returnToMenus(int page)
     {
         scopesView = false;
+        shown = Waiting; // in place of a page that is gone
         if (page >= 0) {
             menuPage = page;
             shown = page;
@@ -289,8 +290,8 @@ class tst_RandomWalk : public QObject
         m_model.scopesView = !m_model.scopesView;
         if (m_model.scopesView) {
             m_model.shown = Model::ScopesPage;
-        } else if (m_model.menuPage >= 0) {
-            m_model.shown = m_model.menuPage;
+        } else {
+            m_model.returnToMenus(m_model.menuPage);
         }
     }
     void touchKey()

@@ -40,6 +40,13 @@ constexpr QPoint AtNotice(6, 437);
 const QColor Grey(0x91, 0x91, 0x91);
 const QColor NoticeRed(0x8b, 0, 0);
 
+// A message box with "OK" and a short text, and the title of a pad.
+constexpr QPoint BesideMessage(100, 250);
+constexpr QPoint OnMessageOk(660, 261);
+constexpr QPoint BesidePadTitle(30, 28);
+const QColor BoxGrey(0xa9, 0xa9, 0xa9);
+const QColor TitleBlue(66, 89, 148);
+
 } // namespace
 
 class tst_GlassTellsTheTruth : public QObject
@@ -88,6 +95,23 @@ private slots:
         QVERIFY(shows(Grey));
         QCOMPARE(m_panel->errors().count("ttyO1"), 0);
         QCOMPARE(m_panel->state(), QProcess::Running);
+    }
+
+    // on a platform that has a stack of windows, as the unit's has
+    void a_message_stands_above_the_pad_that_is_opened_after_it()
+    {
+        startMainUnit();
+        startPanel();
+        QTRY_VERIFY_WITH_TIMEOUT(m_main->has("sim: menus sent"), LongMs);
+        tell("DB,Look at the antenna,1");
+        QVERIFY(shows(BoxGrey, BesideMessage)); // when the start-up picture has gone
+        tell("IK,Unlock,1,SYS:PIN:,0 9999,7,");
+        QVERIFY(shows(TitleBlue, BesidePadTitle));
+        QTest::qWait(500);
+        QCOMPARE(colour(BesideMessage), BoxGrey);
+        QVERIFY(m_screen->click(OnMessageOk));
+        QTRY_VERIFY_WITH_TIMEOUT(colour(BesideMessage) != BoxGrey, LongMs);
+        QCOMPARE(colour(BesidePadTitle), TitleBlue);
     }
 
     void each_part_that_fails_is_told_alone()
@@ -190,10 +214,10 @@ private:
         QVERIFY2(m_screen->connectTo(port), qPrintable(m_screen->errorString()));
     }
 
-    QColor colour() { return m_screen->picture().pixelColor(AtNotice); }
-    bool shows(const QColor& expected)
+    QColor colour(QPoint at = AtNotice) { return m_screen->picture().pixelColor(at); }
+    bool shows(const QColor& expected, QPoint at = AtNotice)
     {
-        return QTest::qWaitFor([&] { return colour() == expected; }, LongMs);
+        return QTest::qWaitFor([&] { return colour(at) == expected; }, LongMs);
     }
 
     // Makes the panel's window in this process, in place of one that is there.

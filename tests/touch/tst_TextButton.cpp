@@ -4,6 +4,7 @@
 #include "touch/KeyMarks.h"
 #include "touch/KeyStyle.h"
 
+#include <QPainter>
 #include <QStyleOptionButton>
 
 using namespace Qt::StringLiterals;
