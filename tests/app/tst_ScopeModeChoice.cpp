@@ -55,17 +55,17 @@ private slots:
         clickOnScopes();
         m_window->process_SM({QString::number(demodulator), mode});
         whenModal([&](QWidget* dialog) {
-            const auto* note = dialog->findChild<QLabel*>("noteLabel");
+            const auto* note = dialog->findChild<QLabel*>(u"noteLabel"_s);
             QVERIFY(note != nullptr && note->isVisible());
-            QCOMPARE(note->text(), QString("Demod %1").arg(demodulator));
-            QCOMPARE(dialog->findChild<QLabel*>("titleLabel")->text(),
-                QString("Select Scope Mode value"));
+            QCOMPARE(note->text(), u"Demod %1"_s.arg(demodulator));
+            QCOMPARE(
+                dialog->findChild<QLabel*>(u"titleLabel"_s)->text(), u"Select Scope Mode value"_s);
             const auto marks = dialog->findChildren<PresentMark*>();
             QCOMPARE(marks.size(), marked.isEmpty() ? 0 : 1);
             if (!marks.isEmpty()) {
                 QCOMPARE(marks.first()->parentWidget(), buttonWithText(dialog, marked));
             }
-            clickOn(buttonWithText(dialog, "Cancel"));
+            clickOn(buttonWithText(dialog, u"Cancel"_s));
         });
         clickOn(m_window->rooms().scopes->modeButton(demodulator));
     }

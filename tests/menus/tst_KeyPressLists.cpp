@@ -153,14 +153,14 @@ private slots:
 
     void a_press_is_finished_when_the_slider_has_sent_its_last_position()
     {
-        const auto key = newKey(Key::Slider, "");
-        key->units = "100 0";
+        const auto key = newKey(Key::Slider, u""_s);
+        key->units = u"100 0"_s;
         QSignalSpy spy(key.get(), &Key::response_message);
         QSignalSpy finished(key.get(), &Key::pressFinished);
         whenModal([&](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(10);
             modal->findChild<QSlider*>()->setValue(20);
-            popUps::press(modal, "OK");
+            popUps::press(modal, u"OK"_s);
         });
         key->key_button_pushed();
         QVERIFY(finished.isEmpty());
@@ -171,12 +171,12 @@ private slots:
     void a_press_without_a_slider_is_finished_at_its_end()
     {
         for (const int type : {Key::Toggle, Key::Selection}) {
-            const auto key = newKey(type, "0 Off:1 On");
+            const auto key = newKey(type, u"0 Off:1 On"_s);
             QSignalSpy finished(key.get(), &Key::pressFinished);
             if (type == Key::Selection) {
                 whenModal([&](QWidget* modal) {
                     QVERIFY(finished.isEmpty());
-                    popUps::press(modal, "On");
+                    popUps::press(modal, u"On"_s);
                 });
             }
             key->key_button_pushed();
@@ -186,8 +186,8 @@ private slots:
 
     void a_slider_that_is_opened_again_at_once_keeps_the_order_and_the_pause()
     {
-        const auto key = newKey(Key::Slider, "");
-        key->units = "100 0";
+        const auto key = newKey(Key::Slider, u""_s);
+        key->units = u"100 0"_s;
         QElapsedTimer clock;
         clock.start();
         QList<qint64> times;
@@ -200,13 +200,13 @@ private slots:
             whenModal([&](QWidget* modal) {
                 modal->findChild<QSlider*>()->setValue(last - 1);
                 modal->findChild<QSlider*>()->setValue(last);
-                popUps::press(modal, "OK");
+                popUps::press(modal, u"OK"_s);
             });
             key->key_button_pushed();
         }
         QTRY_VERIFY(qApp->findChildren<Key*>().isEmpty());
-        QCOMPARE(sent.last(), QString("MOD 30"));
-        QCOMPARE(sent.count("MOD 20") + sent.count("MOD 29") + sent.count("MOD 30"),
+        QCOMPARE(sent.last(), u"MOD 30"_s);
+        QCOMPARE(sent.count(u"MOD 20"_s) + sent.count(u"MOD 29"_s) + sent.count(u"MOD 30"_s),
             qsizetype{sent.size()} - 1);
         for (int i = 1; i < times.size(); ++i) {
             QVERIFY(times.at(i) - times.at(i - 1) >= 399); // both are cut to whole milliseconds
@@ -234,7 +234,7 @@ private slots:
         QFETCH(int, type);
         QFETCH(QString, button);
         QFETCH(QString, marked);
-        const auto key = newKey(type, "0 Off:1 On");
+        const auto key = newKey(type, u"0 Off:1 On"_s);
         QPushButton onScreen(button);
         key->Set_Key(&onScreen, false);
         QFETCH(double, value);
@@ -270,7 +270,7 @@ private slots:
         QFETCH(QString, options);
         QFETCH(int, marks);
         const auto key = newKey(Key::Number, options);
-        key->units = "1 500";
+        key->units = u"1 500"_s;
         key->param = 6;
         key->value = value;
         key->valueGiven = given;
@@ -278,7 +278,7 @@ private slots:
             const auto found = modal->findChildren<PresentMark*>();
             QCOMPARE(found.size(), marks);
             if (marks > 0) {
-                QCOMPARE(found.first()->parentWidget(), buttonWithText(modal, "Auto"));
+                QCOMPARE(found.first()->parentWidget(), buttonWithText(modal, u"Auto"_s));
             }
             popUps::dialog(modal)->reject();
         });

@@ -389,16 +389,16 @@ private slots:
         whenModal([](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(30);
             modal->findChild<QSlider*>()->setValue(40);
-            popUps::press(modal, "OK");
+            popUps::press(modal, u"OK"_s);
         });
         QElapsedTimer clock;
         clock.start();
-        m_menus->pressImmediately({"Gain", "3", "R1:GN", "60 0", "10", ""});
+        m_menus->pressImmediately({u"Gain"_s, u"3"_s, u"R1:GN"_s, u"60 0"_s, u"10"_s, u""_s});
         QCOMPARE(sent.size(), 1);
         QTRY_COMPARE(sent.size(), 2);
         QVERIFY(clock.elapsed() >= PopUpSlider::ThrottleMs - 1);
-        QCOMPARE(sent.at(0).first().toString(), QString("\x02R1:GN30\x04"));
-        QCOMPARE(sent.at(1).first().toString(), QString("\x02R1:GN40\x04"));
+        QCOMPARE(sent.at(0).first().toString(), u"\x02R1:GN30\x04"_s);
+        QCOMPARE(sent.at(1).first().toString(), u"\x02R1:GN40\x04"_s);
         QTRY_VERIFY(m_menus->findChildren<Key*>().isEmpty());
     }
 
@@ -406,11 +406,12 @@ private slots:
     {
         QTest::addColumn<QStringList>("fields");
         QTest::addColumn<QString>("pressed");
-        QTest::newRow("toggle") << QStringList{"L", "0", "C", "", "0", ""} << "";
-        QTest::newRow("list") << QStringList{"L", "2", "C", "", "0", "0 Off:1 On"} << "On";
+        QTest::newRow("toggle") << QStringList{u"L"_s, u"0"_s, u"C"_s, u""_s, u"0"_s, u""_s} << "";
+        QTest::newRow("list") << QStringList{u"L"_s, u"2"_s, u"C"_s, u""_s, u"0"_s, u"0 Off:1 On"_s}
+                              << "On";
         QTest::newRow("slider that sent nothing")
-            << QStringList{"L", "3", "C", "9 0", "10", ""} << "OK";
-        QTest::newRow("box") << QStringList{"L", "77", "C", "", "0", ""} << "OK";
+            << QStringList{u"L"_s, u"3"_s, u"C"_s, u"9 0"_s, u"10"_s, u""_s} << "OK";
+        QTest::newRow("box") << QStringList{u"L"_s, u"77"_s, u"C"_s, u""_s, u"0"_s, u""_s} << "OK";
     }
     void the_key_of_an_IK_is_deleted_when_its_editor_is_closed()
     {
@@ -428,21 +429,21 @@ private slots:
         whenModal([](QWidget* modal) {
             modal->findChild<QSlider*>()->setValue(30);
             modal->findChild<QSlider*>()->setValue(40);
-            popUps::press(modal, "OK");
+            popUps::press(modal, u"OK"_s);
         });
-        m_menus->pressImmediately({"Gain", "3", "R1:GN", "60 0", "10", ""});
+        m_menus->pressImmediately({u"Gain"_s, u"3"_s, u"R1:GN"_s, u"60 0"_s, u"10"_s, u""_s});
         m_menus.reset();
         QTRY_VERIFY(qApp->findChildren<PopUpSlider*>().isEmpty());
     }
 
     void CV_gives_the_value_and_a_copy_knows_it()
     {
-        ak("M,k,L,2,C,,0,0 Off:1 On,0,0,1");
-        QVERIFY(!find("M", "k")->valueGiven);
-        cv("M,k,0,0");
-        QVERIFY(find("M", "k")->valueGiven);
-        m_menus->copyKey({"N", "M", "k"});
-        QVERIFY(find("N", "k")->valueGiven);
+        ak(u"M,k,L,2,C,,0,0 Off:1 On,0,0,1"_s);
+        QVERIFY(!find(u"M"_s, u"k"_s)->valueGiven);
+        cv(u"M,k,0,0"_s);
+        QVERIFY(find(u"M"_s, u"k"_s)->valueGiven);
+        m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
+        QVERIFY(find(u"N"_s, u"k"_s)->valueGiven);
     }
 
     void AK_keys_of_a_main_menu_go_to_its_options()

@@ -1,6 +1,9 @@
 #include "popups/Choices.h"
 #include "support/TestMain.h"
 
+#include <QLoggingCategory>
+#include <QRegularExpression>
+
 #include <cmath>
 #include <limits>
 
@@ -47,6 +50,19 @@ private slots:
     void choices_beyond_the_limit_are_left_out()
     {
         QCOMPARE(choices::parse(u"1 a:"_s.repeated(5000)).size(), choices::MaxChoices);
+    }
+
+    void what_is_left_out_is_logged_at_debug_level()
+    {
+        QLoggingCategory::setFilterRules(u"qn740.popups.debug=true"_s);
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression(u"list: the choices after 400 are left out: 7$"_s));
+        choices::parse(u"1 a:"_s.repeated(407));
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression(u"list: 17 columns asked for, 16 shown$"_s));
+        const Grid cut(4, 17);
+        QCOMPARE(cut.columns(), 16);
+        QLoggingCategory::setFilterRules(QString());
     }
 
     void long_texts_are_small_and_broken_data()
@@ -176,7 +192,7 @@ private slots:
         QFETCH(double, value);
         const auto known = std::isnan(value) ? std::nullopt : std::optional<double>(value);
         const auto offered =
-            choices::parse("0 PCM/FM:1 SOQPSK:0.1 Tenth:cpm ARTM CPM:iq I & Q:1 Again:  ");
+            choices::parse(u"0 PCM/FM:1 SOQPSK:0.1 Tenth:cpm ARTM CPM:iq I & Q:1 Again:  "_s);
         QTEST(choices::presentAt(offered, {text, known}), "at");
     }
 

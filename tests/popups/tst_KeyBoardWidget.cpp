@@ -36,8 +36,8 @@ private slots:
 
     void the_keys_stand_in_four_rows()
     {
-        const QStringList rows{"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL", "q w e r t y u i o p",
-            "CAPS a s d f g h j k l - _", "RETURN <<- ->> z x c v b n m ."};
+        const QStringList rows{u"1 2 3 4 5 6 7 8 9 0 BACKSPACE DEL"_s, u"q w e r t y u i o p"_s,
+            u"CAPS a s d f g h j k l - _"_s, u"RETURN <<- ->> z x c v b n m ."_s};
         QList<PushButtonKey*> keys = m_keys->findChildren<PushButtonKey*>();
         std::sort(keys.begin(), keys.end(), [](PushButtonKey* a, PushButtonKey* b) {
             return a->y() != b->y() ? a->y() < b->y() : a->x() < b->x();
@@ -58,11 +58,11 @@ private slots:
 
     void the_name_of_a_stored_setup_can_be_typed()
     {
-        press("CAPS");
+        press(u"CAPS"_s);
         for (const char* key : {"F", "L", "I", "G", "H", "T", "_", "1", "-", "B", ".", "S"}) {
-            press(key);
+            press(QString::fromUtf8(key));
         }
-        QCOMPARE(m_field->text(), QString("FLIGHT_1-B.S"));
+        QCOMPARE(m_field->text(), u"FLIGHT_1-B.S"_s);
     }
 
     void typing_inserts_at_the_cursor_and_selects_the_character()

@@ -34,8 +34,8 @@ QString randomDigits(QRandomGenerator& random, int most)
 // A decimal number with its point moved to the right, by its characters alone.
 QString pointMoved(const QString& whole, const QString& fraction, int places)
 {
-    const QString filled = fraction.leftJustified(places, '0');
-    return '0' + whole + filled.left(places) + '.' + filled.mid(places) + '0';
+    const QString filled = fraction.leftJustified(places, u'0');
+    return u'0' + whole + filled.left(places) + u'.' + filled.mid(places) + u'0';
 }
 
 } // namespace
@@ -296,11 +296,11 @@ private slots:
                 continue;
             }
             const bool hasPoint = !fraction.isEmpty() || random.bounded(2) == 1;
-            const QString characters = whole + (hasPoint ? "." : "") + fraction;
+            const QString characters = whole + (hasPoint ? u"."_s : QString()) + fraction;
             const QString product = pointMoved(whole, fraction, multiplier);
             const NumberEntry::Checked result =
-                checked(characters, 2, product + ' ' + product, multiplier);
-            QVERIFY2(result.valid, qPrintable(characters + " is not " + product));
+                checked(characters, 2, product + u' ' + product, multiplier);
+            QVERIFY2(result.valid, qPrintable(characters + u" is not "_s + product));
             QCOMPARE(result.value, product.toDouble());
         }
     }
@@ -309,7 +309,8 @@ private slots:
     {
         for (const int multiplier : {0, 3, 6}) {
             for (const char* characters : {".", "", "1.2.3"}) {
-                QVERIFY(!checked(characters, 2, "-1e30 1e30", multiplier).valid);
+                QVERIFY(
+                    !checked(QString::fromUtf8(characters), 2, u"-1e30 1e30"_s, multiplier).valid);
             }
         }
     }

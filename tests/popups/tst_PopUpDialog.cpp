@@ -44,15 +44,15 @@ private slots:
 
     void a_note_stands_at_the_right_of_the_title_line()
     {
-        PopUpDialog dialog("Name", "Select Scope Mode value", Qt::WindowFlags(), 6);
+        PopUpDialog dialog(u"Name"_s, u"Select Scope Mode value"_s, Qt::WindowFlags(), 6);
         dialog.setFixedSize(795, 200);
-        dialog.setNote("Demod 2");
+        dialog.setNote(u"Demod 2"_s);
         dialog.show();
-        const auto* title = dialog.findChild<QLabel*>("titleLabel");
-        const auto* note = dialog.findChild<QLabel*>("noteLabel");
+        const auto* title = dialog.findChild<QLabel*>(u"titleLabel"_s);
+        const auto* note = dialog.findChild<QLabel*>(u"noteLabel"_s);
         QVERIFY(note != nullptr && note->isVisible());
-        QCOMPARE(note->text(), QString("Demod 2"));
-        QCOMPARE(title->text(), QString("Select Scope Mode value"));
+        QCOMPARE(note->text(), u"Demod 2"_s);
+        QCOMPARE(title->text(), u"Select Scope Mode value"_s);
         QCOMPARE(title->height(), 45);
         QCOMPARE(note->font().pixelSize(), 18);
         const QRect place(note->mapTo(title, QPoint()), note->size());
@@ -62,8 +62,8 @@ private slots:
 
     void keys_that_are_held_let_go_when_something_modal_opens()
     {
-        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
-        auto* key = new QPushButton("Step Up");
+        PopUpDialog dialog(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
+        auto* key = new QPushButton(u"Step Up"_s);
         key->setAutoRepeat(true);
         dialog.column()->addWidget(key);
         dialog.open();
@@ -87,8 +87,8 @@ private slots:
 
     void keys_that_are_held_let_go_when_another_window_becomes_active()
     {
-        PopUpDialog dialog("Name", "Mode", Qt::WindowFlags(), 6);
-        auto* key = new QPushButton("Key");
+        PopUpDialog dialog(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
+        auto* key = new QPushButton(u"Key"_s);
         dialog.column()->addWidget(key);
         dialog.show();
         dialog.activateWindow();

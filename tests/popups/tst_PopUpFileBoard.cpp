@@ -155,10 +155,10 @@ private slots:
             const QScrollArea* view = popUps::scrolled(modal);
             QVERIFY(view != nullptr);
             QCOMPARE(view->verticalScrollBar()->width(), touch::ScrollBarWidth);
-            const QPushButton* newFile = buttonWithText(modal, "New File");
-            const QPushButton* cancel = buttonWithText(modal, "Cancel");
-            QCOMPARE(popUps::onTopOf(buttonWithText(modal, "f18")), newFile);
-            QCOMPARE(popUps::onTopOf(buttonWithText(modal, "f19")), cancel);
+            const QPushButton* newFile = buttonWithText(modal, u"New File"_s);
+            const QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
+            QCOMPARE(popUps::onTopOf(buttonWithText(modal, u"f18"_s)), newFile);
+            QCOMPARE(popUps::onTopOf(buttonWithText(modal, u"f19"_s)), cancel);
             const QPoint at(100, 300);
             QTest::mousePress(modal->windowHandle(), Qt::LeftButton, {}, at);
             for (int y = at.y(); y >= 20; y -= 20) {
@@ -169,9 +169,9 @@ private slots:
             QCOMPARE(view->verticalScrollBar()->value(), 280);
             QCOMPARE(popUps::onTopOf(newFile), newFile);
             QCOMPARE(popUps::onTopOf(cancel), cancel);
-            popUps::press(modal, "f19");
+            popUps::press(modal, u"f19"_s);
         });
-        QCOMPARE(popUp.new_pop_fileboard(popUps::list(60, "f"), "Store", 4, 5), QString("19"));
+        QCOMPARE(popUp.new_pop_fileboard(popUps::list(60, u"f"_s), u"Store"_s, 4, 5), u"19"_s);
     }
 
     void the_last_files_can_be_scrolled_out_from_under_the_keys()
@@ -180,22 +180,22 @@ private slots:
         whenModal([](QWidget* modal) {
             QScrollBar* bar = popUps::scrolled(modal)->verticalScrollBar();
             bar->setValue(bar->maximum());
-            popUps::press(modal, "f59");
+            popUps::press(modal, u"f59"_s);
         });
-        QCOMPARE(popUp.new_pop_fileboard(popUps::list(60, "f"), "Store", 4, 5), QString("59"));
+        QCOMPARE(popUp.new_pop_fileboard(popUps::list(60, u"f"_s), u"Store"_s, 4, 5), u"59"_s);
     }
 
     void the_present_file_is_marked()
     {
         PopUpFileBoard popUp;
-        popUp.setPresent({"Day", std::nullopt});
+        popUp.setPresent({u"Day"_s, std::nullopt});
         whenModal([](QWidget* modal) {
             const auto marks = modal->findChildren<PresentMark*>();
             QCOMPARE(marks.size(), 1);
-            QCOMPARE(marks.first()->parentWidget(), buttonWithText(modal, "Day"));
+            QCOMPARE(marks.first()->parentWidget(), buttonWithText(modal, u"Day"_s));
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_fileboard("a1 Night:a2 Day", "Store", 4, 4);
+        popUp.new_pop_fileboard(u"a1 Night:a2 Day"_s, u"Store"_s, 4, 4);
     }
 
     void the_board_may_be_deleted_while_the_name_is_typed()

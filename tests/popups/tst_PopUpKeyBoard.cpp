@@ -260,13 +260,13 @@ private slots:
         QFETCH(int, count);
         QFETCH(int, param);
         QFETCH(int, covered);
-        const QString list = popUps::list(count, "c");
+        const QString list = popUps::list(count, u"c"_s);
         const ListGrid grid = ListGrid::forChoices(list, param);
         int found = 0;
         run(list, grid.rows, grid.columns, {}, false, [&](QWidget* modal) {
-            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+            const QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
             for (int i = 0; i < count; ++i) {
-                if (popUps::onTopOf(buttonWithText(modal, QString("c%1").arg(i))) == cancel) {
+                if (popUps::onTopOf(buttonWithText(modal, u"c%1"_s.arg(i))) == cancel) {
                     QCOMPARE(found, 0);
                     found = i + 1;
                 }
@@ -277,13 +277,13 @@ private slots:
 
     void choices_of_a_scrolling_list_begin_in_their_cells()
     {
-        run(popUps::list(100, "c"), 9, 6, {}, false, [](QWidget* modal) {
+        run(popUps::list(100, u"c"_s), 9, 6, {}, false, [](QWidget* modal) {
             const QScrollArea* view = popUps::scrolled(modal);
             QVERIFY(view != nullptr);
-            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+            const QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
             const QRect last = placeIn(modal, cancel);
             for (int i = 0; i < 54; ++i) {
-                const QRect place = placeIn(modal, buttonWithText(modal, QString("c%1").arg(i)));
+                const QRect place = placeIn(modal, buttonWithText(modal, u"c%1"_s.arg(i)));
                 QCOMPARE(place.x() == last.x(), i % 6 == 5);
                 QVERIFY(qAbs(place.y() - last.y()) <= 1 ? i / 6 == 8 : i / 6 < 8);
             }
@@ -294,8 +294,8 @@ private slots:
 
     void a_drag_scrolls_the_list_and_chooses_nothing()
     {
-        const QString answer = run(popUps::list(100, "c"), 9, 6, {}, false, [](QWidget* modal) {
-            const QPushButton* cancel = buttonWithText(modal, "Cancel");
+        const QString answer = run(popUps::list(100, u"c"_s), 9, 6, {}, false, [](QWidget* modal) {
+            const QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
             const QRect before = placeIn(modal, cancel);
             drag(modal, {200, 400}, {200, 100});
             QVERIFY(modal->isVisible());
@@ -321,7 +321,7 @@ private slots:
         QFETCH(int, count);
         QFETCH(int, rows);
         QFETCH(int, columns);
-        run(popUps::list(count, "c"), rows, columns, {}, false, [&](QWidget* modal) {
+        run(popUps::list(count, u"c"_s), rows, columns, {}, false, [&](QWidget* modal) {
             QScrollBar* bar = popUps::scrolled(modal)->verticalScrollBar();
             QSet<QWidget*> reached;
             for (int value = 0; value <= bar->maximum(); value += 20) {
@@ -331,7 +331,7 @@ private slots:
             bar->setValue(bar->maximum());
             collectReached(modal, reached);
             for (int i = 0; i < count; ++i) {
-                QPushButton* button = buttonWithText(modal, QString("c%1").arg(i));
+                QPushButton* button = buttonWithText(modal, u"c%1"_s.arg(i));
                 QVERIFY2(reached.contains(button), qPrintable(button->text()));
             }
         });
@@ -343,10 +343,10 @@ private slots:
         whenModal([](QWidget* modal) {
             drag(modal, {200, 400}, {200, 60});
             drag(modal, {200, 400}, {200, 60});
-            popUps::press(modal, "c99");
+            popUps::press(modal, u"c99"_s);
         });
         QCOMPARE(
-            popUp.new_pop_keyboard(popUps::list(100, "c"), "Mode", 9, 6, false), QString("99"));
+            popUp.new_pop_keyboard(popUps::list(100, u"c"_s), u"Mode"_s, 9, 6, false), u"99"_s);
     }
 
     void the_present_choice_is_marked_data()
@@ -374,7 +374,7 @@ private slots:
             }
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false);
+        popUp.new_pop_keyboard(u"0 Off:1 On"_s, u"Mode"_s, 4, 4, false);
     }
 
     void a_scrolling_list_opens_at_the_present_choice()
@@ -382,25 +382,25 @@ private slots:
         PopUpKeyBoard popUp;
         popUp.setPresent({QString(), 77.0});
         whenModal([&](QWidget* modal) {
-            QPushButton* button = buttonWithText(modal, "c77");
+            QPushButton* button = buttonWithText(modal, u"c77"_s);
             QCOMPARE(popUps::onTopOf(button), button);
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_keyboard(popUps::list(100, "c"), "Mode", 9, 6, false);
+        popUp.new_pop_keyboard(popUps::list(100, u"c"_s), u"Mode"_s, 9, 6, false);
     }
 
     void a_note_stands_in_the_title_line()
     {
         PopUpKeyBoard popUp;
-        popUp.setNote("Demod 2");
+        popUp.setNote(u"Demod 2"_s);
         whenModal([&](QWidget* modal) {
-            QCOMPARE(modal->findChild<QLabel*>("noteLabel")->text(), QString("Demod 2"));
-            QCOMPARE(modal->findChild<QLabel*>("titleLabel")->text(), QString("Select Mode value"));
+            QCOMPARE(modal->findChild<QLabel*>(u"noteLabel"_s)->text(), u"Demod 2"_s);
+            QCOMPARE(modal->findChild<QLabel*>(u"titleLabel"_s)->text(), u"Select Mode value"_s);
             popUps::dialog(modal)->reject();
         });
-        popUp.new_pop_keyboard("0 Off:1 On", "Mode", 4, 4, false);
-        run("0 Off", 4, 4, {}, false,
-            [](QWidget* modal) { QVERIFY(modal->findChild<QLabel*>("noteLabel") == nullptr); });
+        popUp.new_pop_keyboard(u"0 Off:1 On"_s, u"Mode"_s, 4, 4, false);
+        run(u"0 Off"_s, 4, 4, {}, false,
+            [](QWidget* modal) { QVERIFY(modal->findChild<QLabel*>(u"noteLabel"_s) == nullptr); });
     }
 
     void a_choice_below_the_last_row_can_be_pressed()

@@ -94,10 +94,10 @@ private slots:
         opening.ranges = ranges;
         opening.current = from;
         run(pad, opening,
-            [&](QWidget* dialog) { QVERIFY(press(dialog, {up ? "Step Up" : "Step Down"})); });
+            [&](QWidget* dialog) { QVERIFY(press(dialog, {up ? u"Step Up"_s : u"Step Down"_s})); });
         QCOMPARE(spy.size(), sent.isEmpty() ? 0 : 1);
         if (!sent.isEmpty()) {
-            QCOMPARE(spy.first().first().toString(), framedMessage("CMD" + sent));
+            QCOMPARE(spy.first().first().toString(), framedMessage(u"CMD"_s + sent));
         }
     }
 
@@ -111,7 +111,7 @@ private slots:
             QSignalSpy sent(&pad, &Key::response_message);
             Opening opening;
             opening.type = 1;
-            opening.ranges = low + ' ' + high;
+            opening.ranges = low + u' ' + high;
             opening.current = tenths / 10.0;
             run(pad, opening, [&](QWidget*) {
                 pad.up_rf();
@@ -119,8 +119,8 @@ private slots:
                 pad.down_rf();
             });
             QCOMPARE(sent.size(), 3);
-            QCOMPARE(sent.at(0).first().toString(), framedMessage("CMD" + high));
-            QCOMPARE(sent.at(2).first().toString(), framedMessage("CMD" + low));
+            QCOMPARE(sent.at(0).first().toString(), framedMessage(u"CMD"_s + high));
+            QCOMPARE(sent.at(2).first().toString(), framedMessage(u"CMD"_s + low));
         }
     }
 
@@ -199,9 +199,9 @@ private slots:
         QSignalSpy sent(&pad, &Key::response_message);
         Opening opening;
         opening.type = 1;
-        opening.ranges = "0 1000";
+        opening.ranges = u"0 1000"_s;
         run(pad, opening, [&](QWidget* dialog) {
-            QPushButton* up = buttonWithText(dialog, "Step Up");
+            QPushButton* up = buttonWithText(dialog, u"Step Up"_s);
             const QPoint at = up->mapTo(dialog, up->rect().center());
             QTest::mousePress(dialog->windowHandle(), Qt::LeftButton, {}, at);
             QTRY_VERIFY(sent.size() >= 2);

@@ -169,26 +169,27 @@ private slots:
     {
         PopUpSlider popUp;
         QSignalSpy spy(&popUp, &Key::response_message);
-        run(popUp, "Volume", "2000000000 0", 0, 10, "", [&](QWidget* modal, QSlider* slider) {
-            const QPoint middle = slider->mapTo(modal, slider->rect().center());
-            QTest::mouseClick(modal->windowHandle(), Qt::LeftButton, {}, middle);
-            QVERIFY(qAbs(slider->value() - 1'000'000'000) < 10'000'000);
-            QCOMPARE(spy.size(), 1);
-            QCOMPARE(spy.first().first().toString(), sent(slider->value()));
-            QCOMPARE(readout(modal), QString::number(slider->value()));
-        });
+        run(popUp, u"Volume"_s, u"2000000000 0"_s, 0, 10, u""_s,
+            [&](QWidget* modal, QSlider* slider) {
+                const QPoint middle = slider->mapTo(modal, slider->rect().center());
+                QTest::mouseClick(modal->windowHandle(), Qt::LeftButton, {}, middle);
+                QVERIFY(qAbs(slider->value() - 1'000'000'000) < 10'000'000);
+                QCOMPARE(spy.size(), 1);
+                QCOMPARE(spy.first().first().toString(), sent(slider->value()));
+                QCOMPARE(readout(modal), QString::number(slider->value()));
+            });
     }
 
     void a_range_of_an_int_is_kept()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "2147483647 -2147483648", 0, 10, "2000000000",
+        run(popUp, u"Volume"_s, u"2147483647 -2147483648"_s, 0, 10, u"2000000000"_s,
             [](QWidget* modal, QSlider* slider) {
                 QCOMPARE(slider->maximum(), std::numeric_limits<int>::max());
                 QCOMPARE(slider->minimum(), std::numeric_limits<int>::min());
-                popUps::press(modal, "+2000000000 >");
+                popUps::press(modal, u"+2000000000 >"_s);
                 QCOMPARE(slider->value(), 2'000'000'000);
-                popUps::press(modal, "+2000000000 >");
+                popUps::press(modal, u"+2000000000 >"_s);
                 QCOMPARE(slider->value(), 2'000'000'000);
             });
     }
@@ -196,7 +197,7 @@ private slots:
     void the_handle_is_large_enough_for_a_finger()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "100 0", 50, 0, "", [](QWidget*, QSlider* slider) {
+        run(popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [](QWidget*, QSlider* slider) {
             const QRect handle = qobject_cast<TouchSlider*>(slider)->handle();
             QVERIFY(handle.width() >= 47);
             QVERIFY(slider->height() >= 47); // at every height it can be taken
@@ -206,13 +207,13 @@ private slots:
     void a_held_button_stops_when_something_modal_opens()
     {
         PopUpSlider popUp;
-        run(popUp, "Volume", "1000 0", 50, 10, "", [&](QWidget* modal, QSlider* slider) {
-            QPushButton* up = buttonWithText(modal, "UP");
+        run(popUp, u"Volume"_s, u"1000 0"_s, 50, 10, u""_s, [&](QWidget* modal, QSlider* slider) {
+            QPushButton* up = buttonWithText(modal, u"UP"_s);
             const QPoint at = up->mapTo(modal, up->rect().center());
             QTest::mousePress(modal->windowHandle(), Qt::LeftButton, {}, at);
             QTRY_VERIFY(slider->value() > 50);
             PopUpSlider second;
-            run(second, "Second", "1 0", 0, 10, "", [&](QWidget*, QSlider*) {
+            run(second, u"Second"_s, u"1 0"_s, 0, 10, u""_s, [&](QWidget*, QSlider*) {
                 const int before = slider->value();
                 QTest::qWait(500);
                 QCOMPARE(slider->value(), before);

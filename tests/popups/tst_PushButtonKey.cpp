@@ -30,7 +30,7 @@ private slots:
     void a_key_that_lets_go_looks_as_before()
     {
         QWidget window;
-        auto* key = new PushButtonKey("q", &window);
+        auto* key = new PushButtonKey(u"q"_s, &window);
         window.resize(200, 100);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));

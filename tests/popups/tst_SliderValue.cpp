@@ -1,6 +1,9 @@
 #include "popups/SliderValue.h"
 #include "support/TestMain.h"
 
+#include <QLoggingCategory>
+#include <QRegularExpression>
+
 #include <cmath>
 #include <limits>
 
@@ -151,10 +154,19 @@ private slots:
         QTEST(SliderValue::steps(text), "steps");
     }
 
+    void steps_that_are_left_out_are_logged_at_debug_level()
+    {
+        QLoggingCategory::setFilterRules(u"qn740.popups.debug=true"_s);
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression(u"slider: the steps after 20 are left out$"_s));
+        SliderValue::steps(u"1:"_s.repeated(21));
+        QLoggingCategory::setFilterRules(QString());
+    }
+
     void more_steps_than_fit_are_left_out()
     {
-        QCOMPARE(SliderValue::steps(QString("1:").repeated(20)).size(), 20);
-        QCOMPARE(SliderValue::steps(QString("1:").repeated(500)).size(), SliderValue::MaxSteps);
+        QCOMPARE(SliderValue::steps(u"1:"_s.repeated(20)).size(), 20);
+        QCOMPARE(SliderValue::steps(u"1:"_s.repeated(500)).size(), SliderValue::MaxSteps);
     }
 };
 

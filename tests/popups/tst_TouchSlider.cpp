@@ -7,6 +7,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 class tst_TouchSlider : public QObject
 {
     Q_OBJECT
@@ -34,9 +36,9 @@ private slots:
         m_slider->setRange(0, 1000);
         m_slider->setFixedSize(Width, 100);
         m_slider->setStyleSheet(
-            "QSlider::groove:horizontal { border: 10px solid #00008B; height: 8px; "
-            "background: #4682b4; margin: 2px 0;} QSlider::handle:horizontal { background: "
-            "#919191; border: 6px black; width: 50px; margin: -24px 0; border-radius: 25px;}");
+            u"QSlider::groove:horizontal { border: 10px solid #00008B; height: 8px; "_s
+            u"background: #4682b4; margin: 2px 0;} QSlider::handle:horizontal { background: "_s
+            u"#919191; border: 6px black; width: 50px; margin: -24px 0; border-radius: 25px;}"_s);
         m_slider->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_slider.get()));
     }
@@ -65,7 +67,7 @@ private slots:
             m_slider->setValue(x < Width / 2 ? maximum : minimum);
             tap({x, y});
             QVERIFY2(qAbs(m_slider->handle().center().x() - x) <= 3,
-                qPrintable(QString("%1: %2").arg(x).arg(m_slider->handle().center().x())));
+                qPrintable(u"%1: %2"_s.arg(x).arg(m_slider->handle().center().x())));
         }
     }
 

@@ -9,6 +9,8 @@
 #include <QSlider>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 // A finger is down on a widget of a window that is told to let go.
 class tst_HeldKeys : public QObject
 {
@@ -52,7 +54,7 @@ private slots:
 
     void a_held_button_is_released_and_not_clicked()
     {
-        auto* button = add(new QPushButton("Key"));
+        auto* button = add(new QPushButton(u"Key"_s));
         show();
         QSignalSpy released(button, &QPushButton::released);
         QSignalSpy clicked(button, &QPushButton::clicked);
@@ -66,7 +68,7 @@ private slots:
 
     void a_finger_that_is_still_there_has_no_effect_until_it_touches_anew()
     {
-        auto* button = add(new QPushButton("Key"));
+        auto* button = add(new QPushButton(u"Key"_s));
         show();
         QSignalSpy clicked(button, &QPushButton::clicked);
         press(centre(button));
@@ -82,7 +84,7 @@ private slots:
 
     void a_key_that_repeats_stops()
     {
-        auto* button = add(new QPushButton("Step"));
+        auto* button = add(new QPushButton(u"Step"_s));
         button->setAutoRepeat(true);
         button->setAutoRepeatDelay(20);
         button->setAutoRepeatInterval(20);
@@ -128,7 +130,7 @@ private slots:
 
     void what_nobody_holds_stays_as_it_is()
     {
-        auto* button = add(new QPushButton("Key"));
+        auto* button = add(new QPushButton(u"Key"_s));
         auto* slider = add(new QSlider(Qt::Horizontal));
         slider->setValue(50);
         show();
@@ -141,8 +143,8 @@ private slots:
 
     void a_receiver_may_delete_the_button()
     {
-        auto* button = add(new QPushButton("Key"));
-        auto* other = add(new QPushButton("Other"));
+        auto* button = add(new QPushButton(u"Key"_s));
+        auto* other = add(new QPushButton(u"Other"_s));
         other->setDown(true);
         show();
         connect(button, &QPushButton::released, this, [button] { delete button; });

@@ -200,10 +200,10 @@ private slots:
         QFETCH(int, length);
         MessageBox box;
         box.setTextFormat(rich ? Qt::RichText : Qt::PlainText);
-        box.setText(form.arg(QString("The receiver has lost it. ").repeated(800).left(length)));
+        box.setText(form.arg(u"The receiver has lost it. "_s.repeated(800).left(length)));
         box.setArea(Screen);
         box.show();
-        if (const auto* view = box.findChild<QTextEdit*>("longText")) {
+        if (const auto* view = box.findChild<QTextEdit*>(u"longText"_s)) {
             const QTextBlock block = view->document()->firstBlock();
             const QTextLine line = block.layout()->lineAt(0);
             QVERIFY(block.begin() != block.end());

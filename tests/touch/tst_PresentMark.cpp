@@ -8,6 +8,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 class tst_PresentMark : public QObject
 {
     Q_OBJECT
@@ -33,13 +35,13 @@ class tst_PresentMark : public QObject
 
     static QString sheet(const QString& colour)
     {
-        return "QPushButton {background-color: " + colour + "; color:black; border: none;}";
+        return u"QPushButton {background-color: "_s + colour + u"; color:black; border: none;}"_s;
     }
 
 private slots:
     void it_covers_the_button_at_every_size()
     {
-        QPushButton button("QPSK");
+        QPushButton button(u"QPSK"_s);
         button.resize(150, 80);
         const auto* mark = new PresentMark(&button);
         button.show();
@@ -50,7 +52,7 @@ private slots:
 
     void it_lets_every_touch_through()
     {
-        QPushButton button("QPSK");
+        QPushButton button(u"QPSK"_s);
         button.resize(150, 80);
         new PresentMark(&button);
         button.show();
@@ -63,18 +65,18 @@ private slots:
 
     void text_and_style_sheet_stay_as_they_are()
     {
-        QPushButton button("QPSK");
-        button.setStyleSheet(sheet("#919191"));
+        QPushButton button(u"QPSK"_s);
+        button.setStyleSheet(sheet(u"#919191"_s));
         new PresentMark(&button);
-        QCOMPARE(button.text(), QString("QPSK"));
-        QCOMPARE(button.styleSheet(), sheet("#919191"));
+        QCOMPARE(button.text(), u"QPSK"_s);
+        QCOMPARE(button.styleSheet(), sheet(u"#919191"_s));
     }
 
     void its_ring_is_seen_on_every_colour_data()
     {
         QTest::addColumn<QString>("colour");
         for (const char* colour : {"#919191", "#2f4f4f", "#4169e1", "blue", "white", "black"}) {
-            QTest::newRow(colour) << QString(colour);
+            QTest::newRow(colour) << QString::fromUtf8(colour);
         }
     }
     void its_ring_is_seen_on_every_colour()
@@ -96,7 +98,7 @@ private slots:
     {
         QPushButton button;
         button.resize(150, 80);
-        button.setStyleSheet(sheet("#919191"));
+        button.setStyleSheet(sheet(u"#919191"_s));
         new PresentMark(&button);
         const QImage picture = button.grab().toImage();
         for (int x = 8; x < 120; ++x) {
