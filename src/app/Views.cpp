@@ -23,16 +23,23 @@ void Views::addWaitingPage()
 void Views::set(Page Views::*page, QWidget* widget)
 {
     (this->*page).m_widget = widget;
-    (this->*page).m_index = m_stack->indexOf(widget);
+    (this->*page).m_index = m_stack != nullptr ? m_stack->indexOf(widget) : -1;
     if (page == &Views::spectrum) {
         announce();
+    }
+}
+
+void Views::bringUp(QWidget* page)
+{
+    if (m_stack != nullptr) {
+        m_stack->setCurrentWidget(page);
     }
 }
 
 void Views::show(Page Views::*page)
 {
     if (QWidget* widget = (this->*page).m_widget) {
-        m_stack->setCurrentWidget(widget);
+        bringUp(widget);
     }
 }
 
@@ -51,7 +58,7 @@ void Views::returnToMenus(QWidget* page)
     }
     setCurrent(Menus);
     if (m_waiting != nullptr) {
-        m_stack->setCurrentWidget(m_waiting);
+        bringUp(m_waiting);
     }
 }
 
@@ -100,6 +107,6 @@ void Views::removed(int index)
     }
     // When the page on the screen goes, the stack shows whatever page comes next.
     if (m_current == Menus && menu.m_widget == nullptr && m_waiting != nullptr) {
-        m_stack->setCurrentWidget(m_waiting);
+        bringUp(m_waiting);
     }
 }

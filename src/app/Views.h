@@ -69,7 +69,10 @@ public:
     void showNext();
 
     /// \return whether this page of the stack is on top.
-    bool isShown(const QWidget* page) const { return m_stack->currentWidget() == page; }
+    bool isShown(const QWidget* page) const
+    {
+        return m_stack != nullptr && m_stack->currentWidget() == page;
+    }
 
     /// \return whether a scope or spectrum display occupies the menu area.
     bool displayActive() const { return m_current != Menus; }
@@ -85,10 +88,11 @@ signals:
     void changed(Views::View current, Views::View next);
 
 private:
+    void bringUp(QWidget* page);
     void removed(int index);
     void announce();
 
-    QStackedLayout* m_stack;
+    QPointer<QStackedLayout> m_stack; // goes before this object when the window goes
     QPointer<QWidget> m_waiting;
     View m_current = Menus;
 };
