@@ -68,6 +68,11 @@ void takeReadings(PanelPictures& panel)
     panel.pressButton(&card, u"Average"_s);
     clickOn(card.chart(0));
     PanelPictures::settle(SomeSpectraMs);
+    // Without a trace there is no reading, and the plot is as much higher as a line of text.
+    constexpr int MaxWaits = 60;
+    for (int i = 0; i < MaxWaits && !card.chart(0)->marker().valid; ++i) {
+        PanelPictures::settle();
+    }
     panel.take(u"spectrum-marker"_s);
     panel.pressButton(&card, u"Average"_s);
     panel.pressButton(&card, u"Max Hold"_s);
