@@ -14,10 +14,10 @@ namespace {
 
 const char* const Look =
     "QComboBox {background-color: #919191; color: black; border: 2px solid yellow; border-radius: 4px; padding-left: 6px;} "
-    "QComboBox QAbstractItemView {background-color: #919191; color: black; selection-background-color: #4169e1;} "
+    "QComboBox QAbstractItemView {background-color: #919191; color: black; selection-background-color: #4169e1; selection-color: white;} "
     "QPushButton {background-color: #919191; color: black; border: 2px solid yellow; border-radius: 4px; font-size: 15px;} "
     "QPushButton:checked {background-color: green; color: white;} "
-    "QPushButton:pressed {background-color: #4169e1;}";
+    "QPushButton:pressed {background-color: #4169e1; color: white;}";
 
 } // namespace
 
