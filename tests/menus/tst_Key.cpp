@@ -257,7 +257,7 @@ private slots:
         key.type = Key::Toggle;
         connect(&key, &Key::response_message, &key, [&key] {
             QVERIFY(key.isPending());
-            key.setTog(key.tog()); // an answer that comes at once
+            key.setTog(key.tog()); // the answer comes at once
         });
         key.key_button_pushed();
         QVERIFY(!key.isPending());
@@ -265,7 +265,7 @@ private slots:
 
     void what_the_main_unit_tells_ends_a_pending_press_data()
     {
-        QTest::addColumn<int>("state"); // -1: the toggle is told instead
+        QTest::addColumn<int>("state"); // -1: the main unit sends the toggle instead
         QTest::newRow("toggle") << -1;
         QTest::newRow("disabled") << 0;
         QTest::newRow("enabled") << 1;

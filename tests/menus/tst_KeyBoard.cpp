@@ -37,7 +37,7 @@ QString textAt(QGridLayout* grid, int row, int col)
     return button != nullptr ? button->text() : QString();
 }
 
-// Texts of the keys of a sub-page, row by row, without the empty cells.
+// Returns the texts of the keys of a sub-page, row by row, without the empty cells.
 QStringList textsOf(QGridLayout* grid)
 {
     QStringList texts;
@@ -114,12 +114,13 @@ private slots:
         KeyBoard menu;
         menu.new_keyboard(name, 5, 5);
         QCOMPARE(menu.name, name);
-        // The style shows every "&&" of a title as one "&" and takes a single one for a mark.
+        // The style shows every "&&" of a title as one "&" and treats a single "&" as the mark of a
+        // mnemonic.
         QString shown = menu.frame->title();
         QVERIFY(QKeySequence::mnemonic(shown).isEmpty());
         QCOMPARE(shown.replace(u"&&"_s, u"&"_s), name + u" Menu"_s);
         QCOMPARE(menu.titleLabel->text(), u"QN740 - Menu - "_s + name);
-        QVERIFY(menu.titleLabel->buddy() == nullptr); // without one a label marks no letter
+        QVERIFY(menu.titleLabel->buddy() == nullptr); // without a buddy a label has no mnemonic
     }
 
     void an_ampersand_takes_room_in_the_picture_of_the_title()

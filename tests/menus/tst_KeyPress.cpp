@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A key with a button, and what it has sent.
+// A key with its button and the messages that it has sent.
 struct Pressed
 {
     explicit Pressed(int type)
@@ -30,7 +30,8 @@ struct Pressed
     Pressed(const Pressed&) = delete;
     Pressed& operator=(const Pressed&) = delete;
 
-    // What the operator does in the modal editor that the press opens; closes what is left open.
+    // Presses the key and runs the script in the modal editor that opens. An editor that is still
+    // open afterwards is closed.
     void press(const std::function<void(QWidget*)>& script)
     {
         whenModal([script](QWidget* dialog) {

@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Presses of the keys that open a selection list, a slider or a file board.
+// Tests the presses of keys that open a selection list, a slider or a file board.
 class tst_KeyPressLists : public QObject
 {
     Q_OBJECT
@@ -209,7 +209,7 @@ private slots:
         QCOMPARE(sent.count(u"MOD 20"_s) + sent.count(u"MOD 29"_s) + sent.count(u"MOD 30"_s),
             qsizetype{sent.size()} - 1);
         for (int i = 1; i < times.size(); ++i) {
-            QVERIFY(times.at(i) - times.at(i - 1) >= 399); // both are cut to whole milliseconds
+            QVERIFY(times.at(i) - times.at(i - 1) >= 399); // both are rounded down to whole ms
         }
     }
 

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Memory that this process occupies, in kB.
+// Returns the memory that this process occupies, in kB.
 qint64 residentKilobytes()
 {
     QFile file(u"/proc/self/statm"_s);

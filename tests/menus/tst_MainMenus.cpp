@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Menus and their messages, with a stack as the main window has it.
+// The menus and their messages, with a stack like the one in the main window.
 struct Menus
 {
     QWidget window;
@@ -364,7 +364,7 @@ private slots:
         QVERIFY(pax->buttons.at(1)->isHidden());
     }
 
-    // A key that has no cell is shown nowhere, whatever the main unit says about its state.
+    // A key without a cell is never shown, whatever state the main unit sends for it.
     void a_copy_without_a_cell_is_shown_by_no_CK_data()
     {
         QTest::addColumn<QString>("menu");

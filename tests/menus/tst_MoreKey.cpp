@@ -20,7 +20,7 @@ QImage picture(int page, int pages, const QSize& size = MenuKeySize)
     return key.grab().toImage();
 }
 
-// The smallest rectangle that holds everything that is painted inside the border.
+// Returns the smallest rectangle that contains everything that is painted inside the border.
 QRect ink(const QImage& image)
 {
     QRect found;
@@ -75,7 +75,7 @@ private slots:
         const QRect whole = QRect(QPoint(0, 0), size).adjusted(3, 3, -3, -3);
         const QRect found = ink(picture(pages, pages, size));
         QVERIFY(whole.contains(found));
-        // Both texts are there: side by side or one under the other.
+        // Both texts are shown, either side by side or one below the other.
         QFont font = QApplication::font();
         font.setPixelSize(18);
         const int textWidth = QFontMetrics(font).horizontalAdvance(u"More..."_s);

@@ -116,7 +116,7 @@ private slots:
         QCOMPARE(m_card->answered(), 0);
         QCOMPARE(m_card->refused(), refused);
         QCOMPARE(heard(), QByteArray());
-        // and the next good one is
+        // The next correct request is answered.
         m_port->write(QByteArray(300, 'x') + bus::frame(u"0190RVER000000"_s, '[', ']', true));
         m_port->flush();
         m_port->write(bus::frame(u"0190RVER000000"_s, '[', ']', true));
@@ -204,7 +204,7 @@ private slots:
         QVERIFY(one.times(CardFaults::Cut) > 30 && one.times(CardFaults::Noise) > 30);
     }
 
-    // with the panel's own page at the other end
+    // In the following tests the panel's own page is at the other end of the line.
 
     void the_page_shows_the_older_card()
     {
@@ -239,14 +239,15 @@ private slots:
         for (int channel = 0; channel < 3; ++channel) {
             QTRY_VERIFY(page.chart(channel)->peak().valid);
         }
-        // all of one transform: the demodulator's parameter alone does not tell them apart
+        // The spans 6 to 9 have the same FFT parameter, so the demodulator's command alone does not
+        // tell which one is meant.
         for (const int span : {6, 9, 7, 8}) {
             page.SetSpan(1, span);
             QTRY_COMPARE(m_spectrum->span(1), span);
         }
     }
 
-    // a chart never shows what was measured with another span than its own
+    // A chart never shows a spectrum that was measured with a span other than its own.
     void every_shown_spectrum_has_the_chart_s_span_data()
     {
         QTest::addColumn<int>("type");
@@ -274,7 +275,7 @@ private slots:
         QTRY_VERIFY(shown > 0);
         for (int i = 1; i < 5; ++i) {
             page.SetSpan(0, i);
-            QTest::qWait(i * 30 - 30); // while the one before is told, and after it
+            QTest::qWait(i * 30 - 30); // during the previous change and after it
             page.SetSpan(0, i + 5);
             const int before = shown;
             QTRY_VERIFY(shown > before + 1);
@@ -297,7 +298,7 @@ private slots:
             }
             return all;
         };
-        // a spectrum that does not come is not waited for in full
+        // To save time, the test ends the wait for a missing spectrum early.
         constexpr int StepMs = 20;
         constexpr int PatienceSteps = 6;
         auto* bus = page.findChild<Rs422Bus*>();

@@ -12,7 +12,7 @@ double level(char byte)
     return static_cast<quint8>(byte) * 0.5 - 120.0;
 }
 
-// how many points lie above this level
+// Returns how many points are above this level.
 int above(const QByteArray& points, double dB)
 {
     return static_cast<int>(std::count_if(
@@ -33,7 +33,7 @@ private slots:
         const QByteArray points = one.points(0, Points, 1.0);
         QCOMPARE(points, same.points(0, Points, 1.0));
         QVERIFY(points != other.points(0, Points, 1.0));
-        QVERIFY(points != one.points(0, Points, 1.0)); // and no two are alike
+        QVERIFY(points != one.points(0, Points, 1.0)); // no two spectra are alike
     }
 
     void carriers_rise_above_a_noise_floor()
@@ -86,14 +86,14 @@ private slots:
                     ++count;
                 }
             }
-            const double width = spanTable().at(9).spanMHz; // a little more than its name says
+            const double width = spanTable().at(9).spanMHz; // a little more than the label says
             return count == 0 ? -1.0 : width * (sum / count / Points - 0.5);
         };
         const double before = middleOf();
         spectrum.setShift(0, -8.0);
         QVERIFY2(std::abs(before - middleOf() - 8.0) < 0.2, QByteArray::number(middleOf()));
         spectrum.setShift(0, 500.0);
-        QCOMPARE(above(spectrum.points(0, Points, 0.0), -80.0), 0); // nothing but noise
+        QCOMPARE(above(spectrum.points(0, Points, 0.0), -80.0), 0); // only noise
     }
 
     void what_is_no_rate_or_shift_changes_nothing()
@@ -170,7 +170,7 @@ private slots:
                 QCOMPARE(spectrum.span(1), span);
             }
         }
-        // of the others it was told nothing
+        // No span was set on the card for the other channels, so they follow the parameter.
         spectrum.takeCommand(u"D1 D2 D3:NFFT:11"_s);
         QCOMPARE(spectrum.span(0), 3);
         QCOMPARE(spectrum.span(1), 9);

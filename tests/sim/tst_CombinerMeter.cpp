@@ -17,7 +17,7 @@ private slots:
         UnitState unit;
         const CombinerMeter meter(unit, 1);
         QSignalSpy tells(&meter, &CombinerMeter::tells);
-        QTest::qWait(2 * CombinerMeter::PeriodMs); // nothing can be waited for
+        QTest::qWait(2 * CombinerMeter::PeriodMs); // no event marks that nothing is sent
         QCOMPARE(tells.size(), 0);
         unit.setScopeMode(2, 1);
         QTRY_VERIFY(tells.size() >= 2);
@@ -39,7 +39,7 @@ private slots:
             }
             phases += fields.at(1);
         }
-        QVERIFY(phases.size() > 20); // it moves
+        QVERIFY(phases.size() > 20); // the phase varies
     }
 
     void a_tuner_that_receives_nothing_has_no_magnitude()

@@ -59,7 +59,7 @@ private slots:
             QCOMPARE(bytes.size(), Frame.size() - 1);
             seen.insert(bytes);
         }
-        // any byte of them, the frame characters included
+        // Any byte can be missing, including the frame characters.
         QVERIFY(seen.contains(Frame.mid(1)));
         QVERIFY(seen.contains(Frame.chopped(1)));
         QCOMPARE(seen.size(), Frame.size());
@@ -135,7 +135,7 @@ private slots:
         QCOMPARE(line.release(), Frame + Frame);
         QVERIFY(!line.isHolding());
         for (int i = 1; i < LineFaults::BurstFrames; ++i) {
-            QVERIFY(line.pass(Frame).isEmpty()); // counted anew
+            QVERIFY(line.pass(Frame).isEmpty()); // the count starts again at 0
         }
     }
 

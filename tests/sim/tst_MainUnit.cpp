@@ -70,7 +70,7 @@ private slots:
         unit.tell(u"SF,0,2"_s);
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
-        unit.tell(u"SF,0,3"_s); // the menus are not out yet: what they tell is newer
+        unit.tell(u"SF,0,3"_s); // dropped, because menus are still to be sent and are newer
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner"}));
         unit.tell(u"SF,0,4"_s);
         QTRY_COMPARE(panel.received(), frames({"VER", AgcKey, "SK,Tuner", "SF,0,4"}));
@@ -190,7 +190,7 @@ private slots:
         QTRY_COMPARE(sent.size(), 2);
         panel.close();
         QTRY_VERIFY(!line.isOpen());
-        QTest::qWait(400); // twice the wait that was under way
+        QTest::qWait(400); // twice the wait in the list of menus
         QCOMPARE(sent.size(), 2);
     }
 

@@ -140,7 +140,7 @@ private slots:
 
     void a_message_has_65536_characters_at_most_data()
     {
-        QTest::addColumn<QString>("letter"); // as it stands in the file
+        QTest::addColumn<QString>("letter"); // as written in the file
         QTest::newRow("plain") << "x";
         QTest::newRow("escaped") << "\\xe9";
         QTest::newRow("UTF-8") << QString(QChar(0xe9));
@@ -332,7 +332,7 @@ private slots:
             if ((key.at(3) != u"1"_s || key.at(6) == u"7"_s) && !isSlider) {
                 continue;
             }
-            // a percentage is typed in percent and kept as a fraction
+            // A percentage is typed in percent and stored as a fraction.
             const bool isPercent = key.at(3) == u"1"_s && key.at(6) == u"5"_s;
             const double value = key.at(8).toDouble() * (isPercent ? 100 : 1);
             bool inside = false;

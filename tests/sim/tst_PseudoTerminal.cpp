@@ -40,7 +40,7 @@ private slots:
         PseudoTerminal line;
         QVERIFY(line.isValid());
         QSignalSpy opened(&line, &PseudoTerminal::opened);
-        QTest::qWait(200); // four polls
+        QTest::qWait(200); // four polling periods
         QVERIFY(!line.isOpen());
         QCOMPARE(opened.size(), 0);
         QVERIFY(!line.write("lost"));

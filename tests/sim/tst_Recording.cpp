@@ -97,7 +97,7 @@ private slots:
         file.toPanel(all);
         file.fromPanel(QString::fromLatin1(all), true);
         file.fromPanel(u"D1:SPEN:1"_s, false);
-        // at once, without an end of the writer
+        // The lines are in the file at once, while the writer still has it open.
         const auto lines = Recording::load(path).lines();
         QCOMPARE(lines.size(), 3);
         QVERIFY(lines.at(0).in);

@@ -72,7 +72,8 @@ private slots:
         QTEST(answers, "answers");
     }
 
-    // The time for a line must not grow with what is open: else this does not come to its end.
+    // The time per line must not grow with the number of open questions. Otherwise this test does
+    // not finish in time.
     void many_open_questions_do_not_hold_up_a_long_recording()
     {
         constexpr int Open = 1000;
@@ -87,7 +88,7 @@ private slots:
         for (int i = 0; i < Open; ++i) {
             QVERIFY(score.isAnswer(Open + Presses + i));
         }
-        QVERIFY(!score.isAnswer(lines.size() - 1)); // nobody has asked for this one
+        QVERIFY(!score.isAnswer(lines.size() - 1)); // has no question
         QCOMPARE(score.expected(), Presses + Open + 1);
     }
 
@@ -154,7 +155,7 @@ private slots:
     void an_answer_in_front_of_its_question_does_not_count()
     {
         ReplayScore score(recording(Talk));
-        score.take(frame(u"1.1.6.4"_s), 1); // "VER" is still to be sent
+        score.take(frame(u"1.1.6.4"_s), 1); // "VER" has not been sent yet
         QVERIFY(!score.cameBack(3));
     }
 

@@ -39,7 +39,7 @@ FaultTable rates(const char* text)
     return table;
 }
 
-// 200 blocks of zeros behind these faults.
+// Returns 200 blocks of zeros after these faults were applied to them.
 QByteArray spoiled(const char* faults, quint32 seed = 7)
 {
     ScopeFaults spoiler(rates(faults), seed);
@@ -187,7 +187,7 @@ private slots:
         }
     }
 
-    // No event loop runs in here: the line's time is the test's.
+    // The test calls pass() itself. No event loop runs meanwhile, so the port's own timer does not.
     void a_second_of_the_line_carries_seven_blocks_and_a_half()
     {
         QFETCH(int, tickMs);
@@ -230,7 +230,7 @@ private slots:
 
     void the_line_s_time_is_that_of_the_clock()
     {
-        constexpr double MaxAtOnce = 1536.0 / 11520.0; // seconds: more is not caught up on
+        constexpr double MaxAtOnce = 1536.0 / 11520.0; // seconds that the line can catch up on
         PseudoTerminal line;
         ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         LineEnd panel(line.slavePath());
@@ -241,10 +241,11 @@ private slots:
         double least = 0.0;
         double last = 0.0;
         while (elapsed.elapsed() < 3000) {
-            QTest::qWait(30); // the port's timer is shorter
+            QTest::qWait(30); // longer than the period of the port's timer
             panel.received();
             const double now = static_cast<double>(elapsed.nsecsElapsed()) / 1e9;
-            // where a loaded machine has stopped both, no more than that is sure
+            // A loaded machine can stop both the test and the port. The port then sends only what
+            // it can catch up on.
             least += std::min(MaxAtOnce, now - last);
             last = now;
         }
@@ -261,7 +262,7 @@ private slots:
         ScopePort port(line, SignalSettings(), ScopeFaults(), 1);
         LineEnd panel(line.slavePath());
         QTRY_VERIFY(line.isOpen());
-        QTest::qWait(200); // nothing can be waited for
+        QTest::qWait(200); // no event marks that nothing is sent
         QVERIFY(panel.received().isEmpty());
         QCOMPARE(port.sentCount(), 0);
     }

@@ -11,7 +11,8 @@ namespace {
 
 using Modulation = SignalSettings::Modulation;
 
-// The error vector's power over the symbols' power, in dB, against the nearest points.
+// Returns the power of the error vector relative to the power of the symbols, in dB. The error is
+// the distance to the nearest point of the constellation.
 double errorVectorDb(const SignalSettings& settings, int symbols)
 {
     SignalModel model(settings, 42);
@@ -70,7 +71,8 @@ private slots:
         QFETCH(QByteArray, signal);
         QFETCH(double, snr);
         const double found = -errorVectorDb(settingsOf(signal.constData()), 8000);
-        // points that fall to a neighbour make the error look a little smaller
+        // A sample that is closer to a neighbouring point makes the measured error a little
+        // smaller.
         QVERIFY2(std::abs(found - snr) < 0.7, qPrintable(QString::number(found)));
     }
 
@@ -149,7 +151,7 @@ private slots:
         i.clear();
         q.clear();
         SignalModel(settingsOf("bpsk:snr=60:offset=0.01"), 1).append(100, 1, i, q);
-        // a quarter of a turn later what was I is Q
+        // After a quarter of a turn the signal has moved from I to Q.
         QVERIFY(std::abs(q.at(25)) > 0.9 * 0.5 * 32768);
 
         QVERIFY(errorVectorDb(settingsOf("qpsk:snr=60:phase=5:level=0.4"), 4000) > -22.5);
@@ -196,8 +198,8 @@ private slots:
         }
     }
 
-    // Both filters together are a raised cosine, whose square over the frequency holds
-    // 1 - rollOff / 4 of the power at the decisions: so much is the mean power of all samples.
+    // The two filters together are a raised cosine. The integral of its square over the frequency
+    // is 1 - rollOff / 4, which is the mean power of all samples relative to that at the decisions.
     void the_roll_off_is_what_was_asked_for()
     {
         QFETCH(double, rollOff);
@@ -229,7 +231,7 @@ private slots:
 
     void a_filter_passes_its_band_and_stops_the_rest()
     {
-        const auto taps = SignalModel::bandPass(2.0); // a quarter of a turn a sample to either side
+        const auto taps = SignalModel::bandPass(2.0); // passes ±1/4 turn per sample
         const auto gain = [&taps](double turns) {
             std::complex<double> sum;
             for (size_t n = 0; n < taps.size(); ++n) {

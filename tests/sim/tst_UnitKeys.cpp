@@ -130,7 +130,8 @@ private slots:
         QCOMPARE(m_keys.answers(u"R9:AGC:1"_s), QStringList{u"CV,Tuner CH1,agc,7,1"_s});
     }
 
-    // as the panel has it: else the unit's next CV would set a value that the operator never saw
+    // The panel does the same. Otherwise the unit's next CV would set a value that the operator has
+    // never seen.
     void an_AK_brings_a_value_only_in_place_of_0()
     {
         m_keys.apply(u"AK,Tuner CH1,agc,AGC,0,R1:AGC:,,0,,5,0,1"_s);

@@ -19,7 +19,7 @@ ScopePortSettings scopes(ScopePort::Mode mode)
     return {QList<SignalSettings>(ScopePortSettings::Ports), mode};
 }
 
-// The ports that were made, in the order of their demodulators.
+// Returns the ports that were created, in the order of their demodulators.
 QList<ScopePort*> portsOf(const UnitDevices& devices)
 {
     QList<ScopePort*> ports = devices.findChildren<ScopePort*>();

@@ -19,8 +19,8 @@ const char* const Modulations =
     "AK,Demod 1,mod,Modulation,2,D1:MODE:,,0,0 PCM/FM:1 BPSK:2 DQPSK:3 SOQPSK RS:4 D8PSK:5 16QAM,2,"
     "0,1";
 
-// How far the worst decision of an eye is from zero, as part of the mean one: 1 is an open eye, 0 a
-// closed one.
+// Returns the smallest distance of a sample from zero relative to the mean distance: 1 for an open
+// eye, 0 for a closed one.
 double opening(const SignalSettings& settings)
 {
     SignalModel model(settings, 5);
@@ -141,13 +141,13 @@ private slots:
         QString fault;
         unit.setSignal(1, SignalSettings::fromText(u"qpsk:snr=100"_s, fault));
         unit.takeMessage(QString::fromUtf8(Filter));
-        QCOMPARE(unit.signal(1).band, 4.0); // 10 MHz at 2.5 million symbols a second
+        QCOMPARE(unit.signal(1).band, 4.0); // 10 MHz at 2.5 million symbols per second
         const double wide = opening(unit.signal(1));
         unit.takeCommand(u"R1:IFBW:1"_s);
         QCOMPARE(unit.signal(1).band, 0.8);
         const double narrow = opening(unit.signal(1));
         QVERIFY2(wide > 0.9 && narrow < 0.5 * wide, QByteArray::number(narrow));
-        QCOMPARE(unit.signal(2).band, 16.0); // the other tuner's is as wide as before
+        QCOMPARE(unit.signal(2).band, 16.0); // the other tuner's filter is unchanged
     }
 
     void a_modulation_that_the_model_has_is_taken_data()
@@ -235,7 +235,7 @@ private slots:
     void a_detuned_signal_rotates_and_far_off_there_is_only_noise()
     {
         UnitState unit;
-        unit.takeCommand(u"R1:FREQ:2250.51"_s); // 10 kHz at 2.5 million symbols a second: followed
+        unit.takeCommand(u"R1:FREQ:2250.51"_s); // 10 kHz off: the carrier loop follows
         QCOMPARE(unit.signal(1).offset, 0.0);
         unit.takeCommand(u"R1:FREQ:2250.75"_s);
         QVERIFY(std::abs(unit.signal(1).offset + 0.1) < 1e-9);
@@ -261,7 +261,7 @@ private slots:
         unit.restart();
         unit.takeMessage(u"AK,T,f,RF,1,R1:FREQ:,2200 2400,1,,2300,0,1"_s);
         QCOMPARE(unit.frequency(1), 2300.0);
-        QCOMPARE(tells.size(), 2); // of the operator's change alone, for both charts
+        QCOMPARE(tells.size(), 2); // only the operator's change, for both charts
     }
 
     void after_a_restart_the_first_modulation_is_back()

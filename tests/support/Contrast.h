@@ -10,8 +10,8 @@
 /// 0.03928.
 namespace contrast {
 
-constexpr double Text = 4.5;    ///< What WCAG 2, success criterion 1.4.3, asks for text.
-constexpr double Outline = 3.0; ///< What success criterion 1.4.11 asks for outlines and symbols.
+constexpr double Text = 4.5;    ///< The minimum for text in WCAG 2, success criterion 1.4.3.
+constexpr double Outline = 3.0; ///< The minimum for outlines and symbols in criterion 1.4.11.
 
 inline double linear(double part)
 {
@@ -24,7 +24,7 @@ inline double luminance(const QColor& color)
         0.0722 * linear(color.blueF());
 }
 
-/// \return 1 for equal colours to 21 for white and black.
+/// \return from 1 for equal colours to 21 for white and black
 inline double ratio(const QColor& one, const QColor& other)
 {
     const double a = luminance(one);

@@ -5,14 +5,14 @@
 #include <cstddef>
 
 #if defined(__SANITIZE_ADDRESS__)
-// The header of the sanitizer does not come with every compiler.
+// Not every compiler installs the header of the sanitizer.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #else
 #include <malloc.h>
 #endif
 
-/// \return the bytes in use on the heap of the program, without free memory that the allocator
-/// keeps
+/// \return the bytes in use on the heap of the program, without the free memory that the
+/// allocator keeps
 inline qsizetype heapInUse()
 {
 #if defined(__SANITIZE_ADDRESS__)

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// The panel's end of a line whose other end is the code under test. Opens a path without Qt's
+/// The panel's end of a line whose other end is the code under test. It opens a path without Qt's
 /// serial port and reads and writes plain bytes.
 class LineEnd
 {
@@ -20,10 +20,10 @@ public:
     /// \return whether all bytes were taken at once
     bool write(const QByteArray& bytes) const;
 
-    /// \return what is there now, at most \a limit bytes
+    /// \return the bytes that can be read now, at most \a limit of them
     QByteArray read(int limit = 65536) const;
 
-    /// \return everything since the start, including what is there now
+    /// \return all bytes since the start, including those that can be read now
     const QByteArray& received();
 
 private:

@@ -39,7 +39,7 @@ public:
         return sent(bytes);
     }
 
-    /// \return everything that the panel has sent; its answer to a "PING" marks the end
+    /// \return everything that the panel has sent until it answers a "PING"
     QByteArray heard() { return sent(QByteArray()); }
 
     /// \return the first visible window with this object name, nullptr when there is none

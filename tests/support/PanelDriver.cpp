@@ -38,7 +38,7 @@ void PanelDriver::start()
     QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("sim: menus sent"), LongMs);
     m_screen = std::make_unique<RfbClient>();
     QVERIFY2(m_screen->connectTo(port), qPrintable(m_screen->errorString()));
-    // the start-up picture stands over all for its 15 seconds, whatever is touched below it
+    // The start-up picture covers everything for 15 seconds, whatever is touched meanwhile.
     const QPoint inPicture(200, 340);
     QVERIFY(shows(inPicture, Qt::white));
     openMenu("Outputs");
@@ -46,7 +46,7 @@ void PanelDriver::start()
     sent();
     QVERIFY(!m_unit->output().contains("panel: REL"));
     QCOMPARE(at(inPicture), QColor(Qt::white));
-    QTRY_COMPARE_WITH_TIMEOUT(at(inPicture), Grey, 2 * LongMs); // beside the text of a key
+    QTRY_COMPARE_WITH_TIMEOUT(at(inPicture), Grey, 2 * LongMs); // a point of a key beside its text
 }
 
 void PanelDriver::stop()
@@ -132,7 +132,8 @@ void PanelDriver::say(const QByteArray& message)
     QTRY_VERIFY_WITH_TIMEOUT(m_unit->output().count(answer) > before, LongMs);
 }
 
-// A picture comes behind the touches before it, an answer behind what they have sent.
+// The panel sends a picture after it has handled the earlier touches, and answers after everything
+// that those touches have sent.
 QByteArrayList PanelDriver::sent()
 {
     m_screen->picture();

@@ -25,7 +25,7 @@ public:
     static inline const QColor Green{0, 128, 0};
     static inline const QColor Grey{0x91, 0x91, 0x91};
     static inline const QColor Black{0, 0, 0};
-    static inline const QColor TitleBlue{66, 89, 148}; // of every editor
+    static inline const QColor TitleBlue{66, 89, 148}; // the title of every editor
 
     // The buttons of the status bar, and a point of the bar itself, left of the texts.
     static constexpr QPoint Linking{451, 455};
@@ -33,7 +33,7 @@ public:
     static constexpr QPoint NextView{675, 455};
     static constexpr QPoint StatusBar{380, 474};
 
-    // A point beside the text in the title of an editor: pads and lists.
+    // A point beside the text in the title of an editor (a pad or a list).
     static constexpr QPoint Title{30, 28};
 
     /// \param simulator, panel paths of the programs
@@ -42,9 +42,9 @@ public:
     /// Starts the unit, then the panel, and waits for the menus and for the end of the start-up
     /// picture.
     void start();
-    /// Ends both.
+    /// Ends the panel and the unit.
     void stop();
-    /// Goes back to the menus after a test, whatever it has left on the screen.
+    /// Goes back to the menus after a test, whatever the test has left on the screen.
     void showMenus();
 
     /// Starts the unit and replaces one that is running.
@@ -56,16 +56,15 @@ public:
 
     /// \return the middle of a key, in a menu of up to four rows of keys
     static QPoint key(int row, int column);
-    /// \return a point of the key that no text reaches
+    /// \return a point of the key that no text covers
     static QPoint besideText(int row, int column);
 
     QColor at(QPoint point) { return m_screen->picture().pixelColor(point); }
-    /// Waits until the screen has this colour at a point. \return false when it does not come
+    /// Waits until the screen has this colour at a point. \return false on a timeout
     bool shows(QPoint point, const QColor& colour);
-    /// Waits until the screen has another colour at a point. \return false when it does not come
+    /// Waits until the screen has another colour at a point. \return false on a timeout
     bool showsOther(QPoint point, const QColor& colour);
-    /// Waits until this part of the screen is different from \a before. \return false when it is
-    /// not
+    /// Waits until this part of the screen differs from \a before. \return false on a timeout
     bool changes(const QImage& before, const QRect& part);
     /// \return how many points of this part of the screen are nearly white
     int bright(const QRect& part);
@@ -95,5 +94,5 @@ private:
     std::unique_ptr<Program> m_unit;
     std::unique_ptr<Program> m_panel;
     std::unique_ptr<RfbClient> m_screen;
-    qsizetype m_seen = 0; // of the unit's output
+    qsizetype m_seen = 0; // bytes of the unit's output that sent() has read
 };

@@ -8,7 +8,7 @@
 #include <QScrollArea>
 #include <QtTest>
 
-/// What the tests of the pop-ups check in a dialog.
+/// Checks of a dialog that the tests of the pop-ups share.
 namespace popUps {
 
 inline QDialog* dialog(QWidget* modal)
@@ -42,8 +42,8 @@ inline QScrollArea* scrolled(const QWidget* modal)
     return modal->findChild<QScrollArea*>();
 }
 
-/// Whether the dialog and every button in it are inside a screen of 800 × 480; of buttons that are
-/// scrolled, the view has to be.
+/// Whether the dialog and every button in it are inside a screen of 800 × 480. For buttons in a
+/// scrolled view, the view is checked instead.
 inline bool isInsideScreen(const QWidget* modal)
 {
     if (!QRect(0, 0, 800, 480).contains(modal->geometry())) {

@@ -32,7 +32,8 @@ double Program::cpuSeconds() const
     if (!file.open(QIODevice::ReadOnly)) {
         return 0;
     }
-    // the second field, the name in brackets, may hold blanks; user and system time are 14 and 15
+    // The second field, the name in brackets, may contain blanks. Fields 14 and 15 are the user and
+    // the system time.
     const QList<QByteArray> fields = file.readAll().split(')').last().trimmed().split(' ');
     const double ticks = fields.value(11).toDouble() + fields.value(12).toDouble();
     return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));

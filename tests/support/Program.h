@@ -4,8 +4,8 @@
 #include <QProcess>
 #include <QStringList>
 
-/// One of our programs. It starts at once, its output is collected, and it is killed when the
-/// object goes out of scope.
+/// One of the programs of this project. It starts at once, its output is collected, and it is
+/// killed when the object goes out of scope.
 class Program : public QProcess
 {
 public:
@@ -24,7 +24,7 @@ public:
     /// Whether one line of the output is exactly this.
     bool has(const QByteArray& line) { return ('\n' + output()).contains('\n' + line + '\n'); }
 
-    /// Waits until the program has ended. \return false when it did not
+    /// Waits until the program has ended. \return false on a timeout
     bool ends() { return state() == NotRunning || waitForFinished(LongMs); }
 
     /// \return the processor time that it has used, user and system, in seconds

@@ -61,7 +61,7 @@ bool Pty::writeUntilRead(const QByteArray& bytes)
     QElapsedTimer elapsed;
     elapsed.start();
     const auto inTime = [&elapsed] { return elapsed.elapsed() < MaxWriteMs; };
-    // the kernel hands them over when it likes, and they are read in a turn of the event loop only
+    // The kernel can deliver the bytes late, and the event loop has to run for them to be read.
     const bool written = slave >= 0 && write(bytes);
     while (written && unread() < bytes.size() && inTime()) {
     }

@@ -31,7 +31,7 @@ public:
 
     /// \return everything since the last call of takeReceived()
     QByteArray received();
-    /// \return the same, and forgets it
+    /// Like received(), but forgets the bytes afterwards.
     QByteArray takeReceived();
 
     /// Closes the line, as when a plug is pulled.

@@ -18,12 +18,12 @@ constexpr qint32 RawEncoding = 0;
 constexpr int BytesPerPixel = 4;
 constexpr qint64 MaxTextLength = 1024 * 1024; // of a name, a reason or a clipboard
 
-// messages of the server
+// Types of the server's messages.
 constexpr quint8 FramebufferUpdate = 0;
 constexpr quint8 ColourMap = 1;
 constexpr quint8 Bell = 2;
 constexpr quint8 CutText = 3;
-// messages of the client
+// Types of the client's messages.
 constexpr quint8 SetPixelFormat = 0;
 constexpr quint8 SetEncodings = 2;
 constexpr quint8 UpdateRequest = 3;
@@ -47,7 +47,7 @@ quint32 u32(const QByteArray& bytes, int at)
     return qFromBigEndian<quint32>(bytes.constData() + at);
 }
 
-// 32 bits, depth 24, little-endian, red at bit 16: the pixels of QImage::Format_RGB32.
+// Describes the pixels of QImage::Format_RGB32: 32 bits, depth 24, little-endian, red at bit 16.
 QByteArray pixelFormat()
 {
     return QByteArray::fromHex("20180001"
@@ -193,7 +193,7 @@ void RfbClient::requestPicture()
 {
     QByteArray request;
     append(request, UpdateRequest);
-    append(request, quint8{0}); // all of it, not only what has changed
+    append(request, quint8{0}); // the whole screen, not only the changes
     append(request, quint16{0});
     append(request, quint16{0});
     append(request, quint16(m_picture.width()));

@@ -8,16 +8,16 @@
 #include <QString>
 #include <QTcpSocket>
 
-/// A remote screen: shows and touches a program that runs with "-platform
+/// A remote screen, which shows and touches a program that runs with "-platform
 /// vnc:size=800x480:port=N". It speaks RFB 3.3 to 3.8 (RFC 6143) without authentication and with
 /// raw pictures of 32 bits per pixel.
 ///
-/// Every call blocks until it is done, or until its time is over; errorString() then says what was
-/// missing. The program at the other end must be another process.
+/// Every call blocks until it is done or until a timeout. After a timeout errorString() says what
+/// was missing. The program at the other end must be another process.
 class RfbClient
 {
 public:
-    /// How long a call blocks at most.
+    /// The longest time that a call blocks.
     static constexpr int DefaultTimeoutMs = 20000;
 
     RfbClient() = default;
@@ -27,20 +27,20 @@ public:
     /// \return a TCP port that nobody listens on now
     static quint16 freePort();
 
-    /// Connects to the port on this machine and shakes hands. Tries again until the program
-    /// listens. \return whether that was done in time
+    /// Connects to the port on this machine and does the handshake. It tries again until the
+    /// program listens. \return whether this succeeded in time
     bool connectTo(quint16 port, int timeoutMs = DefaultTimeoutMs);
 
     /// \return the size of the other screen; empty before connectTo()
     QSize size() const { return m_picture.size(); }
-    /// \return what went wrong last, empty when nothing did
+    /// \return the last error, empty when there was none
     QString errorString() const { return m_error; }
 
-    /// Presses the left button at a point of the screen. \return whether that was sent
+    /// Presses the left button at a point of the screen. \return whether the message was sent
     bool press(QPoint at);
-    /// Releases the left button at a point of the screen. \return whether that was sent
+    /// Releases the left button at a point of the screen. \return whether the message was sent
     bool release(QPoint at);
-    /// Presses and releases the left button. \return whether that was sent
+    /// Presses and releases the left button. \return whether the message was sent
     bool click(QPoint at);
 
     /// \return the whole screen as it is now; a null image when it did not come in time

@@ -11,14 +11,14 @@
 #include <memory>
 
 /// The panel's window in the process of the test, without its start-up picture, and the simulated
-/// unit (the program) at the other end of all its lines. Base of tests that press keys and check
-/// what the unit makes of it.
+/// unit (the program) at the other end of all its lines. Base class of the tests that press keys
+/// and check how the unit reacts.
 class UnitFixture
 {
 protected:
     static constexpr int LongMs = 40000;
 
-    /// Starts both and waits for the menus. \param simulator path of the program
+    /// Starts the unit and the window and waits for the menus. \param simulator path of the program
     /// \param options of the program, in addition to --dir
     void start(const QString& simulator, const QStringList& options)
     {
@@ -39,7 +39,7 @@ protected:
         say("PING");
     }
 
-    /// Ends both.
+    /// Ends the window and the unit.
     void stop()
     {
         m_window.reset();

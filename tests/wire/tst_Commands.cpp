@@ -81,7 +81,7 @@ private slots:
     void a_command_of_the_panel_is_told_from_what_a_key_sends_data()
     {
         QTest::addColumn<QString>("body");
-        QTest::addColumn<QString>("word"); // empty: a key's
+        QTest::addColumn<QString>("word"); // empty for what a key sends
         QTest::newRow("PONG") << "PONG"
                               << "PONG";
         QTest::newRow("Main") << "Main"
@@ -183,11 +183,11 @@ private slots:
         row("AK,Menu,k,L,5,C,,0,,0", "AK: 9 fields, needs 11");
         row("AK", "AK: 0 fields, needs 11");
         row("AK,Menu,k,L,5,C,,0,,0,0,1", "");
-        row("AK,Menu,k,L,x,C,,x,,x,x,x", ""); // such numbers count as 0
+        row("AK,Menu,k,L,x,C,,x,,x,x,x", ""); // a field that is not a number counts as 0
         row("SK", "SK: 0 fields, needs 1");
         row("SK,Nowhere", "");
         row("CK,Menu", "CK: 1 field, needs 2");
-        row("CK,Menu,k", ""); // a state that is missing is 0
+        row("CK,Menu,k", ""); // a missing state counts as 0
         row("CV,Menu,k", "");
         row("EI,Menu,k", "EI: 2 fields, needs 3");
         row("SM,1", "SM: 1 field, needs 2");

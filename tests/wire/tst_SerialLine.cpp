@@ -99,7 +99,7 @@ private slots:
         pty.close();
         QTRY_COMPARE(lost.count(), 1);
         QVERIFY(!line.isOpen());
-        // A loop at full speed would use many times more.
+        // A busy loop would use many times more processor time.
         const double before = cpuSeconds();
         QTest::qWait(1000);
         QVERIFY(cpuSeconds() - before < 0.3);
