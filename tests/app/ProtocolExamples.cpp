@@ -83,8 +83,8 @@ QStringList namesIn(const QString& text)
     return names;
 }
 
-// Returns one statement, or one per press in a sequence of presses; none when the text is not
-// understood.
+// Returns one statement, or one for each press in a sequence of presses. Returns none when the text
+// is not understood.
 QList<Example::Statement> statementsOf(const QString& text)
 {
     QList<Example::Statement> all;
@@ -116,8 +116,8 @@ QAbstractButton* visibleButton(const QWidget* window, const QString& text)
     return nullptr;
 }
 
-// Returns the button that the operator could touch: in the modal editor, else in a window over the
-// panel, else in the panel.
+// Returns the button that the operator can touch: in the modal editor, otherwise in a window over
+// the panel, otherwise in the panel.
 QAbstractButton* buttonOnTop(const QString& text)
 {
     if (const QWidget* modal = QApplication::activeModalWidget()) {
@@ -147,7 +147,7 @@ QMessageBox* shownBox()
     return nullptr;
 }
 
-// The link mode is stored, so each panel starts with a reset one.
+// The link mode is stored, so each panel starts with the mode reset.
 DeviceDirectory& withoutLinkMode(DeviceDirectory& devices)
 {
     linkMode::store(linkMode::None);
@@ -264,7 +264,7 @@ void ExampleRun::tryNext()
     }
 }
 
-// Closes one open editor per call, because each runs inside the press that has opened it.
+// Closes one open editor per call, because each editor runs inside the press that has opened it.
 void ExampleRun::giveUp()
 {
     if (QWidget* modal = QApplication::activeModalWidget()) {
@@ -332,7 +332,7 @@ ExampleRun::Outcome ExampleRun::press(const QString& text)
     if (button == nullptr) {
         return Outcome::NotYet;
     }
-    // Not from here, because a timer does not fire again inside its own signal.
+    // The click is not made from here, because a timer does not fire again inside its own signal.
     m_pressing = true;
     QTimer::singleShot(0, button, [this, button] {
         m_pressing = false;
@@ -360,7 +360,7 @@ ExampleRun::Outcome ExampleRun::sends(const QByteArray& expected)
     return Outcome::NotYet;
 }
 
-// Only the answers to our own queries may come; the last query is sent now.
+// Only the answers to our own queries may arrive. This function sends the last query.
 ExampleRun::Outcome ExampleRun::sendsNothing()
 {
     if (!m_lastAsked) {
@@ -475,8 +475,8 @@ bool ExampleRun::chartHolds(const Example::Statement& statement) const
     }
 }
 
-// Whether the panel has carried out the messages: it has answered the query behind them, or opened
-// an editor.
+// Returns whether the panel has carried out the messages, that is, has answered the query after
+// them or has opened an editor.
 bool ExampleRun::isCarriedOut()
 {
     const QList<QByteArray> pieces = notYetSeen();

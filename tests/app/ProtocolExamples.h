@@ -9,7 +9,7 @@
 #include <QStringList>
 #include <QTimer>
 
-// The examples of docs/protocol.md: the "menu" blocks, each followed by the list of its results.
+// This is one example of docs/protocol.md: a "menu" block, followed by the list of its results.
 //
 // A statement is one item of the list; names and texts are in backticks:
 //     operator presses `A` `B` ...        one after the other
@@ -73,16 +73,16 @@ struct Example
     QByteArray messages;
     QList<Statement> statements;
 
-    // Returns the examples of a document. Each item that is not understood, and each example
-    // without a statement, is a fault: "LINE: reason".
+    // Returns the examples of a document. Each item that is not understood and each example without
+    // a statement adds a fault in the form "LINE: reason".
     static QList<Example> read(const QByteArray& document, QStringList& faults);
 };
 
 // Carries out one example: a new panel gets the messages over a line, then the statements are
 // checked one after the other.
 //
-// A timer checks them, because a press may open an editor that runs inside the click, where nothing
-// but a timer goes on. Each statement is waited for.
+// A timer checks them, because a press may open an editor that runs inside the click, where only a
+// timer continues. The run waits for each statement.
 class ExampleRun : public QObject
 {
     Q_OBJECT
@@ -90,10 +90,11 @@ class ExampleRun : public QObject
 public:
     static constexpr int MaxWaitMs = 10000;
 
-    // patienceMs: how long to wait for each statement.
+    // `patienceMs` is the time to wait for each statement.
     explicit ExampleRun(const Example& example, int patienceMs = MaxWaitMs);
 
-    // Returns the statement that does not hold, and what was found instead; empty when all hold.
+    // Returns the statement that does not hold and what was found instead, or an empty text when
+    // all hold.
     QString failure();
 
 private:

@@ -14,7 +14,8 @@
 #include <map>
 #include <memory>
 
-// The panel on the screen; the test is at the other end of its line and of its three scope ports.
+// The panel is on the screen, and the test is at the other end of its line and of its three scope
+// ports.
 class ScopesFixture : public QObject
 {
 protected:

@@ -1,5 +1,5 @@
-// Message boxes of the main unit that stand when something opens: over a real line, touched through
-// the windows.
+// These tests check message boxes of the main unit that are open when another window opens. They
+// use a real line and touch the windows.
 #include "link/LinkModeDialog.h"
 #include "support/Panel.h"
 #include "support/PopUps.h"

@@ -146,7 +146,7 @@ private slots:
         for (int i = 0; i < 1000; ++i) {
             burst += framed("PING");
         }
-        // 300,000 answers of 6 bytes; none of them is read.
+        // The panel writes 300,000 answers of 6 bytes, and the test reads none of them.
         for (int i = 0; i < 300; ++i) {
             QVERIFY(m_pty->write(burst));
         }

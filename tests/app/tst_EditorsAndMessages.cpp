@@ -1,6 +1,6 @@
-// What the main unit sends while the operator has an editor open, over a real line, with real
-// clicks on the real window. The editor's result is sent by its key, or not at all when the key was
-// deleted.
+// These tests check messages that the main unit sends while the operator has an editor open, over a
+// real line and with real clicks on the real window. The key that opened the editor sends its
+// result; nothing is sent when the key was deleted.
 #include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -17,7 +17,7 @@ namespace {
 
 constexpr int LongMs = 20000;
 
-// A way of entering a value.
+// This describes one way of entering a value.
 struct Editor
 {
     const char* name;
@@ -146,7 +146,7 @@ private slots:
         const Editor& editor = editors().at(index);
         open(editor);
         use(*m_panel, editor, [&](QWidget* dialog) {
-            // say() returns when a "PING" behind the messages was answered.
+            // The function say() returns when a "PING" after the messages was answered.
             QCOMPARE(m_panel->say(messages), answer);
             QVERIFY(dialog->isVisible());
         });
@@ -188,7 +188,7 @@ private slots:
         use(*m_panel, editor, [&](QWidget* dialog) {
             m_panel->say({"CLEAR"});
             QTRY_VERIFY(key == nullptr);
-            // A key of the same name is another key.
+            // A new key with the same name is a different key.
             m_panel->say({definition(editor, "Setting"), "SK,Test"});
             QVERIFY(dialog->isVisible());
         });
@@ -242,7 +242,7 @@ private slots:
         QTest::addColumn<int>("index");
         addEditors();
     }
-    // While an editor is open that the unit has opened itself, messages wait: they are carried out
+    // While an editor is open that the unit has opened itself, messages wait. They are carried out
     // when it is closed.
     void the_key_can_be_deleted_under_two_editors()
     {

@@ -39,7 +39,7 @@ private slots:
         };
         paint(1000);
         const qsizetype before = heapInUse();
-        paint(10000); // would leave 2.6 MB with the pixmap cache on
+        paint(10000); // would leave 2.6 MB if the pixmap cache were on
         QVERIFY2(heapInUse() - before < 100 * 1024, QByteArray::number(heapInUse() - before));
     }
 };

@@ -1,4 +1,5 @@
-// What the panel tells of its link to the main unit: over a real line, on the real window.
+// These tests check what the panel shows about its link to the main unit, over a real line and on
+// the real window.
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
 #include "scopes/ScopesPage.h"
@@ -27,7 +28,7 @@ class tst_LinkNotice : public QObject
 
     static QLabel* notice(const Panel& panel) { return part<QLabel>(panel.window, "noticeLabel"); }
 
-    // The place of the notice in the window.
+    // Returns the place of the notice in the window.
     static QRect place(const Panel& panel)
     {
         const QLabel* label = notice(panel);
@@ -136,7 +137,7 @@ private slots:
         QVERIFY(notice(panel)->isVisible());
         QCOMPARE(place(panel).bottom(), 479);
         QVERIFY(panel.window.rect().contains(place(panel)));
-        // nothing of the page lies over it
+        // No part of the page covers the notice.
         QWidget* top = panel.window.childAt(place(panel).center());
         QVERIFY(top != nullptr);
         const QImage seen = panel.window.grab(place(panel)).toImage();

@@ -1,5 +1,5 @@
-// The main menus, the link mode dialog and the message boxes at 800 × 480. With QN740_PICTURES=DIR
-// every screen is saved there as a PNG.
+// These tests show the main menus, the link mode dialog and the message boxes at 800 × 480. With
+// QN740_PICTURES=DIR they save every screen there as a PNG.
 #include "app/Rooms.h"
 #include "support/Panel.h"
 #include "support/TestMain.h"
@@ -31,7 +31,7 @@ QByteArray key(const QByteArray& menu, const QByteArray& id, const QByteArray& l
     return "AK," + menu + ',' + id + ',' + label + ",0,X:,,0,,0," + (on ? "1" : "0") + ",1";
 }
 
-// Five keys on each source menu.
+// Returns messages that put five keys on each source menu.
 QList<QByteArray> sourceMenus()
 {
     QList<QByteArray> messages;
@@ -63,7 +63,8 @@ class tst_MainMenuScreens : public QObject
 {
     Q_OBJECT
 
-    // Every visible button is inside the screen and overlaps no other, and no text is shortened.
+    // Checks that every visible button is inside the screen and overlaps no other, and that no text
+    // is shortened.
     static void checkButtons(const QWidget& window, qsizetype atLeast)
     {
         QList<QPushButton*> buttons;

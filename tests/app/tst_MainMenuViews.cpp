@@ -1,4 +1,5 @@
-// Which page is shown after the messages of the main menus, over the line and with real touches.
+// These tests check which page is shown after the messages of the main menus, over the line and
+// with real touches.
 #include "app/MenuNavigation.h"
 #include "app/Rooms.h"
 #include "menus/Key.h"
@@ -216,7 +217,7 @@ private slots:
         QCOMPARE(panel.window.rooms().views->menu.widget(), menu(panel, "Big")->frame);
         QVERIFY(!panel.window.displayActive());
         QVERIFY(panel.window.statusBar()->isHidden());
-        // "SK" leaves it like any other menu.
+        // "SK" leaves this menu like any other.
         panel.say({"SK,Tuner CH1"});
         QCOMPARE(panel.window.rooms().stack->currentWidget(), menu(panel, "Tuner CH1")->frame);
         panel.say({"PAX,0"});

@@ -34,8 +34,8 @@ QSplashScreen* splash()
     return nullptr;
 }
 
-// Relative luminance, from 0 (black) to 1 (white), as WCAG 2.1 defines it for the contrast of
-// texts.
+// Returns the relative luminance from 0 (black) to 1 (white), as WCAG 2.1 defines it for the
+// contrast of texts.
 double luminance(const QColor& colour)
 {
     const auto linear = [](double part) {

@@ -1,4 +1,5 @@
-// The scopes in the whole panel: their data, their page, and the scope on the PAX main menu.
+// These tests check the scopes in the whole panel: their data, their page, and the scope on the PAX
+// main menu.
 #include "app/ScopesFixture.h"
 #include "scopes/PlotView.h"
 #include "support/TestMain.h"
@@ -78,7 +79,7 @@ private slots:
         QTest::newRow("trace 1") << QByteArray("LC,2,1") << 1;
         QTest::newRow("trace 2") << QByteArray("LC,2,2") << 2;
         QTest::newRow("trace 3") << QByteArray("LC,2,3") << 3;
-        // These set the colour of the spectrum only, or nothing.
+        // These messages set only the colour of the spectrum, or nothing.
         for (const char* none : {"LC,2", "LC,2,0", "LC,2,4", "LC,2,-1", "LC,2,-2147483648",
                  "LC,2,2147483647", "LC,2,x", "LC,x,1", "LC,8,1", "LC,-1,2", "LC"}) {
             QTest::newRow(none) << QByteArray(none) << 0;

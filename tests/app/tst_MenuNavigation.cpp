@@ -166,7 +166,7 @@ private slots:
         makePaxMenu();
         m_navigation->clear();
         deleteCleared();
-        // another menu at the same position of the list
+        // Another menu is now at the same position of the list.
         define(u"A"_s);
         define(u"B"_s);
         m_navigation->takePaxMessage({u"1"_s});
@@ -188,7 +188,7 @@ private slots:
     }
 
 private:
-    // A menu with one key, or another key for a menu that exists.
+    // Defines a menu with one key, or another key for a menu that exists.
     void define(const QString& menu)
     {
         m_menus->defineKey({menu, u"k"_s, u"Label"_s, u"5"_s, u"C"_s, QString(), u"0"_s, QString(),

@@ -1,4 +1,4 @@
-// The panel when it is started with the option for a card of the older type.
+// These tests check the panel when it is started with the option for a card of the older type.
 #include "app/Identity.h"
 #include "app/MainWindow.h"
 #include "app/Rooms.h"

@@ -1,4 +1,4 @@
-// What happens when the panel is deleted, whatever is open.
+// These tests check what happens when the panel is deleted, whatever is open.
 #include "app/MenuNavigation.h"
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
@@ -47,7 +47,7 @@ private slots:
         QCOMPARE(m_panel->say({"Slave"}), framed("Slave,0"));
     }
 
-    // The children of the window are deleted when its members are gone already.
+    // When the children of the window are deleted, its members are already gone.
     void what_its_parts_say_while_they_go_reaches_nobody()
     {
         openEverything();
@@ -72,8 +72,8 @@ private slots:
     }
 
 private:
-    // The PAX main menu with the displays that it borrows, more message boxes than stand at a time,
-    // and the dialog of link modes.
+    // Opens the PAX main menu with the displays that it borrows, more message boxes than can be
+    // open at a time, and the dialog of link modes.
     void openEverything()
     {
         QList<QByteArray> messages{

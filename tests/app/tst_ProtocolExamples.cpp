@@ -24,7 +24,7 @@ QByteArray document()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Returns the lines in all blocks of this kind.
+// Returns the lines of all blocks of this kind.
 QList<QByteArray> blockOf(const QByteArray& kind)
 {
     QList<QByteArray> lines;
@@ -277,8 +277,8 @@ private slots:
         QFETCH(QByteArray, messages);
         QFETCH(QByteArray, list);
         QFETCH(QString, failure);
-        // A wait for what never comes is short; everything else comes soon, however slow the
-        // machine.
+        // A wait for something that never comes is short. Everything else comes soon, however slow
+        // the machine is.
         const int patience = failure.endsWith(u"does not hold"_s) ? ShortMs : ExampleRun::MaxWaitMs;
         QCOMPARE(outcome(messages.constData(), list.constData(), patience), failure);
     }

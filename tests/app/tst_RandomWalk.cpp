@@ -1,5 +1,5 @@
-// A long random sequence of messages that define and delete menus, with real touches in between.
-// After each step a small model says which page must be on the screen.
+// This test sends a long random sequence of messages that define and delete menus, with real
+// touches in between. After each step a small model says which page must be on the screen.
 //
 // QN740_WALK_STEPS and QN740_WALK_SEED set the number of steps and the seed.
 #include "app/Rooms.h"
@@ -32,8 +32,8 @@ constexpr qsizetype MaxGrowth = 128 * 1024 + ScopeOnPax;
 const QStringList PlainNames{QStringLiteral("Tuner CH1"), QStringLiteral("Demod 2"),
     QStringLiteral("Extra"), QStringLiteral("Main"), QStringLiteral("PAX")};
 
-// What the screen must show, by the rules alone: every page has a number of its own, which is never
-// used again, and indexes of the stack do not occur.
+// This model says what the screen must show, by the rules alone. Every page has a number of its
+// own, which is never used again, and indexes of the stack do not occur.
 struct Model
 {
     struct Menu
@@ -148,7 +148,7 @@ class tst_RandomWalk : public QObject
         return menu.name;
     }
 
-    // --- what the main unit does
+    // --- What the main unit does.
 
     void defineKey() { define(PlainNames.at(below(static_cast<int>(PlainNames.size())))); }
     void define(const QString& name)
@@ -268,7 +268,7 @@ class tst_RandomWalk : public QObject
         m_model.deleteCleared();
     }
 
-    // --- what the operator does
+    // --- What the operator does.
 
     void touchMainMenu()
     {
@@ -348,7 +348,7 @@ class tst_RandomWalk : public QObject
         QVERIFY(part<QPushButton>(m_panel->window, "linkButton")->isEnabled());
     }
 
-    // --- what is checked
+    // --- What is checked.
 
     void checkSent()
     {
@@ -385,7 +385,7 @@ class tst_RandomWalk : public QObject
             m_model.scopesView ? QStringLiteral("Menu") : QStringLiteral("Scopes"));
         QCOMPARE(window.mainMenuIndex() == -1, m_model.mainPage == Model::Never);
         QCOMPARE(window.paxMenuIndex() == -1, m_model.paxPage == Model::Never);
-        // The indexes are those of the pages.
+        // The stored indexes belong to the remembered pages.
         if (m_model.mainPage >= 0) {
             QCOMPARE(stack()->widget(window.mainMenuIndex()), m_pages.value(m_model.mainPage));
         }

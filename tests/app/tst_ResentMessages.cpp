@@ -1,4 +1,5 @@
-// Messages that arrive on the line for re-sent messages and are sent on to the main unit.
+// These tests check messages that arrive on the line for re-sent messages and are sent on to the
+// main unit.
 #include "app/ScopesFixture.h"
 #include "link/LinkControl.h"
 #include "support/TestMain.h"
@@ -56,7 +57,7 @@ private slots:
     }
 
 private:
-    // Makes a window while the re-send line is present, and returns the line.
+    // Creates a window while the re-send line is present, and returns the line.
     Pty* newWindowWithResendLine()
     {
         m_window.reset();

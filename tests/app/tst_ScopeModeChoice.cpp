@@ -171,8 +171,8 @@ private slots:
         QCOMPARE(cells,
             (QMap<QString, QPoint>{{u"Eye Pattern"_s, {0, 0}}, {u"Constellation"_s, {1, 0}},
                 {u"Off"_s, {2, 0}}, {u"Cancel"_s, {2, 2}}}));
-        // Texts of more than ten characters get a smaller font here; a list with large fonts keeps
-        // theirs.
+        // Here texts of more than ten characters get a smaller font, whereas a list with large
+        // fonts keeps its fonts.
         const QString style = u"QPushButton {background-color: %1; color:%2; font-size: %3px;%4} "_s
                               u"QPushButton:pressed {background-color: #4169e1;}"_s;
         QCOMPARE(

@@ -1,4 +1,4 @@
-// "Slave" and its dialog, "SB", "DB", "IK" and "EI", over the line.
+// These tests send "Slave" with its dialog, "SB", "DB", "IK" and "EI" over the line.
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
 #include "link/LinkModeDialog.h"
@@ -180,7 +180,7 @@ private slots:
             QCOMPARE(panel.window.rooms().link->mode(), step.mode);
             QCOMPARE(part<QLabel>(panel.window, "statusLabel")->text(), QLatin1String(step.label));
             QCOMPARE(linkMode::stored(), step.mode);
-            clickOn(radio); // chosen already
+            clickOn(radio); // already chosen
             QCOMPARE(panel.heard(), QByteArray());
         }
     }
@@ -399,7 +399,7 @@ private slots:
         QFETCH(QByteArray, sent);
         Panel panel;
         QCOMPARE(panel.say({message}), sent);
-        // Each message makes a new key, which is off again.
+        // Each message creates a new key, which is off again.
         QCOMPARE(panel.say({message}), sent);
     }
 

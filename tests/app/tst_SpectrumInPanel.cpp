@@ -1,5 +1,5 @@
-// The spectrum page in the whole panel: its start, its place in the sequence of views, and its
-// chart on the PAX main menu.
+// These tests check the spectrum page in the whole panel: its start, its place in the sequence of
+// views, and its chart on the PAX main menu.
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
 #include "link/LinkControl.h"
@@ -295,7 +295,7 @@ private slots:
         }
     }
 
-    // PAX menu
+    // The PAX menu.
 
     void the_span_key_sets_the_span_of_the_first_chart()
     {

@@ -93,7 +93,7 @@ private slots:
         QTest::qWait(0);
         QCOMPARE(bar->currentMessage(), text);
         QVERIFY(bar->fontInfo().pixelSize() >= 14);
-        // nothing of it reaches the parts at the right, or the edge of the screen
+        // No part of the text reaches the widgets at the right or the edge of the screen.
         const auto* linking = part<QPushButton>(*bar, "linkButton");
         QVERIFY(bar->rect().contains(
             part<QLabel>(*bar, "versionLabel")
@@ -103,7 +103,7 @@ private slots:
         for (int y = 0; y < gap.height(); ++y) {
             QCOMPARE(gap.pixelColor(1, y), QColor(0x91, 0x91, 0x91));
         }
-        // a touch shows what is missing, and nothing when nothing is
+        // A touch shows the whole text if it was shortened, and nothing otherwise.
         touchText(*bar);
         auto* box = window.findChild<QMessageBox*>(u"statusTextBox"_s);
         QCOMPARE(box != nullptr, elided);

@@ -1,4 +1,5 @@
-// The page that stands in for a menu page that is gone: over the line and with real touches.
+// These tests check the page that is shown in place of a menu page that is gone, over the line and
+// with real touches.
 #include "app/Rooms.h"
 #include "menus/KeyBoard.h"
 #include "menus/MenuMessages.h"
@@ -32,7 +33,7 @@ class tst_WaitingPage : public QObject
         return part<QPushButton>(panel.window, name);
     }
 
-    // The three menus, the spectrum, and then as many touches on the view button.
+    // Starts with the three menus and the spectrum, then touches the view button this many times.
     static void start(Panel& panel, int touches)
     {
         panel.say({"AK,Tuner CH1,k,Key,5,K:,,0,,0,0,1", "CM,Main,Tuner CH1,k", "MS,Big,Tuner CH1,k",
@@ -83,7 +84,7 @@ private slots:
         QVERIFY(isWaiting(panel));
         QVERIFY(!panel.window.displayActive());
         QCOMPARE(button(panel, "scopesButton")->text(), u"Scopes"_s);
-        // and the next menu that the unit chooses is shown
+        // The next menu that the unit chooses is shown.
         panel.say({"AK,New,k,Key,5,K:,,0,,0,0,1", "SK,New"});
         QCOMPARE(shown(panel), panel.window.rooms().menus->book.find(u"New"_s)->frame);
     }
@@ -96,7 +97,7 @@ private slots:
         clickOn(button(panel, "mainMenuButton"));
         QCOMPARE(panel.heard(), framed("Main"));
         QVERIFY(isWaiting(panel));
-        // the menu that is there is found again
+        // The menu that exists is found again.
         clickOn(button(panel, "scopesButton"));
         clickOn(button(panel, "scopesButton"));
         clickOn(button(panel, "scopesButton"));
@@ -119,7 +120,7 @@ private slots:
         QVERIFY(panel.window.statusBar()->isHidden());
         QVERIFY(isWaiting(panel));
         QVERIFY(!panel.window.displayActive());
-        // the unit leads out: by new menus, and by the end of the PAX menu
+        // The unit leaves the page by new menus and by the end of the PAX menu.
         panel.say({"AK,New,k,Key,5,K:,,0,,0,0,1", "SK,New"});
         QCOMPARE(shown(panel), panel.window.rooms().menus->book.find(u"New"_s)->frame);
         panel.say({"PAX,0"});

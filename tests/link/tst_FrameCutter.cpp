@@ -7,7 +7,7 @@ namespace {
 const QString S = u"\x02"_s;
 const QString E = u"\x04"_s;
 
-// Returns all messages of one read, as the link takes them.
+// Returns all messages of one read, in the way in which the link takes them.
 QStringList readAll(FrameCutter& cutter, const QString& text)
 {
     cutter.append(text);

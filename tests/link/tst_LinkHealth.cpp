@@ -9,8 +9,8 @@ private slots:
     void silence_begins_after_three_intervals_data()
     {
         QTest::addColumn<QList<int>>("pings");
-        QTest::addColumn<QList<int>>("others"); // bytes that are no "PING"
-        QTest::addColumn<int>("lastAlive");     // -1: never called silent
+        QTest::addColumn<QList<int>>("others"); // bytes other than "PING"
+        QTest::addColumn<int>("lastAlive");     // -1: never silent
         const auto row = [](const char* name, const QList<int>& pings, int lastAlive,
                              const QList<int>& others = {}) {
             QTest::newRow(name) << pings << others << lastAlive;

@@ -41,7 +41,7 @@ private slots:
         const auto modes = dialog.findChildren<QRadioButton*>();
         QCOMPARE(modes.size(), 3);
         QCOMPARE(modes.at(0)->text(), QStringLiteral("No Linking"));
-        // shown as "&"
+        // The doubled "&&" is shown as "&".
         QCOMPARE(modes.at(1)->text(),
             QStringLiteral("Diversity Linking - All Tuners && Demodulators Linked"));
         QCOMPARE(modes.at(2)->text(),
@@ -96,7 +96,7 @@ private slots:
         dialog.showMode(2);
         QCOMPARE(checked(dialog), QStringList{QStringLiteral("frequencyDiversityLinking")});
         QCOMPARE(freq.size(), 0);
-        // the one that gave way says so, which nobody acts upon
+        // The button that is no longer checked emits its signal, which nothing acts upon.
         QCOMPARE(master.size(), 1);
         QCOMPARE(master.first().first().toBool(), false);
         dialog.showMode(9);

@@ -1,4 +1,4 @@
-// A real line, whose other end is the test, and the time that passes.
+// These tests use a real line, with the test at its other end, and real time.
 #include "link/LinkWatch.h"
 #include "link/keySerial.h"
 #include "support/Pty.h"
@@ -84,7 +84,8 @@ private slots:
         QVERIFY2(since.elapsed() >= SilenceMs - IntervalMs, QByteArray::number(since.elapsed()));
         QVERIFY(m_unit->write(sign));
         QTRY_COMPARE(m_watch->state(), LinkState::Alive);
-        // and again, because it is still expected to go on
+        // The link becomes silent again, because the unit is still expected to go on sending
+        // "PING".
         QTRY_COMPARE_WITH_TIMEOUT(m_watch->state(), LinkState::Silent, LongMs);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost: "_s));
         m_unit->close();
@@ -119,7 +120,8 @@ private slots:
         QVERIFY(!running());
     }
 
-    // an editor that the unit has asked for keeps the line waiting, not the unit
+    // When the unit has asked for an editor, the editor keeps the line waiting. The unit itself is
+    // not silent.
     void what_waits_in_the_port_is_a_sign_of_life()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));

@@ -138,7 +138,7 @@ private slots:
         }
         QCOMPARE(boxes.waiting(), 4);
         QCOMPARE(shownTexts().size(), 16);
-        // each one that is closed makes room for the one that has waited longest
+        // Each box that is closed makes room for the one that has waited longest.
         opened.at(15)->accept();
         QVERIFY(shownTexts().contains(textOf(16)) && !shownTexts().contains(textOf(15)));
         delete opened.at(3);
@@ -174,7 +174,8 @@ private slots:
         closeOne();
         QCOMPARE(overflow(1), QStringList()); // there is room again
         QCOMPARE(overflow(2), warning);
-        // they come in the order in which they were sent; the last is the one that found room
+        // The boxes come in the order in which they were sent. The last one is the one for which
+        // there was room again.
         for (int i = 17; i < 16 + 1000; ++i) {
             closeOne();
             QVERIFY2(shownTexts().contains(textOf(i)), QByteArray::number(i));

@@ -141,7 +141,7 @@ private slots:
     void a_read_takes_1024_bytes_and_the_rest_follows_by_itself()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
-        // More than one read is in the port before the first turn.
+        // The port holds more than one read before the first turn.
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
         const QByteArray frame = framed(QByteArray(98, 'x'));
         for (int i = 0; i < 30; ++i) {

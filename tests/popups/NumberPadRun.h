@@ -5,13 +5,13 @@
 
 using namespace Qt::StringLiterals;
 
-// Opens number pads for the tests.
+// These functions open number pads for the tests.
 namespace numberPadRun {
 
 constexpr int Types = 9;
 inline const QString SevenRanges = u"950 2150:70 140:1 2:3 4:5 6:7 8:9 10"_s;
 
-// The arguments of an opening, with values that suit tests of other things.
+// These are the arguments for opening a pad, with values that suit tests of other things.
 struct Opening
 {
     int type = 0;
@@ -33,7 +33,7 @@ inline double run(
         opening.special, opening.command, opening.valueText, opening.mirrored);
 }
 
-// The same with a pad of its own.
+// Does the same with a pad of its own.
 inline double run(const Opening& opening, const std::function<void(QWidget*)>& script)
 {
     PopUpNumberPad pad;

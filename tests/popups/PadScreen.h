@@ -12,7 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
-// What the tests of the number pad and of the address pad look at and touch in a pad's window.
+// These are the things that the tests of the number pad and of the address pad look at and touch in
+// a pad's window.
 namespace padScreen {
 
 constexpr int MinKey = 47; // pixels that a finger needs
@@ -30,7 +31,7 @@ inline void play(const std::function<void(QWidget*)>& script)
     });
 }
 
-// Clicks on keys one after the other. Returns whether all of them were there.
+// Clicks on keys one after the other and returns whether all of them exist.
 inline bool press(const QWidget* dialog, const QStringList& keys)
 {
     for (const QString& key : keys) {
@@ -55,13 +56,13 @@ inline QString entry(const QWidget* dialog)
     return labelText(dialog, "entryLabel");
 }
 
-// Where a part of a dialog lies in it.
+// Returns the place of a part in its dialog.
 inline QRect place(const QWidget* dialog, const QWidget* child)
 {
     return {child->mapTo(dialog, QPoint(0, 0)), child->size()};
 }
 
-// The keys and labels that the operator sees.
+// Returns the keys and labels that the operator sees.
 inline QList<QWidget*> shown(const QWidget* dialog)
 {
     QList<QWidget*> widgets;
@@ -75,7 +76,7 @@ inline QList<QWidget*> shown(const QWidget* dialog)
     return widgets;
 }
 
-// Whether one key stands above another in the same column.
+// Returns whether one key stands above another in the same column.
 inline bool above(const QWidget* dialog, const QString& upper, const QString& lower)
 {
     const QRect high = place(dialog, buttonWithText(dialog, upper));
@@ -83,7 +84,7 @@ inline bool above(const QWidget* dialog, const QString& upper, const QString& lo
     return high.bottom() < low.top() && high.center().x() == low.center().x();
 }
 
-// Whether one key stands left of another in the same row.
+// Returns whether one key stands to the left of another in the same row.
 inline bool leftOf(const QWidget* dialog, const QString& left, const QString& right)
 {
     const QRect first = place(dialog, buttonWithText(dialog, left));
@@ -91,7 +92,7 @@ inline bool leftOf(const QWidget* dialog, const QString& left, const QString& ri
     return first.right() < second.left() && first.center().y() == second.center().y();
 }
 
-// How many windows the program has, hidden ones included.
+// Returns how many windows the program has, including hidden ones.
 inline int topLevels()
 {
     return static_cast<int>(QApplication::topLevelWidgets().size());

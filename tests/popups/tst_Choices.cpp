@@ -133,7 +133,7 @@ private slots:
         QTest::addColumn<int>("columns");
         QTest::addColumn<int>("count");
         QTest::addColumn<int>("shown");
-        // in 415 pixels ten rows are 40 pixels high, eleven 36
+        // In 415 pixels, ten rows are 40 pixels high and eleven rows 36.
         QTest::newRow("16") << 4 << 4 << 16 << 4;
         QTest::newRow("18") << 4 << 4 << 18 << 5;
         QTest::newRow("60") << 9 << 6 << 60 << 10;

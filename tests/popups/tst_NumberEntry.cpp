@@ -21,7 +21,7 @@ NumberEntry::Checked checked(
     return typed(characters, type).check(NumberRanges(ranges, type), multiplier);
 }
 
-// Up to so many random digits.
+// Returns random digits, at most `most` of them.
 QString randomDigits(QRandomGenerator& random, int most)
 {
     QString digits;
@@ -31,7 +31,7 @@ QString randomDigits(QRandomGenerator& random, int most)
     return digits;
 }
 
-// A decimal number with its point moved to the right, by its characters alone.
+// Returns a decimal number with its point moved to the right, by working on its characters alone.
 QString pointMoved(const QString& whole, const QString& fraction, int places)
 {
     const QString filled = fraction.leftJustified(places, u'0');

@@ -13,7 +13,7 @@ class tst_PopUpDialog : public QObject
 {
     Q_OBJECT
 
-    // How many light pixels a part of the picture has.
+    // Returns how many light pixels a part of the picture has.
     static int whitePixels(const QImage& picture, const QRect& part)
     {
         int count = 0;
@@ -79,7 +79,7 @@ private slots:
         const qsizetype before = clicked.size();
         QTest::qWait(400);
         QCOMPARE(clicked.size(), before);
-        // the release comes when the finger is over the other window
+        // The release comes when the finger is over the other window.
         QTest::mouseRelease(over.windowHandle(), Qt::LeftButton, {}, QPoint(1, 1));
         over.close();
         QCOMPARE(clicked.size(), before);
@@ -89,7 +89,7 @@ private slots:
     {
         PopUpDialog dialog(u"Name"_s, u"Mode"_s, Qt::WindowFlags(), 6);
         auto* key = new QPushButton(u"Key"_s);
-        key->setFocusPolicy(Qt::NoFocus); // as the keys of the pads
+        key->setFocusPolicy(Qt::NoFocus); // like the keys of the pads
         dialog.column()->addWidget(key);
         dialog.show();
         dialog.activateWindow();

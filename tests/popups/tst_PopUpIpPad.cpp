@@ -25,7 +25,7 @@ QString run(const std::function<void(QWidget*)>& script)
     return run(pad, script);
 }
 
-// Clicks on keys of one character each. Returns whether all of them were there.
+// Clicks on keys of one character each and returns whether all of them exist.
 bool type(const QWidget* dialog, const QString& keys)
 {
     return press(dialog, keys.split(QString(), Qt::SkipEmptyParts));
@@ -147,7 +147,7 @@ private slots:
             QCOMPARE(dialog->findChild<QLabel*>(u"entryLabel"_s)->styleSheet(),
                 u"background-color: white; font-size: 32px"_s);
             QCOMPARE(buttonWithText(dialog, u"1"_s)->maximumHeight(), 100);
-            // readable, although its sheet names no size
+            // The text is readable, although its style sheet sets no size.
             QCOMPARE(QFontInfo(buttonWithText(dialog, u"Enter"_s)->font()).pixelSize(), 26);
         });
     }

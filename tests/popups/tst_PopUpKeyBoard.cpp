@@ -16,7 +16,7 @@ class tst_PopUpKeyBoard : public QObject
 {
     Q_OBJECT
 
-    // Runs the list, hands its dialog to `then` and closes it.
+    // Runs the list, passes its dialog to `then` and closes it.
     static QString run(const QString& list, int rows, int columns, const QList<int>& disabled,
         bool keepLarge, const std::function<void(QWidget*)>& then)
     {
@@ -33,7 +33,7 @@ class tst_PopUpKeyBoard : public QObject
         return {part->mapTo(modal, QPoint()), part->size()};
     }
 
-    // A finger that goes from one place of the dialog to another, in small moves.
+    // Moves a finger from one place of the dialog to another in small steps.
     static void drag(QWidget* modal, QPoint from, QPoint to)
     {
         QTest::mousePress(modal->windowHandle(), Qt::LeftButton, {}, from);
@@ -43,7 +43,7 @@ class tst_PopUpKeyBoard : public QObject
         QTest::mouseRelease(modal->windowHandle(), Qt::LeftButton, {}, to);
     }
 
-    // Adds the choices that a finger would touch in their middle as the list stands now.
+    // Adds the choices whose middle a finger can touch while the list is scrolled as it is.
     static void collectReached(QWidget* modal, QSet<QWidget*>& reached)
     {
         const auto buttons = popUps::scrolled(modal)->findChildren<QPushButton*>();

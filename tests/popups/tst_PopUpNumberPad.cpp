@@ -1,5 +1,5 @@
-// Entries that the number pad accepts or cancels, and how long it lives. See also
-// tst_PopUpNumberPadLayout.cpp, tst_PopUpNumberPadErrors.cpp and tst_PopUpNumberPadSteps.cpp.
+// These tests check entries that the number pad accepts or cancels, and how long the pad lives. See
+// also tst_PopUpNumberPadLayout.cpp, tst_PopUpNumberPadErrors.cpp and tst_PopUpNumberPadSteps.cpp.
 #include "popups/NumberPadRun.h"
 #include "support/TestMain.h"
 

@@ -1,4 +1,4 @@
-// What the number pad does with entries that are not valid.
+// These tests check what the number pad does with entries that are not valid.
 #include "popups/NumberPadRun.h"
 #include "support/TestMain.h"
 

@@ -1,4 +1,5 @@
-// How the number pad looks: its window, keys and lines of text for every type of number.
+// These tests check how the number pad looks: its window, keys and lines of text for every type of
+// number.
 #include "popups/NumberPadRun.h"
 #include "support/TestMain.h"
 

@@ -1,4 +1,4 @@
-// The step keys of a frequency, which send each value at once.
+// These tests check the step keys of a frequency, which send each value at once.
 #include "popups/NumberPadRun.h"
 #include "support/TestMain.h"
 
@@ -58,7 +58,7 @@ private slots:
             QVERIFY(press(dialog, {u"Step Up"_s}));
             QCOMPARE(sent.size(), 0);
             QCOMPARE(labelText(dialog, "currentValueLabel"), u"Current Value:\r\n140.0 MHz"_s);
-            // by 100 it reaches the next range
+            // A step of 100 reaches the next range.
             QVERIFY(
                 press(dialog, {u"Step\r\n0.1 MHz"_s, u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s}));
             QVERIFY(press(dialog, {u"Step Up"_s}));
@@ -103,7 +103,7 @@ private slots:
 
     void steps_meet_the_bounds_all_over_a_band()
     {
-        // every seventh tenth of a megahertz, because opening a dialog takes its time
+        // Only every seventh tenth of a megahertz is tested, because opening a dialog takes time.
         for (int tenths = 22001; tenths < 22301; tenths += 7) {
             const QString low = QString::number((tenths - 1) / 10.0, 'f', 1);
             const QString high = QString::number((tenths + 1) / 10.0, 'f', 1);
@@ -132,7 +132,7 @@ private slots:
         opening.type = 1;
         opening.ranges = u"0 1e6"_s;
         opening.current = 99999.0;
-        // near 100,000 single precision knows only multiples of 1/128
+        // Near 100,000, single precision can represent only multiples of 1/128.
         float expected = 99999.0F;
         for (int i = 0; i < 200; ++i) {
             expected += 0.1F;
@@ -187,7 +187,7 @@ private slots:
             timer.start();
             QTest::mousePress(dialog->windowHandle(), Qt::LeftButton, {}, at);
             QTRY_VERIFY(sent.size() >= 3);
-            // a coarse timer may fire 5 % early
+            // A coarse timer may fire 5 % early.
             QVERIFY(timer.elapsed() >= (500 + 2 * 200) * 9 / 10);
             QTest::mouseRelease(dialog->windowHandle(), Qt::LeftButton, {}, at);
         });

@@ -159,7 +159,7 @@ private slots:
         });
         QVERIFY(times.size() >= 4);
         for (int i = 1; i < times.size(); ++i) {
-            // both are cut to whole milliseconds
+            // Both times are cut to whole milliseconds.
             QVERIFY2(times.at(i) - times.at(i - 1) >= PopUpSlider::ThrottleMs - 1,
                 qPrintable(QString::number(times.at(i) - times.at(i - 1))));
         }
@@ -200,7 +200,7 @@ private slots:
         run(popUp, u"Volume"_s, u"100 0"_s, 50, 0, u""_s, [](QWidget*, QSlider* slider) {
             const QRect handle = qobject_cast<TouchSlider*>(slider)->handle();
             QVERIFY(handle.width() >= 47);
-            QVERIFY(slider->height() >= 47); // at every height it can be taken
+            QVERIFY(slider->height() >= 47); // can be grabbed at every height
         });
     }
 

@@ -1,4 +1,4 @@
-# qn740_system_test(CLASS [LIBRARY ...]): a test that starts the real programs.
+# qn740_system_test(CLASS [LIBRARY ...]) adds a test that starts the real programs.
 function(qn740_system_test class)
     qn740_test(system ${class} ${ARGN})
     add_dependencies(tst_${class} qn740-sim qn740-panel)

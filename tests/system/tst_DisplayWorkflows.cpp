@@ -1,5 +1,5 @@
-// The workflows of the operator from end to end, through scopes, spectrum and PAX menu: what the
-// unit has received and what the screen shows. All tests share one start.
+// These tests follow the operator's workflows with scopes, spectrum and PAX menu from end to end.
+// They check what the unit has received and what the screen shows. All tests share one start.
 #include "support/PanelDriver.h"
 #include "support/TestMain.h"
 
@@ -7,8 +7,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// On the scopes page: the plots of Demod 1 and 3, the numbers beside the upper one of Demod 1, and
-// the mode button of Demod 1.
+// These places are on the scopes page: the plots of Demod 1 and 3, the numbers beside the upper
+// plot of Demod 1, and the mode button of Demod 1.
 constexpr QRect First(60, 10, 190, 260);
 constexpr QRect Third(540, 10, 250, 260);
 constexpr QRect FirstLevels(0, 0, 66, 140);
@@ -51,7 +51,8 @@ private slots:
         QVERIFY(shows(Title, TitleBlue));
         touch({662, 108}); // "Off"
         expect({"D1:DSDM:0"});
-        // what is under way comes to its end; from then on one stands still and another moves
+        // Data that is already under way may still arrive. After that, the first scope stands still
+        // while the third one moves.
         const auto standsStill = [&] {
             before = screen().picture();
             return changes(before, Third) && screen().picture().copy(First) == before.copy(First);
@@ -69,7 +70,7 @@ private slots:
         QVERIFY(showsOther(Title, TitleBlue));
         QCOMPARE(sent(), QByteArrayList());
         say("SQ,3,0");
-        // but for a note in its middle
+        // The scope is black except for a note in its middle.
         const auto isBlack = [&] {
             const QImage part = screen().picture().copy(Third.adjusted(0, 0, 0, -130));
             return part == [&part] {
@@ -86,7 +87,7 @@ private slots:
     void the_spectrum_moves_and_takes_span_average_and_marker()
     {
         openMenu("Start");
-        touch({NextView, NextView}); // over the scopes
+        touch({NextView, NextView}); // past the scopes page
         const QPoint average(662, 79);
         QVERIFY(shows({625, 70}, Grey));
         const QRect chart(45, 25, 550, 90);
@@ -96,7 +97,8 @@ private slots:
         QVERIFY(showsOther({625, 70}, Grey));
         touch(average);
         QVERIFY(shows({625, 70}, Grey));
-        // a tap sets a marker, a dotted line through the chart; a tap on it takes it away
+        // A tap sets a marker, which is a dotted line through the chart. A tap on the marker
+        // removes it.
         const auto hasMarker = [this] { return bright(QRect(196, 65, 9, 45)) > 8; };
         QVERIFY(!hasMarker());
         touch({200, 80});
@@ -144,7 +146,7 @@ private slots:
         touch(NextView);
         const QPoint plot(160, 70);
         const auto levels = [this] { return screen().picture().copy(FirstLevels); };
-        QVERIFY(changes(screen().picture(), First)); // it has something to be fitted to
+        QVERIFY(changes(screen().picture(), First)); // there is a signal to fit to
         QImage before = screen().picture();
         touch(plot);
         QVERIFY(changes(before, FirstLevels));
@@ -153,7 +155,7 @@ private slots:
         touch(plot);
         QVERIFY(changes(before, FirstLevels));
         touch(plot);
-        // full scale is full scale, whatever the signal
+        // Full scale is the same for every signal.
         QVERIFY(QTest::qWaitFor([&] { return levels() == fixed; }, LongMs));
         touch(plot);
         QVERIFY(QTest::qWaitFor([&] { return levels() != fixed; }, LongMs));
@@ -170,7 +172,7 @@ private slots:
         say("SM,1,3");
         QVERIFY(changes(before, button));
         QVERIFY(changes(before, FirstLevels));
-        for (int i = 0; i < 2; ++i) { // the first change may be what was under way
+        for (int i = 0; i < 2; ++i) { // the first change may come from older data
             before = screen().picture();
             QVERIFY(changes(before, First));
         }
@@ -188,7 +190,7 @@ private slots:
         const QPoint besideItsText(716, 62);
         constexpr int Some = 50;
         openMenu("Start");
-        touch({NextView, NextView}); // over the scopes
+        touch({NextView, NextView}); // past the scopes page
         QVERIFY(shows(besideItsText, Grey));
         QCOMPARE(count(chart, held), 0);
         touch(key);
@@ -205,13 +207,13 @@ private slots:
         say("PAX,1");
         touch({299, 47}); // "Bit Rate"
         QVERIFY(shows(Title, TitleBlue));
-        // "1" and "2" in the first row, "5" under "2", "." at the bottom, "Mbps"
+        // These are "1" and "2" in the first row, "5" under "2", "." at the bottom, and "Mbps".
         touch({{102, 197}, {300, 197}, {300, 438}, {300, 277}, {696, 438}});
         expect({"D3:RATE:12500000.000000"});
         QVERIFY(showsOther(Title, TitleBlue));
     }
 
-    // The last one: the main unit's line is not opened again.
+    // This test is the last one, because the panel does not open the main unit's line again.
     void without_the_unit_the_panel_keeps_running_and_the_scopes_come_back()
     {
         openMenu("Start");
@@ -229,7 +231,7 @@ private slots:
         before = screen().picture();
         QVERIFY(changes(before, Third));
         QCOMPARE(panel().state(), QProcess::Running);
-        touch(NextView); // it still takes a touch
+        touch(NextView); // still reacts to a touch
         QVERIFY(changes(before, QRect(610, 0, 180, 60)));
     }
 };

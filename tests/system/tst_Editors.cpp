@@ -1,5 +1,6 @@
-// Every modal editor from the finger to the unit: the panel's window, pressed by real clicks, and
-// the real simulated unit at the other end of the line. What counts is what the unit has received.
+// These tests follow every modal editor from the finger to the unit: real clicks press the keys of
+// the panel's window, and the real simulated unit is at the other end of the line. They check what
+// the unit has received.
 #include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -17,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The panel's own trace of its line, with the times of the panel.
+// This is the panel's own trace of its line, with the panel's times.
 QList<wire::TraceLine> panelTrace;
 QtMessageHandler otherHandler = nullptr;
 
@@ -72,7 +73,8 @@ class tst_Editors : public QObject, private UnitFixture
         }
     }
 
-    // What the unit has received that begins with this, with the unit's times.
+    // Returns the messages that the unit has received and that begin with `start`, with the unit's
+    // times.
     QList<wire::TraceLine> received(const QString& start)
     {
         QList<wire::TraceLine> lines;
@@ -182,7 +184,7 @@ private slots:
             step("Step Down", "R1:FREQ:2249.5");
             press(pad, {u"Step\r\n1.0 MHz"_s, u"Step\r\n10.0 MHz"_s});
             step("Step Up", "R1:FREQ:2349.5");
-            press(pad, {u"Step Up"_s}); // out of every range
+            press(pad, {u"Step Up"_s}); // outside every range
             press(pad, {u"CE/Cancel"_s});
         });
         say("PING");
@@ -203,7 +205,7 @@ private slots:
         QCOMPARE(key("Tuner CH1", "squelch")->value, 36.0);
     }
 
-    // A finger that drags for some seconds, and lifts and closes within the 400 ms.
+    // A finger drags for some seconds, then lifts and closes the editor within the 400 ms.
     void a_dragged_slider_sends_no_two_messages_nearer_than_400_ms_and_the_last_position()
     {
         constexpr int ThrottleMs = 400;
@@ -215,7 +217,7 @@ private slots:
         edit("Tuner CH1", "squelch", [&last](QWidget* dialog) {
             auto* slider = dialog->findChild<QSlider*>();
             QWindow* window = dialog->windowHandle();
-            // the handle at its value of 35 of 100
+            // The handle stands at its value of 35 of 100.
             const int handleWidth = 50;
             const int y = slider->height() / 2;
             const auto at = [&](int value) {
@@ -262,8 +264,8 @@ private slots:
             const int seen = milliseconds(wire.at(i)) - milliseconds(wire.at(i - 1));
             gaps += u"%1/%2"_s.arg(written).arg(seen);
             QVERIFY2(written >= ThrottleMs - RoundingMs, qPrintable(gaps.last()));
-            // the unit may take a message late and so see the next one too near, by no more than
-            // the time that its answer took
+            // The unit may take a message late, so that the gap to the next one looks too short. It
+            // is too short by at most the time that the unit's answer took.
             const int late = answered.at(i - 1) - milliseconds(out.at(i - 1)) + RoundingMs;
             QVERIFY2(seen >= ThrottleMs - RoundingMs - late, qPrintable(gaps.last()));
         }

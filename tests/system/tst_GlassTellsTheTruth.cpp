@@ -1,10 +1,10 @@
-// A day of the operator, with the real programs: what the glass says is compared with what is true
-// after each event.
+// This test follows a day of the operator with the real programs. After each event it compares what
+// the screen says with what is true.
 //
-// In the first test the panel is a process of its own, restarted as the service does it, and is
-// looked at through a remote screen. In the second one its window is in the test's process, so that
-// its labels can be read; main unit, cards and scopes are three processes, so that each can fail
-// alone.
+// In the first two tests the panel is a process of its own, which is started as the service does it
+// and is seen through a remote screen. In the last test its window is in the test's process, so
+// that its labels can be read. Main unit, cards and scopes are three processes, so that each can
+// fail alone.
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
 #include "scopes/ScopesPage.h"
@@ -35,12 +35,13 @@ const QString Lost = u"No connection to the main unit"_s;
 const QString Silent = u"The main unit is silent"_s;
 const QString Well;
 
-// At the left end of the status bar, beside all letters: its own grey, or the notice.
+// This point is at the left end of the status bar, beside all letters. It has the bar's own grey or
+// the colour of the notice.
 constexpr QPoint AtNotice(6, 437);
 const QColor Grey(0x91, 0x91, 0x91);
 const QColor NoticeRed(0x8b, 0, 0);
 
-// A message box with "OK" and a short text, and the title of a pad.
+// These points are in a message box with "OK" and a short text, and beside the title of a pad.
 constexpr QPoint BesideMessage(100, 250);
 constexpr QPoint OnMessageOk(660, 261);
 constexpr QPoint BesidePadTitle(30, 28);
@@ -80,7 +81,7 @@ private slots:
         startMainUnit(); // the process does not open the line again
         QTest::qWait(3000);
         QCOMPARE(colour(), NoticeRed);
-        startPanel(); // as the service does when the device comes
+        startPanel(); // as the service does when the device appears
         QTRY_VERIFY_WITH_TIMEOUT(m_main->has("sim: menus sent"), LongMs);
         QVERIFY(shows(Grey));
         QCOMPARE(m_panel->errors().count("ttyO1"), 0);
@@ -97,7 +98,7 @@ private slots:
         QCOMPARE(m_panel->state(), QProcess::Running);
     }
 
-    // on a platform that has a stack of windows, as the unit's has
+    // This needs a platform that stacks its windows, as the unit's platform does.
     void a_message_stands_above_the_pad_that_is_opened_after_it()
     {
         startMainUnit();
@@ -128,7 +129,7 @@ private slots:
         showView(Views::Scopes);
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, false, false), LongMs);
 
-        m_scopes.reset(); // the scopes' adapter is dead
+        m_scopes.reset(); // the scopes' adapter fails
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, true, false), LongMs);
         startScopes();
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, false, false), LongMs);
@@ -137,14 +138,14 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(chart()->peak().valid && isTrue(Well, false, false), LongMs);
         m_cards.reset(); // the card is unplugged
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, false, true), LongMs);
-        // only data end it
+        // Only new data ends the "NO DATA" state.
         tell("SP,0,3");
         tell("SF,0,2250.5");
         QVERIFY(isTrue(Well, false, true));
         startCards(); // plugged in again
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, false, false), LongMs);
 
-        for (int i = 0; i < 4; ++i) { // the main unit looks whether the panel is there, and hangs
+        for (int i = 0; i < 4; ++i) { // the main unit pings, then hangs
             tell("PING");
             QTest::qWait(300);
         }
@@ -156,17 +157,17 @@ private slots:
 
         m_main.reset(); // killed
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Lost, false, false), LongMs);
-        startMainUnit(); // back, but this process has lost it for good
+        startMainUnit(); // back, but this process does not open the line again
         QTest::qWait(3000);
         QVERIFY(isTrue(Lost, false, false));
-        startWindow(); // the service
+        startWindow(); // as the service does
         QTRY_VERIFY_WITH_TIMEOUT(isTrue(Well, false, false), LongMs);
     }
 
 private:
     QString path(const QString& name) const { return m_parent->filePath(name); }
 
-    // Starts a simulator and puts its devices in place of those of the one before.
+    // Starts a simulator and replaces the devices of the previous one with its own.
     std::unique_ptr<Program> startSimulator(
         const QString& name, const QStringList& options, const QStringList& devices)
     {
@@ -201,7 +202,7 @@ private:
             u"scopes"_s, {u"--scope-mode"_s, u"2"_s}, {u"ttyUSB1"_s, u"ttyUSB2"_s, u"ttyUSB3"_s});
     }
 
-    // Starts the panel's process, in place of one that runs.
+    // Starts the panel's process and replaces one that is running.
     void startPanel()
     {
         m_screen.reset();
@@ -220,7 +221,7 @@ private:
         return QTest::qWaitFor([&] { return colour(at) == expected; }, LongMs);
     }
 
-    // Makes the panel's window in this process, in place of one that is there.
+    // Creates the panel's window in this process and replaces an earlier one.
     void startWindow()
     {
         m_window.reset();
@@ -235,7 +236,7 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(m_main->has("sim: menus sent"), LongMs);
     }
 
-    // Lets the main unit send a message.
+    // Makes the main unit send a message.
     void tell(const QByteArray& message) { m_main->write(message + '\n'); }
 
     void showView(Views::View view)
@@ -250,8 +251,8 @@ private:
 
     const SpectrumChart* chart() const { return m_window->rooms().spectrum->card()->chart(0); }
 
-    // Whether all that the glass says is so: the notice; whether the scopes, and the chart where
-    // one is shown, have no data.
+    // Returns whether everything that the screen says is true: the text of the notice, and whether
+    // the scopes and a visible chart are marked as having no data.
     bool isTrue(const QString& noticeText, bool scopesStale, bool chartStale) const
     {
         const auto* notice = part<QLabel>(*m_window, "noticeLabel");

@@ -1,5 +1,5 @@
-// The link mode of the real panel, seen from the main unit's end of the line alone: keys are
-// pressed by the message that presses one at once.
+// These tests check the link mode of the real panel from the main unit's end of the line alone.
+// They press keys by the message that presses a key at once.
 #include "support/Program.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
@@ -32,7 +32,7 @@ class tst_LinkModes : public QObject
         QCOMPARE(answer("VER"), framed("1.1.6.4"));
     }
 
-    // What the panel sends for one message.
+    // Returns what the panel sends in reply to one message.
     QByteArray answer(const QByteArray& message)
     {
         const QByteArray pong = framed("PONG");
@@ -46,7 +46,7 @@ class tst_LinkModes : public QObject
         return sent;
     }
 
-    // A toggle key with this command is pressed.
+    // Presses a toggle key with this command and returns what the panel sends.
     QByteArray press(const QByteArray& command) { return answer("IK,Key,0," + command + ",,0,"); }
 
     void killAtOnce()
@@ -113,11 +113,11 @@ private slots:
             for (const char* demodulator : {"D1", "D2", "D3"}) {
                 const QByteArray command = demodulator + local + ':';
                 QCOMPARE(press(command), framed(command + '1'));
-                // anywhere in the message
+                // The command may stand anywhere in the message.
                 const QByteArray two = "D2:BR " + command;
                 QCOMPARE(press(two), framed(two + '1'));
             }
-            // receivers are widened all the same
+            // Link mode 1 still extends a command for one receiver to both.
             QCOMPARE(press("D2" + local + " R1:"),
                 framed("D2" + local + (mode == 1 ? " R1 R2:" : " R1:") + '1'));
         }
@@ -134,7 +134,8 @@ private slots:
     void the_mode_survives_a_kill_right_after_its_change()
     {
         for (const char* mode : {"1", "2", "0", "1"}) {
-            // the answer says that the change before it was carried out
+            // An empty answer to the change, followed by "PONG", shows that the panel has carried
+            // it out.
             QCOMPARE(answer(QByteArray("Slave,") + mode), QByteArray());
             killAtOnce();
             start();

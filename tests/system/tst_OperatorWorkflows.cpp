@@ -1,5 +1,5 @@
-// The workflows of the operator from end to end, through menus, editors and windows: what the unit
-// has received and what the screen shows. All tests share one start.
+// These tests follow the operator's workflows through menus, editors and windows from end to end.
+// They check what the unit has received and what the screen shows. All tests share one start.
 #include "support/PanelDriver.h"
 #include "support/TestMain.h"
 
@@ -9,12 +9,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The title of an editor, beside its text: on the slider's; of files and names.
+// These points are beside the text in the title bar of an editor: of the slider, and of the file
+// list.
 constexpr QPoint SliderTitle(220, 130);
 constexpr QPoint FilesTitle(40, 76);
 
-// Keys of the pads, by their text; "h" in front: of the hexadecimal pad, "i": of the address pad,
-// "f": of the pad of a frequency with ranges on three lines.
+// Returns the place of a pad's key by its text. The layout is 'h' for the hexadecimal pad, 'i' for
+// the address pad, and 'f' for the pad of a frequency with ranges on three lines.
 QPoint padKey(QChar layout, const QString& text)
 {
     static const QHash<QString, QPoint> Cells{{u"7"_s, {0, 0}}, {u"8"_s, {1, 0}}, {u"9"_s, {2, 0}},
@@ -38,7 +39,7 @@ QPoint padKey(QChar layout, const QString& text)
     return first + QPoint(198 * cell.x(), height * cell.y());
 }
 
-// Keys of the keyboard of file names.
+// Returns the place of a letter on the keyboard for file names.
 QPoint letter(QChar c)
 {
     const QList<QPair<QString, QPoint>> rows{{u"1234567890"_s, {41, 199}},
@@ -96,7 +97,7 @@ private slots:
     void a_dead_key_and_an_empty_place_do_nothing()
     {
         openMenu("Tuner CH1");
-        touch({key(2, 0), key(2, 2), key(3, 3)}); // "AFC" is dead, the others are no keys
+        touch({key(2, 0), key(2, 2), key(3, 3)}); // "AFC" is disabled, the others are empty places
         QCOMPARE(sent(), QByteArrayList());
     }
 
@@ -196,7 +197,7 @@ private slots:
         openEditor("Tuner CH1", key(1, 2), SliderTitle);
         touch({529, 341}); // "UP"
         expect({"R1:SQL:36"});
-        // the handle stands at 36 of 100
+        // The handle stands at 36 of 100.
         const QPoint handle(356, 255);
         QVERIFY(screen().press(handle));
         QVERIFY(screen().press({560, 255}));
@@ -252,7 +253,7 @@ private slots:
         for (const char c : {'u', 'x', 'n', '7'}) {
             touch(letter(QLatin1Char(c)));
         }
-        touch({Left, Left, Backspace, Left, Delete}); // of "Ruxn7" remains "Rn7"
+        touch({Left, Left, Backspace, Left, Delete}); // leaves "Rn7" of "Ruxn7"
         touch(Return);
         expect({"SYS:SAVE:Rn7"});
         openEditor("System", key(0, 4), FilesTitle);
@@ -341,7 +342,7 @@ private slots:
         expect({"Slave,2"});
         touch({400, 352}); // "Close"
         QVERIFY(shows({600, 350}, Black));
-        touch(key(0, 4)); // "Derandom", which is set in all
+        touch(key(0, 4)); // "Derandom", which is set in all demodulators
         expect({"D1 D2 D3:DRND:0"});
         for (const char* menu : {"Demod 1", "Demod 2", "Demod 3"}) {
             openMenu(menu);
@@ -376,7 +377,7 @@ private slots:
         QVERIFY(shows({300, 270}, Black));
         say("DB,Please wait");
         QVERIFY(showsOther({500, 250}, Black));
-        touch({500, 250}); // nothing to be touched
+        touch({500, 250}); // has no button
         QVERIFY(at({500, 250}) != Black);
         say("DB,KILLBOX");
         QVERIFY(shows({500, 250}, Black));

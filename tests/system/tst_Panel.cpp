@@ -1,5 +1,5 @@
-// The whole panel: the real program, seen and touched through a remote screen, against the real
-// simulated unit or a line that the test holds.
+// These tests check the whole panel. The real program is seen and touched through a remote screen.
+// It runs against the real simulated unit or a line that the test holds.
 #include "support/Program.h"
 #include "support/Pty.h"
 #include "support/RfbClient.h"
@@ -16,7 +16,8 @@ constexpr int LongMs = 40000;
 const QColor Green(0, 128, 0);
 const QColor Grey(0x91, 0x91, 0x91);
 
-// In the first menu row of six keys, clear of the splash picture, left above the keys' texts.
+// These points are in the first menu row of six keys, clear of the splash picture, to the left of
+// and above the keys' texts.
 constexpr QPoint FirstKey(23, 33);
 constexpr QPoint SecondKey(152, 33);
 constexpr QPoint FourthKey(411, 33);
@@ -50,7 +51,8 @@ private slots:
 
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
-        // the start menu's first key leads to tuner channel 1, whose sixth switches the attenuator
+        // The start menu's first key leads to tuner channel 1, whose sixth key switches the
+        // attenuator.
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(FirstKey), Grey, LongMs);
         QVERIFY(screen.click(FirstKey));
         QTRY_VERIFY_WITH_TIMEOUT(unit.output().contains("in \\x02SK,Tuner CH1\\x04\n"), LongMs);
@@ -83,12 +85,12 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
-        // the start menu's second key stands for the second tuner channel
+        // The start menu's second key leads to the second tuner channel.
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(SecondKey), Grey, LongMs);
         QVERIFY(screen.click(SecondKey));
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: SK:Tuner CH2:1"), LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(unit.output().contains("in \\x02SK,Tuner CH2\\x04\n"), LongMs);
-        // that menu fills the first row, the start menu does not fill the second
+        // That menu fills the first row, whereas the start menu does not fill the second.
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(671, 110), Grey, LongMs);
     }
 
@@ -101,7 +103,7 @@ private slots:
             {u"QN740_DEV="_s + m_parent->filePath(u"none"_s)});
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
-        // the panel itself is there, black but for its status bar
+        // The panel itself is visible, black except for its status bar.
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(300, 440), Grey, LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(OnSplash), QColor(Qt::white), 5000);
         QVERIFY(screen.click(OnSplash)); // closes nothing
@@ -114,7 +116,8 @@ private slots:
 
     void the_panel_comes_up_without_its_line_and_sets_the_governor_twice()
     {
-        // notes when it is called, and whether its caller has a platform plugin by then
+        // The program notes when it is called, and whether its caller has loaded a platform plugin
+        // by then.
         QFile program(m_parent->filePath(u"cpufreq-set"_s));
         QVERIFY(program.open(QIODevice::WriteOnly));
         program.write("#!/bin/sh\n"
@@ -137,7 +140,7 @@ private slots:
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
         QTRY_COMPARE_WITH_TIMEOUT(screen.picture().pixelColor(300, 440), Grey, LongMs);
         QCOMPARE(panel.state(), QProcess::Running);
-        // before there is an application, and a second later
+        // The first call comes before the application exists, the second one a second later.
         const QByteArrayList first = calls().at(0).split(' ');
         const QByteArrayList second = calls().at(1).split(' ');
         QCOMPARE(first.mid(1), (QByteArrayList{"nothing", "--governor", "performance"}));
@@ -166,7 +169,7 @@ private slots:
         Program panel(QString::fromUtf8(QN740_PANEL), {QString::fromUtf8(QTest::currentDataTag())});
         QVERIFY(unit.write(framed("VER")));
         QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
-        // a card that is there from the start has its line opened before the first answer
+        // If a card is present from the start, the panel opens its line before the first answer.
         QStringList opened;
         const QDir files(u"/proc/%1/fd"_s.arg(panel.processId()));
         for (const QFileInfo& file : files.entryInfoList(QDir::System | QDir::Files)) {
@@ -194,7 +197,7 @@ private slots:
         QTest::qWait(10000);
         const double used = panel.cpuSeconds() - before;
         qInfo("processor time in the 10 s after the line went: %.2f s", used);
-        QVERIFY(used < 1.0); // a line left open takes all 10
+        QVERIFY(used < 1.0); // a line left open would use all 10
         QCOMPARE(panel.state(), QProcess::Running);
         QCOMPARE(panel.errors().count("ttyO1 was lost"), 1);
     }

@@ -1,4 +1,5 @@
-// The pictures of the documents show the panel as it is: the tour is walked anew and compared.
+// The pictures in the documents must show the panel as it is. This test takes all screens again
+// with tools/pictures and compares them.
 #include "support/Program.h"
 #include "support/TestMain.h"
 
@@ -37,14 +38,15 @@ struct Part
     QRect place;
 };
 
-// What stands still in a picture of which other parts move.
+// Returns the parts that stand still in a picture of which other parts move. The list is empty when
+// the whole picture can be compared.
 QVector<Part> stillParts(const QString& name)
 {
     if (name.startsWith(u"spectrum-"_s)) {
         return {{"levels", {0, 0, 36, 430}}, {"keys", {618, 0, 182, 480}}};
     }
     if (name == u"scopes-mode-list.png"_s) {
-        return {{"list", {4, 0, 792, 480}}}; // beside it the scopes look out
+        return {{"list", {4, 0, 792, 480}}}; // the scopes show beside it
     }
     if (name == u"pax-menu.png"_s) {
         return {{"keys", {0, 0, 400, 480}}, {"keys below", {0, 400, 800, 80}},
@@ -84,7 +86,7 @@ QVector<Part> stillParts(const QString& name)
     return parts;
 }
 
-// Where two pictures of one size differ first, as text; empty when they are the same.
+// Returns where two pictures first differ, as text, or an empty text when they are the same.
 QString difference(const QImage& one, const QImage& other)
 {
     if (one.size() != other.size()) {
@@ -112,7 +114,8 @@ class tst_Pictures : public QObject
 private slots:
     void initTestCase()
     {
-        // settings of its own: a link mode left by another run would stand in the status bar
+        // The program gets its own settings, because a link mode left by another run would appear
+        // in the status bar.
         Program tour(QString::fromUtf8(QN740_PICTURES), {u"--quick"_s, m_made.path()},
             {u"XDG_CONFIG_HOME="_s + m_settings.path()});
         QVERIFY(tour.waitForFinished(TourMs));
@@ -137,7 +140,7 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         for (const QString& name : picturesIn(m_made.path())) {
-            // the cursor in the line of a file's name blinks
+            // The cursor in the line of a file's name blinks, so that picture is left out.
             if (stillParts(name).isEmpty() && name != u"file-name.png"_s) {
                 QTest::newRow(qPrintable(name)) << name;
             }

@@ -1,5 +1,5 @@
-// What is said between the real programs, recorded and played again; and the panel on a line that
-// spoils what it carries.
+// These tests record the messages between the real programs and play them again. They also run the
+// panel on a line that corrupts what it carries.
 #include "sim/replay/Recording.h"
 #include "support/Program.h"
 #include "support/TestMain.h"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int LongMs = 60000;
 
-// 200 messages: menus, values, texts, and a question behind every other one of them.
+// Returns 200 messages: menus, values and texts, with a question after every other one.
 QByteArray conversation()
 {
     QByteArray text;
@@ -29,7 +29,7 @@ QByteArray conversation()
     return text;
 }
 
-// Returns everything that left the panel, in its order.
+// Returns everything that the panel has sent, in the order in which it was sent.
 QByteArray answersIn(const QString& path)
 {
     QByteArray bytes;
@@ -84,7 +84,7 @@ class tst_Recordings : public QObject
         const QByteArray end = "SB,0,The end";
         const bool done = QTest::qWaitFor(
             [this, &panel, &panelLog, &end] {
-                // the log comes by another way than the answers
+                // The log does not arrive by the same way as the answers.
                 const bool logged = panel.errors().count(" out ") == 101 || panelLog.isEmpty();
                 return logged && questionsIn(file("talk.log")).contains(end) &&
                     answersIn(file("talk.log")).count('\x04') == 101;
@@ -159,8 +159,8 @@ private slots:
         QTest::newRow("all") << "drop=0.1,cut=0.1,junk=0.1,split=0.1,burst=0.1";
     }
 
-    // Only a message with nothing in front of it is sure to be understood: the first one after a
-    // spoiled one may be lost with it.
+    // Only a message with nothing in front of it is certain to be understood. The first message
+    // after a corrupted one may be lost with it.
     void a_panel_on_a_bad_line_comes_up_again_with_the_next_whole_message()
     {
         QFETCH(QString, faults);
@@ -184,7 +184,7 @@ private slots:
     void faults_come_the_same_with_the_same_seed()
     {
         QList<QByteArray> runs;
-        const QString menu = file("test.menu"); // without scopes, whose measurements come any time
+        const QString menu = file("test.menu"); // without scopes, which send at any time
         QFile out(menu);
         QVERIFY(out.open(QIODevice::WriteOnly));
         for (int i = 0; i < 300; ++i) {

@@ -15,7 +15,7 @@ const QColor Up(10, 200, 30);
 const QColor Down(250, 120, 5);
 const QColor Touched(40, 60, 220);
 
-// What the other process shows: a field that tells by its colour how often it was touched.
+// The other process shows this window. The colour of its field tells how often it was touched.
 class Window : public QWidget
 {
 public:

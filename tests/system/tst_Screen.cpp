@@ -4,7 +4,7 @@
 #include <QDialog>
 #include <QMainWindow>
 
-// What the pictures of the tests show: the windows in the order in which the operator sees them.
+// The pictures of the tests must show the windows in the order in which the operator sees them.
 class tst_Screen : public QObject
 {
     Q_OBJECT

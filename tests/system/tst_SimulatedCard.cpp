@@ -1,5 +1,6 @@
-// The real program with a card at its line: which type it takes the card for, and a spectrum all
-// the way from the line to a reader elsewhere, also from the simulated card of the older type.
+// These tests run the real program with a card on its line. They check which type the panel takes
+// the card for, and that a spectrum travels all the way from the line to another program that reads
+// it. The simulated card of the older type is included.
 #include "spectrum/CardSide.h"
 #include "support/Program.h"
 #include "support/RfbClient.h"
@@ -31,7 +32,7 @@ Requests polls(Pty& card)
     return some;
 }
 
-// How many points of the levels are not far below the highest one.
+// Returns how many points of the levels are not far below the highest one.
 int width(const QJsonArray& levels)
 {
     constexpr double Far = 12.0; // dB
@@ -81,7 +82,8 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(unit.received(), framed("1.1.6.4"), LongMs);
         unit.takeReceived();
 
-        // the older one is there at once and is asked for its name, the other is switched on
+        // The older card is ready at once and is asked for its name. The other one is switched on
+        // first.
         if (older) {
             QTRY_COMPARE_WITH_TIMEOUT(cardSide::requests(card), Requests{"0190RNME000000"}, LongMs);
         } else {
@@ -96,7 +98,7 @@ private slots:
         reader.connectToServer(socket);
         QVERIFY(reader.waitForConnected(LongMs));
 
-        // the menu that shows the first chart
+        // This menu shows the first chart.
         unit.write(framed("AK,Tuner,freq,Frequency,5,X:,,0,,0,0,1") + framed("MS,Pax,Tuner,freq") +
             framed("PAX,1"));
         QTRY_COMPARE_WITH_TIMEOUT(polls(card), Requests{"0190RFFT000000"}, LongMs);
@@ -113,7 +115,7 @@ private slots:
         QCOMPARE(levels.at(100).toDouble(), -20.0);
         QCOMPARE(levels.at(101).toDouble(), -100.0);
         if (older) {
-            QCOMPARE(unit.received(), QByteArray()); // no demodulator is told anything
+            QCOMPARE(unit.received(), QByteArray()); // nothing is sent to a demodulator
         } else {
             QVERIFY(unit.received().endsWith(framed("D3:NFFT:12")));
         }
@@ -131,13 +133,13 @@ private slots:
             {u"-noK7150"_s, u"-platform"_s, u"vnc:size=800x480:port=%1"_s.arg(port)},
             {u"QN740_DEV="_s + devices, u"QN740_SPECTRUM_SOCKET="_s + socket});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
-        unit.write("PAX,1\n"); // the menu that shows the first chart
+        unit.write("PAX,1\n"); // this menu shows the first chart
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(socket), LongMs);
         QLocalSocket reader;
         reader.connectToServer(socket);
         QVERIFY(reader.waitForConnected(LongMs));
 
-        // the menus have set 20 MHz
+        // The menus have set 20 MHz.
         QJsonObject last;
         const auto has = [&](double span) {
             while (reader.canReadLine()) {
@@ -152,7 +154,7 @@ private slots:
         const int before = width(last.value(u"levels"_s).toArray());
         QVERIFY2(before > 10, qPrintable(QString::number(before)));
 
-        // the start-up picture takes every touch for a while
+        // The start-up picture takes every touch for a while, so the clicks are repeated.
         RfbClient screen;
         QVERIFY2(screen.connectTo(port), qPrintable(screen.errorString()));
         const auto listIsOpen = [&] {
@@ -163,7 +165,8 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(
             !listIsOpen() || (screen.click({300, 178}) && !listIsOpen()), LongMs); // "3 MHz"
 
-        // nothing but the card's own line can have told it: the unit hears of no span
+        // The card can have learned the span from its own line only, because the unit receives no
+        // message about it.
         const auto isWide = [&] {
             return has(3.235677106) && width(last.value(u"levels"_s).toArray()) > 3 * before;
         };

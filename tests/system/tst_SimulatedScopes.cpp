@@ -1,5 +1,5 @@
-// The scopes against the real simulated unit: what the operator chooses is what the unit sends and
-// what is plotted.
+// These tests run the scopes against the real simulated unit: the unit sends what the operator has
+// chosen, and the scopes plot it.
 #include "app/MainWindow.h"
 #include "app/Rooms.h"
 #include "scopes/PlotView.h"
@@ -39,7 +39,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D2:DSDM:1"), LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(blocks.size() >= 3, LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(plot(2)->paintCount() > 2, LongMs);
-        // one sample a symbol: all of them near the four points
+        // There is one sample per symbol, so all samples are near the four points.
         const QVector<QPointF> points = scope(2)->constellation().plotted();
         const double level = 0.5 / std::sqrt(2.0);
         for (int k = 1; k < points.size(); ++k) {

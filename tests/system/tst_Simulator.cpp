@@ -61,7 +61,7 @@ private slots:
         QTRY_VERIFY(program.has("sim: panel opened ttyO1"));
         QVERIFY(panel.write(framed("1.1.6.4")));
         const QByteArray expected = framed("VER") + builtInFrames();
-        // behind them comes what the unit measures
+        // The values that the unit measures follow these messages.
         QTRY_VERIFY_WITH_TIMEOUT(panel.received().size() >= expected.size(), LongMs);
         QCOMPARE(panel.received().left(expected.size()), expected);
         QTRY_VERIFY(program.has("panel: 1.1.6.4"));
@@ -233,7 +233,7 @@ private slots:
             if (!line.startsWith(u"  "_s)) {
                 break;
             }
-            // what is meant for the reader stands apart
+            // The part that is meant for the reader stands apart, after three blanks.
             const QString command = line.mid(2).section(u"   "_s, 0, 0);
             QTest::newRow(qPrintable(command)) << command;
         }
@@ -248,7 +248,7 @@ private slots:
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(text);
         };
-        // what the examples in front of it have left
+        // These files are what the examples before this one have left.
         write("my.menu", "PING\n");
         write("talk.log", "1.000 in \\x02PING\\x04\n1.001 out \\x02PONG\\x04\n");
         const bool isPanel = command.contains(u"qn740-panel"_s);
@@ -263,7 +263,7 @@ private slots:
                 QString::fromUtf8(QN740_SIM), QStringList{u"--dir"_s, own, u"--no-menus"_s});
             QTRY_VERIFY_WITH_TIMEOUT(unit->has("sim: ready " + own.toUtf8()), LongMs);
         }
-        // a process group of its own, so that its children end with it
+        // The shell gets its own process group, so that its children end with it.
         Program shell(u"setsid"_s,
             {u"sh"_s, u"-c"_s,
                 u"cd "_s + home.path() + u"; "_s + QString(command).replace(u"/tmp/dev"_s, own)},

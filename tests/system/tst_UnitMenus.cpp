@@ -1,4 +1,4 @@
-// The menus that the simulated unit sends at start-up, on the panel.
+// These tests check the menus that the simulated unit sends at start-up, on the panel.
 #include "app/Rooms.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The bodies of the messages that begin with one of these.
+// Returns the bodies of the built-in messages that begin with one of these texts.
 QList<QByteArray> messages(const QList<QByteArray>& beginnings = {QByteArray()})
 {
     QList<QByteArray> bodies;
@@ -30,7 +30,7 @@ QList<QByteArray> messages(const QList<QByteArray>& beginnings = {QByteArray()})
 
 const QString Green = u"background-color: green"_s;
 
-// The unit's word that this key is set now.
+// Returns the message with which the unit confirms that this key is set.
 QByteArray confirmation(const Panel& panel, const Key* key)
 {
     for (const KeyBoard* page : panel.window.rooms().menus->book.pages) {

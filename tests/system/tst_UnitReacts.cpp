@@ -1,5 +1,6 @@
-// What the operator sets is what the scopes and charts of the panel show then: the panel's window,
-// pressed by real clicks, and the real simulated unit at the other end of all its lines.
+// These tests check that the scopes and charts of the panel show what the operator has set. Real
+// clicks press the keys of the panel's window, and the real simulated unit is at the other end of
+// all its lines.
 #include "app/Rooms.h"
 #include "link/LinkMode.h"
 #include "menus/Key.h"
@@ -22,10 +23,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int EyeSamples = 4; // a symbol, from a decision on
+constexpr int EyeSamples = 4; // per symbol, starting at a decision
 
-// How far the worst decisions of an eye are from zero, as part of the mean one: 1 is an open eye, 0
-// a closed one. Of a thing with four points, as QPSK has them.
+// Returns how far the worst decisions of an eye are from zero, relative to the mean one: 1 is an
+// open eye, 0 a closed one. The modulation must have four points, as QPSK has.
 double opening(const QVector<double>& i, int step)
 {
     double worst = 1e9;
@@ -45,12 +46,12 @@ class tst_UnitReacts : public QObject, private UnitFixture
 {
     Q_OBJECT
 
-    // Presses a key of a menu and, in its editor, these buttons; waits until the unit has received
-    // the answer.
+    // Presses a key of a menu and these buttons in its editor, then waits until the unit has
+    // received the answer.
     void set(const char* menu, const char* id, const QStringList& buttons, const QByteArray& sent)
     {
         say("PAX,0");
-        clickOn(part<QPushButton>(*m_window, "mainMenuButton")); // out of scopes and spectrum
+        clickOn(part<QPushButton>(*m_window, "mainMenuButton")); // leaves scopes and spectrum
         say(QByteArray("SK,") + menu);
         const Key* pressed = MenuBook::findKey(
             m_window->rooms().menus->book.find(QString::fromUtf8(menu)), QString::fromUtf8(id));
@@ -62,7 +63,7 @@ class tst_UnitReacts : public QObject, private UnitFixture
         });
         clickOn(pressed->GetKey());
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: " + sent), LongMs);
-        say("PING"); // and the unit's own answers are there
+        say("PING"); // the unit's own answers come before its reply
     }
 
     Scope* scope(int demodulator) const { return m_window->rooms().scopes->scope(demodulator); }
@@ -83,11 +84,11 @@ class tst_UnitReacts : public QObject, private UnitFixture
         QVERIFY(m_window->rooms().spectrum->card()->isVisible());
     }
 
-    // The mean opening of the next eyes of a demodulator.
+    // Returns the mean opening of the next eyes of a demodulator.
     double eyeOpening(int demodulator)
     {
         QSignalSpy blocks(scope(demodulator), &Scope::rcv_eye_msg);
-        constexpr int Skipped = 2; // what was under way
+        constexpr int Skipped = 2; // eyes that were already under way
         constexpr int Count = 6;
         if (!QTest::qWaitFor([&] { return blocks.size() >= Skipped + Count; }, LongMs)) {
             QTest::qFail("no eyes", __FILE__, __LINE__);
@@ -100,8 +101,8 @@ class tst_UnitReacts : public QObject, private UnitFixture
         return sum;
     }
 
-    // The width in MHz of the carrier of a chart above this level, from one spectrum that is
-    // asked for from now on.
+    // Returns the width of the carrier in a chart in MHz, measured at the level `Above` in a
+    // spectrum that is requested after this call.
     double carrierWidth(int channel)
     {
         constexpr double Above = -60.0;
@@ -109,7 +110,8 @@ class tst_UnitReacts : public QObject, private UnitFixture
         const auto next = [&spectra, channel]() -> QByteArray {
             int seen = 0;
             for (const QList<QVariant>& one : spectra) {
-                // the first may have been under way
+                // The first spectrum may have been requested before this call, so the third one is
+                // taken.
                 if (one.at(1).toInt() == channel && ++seen == 3) {
                     return one.at(0).toByteArray();
                 }
@@ -218,7 +220,7 @@ private slots:
         QCOMPARE(chart(1)->centre(), 1485.5);
         QCOMPARE(chart(2)->centre(), 2256.0); // the combiner's
         showSpectrum();
-        // on the chart: 5.5 MHz to the left of the middle
+        // The peak keeps its frequency, so it stands 5.5 MHz to the left of the chart's middle.
         QTRY_VERIFY_WITH_TIMEOUT(std::abs(chart(0)->peak().frequency - 2250.5) < 3.0, LongMs);
         QVERIFY(chart(0)->peak().level > -40.0);
     }
@@ -232,7 +234,7 @@ private slots:
         whenModal([](QWidget* list) { popUps::press(list, u"Off"_s); });
         clickOn(m_window->rooms().scopes->modeButton(1));
         QTRY_VERIFY_WITH_TIMEOUT(m_unit->has("panel: D1:DSDM:0"), LongMs);
-        // once what is under way is there, blocks of the second alone
+        // After the blocks that are already under way, only the second scope gets blocks.
         const auto onlySecond = [&] {
             first.clear();
             second.clear();
@@ -260,7 +262,7 @@ private slots:
         for (int channel = 0; channel < 3; ++channel) {
             const double width = carrierWidth(channel);
             QVERIFY2(width > 0.1 && width < 1.5, QByteArray::number(width));
-            // all see the same transmitter
+            // All charts see the same transmitter.
             QTRY_VERIFY_WITH_TIMEOUT(
                 std::abs(chart(channel)->peak().frequency - 2250.5) < 1.5, LongMs);
         }

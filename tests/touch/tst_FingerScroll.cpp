@@ -10,7 +10,7 @@
 #include <QSignalSpy>
 #include <QVBoxLayout>
 
-// A view of 400 × 300 with thirty buttons of 60 pixels, the third of them disabled.
+// The view has 400 × 300 pixels and thirty buttons of 60 pixels, the third of which is disabled.
 class tst_FingerScroll : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ class tst_FingerScroll : public QObject
     void release(QPoint at) { QTest::mouseRelease(m_view->windowHandle(), Qt::LeftButton, {}, at); }
     int value() const { return m_view->verticalScrollBar()->value(); }
 
-    // A finger that goes from one height to another over the buttons, in small moves.
+    // Moves a finger from one height to another over the buttons in small steps.
     void drag(int from, int to)
     {
         press({100, from});

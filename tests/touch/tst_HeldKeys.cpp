@@ -11,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-// A finger is down on a widget of a window that is told to let go.
+// A finger presses a widget of a window that is then told to release its keys.
 class tst_HeldKeys : public QObject
 {
     Q_OBJECT

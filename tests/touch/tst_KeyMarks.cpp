@@ -23,7 +23,7 @@ QImage painted(const keyMarks::Marks& marks, const QColor& face, bool isEnabled 
     return image;
 }
 
-// Relative luminance as the Web Content Accessibility Guidelines 2.1 define it.
+// Returns the relative luminance as the Web Content Accessibility Guidelines 2.1 define it.
 double luminance(const QColor& colour)
 {
     const auto linear = [](double value) {
@@ -40,7 +40,8 @@ double contrast(const QColor& one, const QColor& other)
     return (qMax(a, b) + 0.05) / (qMin(a, b) + 0.05);
 }
 
-// Pixels of a place that differ from the face so much that an outline counts as visible.
+// Returns the number of pixels of a place that differ so much from the key's face that an outline
+// counts as visible.
 int visiblePixels(const QImage& image, const QRect& place, const QColor& face)
 {
     int count = 0;
@@ -104,7 +105,8 @@ private slots:
         for (const auto lamp : {keyMarks::Lamp::Off, keyMarks::Lamp::On}) {
             const QImage image = painted({lamp, true}, face, isEnabled);
             const QRect place = keyMarks::lampPlace(KeyRect);
-            // The ring, two pixels wide: to the left, right, top and bottom of the middle.
+            // The ring is two pixels wide; these points are to the left, right, top and bottom of
+            // the middle.
             const QPoint middle = place.center();
             for (const QPoint& at :
                 {QPoint(place.left() + 1, middle.y()), QPoint(place.right() - 1, middle.y()),
@@ -115,7 +117,7 @@ private slots:
         }
     }
 
-    // In shades of grey, too, a lamp that is on is a disc and one that is off an empty ring.
+    // In shades of grey, too, a lamp that is on is a disc, and a lamp that is off is an empty ring.
     void on_and_off_differ_by_shape_data()
     {
         QTest::addColumn<QColor>("faceOff");

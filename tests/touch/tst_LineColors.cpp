@@ -11,7 +11,8 @@ private slots:
     {
         QCOMPARE(contrast::ratio(Qt::white, Qt::black), 21.0);
         QCOMPARE(contrast::ratio(Qt::black, Qt::black), 1.0);
-        // #767676 is the darkest grey that WCAG 2 lets stand on white with 4.5 : 1.
+        // #767676 is the lightest grey that has the contrast of 4.5 : 1 on white that WCAG 2
+        // requires.
         QVERIFY(contrast::ratio(QColor(0x76, 0x76, 0x76), Qt::white) >= 4.5);
         QVERIFY(contrast::ratio(QColor(0x77, 0x77, 0x77), Qt::white) < 4.5);
         QVERIFY(contrast::ratio(Qt::blue, Qt::black) < 4.5);

@@ -151,7 +151,7 @@ private slots:
         QFETCH(bool, rich);
         QFETCH(bool, scrolled);
         if (rich && text.size() > 20'000) {
-            text.truncate(20'000); // whoever shows rich text cuts it: a cut may split its markup
+            text.truncate(20'000); // as callers cut rich text, perhaps inside its markup
         }
         MessageBox box;
         box.setTextFormat(rich ? Qt::RichText : Qt::PlainText);
@@ -209,7 +209,7 @@ private slots:
             const QTextBlock block = view->document()->firstBlock();
             const QTextLine line = block.layout()->lineAt(0);
             QVERIFY(block.begin() != block.end());
-            // the height of a line of 14 pixels in the box's own font
+            // This is the height of a line of 14 pixels in the box's own font.
             QFont smallest = view->font();
             smallest.setPixelSize(14);
             QVERIFY2(line.height() >= QFontMetricsF(smallest).height() - 1.0,

@@ -25,7 +25,7 @@ class tst_PresentMark : public QObject
             0.0722 * channel(colour.blueF());
     }
 
-    // The contrast that the guidelines for accessible contents define.
+    // Returns the contrast that the Web Content Accessibility Guidelines define.
     static double contrast(const QColor& one, const QColor& two)
     {
         const double high = qMax(luminance(one), luminance(two));

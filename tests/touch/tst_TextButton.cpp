@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A key of a menu page, with the sheet of an enabled key.
+// Returns the picture of a menu page's key with the style sheet of an enabled key.
 QImage keyPicture(const QString& label, const QSize& size, const keyMarks::Marks& marks)
 {
     TextButton button(label);
@@ -28,8 +28,8 @@ QRect rightCorner(const QSize& size)
     return {size.width() - keyMarks::CornerSize, 0, keyMarks::CornerSize, keyMarks::CornerSize};
 }
 
-// How many rows of the picture hold letters: nearly black pixels outside the border and the
-// corners.
+// Returns how many rows of the picture hold letters, which are nearly black pixels outside the
+// border and the corners.
 int rowsOfLetters(QImage image)
 {
     QPainter painter(&image);
@@ -146,7 +146,7 @@ private slots:
 
     void text_of_a_menu_key_gets_smaller_only_when_it_would_be_cut()
     {
-        // how high the text stands in the key's picture: the dark pixels of its rows
+        // Returns how high the text is in the key's picture, counted in rows with dark pixels.
         const auto rowsOfText = [](const QString& label) {
             const std::unique_ptr<QPushButton> button(new TextButton(label));
             button->setStyleSheet(keyStyle::enabled(false));
@@ -164,7 +164,7 @@ private slots:
         };
         const int one = rowsOfText(u"Gain"_s);
         QVERIFY(rowsOfText(u"Mask: 1.0.0.0"_s) <= one + 4); // one line of the same size
-        // two lines at the key's own size have no room for this; four smaller ones have
+        // Two lines at the key's own size have no room for this text, but four smaller ones have.
         QVERIFY(rowsOfText(u"A label of more characters than one key can hold"_s) > 2 * one + 4);
     }
 
@@ -316,7 +316,7 @@ private slots:
             }
         }
         QVERIFY(white > 50);
-        // The same as the disabled sheet, but for the border's corners.
+        // This style sheet is the same as the disabled one, except for the border's corners.
         TextButton other(u"Span"_s);
         other.setStyleSheet(keyStyle::disabled(true));
         other.setEnabled(false);

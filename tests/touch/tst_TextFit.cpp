@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Rows of the kind "a label's limits" and "a button's limits": the two that the panel uses.
+// The tests use the limits of a label and those of a button, the two kinds that the panel uses.
 class tst_TextFit : public QObject
 {
     Q_OBJECT
@@ -194,7 +194,7 @@ private slots:
         const QString text(300, u'W');
         const QSize room(120, 33);
         const QString shown = fitter.fit(text, font(28), room).text;
-        // The same QString data: nothing was computed anew.
+        // The text shares its QString data, so nothing was computed again.
         QVERIFY(fitter.fit(text, font(28), room).text.isSharedWith(shown));
         QVERIFY(fitter.fit(text, font(28), QSize(240, 66)).text.size() > shown.size());
         QCOMPARE(fitter.fit(u"Off"_s, font(28), room).text, u"Off"_s);
