@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int TourMs = 240000;
+constexpr int PicturesMs = 240000;
 const QString Remake =
     QStringLiteral("is out of date; to make all anew: ./run --pictures docs/pictures");
 
@@ -116,10 +116,10 @@ private slots:
     {
         // The program gets its own settings, because a link mode left by another run would appear
         // in the status bar.
-        Program tour(QString::fromUtf8(QN740_PICTURES), {u"--quick"_s, m_made.path()},
+        Program pictures(QString::fromUtf8(QN740_PICTURES), {u"--quick"_s, m_made.path()},
             {u"XDG_CONFIG_HOME="_s + m_settings.path()});
-        QVERIFY(tour.waitForFinished(TourMs));
-        QVERIFY2(tour.exitCode() == 0, tour.errors().constData());
+        QVERIFY(pictures.waitForFinished(PicturesMs));
+        QVERIFY2(pictures.exitCode() == 0, pictures.errors().constData());
         QVERIFY(picturesIn(m_made.path()).size() > 40);
     }
 
@@ -132,7 +132,8 @@ private slots:
                 qPrintable(name + u" is not there: docs/pictures "_s + Remake));
         }
         for (const QString& name : there) {
-            QVERIFY2(made.contains(name), qPrintable(name + u" is not of the tour, delete it"_s));
+            QVERIFY2(
+                made.contains(name), qPrintable(name + u" is not taken any more, delete it"_s));
         }
     }
 
