@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype MaxCharacters = 20'000;
@@ -38,7 +40,7 @@ MessageBoxes::MessageBoxes(QObject* parent)
 
 MessageBoxes::~MessageBoxes()
 {
-    for (const QPointer<QMessageBox>& box : std::as_const(m_boxes)) {
+    for (const QPointer<QObject>& box : std::as_const(m_boxes)) {
         if (box != nullptr) {
             box->disconnect(this);
             delete box;
@@ -83,9 +85,9 @@ QMessageBox* MessageBoxes::show(const Order& order)
         box->setMinContentWidth(MinContentWidth);
     }
     box->setArea(order.area);
-    m_boxes += box;
+    m_boxes += QPointer<QObject>(box);
     connect(box, &QDialog::finished, this, [this, box] {
-        m_boxes.removeAll(box);
+        m_boxes.removeAll(QPointer<QObject>(box));
         showWaiting();
     });
     watchWindows();
@@ -108,8 +110,8 @@ void MessageBoxes::closeAll()
 {
     m_waiting.clear();
     const auto boxes = m_boxes;
-    for (const QPointer<QMessageBox>& box : boxes) {
-        if (box != nullptr) {
+    for (const QPointer<QObject>& object : boxes) {
+        if (auto* box = qobject_cast<QMessageBox*>(object.data())) {
             box->accept();
         }
     }
@@ -137,7 +139,8 @@ bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
     }
     const auto* widget = static_cast<QWidget*>(watched);
     const bool isOther = widget->isWindow() && widget->windowType() != Qt::Popup &&
-        !m_boxes.contains(qobject_cast<QMessageBox*>(watched));
+        std::none_of(m_boxes.cbegin(), m_boxes.cend(),
+            [watched](const QPointer<QObject>& box) { return box.data() == watched; });
     if (!isOther) {
         return false;
     }
@@ -161,7 +164,8 @@ bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
 void MessageBoxes::lift()
 {
     const QWidget* editor = QApplication::activeModalWidget();
-    for (const QPointer<QMessageBox>& box : std::as_const(m_boxes)) {
+    for (const QPointer<QObject>& object : std::as_const(m_boxes)) {
+        auto* box = qobject_cast<QMessageBox*>(object.data());
         if (box != nullptr && box->isVisible()) {
             makeWindowOf(*box, editor);
             box->raise();

@@ -62,7 +62,9 @@ private:
     void watchWindows();
     void lift();
 
-    QList<QPointer<QMessageBox>> m_boxes; // that stand, the newest last
+    // The boxes that stand, the newest last. A box sends events while it is destroyed, when it is
+    // no box any more but still an object.
+    QList<QPointer<QObject>> m_boxes;
     QQueue<Order> m_waiting;
     bool m_overflowLogged = false;
     bool m_watching = false;

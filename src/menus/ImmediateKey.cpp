@@ -34,7 +34,7 @@ std::unique_ptr<ImmediateKey> ImmediateKey::fromFields(const QStringList& fields
     if (!typeOk || !paramOk || !valueOk) {
         return nullptr;
     }
-    key->m_button.reset(new TextButton(key->label));
+    key->m_button = std::make_unique<TextButton>(key->label);
     key->Set_Key(key->m_button.get(), false);
     return key;
 }
