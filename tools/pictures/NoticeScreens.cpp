@@ -1,4 +1,4 @@
-// What the panel tells of its link to the main unit, and texts that are too long for the status
+// What the panel says about its link to the main unit, and texts that are too long for the status
 // bar.
 #include "app/MainWindow.h"
 #include "tools/pictures/PanelPictures.h"
