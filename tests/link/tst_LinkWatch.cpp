@@ -120,6 +120,21 @@ private slots:
         QVERIFY(!running());
     }
 
+    void an_interval_that_gets_shorter_makes_silence_come_sooner()
+    {
+        constexpr int SlowMs = 2000;
+        constexpr int ShortestSilenceMs = 3000;
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(m_unit->write(framed("PING")));
+            QTest::qWait(SlowMs);
+        }
+        const auto* timer = m_watch->findChild<QTimer*>();
+        QVERIFY(timer->isActive() && timer->remainingTime() > ShortestSilenceMs);
+        ping(4);
+        QVERIFY(timer->isActive() && timer->remainingTime() <= ShortestSilenceMs);
+    }
+
     // When the unit has asked for an editor, the editor keeps the line waiting. The unit itself is
     // not silent.
     void what_waits_in_the_port_is_a_sign_of_life()
