@@ -73,6 +73,14 @@ void ChartMarkers::keepInside(const FrequencyAxis& axis)
     activateNear(m_active);
 }
 
+void ChartMarkers::setDelta(bool on)
+{
+    m_delta = on;
+    if (on && count() == 1 && m_active == 1) {
+        add(*offset());
+    }
+}
+
 bool ChartMarkers::isRelative(int number) const
 {
     return m_delta && number > 1 && offset(1) && offset(number);

@@ -51,8 +51,9 @@ public:
     /// Removes the markers that do not lie on \a axis.
     void keepInside(const FrequencyAxis& axis);
 
-    /// Has the other markers read as their difference to marker 1, or not.
-    void setDelta(bool on) { m_delta = on; }
+    /// Has the other markers read as their difference to marker 1, or not. Switched on while
+    /// marker 1 is the only one, it sets marker 2 at the same place, which can then be moved away.
+    void setDelta(bool on);
     /// \return whether setDelta() is on.
     bool delta() const { return m_delta; }
     /// \return whether this marker is read as its difference to marker 1: the difference is asked

@@ -41,7 +41,7 @@ public:
         SpectrumReading peak;    ///< The highest point.
         QVector<Marker> markers; ///< Their room is kept before the first data.
         double centre = 0.0;     ///< In MHz: readings get about as wide as this number.
-        double binWidth = 0.0;   ///< Of the spectrum, in MHz; 0 when there is none.
+        int decimals = 3;        ///< Of a frequency in MHz.
     };
 
     /// The space that there is, in pixels.
@@ -51,13 +51,6 @@ public:
         int room = 0;        ///< For the title and the read-out together.
         int chartHeight = 0; ///< Of the whole chart.
     };
-
-    /// \return how many decimals a frequency in MHz is written with: down to the digit below the
-    /// first one of the bin width. The peak, which lies between bins, can still be told then.
-    /// \param binWidth in MHz; DefaultDecimals for 0.
-    static int decimals(double binWidth);
-    static constexpr int DefaultDecimals = 3; ///< Of a frequency before the first spectrum.
-    static constexpr int MaxDecimals = 6;     ///< A frequency is written to the hertz at most.
 
     /// Lays out what \a values say.
     void update(const Values& values, const Space& space);

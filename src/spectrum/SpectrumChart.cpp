@@ -10,20 +10,10 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <algorithm>
-
 namespace {
 
 constexpr int MinHeight = 60;
 constexpr int ReadoutMs = 250; // Numbers that change faster cannot be read.
-
-// The level below which a tenth of the points lie: noise, unless signals fill nearly all of it.
-double floorOf(QVector<float> levels)
-{
-    const auto tenth = levels.begin() + levels.size() / 10;
-    std::nth_element(levels.begin(), tenth, levels.end());
-    return static_cast<double>(*tenth);
-}
 
 } // namespace
 
@@ -100,7 +90,7 @@ void SpectrumChart::setScale(double referenceLevel, int perDivision)
 void SpectrumChart::autoScale()
 {
     if (m_trace.size() > 0) {
-        const ChartScale fitted = ChartScale::fitted(floorOf(m_trace.levels()), peak().level);
+        const ChartScale fitted = ChartScale::fitted(points().floorLevel(), peak().level);
         setScale(fitted.reference(), fitted.perDivision());
     }
 }
@@ -121,7 +111,7 @@ void SpectrumChart::setHMarkers(const QList<double>& levels)
 void SpectrumChart::addSpectrum(const QByteArray& points)
 {
     m_trace.add(points);
-    m_over = m_over || points.contains('\xff');
+    m_over = m_over || m_trace.over();
     if (!points.isEmpty()) {
         m_watch.setExpecting(m_watch.isExpecting() || !m_pollingKnown);
         m_watch.dataCame();
@@ -168,13 +158,15 @@ void SpectrumChart::changeSettings()
 void SpectrumChart::setAveraging(int depth)
 {
     m_trace.setAveraging(depth);
-    m_settings.averaging = m_trace.averaging();
+    m_settings.averageKind = m_trace.averageKind();
+    m_settings.depth = m_trace.averaging() > 1 ? m_trace.averaging() : m_settings.depth;
     changeSettings();
 }
 
-void SpectrumChart::setLogMean(bool on)
+void SpectrumChart::setAverageKind(SpectrumTrace::Average kind)
 {
-    m_settings.logMean = on;
+    m_trace.setAverageKind(kind);
+    m_settings.averageKind = kind;
     changeSettings();
 }
 
@@ -187,13 +179,14 @@ void SpectrumChart::setMaxHold(bool on)
 
 void SpectrumChart::setMinHold(bool on)
 {
+    m_trace.setMinHold(on);
     m_settings.minHold = on;
     changeSettings();
 }
 
 void SpectrumChart::clearHolds()
 {
-    m_trace.setMaxHold(m_trace.maxHold());
+    m_trace.clearHolds();
     changeShown();
 }
 
@@ -204,53 +197,22 @@ void SpectrumChart::restartAverage()
 
 void SpectrumChart::setSettings(const ChartSettings& settings)
 {
-    if (settings.logMean != m_settings.logMean) {
-        setLogMean(settings.logMean);
-    }
-    if (settings.averaging != m_settings.averaging) {
-        setAveraging(settings.averaging);
-    }
-    if (settings.maxHold != m_settings.maxHold) {
-        setMaxHold(settings.maxHold);
-    }
-    if (settings.minHold != m_settings.minHold) {
-        setMinHold(settings.minHold);
-    }
-    m_settings.markers = settings.markers;
+    settings.applyTo(m_trace);
+    m_settings = settings;
     m_settings.markers.keepInside(m_axis);
-    m_settings.scale = settings.scale;
     updateAxes();
     changeSettings();
 }
 
-SpectrumChart::Reading SpectrumChart::reading(qsizetype index) const
-{
-    if (index < 0 || index >= m_trace.size()) {
-        return {};
-    }
-    return {true, m_axis.frequencyAt(index, m_trace.size()),
-        static_cast<double>(m_trace.levelAt(index))};
-}
-
 SpectrumChart::Reading SpectrumChart::peak() const
 {
-    return reading(m_trace.peak());
-}
-
-double SpectrumChart::binWidth() const
-{
-    return m_trace.size() > 0 ? spanMHz() / static_cast<double>(m_trace.size()) : 0.0;
-}
-
-SpectrumChart::Reading SpectrumChart::readingAt(double offset) const
-{
-    return reading(m_axis.indexAt(centre() + offset, m_trace.size()));
+    return points().peak();
 }
 
 SpectrumChart::Reading SpectrumChart::markerAt(int number) const
 {
     const auto offset = markers().offset(number);
-    return offset ? readingAt(*offset) : Reading();
+    return offset ? points().at(*offset) : Reading();
 }
 
 SpectrumChart::Reading SpectrumChart::marker() const
@@ -292,28 +254,24 @@ void SpectrumChart::markerToPeak()
 
 void SpectrumChart::markerToNextPeak()
 {
-    if (!marker().valid) {
+    const auto from = markers().offset();
+    if (!from) {
         markerToPeak();
+    } else if (const auto next = points().nextPeak(*from)) {
+        setMarker(centre() + *next);
     }
 }
 
 void SpectrumChart::stepMarker(int bins)
 {
-    const Reading from = marker();
-    if (from.valid) {
-        const qsizetype size = m_trace.size();
-        const qsizetype to = m_axis.indexAt(from.frequency, size) + bins;
-        setMarker(m_axis.frequencyAt(qBound(qsizetype{0}, to, size - 1), size));
+    if (const auto from = markers().offset()) {
+        setMarker(centre() + points().stepped(*from, bins));
     }
 }
 
 void SpectrumChart::setMarkerDelta(bool on)
 {
-    ChartMarkers& markers = m_settings.markers;
-    markers.setDelta(on);
-    if (on && markers.count() == 1 && markers.active() == 1) {
-        markers.add(*markers.offset());
-    }
+    m_settings.markers.setDelta(on);
     changeSettings();
 }
 
@@ -329,37 +287,15 @@ void SpectrumChart::clearMarker()
     changeSettings();
 }
 
-ChartReadout::Values SpectrumChart::readoutValues() const
-{
-    ChartReadout::Values values;
-    values.averaging = m_settings.averaging;
-    values.logMean = m_settings.logMean;
-    values.maxHold = m_settings.maxHold;
-    values.minHold = m_settings.minHold;
-    values.scale = scale().text();
-    values.peak = m_shownPeak;
-    const Reading first = markerAt(1);
-    for (const auto& marker : markers().all()) {
-        const bool relative = markers().isRelative(marker.number);
-        Reading reading = markerAt(marker.number);
-        if (relative) {
-            reading.frequency -= first.frequency;
-            reading.level -= first.level;
-        }
-        values.markers += {marker.number, marker.number == markers().active(), relative, reading};
-    }
-    values.centre = centre();
-    values.binWidth = binWidth();
-    return values;
-}
-
 void SpectrumChart::updateReadout()
 {
     m_shownPeak = peak();
     m_shownOver = m_over;
     m_over = false;
-    m_readout.update(
-        readoutValues(), {m_titleWidth, plotRect().width() - chartLook::TitleGap, height()});
+    m_readout.update({m_trace.averaging(), m_trace.averageKind() == SpectrumTrace::Average::Log,
+                         m_settings.maxHold, m_settings.minHold, scale().text(), m_shownPeak,
+                         points().at(markers()), centre(), m_axis.decimals(m_trace.size())},
+        {m_titleWidth, plotRect().width() - chartLook::TitleGap, height()});
     m_readoutStale = false;
     if (chartAxes::setHeadHeight(*this, m_readout.headHeight())) {
         replot(rpQueuedReplot);
@@ -399,6 +335,7 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
 {
     painter.setClipRect(plotRect());
     paintLine(painter, m_trace.held(), QPen(m_heldColor, 0));
+    paintLine(painter, m_trace.heldLow(), QPen(m_heldColor, 0, Qt::DotLine));
     paintLine(painter, m_trace.levels(), QPen(m_color, 0));
     m_hMarkers.paintNumbers(painter, plotRect(), levelScale());
     paintMarks(painter);
@@ -436,7 +373,7 @@ void SpectrumChart::paintMarks(QPainter& painter) const
         chartMarks::paintPeak(painter, pixelOf(m_shownPeak), m_color, plot);
     }
     for (const auto& marker : markers().all()) {
-        const Reading marked = readingAt(marker.offset);
+        const Reading marked = points().at(marker.offset);
         const bool active = marker.number == markers().active();
         const auto paint = active ? &chartMarks::paintMarker : &chartMarks::paintOtherMarker;
         if (marked.valid) {

@@ -3,6 +3,7 @@
 #include "plot/CachedPlot.h"
 #include "plot/DataWatch.h"
 #include "spectrum/ChartMarks.h"
+#include "spectrum/ChartPoints.h"
 #include "spectrum/ChartReadout.h"
 #include "spectrum/ChartSettings.h"
 #include "spectrum/ChartTouch.h"
@@ -99,8 +100,8 @@ public:
     void addSpectrum(const QByteArray& points);
     /// Sets over how many spectra the levels are averaged; 1 switches averaging off.
     void setAveraging(int depth);
-    /// Sets whether the decibels are averaged instead of the powers.
-    void setLogMean(bool on);
+    /// Sets what is averaged and starts the average anew. Average::Off keeps the depth for later.
+    void setAverageKind(SpectrumTrace::Average kind);
     /// Switches max hold on or off; on starts it anew.
     void setMaxHold(bool on);
     /// Switches min hold on or off; on starts it anew.
@@ -204,9 +205,7 @@ private:
     QRect plotRect() const { return axisRect()->rect(); }
     Scale frequencyScale() const;
     Scale levelScale() const { return m_settings.scale.rows(plotRect()); }
-    double binWidth() const;
-    Reading reading(qsizetype index) const;
-    Reading readingAt(double offset) const;
+    ChartPoints points() const { return {m_axis, m_trace}; }
     QPointF pixelOf(const Reading& reading) const;
 
     FrequencyAxis m_axis;
