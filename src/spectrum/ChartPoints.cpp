@@ -9,6 +9,17 @@ qsizetype ChartPoints::indexOf(double offset) const
     return m_axis.indexAt(m_axis.centre() + offset, m_trace.size());
 }
 
+double ChartPoints::inside(double offset) const
+{
+    return qBound(-m_axis.width() / 2, offset, m_axis.width() / 2);
+}
+
+// The first point lies on the edge of the axis, and a rounding error must not put it outside.
+double ChartPoints::offsetOf(double index) const
+{
+    return inside(m_axis.frequencyBetween(index, m_trace.size()) - m_axis.centre());
+}
+
 SpectrumReading ChartPoints::peak() const
 {
     const auto peak = peakSearch::at(m_trace.levels(), m_trace.peak());
@@ -44,23 +55,31 @@ QVector<ChartReadout::Marker> ChartPoints::at(const ChartMarkers& markers) const
     return readings;
 }
 
-std::optional<double> ChartPoints::nextPeak(double offset) const
+ChartMarkers ChartPoints::onPeak(const ChartMarkers& markers) const
 {
-    const auto next = peakSearch::next(m_trace.levels(), indexOf(offset));
-    if (!next.valid) {
-        return std::nullopt;
-    }
-    return m_axis.frequencyBetween(next.index, m_trace.size()) - m_axis.centre();
+    const SpectrumReading top = peak();
+    return top.valid ? markers.moved(inside(top.frequency - m_axis.centre())) : markers;
 }
 
-double ChartPoints::stepped(double offset, int bins) const
+ChartMarkers ChartPoints::onNextPeak(const ChartMarkers& markers) const
 {
-    const qsizetype size = m_trace.size();
-    if (size == 0) {
-        return offset;
+    const auto from = markers.offset();
+    if (!from) {
+        return onPeak(markers);
     }
-    const qsizetype index = qBound(qsizetype{0}, indexOf(offset) + bins, size - 1);
-    return m_axis.frequencyAt(index, size) - m_axis.centre();
+    const auto next = peakSearch::next(m_trace.levels(), indexOf(*from));
+    return next.valid ? markers.moved(offsetOf(next.index)) : markers;
+}
+
+ChartMarkers ChartPoints::stepped(const ChartMarkers& markers, int bins) const
+{
+    const auto from = markers.offset();
+    const qsizetype size = m_trace.size();
+    if (!from || size == 0) {
+        return markers;
+    }
+    const qsizetype index = qBound(qsizetype{0}, indexOf(*from) + bins, size - 1);
+    return markers.moved(offsetOf(static_cast<double>(index)));
 }
 
 double ChartPoints::floorLevel() const

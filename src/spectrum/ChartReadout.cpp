@@ -90,6 +90,10 @@ void ChartReadout::update(const Values& values, const Space& space)
     if (values.markers.size() > 1 && headHeight() > MaxPart * space.chartHeight) {
         layOut(partsOf(values, false), space);
     }
+    m_over = values.over;
+    if (m_over) {
+        m_text += (m_text.isEmpty() ? QString() : QStringLiteral("\n")) + chartLook::overText();
+    }
 }
 
 void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& space)

@@ -42,6 +42,7 @@ public:
         QVector<Marker> markers; ///< Their room is kept before the first data.
         double centre = 0.0;     ///< In MHz: readings get about as wide as this number.
         int decimals = 3;        ///< Of a frequency in MHz.
+        bool over = false;       ///< Whether a level has left the card's scale.
     };
 
     /// The space that there is, in pixels.
@@ -55,8 +56,11 @@ public:
     /// Lays out what \a values say.
     void update(const Values& values, const Space& space);
 
-    /// \return the text as the operator sees it, its lines separated by line feeds.
+    /// \return the text as the operator sees it, its lines separated by line feeds. "OVER", which
+    /// stands over the plot, is the last one.
     const QString& text() const { return m_text; }
+    /// \return whether "OVER" is to be shown.
+    bool over() const { return m_over; }
 
     /// \return the height above the plot that title and read-out need, in pixels.
     int headHeight() const;
@@ -70,4 +74,5 @@ private:
     QString m_text;
     QVector<QStaticText> m_lines;
     bool m_besideTitle = false; // the first line
+    bool m_over = false;
 };

@@ -2,10 +2,8 @@
 
 #include "plot/NoData.h"
 #include "plot/TickTexts.h"
-#include "plot/TraceLine.h"
 #include "spectrum/ChartAxes.h"
 #include "spectrum/ChartLook.h"
-#include "touch/LineColors.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,19 +11,14 @@
 namespace {
 
 constexpr int MinHeight = 60;
-constexpr int ReadoutMs = 250; // Numbers that change faster cannot be read.
 
 } // namespace
 
 SpectrumChart::SpectrumChart(QWidget* parent)
     : CachedPlot(0, parent)
-    , m_color(Qt::yellow)
-    , m_heldColor(lineColors::darker(m_color))
 {
     setMinimumHeight(MinHeight);
-    m_readoutTimer.setSingleShot(true);
-    m_readoutTimer.setInterval(ReadoutMs);
-    connect(&m_readoutTimer, &QTimer::timeout, this, &SpectrumChart::readoutDue);
+    connect(&m_pace, &ReadoutPace::due, this, &SpectrumChart::changeShown);
     connect(&m_watch, &DataWatch::staleChanged, this, &SpectrumChart::changeShown);
     chartLook::apply(*this);
     chartAxes::setUp(*this);
@@ -97,8 +90,7 @@ void SpectrumChart::autoScale()
 
 void SpectrumChart::setLineColor(const QColor& color)
 {
-    m_color = color;
-    m_heldColor = lineColors::darker(color);
+    m_lines.setColor(color);
     schedulePaint();
 }
 
@@ -116,13 +108,7 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
         m_watch.setExpecting(m_watch.isExpecting() || !m_pollingKnown);
         m_watch.dataCame();
     }
-    if (m_readoutTimer.isActive()) {
-        m_readoutStale = true;
-    } else {
-        updateReadout();
-        m_readoutTimer.start();
-        emit readoutChanged();
-    }
+    m_pace.change();
     schedulePaint();
     emit spectrumAdded(points);
 }
@@ -131,14 +117,6 @@ void SpectrumChart::setPolled(bool polled)
 {
     m_pollingKnown = true;
     m_watch.setExpecting(polled, DataWatch::Past::Kept);
-}
-
-void SpectrumChart::readoutDue()
-{
-    if (m_readoutStale) {
-        changeShown();
-        m_readoutTimer.start();
-    }
 }
 
 // Shows at once what has changed beside the trace.
@@ -220,83 +198,34 @@ SpectrumChart::Reading SpectrumChart::marker() const
     return markerAt(markers().active());
 }
 
+void SpectrumChart::setMarkers(const ChartMarkers& markers)
+{
+    m_settings.markers = markers;
+    m_settings.markers.keepInside(m_axis);
+    changeSettings();
+}
+
 void SpectrumChart::setMarker(double frequency)
 {
-    const double offset = frequency - centre();
-    if (m_axis.covers(offset)) {
-        m_settings.markers.move(offset);
-    } else {
-        m_settings.markers.remove();
-    }
-    changeSettings();
+    setMarkers(markers().moved(frequency - centre()));
 }
 
 void SpectrumChart::addMarker(double frequency)
 {
     if (m_axis.covers(frequency - centre())) {
-        m_settings.markers.add(frequency - centre());
-        changeSettings();
+        setMarkers(markers().with(frequency - centre()));
     }
-}
-
-void SpectrumChart::activateMarker(int number)
-{
-    m_settings.markers.activate(number);
-    changeSettings();
-}
-
-void SpectrumChart::markerToPeak()
-{
-    if (const Reading top = peak(); top.valid) {
-        setMarker(top.frequency);
-    }
-}
-
-void SpectrumChart::markerToNextPeak()
-{
-    const auto from = markers().offset();
-    if (!from) {
-        markerToPeak();
-    } else if (const auto next = points().nextPeak(*from)) {
-        setMarker(centre() + *next);
-    }
-}
-
-void SpectrumChart::stepMarker(int bins)
-{
-    if (const auto from = markers().offset()) {
-        setMarker(centre() + points().stepped(*from, bins));
-    }
-}
-
-void SpectrumChart::setMarkerDelta(bool on)
-{
-    m_settings.markers.setDelta(on);
-    changeSettings();
-}
-
-void SpectrumChart::removeMarker()
-{
-    m_settings.markers.remove();
-    changeSettings();
-}
-
-void SpectrumChart::clearMarker()
-{
-    m_settings.markers.clear();
-    changeSettings();
 }
 
 void SpectrumChart::updateReadout()
 {
     m_shownPeak = peak();
-    m_shownOver = m_over;
-    m_over = false;
     m_readout.update({m_trace.averaging(), m_trace.averageKind() == SpectrumTrace::Average::Log,
                          m_settings.maxHold, m_settings.minHold, scale().text(), m_shownPeak,
-                         points().at(markers()), centre(), m_axis.decimals(m_trace.size())},
+                         points().at(markers()), centre(), m_axis.decimals(m_trace.size()), m_over},
         {m_titleWidth, plotRect().width() - chartLook::TitleGap, height()});
-    m_readoutStale = false;
+    m_over = false;
+    m_pace.setShown();
     if (chartAxes::setHeadHeight(*this, m_readout.headHeight())) {
         replot(rpQueuedReplot);
     }
@@ -304,16 +233,11 @@ void SpectrumChart::updateReadout()
 
 QString SpectrumChart::readout() const
 {
-    QStringList texts;
-    if (!m_readout.text().isEmpty()) {
-        texts += m_readout.text();
-    }
-    if (m_shownOver) {
-        texts += chartLook::overText();
-    }
+    QStringList texts{m_readout.text()};
     if (stale()) {
         texts += noData::text();
     }
+    texts.removeAll(QString());
     return texts.join(QLatin1Char('\n'));
 }
 
@@ -333,12 +257,11 @@ QPixmap SpectrumChart::drawFrame()
 
 void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
 {
-    painter.setClipRect(plotRect());
-    paintLine(painter, m_trace.held(), QPen(m_heldColor, 0));
-    paintLine(painter, m_trace.heldLow(), QPen(m_heldColor, 0, Qt::DotLine));
-    paintLine(painter, m_trace.levels(), QPen(m_color, 0));
-    m_hMarkers.paintNumbers(painter, plotRect(), levelScale());
-    paintMarks(painter);
+    const ChartGeometry geometry = plotGeometry();
+    painter.setClipRect(geometry.plot);
+    m_lines.paint(painter, m_trace, geometry);
+    m_hMarkers.paintNumbers(painter, geometry.plot, geometry.rows);
+    paintMarks(painter, geometry);
     if (stale()) {
         noData::paint(painter, plotRect());
     }
@@ -346,82 +269,43 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
     m_readout.paint(painter, plotRect().right(), stale() ? chartLook::OldText : chartLook::Text);
 }
 
-void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, const QPen& pen)
-{
-    if (levels.isEmpty()) {
-        return; // Without touching the points of the other line, which keep their memory.
-    }
-    traceLine::layOut(levels, plotRect(), levelScale(), m_line);
-    painter.setPen(pen);
-    painter.drawPolyline(m_line);
-}
-
-Scale SpectrumChart::frequencyScale() const
-{
-    return m_axis.scale(plotRect().left(), plotRect().right());
-}
-
-QPointF SpectrumChart::pixelOf(const Reading& reading) const
-{
-    return {frequencyScale().pixel(reading.frequency), levelScale().pixel(reading.level)};
-}
-
-void SpectrumChart::paintMarks(QPainter& painter) const
+ChartGeometry SpectrumChart::plotGeometry() const
 {
     const QRect plot = plotRect();
-    if (m_shownPeak.valid) {
-        chartMarks::paintPeak(painter, pixelOf(m_shownPeak), m_color, plot);
-    }
-    for (const auto& marker : markers().all()) {
-        const Reading marked = points().at(marker.offset);
-        const bool active = marker.number == markers().active();
-        const auto paint = active ? &chartMarks::paintMarker : &chartMarks::paintOtherMarker;
-        if (marked.valid) {
-            paint(painter, pixelOf(marked), plot, m_markTexts.numbers.at(marker.number));
-        }
-    }
-    if (m_shownOver) {
-        chartMarks::paintOver(painter, pixelOf(m_shownPeak).x(), plot, m_markTexts.over);
-    }
+    return {plot, m_axis.scale(plot.left(), plot.right()), scale().rows(plot)};
 }
 
-ChartTouch::Layout SpectrumChart::touchLayout() const
+void SpectrumChart::paintMarks(QPainter& painter, const ChartGeometry& geometry) const
 {
-    const Scale columns = frequencyScale();
-    ChartTouch::Layout layout{plotRect(), plotRect().left() + m_titleWidth, {}};
-    for (const auto& marker : markers().all()) {
-        layout.markers += {marker.number, columns.pixel(centre() + marker.offset),
-            marker.number == markers().active()};
+    if (m_shownPeak.valid) {
+        chartMarks::paintPeak(painter, geometry.pixel(m_shownPeak), lineColor(), geometry.plot);
     }
-    return layout;
+    for (const auto& marker : markers().all()) {
+        if (const Reading at = points().at(marker.offset); at.valid) {
+            m_markLabels.paintMarker(painter, geometry.pixel(at), geometry.plot, marker.number,
+                marker.number == markers().active());
+        }
+    }
+    if (m_readout.over()) {
+        m_markLabels.paintOver(painter, geometry.pixel(m_shownPeak).x(), geometry.plot);
+    }
 }
 
 void SpectrumChart::follow(const ChartTouch::Action& action)
 {
-    const double frequency = frequencyScale().value(action.x);
-    switch (action.kind) {
-    case ChartTouch::Kind::Nothing:
-        break;
-    case ChartTouch::Kind::Select:
-        activateMarker(action.number);
-        break;
-    case ChartTouch::Kind::Drag:
-        m_settings.markers.activate(action.number);
-        setMarker(frequency);
-        break;
-    case ChartTouch::Kind::Tap:
-        addMarker(frequency);
-        break;
-    case ChartTouch::Kind::Title:
+    if (action.kind == ChartTouch::Kind::Title) {
         emit titleTapped();
-        break;
+    } else if (action.kind != ChartTouch::Kind::Nothing) {
+        const double offset = points().inside(plotGeometry().columns.value(action.x) - centre());
+        setMarkers(ChartTouch::applied(action, markers(), offset));
     }
 }
 
 void SpectrumChart::mousePressEvent(QMouseEvent* event)
 {
     event->accept();
-    follow(m_touch.press(event->position(), touchLayout()));
+    follow(m_touch.press(
+        event->position(), ChartTouch::layout(plotGeometry(), m_titleWidth, markers(), centre())));
 }
 
 void SpectrumChart::mouseMoveEvent(QMouseEvent* event)
