@@ -34,6 +34,8 @@ with --no-menus). A signal is bpsk, qpsk, oqpsk, 8psk or 16qam, and behind it an
   :snr=20 (dB)  :phase=3 (degrees rms)  :offset=0.001 (turns a symbol)
   :imbalance=1 (dB)  :skew=5 (degrees)  :clip=0.4  :level=0.5  :rolloff=0.35
   :band=4 (of the filter in front of the demodulator, in symbol rates)
+  :dci=5  :dcq=-3 (origin offset of I and Q, in per cent of the level)
+  :sps=5.5 (samples per symbol of the eye pattern, 2 to 16; 4 when not given)
 
 The spectral cards ttyUSB11 to ttyUSB13 answer the panel's requests. The K7150 type
 comes up in the panel on "ST,1", the older one is for a panel started with -noK7150.
