@@ -88,9 +88,12 @@ TextButton* ChartKeys::newKey(const chartKeys::Entry& entry, QWidget* page)
         button->setAutoRepeatDelay(RepeatDelayMs);
         button->setAutoRepeatInterval(RepeatMs);
     }
-    connect(button, &TextButton::clicked, this, [this, key = entry.key] { press(key); });
+    connect(button, &TextButton::clicked, this, [this, entry, button] {
+        showState(entry.key, button, entry.kind); // The click has changed a switch by itself.
+        press(entry.key);
+    });
     m_keys.insert(static_cast<int>(entry.key), {button, entry.kind});
-    show(entry.key, button, entry.kind);
+    showState(entry.key, button, entry.kind);
     return button;
 }
 
@@ -111,11 +114,11 @@ void ChartKeys::setInEffect(const QVector<chartKeys::Key>& keys)
     }
     m_inEffect = keys;
     for (auto it = m_keys.cbegin(); it != m_keys.cend(); ++it) {
-        show(static_cast<chartKeys::Key>(it.key()), it.value().button, it.value().kind);
+        showState(static_cast<chartKeys::Key>(it.key()), it.value().button, it.value().kind);
     }
 }
 
-void ChartKeys::show(chartKeys::Key key, TextButton* button, chartKeys::Kind kind) const
+void ChartKeys::showState(chartKeys::Key key, TextButton* button, chartKeys::Kind kind) const
 {
     const bool on = m_inEffect.contains(key);
     if (kind == chartKeys::Kind::Switch) {

@@ -41,7 +41,7 @@ private:
     QWidget* newPage(chartKeys::Page page);
     TextButton* newKey(const chartKeys::Entry& entry, QWidget* page);
     void press(chartKeys::Key key);
-    void show(chartKeys::Key key, TextButton* button, chartKeys::Kind kind) const;
+    void showState(chartKeys::Key key, TextButton* button, chartKeys::Kind kind) const;
 
     struct Shown
     {
