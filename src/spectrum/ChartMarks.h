@@ -3,20 +3,47 @@
 #include <QColor>
 #include <QPointF>
 #include <QRect>
+#include <QStaticText>
+#include <QVector>
 
 class QPainter;
 
 /// The symbols that mark points of a trace.
 namespace chartMarks {
 
-/// Paints a triangle that points down at the highest point of a trace.
+/// The texts of the symbols, laid out once.
+struct Texts
+{
+    /// Prepares the texts.
+    Texts();
+    QVector<QStaticText> numbers; ///< "0", "1" and so on to the highest number of a marker.
+    QStaticText over;             ///< "OVER"
+};
+
+/// Paints a triangle that points down at the highest point of a trace. Where there is no room above
+/// the point, it stands below and points up; a point outside is marked at the edge of the plot.
 /// \param at the point in pixels.
 /// \param color the colour of the trace.
-void paintPeak(QPainter& painter, QPointF at, const QColor& color);
+/// \param area the plot.
+void paintPeak(QPainter& painter, QPointF at, const QColor& color, const QRect& area);
 
-/// Paints a diamond around a point of a trace, and a dotted line through it.
+/// Paints the active marker: a diamond around a point of a trace, and a dotted line through it. A
+/// point outside is marked at the edge of the plot.
 /// \param at the point in pixels.
 /// \param area the plot; the line runs from its top to its bottom.
-void paintMarker(QPainter& painter, QPointF at, const QRect& area);
+/// \param number of the marker, written above or below the diamond; an empty text writes none.
+void paintMarker(QPainter& painter, QPointF at, const QRect& area, const QStaticText& number = {});
+
+/// Paints another marker: a square around a point of a trace, without a line.
+/// \param at the point in pixels.
+/// \param area the plot.
+/// \param number of the marker, written above or below the square; an empty text writes none.
+void paintOtherMarker(
+    QPainter& painter, QPointF at, const QRect& area, const QStaticText& number = {});
+
+/// Paints \a text, "OVER", into the upper corner of the plot that is farther from the peak.
+/// \param peakX the column of the peak in pixels.
+/// \param area the plot.
+void paintOver(QPainter& painter, double peakX, const QRect& area, const QStaticText& text);
 
 } // namespace chartMarks

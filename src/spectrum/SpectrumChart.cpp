@@ -3,26 +3,26 @@
 #include "plot/NoData.h"
 #include "plot/TickTexts.h"
 #include "plot/TraceLine.h"
+#include "spectrum/ChartAxes.h"
 #include "spectrum/ChartLook.h"
-#include "spectrum/ChartMarks.h"
 #include "touch/LineColors.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
 constexpr int MinHeight = 60;
-constexpr int MinRightMargin = 16;
 constexpr int ReadoutMs = 250; // Numbers that change faster cannot be read.
-constexpr int TapRadius = 24;  // Pixels around the marker that count as it: half a finger.
 
-// The distance of two level ticks in dB that leaves room between their texts.
-int levelStep(int height)
+// The level below which a tenth of the points lie: noise, unless signals fill nearly all of it.
+double floorOf(QVector<float> levels)
 {
-    return height < 170 ? 40 : height < 330 ? 20 : 10;
+    const auto tenth = levels.begin() + levels.size() / 10;
+    std::nth_element(levels.begin(), tenth, levels.end());
+    return static_cast<double>(*tenth);
 }
 
 } // namespace
@@ -37,19 +37,9 @@ SpectrumChart::SpectrumChart(QWidget* parent)
     m_readoutTimer.setInterval(ReadoutMs);
     connect(&m_readoutTimer, &QTimer::timeout, this, &SpectrumChart::readoutDue);
     connect(&m_watch, &DataWatch::staleChanged, this, &SpectrumChart::changeShown);
-    setUpAxes();
-    updateAxes();
-}
-
-void SpectrumChart::setUpAxes()
-{
     chartLook::apply(*this);
-    axisRect()->setMargins(QMargins(0, chartLook::TitleHeight, MinRightMargin, 0));
-    xAxis->setTicker(QSharedPointer<QCPAxisTickerText>::create());
-    yAxis->setTicker(QSharedPointer<QCPAxisTickerFixed>::create());
-    yAxis->setNumberFormat(QStringLiteral("f"));
-    yAxis->setNumberPrecision(0);
-    yAxis->setRange(LowestLevel, HighestLevel);
+    chartAxes::setUp(*this);
+    updateAxes();
 }
 
 QStringList SpectrumChart::tickLabels() const
@@ -59,42 +49,15 @@ QStringList SpectrumChart::tickLabels() const
 
 void SpectrumChart::updateAxes()
 {
-    xAxis->setRange(centre() - spanMHz() / 2, centre() + spanMHz() / 2);
-    updateTickTexts();
+    chartAxes::setRanges(*this, m_axis, scale());
+    chartAxes::setTicks(*this, m_axis, scale());
     updateReadout();
     replot(rpQueuedReplot);
 }
 
-void SpectrumChart::updateTickTexts()
-{
-    QStringList labels = tickLabels();
-    if (labels.isEmpty()) {
-        return; // A span without ticks.
-    }
-    labels[labels.size() / 2] += QStringLiteral(" MHz");
-    const QFontMetrics metrics(chartLook::font());
-    int wanted = 0;
-    for (const QString& label : labels) {
-        wanted += metrics.horizontalAdvance(label + QLatin1Char(' '));
-    }
-    // A narrow chart keeps its five ticks, but names only the outer ones and the centre.
-    for (qsizetype i = 1; wanted > width() - 60 && i < labels.size(); i += 2) {
-        labels[i].clear();
-    }
-    // The outer label reaches beyond the plot.
-    const int beyond = metrics.horizontalAdvance(labels.last()) / 2 - 6;
-    QMargins margins = axisRect()->margins();
-    margins.setRight(qMax(MinRightMargin, beyond));
-    axisRect()->setMargins(margins);
-    auto ticker = qSharedPointerCast<QCPAxisTickerText>(xAxis->ticker());
-    ticker->clear();
-    ticker->addTicks(tickPositions(), labels);
-    qSharedPointerCast<QCPAxisTickerFixed>(yAxis->ticker())->setTickStep(levelStep(height()));
-}
-
 void SpectrumChart::resizeEvent(QResizeEvent* event)
 {
-    updateTickTexts();
+    chartAxes::setTicks(*this, m_axis, scale());
     QCustomPlot::resizeEvent(event);
     updateReadout();
 }
@@ -102,6 +65,7 @@ void SpectrumChart::resizeEvent(QResizeEvent* event)
 void SpectrumChart::setTitle(const QString& title)
 {
     m_title = title;
+    m_titleWidth = QFontMetrics(chartLook::font()).horizontalAdvance(m_title);
     updateReadout();
     replot(rpQueuedReplot);
 }
@@ -110,15 +74,34 @@ void SpectrumChart::setSpan(const SpanInfo& span)
 {
     m_axis.setSpan(span);
     m_trace.clear();
-    m_hasMarker = m_hasMarker && m_axis.covers(m_markerOffset);
+    m_over = false;
+    m_settings.markers.keepInside(m_axis);
     updateAxes();
+    emit settingsChanged();
 }
 
 void SpectrumChart::setCentre(double centre)
 {
     if (m_axis.setCentre(centre)) {
         m_trace.clear(); // Its levels belong to the old frequencies.
+        m_over = false;
         updateAxes();
+    }
+}
+
+void SpectrumChart::setScale(double referenceLevel, int perDivision)
+{
+    if (m_settings.scale.set(referenceLevel, perDivision)) {
+        updateAxes();
+        changeSettings();
+    }
+}
+
+void SpectrumChart::autoScale()
+{
+    if (m_trace.size() > 0) {
+        const ChartScale fitted = ChartScale::fitted(floorOf(m_trace.levels()), peak().level);
+        setScale(fitted.reference(), fitted.perDivision());
     }
 }
 
@@ -138,6 +121,7 @@ void SpectrumChart::setHMarkers(const QList<double>& levels)
 void SpectrumChart::addSpectrum(const QByteArray& points)
 {
     m_trace.add(points);
+    m_over = m_over || points.contains('\xff');
     if (!points.isEmpty()) {
         m_watch.setExpecting(m_watch.isExpecting() || !m_pollingKnown);
         m_watch.dataCame();
@@ -147,8 +131,10 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
     } else {
         updateReadout();
         m_readoutTimer.start();
+        emit readoutChanged();
     }
     schedulePaint();
+    emit spectrumAdded(points);
 }
 
 void SpectrumChart::setPolled(bool polled)
@@ -170,23 +156,71 @@ void SpectrumChart::changeShown()
 {
     updateReadout();
     schedulePaint();
+    emit readoutChanged();
+}
+
+void SpectrumChart::changeSettings()
+{
+    changeShown();
+    emit settingsChanged();
 }
 
 void SpectrumChart::setAveraging(int depth)
 {
     m_trace.setAveraging(depth);
-    changeShown();
+    m_settings.averaging = m_trace.averaging();
+    changeSettings();
+}
+
+void SpectrumChart::setLogMean(bool on)
+{
+    m_settings.logMean = on;
+    changeSettings();
 }
 
 void SpectrumChart::setMaxHold(bool on)
 {
     m_trace.setMaxHold(on);
+    m_settings.maxHold = on;
+    changeSettings();
+}
+
+void SpectrumChart::setMinHold(bool on)
+{
+    m_settings.minHold = on;
+    changeSettings();
+}
+
+void SpectrumChart::clearHolds()
+{
+    m_trace.setMaxHold(m_trace.maxHold());
     changeShown();
 }
 
 void SpectrumChart::restartAverage()
 {
     m_trace.restart();
+}
+
+void SpectrumChart::setSettings(const ChartSettings& settings)
+{
+    if (settings.logMean != m_settings.logMean) {
+        setLogMean(settings.logMean);
+    }
+    if (settings.averaging != m_settings.averaging) {
+        setAveraging(settings.averaging);
+    }
+    if (settings.maxHold != m_settings.maxHold) {
+        setMaxHold(settings.maxHold);
+    }
+    if (settings.minHold != m_settings.minHold) {
+        setMinHold(settings.minHold);
+    }
+    m_settings.markers = settings.markers;
+    m_settings.markers.keepInside(m_axis);
+    m_settings.scale = settings.scale;
+    updateAxes();
+    changeSettings();
 }
 
 SpectrumChart::Reading SpectrumChart::reading(qsizetype index) const
@@ -203,34 +237,133 @@ SpectrumChart::Reading SpectrumChart::peak() const
     return reading(m_trace.peak());
 }
 
+double SpectrumChart::binWidth() const
+{
+    return m_trace.size() > 0 ? spanMHz() / static_cast<double>(m_trace.size()) : 0.0;
+}
+
+SpectrumChart::Reading SpectrumChart::readingAt(double offset) const
+{
+    return reading(m_axis.indexAt(centre() + offset, m_trace.size()));
+}
+
+SpectrumChart::Reading SpectrumChart::markerAt(int number) const
+{
+    const auto offset = markers().offset(number);
+    return offset ? readingAt(*offset) : Reading();
+}
+
 SpectrumChart::Reading SpectrumChart::marker() const
 {
-    return m_hasMarker ? reading(m_axis.indexAt(centre() + m_markerOffset, m_trace.size()))
-                       : Reading();
+    return markerAt(markers().active());
 }
 
 void SpectrumChart::setMarker(double frequency)
 {
-    m_markerOffset = frequency - centre();
-    m_hasMarker = m_axis.covers(m_markerOffset);
-    changeShown();
+    const double offset = frequency - centre();
+    if (m_axis.covers(offset)) {
+        m_settings.markers.move(offset);
+    } else {
+        m_settings.markers.remove();
+    }
+    changeSettings();
+}
+
+void SpectrumChart::addMarker(double frequency)
+{
+    if (m_axis.covers(frequency - centre())) {
+        m_settings.markers.add(frequency - centre());
+        changeSettings();
+    }
+}
+
+void SpectrumChart::activateMarker(int number)
+{
+    m_settings.markers.activate(number);
+    changeSettings();
+}
+
+void SpectrumChart::markerToPeak()
+{
+    if (const Reading top = peak(); top.valid) {
+        setMarker(top.frequency);
+    }
+}
+
+void SpectrumChart::markerToNextPeak()
+{
+    if (!marker().valid) {
+        markerToPeak();
+    }
+}
+
+void SpectrumChart::stepMarker(int bins)
+{
+    const Reading from = marker();
+    if (from.valid) {
+        const qsizetype size = m_trace.size();
+        const qsizetype to = m_axis.indexAt(from.frequency, size) + bins;
+        setMarker(m_axis.frequencyAt(qBound(qsizetype{0}, to, size - 1), size));
+    }
+}
+
+void SpectrumChart::setMarkerDelta(bool on)
+{
+    ChartMarkers& markers = m_settings.markers;
+    markers.setDelta(on);
+    if (on && markers.count() == 1 && markers.active() == 1) {
+        markers.add(*markers.offset());
+    }
+    changeSettings();
+}
+
+void SpectrumChart::removeMarker()
+{
+    m_settings.markers.remove();
+    changeSettings();
 }
 
 void SpectrumChart::clearMarker()
 {
-    m_hasMarker = false;
-    changeShown();
+    m_settings.markers.clear();
+    changeSettings();
+}
+
+ChartReadout::Values SpectrumChart::readoutValues() const
+{
+    ChartReadout::Values values;
+    values.averaging = m_settings.averaging;
+    values.logMean = m_settings.logMean;
+    values.maxHold = m_settings.maxHold;
+    values.minHold = m_settings.minHold;
+    values.scale = scale().text();
+    values.peak = m_shownPeak;
+    const Reading first = markerAt(1);
+    for (const auto& marker : markers().all()) {
+        const bool relative = markers().isRelative(marker.number);
+        Reading reading = markerAt(marker.number);
+        if (relative) {
+            reading.frequency -= first.frequency;
+            reading.level -= first.level;
+        }
+        values.markers += {marker.number, marker.number == markers().active(), relative, reading};
+    }
+    values.centre = centre();
+    values.binWidth = binWidth();
+    return values;
 }
 
 void SpectrumChart::updateReadout()
 {
-    const int titleWidth = QFontMetrics(chartLook::font()).horizontalAdvance(m_title);
     m_shownPeak = peak();
+    m_shownOver = m_over;
+    m_over = false;
     m_readout.update(
-        {m_trace.averaging(), m_trace.maxHold(), m_shownPeak, m_hasMarker, marker(), centre()},
-        titleWidth, plotRect().width() - chartLook::TitleGap);
+        readoutValues(), {m_titleWidth, plotRect().width() - chartLook::TitleGap, height()});
     m_readoutStale = false;
-    setHeadHeight(m_readout.headHeight());
+    if (chartAxes::setHeadHeight(*this, m_readout.headHeight())) {
+        replot(rpQueuedReplot);
+    }
 }
 
 QString SpectrumChart::readout() const
@@ -239,20 +372,13 @@ QString SpectrumChart::readout() const
     if (!m_readout.text().isEmpty()) {
         texts += m_readout.text();
     }
+    if (m_shownOver) {
+        texts += chartLook::overText();
+    }
     if (stale()) {
         texts += noData::text();
     }
     return texts.join(QLatin1Char('\n'));
-}
-
-void SpectrumChart::setHeadHeight(int height)
-{
-    QMargins margins = axisRect()->margins();
-    if (margins.top() != height) {
-        margins.setTop(height);
-        axisRect()->setMargins(margins);
-        replot(rpQueuedReplot);
-    }
 }
 
 QPixmap SpectrumChart::drawFrame()
@@ -272,8 +398,8 @@ QPixmap SpectrumChart::drawFrame()
 void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
 {
     painter.setClipRect(plotRect());
-    paintLine(painter, m_trace.held(), m_heldColor);
-    paintLine(painter, m_trace.levels(), m_color);
+    paintLine(painter, m_trace.held(), QPen(m_heldColor, 0));
+    paintLine(painter, m_trace.levels(), QPen(m_color, 0));
     m_hMarkers.paintNumbers(painter, plotRect(), levelScale());
     paintMarks(painter);
     if (stale()) {
@@ -283,25 +409,19 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
     m_readout.paint(painter, plotRect().right(), stale() ? chartLook::OldText : chartLook::Text);
 }
 
-void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color)
+void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, const QPen& pen)
 {
     if (levels.isEmpty()) {
         return; // Without touching the points of the other line, which keep their memory.
     }
     traceLine::layOut(levels, plotRect(), levelScale(), m_line);
-    painter.setPen(QPen(color, 0));
+    painter.setPen(pen);
     painter.drawPolyline(m_line);
 }
 
 Scale SpectrumChart::frequencyScale() const
 {
     return m_axis.scale(plotRect().left(), plotRect().right());
-}
-
-Scale SpectrumChart::levelScale() const
-{
-    return {LowestLevel, HighestLevel, static_cast<double>(plotRect().bottom()),
-        static_cast<double>(plotRect().top())};
 }
 
 QPointF SpectrumChart::pixelOf(const Reading& reading) const
@@ -311,37 +431,70 @@ QPointF SpectrumChart::pixelOf(const Reading& reading) const
 
 void SpectrumChart::paintMarks(QPainter& painter) const
 {
+    const QRect plot = plotRect();
     if (m_shownPeak.valid) {
-        chartMarks::paintPeak(painter, pixelOf(m_shownPeak), m_color);
+        chartMarks::paintPeak(painter, pixelOf(m_shownPeak), m_color, plot);
     }
-    const Reading marked = marker();
-    if (marked.valid) {
-        chartMarks::paintMarker(painter, pixelOf(marked), plotRect());
+    for (const auto& marker : markers().all()) {
+        const Reading marked = readingAt(marker.offset);
+        const bool active = marker.number == markers().active();
+        const auto paint = active ? &chartMarks::paintMarker : &chartMarks::paintOtherMarker;
+        if (marked.valid) {
+            paint(painter, pixelOf(marked), plot, m_markTexts.numbers.at(marker.number));
+        }
+    }
+    if (m_shownOver) {
+        chartMarks::paintOver(painter, pixelOf(m_shownPeak).x(), plot, m_markTexts.over);
+    }
+}
+
+ChartTouch::Layout SpectrumChart::touchLayout() const
+{
+    const Scale columns = frequencyScale();
+    ChartTouch::Layout layout{plotRect(), plotRect().left() + m_titleWidth, {}};
+    for (const auto& marker : markers().all()) {
+        layout.markers += {marker.number, columns.pixel(centre() + marker.offset),
+            marker.number == markers().active()};
+    }
+    return layout;
+}
+
+void SpectrumChart::follow(const ChartTouch::Action& action)
+{
+    const double frequency = frequencyScale().value(action.x);
+    switch (action.kind) {
+    case ChartTouch::Kind::Nothing:
+        break;
+    case ChartTouch::Kind::Select:
+        activateMarker(action.number);
+        break;
+    case ChartTouch::Kind::Drag:
+        m_settings.markers.activate(action.number);
+        setMarker(frequency);
+        break;
+    case ChartTouch::Kind::Tap:
+        addMarker(frequency);
+        break;
+    case ChartTouch::Kind::Title:
+        emit titleTapped();
+        break;
     }
 }
 
 void SpectrumChart::mousePressEvent(QMouseEvent* event)
 {
     event->accept();
+    follow(m_touch.press(event->position(), touchLayout()));
 }
 
 void SpectrumChart::mouseMoveEvent(QMouseEvent* event)
 {
     event->accept();
+    follow(m_touch.move(event->position()));
 }
 
 void SpectrumChart::mouseReleaseEvent(QMouseEvent* event)
 {
     event->accept();
-    const QRect plot = plotRect();
-    const QPointF at = event->position();
-    if (!plot.contains(at.toPoint()) || plot.width() < 2) {
-        return;
-    }
-    const Reading marked = marker();
-    if (marked.valid && std::abs(pixelOf(marked).x() - at.x()) <= TapRadius) {
-        clearMarker();
-        return;
-    }
-    setMarker(frequencyScale().value(at.x()));
+    follow(m_touch.release(event->position()));
 }

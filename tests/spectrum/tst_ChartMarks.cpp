@@ -3,6 +3,10 @@
 
 #include <QPainter>
 
+namespace {
+const QRect Plot(10, 20, 80, 61);
+} // namespace
+
 class tst_ChartMarks : public QObject
 {
     Q_OBJECT
@@ -17,7 +21,7 @@ private slots:
     void the_peak_is_a_triangle_above_its_point_in_the_colour_of_the_trace()
     {
         QPainter painter(&m_picture);
-        chartMarks::paintPeak(painter, QPointF(50, 50), Qt::green);
+        chartMarks::paintPeak(painter, QPointF(50, 50), Qt::green, Plot);
         painter.end();
         QCOMPARE(painted(), QRect(45, 38, 11, 11));
         QCOMPARE(m_picture.pixelColor(50, 48), QColor(Qt::green)); // the tip
@@ -27,7 +31,7 @@ private slots:
     void the_marker_is_a_diamond_around_its_point_with_a_line_through_the_plot()
     {
         QPainter painter(&m_picture);
-        chartMarks::paintMarker(painter, QPointF(50, 50), QRect(10, 20, 80, 61));
+        chartMarks::paintMarker(painter, QPointF(50, 50), Plot);
         painter.end();
         const QRect all = painted();
         QCOMPARE(all.left(), 45);

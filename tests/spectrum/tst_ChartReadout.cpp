@@ -8,8 +8,26 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int MuchRoom = 2000;
+constexpr int High = 480; // a chart
 constexpr SpectrumReading Peak{true, 70.5, -42.5};
 constexpr SpectrumReading Marker{true, 69.25, -100.0};
+
+// A spectrum with this peak.
+ChartReadout::Values withPeak(const SpectrumReading& peak)
+{
+    ChartReadout::Values values;
+    values.peak = peak;
+    values.centre = 70.0;
+    return values;
+}
+
+// The same with marker 1 on this point.
+ChartReadout::Values withMarker(const SpectrumReading& peak, const SpectrumReading& marker)
+{
+    ChartReadout::Values values = withPeak(peak);
+    values.markers = {{1, true, false, marker}};
+    return values;
+}
 
 // How many pixels of the picture are not black in columns `from` to `to`.
 int written(const QImage& picture, int from, int to)
@@ -53,25 +71,29 @@ private slots:
         QFETCH(bool, peak);
         QFETCH(bool, marker);
         ChartReadout readout;
-        readout.update({averaging, maxHold, peak ? Peak : SpectrumReading(), marker,
-                           marker ? Marker : SpectrumReading(), 70.0},
-            0, MuchRoom);
+        ChartReadout::Values values = withPeak(peak ? Peak : SpectrumReading());
+        values.averaging = averaging;
+        values.maxHold = maxHold;
+        if (marker) {
+            values.markers = {{1, true, false, Marker}};
+        }
+        readout.update(values, {0, MuchRoom, High});
         QTEST(readout.text(), "text");
     }
 
     void a_marker_without_data_is_not_written()
     {
         ChartReadout readout;
-        readout.update({1, false, Peak, true, {}, 70.0}, 0, MuchRoom);
+        readout.update(withMarker(Peak, {}), {0, MuchRoom, High});
         QCOMPARE(readout.text(), u"Peak 70.500 MHz -42.5 dB"_s);
     }
 
     void stands_beside_the_title_when_there_is_room()
     {
         ChartReadout readout;
-        readout.update({1, false, Peak, false, {}, 70.0}, 100, MuchRoom);
+        readout.update(withPeak(Peak), {100, MuchRoom, High});
         const int beside = readout.headHeight();
-        readout.update({1, false, Peak, false, {}, 70.0}, MuchRoom, MuchRoom);
+        readout.update(withPeak(Peak), {MuchRoom, MuchRoom, High});
         const int below = readout.headHeight();
         QVERIFY(below > beside);
         QCOMPARE(readout.text(), u"Peak 70.500 MHz -42.5 dB"_s);
@@ -80,10 +102,13 @@ private slots:
     void takes_several_lines_where_one_is_too_short()
     {
         ChartReadout readout;
-        readout.update({1, false, Peak, true, Marker, 70.0}, 100, 200);
+        readout.update(withMarker(Peak, Marker), {100, 200, High});
         QCOMPARE(readout.text(), u"Peak 70.500 MHz -42.5 dB\nMarker 69.250 MHz -100.0 dB"_s);
         const int two = readout.headHeight();
-        readout.update({16, true, Peak, true, Marker, 70.0}, 100, 200);
+        ChartReadout::Values more = withMarker(Peak, Marker);
+        more.averaging = 16;
+        more.maxHold = true;
+        readout.update(more, {100, 200, High});
         QVERIFY(readout.headHeight() > two);
     }
 
@@ -91,11 +116,11 @@ private slots:
     {
         ChartReadout readout;
         const int room = 330; // for a short peak and a short marker, but not for long ones
-        readout.update({1, false, Peak, true, Marker, 70.0}, 50, room);
+        readout.update(withMarker(Peak, Marker), {50, room, High});
         const int height = readout.headHeight();
         for (const double level : {-1.0, -99.5, 0.0, -100.0}) {
             const SpectrumReading reading{true, 70.0, level};
-            readout.update({1, false, reading, true, reading, 70.0}, 50, room);
+            readout.update(withMarker(reading, reading), {50, room, High});
             QVERIFY(readout.text().contains(u'\n'));
             QCOMPARE(readout.headHeight(), height);
         }
@@ -104,7 +129,7 @@ private slots:
     void is_painted_to_the_left_of_its_end()
     {
         ChartReadout readout;
-        readout.update({1, false, Peak, false, {}, 70.0}, 50, 380);
+        readout.update(withPeak(Peak), {50, 380, High});
         QImage picture(400, 40, QImage::Format_RGB32);
         picture.fill(Qt::black);
         QPainter painter(&picture);

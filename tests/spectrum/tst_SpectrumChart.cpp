@@ -217,7 +217,7 @@ private slots:
         QCOMPARE(m_chart->readout(), QString());
         m_chart->setSpan(spanTable().at(9));
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
+        QCOMPARE(m_chart->readout(), u"Peak 70.00 MHz -42.5 dB"_s);
     }
 
     void the_read_out_changes_at_a_readable_pace()
@@ -438,35 +438,57 @@ private slots:
         QVERIFY(pixels(m_chart->grab().toImage(), Qt::white) > 20);
     }
 
-    void a_tap_on_the_marker_removes_it()
+    void a_tap_near_a_marker_selects_it_and_never_removes_it_data()
     {
-        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        tap(0.5);
-        QVERIFY(m_chart->marker().valid);
-        tap(0.505);
-        QVERIFY(!m_chart->marker().valid);
+        QTest::addColumn<int>("away"); // pixels
+        QTest::newRow("on it") << 0;
+        QTest::newRow("a finger to the right") << 23;
+        QTest::newRow("a finger to the left") << -23;
     }
 
-    void a_tap_within_a_finger_of_the_marker_removes_it()
+    void a_tap_near_a_marker_selects_it_and_never_removes_it()
+    {
+        QFETCH(int, away);
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
+        tap(0.5);
+        tap(0.8);
+        QCOMPARE(m_chart->markers().active(), 2);
+        const double before = *m_chart->markers().offset(1);
+        tap(0.5 + away * pixel);
+        QCOMPARE(m_chart->markers().count(), 2);
+        QCOMPARE(m_chart->markers().active(), 1);
+        QCOMPARE(*m_chart->markers().offset(1), before);
+        QCOMPARE(m_chart->marker().level, -42.5);
+    }
+
+    void a_tap_farther_away_sets_another_marker()
     {
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
         const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
-        for (const int away : {23, -23}) {
-            tap(0.5);
-            QVERIFY(m_chart->marker().valid);
-            tap(0.5 + away * pixel);
-            QVERIFY(!m_chart->marker().valid);
-        }
         tap(0.5);
         tap(0.5 + 27 * pixel);
         QVERIFY(m_chart->marker().valid);
+        QCOMPARE(m_chart->markers().count(), 2);
+        QCOMPARE(m_chart->markers().active(), 2);
     }
 
-    void another_tap_moves_the_marker()
+    void another_tap_reads_its_own_place()
     {
         m_chart->addSpectrum(cardSide::carrier(100, 90, -42.5));
         tap(0.2);
         tap(0.9);
+        QCOMPARE(m_chart->marker().level, -42.5);
+    }
+
+    void a_fifth_tap_moves_the_active_marker()
+    {
+        m_chart->addSpectrum(cardSide::carrier(100, 95, -42.5));
+        for (const double part : {0.1, 0.3, 0.5, 0.7, 0.95}) {
+            tap(part);
+        }
+        QCOMPARE(m_chart->markers().count(), 4);
+        QCOMPARE(m_chart->markers().active(), 4);
         QCOMPARE(m_chart->marker().level, -42.5);
     }
 
