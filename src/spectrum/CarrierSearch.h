@@ -10,7 +10,8 @@
 /// more than noise can make it fall (the cumulative sum test, E. S. Page, "Continuous Inspection
 /// Schemes", Biometrika 1954). Of several runs, the one with the most power is the carrier. The
 /// noise outside that run and a guard on either side of it gives a better floor, and the search is
-/// repeated with that.
+/// repeated with that. A carrier whose power in its bins is less than 1.8 dB above the noise in
+/// them is not taken as one.
 class CarrierSearch
 {
 public:
@@ -55,6 +56,8 @@ private:
     double quietestParts() const;
     Run strongestRun() const;
     Run runAt(qsizetype first) const;
+    void take(const Run& run);
+    bool isWeak() const;
     void measureNoise();
     qsizetype guard() const;
 

@@ -14,9 +14,9 @@ constexpr double HertzPerMHz = 1e6;
 constexpr double LowestPower = 1e-30; // so that no level is infinite
 constexpr double ScaleEnd = 1.06e-12; // the level of byte 0, -120 dB, and a rounding error
 constexpr double DeepestPart = 1e-3;  // of the wanted level: no bin counts as lower
-constexpr qsizetype EdgePart = 16;    // An edge is sought in means over this part of the width,
+constexpr double EdgePart = 16.0;     // An edge is sought in means over this part of the band,
 constexpr double SteepRatio = 3.0;    // unless the power changes by more within them.
-constexpr qsizetype TopPart = 8;      // The highest level is a mean over this part of the width.
+constexpr double TopPart = 8.0;       // The highest level is a mean over this part of the band.
 // Several such means differ because of the noise in them, and the highest of them lies so many of
 // their standard deviations above the level.
 constexpr double TopDeviations = 1.2;
@@ -88,6 +88,9 @@ public:
         return bin - 0.5 + inside;
     }
 
+    // The number of bins of the occupied band.
+    double occupied() const { return placeOf(1.0 - OutsidePart) - placeOf(OutsidePart); }
+
     // The mean power of the bins at most so many bins away from bin i.
     double meanAround(qsizetype i, qsizetype distance) const
     {
@@ -128,7 +131,7 @@ struct Top
 
 Top topOf(const CleanBins& bins, const CarrierSearch& carrier)
 {
-    const qsizetype window = (carrier.last() - carrier.first() + 1) / TopPart / 2;
+    const auto window = static_cast<qsizetype>(bins.occupied() / TopPart / 2.0);
     Top top{0.0, carrier.first()};
     for (qsizetype i = carrier.first(); i <= carrier.last(); ++i) {
         const double mean = bins.meanAround(i, window);
@@ -270,7 +273,7 @@ Bandwidth channelMeasurements::bandwidthBelow(const MeasuredSpectrum& spectrum, 
         band.state = State::InNoise;
         return band;
     }
-    const qsizetype window = (carrier.last() - carrier.first() + 1) / EdgePart / 2;
+    const auto window = static_cast<qsizetype>(bins.occupied() / EdgePart / 2.0);
     const double low = Edge(bins, wanted, carrier.guardFirst(), top.bin).place(window);
     const double high = Edge(bins, wanted, carrier.guardLast(), top.bin).place(window);
     if (!std::isfinite(low) || !std::isfinite(high)) {

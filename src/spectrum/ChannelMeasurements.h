@@ -17,7 +17,7 @@ namespace channelMeasurements {
 enum class State {
     Valid,      ///< The numbers are measured.
     NoSpectrum, ///< There are no points, or too few of them, or no width.
-    NoCarrier,  ///< Nothing rises 3 dB above the noise, or the carrier fills the whole span.
+    NoCarrier,  ///< Nothing rises enough above the noise, or the carrier fills the whole span.
     BeyondSpan, ///< The carrier or the wanted bandwidth reaches beyond the spectrum.
     NoNoise,    ///< No noise is seen beside the carrier, or it lies below the card's scale.
     InNoise     ///< The level where the bandwidth is measured lies in the noise.
@@ -76,7 +76,7 @@ struct FrequencyError
 };
 
 /// \return the power in the band of \a bandwidth MHz around \a centre MHz: the sum of the powers of
-/// the bins, of which those at the edges count with the part that lies inside (the integrated
+/// the bins, of which those at the edges count with the part that lies inside (the integration
 /// bandwidth method). Noise is not subtracted.
 ChannelPower channelPower(const MeasuredSpectrum& spectrum, double centre, double bandwidth);
 
