@@ -1,11 +1,13 @@
 #include "spectrum/ChartKeys.h"
 
 #include "touch/FittedLabel.h"
+#include "touch/HeldKeys.h"
 #include "touch/PopUpStyle.h"
 #include "touch/PresentMark.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QStackedLayout>
 
@@ -95,6 +97,16 @@ TextButton* ChartKeys::newKey(const chartKeys::Entry& entry, QWidget* page)
     m_keys.insert(static_cast<int>(entry.key), {button, entry.kind});
     showState(entry.key, button, entry.kind);
     return button;
+}
+
+// A key that is held down lets go when a window blocks this one or when the keys disappear: its
+// release may never reach it.
+bool ChartKeys::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide) {
+        touch::letGo(this);
+    }
+    return QFrame::event(event);
 }
 
 void ChartKeys::press(chartKeys::Key key)

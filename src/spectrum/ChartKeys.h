@@ -37,6 +37,9 @@ signals:
     /// Emitted when a key was pressed that does something to the chart, or Key::Close.
     void pressed(chartKeys::Key key);
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     QWidget* newPage(chartKeys::Page page);
     TextButton* newKey(const chartKeys::Entry& entry, QWidget* page);
