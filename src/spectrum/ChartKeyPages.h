@@ -67,8 +67,8 @@ enum class Page {
 enum class Kind {
     Plain,  ///< It does something once.
     Repeat, ///< It does it again while it is held down.
-    Switch, ///< It is on or off, and shows a lamp.
-    Choice  ///< It is one of several, and is marked while it is in effect.
+    Switch, ///< It is on or off.
+    Choice  ///< It is one of several, of which one is in effect.
 };
 
 /// One key of a page. The keys fill a page in their order, two in a row.

@@ -3,7 +3,6 @@
 #include "touch/FittedLabel.h"
 #include "touch/HeldKeys.h"
 #include "touch/PopUpStyle.h"
-#include "touch/PresentMark.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
 
@@ -23,6 +22,7 @@ constexpr int RepeatMs = 100;
 // Colours as in the pop-ups: a light ground with an edge, grey keys, blue while pressed.
 const char* const Look =
     "ChartKeys {background-color: LightGray; border: 2px solid black; border-radius: 4px;} "
+    "#chartKeyPage {background-color: LightGray;} "
     "QPushButton {background-color: #919191; color: black; border: 2px solid black; border-radius: 4px; font-size: 18px;} "
     "QPushButton:checked {background-color: green; color: white;} "
     "QPushButton:pressed {background-color: #4169e1; color: white;}";
@@ -62,7 +62,8 @@ void ChartKeys::open(chartKeys::Page page)
 
 QWidget* ChartKeys::newPage(chartKeys::Page page)
 {
-    auto* widget = new QWidget(this);
+    auto* widget = new QFrame(this);
+    widget->setObjectName(QStringLiteral("chartKeyPage"));
     auto* grid = new QGridLayout(widget);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(Spacing);
@@ -132,19 +133,10 @@ void ChartKeys::setInEffect(const QVector<chartKeys::Key>& keys)
 
 void ChartKeys::showState(chartKeys::Key key, TextButton* button, chartKeys::Kind kind) const
 {
-    const bool on = m_inEffect.contains(key);
-    if (kind == chartKeys::Kind::Switch) {
+    if (kind == chartKeys::Kind::Switch || kind == chartKeys::Kind::Choice) {
+        const bool on = m_inEffect.contains(key);
         button->setCheckable(true);
         button->setChecked(on);
         button->setMarks({on ? keyMarks::Lamp::On : keyMarks::Lamp::Off, false});
-    }
-    if (kind == chartKeys::Kind::Choice) {
-        auto* mark = button->findChild<PresentMark*>();
-        if (on && mark == nullptr) {
-            mark = new PresentMark(button);
-        }
-        if (mark != nullptr) {
-            mark->setVisible(on);
-        }
     }
 }

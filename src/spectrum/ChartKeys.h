@@ -6,7 +6,6 @@
 #include <QHash>
 
 class FittedLabel;
-class PresentMark;
 class QGridLayout;
 class QStackedLayout;
 class TextButton;
@@ -15,8 +14,8 @@ class TextButton;
 /// two columns of large keys.
 ///
 /// A press is announced by pressed(); keys that lead to another page do so by themselves. What is
-/// in effect is told by setInEffect() and shown on the keys: a switch that is on is green and its
-/// lamp lit, a choice has a ring and a check mark. A page is built when it is first opened.
+/// in effect is told by setInEffect() and shown on the keys, switches and choices alike: a key that
+/// is in effect is green and its lamp is lit. A page is built when it is first opened.
 class ChartKeys : public QFrame
 {
     Q_OBJECT
