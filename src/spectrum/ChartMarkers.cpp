@@ -25,42 +25,43 @@ std::optional<double> ChartMarkers::offset(int number) const
                                            : m_offsets[static_cast<size_t>(number) - 1];
 }
 
-void ChartMarkers::add(double offset)
+ChartMarkers ChartMarkers::with(double offset) const
 {
     const auto free = std::find(m_offsets.begin(), m_offsets.end(), std::nullopt);
     if (free == m_offsets.end()) {
-        move(offset);
-        return;
+        return moved(offset);
     }
-    *free = offset;
-    m_active = static_cast<int>(free - m_offsets.begin()) + 1;
+    ChartMarkers markers = *this;
+    markers.m_active = static_cast<int>(free - m_offsets.begin()) + 1;
+    markers.place(markers.m_active) = offset;
+    return markers;
 }
 
-void ChartMarkers::move(double offset)
+ChartMarkers ChartMarkers::moved(double offset) const
 {
-    m_active = std::max(1, m_active);
-    m_offsets[static_cast<size_t>(m_active) - 1] = offset;
+    ChartMarkers markers = *this;
+    markers.m_active = std::max(1, m_active);
+    markers.place(markers.m_active) = offset;
+    return markers;
 }
 
-void ChartMarkers::activate(int number)
+ChartMarkers ChartMarkers::activated(int number) const
 {
+    ChartMarkers markers = *this;
     if (offset(number)) {
-        m_active = number;
+        markers.m_active = number;
     }
+    return markers;
 }
 
-void ChartMarkers::remove()
+ChartMarkers ChartMarkers::without(int number) const
 {
-    if (m_active > 0) {
-        m_offsets[static_cast<size_t>(m_active) - 1].reset();
-        activateNear(m_active);
+    ChartMarkers markers = *this;
+    if (offset(number)) {
+        markers.place(number).reset();
+        markers.activateNear(m_active);
     }
-}
-
-void ChartMarkers::clear()
-{
-    m_offsets.fill(std::nullopt);
-    m_active = 0;
+    return markers;
 }
 
 void ChartMarkers::keepInside(const FrequencyAxis& axis)
@@ -71,6 +72,14 @@ void ChartMarkers::keepInside(const FrequencyAxis& axis)
         }
     }
     activateNear(m_active);
+}
+
+ChartMarkers ChartMarkers::withDelta(bool on) const
+{
+    const bool onlyFirst = count() == 1 && m_active == 1;
+    ChartMarkers markers = on && onlyFirst ? with(*offset()) : *this;
+    markers.m_delta = on;
+    return markers;
 }
 
 bool ChartMarkers::isRelative(int number) const

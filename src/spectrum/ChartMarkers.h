@@ -35,25 +35,26 @@ public:
     /// \return the distance of a marker from the centre in MHz; nothing when it is not set.
     std::optional<double> offset(int number) const;
 
-    /// Sets another marker, which becomes the active one. When all are set, the active one moves.
+    /// \return these markers and another one, which is active. When all are set, the active one is
+    /// moved instead.
     /// \param offset in MHz from the centre.
-    void add(double offset);
-    /// Moves the active marker, or sets marker 1 when there is none.
+    ChartMarkers with(double offset) const;
+    /// \return these markers with the active one moved, or with marker 1 when there is none.
     /// \param offset in MHz from the centre.
-    void move(double offset);
-    /// Makes a marker the active one; a number that is not set changes nothing.
-    void activate(int number);
-    /// Removes the active marker. The one with the next lower number becomes the active one, or
-    /// the lowest that is left.
-    void remove();
-    /// Removes all markers.
-    void clear();
+    ChartMarkers moved(double offset) const;
+    /// \return these markers with another one active; the same when it is not set.
+    ChartMarkers activated(int number) const;
+    /// \return these markers without one of them. When it was active, the one with the next lower
+    /// number becomes active, or the lowest that is left.
+    ChartMarkers without(int number) const;
     /// Removes the markers that do not lie on \a axis.
     void keepInside(const FrequencyAxis& axis);
 
-    /// Has the other markers read as their difference to marker 1, or not.
-    void setDelta(bool on) { m_delta = on; }
-    /// \return whether setDelta() is on.
+    /// \return these markers, 2 to MaxCount read as their difference to marker 1, or not. Switched
+    /// on while marker 1 is the only one, it sets marker 2 at the same place, which can then be
+    /// moved away.
+    ChartMarkers withDelta(bool on) const;
+    /// \return whether differences are read.
     bool delta() const { return m_delta; }
     /// \return whether this marker is read as its difference to marker 1: the difference is asked
     /// for, and both are set.
@@ -73,6 +74,7 @@ public:
 
 private:
     void activateNear(int number);
+    std::optional<double>& place(int number) { return m_offsets[static_cast<size_t>(number) - 1]; }
 
     std::array<std::optional<double>, MaxCount> m_offsets; // by number - 1
     int m_active = 0;

@@ -41,12 +41,36 @@ void paintNumber(QPainter& painter, QPointF at, const QRect& area, const QStatic
 
 } // namespace
 
-chartMarks::Texts::Texts()
-    : over(chartLook::preparedText(chartLook::overText()))
+chartMarks::Labels::Labels()
+    : m_over(chartLook::preparedText(chartLook::overText()))
 {
     for (int number = 0; number <= ChartMarkers::MaxCount; ++number) {
-        numbers += chartLook::preparedText(QString::number(number));
+        m_numbers += chartLook::preparedText(QString::number(number));
     }
+}
+
+void chartMarks::Labels::paintMarker(
+    QPainter& painter, QPointF at, const QRect& area, int number, bool active) const
+{
+    if (active) {
+        chartMarks::paintMarker(painter, at, area, m_numbers.at(number));
+    } else {
+        paintOtherMarker(painter, at, area, m_numbers.at(number));
+    }
+}
+
+void chartMarks::Labels::paintOver(QPainter& painter, double peakX, const QRect& area) const
+{
+    constexpr int Padding = 5;
+    constexpr int Inset = 4;
+    const QSize size = m_over.size().toSize() + QSize(2 * Padding, 2);
+    const bool left = peakX > area.center().x();
+    const QPoint at(
+        left ? area.left() + Inset : area.right() - Inset - size.width(), area.top() + Inset);
+    painter.fillRect(QRect(at, size), chartLook::OverGround);
+    painter.setFont(chartLook::font());
+    painter.setPen(chartLook::OverText);
+    painter.drawStaticText(at + QPoint(Padding, 1), m_over);
 }
 
 void chartMarks::paintPeak(QPainter& painter, QPointF at, const QColor& color, const QRect& area)
@@ -83,19 +107,4 @@ void chartMarks::paintOtherMarker(
     at.setY(rowInside(at.y(), Symbol, area));
     painter.drawRect(QRectF(at.x() - Half, at.y() - Half, 2 * Half, 2 * Half));
     paintNumber(painter, at, area, number);
-}
-
-void chartMarks::paintOver(
-    QPainter& painter, double peakX, const QRect& area, const QStaticText& text)
-{
-    constexpr int Padding = 5;
-    constexpr int Inset = 4;
-    const QSize size = text.size().toSize() + QSize(2 * Padding, 2);
-    const bool left = peakX > area.center().x();
-    const QPoint at(
-        left ? area.left() + Inset : area.right() - Inset - size.width(), area.top() + Inset);
-    painter.fillRect(QRect(at, size), chartLook::OverGround);
-    painter.setFont(chartLook::font());
-    painter.setPen(chartLook::OverText);
-    painter.drawStaticText(at + QPoint(Padding, 1), text);
 }

@@ -11,13 +11,24 @@ class QPainter;
 /// The symbols that mark points of a trace.
 namespace chartMarks {
 
-/// The texts of the symbols, laid out once.
-struct Texts
+/// Symbols with texts, which are laid out once.
+class Labels
 {
+public:
     /// Prepares the texts.
-    Texts();
-    QVector<QStaticText> numbers; ///< "0", "1" and so on to the highest number of a marker.
-    QStaticText over;             ///< "OVER"
+    Labels();
+
+    /// Paints a marker and its number.
+    void paintMarker(
+        QPainter& painter, QPointF at, const QRect& area, int number, bool active) const;
+    /// Paints "OVER" into the upper corner of the plot that is farther from the peak.
+    /// \param peakX the column of the peak in pixels.
+    /// \param area the plot.
+    void paintOver(QPainter& painter, double peakX, const QRect& area) const;
+
+private:
+    QVector<QStaticText> m_numbers; // "0", "1" and so on
+    QStaticText m_over;
 };
 
 /// Paints a triangle that points down at the highest point of a trace. Where there is no room above
@@ -40,10 +51,5 @@ void paintMarker(QPainter& painter, QPointF at, const QRect& area, const QStatic
 /// \param number of the marker, written above or below the square; an empty text writes none.
 void paintOtherMarker(
     QPainter& painter, QPointF at, const QRect& area, const QStaticText& number = {});
-
-/// Paints \a text, "OVER", into the upper corner of the plot that is farther from the peak.
-/// \param peakX the column of the peak in pixels.
-/// \param area the plot.
-void paintOver(QPainter& painter, double peakX, const QRect& area, const QStaticText& text);
 
 } // namespace chartMarks

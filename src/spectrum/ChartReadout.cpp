@@ -5,8 +5,6 @@
 #include <QFontMetrics>
 #include <QPainter>
 
-#include <cmath>
-
 namespace {
 
 constexpr int LineHeight = 17; // pixels
@@ -53,23 +51,22 @@ void addStates(const ChartReadout::Values& values, QVector<TextFlow::Part>& part
 // A reading, which keeps its room while there is none.
 TextFlow::Part peakPart(const ChartReadout::Values& values)
 {
-    const int decimals = ChartReadout::decimals(values.binWidth);
     const QString name = QStringLiteral("Peak");
-    return {values.peak.valid ? readingText(name, values.peak, decimals) : QString(),
-        readingText(name, {true, values.centre, WidestLevel}, decimals)};
+    return {values.peak.valid ? readingText(name, values.peak, values.decimals) : QString(),
+        readingText(name, {true, values.centre, WidestLevel}, values.decimals)};
 }
 
 TextFlow::Part markerPart(const ChartReadout::Marker& marker, const ChartReadout::Values& values)
 {
-    const int decimals = ChartReadout::decimals(values.binWidth);
     const bool alone = values.markers.size() == 1 && marker.number == 1;
     const QString name = alone ? QStringLiteral("Marker")
         : marker.relative      ? QStringLiteral("M%1-M1").arg(marker.number)
                                : QStringLiteral("M%1").arg(marker.number);
     const double widest = marker.relative ? -10.0 : values.centre;
-    return {marker.reading.valid ? readingText(name, marker.reading, decimals, marker.relative)
-                                 : QString(),
-        readingText(name, {true, widest, WidestLevel}, decimals)};
+    return {marker.reading.valid
+            ? readingText(name, marker.reading, values.decimals, marker.relative)
+            : QString(),
+        readingText(name, {true, widest, WidestLevel}, values.decimals)};
 }
 
 QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMarkers)
@@ -87,19 +84,15 @@ QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMark
 
 } // namespace
 
-int ChartReadout::decimals(double binWidth)
-{
-    if (!(binWidth > 0.0)) {
-        return DefaultDecimals;
-    }
-    return qBound(0, 1 - static_cast<int>(std::floor(std::log10(binWidth))), MaxDecimals);
-}
-
 void ChartReadout::update(const Values& values, const Space& space)
 {
     layOut(partsOf(values, true), space);
     if (values.markers.size() > 1 && headHeight() > MaxPart * space.chartHeight) {
         layOut(partsOf(values, false), space);
+    }
+    m_over = values.over;
+    if (m_over) {
+        m_text += (m_text.isEmpty() ? QString() : QStringLiteral("\n")) + chartLook::overText();
     }
 }
 

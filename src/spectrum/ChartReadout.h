@@ -41,7 +41,8 @@ public:
         SpectrumReading peak;    ///< The highest point.
         QVector<Marker> markers; ///< Their room is kept before the first data.
         double centre = 0.0;     ///< In MHz: readings get about as wide as this number.
-        double binWidth = 0.0;   ///< Of the spectrum, in MHz; 0 when there is none.
+        int decimals = 3;        ///< Of a frequency in MHz.
+        bool over = false;       ///< Whether a level has left the card's scale.
     };
 
     /// The space that there is, in pixels.
@@ -52,18 +53,14 @@ public:
         int chartHeight = 0; ///< Of the whole chart.
     };
 
-    /// \return how many decimals a frequency in MHz is written with: down to the digit below the
-    /// first one of the bin width. The peak, which lies between bins, can still be told then.
-    /// \param binWidth in MHz; DefaultDecimals for 0.
-    static int decimals(double binWidth);
-    static constexpr int DefaultDecimals = 3; ///< Of a frequency before the first spectrum.
-    static constexpr int MaxDecimals = 6;     ///< A frequency is written to the hertz at most.
-
     /// Lays out what \a values say.
     void update(const Values& values, const Space& space);
 
-    /// \return the text as the operator sees it, its lines separated by line feeds.
+    /// \return the text as the operator sees it, its lines separated by line feeds. "OVER", which
+    /// stands over the plot, is the last one.
     const QString& text() const { return m_text; }
+    /// \return whether "OVER" is to be shown.
+    bool over() const { return m_over; }
 
     /// \return the height above the plot that title and read-out need, in pixels.
     int headHeight() const;
@@ -77,4 +74,5 @@ private:
     QString m_text;
     QVector<QStaticText> m_lines;
     bool m_besideTitle = false; // the first line
+    bool m_over = false;
 };

@@ -22,7 +22,9 @@ ChartScale ChartScale::fitted(double floor, double peak)
     constexpr int Used = Divisions - 3; // The rest is space above the peak and below the floor.
     ChartScale scale;
     for (const int perDivision : PerDivision) {
-        const double top = std::ceil(peak / perDivision + 0.5) * perDivision;
+        // Nothing that a card can send lies above the top of a new chart.
+        const double top =
+            std::min<double>(std::ceil(peak / perDivision + 0.5) * perDivision, DefaultReference);
         if (scale.set(top, perDivision); peak - floor <= Used * perDivision) {
             break;
         }

@@ -28,10 +28,11 @@ public:
     /// \return whether the scale has changed.
     bool set(double reference, int perDivision);
 
-    /// \return the finest scale that shows both levels: the peak at most a division and a half
-    /// below the top, the floor at least a division and a half above the bottom. The reference is a
+    /// \return the finest scale that shows both levels: the peak between a half and one and a half
+    /// divisions below the top, which is at most DefaultReference, and the floor at least one and a
+    /// half divisions above the bottom where the scale has room for that. The reference is a
     /// multiple of the decibels per division.
-    /// \param floor, peak in dB, finite.
+    /// \param floor, peak in dB, finite, of a card.
     static ChartScale fitted(double floor, double peak);
 
     /// \return the top of the axis in dB.

@@ -32,6 +32,33 @@ ChartTouch::Target meant(double x, const QVector<ChartTouch::Target>& markers)
 
 } // namespace
 
+ChartTouch::Layout ChartTouch::layout(
+    const ChartGeometry& geometry, int titleWidth, const ChartMarkers& markers, double centre)
+{
+    Layout layout{geometry.plot, geometry.plot.left() + titleWidth, {}};
+    for (const ChartMarkers::Marker& marker : markers.all()) {
+        layout.markers += {marker.number, geometry.columns.pixel(centre + marker.offset),
+            marker.number == markers.active()};
+    }
+    return layout;
+}
+
+ChartMarkers ChartTouch::applied(const Action& action, const ChartMarkers& markers, double offset)
+{
+    switch (action.kind) {
+    case Kind::Select:
+        return markers.activated(action.number);
+    case Kind::Drag:
+        return markers.activated(action.number).moved(offset);
+    case Kind::Tap:
+        return markers.with(offset);
+    case Kind::Nothing:
+    case Kind::Title:
+        break;
+    }
+    return markers;
+}
+
 bool ChartTouch::isTitle(QPoint at, const Layout& layout)
 {
     const QRect& plot = layout.plot;

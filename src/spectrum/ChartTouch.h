@@ -1,11 +1,12 @@
 #pragma once
 
+#include "spectrum/ChartGeometry.h"
+#include "spectrum/ChartMarkers.h"
+
 #include <QPoint>
 #include <QPointF>
 #include <QRect>
 #include <QVector>
-
-#include <optional>
 
 /// What a finger does on a spectrum chart: press, move and release become what is asked of the
 /// chart.
@@ -53,6 +54,15 @@ public:
         double x = 0.0;            ///< At which column, inside the plot, for Drag and Tap.
     };
 
+    /// \return where things are on a chart with these markers.
+    /// \param titleWidth in pixels.
+    /// \param centre of the chart in MHz.
+    static Layout layout(
+        const ChartGeometry& geometry, int titleWidth, const ChartMarkers& markers, double centre);
+    /// \return what becomes of \a markers when \a action is carried out.
+    /// \param offset what action.x is in MHz from the centre.
+    static ChartMarkers applied(const Action& action, const ChartMarkers& markers, double offset);
+
     /// The finger goes down.
     /// \return Select when it takes hold of a marker.
     Action press(QPointF at, const Layout& layout);
@@ -70,7 +80,13 @@ public:
 private:
     Action drag(QPointF at) const;
 
-    enum class State { Up, OnTitle, OnPlot, OnMarker, Dragging };
+    enum class State {
+        Up,       ///< No finger, or one that means nothing.
+        OnTitle,  ///< It went down on the title.
+        OnPlot,   ///< It went down in the plot, far from all markers.
+        OnMarker, ///< It holds a marker and has not moved it.
+        Dragging  ///< It drags the marker.
+    };
 
     Layout m_layout; // when the finger went down
     QPointF m_from;  // where it went down

@@ -2,17 +2,18 @@
 
 #include "plot/CachedPlot.h"
 #include "plot/DataWatch.h"
+#include "spectrum/ChartGeometry.h"
+#include "spectrum/ChartLines.h"
 #include "spectrum/ChartMarks.h"
+#include "spectrum/ChartPoints.h"
 #include "spectrum/ChartReadout.h"
 #include "spectrum/ChartSettings.h"
 #include "spectrum/ChartTouch.h"
 #include "spectrum/FrequencyAxis.h"
 #include "spectrum/LevelMarkers.h"
+#include "spectrum/ReadoutPace.h"
 #include "spectrum/SpectrumReading.h"
 #include "spectrum/SpectrumTrace.h"
-
-#include <QPolygonF>
-#include <QTimer>
 
 /// The chart of one channel: level in dB over frequency in MHz, with the span's five ticks, the
 /// highest point, max hold and min hold, horizontal markers and up to four markers that the
@@ -84,7 +85,7 @@ public:
     /// Sets the colour of the trace. Max hold and min hold are drawn in a darker one.
     void setLineColor(const QColor& color);
     /// \return the colour of the trace.
-    QColor lineColor() const { return m_color; }
+    QColor lineColor() const { return m_lines.color(); }
 
     /// Replaces the horizontal markers. Those that are not on the present level axis are kept and
     /// not drawn.
@@ -99,8 +100,8 @@ public:
     void addSpectrum(const QByteArray& points);
     /// Sets over how many spectra the levels are averaged; 1 switches averaging off.
     void setAveraging(int depth);
-    /// Sets whether the decibels are averaged instead of the powers.
-    void setLogMean(bool on);
+    /// Sets what is averaged and starts the average anew. Average::Off keeps the depth for later.
+    void setAverageKind(SpectrumTrace::Average kind);
     /// Switches max hold on or off; on starts it anew.
     void setMaxHold(bool on);
     /// Switches min hold on or off; on starts it anew.
@@ -150,22 +151,22 @@ public:
     void addMarker(double frequency);
     /// Makes a marker the active one.
     /// \param number 1 to ChartMarkers::MaxCount; of one that is not set, nothing happens.
-    void activateMarker(int number);
+    void activateMarker(int number) { setMarkers(markers().activated(number)); }
     /// Moves the active marker to the peak, or sets marker 1 there.
-    void markerToPeak();
+    void markerToPeak() { setMarkers(points().onPeak(markers())); }
     /// Moves the active marker to the highest peak that is lower than the point where it stands, or
     /// sets marker 1 on the peak. Without a lower peak it stays.
-    void markerToNextPeak();
+    void markerToNextPeak() { setMarkers(points().onNextPeak(markers())); }
     /// Moves the active marker by a number of points, at most to the end of the trace.
     /// \param bins to the right; negative, to the left.
-    void stepMarker(int bins);
+    void stepMarker(int bins) { setMarkers(points().stepped(markers(), bins)); }
     /// Has the markers 2 to 4 read as their difference to marker 1 in MHz and dB, or not. With
     /// marker 1 alone, switching on sets marker 2 at the same place, which can then be moved away.
-    void setMarkerDelta(bool on);
+    void setMarkerDelta(bool on) { setMarkers(markers().withDelta(on)); }
     /// Removes the active marker; the one with the next lower number becomes the active one.
-    void removeMarker();
+    void removeMarker() { setMarkers(markers().without(markers().active())); }
     /// Removes all markers.
-    void clearMarker();
+    void clearMarker() { setMarkers({}); }
     /// \return the text of all readings as the operator sees it. Averaging, holds, scale, peak and
     /// markers stand above the plot at the right, on several lines where one is too short; "OVER"
     /// and "NO DATA" stand over the plot and are the last lines.
@@ -193,39 +194,28 @@ protected:
 private:
     void updateAxes();
     void updateReadout();
-    void readoutDue();
     void changeShown();
     void changeSettings();
+    void setMarkers(const ChartMarkers& markers);
     void follow(const ChartTouch::Action& action);
-    ChartTouch::Layout touchLayout() const;
-    ChartReadout::Values readoutValues() const;
-    void paintLine(QPainter& painter, const QVector<float>& levels, const QPen& pen);
-    void paintMarks(QPainter& painter) const;
+    void paintMarks(QPainter& painter, const ChartGeometry& geometry) const;
     QRect plotRect() const { return axisRect()->rect(); }
-    Scale frequencyScale() const;
-    Scale levelScale() const { return m_settings.scale.rows(plotRect()); }
-    double binWidth() const;
-    Reading reading(qsizetype index) const;
-    Reading readingAt(double offset) const;
-    QPointF pixelOf(const Reading& reading) const;
+    ChartGeometry plotGeometry() const;
+    ChartPoints points() const { return {m_axis, m_trace}; }
 
     FrequencyAxis m_axis;
     SpectrumTrace m_trace;
     ChartSettings m_settings;
     ChartTouch m_touch;
+    ChartLines m_lines;
     ChartReadout m_readout;
-    chartMarks::Texts m_markTexts;
+    ReadoutPace m_pace{this};
+    chartMarks::Labels m_markLabels;
     Reading m_shownPeak; // the one in m_readout
     DataWatch m_watch{StaleMs, QStringLiteral("noDataTimer"), this};
     LevelMarkers m_hMarkers{*this};
     QString m_title;
-    QColor m_color;
-    QColor m_heldColor; // of max hold and min hold
-    QPolygonF m_line;   // kept for its memory
-    QTimer m_readoutTimer{this};
-    int m_titleWidth = 0;     // pixels
-    bool m_over = false;      // of a spectrum since the last read-out
-    bool m_shownOver = false; // goes with m_readout
-    bool m_readoutStale = false;
+    int m_titleWidth = 0;        // pixels
+    bool m_over = false;         // of a spectrum since the last read-out
     bool m_pollingKnown = false; // setPolled() was called
 };
