@@ -60,6 +60,12 @@ void ChartFoot::clear()
     measure();
 }
 
+void ChartFoot::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    measure(); // What has come meanwhile was not measured.
+}
+
 void ChartFoot::fitPlot()
 {
     if (m_chart == nullptr) {

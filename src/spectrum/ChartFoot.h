@@ -30,6 +30,9 @@ public:
     /// Forgets the lines, whose frequencies are no longer those of the chart.
     void clear();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void fitPlot();
     void fitRange();

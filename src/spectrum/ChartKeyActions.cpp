@@ -11,17 +11,19 @@ using chartKeys::Key;
 using chartMeasurement::Choice;
 using Measured = chartMeasurement::Kind;
 
+using Average = SpectrumTrace::Average;
+
 struct Averaging
 {
     Key key;
+    Average kind;
     int depth;
-    bool logMean;
 };
 
-constexpr std::array Averagings{Averaging{Key::NoAverage, 1, false},
-    Averaging{Key::Power4, 4, false}, Averaging{Key::Power16, 16, false},
-    Averaging{Key::Power64, 64, false}, Averaging{Key::Log4, 4, true},
-    Averaging{Key::Log16, 16, true}, Averaging{Key::Log64, 64, true}};
+constexpr std::array Averagings{Averaging{Key::Power4, Average::Power, 4},
+    Averaging{Key::Power16, Average::Power, 16}, Averaging{Key::Power64, Average::Power, 64},
+    Averaging{Key::Log4, Average::Log, 4}, Averaging{Key::Log16, Average::Log, 16},
+    Averaging{Key::Log64, Average::Log, 64}};
 
 constexpr std::array Divisions{std::pair{Key::Decibels10, 10}, std::pair{Key::Decibels5, 5},
     std::pair{Key::Decibels2, 2}, std::pair{Key::Decibel1, 1}};
@@ -33,6 +35,14 @@ constexpr std::array Measurements{std::pair{Key::ChannelPower, Measured::Channel
     std::pair{Key::FrequencyError, Measured::FrequencyError},
     std::pair{Key::NoMeasurement, Measured::None}};
 
+void average(SpectrumChart& chart, Average kind, int depth)
+{
+    chart.setAverageKind(kind);
+    if (kind != Average::Off) {
+        chart.setAveraging(depth);
+    }
+}
+
 // Each of these functions returns whether the key was one of its own.
 
 bool changeTrace(Key key, SpectrumChart& chart)
@@ -40,8 +50,11 @@ bool changeTrace(Key key, SpectrumChart& chart)
     const ChartSettings settings = chart.settings();
     switch (key) {
     case Key::Average:
-        chart.setLogMean(false);
-        chart.setAveraging(settings.averaging > 1 ? 1 : chartKeys::AverageDepth);
+        average(chart, settings.averageKind == Average::Off ? Average::Power : Average::Off,
+            chartKeys::AverageDepth);
+        return true;
+    case Key::NoAverage:
+        chart.setAverageKind(Average::Off);
         return true;
     case Key::MaxHold:
         chart.setMaxHold(!settings.maxHold);
@@ -57,8 +70,7 @@ bool changeTrace(Key key, SpectrumChart& chart)
     }
     for (const Averaging& averaging : Averagings) {
         if (averaging.key == key) {
-            chart.setLogMean(averaging.logMean);
-            chart.setAveraging(averaging.depth);
+            average(chart, averaging.kind, averaging.depth);
             return true;
         }
     }
@@ -155,13 +167,15 @@ QVector<chartKeys::Key> chartKeys::inEffect(
             keys += key;
         }
     };
-    add(Key::Average, settings.averaging > 1);
+    const bool averages = settings.averageKind != Average::Off;
+    add(Key::Average, averages);
+    add(Key::NoAverage, !averages);
     add(Key::MaxHold, settings.maxHold);
     add(Key::MinHold, settings.minHold);
     add(Key::MarkDelta, settings.markers.delta());
     for (const Averaging& averaging : Averagings) {
-        const bool isKind = averaging.depth == 1 || averaging.logMean == settings.logMean;
-        add(averaging.key, averaging.depth == settings.averaging && isKind);
+        add(averaging.key,
+            averaging.kind == settings.averageKind && averaging.depth == settings.depth);
     }
     for (const auto& [key, perDivision] : Divisions) {
         add(key, perDivision == settings.scale.perDivision());

@@ -488,8 +488,9 @@ private:
     void checkChosen()
     {
         const ChartSettings& settings = m_card->chart(0)->settings();
-        QCOMPARE(settings.averaging, 4);
-        QVERIFY(settings.logMean && settings.minHold && !settings.maxHold);
+        QCOMPARE(settings.averageKind, SpectrumTrace::Average::Log);
+        QCOMPARE(settings.depth, 4);
+        QVERIFY(settings.minHold && !settings.maxHold);
         QCOMPARE(settings.scale.perDivision(), 5);
         QCOMPARE(settings.markers.count(), 1);
         QCOMPARE(panel()->text().section(u'\n', 0, 0), u"C/N"_s);

@@ -11,6 +11,8 @@
 #include "tools/screen/Screen.h"
 
 #include <QComboBox>
+#include <QWindow>
+#include <QtTest/qtestmouse.h>
 
 using namespace Qt::StringLiterals;
 
@@ -127,6 +129,38 @@ void takeMeasurements(PanelPictures& panel)
         u"spectrum-back"_s);
 }
 
+// What a chart shows when a level is at the end of the card's scale. The unit sends no such level,
+// so the spectra come from here.
+void takeOver(PanelPictures& panel)
+{
+    constexpr int Points = 474;
+    constexpr int Times = 3; // until the readings follow
+    constexpr int BetweenMs = 100;
+    QByteArray points(Points, 40);
+    points.replace(Points / 2 - 10, 20, QByteArray(20, '\xff'));
+    for (int i = 0; i < Times; ++i) {
+        cardOf(panel).chart(0)->addSpectrum(points);
+        PanelPictures::settle(BetweenMs);
+    }
+    panel.take(u"spectrum-over"_s);
+}
+
+// The keys of the chart that is lent to the PAX main menu.
+void takeLentChartKeys(PanelPictures& panel)
+{
+    const QPoint title(60, 8);
+    panel.say(u"PAX,1"_s);
+    PanelPictures::settle(SomeSpectraMs);
+    panel.whenDialogOpens([&panel](QWidget* dialog) {
+        panel.take(u"pax-menu-chart-keys"_s);
+        panel.pressButton(dialog, u"Close"_s);
+    });
+    QTest::mouseClick(panel.window().windowHandle(), Qt::LeftButton, Qt::NoModifier,
+        cardOf(panel).chart(0)->mapTo(&panel.window(), title));
+    PanelPictures::settle(FewSpectraMs);
+    panel.say(u"PAX,0"_s);
+}
+
 // What a chart shows when its card is gone.
 void takeSilence(PanelPictures& panel)
 {
@@ -157,6 +191,8 @@ void takeSpectrum(PanelPictures& panel)
     takeReadings(panel);
     takeEnlarged(panel);
     takeMeasurements(panel);
+    takeOver(panel);
+    takeLentChartKeys(panel);
     takeSilence(panel);
     show(panel, Charts);
     panel.showView(Views::Menus);
