@@ -27,6 +27,7 @@ constexpr double QuietDeviations = -1.2816; // that quantile of the normal distr
 CarrierSearch::CarrierSearch(const MeasuredSpectrum& spectrum)
     : m_powers(spectrum.powers)
     , m_spectra(std::max(spectrum.spectra, 1.0))
+    , m_shape(m_spectra)
     , m_fall((std::log(static_cast<double>(std::max(m_powers.size(), MinPoints))) + RarityLog) /
           (Decay * m_spectra))
 {
@@ -134,6 +135,8 @@ void CarrierSearch::measureNoise()
     if (m_hasNoise) {
         QVector<float> bins = m_powers.mid(0, left);
         bins += m_powers.mid(m_powers.size() - right, right);
-        m_floor = noise::meanOf(bins, m_spectra);
+        const noise::Estimate estimate = noise::estimate(bins, m_spectra);
+        m_floor = estimate.mean;
+        m_shape = estimate.shape;
     }
 }

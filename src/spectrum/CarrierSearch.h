@@ -39,6 +39,9 @@ public:
     bool hasNoise() const { return m_hasNoise; }
     /// \return the mean power of the noise in a bin; the best guess while hasNoise() is false.
     double floor() const { return m_floor; }
+    /// \return how many independent spectra each bin is the mean of, as the spread of the noise
+    /// tells: at least as many as are known.
+    double spectra() const { return m_shape; }
 
 private:
     // A run of bins above the floor.
@@ -56,7 +59,8 @@ private:
     qsizetype guard() const;
 
     const QVector<float>& m_powers;
-    double m_spectra;
+    double m_spectra; // as they are known
+    double m_shape;
     double m_fall; // of the sum at the end of a run
     double m_floor = 0.0;
     qsizetype m_first = -1;

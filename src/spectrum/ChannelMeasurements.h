@@ -81,12 +81,13 @@ struct FrequencyError
 ChannelPower channelPower(const MeasuredSpectrum& spectrum, double centre, double bandwidth);
 
 /// \return the band that holds 99 % of the carrier's power, 0.5 % lying on either side of it
-/// (Recommendation ITU-R SM.443; article 1.153 of the ITU Radio Regulations), without the noise.
+/// (No. 1.153 of the ITU Radio Regulations; Recommendation ITU-R SM.443, Annex 1), without the
+/// noise.
 Bandwidth occupiedBandwidth(const MeasuredSpectrum& spectrum);
 
 /// \return the band outside which the carrier, without the noise, is at least \a down dB below its
-/// highest level (x-dB bandwidth, Recommendation ITU-R SM.328), interpolated between the bins.
-/// \param down in dB, above 0: 3 and 26 are usual.
+/// highest level (x-dB bandwidth, Recommendation ITU-R SM.443, Annex 2), interpolated between the
+/// bins. \param down in dB, above 0: 3 and 26 are usual.
 Bandwidth bandwidthBelow(const MeasuredSpectrum& spectrum, double down);
 
 /// \return the mean noise power beside the carrier; without a carrier, that of the whole spectrum.
