@@ -2,6 +2,7 @@
 // one fails, and how it ends. The scenarios of the operator's workflows are a test of their own.
 #include "support/Program.h"
 #include "support/TestMain.h"
+#include "tools/try/Pattern.h"
 #include "tools/try/Pictures.h"
 #include "tools/try/Scenario.h"
 

@@ -2,7 +2,7 @@
 
 #include "popups/TouchSlider.h"
 #include "tools/try/Glass.h"
-#include "tools/try/Scenario.h"
+#include "tools/try/Pattern.h"
 #include "touch/FingerScroll.h"
 
 #include <QAbstractButton>

@@ -3,7 +3,7 @@
 #include "scopes/Scope.h"
 #include "spectrum/SpectrumChart.h"
 #include "tools/screen/Screen.h"
-#include "tools/try/Scenario.h"
+#include "tools/try/Pattern.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>

@@ -2,6 +2,7 @@
 
 #include "tools/screen/Screen.h"
 #include "tools/try/Glass.h"
+#include "tools/try/Pattern.h"
 #include "touch/KeyStyle.h"
 #include "touch/PresentMark.h"
 #include "touch/TextButton.h"

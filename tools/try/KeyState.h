@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/try/Scenario.h"
+#include "tools/try/Step.h"
 
 class QAbstractButton;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/try/Scenario.h"
+#include "tools/try/Step.h"
 
 /// Reading one step from the text of its line.
 namespace stepParser {

@@ -8,6 +8,7 @@
 #include "tools/try/Finger.h"
 #include "tools/try/Glass.h"
 #include "tools/try/KeyState.h"
+#include "tools/try/Pattern.h"
 #include "tools/try/Pictures.h"
 #include "tools/try/ScenarioRun.h"
 #include "wire/Message.h"
