@@ -46,7 +46,7 @@ public:
     /// overloaded: it sends bytes of 255. \param level in dB, −MaxLevel to MaxLevel; others are
     /// ignored
     void setLevel(double level);
-    static constexpr double MaxLevel = 60.0; ///< of setLevel(), in dB
+    static constexpr double MaxLevel = 80.0; ///< of setLevel(), in dB
 
     /// Takes a message from the panel to a demodulator: "D2:NFFT:11" changes the span of
     /// demodulator 2, "D1 D2 D3:NFFT:11" of all three.

@@ -46,7 +46,7 @@ void CardOptions::addTo(QCommandLineParser& parser)
                        "span; 1024 of the older type)."),
         QStringLiteral("NUMBER")});
     parser.addOption({Level,
-        QStringLiteral("Raises the carriers that the cards see, -60 to 60 dB (default: 0; from "
+        QStringLiteral("Raises the carriers that the cards see, -80 to 80 dB (default: 0; from "
                        "about 30 on a card is overloaded)."),
         QStringLiteral("DB"), QStringLiteral("0")});
 }

@@ -7,7 +7,9 @@
 
 namespace {
 
-constexpr double Above = 2.0;      // Bins of a carrier lie this factor above the floor: 3 dB.
+constexpr double Above = 2.0; // Bins of a carrier lie this factor above the floor: 3 dB.
+// Of the power of a carrier to that of the noise in its bins: 1.8 dB.
+constexpr double MinRatio = 1.5;
 constexpr int Rounds = 4;          // The floor hardly changes after the second.
 constexpr qsizetype GuardPart = 8; // The guard on either side is this part of the carrier's width,
 constexpr qsizetype MinGuard = 2;  // but at least so many bins.
@@ -18,15 +20,15 @@ constexpr double Decay = 0.797;
 constexpr double RarityLog = 4.6; // One spectrum of noise in a hundred seems to have a carrier.
 
 constexpr qsizetype PartSize = 8; // bins, at least
-constexpr qsizetype MaxParts = 32;
-constexpr double QuietQuantile = 0.1;
-constexpr double QuietDeviations = -1.2816; // that quantile of the normal distribution
+constexpr qsizetype MaxParts = 64;
+constexpr double QuietDeviations = -1.8; // of the second lowest of so many parts, of their mean
 
 } // namespace
 
 CarrierSearch::CarrierSearch(const MeasuredSpectrum& spectrum)
     : m_powers(spectrum.powers)
     , m_spectra(std::max(spectrum.spectra, 1.0))
+    , m_shape(m_spectra)
     , m_fall((std::log(static_cast<double>(std::max(m_powers.size(), MinPoints))) + RarityLog) /
           (Decay * m_spectra))
 {
@@ -37,13 +39,32 @@ CarrierSearch::CarrierSearch(const MeasuredSpectrum& spectrum)
     for (int round = 0; round < Rounds; ++round) {
         const Run run = strongestRun();
         const bool same = round > 0 && run.first == m_first && run.last == m_last;
-        m_first = run.first;
-        m_last = run.last;
+        take(run);
         if (same) {
-            return;
+            break;
         }
         measureNoise();
     }
+    if (found() && isWeak()) {
+        take(Run());
+        measureNoise();
+    }
+}
+
+void CarrierSearch::take(const Run& run)
+{
+    m_first = run.first;
+    m_last = run.last;
+}
+
+// Whether this is only a part of a carrier that is too weak, or of noise that is not flat.
+bool CarrierSearch::isWeak() const
+{
+    double sum = 0.0;
+    for (qsizetype i = m_first; i <= m_last; ++i) {
+        sum += static_cast<double>(m_powers.at(i));
+    }
+    return sum < (1.0 + MinRatio) * m_floor * static_cast<double>(m_last - m_first + 1);
 }
 
 qsizetype CarrierSearch::guard() const
@@ -61,8 +82,9 @@ qsizetype CarrierSearch::guardLast() const
     return std::min(m_last + guard(), m_powers.size() - 1);
 }
 
-// The floor from the means of equal parts of the spectrum: one in ten lies lower than theirs by as
-// much as noise alone makes it lie (approximation of Wilson and Hilferty).
+// The floor from the means of equal parts of the spectrum: the second lowest of them lies lower
+// than theirs by about as much as noise alone makes it lie (approximation of Wilson and Hilferty).
+// Two parts without a carrier are enough.
 double CarrierSearch::quietestParts() const
 {
     const qsizetype parts = std::clamp(m_powers.size() / PartSize, qsizetype{1}, MaxParts);
@@ -77,8 +99,7 @@ double CarrierSearch::quietestParts() const
         }
         means += sum / static_cast<double>(size);
     }
-    const auto quiet =
-        means.begin() + static_cast<qsizetype>(QuietQuantile * static_cast<double>(parts));
+    const auto quiet = means.begin() + std::min(parts - 1, qsizetype{1});
     std::nth_element(means.begin(), quiet, means.end());
     const double shape = m_spectra * static_cast<double>(size);
     const double lower = 1.0 - 1.0 / (9.0 * shape) + QuietDeviations / (3.0 * std::sqrt(shape));
@@ -134,6 +155,8 @@ void CarrierSearch::measureNoise()
     if (m_hasNoise) {
         QVector<float> bins = m_powers.mid(0, left);
         bins += m_powers.mid(m_powers.size() - right, right);
-        m_floor = noise::meanOf(bins, m_spectra);
+        const noise::Estimate estimate = noise::estimate(bins, m_spectra);
+        m_floor = estimate.mean;
+        m_shape = estimate.shape;
     }
 }

@@ -10,7 +10,8 @@
 /// more than noise can make it fall (the cumulative sum test, E. S. Page, "Continuous Inspection
 /// Schemes", Biometrika 1954). Of several runs, the one with the most power is the carrier. The
 /// noise outside that run and a guard on either side of it gives a better floor, and the search is
-/// repeated with that.
+/// repeated with that. A carrier whose power in its bins is less than 1.8 dB above the noise in
+/// them is not taken as one.
 class CarrierSearch
 {
 public:
@@ -39,6 +40,9 @@ public:
     bool hasNoise() const { return m_hasNoise; }
     /// \return the mean power of the noise in a bin; the best guess while hasNoise() is false.
     double floor() const { return m_floor; }
+    /// \return how many independent spectra each bin is the mean of, as the spread of the noise
+    /// tells: at least as many as are known.
+    double spectra() const { return m_shape; }
 
 private:
     // A run of bins above the floor.
@@ -52,11 +56,14 @@ private:
     double quietestParts() const;
     Run strongestRun() const;
     Run runAt(qsizetype first) const;
+    void take(const Run& run);
+    bool isWeak() const;
     void measureNoise();
     qsizetype guard() const;
 
     const QVector<float>& m_powers;
-    double m_spectra;
+    double m_spectra; // as they are known
+    double m_shape;
     double m_fall; // of the sum at the end of a run
     double m_floor = 0.0;
     qsizetype m_first = -1;

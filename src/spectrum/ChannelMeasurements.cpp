@@ -11,11 +11,15 @@ namespace {
 
 constexpr double OutsidePart = 0.005; // of the power on either side of the occupied band
 constexpr double HertzPerMHz = 1e6;
-constexpr double LowestPower = 1e-30;  // so that no level is infinite
-constexpr double ScaleEnd = 1.06e-12;  // the level of byte 0, -120 dB, and a rounding error
-constexpr double DeepestPart = 1e-3;   // of the wanted level: no bin counts as lower
-constexpr qsizetype EdgePart = 16;     // The edges are sought in the mean over this part of the
-constexpr qsizetype ReferencePart = 8; // carrier's width, the highest level over this part.
+constexpr double LowestPower = 1e-30; // so that no level is infinite
+constexpr double ScaleEnd = 1.06e-12; // the level of byte 0, -120 dB, and a rounding error
+constexpr double DeepestPart = 1e-3;  // of the wanted level: no bin counts as lower
+constexpr double EdgePart = 16.0;     // An edge is sought in means over this part of the band,
+constexpr double SteepRatio = 3.0;    // unless the power changes by more within them.
+constexpr double TopPart = 8.0;       // The highest level is a mean over this part of the band.
+// Several such means differ because of the noise in them, and the highest of them lies so many of
+// their standard deviations above the level.
+constexpr double TopDeviations = 1.2;
 
 double decibels(double power)
 {
@@ -84,11 +88,14 @@ public:
         return bin - 0.5 + inside;
     }
 
-    // The mean power of the bins at most half the window away from bin i.
-    double meanAround(qsizetype i, qsizetype window) const
+    // The number of bins of the occupied band.
+    double occupied() const { return placeOf(1.0 - OutsidePart) - placeOf(OutsidePart); }
+
+    // The mean power of the bins at most so many bins away from bin i.
+    double meanAround(qsizetype i, qsizetype distance) const
     {
-        const qsizetype first = std::max(i - window / 2, m_first);
-        const qsizetype last = std::min(i + window / 2, m_last);
+        const qsizetype first = std::clamp(i - distance, m_first, m_last);
+        const qsizetype last = std::clamp(i + distance, m_first, m_last);
         return (m_sums.at(last + 1 - m_first) - m_sums.at(first - m_first)) /
             static_cast<double>(last + 1 - first);
     }
@@ -115,29 +122,86 @@ Bandwidth occupiedBand(const MeasuredSpectrum& spectrum, const CarrierSearch& ca
     return band;
 }
 
-// Where the mean crosses the wanted power between bins from and to, the first of which is below it.
-double crossing(
-    const CleanBins& bins, qsizetype window, double wanted, qsizetype from, qsizetype to)
+// The highest mean over a part of the carrier's width, and where it is.
+struct Top
 {
-    const double lowest = wanted * DeepestPart;
-    const double below = std::log(std::max(bins.meanAround(from, window), lowest));
-    const double above = std::log(bins.meanAround(to, window));
-    const double part = (std::log(wanted) - below) / (above - below);
-    return static_cast<double>(from) + part * static_cast<double>(to - from);
+    double power = 0.0;
+    qsizetype bin = 0;
+};
+
+Top topOf(const CleanBins& bins, const CarrierSearch& carrier)
+{
+    const auto window = static_cast<qsizetype>(bins.occupied() / TopPart / 2.0);
+    Top top{0.0, carrier.first()};
+    for (qsizetype i = carrier.first(); i <= carrier.last(); ++i) {
+        const double mean = bins.meanAround(i, window);
+        top = mean > top.power ? Top{mean, i} : top;
+    }
+    if (window > 0) {
+        const auto averaged = carrier.spectra() * static_cast<double>(2 * window + 1);
+        top.power /= 1.0 + TopDeviations / std::sqrt(averaged);
+    }
+    return top;
 }
 
-// The place at which the mean rises to the wanted power, going from one bin to another; NaN when
-// the first one is that high already.
-double riseTo(const CleanBins& bins, qsizetype window, double wanted, qsizetype from, qsizetype to)
+// Seeks where the carrier falls to a power on one of its sides.
+class Edge
 {
-    const qsizetype step = from < to ? 1 : -1;
-    for (qsizetype i = from; i != to; i += step) {
-        if (bins.meanAround(i, window) >= wanted) {
-            return i == from ? std::nan("") : crossing(bins, window, wanted, i - step, i);
-        }
+public:
+    Edge(const CleanBins& bins, double wanted, qsizetype outside, qsizetype top)
+        : m_bins(bins)
+        , m_wanted(wanted)
+        , m_outside(outside)
+        , m_top(top)
+        , m_step(outside < top ? 1 : -1)
+    {
     }
-    return crossing(bins, window, wanted, to - step, to);
-}
+
+    // The place, found in means over at most 2 × window + 1 bins: over fewer where the edge is so
+    // steep that a mean would move it. NaN when the power is that high at the outside already.
+    double place(qsizetype window) const
+    {
+        double place = crossing(window);
+        while (window > 0 && std::isfinite(place) && isSteep(std::llround(place), window)) {
+            window /= 2;
+            place = crossing(window);
+        }
+        return place;
+    }
+
+private:
+    double crossing(qsizetype window) const
+    {
+        qsizetype inside = m_outside;
+        while (inside != m_top && m_bins.meanAround(inside, window) < m_wanted) {
+            inside += m_step;
+        }
+        if (inside == m_outside) {
+            return std::nan("");
+        }
+        const qsizetype before = inside - m_step;
+        const double lowest = m_wanted * DeepestPart;
+        const double below = std::log(std::max(m_bins.meanAround(before, window), lowest));
+        const double above =
+            std::log(std::max(m_bins.meanAround(inside, window), m_wanted * (1.0 + 1e-9)));
+        return static_cast<double>(before) +
+            (std::log(m_wanted) - below) / (above - below) * static_cast<double>(m_step);
+    }
+
+    bool isSteep(qsizetype at, qsizetype window) const
+    {
+        const qsizetype half = (window + 1) / 2;
+        const double outer = m_bins.meanAround(at - m_step * half, half);
+        const double inner = m_bins.meanAround(at + m_step * half, half);
+        return inner > SteepRatio * std::max(outer, m_wanted * DeepestPart);
+    }
+
+    const CleanBins& m_bins;
+    double m_wanted;
+    qsizetype m_outside;
+    qsizetype m_top;
+    qsizetype m_step;
+};
 
 } // namespace
 
@@ -203,24 +267,15 @@ Bandwidth channelMeasurements::bandwidthBelow(const MeasuredSpectrum& spectrum, 
         return band;
     }
     const CleanBins bins(spectrum, carrier);
-    const qsizetype width = carrier.last() - carrier.first() + 1;
-    const qsizetype window = width / EdgePart;
-    double reference = 0.0;
-    qsizetype top = carrier.first();
-    for (qsizetype i = carrier.first(); i <= carrier.last(); ++i) {
-        const double mean = bins.meanAround(i, width / ReferencePart);
-        if (mean > reference) {
-            reference = mean;
-            top = i;
-        }
-    }
-    const double wanted = reference * std::pow(10.0, -down / 10.0);
+    const Top top = topOf(bins, carrier);
+    const double wanted = top.power * std::pow(10.0, -down / 10.0);
     if (wanted < carrier.floor()) {
         band.state = State::InNoise;
         return band;
     }
-    const double low = riseTo(bins, window, wanted, carrier.guardFirst(), top);
-    const double high = riseTo(bins, window, wanted, carrier.guardLast(), top);
+    const auto window = static_cast<qsizetype>(bins.occupied() / EdgePart / 2.0);
+    const double low = Edge(bins, wanted, carrier.guardFirst(), top.bin).place(window);
+    const double high = Edge(bins, wanted, carrier.guardLast(), top.bin).place(window);
     if (!std::isfinite(low) || !std::isfinite(high)) {
         band.state = State::BeyondSpan;
         return band;

@@ -17,7 +17,7 @@ namespace channelMeasurements {
 enum class State {
     Valid,      ///< The numbers are measured.
     NoSpectrum, ///< There are no points, or too few of them, or no width.
-    NoCarrier,  ///< Nothing rises 3 dB above the noise, or the carrier fills the whole span.
+    NoCarrier,  ///< Nothing rises enough above the noise, or the carrier fills the whole span.
     BeyondSpan, ///< The carrier or the wanted bandwidth reaches beyond the spectrum.
     NoNoise,    ///< No noise is seen beside the carrier, or it lies below the card's scale.
     InNoise     ///< The level where the bandwidth is measured lies in the noise.
@@ -76,17 +76,18 @@ struct FrequencyError
 };
 
 /// \return the power in the band of \a bandwidth MHz around \a centre MHz: the sum of the powers of
-/// the bins, of which those at the edges count with the part that lies inside (the integrated
+/// the bins, of which those at the edges count with the part that lies inside (the integration
 /// bandwidth method). Noise is not subtracted.
 ChannelPower channelPower(const MeasuredSpectrum& spectrum, double centre, double bandwidth);
 
 /// \return the band that holds 99 % of the carrier's power, 0.5 % lying on either side of it
-/// (Recommendation ITU-R SM.443; article 1.153 of the ITU Radio Regulations), without the noise.
+/// (No. 1.153 of the ITU Radio Regulations; Recommendation ITU-R SM.443, Annex 1), without the
+/// noise.
 Bandwidth occupiedBandwidth(const MeasuredSpectrum& spectrum);
 
 /// \return the band outside which the carrier, without the noise, is at least \a down dB below its
-/// highest level (x-dB bandwidth, Recommendation ITU-R SM.328), interpolated between the bins.
-/// \param down in dB, above 0: 3 and 26 are usual.
+/// highest level (x-dB bandwidth, Recommendation ITU-R SM.443, Annex 2), interpolated between the
+/// bins. \param down in dB, above 0: 3 and 26 are usual.
 Bandwidth bandwidthBelow(const MeasuredSpectrum& spectrum, double down);
 
 /// \return the mean noise power beside the carrier; without a carrier, that of the whole spectrum.

@@ -20,7 +20,7 @@ void ChartLines::setColor(const QColor& color)
 void ChartLines::paint(QPainter& painter, const SpectrumTrace& trace, const ChartGeometry& geometry)
 {
     paintLine(painter, trace.held(), QPen(m_heldColor, 0), geometry);
-    paintLine(painter, trace.heldLow(), QPen(m_heldColor, 0, Qt::DotLine), geometry);
+    paintLine(painter, trace.heldLow(), QPen(m_color, 0, Qt::DotLine), geometry);
     paintLine(painter, trace.levels(), QPen(m_color, 0), geometry);
 }
 

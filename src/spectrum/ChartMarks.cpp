@@ -12,7 +12,7 @@ namespace {
 
 constexpr double Symbol = 5.0; // Half the width of a mark, in pixels.
 constexpr double TipGap = 2.0; // Between a point and its triangle.
-constexpr int NumberGap = 2;   // Between a mark and its number.
+constexpr int NumberGap = 3;   // Between a mark and its number.
 
 // The row of a mark that reaches \a reach pixels above and below it, inside the plot.
 double rowInside(double row, double reach, const QRect& area)
@@ -21,20 +21,20 @@ double rowInside(double row, double reach, const QRect& area)
     return std::clamp<double>(row, std::min(area.top() + reach, lowest), lowest);
 }
 
-// Writes the number above the mark, or below it at the top of the plot, on a dark ground so that
-// the trace does not run through it.
+// Writes the number to the right of the mark, or to its left at the edge of the plot, on a dark
+// ground so that the trace does not run through it. Above stands the triangle of the peak.
 void paintNumber(QPainter& painter, QPointF at, const QRect& area, const QStaticText& number)
 {
     if (number.text().isEmpty()) {
         return;
     }
     const QSize size = number.size().toSize();
-    const double above = at.y() - Symbol - NumberGap - size.height();
-    const double top = above >= area.top() ? above : at.y() + Symbol + NumberGap;
-    const double left = std::clamp<double>(at.x() - size.width() / 2.0, area.left(),
-        std::max(area.left(), area.right() - size.width()));
-    const QPoint place(qRound(left), qRound(top));
-    painter.fillRect(QRect(place, size).adjusted(-1, 2, 1, -1), chartLook::Background);
+    const double away = Symbol + NumberGap;
+    const bool right = at.x() + away + size.width() <= area.right();
+    const double x = right ? at.x() + away : at.x() - away - size.width();
+    const QPoint place(
+        qRound(x), qRound(rowInside(at.y(), size.height() / 2.0, area)) - size.height() / 2);
+    painter.fillRect(QRect(place, size).adjusted(-1, 2, 1, -2), chartLook::Background);
     painter.setFont(chartLook::font());
     painter.drawStaticText(place, number);
 }
@@ -64,7 +64,7 @@ void chartMarks::Labels::paintOver(QPainter& painter, double peakX, const QRect&
     constexpr int Padding = 5;
     constexpr int Inset = 4;
     const QSize size = m_over.size().toSize() + QSize(2 * Padding, 2);
-    const bool left = peakX > area.center().x();
+    const bool left = peakX > area.left() + 2 * Inset + size.width() + Symbol;
     const QPoint at(
         left ? area.left() + Inset : area.right() - Inset - size.width(), area.top() + Inset);
     painter.fillRect(QRect(at, size), chartLook::OverGround);

@@ -30,18 +30,21 @@ TextFlow::Part fixedPart(const QString& text)
     return {text, text};
 }
 
-void addStates(const ChartReadout::Values& values, QVector<TextFlow::Part>& parts)
+void addStates(const ChartReadout::Values& values, bool brief, QVector<TextFlow::Part>& parts)
 {
+    const auto hold = [brief](const QString& which) {
+        return fixedPart(brief ? which : which + QStringLiteral(" Hold"));
+    };
     if (values.averaging > 1) {
         const QString pattern =
             values.logMean ? QStringLiteral("Log Avg %1") : QStringLiteral("Avg %1");
         parts += fixedPart(pattern.arg(values.averaging));
     }
     if (values.maxHold) {
-        parts += fixedPart(QStringLiteral("Max Hold"));
+        parts += hold(QStringLiteral("Max"));
     }
     if (values.minHold) {
-        parts += fixedPart(QStringLiteral("Min Hold"));
+        parts += hold(QStringLiteral("Min"));
     }
     if (!values.scale.isEmpty()) {
         parts += fixedPart(values.scale);
@@ -69,10 +72,10 @@ TextFlow::Part markerPart(const ChartReadout::Marker& marker, const ChartReadout
         readingText(name, {true, widest, WidestLevel}, values.decimals)};
 }
 
-QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMarkers)
+QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMarkers, bool brief)
 {
     QVector<TextFlow::Part> parts;
-    addStates(values, parts);
+    addStates(values, brief, parts);
     parts += peakPart(values);
     for (const ChartReadout::Marker& marker : values.markers) {
         if (allMarkers || marker.active) {
@@ -86,9 +89,16 @@ QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMark
 
 void ChartReadout::update(const Values& values, const Space& space)
 {
-    layOut(partsOf(values, true), space);
-    if (values.markers.size() > 1 && headHeight() > MaxPart * space.chartHeight) {
-        layOut(partsOf(values, false), space);
+    const double maxHeight = MaxPart * space.chartHeight;
+    layOut(partsOf(values, true, false), space);
+    if (values.markers.size() > 1 && headHeight() > maxHeight) {
+        layOut(partsOf(values, false, false), space);
+    }
+    if (const int height = headHeight(); height > maxHeight) {
+        layOut(partsOf(values, false, true), space);
+        if (headHeight() == height) {
+            layOut(partsOf(values, false, false), space); // Brief texts save no line.
+        }
     }
     m_over = values.over;
     if (m_over) {

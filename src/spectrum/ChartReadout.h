@@ -14,11 +14,13 @@ class QPainter;
 ///
 /// What fits beside the title stands there, the rest in one or more lines of its own between title
 /// and plot. update() lays it out; paint() only copies the prepared texts. Where all of it would
-/// take more of the chart than MaxPart, only the active one of several markers is read out.
+/// take more of the chart than MaxPart, only the active one of several markers is read out; where
+/// that is still too much and saves a line, "Max" and "Min" stand for the holds.
 class ChartReadout
 {
 public:
-    /// The part of the chart's height that title and read-out may take before markers are left out.
+    /// The part of the chart's height that title and read-out may take before something is left
+    /// out.
     static constexpr double MaxPart = 0.4;
 
     /// A marker to read out.

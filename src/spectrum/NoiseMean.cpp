@@ -60,8 +60,9 @@ double noise::shapeOf(double lowerQuartile, double upperQuartile)
     return std::min(root * root, MaxShape);
 }
 
-double noise::meanOf(QVector<float>& bins, double spectra)
+noise::Estimate noise::estimate(QVector<float>& bins, double spectra)
 {
-    const double shape = shapeOf(quantile(bins, 0.25), quantile(bins, 0.75));
-    return quantile(bins, 0.5) / medianOverMean(std::max({shape, spectra, 1.0}));
+    const double spread = shapeOf(quantile(bins, 0.25), quantile(bins, 0.75));
+    const double shape = std::max({spread, spectra, 1.0});
+    return {quantile(bins, 0.5) / medianOverMean(shape), shape};
 }

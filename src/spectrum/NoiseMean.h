@@ -25,9 +25,16 @@ double quantile(QVector<float>& values, double part);
 /// 17, 1931), by which the cube root of the power is normally distributed. At most 1e6.
 double shapeOf(double lowerQuartile, double upperQuartile);
 
-/// \return the mean power of the noise in \a bins, which are put into another order. Their spread
-/// tells how many spectra were averaged already before they came here.
+/// Noise in a number of bins.
+struct Estimate
+{
+    double mean = 0.0;  ///< Its mean power in a bin.
+    double shape = 1.0; ///< Of its gamma distribution: how many spectra were averaged.
+};
+
+/// Estimates the noise in \a bins, which are put into another order. Their spread tells how many
+/// spectra a card has averaged before they came here.
 /// \param spectra how many are known to be averaged, 1 or more.
-double meanOf(QVector<float>& bins, double spectra);
+Estimate estimate(QVector<float>& bins, double spectra);
 
 } // namespace noise

@@ -65,7 +65,7 @@ peakSearch::Peak peakSearch::at(const QVector<float>& levels, qsizetype index)
     }
     const double left = static_cast<double>(levels.at(index - 1)) - peak.level;
     const double right = static_cast<double>(levels.at(index + 1)) - peak.level;
-    if (left < 0.0 && right < 0.0) {
+    if (left < 0.0 && right < 0.0 && std::isfinite(left + right)) {
         const double offset = 0.5 * (left - right) / (left + right);
         peak.index += offset;
         peak.level -= 0.25 * (left - right) * offset;

@@ -19,6 +19,12 @@ SpectrumChart::SpectrumChart(QWidget* parent)
 {
     setMinimumHeight(MinHeight);
     connect(&m_pace, &ReadoutPace::due, this, &SpectrumChart::changeShown);
+    // The plot library gives the plot its new size some time after the widget has got it.
+    connect(this, &QCustomPlot::afterLayout, this, [this] {
+        if (m_readoutRoom != readoutRoom()) {
+            updateReadout();
+        }
+    });
     connect(&m_watch, &DataWatch::staleChanged, this, &SpectrumChart::changeShown);
     chartLook::apply(*this);
     chartAxes::setUp(*this);
@@ -217,14 +223,20 @@ void SpectrumChart::addMarker(double frequency)
     }
 }
 
+int SpectrumChart::readoutRoom() const
+{
+    return plotRect().width() - chartLook::TitleGap;
+}
+
 void SpectrumChart::updateReadout()
 {
     m_shownPeak = peak();
+    m_readoutRoom = readoutRoom();
     m_readout.update({m_trace.averaging(), m_trace.averageKind() == SpectrumTrace::Average::Log,
                          m_settings.maxHold, m_settings.minHold, scale().text(), m_shownPeak,
                          points().at(markers()), centre(), m_axis.decimals(m_trace.size()), m_over},
-        {m_titleWidth, plotRect().width() - chartLook::TitleGap, height()});
-    m_over = false;
+        {m_titleWidth, m_readoutRoom, height()});
+    m_over = m_trace.over();
     m_pace.setShown();
     if (chartAxes::setHeadHeight(*this, m_readout.headHeight())) {
         replot(rpQueuedReplot);
@@ -261,6 +273,8 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
     painter.setClipRect(geometry.plot);
     m_lines.paint(painter, m_trace, geometry);
     m_hMarkers.paintNumbers(painter, geometry.plot, geometry.rows);
+    // A mark at the edge is whole.
+    painter.setClipRect(geometry.plot.adjusted(-chartMarks::Reach, 0, chartMarks::Reach, 0));
     paintMarks(painter, geometry);
     if (stale()) {
         noData::paint(painter, plotRect());
@@ -280,10 +294,14 @@ void SpectrumChart::paintMarks(QPainter& painter, const ChartGeometry& geometry)
     if (m_shownPeak.valid) {
         chartMarks::paintPeak(painter, geometry.pixel(m_shownPeak), lineColor(), geometry.plot);
     }
-    for (const auto& marker : markers().all()) {
-        if (const Reading at = points().at(marker.offset); at.valid) {
-            m_markLabels.paintMarker(painter, geometry.pixel(at), geometry.plot, marker.number,
-                marker.number == markers().active());
+    // The active one lies over the others.
+    for (const bool active : {false, true}) {
+        for (const auto& marker : markers().all()) {
+            const Reading at = points().at(marker.offset);
+            if (at.valid && (marker.number == markers().active()) == active) {
+                m_markLabels.paintMarker(
+                    painter, geometry.pixel(at), geometry.plot, marker.number, active);
+            }
         }
     }
     if (m_readout.over()) {

@@ -193,6 +193,7 @@ protected:
 
 private:
     void updateAxes();
+    int readoutRoom() const;
     void updateReadout();
     void changeShown();
     void changeSettings();
@@ -215,6 +216,7 @@ private:
     DataWatch m_watch{StaleMs, QStringLiteral("noDataTimer"), this};
     LevelMarkers m_hMarkers{*this};
     QString m_title;
+    int m_readoutRoom = 0;       // pixels
     int m_titleWidth = 0;        // pixels
     bool m_over = false;         // of a spectrum since the last read-out
     bool m_pollingKnown = false; // setPolled() was called

@@ -34,7 +34,7 @@ private slots:
         QVERIFY(read({u"--card"_s, u"none"_s}).ports.none);
         QCOMPARE(read({u"--card-points"_s, u"1"_s}).ports.points, 1);
         QCOMPARE(read({u"--card"_s, u"k7150"_s}).fault, QString());
-        QCOMPARE(read({u"--card-level"_s, u"-60"_s}).ports.level, -60.0);
+        QCOMPARE(read({u"--card-level"_s, u"-80"_s}).ports.level, -80.0);
         QCOMPARE(read({u"--card-level"_s, u"12.5"_s}).ports.level, 12.5);
     }
 
@@ -55,7 +55,7 @@ private slots:
         QTest::newRow("level in words")
             << QStringList{u"--card-level"_s, u"high"_s} << "no level of a card: \"high\"";
         QTest::newRow("level too high")
-            << QStringList{u"--card-level"_s, u"60.5"_s} << "no level of a card: \"60.5\"";
+            << QStringList{u"--card-level"_s, u"80.5"_s} << "no level of a card: \"80.5\"";
         QTest::newRow("level that is not a number")
             << QStringList{u"--card-level"_s, u"nan"_s} << "no level of a card: \"nan\"";
         QTest::newRow("the first of two wrong options is named")

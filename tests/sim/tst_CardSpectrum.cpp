@@ -245,7 +245,7 @@ private slots:
             before += spectrum.level(1, offset, Bin, 0.0);
         }
         const double noise = spectrum.level(1, 12.0, Bin, 0.0);
-        for (const double level : {qQNaN(), qInf(), 60.5, -60.5}) {
+        for (const double level : {qQNaN(), qInf(), 80.5, -80.5}) {
             spectrum.setLevel(level); // changes nothing
         }
         QCOMPARE(spectrum.level(1, carriers.first(), Bin, 0.0), before.first());
