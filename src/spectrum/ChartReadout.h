@@ -4,6 +4,7 @@
 #include "spectrum/SpectrumReading.h"
 
 #include <QColor>
+#include <QHash>
 #include <QStaticText>
 #include <QString>
 #include <QVector>
@@ -75,6 +76,7 @@ private:
 
     QString m_text;
     QVector<QStaticText> m_lines;
+    QHash<QString, int> m_widths; // of texts that were measured before
     bool m_besideTitle = false; // the first line
     bool m_over = false;
 };
