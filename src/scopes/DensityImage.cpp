@@ -135,9 +135,12 @@ void DensityImage::addRun(int x, int y0, int y1)
     if (x < 0 || x >= m_width) {
         return;
     }
+    const int first = std::max(0, std::min(y0, y1));
     const int last = std::min(m_height - 1, std::max(y0, y1));
-    for (int row = std::max(0, std::min(y0, y1)); row <= last; ++row) {
-        hit(x, row, m_run);
+    const auto stride = static_cast<size_t>(m_stride);
+    quint8* d = m_density.data() + static_cast<size_t>(first) * stride + static_cast<size_t>(x);
+    for (int row = first; row <= last; ++row, d += stride) {
+        *d = m_run[*d];
     }
 }
 

@@ -14,6 +14,20 @@ constexpr int DashPixels = 8;        // of the line at the best instant, its gap
 constexpr int DashGap = 3;
 constexpr QRgb InstantColor = 0xffffffff;
 
+// Appends `count` values of a line, `step` of its points apart, to `points`.
+void appendBetween(const std::vector<double>& line, double begin, double step, int count,
+    std::vector<double>& points)
+{
+    const size_t last = line.size() - 1;
+    for (int n = 0; n < count; ++n) {
+        const double at = begin + n * step;
+        const auto left = std::min(last, static_cast<size_t>(at));
+        const auto right = std::min(last, left + 1);
+        const double part = at - static_cast<double>(left);
+        points.push_back(line[left] + (line[right] - line[left]) * part);
+    }
+}
+
 } // namespace
 
 EyePlot::EyePlot(const QString& yLabel)
@@ -111,16 +125,15 @@ std::vector<double> EyePlot::traces(const QVector<double>& samples) const
     const int perPoint = pointsPerTrace();
     const double step = perTrace * Factor / (perPoint - 1);
     points.reserve(static_cast<size_t>(count) * static_cast<size_t>(perPoint));
+    const bool onPoints = step == 1.0 && std::floor(start) == start; // none lies between two
     for (int trace = 0; trace < count; ++trace) {
         // Neighbours share the point at their common end.
         const double begin = (start + trace * perTrace) * Factor;
-        for (int n = 0; n < perPoint; ++n) {
-            const double at = begin + n * step;
-            const auto left = static_cast<size_t>(at);
-            const double part = at - static_cast<double>(left);
-            // A part of 0 may lie at the very end, where there is nothing to the right.
-            points.push_back(
-                part > 0.0 ? line[left] + (line[left + 1] - line[left]) * part : line[left]);
+        if (onPoints) {
+            const double* const from = line.data() + static_cast<size_t>(begin);
+            points.insert(points.end(), from, from + perPoint);
+        } else {
+            appendBetween(line, begin, step, perPoint, points);
         }
     }
     return points;
