@@ -96,7 +96,7 @@ void takeKeys(PanelPictures& panel)
 
 } // namespace
 
-void takeEnlarged(PanelPictures& panel)
+void takeEnlargedScopes(PanelPictures& panel)
 {
     panel.showView(Views::Scopes);
     clickOn(part<QWidget>(scope(panel), "plotI"));
