@@ -130,20 +130,6 @@ void DensityImage::addDot(int x, int y)
     }
 }
 
-void DensityImage::addRun(int x, int y0, int y1)
-{
-    if (x < 0 || x >= m_width) {
-        return;
-    }
-    const int first = std::max(0, std::min(y0, y1));
-    const int last = std::min(m_height - 1, std::max(y0, y1));
-    const auto stride = static_cast<size_t>(m_stride);
-    quint8* d = m_density.data() + static_cast<size_t>(first) * stride + static_cast<size_t>(x);
-    for (int row = first; row <= last; ++row, d += stride) {
-        *d = m_run[*d];
-    }
-}
-
 void DensityImage::paintOver(QImage& picture) const
 {
     if (picture.size() != size() || picture.format() != QImage::Format_RGB32) {

@@ -74,6 +74,9 @@ void show(PanelPictures& panel, const Sheet& sheet)
     }
     part<QTimer>(scope(panel), "measureTimer")->start(0); // the numbers follow now, not soon
     PanelPictures::settle();
+    if (sheet.mode == EyePattern) { // a newly folded eye was begun anew
+        scopeSignals::plotBlocks(scope(panel), sheet.signal, iqBlock::EyeSamplesPerSymbol);
+    }
 }
 
 // What the keys do.
