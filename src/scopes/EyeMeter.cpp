@@ -106,13 +106,21 @@ Cut cutOf(const Magnitudes& magnitudes)
     return cut;
 }
 
+// Between the decisions even two levels may look like more, but then their eye is open.
+bool hasFourLevels(const std::array<Cut, Instants>& cuts)
+{
+    constexpr double ClosedSpread = 1.0 / 3.0;
+    return std::any_of(cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.four; }) &&
+        std::none_of(cuts.begin(), cuts.end(),
+            [](const Cut& cut) { return cut.all.spread() < ClosedSpread; });
+}
+
 // The opening, and the instant with the least spread, by a parabola through the squares of three.
 EyeOpening openingOf(const std::array<Cut, Instants>& cuts)
 {
     constexpr double Sigmas = 3.0;    // on either side, as in the eye height of an oscilloscope
     constexpr double MaxSpread = 0.6; // noise alone has 0.76
-    const bool four =
-        std::any_of(cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.four; });
+    const bool four = hasFourLevels(cuts);
     std::array<double, Instants> squares{};
     for (size_t n = 0; n < squares.size(); ++n) {
         const Cut& cut = cuts[n];
