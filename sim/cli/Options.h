@@ -2,6 +2,7 @@
 
 #include "sim/cli/CardOptions.h"
 #include "sim/cli/LineOptions.h"
+#include "sim/cli/MenuTools.h"
 #include "sim/cli/ScopeOptions.h"
 
 #include <QString>
@@ -13,7 +14,7 @@ struct Options
 {
     QString directory;    ///< --dir; empty for a directory of the program's own
     QString menu;         ///< --menu, the path; empty for the built-in menus
-    QString check;        ///< --check, the path; empty when nothing is to be checked
+    MenuTools tools;      ///< of the check and the export of menu files
     bool noMenus = false; ///< --no-menus
     bool trace = false;   ///< --trace
     ScopeOptions scopes;  ///< of the scope ports
