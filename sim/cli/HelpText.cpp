@@ -49,9 +49,14 @@ with --no-menus). A signal is bpsk, qpsk, oqpsk, 8psk or 16qam, and behind it an
   :snr=20 (dB)  :phase=3 (degrees rms)  :offset=0.001 (turns a symbol)
   :imbalance=1 (dB)  :skew=5 (degrees)  :clip=0.4  :level=0.5  :rolloff=0.35
   :band=4 (of the filter in front of the demodulator, in symbol rates)
+  :dci=5  :dcq=-3 (origin offset of I and Q, in per cent of the level)
+  :sps=5.5 (samples per symbol of the eye pattern, 2 to 16; 4 when not given)
 
 The spectral cards ttyUSB11 to ttyUSB13 answer the panel's requests. The K7150 type
 comes up in the panel on "ST,1", the older one is for a panel started with -noK7150.
+They see noise, the demodulator's carrier, which drifts slowly by 0.1 MHz, and two
+unmodulated carriers 6.2 MHz below and 4.6 MHz above it, which stay where they are.
+--card-level raises the carriers: with 40 the chart shows "OVER".
 
 The unit does what it is set to. Two transmitters are on the air, on the frequencies
 that the tuners begin with, and send what the demodulators are set to:
@@ -96,6 +101,7 @@ Examples; the panel for them is QN740_DEV=/tmp/dev qn740-panel, in another shell
   qn740-sim --dir /tmp/dev --replay panel.log --fast
   qn740-sim --dir /tmp/dev --fault drop=0.01,junk=0.05 --fault burst=0.1 --seed 7
   qn740-sim --dir /tmp/dev --signal 16qam:snr=25:phase=2 --fault scope-loss=0.1
+  qn740-sim --dir /tmp/dev --card-level 40      overload the spectral cards
   qn740-sim --dir /tmp/dev --card older --fault card-cut=0.1,card-no-reply=0.2)";
 
 } // namespace

@@ -14,16 +14,24 @@ qn740_system_test(Simulator qn740_sim)
 qn740_system_test(Recordings qn740_sim)
 qn740_system_test(Editors)
 qn740_system_test(LinkModes)
-qn740_system_test(OperatorWorkflows)
 qn740_system_test(DisplayWorkflows)
 qn740_system_test(UnitReacts)
 qn740_system_test(GlassTellsTheTruth)
-foreach(workflows OperatorWorkflows DisplayWorkflows)
-    set_tests_properties(${QN740_TEST_PREFIX}.system.${workflows} PROPERTIES COST 100)
-endforeach()
+set_tests_properties(${QN740_TEST_PREFIX}.system.DisplayWorkflows PROPERTIES COST 100)
 qn740_system_test(SimulatedCard)
 qn740_test(system UnitMenus qn740_sim)
 qn740_system_test(Pictures)
 add_dependencies(tst_Pictures qn740-pictures)
 target_compile_definitions(tst_Pictures PRIVATE
     QN740_PICTURES="$<TARGET_FILE:qn740-pictures>" QN740_ROOT="${PROJECT_SOURCE_DIR}")
+qn740_test(system Measurements qn740_measure)
+target_compile_definitions(tst_Measurements PRIVATE QN740_ROOT="${PROJECT_SOURCE_DIR}")
+
+qn740_test(system Try qn740_try)
+add_dependencies(tst_Try qn740-try)
+target_compile_definitions(tst_Try PRIVATE
+    QN740_TRY="$<TARGET_FILE:qn740-try>" QN740_ROOT="${PROJECT_SOURCE_DIR}")
+# The operator's workflows, as scenarios.
+add_test(NAME ${QN740_TEST_PREFIX}.system.Scenarios
+    COMMAND qn740-try --out ${PROJECT_BINARY_DIR}/try-out ${PROJECT_SOURCE_DIR}/tests/scenarios)
+set_tests_properties(${QN740_TEST_PREFIX}.system.Scenarios PROPERTIES TIMEOUT 300)
