@@ -7,13 +7,15 @@
 
 #include <optional>
 
-/// One step of a menu file: a message to send, or a time to wait.
+/// One step of a menu file: a message to send, or a time to wait. Bytes that are no message are
+/// only typed.
 struct MenuStep
 {
     /// What the step does.
-    enum class Kind { Message, Wait };
+    enum class Kind { Message, Wait, Raw };
     Kind kind = Kind::Message; ///< which of the other members counts
-    QString body;              ///< of a message, without STX and EOT, characters 0 to 255
+    QString body;              ///< of a message, without STX and EOT, or the bytes of Raw;
+                               ///< characters 0 to 255
     int waitMs = 0;            ///< of a wait, 0 to 600000
 };
 

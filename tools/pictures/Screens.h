@@ -24,3 +24,6 @@ void takeEditors(PanelPictures& panel);
 void takeScopes(PanelPictures& panel);
 /// The scopes page with signals that are computed here, so that the pictures are always the same.
 void takeSignals(PanelPictures& panel);
+/// One scope enlarged, with its keys and numbers, for each kind of signal. The signals are computed
+/// here.
+void takeEnlarged(PanelPictures& panel);

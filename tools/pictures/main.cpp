@@ -102,6 +102,7 @@ int takeEverything(const QString& directory)
     }
     takeMenus(panel);
     takeSignals(panel);
+    takeEnlarged(panel);
     takeSpectrum(panel);
     takeMainMenus(panel);
     takeEditors(panel);
