@@ -98,7 +98,7 @@ void takeAfter(PanelPictures& panel, const QStringList& keys, const QString& pic
 }
 
 // One chart on the whole page, with each page of its keys and what they do.
-void takeEnlarged(PanelPictures& panel)
+void takeEnlargedChart(PanelPictures& panel)
 {
     panel.pressButton(&cardOf(panel), u"Tools"_s);
     PanelPictures::settle(ManySpectraMs);
@@ -189,7 +189,7 @@ void takeSpectrum(PanelPictures& panel)
     takeSpanList(panel);
     choose(panel, mixed);
     takeReadings(panel);
-    takeEnlarged(panel);
+    takeEnlargedChart(panel);
     takeMeasurements(panel);
     takeOver(panel);
     takeLentChartKeys(panel);
