@@ -1,5 +1,6 @@
 qn740_test(app BoxesOverEditors)
 qn740_test(app ChoiceLists)
+qn740_test(app CommandLine)
 qn740_test(app Dispatcher)
 qn740_test(app DisplayLoan)
 qn740_test(app Identity)
