@@ -4,12 +4,8 @@
 #include "spectrum/SpectrumReading.h"
 
 #include <QColor>
-<<<<<<< HEAD
-#include <QPixmap>
-=======
 #include <QHash>
-#include <QStaticText>
->>>>>>> c5ad6bece459f05e015f5788b49fabed6e0b250a
+#include <QPixmap>
 #include <QString>
 #include <QVector>
 
@@ -86,13 +82,9 @@ private:
     void layOut(const QVector<TextFlow::Part>& parts, const Space& space);
 
     QString m_text;
-<<<<<<< HEAD
     QVector<Line> m_lines;
-    QColor m_color;             // of the pictures
-=======
-    QVector<QStaticText> m_lines;
+    QColor m_color;               // of the pictures
     QHash<QString, int> m_widths; // of texts that were measured before
->>>>>>> c5ad6bece459f05e015f5788b49fabed6e0b250a
-    bool m_besideTitle = false; // the first line
+    bool m_besideTitle = false;   // the first line
     bool m_over = false;
 };
