@@ -13,7 +13,7 @@ from .errors import PanelError
 from .finger import Finger, free_port
 from .unit import Unit
 
-_IGNORED = "qn740.ignored: "
+_IGNORED = "qn740-ignored: "
 _END_SECONDS = 5.0
 
 
@@ -49,7 +49,7 @@ class Panel:
             "QN740_DEV": str(unit.directory),
             "QN740_SPLASH_MS": "0",
             "QT_QPA_PLATFORM": platform,
-            "QT_LOGGING_RULES": "qn740.ignored.debug=true",
+            "QT_LOGGING_RULES": "qn740-ignored.debug=true",
             "XDG_RUNTIME_DIR": self._home,
             "XDG_CONFIG_HOME": self._home,
             **(environment or {}),

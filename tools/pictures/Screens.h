@@ -26,4 +26,4 @@ void takeScopes(PanelPictures& panel);
 void takeSignals(PanelPictures& panel);
 /// One scope enlarged, with its keys and numbers, for each kind of signal. The signals are computed
 /// here.
-void takeEnlarged(PanelPictures& panel);
+void takeEnlargedScopes(PanelPictures& panel);

@@ -102,7 +102,7 @@ int takeEverything(const QString& directory)
     }
     takeMenus(panel);
     takeSignals(panel);
-    takeEnlarged(panel);
+    takeEnlargedScopes(panel);
     takeSpectrum(panel);
     takeMainMenus(panel);
     takeEditors(panel);
