@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int LineHeight = 17; // pixels
+constexpr qsizetype MaxWidths = 100;
 constexpr double WidestLevel = -100.0;
 
 // Numbers as they are written: a difference always has a sign.
@@ -124,8 +125,16 @@ void ChartReadout::update(const Values& values, const Space& space)
 void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& space)
 {
     const QFontMetrics metrics(chartLook::font());
-    const auto widthOf = [&metrics](
-                             const QString& text) { return metrics.horizontalAdvance(text); };
+    // What is measured are the widest texts, which seldom change: laying out a text costs more than
+    // anything else here.
+    const auto widthOf = [&metrics, this](const QString& text) {
+        if (m_widths.size() >= MaxWidths) {
+            m_widths.clear();
+        }
+        auto found = m_widths.find(text);
+        return found != m_widths.end() ? *found
+                                       : *m_widths.insert(text, metrics.horizontalAdvance(text));
+    };
     // As many parts as there is room for stand beside the title.
     const int beside = space.room - space.titleWidth - 2 * chartLook::TitleGap;
     qsizetype first = parts.size();

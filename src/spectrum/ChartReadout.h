@@ -4,6 +4,7 @@
 #include "spectrum/SpectrumReading.h"
 
 #include <QColor>
+#include <QHash>
 #include <QPixmap>
 #include <QString>
 #include <QVector>
@@ -82,7 +83,8 @@ private:
 
     QString m_text;
     QVector<Line> m_lines;
-    QColor m_color;             // of the pictures
-    bool m_besideTitle = false; // the first line
+    QColor m_color;               // of the pictures
+    QHash<QString, int> m_widths; // of texts that were measured before
+    bool m_besideTitle = false;   // the first line
     bool m_over = false;
 };
