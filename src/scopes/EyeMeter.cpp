@@ -199,8 +199,10 @@ void EyeMeter::findPeriod()
     }
     const SymbolPeriodFinder::Period period = m_periodFinder.find();
     m_figures.symbolPeriodFound = period.found;
-    m_figures.samplesPerSymbol =
-        period.found ? period.samplesPerSymbol : static_cast<double>(iqBlock::EyeSamplesPerSymbol);
+    constexpr double Usual = iqBlock::EyeSamplesPerSymbol;
+    constexpr double Near = 0.005 * Usual; // The finder can hardly tell less.
+    const bool other = period.found && std::abs(period.samplesPerSymbol - Usual) > Near;
+    m_figures.samplesPerSymbol = other ? period.samplesPerSymbol : Usual;
 }
 
 EyeOpening EyeMeter::openingOf(QVector<double> Block::*component) const

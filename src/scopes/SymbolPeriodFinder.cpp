@@ -189,7 +189,7 @@ SymbolPeriodFinder::Block SymbolPeriodFinder::sum() const
 }
 
 // Half the symbol rate lies where the power has dropped by 6 dB (signal) or 3 dB (noise behind the
-// same filter).
+// same filter), and goes on dropping; a line of the spectrum rises and falls.
 bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
 {
     constexpr double MinEdge = 0.04;
@@ -201,7 +201,10 @@ bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
         power += sum.power[k] / static_cast<double>(inside - 2);
     }
     const double edge = (sum.power[half] + sum.power[half + static_cast<size_t>(distance) % 2]) / 2;
-    return edge >= MinEdge * power && edge <= MaxEdge * power;
+    const auto reach = std::max<size_t>(3, static_cast<size_t>(distance) / 10);
+    const size_t outside = std::min(half + reach, sum.power.size() - 1);
+    return edge >= MinEdge * power && edge <= MaxEdge * power && sum.power[half - reach] > edge &&
+        sum.power[outside] < edge;
 }
 
 // Where the spectrum slopes, the window's main lobe sees more of the stronger side, so the edges
