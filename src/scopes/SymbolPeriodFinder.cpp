@@ -194,6 +194,7 @@ bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
 {
     constexpr double MinEdge = 0.04;
     constexpr double MaxEdge = 0.6;
+    constexpr double Uneven = 1.5; // the spectrum of a few blocks
     const auto half = static_cast<size_t>(distance) / 2;
     const size_t inside = std::max<size_t>(5, static_cast<size_t>(distance) * 3 / 10);
     double power = 0.0;
@@ -203,8 +204,8 @@ bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
     const double edge = (sum.power[half] + sum.power[half + static_cast<size_t>(distance) % 2]) / 2;
     const auto reach = std::max<size_t>(3, static_cast<size_t>(distance) / 10);
     const size_t outside = std::min(half + reach, sum.power.size() - 1);
-    return edge >= MinEdge * power && edge <= MaxEdge * power && sum.power[half - reach] > edge &&
-        sum.power[outside] < edge;
+    return edge >= MinEdge * power && edge <= MaxEdge * power &&
+        sum.power[half - reach] * Uneven > edge && sum.power[outside] < edge * Uneven;
 }
 
 // Where the spectrum slopes, the window's main lobe sees more of the stronger side, so the edges

@@ -98,7 +98,7 @@ void takeAfter(PanelPictures& panel, const QStringList& keys, const QString& pic
 }
 
 // One chart on the whole page, with each page of its keys and what they do.
-void takeEnlarged(PanelPictures& panel)
+void takeEnlargedChart(PanelPictures& panel)
 {
     panel.pressButton(&cardOf(panel), u"Tools"_s);
     PanelPictures::settle(ManySpectraMs);
@@ -142,6 +142,7 @@ void takeOver(PanelPictures& panel)
         cardOf(panel).chart(0)->addSpectrum(points);
         PanelPictures::settle(BetweenMs);
     }
+    cardOf(panel).chart(0)->addSpectrum(points);
     panel.take(u"spectrum-over"_s);
 }
 
@@ -189,7 +190,7 @@ void takeSpectrum(PanelPictures& panel)
     takeSpanList(panel);
     choose(panel, mixed);
     takeReadings(panel);
-    takeEnlarged(panel);
+    takeEnlargedChart(panel);
     takeMeasurements(panel);
     takeOver(panel);
     takeLentChartKeys(panel);
