@@ -8,8 +8,9 @@
 namespace {
 
 constexpr double Pi = 3.14159265358979323846;
-constexpr int Instants = 16;  // per symbol
-constexpr int HalfTaps = 4;   // samples to either side that a value between them is made of
+constexpr int Instants = 16; // per symbol
+constexpr int HalfTaps = 4;  // samples to either side that a value between them is made of
+constexpr size_t Taps = 2UL * HalfTaps;
 constexpr int Fractions = 64; // places between two samples
 constexpr size_t MinTraces = 60;
 
@@ -45,7 +46,7 @@ public:
     }
 
 private:
-    std::array<std::array<double, 2 * HalfTaps>, Fractions> m_taps{};
+    std::array<std::array<double, Taps>, Fractions> m_taps{};
 };
 
 // The magnitudes of a component at one instant of all symbols.

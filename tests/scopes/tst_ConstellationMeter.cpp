@@ -277,7 +277,8 @@ private slots:
         const double sector = 2.0 * Pi / (1 << order);
         double projected = 0.0;
         double weights = 0.0;
-        for (double r = 0.005; r < 5.0; r += 0.01) {
+        for (int step = 0; step < 500; ++step) {
+            const double r = 0.005 + 0.01 * step;
             for (int degrees = 0; degrees < 360; ++degrees) {
                 const double weight = r * std::exp(-r * r / 2.0);
                 const Complex noise = std::polar(r / std::sqrt(2.0), degrees * Pi / 180.0);
