@@ -8,8 +8,9 @@
 namespace {
 
 constexpr double Pi = 3.14159265358979323846;
-constexpr int Instants = 16;  // per symbol
-constexpr int HalfTaps = 4;   // samples to either side that a value between them is made of
+constexpr int Instants = 16; // per symbol
+constexpr int HalfTaps = 4;  // samples to either side that a value between them is made of
+constexpr size_t Taps = 2UL * HalfTaps;
 constexpr int Fractions = 64; // places between two samples
 constexpr size_t MinTraces = 60;
 
@@ -45,7 +46,7 @@ public:
     }
 
 private:
-    std::array<std::array<double, 2 * HalfTaps>, Fractions> m_taps{};
+    std::array<std::array<double, Taps>, Fractions> m_taps{};
 };
 
 // The magnitudes of a component at one instant of all symbols.
@@ -199,8 +200,10 @@ void EyeMeter::findPeriod()
     }
     const SymbolPeriodFinder::Period period = m_periodFinder.find();
     m_figures.symbolPeriodFound = period.found;
-    m_figures.samplesPerSymbol =
-        period.found ? period.samplesPerSymbol : static_cast<double>(iqBlock::EyeSamplesPerSymbol);
+    constexpr double Usual = iqBlock::EyeSamplesPerSymbol;
+    constexpr double Near = 0.005 * Usual; // The finder can hardly tell less.
+    const bool other = period.found && std::abs(period.samplesPerSymbol - Usual) > Near;
+    m_figures.samplesPerSymbol = other ? period.samplesPerSymbol : Usual;
 }
 
 EyeOpening EyeMeter::openingOf(QVector<double> Block::*component) const

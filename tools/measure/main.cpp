@@ -1,7 +1,9 @@
 // qn740-measure: the tables of docs/measurements.md.
 //
 //   qn740-measure            prints the tables
+//   qn740-measure --orders TRIALS   prints which orders are found, over many trials
 //   qn740-measure FILE       puts them into FILE, in place of those that it holds
+#include "tools/measure/OrderTrials.h"
 #include "tools/measure/Tables.h"
 
 #include <QFile>
@@ -49,8 +51,12 @@ int fillIn(const QString& path)
 
 int main(int argc, char** argv)
 {
+    if (argc == 3 && qstrcmp(argv[1], "--orders") == 0) {
+        std::printf("%s", qUtf8Printable(orderTrials::report(QByteArray(argv[2]).toInt())));
+        return 0;
+    }
     if (argc > 2) {
-        std::fprintf(stderr, "usage: qn740-measure [FILE]\n");
+        std::fprintf(stderr, "usage: qn740-measure [FILE | --orders TRIALS]\n");
         return 2;
     }
     return argc == 2 ? fillIn(QString::fromLocal8Bit(argv[1])) : print();
