@@ -77,6 +77,6 @@ private:
     QString m_text;
     QVector<QStaticText> m_lines;
     QHash<QString, int> m_widths; // of texts that were measured before
-    bool m_besideTitle = false; // the first line
+    bool m_besideTitle = false;   // the first line
     bool m_over = false;
 };

@@ -168,6 +168,7 @@ void takeSilence(PanelPictures& panel)
     constexpr int MaxWaits = 120; // six seconds; a chart waits for three
     SpectralCard& card = *panel.window().rooms().spectrum->card();
     card.setK7150(u"absent"_s, {}, {});
+    takeOver(panel);
     for (int waits = 0; waits < MaxWaits && !card.chart(0)->stale(); ++waits) {
         PanelPictures::settle();
     }
@@ -192,7 +193,6 @@ void takeSpectrum(PanelPictures& panel)
     takeReadings(panel);
     takeEnlargedChart(panel);
     takeMeasurements(panel);
-    takeOver(panel);
     takeLentChartKeys(panel);
     takeSilence(panel);
     show(panel, Charts);
