@@ -86,6 +86,21 @@ QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMark
     return parts;
 }
 
+// The letters of a line on the ground of the chart.
+QPixmap pictureOf(const QString& line, const QColor& color, qreal ratio)
+{
+    const QFontMetrics metrics(chartLook::font());
+    const QSize size(qMax(1, metrics.horizontalAdvance(line)), metrics.height());
+    QPixmap picture(size * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(chartLook::Background);
+    QPainter painter(&picture);
+    painter.setFont(chartLook::font());
+    painter.setPen(color);
+    painter.drawText(QPoint(0, metrics.ascent()), line);
+    return picture;
+}
+
 } // namespace
 
 void ChartReadout::update(const Values& values, const Space& space)
@@ -140,7 +155,7 @@ void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& spa
     }
     m_lines.clear();
     for (const QString& line : std::as_const(lines)) {
-        m_lines += chartLook::preparedText(line);
+        m_lines += Line{line, QPixmap()};
     }
     lines.removeAll(QString());
     m_text = lines.join(QLatin1Char('\n'));
@@ -152,16 +167,19 @@ int ChartReadout::headHeight() const
     return chartLook::TitleHeight + (m_besideTitle ? lines - 1 : lines) * LineHeight;
 }
 
-void ChartReadout::paint(QPainter& painter, int right, const QColor& color) const
+void ChartReadout::paint(QPainter& painter, int right, const QColor& color)
 {
-    const QFontMetrics metrics(chartLook::font());
-    painter.setFont(chartLook::font());
-    painter.setPen(color);
-    int y = m_besideTitle ? (chartLook::TitleHeight - metrics.height()) / 2
-                          : chartLook::TitleHeight - 2;
+    const int height = QFontMetrics(chartLook::font()).height();
+    int y = m_besideTitle ? (chartLook::TitleHeight - height) / 2 : chartLook::TitleHeight - 2;
+    const qreal ratio = painter.device()->devicePixelRatioF();
     for (qsizetype i = 0; i < m_lines.size(); ++i) {
-        const QStaticText& line = m_lines.at(i);
-        painter.drawStaticText(QPointF(right - line.size().width(), y), line);
+        Line& line = m_lines[i];
+        if (line.picture.isNull() || m_color != color || line.picture.devicePixelRatio() != ratio) {
+            line.picture = pictureOf(line.text, color, ratio);
+        }
+        const int width = qRound(line.picture.width() / ratio);
+        painter.drawPixmap(right - width, y, line.picture);
         y = m_besideTitle && i == 0 ? chartLook::TitleHeight - 2 : y + LineHeight;
     }
+    m_color = color;
 }
