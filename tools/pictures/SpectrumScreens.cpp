@@ -160,6 +160,7 @@ void takeLentChartKeys(PanelPictures& panel)
         cardOf(panel).chart(0)->mapTo(&panel.window(), title));
     PanelPictures::settle(FewSpectraMs);
     panel.say(u"PAX,0"_s);
+    panel.showView(Views::Spectrum);
 }
 
 // What a chart shows when its card is gone.
