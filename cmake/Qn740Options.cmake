@@ -8,6 +8,11 @@ target_compile_definitions(qn740_options INTERFACE
     QT_NO_URL_CAST_FROM_STRING
 )
 target_compile_options(qn740_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # What GCC does not count to the warnings above: signs, and macros of Qt without arguments.
+    target_compile_options(qn740_options INTERFACE -Wno-sign-conversion -Wno-overloaded-virtual
+        -Wno-gnu-zero-variadic-macro-arguments)
+endif()
 if(QN740_WERROR)
     target_compile_options(qn740_options INTERFACE -Werror)
 endif()
@@ -15,6 +20,7 @@ if(QN740_SANITIZE)
     # For the directory, so that a directory below it can switch some of it off.
     add_compile_options(-O1 -g1 -fno-omit-frame-pointer -fsanitize=address,undefined
         -fno-sanitize-recover=undefined)
+    add_compile_definitions(QN740_SANITIZED) # Each compiler has a macro of its own for this.
     add_link_options(-fsanitize=address,undefined)
 endif()
 

@@ -40,7 +40,7 @@ CardPort::CardPort(Type type, PseudoTerminal& line, CardSpectrum& spectrum,
     , m_line(line)
     , m_spectrum(spectrum)
     , m_faults(faults)
-    , m_points(qBound(1, points, MaxPoints))
+    , m_points(points == PointsOfSpan ? PointsOfSpan : qBound(1, points, MaxPoints))
 {
     m_clock.start();
     connect(&line, &PseudoTerminal::received, this, &CardPort::take);
@@ -144,14 +144,15 @@ QByteArray CardPort::spectrumReply(int channel)
         return {};
     }
     const double seconds = static_cast<double>(m_clock.elapsed()) / 1000.0;
-    const QByteArray points = m_spectrum.points(channel, m_points, seconds);
+    const int count =
+        m_points == PointsOfSpan ? CardSpectrum::bins(m_spectrum.span(channel)) : m_points;
+    const QByteArray points = m_spectrum.points(channel, count, seconds);
     if (m_type == Type::Older) {
-        return "[" + Address + "RFFT" + QByteArray::number(m_points).rightJustified(4, '0') +
-            points;
+        return "[" + Address + "RFFT" + QByteArray::number(count).rightJustified(4, '0') + points;
     }
     QByteArray bytes = "[" + Address + "RFFT";
-    bytes += static_cast<char>(m_points >> 8);
-    bytes += static_cast<char>(m_points & 0xff);
+    bytes += static_cast<char>(count >> 8);
+    bytes += static_cast<char>(count & 0xff);
     bytes += static_cast<char>(channel);
     return bytes + points;
 }

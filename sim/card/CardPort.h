@@ -30,12 +30,14 @@ public:
     /// The kind of card, which decides about the form of a spectrum.
     enum class Type { Older, K7150 };
 
-    static constexpr int DefaultPoints = 1024; ///< of a spectrum
-    static constexpr int MaxPoints = 9999;     ///< of a spectrum
+    static constexpr int DefaultPoints = 1024; ///< of a spectrum of the older card
+    /// As many points as the span has on a K7150, see CardSpectrum::bins().
+    static constexpr int PointsOfSpan = 0;
+    static constexpr int MaxPoints = 9999; ///< of a spectrum
 
     /// \param line the unit's end of its line; must live longer than this
     /// \param spectrum what the card sees, shared by all ports; must live longer than this
-    /// \param points of a spectrum, 1 to MaxPoints
+    /// \param points of a spectrum, 1 to MaxPoints, or PointsOfSpan
     CardPort(Type type, PseudoTerminal& line, CardSpectrum& spectrum, const CardFaults& faults,
         int points = DefaultPoints, QObject* parent = nullptr);
 

@@ -7,21 +7,22 @@
 
 namespace {
 
-constexpr double Floor = -100.0; // dB
-constexpr double NoiseDB = 2.0;
+constexpr double NoisePerMHz = -86.5; // dB: -100 in a bin of 45 kHz
 constexpr double Pi = 3.14159265358979323846;
-constexpr double RollOff = 0.35;
 constexpr double DriftSeconds = 20.0;
+constexpr double DriftMHz = 0.1; // to either side
 constexpr int HighestTrim = 9;
 
 struct Carrier
 {
-    double part;  // its place, as a fraction of the span from the centre
-    double level; // dB
+    double offset; // MHz from the middle
+    double level;  // dB
 };
 // beside the modulated carrier in the centre
-constexpr std::array<Carrier, 2> Unmodulated{{{-0.31, -62.0}, {0.23, -75.0}}};
-constexpr std::array<double, CardSpectrum::Channels> Modulated{-25.0, -32.0, -22.0};
+constexpr std::array<Carrier, 2> Unmodulated{{{-6.2, -62.0}, {4.6, -75.0}}};
+constexpr std::array<double, CardSpectrum::Channels> Modulated{-7.5, -20.5, -1.5}; // dB in all
+constexpr double LineCurve = 3.0; // dB that the line of an unmodulated carrier falls in one bin
+constexpr double LineReach = 8.0; // bins
 
 double decibels(double power)
 {
@@ -38,19 +39,19 @@ double power(double dB)
 double haystack(double turns)
 {
     const double distance = std::abs(turns);
-    const double flat = (1.0 - RollOff) / 2.0;
-    const double end = (1.0 + RollOff) / 2.0;
+    const double flat = (1.0 - CardSpectrum::RollOff) / 2.0;
+    const double end = (1.0 + CardSpectrum::RollOff) / 2.0;
     if (distance <= flat) {
         return 1.0;
     }
-    return distance >= end ? 0.0 : 0.5 * (1.0 + std::cos(Pi * (distance - flat) / RollOff));
+    return distance >= end ? 0.0
+                           : 0.5 * (1.0 + std::cos(Pi * (distance - flat) / CardSpectrum::RollOff));
 }
 
 } // namespace
 
 CardSpectrum::CardSpectrum(quint32 seed)
     : m_random(seed)
-    , m_noise(0.0, NoiseDB)
 {
     setSymbolRate(0, 2.5e6);
     setSymbolRate(1, 0.625e6);
@@ -92,6 +93,13 @@ void CardSpectrum::setShift(int channel, double shift)
     }
 }
 
+void CardSpectrum::setLevel(double level)
+{
+    if (std::abs(level) <= MaxLevel) {
+        m_level = level;
+    }
+}
+
 void CardSpectrum::setFftParameter(int channel, const QString& parameter)
 {
     const auto& table = spanTable();
@@ -123,30 +131,80 @@ void CardSpectrum::takeCommand(const QString& body)
     }
 }
 
-double CardSpectrum::level(int channel, double offset, double binMHz, double seconds) const
+int CardSpectrum::bins(int span)
+{
+    if (span < 0 || span >= spanTable().size()) {
+        return 0;
+    }
+    const SpanInfo& info = spanTable().at(span);
+    return (1 << QByteArray(info.fftParam).toInt()) - QByteArray(info.code).toInt();
+}
+
+double CardSpectrum::carrierPower(int channel) const
+{
+    return Modulated.at(static_cast<size_t>(channel)) + m_level;
+}
+
+double CardSpectrum::noisePerMHz()
+{
+    return NoisePerMHz;
+}
+
+double CardSpectrum::carrierOffset(int channel, double seconds) const
+{
+    return m_channels.at(static_cast<size_t>(channel)).shiftMHz +
+        DriftMHz * std::sin(2.0 * Pi * (seconds / DriftSeconds + channel / 3.0));
+}
+
+CardSpectrum::Powers CardSpectrum::powers(
+    int channel, double offset, double binMHz, double drift) const
 {
     const Channel& one = m_channels.at(static_cast<size_t>(channel));
-    const double width = spanTable().at(one.span).spanMHz;
-    const double drift =
-        one.shiftMHz + 0.01 * width * std::sin(2.0 * Pi * (seconds / DriftSeconds + channel / 3.0));
     const double rate = std::max(one.rateMHz, binMHz);
-    double sum = power(Floor);
-    sum += power(Modulated.at(static_cast<size_t>(channel))) * haystack((offset - drift) / rate);
+    Powers mean{power(NoisePerMHz) * binMHz, 0.0};
+    mean.random += power(carrierPower(channel)) * binMHz / rate * haystack((offset - drift) / rate);
     for (const Carrier& carrier : Unmodulated) {
-        const double bins = (offset - drift - carrier.part * width) / binMHz;
-        sum += power(carrier.level - 3.0 * bins * bins);
+        const double bins = (offset - one.shiftMHz - carrier.offset) / binMHz;
+        if (std::abs(bins) < LineReach) {
+            mean.line += power(carrier.level + m_level - LineCurve * bins * bins);
+        }
     }
-    return decibels(sum);
+    return mean;
+}
+
+double CardSpectrum::level(int channel, double offset, double binMHz, double seconds) const
+{
+    const Powers mean = powers(channel, offset, binMHz, carrierOffset(channel, seconds));
+    return decibels(mean.random + mean.line);
+}
+
+// Above 0, up to 1. No standard distribution: their results differ between libraries.
+double CardSpectrum::uniform()
+{
+    return (static_cast<double>(m_random()) + 1.0) / 4294967296.0;
+}
+
+// The power of a line and a random amplitude, both parts of which are normally distributed (the
+// polar form of the method of Box and Muller).
+double CardSpectrum::randomPower(const Powers& mean)
+{
+    const double random = -std::log(uniform()) * mean.random;
+    if (mean.line <= 0.0) {
+        return random;
+    }
+    return mean.line + random +
+        2.0 * std::sqrt(mean.line * random) * std::cos(2.0 * Pi * uniform());
 }
 
 QByteArray CardSpectrum::points(int channel, int count, double seconds)
 {
     const double width = spanTable().at(m_channels.at(static_cast<size_t>(channel)).span).spanMHz;
     const double bin = width / std::max(1, count);
+    const double drift = carrierOffset(channel, seconds);
     QByteArray bytes(count, '\0');
     for (int i = 0; i < count; ++i) {
         const double offset = (i - count / 2.0) * bin;
-        const double dB = level(channel, offset, bin, seconds) + m_noise(m_random);
+        const double dB = decibels(randomPower(powers(channel, offset, bin, drift)));
         bytes[i] = static_cast<char>(std::lround(std::clamp((dB + 120.0) * 2.0, 0.0, 255.0)));
     }
     return bytes;

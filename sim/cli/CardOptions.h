@@ -6,7 +6,8 @@
 
 class QCommandLineParser;
 
-/// The options of the command line about the spectral cards: --card, --card-points.
+/// The options of the command line about the spectral cards: --card, --card-points,
+/// --card-level.
 struct CardOptions
 {
     CardPortSettings ports; ///< what the options ask for

@@ -12,12 +12,44 @@ namespace {
 
 const QString Directory = QStringLiteral("dir");
 const QString Menu = QStringLiteral("menu");
+const QString Watch = QStringLiteral("watch");
 const QString Check = QStringLiteral("check");
 const QString Format = QStringLiteral("format");
 const QString Strict = QStringLiteral("strict");
 const QString Export = QStringLiteral("export");
 const QString NoMenus = QStringLiteral("no-menus");
 const QString Trace = QStringLiteral("trace");
+const QString TraceOnly = QStringLiteral("trace-only");
+const QString TraceNot = QStringLiteral("trace-not");
+const QString LogPipe = QStringLiteral("panel-log");
+
+void addTraceTo(QCommandLineParser& parser)
+{
+    const QString words = QStringLiteral("WORD,...");
+    parser.addOption({Trace, QStringLiteral("Print every message both ways with its time.")});
+    parser.addOption({TraceOnly,
+        QStringLiteral("Print only messages that begin with one of these words, as AK,R1:FREQ; "
+                       "goes without --trace, too."),
+        words});
+    parser.addOption({TraceNot,
+        QStringLiteral("Print all but messages that begin with one of these words."), words});
+    parser.addOption({LogPipe,
+        QStringLiteral("Print why the panel ignores a message, behind the traced message. FILE is "
+                       "a named pipe that the panel writes its standard error to, started with "
+                       "QT_LOGGING_RULES=\"qn740.ignored.debug=true;qn740.link.debug=true\"."),
+        QStringLiteral("FILE")});
+}
+
+QStringList words(const QCommandLineParser& parser, const QString& option)
+{
+    return parser.values(option).join(QLatin1Char(',')).split(QLatin1Char(','), Qt::SkipEmptyParts);
+}
+
+Printer::Trace traceOf(const QCommandLineParser& parser)
+{
+    const bool on = parser.isSet(Trace) || parser.isSet(TraceOnly) || parser.isSet(TraceNot);
+    return {on, {words(parser, TraceOnly), words(parser, TraceNot)}};
+}
 
 void addOwnTo(QCommandLineParser& parser)
 {
@@ -27,6 +59,10 @@ void addOwnTo(QCommandLineParser& parser)
         QStringLiteral("DIR")});
     parser.addOption(
         {Menu, QStringLiteral("Send the menus of FILE instead of the built-in ones."), file});
+    parser.addOption({Watch,
+        QStringLiteral(
+            "Watch the file of --menu. When it is saved and has no fault, send CLEAR and "
+            "the new menus, and show again what was shown.")});
     parser.addOption({Check,
         QStringLiteral(
             "Only check the menu files that follow: exit status 1 when there is an error "
@@ -40,7 +76,6 @@ void addOwnTo(QCommandLineParser& parser)
                        "as a graph of its menus (\"dot\")."),
         QStringLiteral("FORM")});
     parser.addOption({NoMenus, QStringLiteral("Send no menus, only what is typed.")});
-    parser.addOption({Trace, QStringLiteral("Print every message both ways with its time.")});
 }
 
 MenuTools toolsFrom(const QCommandLineParser& parser)
@@ -65,8 +100,10 @@ Options Options::parse(const QCoreApplication& application)
     parser.addPositionalArgument(QStringLiteral("FILE"),
         QStringLiteral("With --check and --export: menu files."), QStringLiteral("[FILE ...]"));
     addOwnTo(parser);
+    addTraceTo(parser);
     ScopeOptions::addTo(parser);
     CardOptions::addTo(parser);
+    UnitOptions::addTo(parser);
     LineOptions::addTo(parser);
     parser.process(application);
     const MenuTools tools = toolsFrom(parser);
@@ -75,14 +112,18 @@ Options Options::parse(const QCoreApplication& application)
                            .arg(parser.positionalArguments().constFirst()));
         std::exit(1);
     }
-    return {parser.value(Directory), parser.value(Menu), tools, parser.isSet(NoMenus),
-        parser.isSet(Trace), ScopeOptions::from(parser), CardOptions::from(parser),
-        LineOptions::from(parser)};
+    return {parser.value(Directory), parser.value(Menu), parser.isSet(Watch), tools,
+        parser.isSet(NoMenus), traceOf(parser), parser.value(LogPipe), ScopeOptions::from(parser),
+        CardOptions::from(parser), UnitOptions::from(parser), LineOptions::from(parser)};
 }
 
 QString Options::fault() const
 {
-    for (const QString& fault : {tools.fault(), line.fault, scopes.fault, cards.fault}) {
+    if (watch && menu.isEmpty()) {
+        return QStringLiteral("--watch goes with --menu");
+    }
+    for (const QString& fault :
+        {tools.fault(), line.fault, scopes.fault, cards.fault, unit.fault}) {
         if (!fault.isEmpty()) {
             return fault;
         }

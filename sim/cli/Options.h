@@ -3,7 +3,9 @@
 #include "sim/cli/CardOptions.h"
 #include "sim/cli/LineOptions.h"
 #include "sim/cli/MenuTools.h"
+#include "sim/cli/Printer.h"
 #include "sim/cli/ScopeOptions.h"
+#include "sim/cli/UnitOptions.h"
 
 #include <QString>
 
@@ -14,11 +16,14 @@ struct Options
 {
     QString directory;    ///< --dir; empty for a directory of the program's own
     QString menu;         ///< --menu, the path; empty for the built-in menus
+    bool watch = false;   ///< --watch: the menus are sent anew when the file is saved
     MenuTools tools;      ///< of the check and the export of menu files
     bool noMenus = false; ///< --no-menus
-    bool trace = false;   ///< --trace
+    Printer::Trace trace; ///< --trace, --trace-only and --trace-not
+    QString panelLog;     ///< --panel-log, the path; empty when the panel's log is not read
     ScopeOptions scopes;  ///< of the scope ports
     CardOptions cards;    ///< of the spectral cards
+    UnitOptions unit;     ///< of what the unit answers
     LineOptions line;     ///< of recordings and faults
 
     /// Parses the arguments of the application. Ends the program itself at --help, at --version,

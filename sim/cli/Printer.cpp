@@ -1,5 +1,6 @@
 #include "sim/cli/Printer.h"
 
+#include "sim/cli/PanelLog.h"
 #include "wire/Message.h"
 #include "wire/Trace.h"
 
@@ -7,7 +8,7 @@
 
 namespace {
 
-void print(std::FILE* stream, const QString& text)
+void printTo(std::FILE* stream, const QString& text)
 {
     const QByteArray line = text.toUtf8() + '\n';
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stream);
@@ -16,38 +17,71 @@ void print(std::FILE* stream, const QString& text)
 
 } // namespace
 
-Printer::Printer(bool trace, QObject* parent)
+Printer::Printer(const Trace& trace, QObject* parent)
     : QObject(parent)
     , m_trace(trace)
 {
+    connect(&m_held, &HeldLines::line, this, [](const QString& line) { printTo(stdout, line); });
 }
 
-void Printer::event(const QString& text) const
+Printer::~Printer()
 {
-    print(stdout, QLatin1String("sim: ") + text);
+    m_held.release();
 }
 
-void Printer::fromPanel(const QString& text, bool framed) const
+void Printer::follow(const PanelLog& log)
 {
-    traced(false, framed ? wire::frame(text) : text);
-    print(stdout,
-        (framed ? QLatin1String("panel: ") : QLatin1String("panel (unframed): ")) +
-            wire::toPrintable(text));
+    m_followsPanel = true;
+    connect(&log, &PanelLog::took, this, &Printer::took);
+    connect(&log, &PanelLog::ignored, this, &Printer::ignored);
+    connect(&log, &PanelLog::other, this, &Printer::error);
 }
 
-void Printer::toPanel(const QByteArray& bytes) const
+void Printer::event(const QString& text)
 {
-    traced(true, QString::fromLatin1(bytes));
+    print(QLatin1String("sim: ") + text);
+}
+
+void Printer::fromPanel(const QString& text, bool framed)
+{
+    const QString frame = framed ? wire::frame(text) : text;
+    if (m_trace.on && m_trace.words.show(frame)) {
+        print(QLatin1String("trace: ") + wire::TraceLine::now(false, frame).text());
+    }
+    print((framed ? QLatin1String("panel: ") : QLatin1String("panel (unframed): ")) +
+        wire::toPrintable(text));
+}
+
+void Printer::toPanel(const QByteArray& bytes)
+{
+    const QString frame = QString::fromLatin1(bytes);
+    if (m_trace.on && m_trace.words.show(frame)) {
+        print(QLatin1String("trace: ") + wire::TraceLine::now(true, frame).text(), frame);
+    }
 }
 
 void Printer::error(const QString& text)
 {
-    print(stderr, text);
+    printTo(stderr, text);
 }
 
-void Printer::traced(bool in, const QString& frame) const
+void Printer::print(const QString& line, const QString& frame)
 {
-    if (m_trace) {
-        print(stdout, QLatin1String("trace: ") + wire::TraceLine::now(in, frame).text());
+    m_held.add(line, m_followsPanel ? frame : QString());
+}
+
+void Printer::took(const QString& frame)
+{
+    m_taken = frame;
+    m_isBehind = !m_held.took(frame);
+}
+
+void Printer::ignored(const QString& reason)
+{
+    if (!m_trace.on) {
+        printTo(stdout, QLatin1String("ignored: ") + reason);
+    } else if (m_trace.words.show(m_taken)) {
+        const QString of = QLatin1String(" (") + wire::toPrintable(m_taken) + QLatin1Char(')');
+        printTo(stdout, QLatin1String("ignored: ") + reason + (m_isBehind ? of : QString()));
     }
 }

@@ -1,6 +1,9 @@
 #include "sim/cli/Simulation.h"
 
 #include "sim/cli/InputLines.h"
+#include "sim/cli/MenuWatch.h"
+#include "sim/cli/PanelLog.h"
+#include "sim/cli/TypedLine.h"
 #include "sim/line/PseudoTerminal.h"
 #include "sim/line/UnitDevices.h"
 #include "sim/replay/RecordFile.h"
@@ -8,7 +11,6 @@
 #include "sim/unit/CombinerMeter.h"
 #include "sim/unit/MainUnit.h"
 #include "sim/unit/MenuFile.h"
-#include "sim/unit/MessageRules.h"
 #include "sim/unit/UnitPorts.h"
 
 #include <QCoreApplication>
@@ -21,13 +23,9 @@ const QString PanelLine = QStringLiteral("ttyO1");
 
 void typeLine(MainUnit& unit, const QByteArray& text)
 {
-    const MenuFile::Line line = text.size() > InputLines::MaxLineLength
-        ? MenuFile::Line{std::nullopt, rules::tooLong()}
-        : MenuFile::parseLine(text);
-    if (!line.fault.isEmpty()) {
-        Printer::error(QLatin1String("refused: ") + line.fault);
-    } else if (line.step && !unit.type(*line.step)) {
-        Printer::error(QStringLiteral("refused: too many messages are waiting to be sent"));
+    const QString fault = typedLine::carryOut(unit, text);
+    if (!fault.isEmpty()) {
+        Printer::error(QLatin1String("refused: ") + fault);
     }
 }
 
@@ -62,9 +60,15 @@ int Simulation::play(const MenuFile& menus)
     connectUnit(unit);
     const CombinerMeter meter(m_state, m_options.line.seed);
     if (!m_options.noMenus) {
-        QObject::connect(&meter, &CombinerMeter::tells, &unit, &MainUnit::tell);
+        QObject::connect(&meter, &CombinerMeter::tells, &unit,
+            [this, &unit](const QString& body) { tell(unit, body); });
     }
     watch(unit);
+    std::unique_ptr<MenuWatch> file;
+    if (m_options.watch) {
+        file = std::make_unique<MenuWatch>(m_options.menu);
+        follow(*file, unit);
+    }
     const InputLines input(STDIN_FILENO);
     QObject::connect(&input, &InputLines::line, &unit,
         [&unit](const QByteArray& text) { typeLine(unit, text); });
@@ -99,6 +103,9 @@ bool Simulation::open()
             return fail(m_record->errorString());
         }
     }
+    if (!m_options.panelLog.isEmpty() && !openPanelLog()) {
+        return false;
+    }
     m_devices = std::make_unique<UnitDevices>(m_options.directory);
     m_line = m_devices->isValid() ? m_devices->add(PanelLine) : nullptr;
     if (m_line == nullptr) {
@@ -106,6 +113,16 @@ bool Simulation::open()
     }
     QObject::connect(m_line, &PseudoTerminal::opened, &m_printer,
         [this] { m_printer.event(QLatin1String("panel opened ") + PanelLine); });
+    return true;
+}
+
+bool Simulation::openPanelLog()
+{
+    m_panelLog = std::make_unique<PanelLog>(m_options.panelLog);
+    if (!m_panelLog->fault().isEmpty()) {
+        return fail(m_panelLog->fault());
+    }
+    m_printer.follow(*m_panelLog);
     return true;
 }
 
@@ -153,12 +170,42 @@ void Simulation::watch(const PanelLink& link)
 void Simulation::connectUnit(MainUnit& unit)
 {
     QObject::connect(m_line, &PseudoTerminal::opened, &m_state, &UnitState::restart);
-    QObject::connect(&m_state, &UnitState::tells, &unit, &MainUnit::tell);
+    unit.confirmations() = m_options.unit.confirmations;
+    QObject::connect(&m_state, &UnitState::tells, &unit,
+        [this, &unit](const QString& body) { tell(unit, body); });
     QObject::connect(&unit, &MainUnit::menusSent, &m_printer,
         [this] { m_printer.event(QStringLiteral("menus sent")); });
 }
 
-void Simulation::printReady() const
+void Simulation::tell(MainUnit& unit, const QString& body) const
+{
+    if (m_options.unit.lets(body)) {
+        unit.tell(body);
+    }
+}
+
+// Lets the panel have the menus of a file anew each time that it is saved without a fault.
+void Simulation::follow(const MenuWatch& file, MainUnit& unit)
+{
+    QObject::connect(&file, &MenuWatch::gone, &unit, [&file] {
+        Printer::error(file.path() + QLatin1String(": is gone; the menus stay as they are"));
+    });
+    QObject::connect(&file, &MenuWatch::saved, &unit, [this, &file, &unit] {
+        const MenuFile menus = MenuFile::load(file.path());
+        if (menus.errors().isEmpty()) {
+            m_printer.event(QStringLiteral("%1 was saved").arg(file.path()));
+            unit.replaceMenus(menus.steps());
+            return;
+        }
+        const QStringList errors = menus.errors();
+        for (const QString& error : errors) {
+            Printer::error(error);
+        }
+        Printer::error(file.path() + QLatin1String(": was not sent; the menus stay as they are"));
+    });
+}
+
+void Simulation::printReady()
 {
     m_printer.event(QLatin1String("ready ") + m_devices->path());
     if (m_options.line.tellSeed) {
@@ -166,7 +213,7 @@ void Simulation::printReady() const
     }
 }
 
-int Simulation::printScore(const ReplayScore& score) const
+int Simulation::printScore(const ReplayScore& score)
 {
     const QStringList lines = score.report();
     for (const QString& line : lines) {

@@ -12,7 +12,9 @@
 
 class MainUnit;
 class MenuFile;
+class MenuWatch;
 class PanelLink;
+class PanelLog;
 class PseudoTerminal;
 class RecordFile;
 class Recording;
@@ -44,12 +46,15 @@ public:
 
 private:
     bool open();
+    bool openPanelLog();
     bool addPorts();
     void follow(const PanelLink& link);
     void watch(const PanelLink& link);
     void connectUnit(MainUnit& unit);
-    void printReady() const;
-    int printScore(const ReplayScore& score) const;
+    void follow(const MenuWatch& file, MainUnit& unit);
+    void tell(MainUnit& unit, const QString& body) const;
+    void printReady();
+    int printScore(const ReplayScore& score);
 
     const Options m_options;
     const LineFaults m_faults;
@@ -58,5 +63,6 @@ private:
     std::unique_ptr<RecordFile> m_record;
     std::unique_ptr<UnitDevices> m_devices; // its ports use spectrum and state
     PseudoTerminal* m_line = nullptr;
-    const Printer m_printer;
+    Printer m_printer;
+    std::unique_ptr<PanelLog> m_panelLog;
 };

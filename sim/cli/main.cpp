@@ -2,9 +2,9 @@
 #include "sim/cli/Options.h"
 #include "sim/cli/Printer.h"
 #include "sim/cli/Simulation.h"
-#include "sim/cli/TerminationSignals.h"
 #include "sim/replay/Recording.h"
 #include "sim/unit/MenuFile.h"
+#include "wire/TerminationSignals.h"
 
 #include <QCoreApplication>
 

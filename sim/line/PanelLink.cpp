@@ -44,7 +44,7 @@ bool PanelLink::busy() const
 
 bool PanelLink::write(const QByteArray& bytes)
 {
-    if (!m_line.isOpen() || bytes.size() > PseudoTerminal::DefaultLimit - m_line.pendingBytes()) {
+    if (!takes(bytes)) {
         return false;
     }
     m_pieces += m_faults.pass(bytes);
@@ -55,6 +55,21 @@ bool PanelLink::write(const QByteArray& bytes)
     }
     writePieces();
     return true;
+}
+
+bool PanelLink::writeRaw(const QByteArray& bytes)
+{
+    if (!takes(bytes)) {
+        return false;
+    }
+    m_pieces.append({bytes, 0});
+    writePieces();
+    return true;
+}
+
+bool PanelLink::takes(const QByteArray& bytes) const
+{
+    return m_line.isOpen() && bytes.size() <= PseudoTerminal::DefaultLimit - m_line.pendingBytes();
 }
 
 void PanelLink::came()

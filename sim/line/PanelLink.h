@@ -44,6 +44,8 @@ protected:
     // Sends bytes. Returns false when they were not taken, because nobody has the line open or too
     // much is held already.
     bool write(const QByteArray& bytes);
+    // The same, past the faults.
+    bool writeRaw(const QByteArray& bytes);
 
     virtual void panelCame() = 0;
     virtual void panelWent() = 0;
@@ -57,6 +59,7 @@ private:
     void take(const QByteArray& bytes);
     void takeQuiet();
     void handOn(const FrameSplitter::Piece& piece);
+    bool takes(const QByteArray& bytes) const;
     void writePieces();
     void releaseHeld();
 

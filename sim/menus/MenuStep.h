@@ -17,16 +17,19 @@ struct MenuPlace
     }
 };
 
-/// One step of a menu file: a message to send, or a time to wait.
+/// One step of a menu file: a message to send, or a time to wait. Bytes that are no message are
+/// only typed.
 struct MenuStep
 {
     /// What the step does.
     enum class Kind {
         Message, ///< a message to the panel
-        Wait     ///< a pause
+        Wait,    ///< a pause
+        Raw      ///< bytes as they are
     };
     Kind kind = Kind::Message; ///< which of the next two members counts
-    QString body;              ///< of a message, without STX and EOT, characters 0 to 255
+    QString body;              ///< of a message, without STX and EOT, or the bytes of Raw;
+                               ///< characters 0 to 255
     int waitMs = 0;            ///< of a wait, 0 to 600000
     MenuPlace place{};         ///< where the step stands in its file
 };

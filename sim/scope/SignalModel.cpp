@@ -13,8 +13,13 @@ constexpr double Pi = 3.14159265358979323846;
 constexpr int PerSymbol = iqBlock::EyeSamplesPerSymbol;
 constexpr int HalfSymbol = PerSymbol / 2;
 
-// The part of the phase noise that is left after one sample: a loop of some tens of symbols.
+// The part of the phase noise that is left after a quarter of a symbol: a loop of some tens of
+// symbols.
 constexpr double WanderKept = 0.98;
+
+// The interpolation between the model's own samples: a sinc with a Hamming window over so many of
+// them on either side. Whole symbols, so that the stream stays at a decision.
+constexpr int HalfTaps = 4 * PerSymbol;
 
 struct Name
 {
@@ -37,7 +42,16 @@ constexpr Field Fields[] = {{"snr", &SignalSettings::snr, -20.0, 100.0},
     {"imbalance", &SignalSettings::imbalance, -20.0, 20.0},
     {"skew", &SignalSettings::skew, -45.0, 45.0}, {"clip", &SignalSettings::clip, 0.01, 1.0},
     {"level", &SignalSettings::level, 0.001, 1.0}, {"rolloff", &SignalSettings::rolloff, 0.05, 1.0},
-    {"band", &SignalSettings::band, 0.1, 1000.0}};
+    {"band", &SignalSettings::band, 0.1, 1000.0}, {"sps", &SignalSettings::sps, 2.0, 16.0},
+    {"dci", &SignalSettings::dci, -100.0, 100.0}, {"dcq", &SignalSettings::dcq, -100.0, 100.0}};
+
+// The interpolator's impulse response; t in samples.
+double windowedSinc(double t)
+{
+    const double x = Pi * t;
+    const double window = 0.54 + 0.46 * std::cos(x / HalfTaps);
+    return (std::abs(t) < 1e-9 ? 1.0 : std::sin(x) / x) * window;
+}
 
 QString setField(SignalSettings& settings, const QString& text)
 {
@@ -227,18 +241,23 @@ SignalModel::Complex SignalModel::nextSample()
     return m_matched.step(m_band.step(m_shaping.step(impulse) + sigma * Complex(noiseI, noiseQ)));
 }
 
-SignalModel::Complex SignalModel::impaired(Complex sample)
+SignalModel::Complex SignalModel::impaired(Complex sample, double samplesPerSymbol)
 {
-    m_turn = std::fmod(m_turn + m_settings.offset / PerSymbol, 1.0);
-    m_wander = WanderKept * m_wander +
-        std::sqrt(1.0 - WanderKept * WanderKept) * m_settings.phase * m_normal(m_random);
+    m_turn = std::fmod(m_turn + m_settings.offset / samplesPerSymbol, 1.0);
+    const double kept = samplesPerSymbol == PerSymbol
+        ? WanderKept
+        : std::pow(WanderKept, PerSymbol / samplesPerSymbol);
+    m_wander =
+        kept * m_wander + std::sqrt(1.0 - kept * kept) * m_settings.phase * m_normal(m_random);
     const Complex turned =
         m_settings.level * sample * std::polar(1.0, 2.0 * Pi * m_turn + m_wander * Pi / 180.0);
     // half of the imbalance on each of I and Q, the whole error of the angle on Q
     const double gain = std::pow(10.0, m_settings.imbalance / 40.0);
     const double skew = m_settings.skew * Pi / 180.0;
-    return {turned.real() * gain,
-        (turned.imag() * std::cos(skew) + turned.real() * std::sin(skew)) / gain};
+    const Complex origin = m_settings.level / 100.0 * Complex(m_settings.dci, m_settings.dcq);
+    return origin +
+        Complex(turned.real() * gain,
+            (turned.imag() * std::cos(skew) + turned.real() * std::sin(skew)) / gain);
 }
 
 int SignalModel::quantised(double value) const
@@ -248,27 +267,65 @@ int SignalModel::quantised(double value) const
     return static_cast<int>(std::clamp<double>(steps, -iqBlock::FullScale, iqBlock::FullScale - 1));
 }
 
+void SignalModel::send(Complex sample, double samplesPerSymbol, QVector<int>& i, QVector<int>& q)
+{
+    const Complex sent = impaired(sample, samplesPerSymbol);
+    i.append(quantised(sent.real()));
+    q.append(quantised(sent.imag()));
+}
+
 void SignalModel::append(int count, int samplesPerSymbol, QVector<int>& i, QVector<int>& q)
 {
-    const bool decisions = samplesPerSymbol == 1;
-    const bool late = decisions && m_settings.modulation == SignalSettings::Modulation::Oqpsk;
-    const int step = decisions ? PerSymbol : 1;
+    if (samplesPerSymbol == 1) {
+        appendDecisions(count, i, q);
+    } else if (m_settings.sps == PerSymbol) {
+        appendEye(count, i, q);
+    } else {
+        appendInterpolated(count, i, q);
+    }
+}
+
+void SignalModel::appendEye(int count, QVector<int>& i, QVector<int>& q)
+{
     for (int k = 0; k < count; ++k) {
-        Complex taken;
-        for (int n = 0; n < step; ++n) {
+        send(nextSample(), PerSymbol, i, q);
+    }
+}
+
+void SignalModel::appendDecisions(int count, QVector<int>& i, QVector<int>& q)
+{
+    const bool late = m_settings.modulation == SignalSettings::Modulation::Oqpsk;
+    for (int k = 0; k < count; ++k) {
+        Complex taken = nextSample();
+        for (int n = 1; n < PerSymbol; ++n) {
             const Complex sample = nextSample();
-            if (n == 0) {
-                taken = sample;
-            } else if (late && n == HalfSymbol) {
+            if (late && n == HalfSymbol) {
                 taken = {taken.real(), sample.imag()};
             }
         }
         // the phase also wanders during the samples that are not sent
-        for (int n = 1; n < step; ++n) {
-            impaired({});
+        for (int n = 1; n < PerSymbol; ++n) {
+            impaired({}, PerSymbol);
         }
-        const Complex sent = impaired(taken);
-        i.append(quantised(sent.real()));
-        q.append(quantised(sent.imag()));
+        send(taken, PerSymbol, i, q);
+    }
+}
+
+// The interpolation needs samples in front of the first and behind the last that is sent; what
+// those hold is not sent again.
+void SignalModel::appendInterpolated(int count, QVector<int>& i, QVector<int>& q)
+{
+    const double step = PerSymbol / m_settings.sps;
+    const int symbols = static_cast<int>(std::ceil(count / m_settings.sps));
+    std::vector<Complex> samples(static_cast<size_t>(symbols * PerSymbol + 2 * HalfTaps));
+    std::generate(samples.begin(), samples.end(), [this] { return nextSample(); });
+    for (int k = 0; k < count; ++k) {
+        const double at = HalfTaps + k * step;
+        const int left = static_cast<int>(at);
+        Complex sum;
+        for (int n = left - HalfTaps + 1; n <= left + HalfTaps; ++n) {
+            sum += samples.at(static_cast<size_t>(n)) * windowedSinc(at - n);
+        }
+        send(sum, m_settings.sps, i, q);
     }
 }

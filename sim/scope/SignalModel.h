@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wire/IqBlock.h"
+
 #include <QString>
 #include <QVector>
 
@@ -18,11 +20,14 @@ struct SignalSettings
     double phase = 0.0;     ///< phase noise, in degrees rms
     double offset = 0.0;    ///< frequency offset, in turns per symbol
     double imbalance = 0.0; ///< gain of I over that of Q, in dB
-    double skew = 0.0;      ///< deviation of I and Q from a right angle, in degrees
+    double skew = 0.0;      ///< 90° less the angle between the axes of I and Q, in degrees
+    double dci = 0.0;       ///< origin offset of I, in per cent of the level
+    double dcq = 0.0;       ///< origin offset of Q, in per cent of the level
     double clip = 1.0;      ///< magnitude at which I and Q are clipped, 0 to 1
     double level = 0.5;     ///< mean amplitude of the symbols
     double rolloff = 0.35;  ///< of the root-raised-cosine shaping, 0.05 to 1
     double band = 1000.0; ///< bandwidth of the filter in front of the demodulator, in symbol rates
+    double sps = iqBlock::EyeSamplesPerSymbol; ///< samples per symbol of an eye pattern, 2 to 16
 
     /// Parses "bpsk", "qpsk", "oqpsk", "8psk" or "16qam", followed by any of ":snr=20", ":phase=3"
     /// and so on with the names above.
@@ -35,7 +40,8 @@ struct SignalSettings
 ///
 /// Random symbols go through root-raised-cosine shaping, noise is added, then come the receiver's
 /// intermediate-frequency filter, the matched filter, and the faults of a receiver: frequency
-/// offset, phase noise, I/Q imbalance and clipping. The same seed gives the same samples.
+/// offset, phase noise, I/Q imbalance, origin offset and clipping. The same seed gives the same
+/// samples.
 class SignalModel
 {
 public:
@@ -46,8 +52,9 @@ public:
     void setSettings(const SignalSettings& settings);
 
     /// Appends \a count samples, -32768 to 32767 each, to both lists.
-    /// \param samplesPerSymbol iqBlock::EyeSamplesPerSymbol, beginning at a decision, or 1, at the
-    /// decisions; I and Q of OQPSK, whose Q is half a symbol later, are each taken at their own
+    /// \param samplesPerSymbol iqBlock::EyeSamplesPerSymbol for an eye pattern, which begins at a
+    /// decision and has the samples per symbol of the settings; or 1 for the decisions alone, where
+    /// I and Q of OQPSK, whose Q is half a symbol later, are each taken at their own
     void append(int count, int samplesPerSymbol, QVector<int>& i, QVector<int>& q);
 
     /// \return the constellation points of a modulation, with a mean energy of 1
@@ -80,7 +87,11 @@ private:
 
     void fill();
     Complex nextSample();
-    Complex impaired(Complex sample);
+    void appendDecisions(int count, QVector<int>& i, QVector<int>& q);
+    void appendEye(int count, QVector<int>& i, QVector<int>& q);
+    void appendInterpolated(int count, QVector<int>& i, QVector<int>& q);
+    void send(Complex sample, double samplesPerSymbol, QVector<int>& i, QVector<int>& q);
+    Complex impaired(Complex sample, double samplesPerSymbol);
     int quantised(double value) const;
 
     SignalSettings m_settings;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sim/line/PanelLink.h"
+#include "sim/unit/Confirmations.h"
 #include "sim/unit/MenuFile.h"
 #include "sim/unit/UnitKeys.h"
 
@@ -9,12 +10,15 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <memory>
+
 /// Plays the main unit on the panel's line.
 ///
 /// When the panel opens the line it is asked for its version. At the answer, or a second later
 /// without one, the menus go out in their order, then what was typed meanwhile. A message of a key
-/// is answered as UnitKeys says, ahead of menus that are still waiting. A panel that closes the
-/// line and opens it again gets everything again.
+/// is answered as UnitKeys and confirmations() say, ahead of menus that are still waiting. A panel
+/// that closes the line and opens it again gets everything again. The menus can be replaced while
+/// the panel shows them.
 class MainUnit final : public PanelLink
 {
     Q_OBJECT
@@ -32,9 +36,16 @@ public:
     /// \return false when MaxTyped steps are already waiting and this one was not taken
     bool type(const MenuStep& step);
 
+    /// Replaces the menus. A panel that is there gets "CLEAR", the new menus, and is led back to
+    /// what it showed: the menu, if the new ones still have it, and the PAX main menu.
+    void replaceMenus(const QList<MenuStep>& menus);
+
     /// Sends a message of the unit's own, ahead of menus and typed messages. Before the menus are
     /// sent it is dropped, because they then carry the same values.
     void tell(const QString& body);
+
+    /// \return which messages of the panel are answered in another way than they should be
+    Confirmations& confirmations() { return m_confirmations; }
 
     /// \return the mode of the panel's last "Slave,n", 0 to 2; 0 before the first one
     int linkMode() const { return m_linkMode; }
@@ -53,17 +64,25 @@ private:
     void handle(const QString& text, bool framed) override;
     void lineFree() override;
     void take(const QString& body);
+    void answer(const QString& body, Confirmations::Answer how);
     void takeLinkMode(const QStringList& message);
     void begin();
     void pump();
     bool step();
     void send(const QString& body);
+    void noteShown(const QStringList& message);
+    QList<MenuStep> wayBack() const;
 
-    const QList<MenuStep> m_menus;
+    QList<MenuStep> m_menus;
+    QList<MenuStep> m_sending; // the menus, or what replaces menus that the panel has
     qsizetype m_nextMenu = 0;
+    QString m_shownMenu; // empty when it is not known
+    bool m_paxShown = false;
     QList<MenuStep> m_typed;
     QStringList m_answers;
     UnitKeys m_keys;
+    Confirmations m_confirmations;
+    std::unique_ptr<QObject> m_visit; // of the panel; answers that are delayed end with it
     QTimer m_versionWait;
     QTimer m_pause;
     QString m_panelVersion;

@@ -134,6 +134,27 @@ QStringList confirmValue(const QStringList& fields, const QString& value, const 
     return {joined(wire::word::CV, {fields.at(Menu), fields.at(KeyId), value, toggle})};
 }
 
+// Returns the answer that gives a key the value that it has.
+QStringList refuse(const QStringList& fields, const QString& /*value*/)
+{
+    if (!confirmScreen(fields.at(Command)).isEmpty()) {
+        return {};
+    }
+    switch (fields.at(Type).toInt()) {
+    case Toggles:
+    case Commands:
+    case Number:
+    case Slider:
+        return confirmValue(fields, fields.at(Value), fields.at(Toggle));
+    case Selection:
+    case Address:
+    case File:
+        return {joined(wire::word::AK, fields)};
+    default:
+        return {};
+    }
+}
+
 QStringList confirm(const QStringList& fields, const QString& value)
 {
     if (value.isEmpty()) {
@@ -199,16 +220,26 @@ void UnitKeys::apply(const QString& body)
 
 QStringList UnitKeys::answers(const QString& body) const
 {
+    return replies(body, confirm);
+}
+
+QStringList UnitKeys::refusals(const QString& body) const
+{
+    return replies(body, refuse);
+}
+
+QStringList UnitKeys::replies(const QString& body, Reply reply) const
+{
     QStringList all;
     const QStringList texts = addressed(body);
     for (const QString& text : texts) {
-        all += answersToOne(text);
+        all += repliesToOne(text, reply);
     }
     all.removeDuplicates();
     return all;
 }
 
-QStringList UnitKeys::answersToOne(const QString& text) const
+QStringList UnitKeys::repliesToOne(const QString& text, Reply reply) const
 {
     qsizetype longest = 0;
     for (const Fields& key : m_keys) {
@@ -220,7 +251,7 @@ QStringList UnitKeys::answersToOne(const QString& text) const
     for (const Fields& key : m_keys) {
         const QString& command = key.at(Command);
         if (longest > 0 && command.size() == longest && text.startsWith(command)) {
-            all += confirm(key, text.mid(longest));
+            all += reply(key, text.mid(longest));
         }
     }
     return all;

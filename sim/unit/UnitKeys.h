@@ -31,6 +31,10 @@ public:
     /// not fit the type of the key
     QStringList answers(const QString& body) const;
 
+    /// \return what answers() returns, but with the value that each key has: the operator's is
+    /// refused. A key that changes the screen is refused by no message at all.
+    QStringList refusals(const QString& body) const;
+
     /// \return the number of keys
     qsizetype count() const { return m_keys.size(); }
 
@@ -40,7 +44,9 @@ public:
 private:
     using Fields = QStringList; // the eleven fields of an AK
 
-    QStringList answersToOne(const QString& text) const;
+    using Reply = QStringList (*)(const Fields& key, const QString& value);
+    QStringList replies(const QString& body, Reply reply) const;
+    QStringList repliesToOne(const QString& text, Reply reply) const;
     static QString slot(const QString& menu, const QString& keyId);
 
     QList<Fields> m_keys;

@@ -55,6 +55,7 @@ bool unitPorts::addScopes(UnitDevices& devices, UnitState& state, const ScopePor
 bool unitPorts::addCards(UnitDevices& devices, CardSpectrum& spectrum,
     const CardPortSettings& settings, const FaultTable& faults, quint32 seed)
 {
+    spectrum.setLevel(settings.level);
     for (int port = 0; port < CardLines && !settings.none; ++port) {
         PseudoTerminal* line = devices.add(Line.arg(FirstCardLine + port));
         if (line == nullptr) {

@@ -24,7 +24,8 @@ struct CardPortSettings
 {
     bool none = false;                           ///< no cards, whatever the other members say
     CardPort::Type type = CardPort::Type::K7150; ///< of all three cards
-    int points = CardPort::DefaultPoints;        ///< of a spectrum, 1 to CardPort::MaxPoints
+    int points = CardPort::DefaultPoints; ///< of a spectrum, as CardPort's constructor takes them
+    double level = 0.0;                   ///< of all carriers in dB, see CardSpectrum::setLevel()
 };
 
 /// The unit's ports apart from the panel's own line.

@@ -30,7 +30,7 @@ void logFault(const QString& word, const QStringList& fields)
     const wire::Command* command = wire::findCommand(wire::toPanel(), word);
     const QLoggingCategory& category =
         categoryOf(command != nullptr ? command->room : wire::Room::Link);
-    if (!category.isDebugEnabled()) {
+    if (!wire::logsIgnored(category)) {
         return;
     }
     const QString reason = wire::whyIgnored(word, fields);

@@ -12,7 +12,6 @@
 namespace {
 
 constexpr QSize ScreenSize(800, 480);
-constexpr int SplashMs = 15000;
 
 } // namespace
 
@@ -56,10 +55,14 @@ void MainWindow::showSplash()
 {
     m_splash =
         std::make_unique<SplashScreen>(QPixmap(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
+    const int splashMs = SplashScreen::durationMs();
+    if (splashMs == 0) {
+        return;
+    }
     m_splash->show();
     QCoreApplication::processEvents();
     // A coarse timer of this length may end most of a second early.
-    QTimer::singleShot(SplashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
+    QTimer::singleShot(splashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
 }
 
 void MainWindow::setUpLook()

@@ -11,6 +11,7 @@
 #include "menus/MainMenus.h"
 #include "menus/MenuMessages.h"
 #include "scopes/ScopeMessages.h"
+#include "scopes/ScopeRemote.h"
 #include "scopes/ScopesPage.h"
 #include "scopes/StcMagPhasePlot.h"
 #include "spectrum/SpectralCard.h"
@@ -87,6 +88,7 @@ void Rooms::addScopes()
     stack->addWidget(scopes);
     views->set(&Views::scopes, scopes);
     scopeMessages = new ScopeMessages(*scopes, m_window);
+    new ScopeRemote(*scopes, scopes);
     loan = new DisplayLoan(*scopes, *spectrum, m_window);
     connectScopeMessages();
     connectLoan();

@@ -36,6 +36,9 @@ public:
     /// \return whether the line is open.
     bool isOpen() const;
 
+    /// \return whether the line could not be opened because another program has it open.
+    bool isTaken() const { return m_line && m_line->isTaken(); }
+
     /// \return how many bytes the port has that were not taken yet.
     qint64 unread() const;
 

@@ -8,6 +8,10 @@
 
 namespace {
 
+constexpr int CrossArm = 5; // in pixels
+constexpr QRgb CrossColor = 0xffffffff;
+constexpr QRgb CrossRim = 0xff000000; // keeps the cross apart from the dots around it
+
 constexpr size_t MaxWaiting = 4; // Older blocks would have faded before anybody sees them.
 
 // Rounds to the nearest pixel. NaN and whatever an int cannot hold lie far outside every picture.
@@ -15,6 +19,21 @@ int toPixel(double position)
 {
     constexpr double Farthest = 1e6;
     return static_cast<int>(std::floor(std::max(-Farthest, std::min(Farthest, position)) + 0.5));
+}
+
+QRect around(QPoint middle, int halfWidth, int halfHeight)
+{
+    return {middle - QPoint(halfWidth, halfHeight), middle + QPoint(halfWidth, halfHeight)};
+}
+
+// Fills the part of `box` that lies in the picture.
+void fill(QImage& picture, const QRect& box, QRgb color)
+{
+    const QRect inside = box & picture.rect();
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        auto* const line = reinterpret_cast<QRgb*>(picture.scanLine(y));
+        std::fill(line + inside.left(), line + inside.right() + 1, color);
+    }
 }
 
 } // namespace
@@ -101,6 +120,21 @@ void ConstellationPlot::paint(QImage& picture)
     }
     m_waiting.clear();
     m_image.paintOver(picture);
+    drawCrosses(picture);
+}
+
+void ConstellationPlot::drawCrosses(QImage& picture) const
+{
+    const double range = 2.0 * m_limit;
+    const Scale columns = Scale::aroundMiddle(0.0, range, 0.0, picture.width() - 1);
+    const Scale rows = Scale::aroundMiddle(0.0, range, picture.height() - 1, 0.0);
+    for (const QPointF& point : m_idealPoints) {
+        const QPoint middle(toPixel(columns.pixel(point.x())), toPixel(rows.pixel(point.y())));
+        fill(picture, around(middle, CrossArm + 1, 1), CrossRim);
+        fill(picture, around(middle, 1, CrossArm + 1), CrossRim);
+        fill(picture, around(middle, CrossArm, 0), CrossColor);
+        fill(picture, around(middle, 0, CrossArm), CrossColor);
+    }
 }
 
 void ConstellationPlot::draw(const Block& block)

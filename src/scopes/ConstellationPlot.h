@@ -29,8 +29,20 @@ public:
     /// \param limit half the range, in parts of full scale; 0 and less are ignored.
     void setLimit(double limit);
 
+    /// Marks the ideal points of the signal by small crosses.
+    /// \param points (I, Q) in parts of full scale; none for no crosses.
+    void setIdealPoints(const QVector<QPointF>& points) { m_idealPoints = points; }
+    /// \return the points that are marked.
+    const QVector<QPointF>& idealPoints() const { return m_idealPoints; }
+
     /// \return the pairs of the newest block that are plotted: (I, Q) in parts of full scale.
     QVector<QPointF> plotted() const;
+
+    /// Sets how long the signal stays on the screen.
+    void setPersistence(DensityImage::Persistence persistence)
+    {
+        m_image.setPersistence(persistence);
+    }
 
     PlotAxes axes() const override;
     void setLineColor(const QColor& color) override { m_image.setColor(color); }
@@ -54,7 +66,9 @@ private:
 
     void drawLastAgain();
     void draw(const Block& block);
+    void drawCrosses(QImage& picture) const;
 
+    QVector<QPointF> m_idealPoints;
     double m_limit = 1.0;
     DensityImage m_image;
     std::deque<Block> m_waiting; // not drawn yet

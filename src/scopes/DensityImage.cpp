@@ -17,17 +17,17 @@ constexpr int SkipPixels = 8;
 
 constexpr QRgb Black = 0xff000000U;
 
-quint8 brighter(quint8 density, int strength)
-{
-    return static_cast<quint8>(std::min(Brightest, density + strength));
-}
+constexpr int InfiniteStep = 2; // What a hit adds that is not the first, when none fades.
 
-// Hits three pixels in a row of a dot; the outer ones are its edge.
-void hitThree(quint8* row, int middle)
+// How bright a hit makes a pixel of each density.
+std::array<quint8, 256> hitOf(int strength, bool fades)
 {
-    row[0] = brighter(row[0], DotEdgeStrength);
-    row[1] = brighter(row[1], middle);
-    row[2] = brighter(row[2], DotEdgeStrength);
+    std::array<quint8, 256> after{};
+    for (int d = 0; d <= Brightest; ++d) {
+        const int sum = fades ? d + strength : std::max(strength, d + InfiniteStep);
+        after[static_cast<size_t>(d)] = static_cast<quint8>(std::min(Brightest, sum));
+    }
+    return after;
 }
 
 // Lays one pixel over another, the upper one premultiplied: the operator "over" of Porter and Duff,
@@ -45,6 +45,17 @@ QRgb blend(QRgb over, QRgb under)
 DensityImage::DensityImage()
 {
     setColor(Qt::red);
+    setPersistence(Persistence::Short);
+}
+
+void DensityImage::setPersistence(Persistence persistence)
+{
+    const bool fades = persistence != Persistence::Infinite;
+    m_persistence = persistence;
+    m_sinceFaded = 0;
+    m_dot = hitOf(DotStrength, fades);
+    m_dotEdge = hitOf(DotEdgeStrength, fades);
+    m_run = hitOf(RunStrength, fades);
 }
 
 void DensityImage::resize(QSize size)
@@ -75,16 +86,29 @@ void DensityImage::setColor(const QColor& color)
 
 void DensityImage::fade()
 {
+    const int every = m_persistence == Persistence::Long ? LongBlocks : 1;
+    if (m_persistence == Persistence::Infinite || ++m_sinceFaded < every) {
+        return;
+    }
+    m_sinceFaded = 0;
     for (quint8& d : m_density) {
         d = static_cast<quint8>((d * FadeOf256) >> 8);
     }
 }
 
-void DensityImage::hit(int x, int y, int strength)
+// Hits three pixels in a row of a dot; the outer ones are its edge.
+void DensityImage::hitThree(quint8* row, const Hit& edge, const Hit& middle)
+{
+    row[0] = edge[row[0]];
+    row[1] = middle[row[1]];
+    row[2] = edge[row[2]];
+}
+
+void DensityImage::hit(int x, int y, const Hit& strength)
 {
     quint8& d =
         m_density[static_cast<size_t>(y) * static_cast<size_t>(m_stride) + static_cast<size_t>(x)];
-    d = brighter(d, strength);
+    d = strength[d];
 }
 
 void DensityImage::addDot(int x, int y)
@@ -94,14 +118,14 @@ void DensityImage::addDot(int x, int y)
         const auto stride = static_cast<size_t>(m_stride);
         quint8* const above =
             m_density.data() + static_cast<size_t>(y - 1) * stride + static_cast<size_t>(x - 1);
-        hitThree(above, DotEdgeStrength);
-        hitThree(above + stride, DotStrength);
-        hitThree(above + 2 * stride, DotEdgeStrength);
+        hitThree(above, m_dotEdge, m_dotEdge);
+        hitThree(above + stride, m_dotEdge, m_dot);
+        hitThree(above + 2 * stride, m_dotEdge, m_dotEdge);
         return;
     }
     for (int row = std::max(0, y - 1); row <= std::min(m_height - 1, y + 1); ++row) {
         for (int column = std::max(0, x - 1); column <= std::min(m_width - 1, x + 1); ++column) {
-            hit(column, row, row == y && column == x ? DotStrength : DotEdgeStrength);
+            hit(column, row, row == y && column == x ? m_dot : m_dotEdge);
         }
     }
 }
@@ -113,7 +137,7 @@ void DensityImage::addRun(int x, int y0, int y1)
     }
     const int last = std::min(m_height - 1, std::max(y0, y1));
     for (int row = std::max(0, std::min(y0, y1)); row <= last; ++row) {
-        hit(x, row, RunStrength);
+        hit(x, row, m_run);
     }
 }
 

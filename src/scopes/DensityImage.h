@@ -9,12 +9,21 @@
 
 /// How often each pixel of a plot has been hit lately, like the phosphor of an oscilloscope.
 ///
-/// Every hit makes a pixel brighter, every later block makes it fade (fade()), and the pixels that
-/// are hit most turn from the line colour to white. So noise, imbalance and clipping show by where
-/// the plot glows. paintOver() lays the result over a picture of the grid.
+/// Every hit makes a pixel brighter, later blocks make it fade (fade()), and the pixels that are
+/// hit most turn from the line colour to white. So noise, imbalance and clipping show by where the
+/// plot glows. paintOver() lays the result over a picture of the grid.
 class DensityImage
 {
 public:
+    /// How long a hit stays on the screen.
+    enum class Persistence {
+        Short,   ///< It fades to an eighth within 16 blocks, which take two seconds.
+        Long,    ///< It fades LongBlocks times slower.
+        Infinite ///< It stays. A later hit adds little, so that the densest places stand out.
+    };
+
+    static constexpr int LongBlocks = 8; ///< Blocks for one step of fading with Long.
+
     /// Creates an image without pixels, with a red line colour.
     DensityImage();
 
@@ -28,7 +37,10 @@ public:
     /// Sets the line colour, of past hits, too.
     void setColor(const QColor& color);
 
-    /// Makes all pixels fade by one block's time: to an eighth within 16 blocks.
+    /// Sets how long a hit stays, from now on; Short at first.
+    void setPersistence(Persistence persistence);
+
+    /// Makes all pixels fade by one block's time, as far as the persistence has it.
     void fade();
 
     /// Adds a dot of 3 × 3 pixels around (\a x, \a y), without the pixels outside the picture.
@@ -45,8 +57,17 @@ public:
     int density(int x, int y) const;
 
 private:
-    void hit(int x, int y, int strength);
+    // What a hit of one strength makes of each density.
+    using Hit = std::array<quint8, 256>;
 
+    void hit(int x, int y, const Hit& strength);
+    static void hitThree(quint8* row, const Hit& edge, const Hit& middle);
+
+    Persistence m_persistence = Persistence::Short;
+    int m_sinceFaded = 0; // blocks
+    Hit m_dot{};
+    Hit m_dotEdge{};
+    Hit m_run{};
     int m_width = 0;
     int m_height = 0;
     int m_stride = 0; // a multiple of eight, so that eight empty pixels are skipped at once

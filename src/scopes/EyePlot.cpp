@@ -8,10 +8,11 @@
 namespace {
 
 constexpr size_t MaxWaiting = 4; // Older blocks would have faded before anybody sees them.
-constexpr int SamplesPerTrace = EyePlot::SamplesPerSymbol * EyePlot::SymbolsPerTrace;
-// The first decision that has enough samples in front of it for the interpolation.
-constexpr int FirstSample = EyePlot::SamplesPerSymbol;
-static_assert(FirstSample >= Interpolator::HalfTaps);
+constexpr int FirstSample = Interpolator::HalfTaps; // that can be interpolated
+constexpr double SmallChange = 0.01; // of the samples per symbol: the picture is not begun anew
+constexpr int DashPixels = 8;        // of the line at the best instant, its gap included
+constexpr int DashGap = 3;
+constexpr QRgb InstantColor = 0xffffffff;
 
 } // namespace
 
@@ -75,22 +76,52 @@ void EyePlot::drawLastAgain()
     }
 }
 
+void EyePlot::setSamplesPerSymbol(double samples)
+{
+    if (!(samples >= MinSamplesPerSymbol && samples <= MaxSamplesPerSymbol)) {
+        return;
+    }
+    const bool small = std::abs(samples - m_perSymbol) <= SmallChange * m_perSymbol;
+    m_perSymbol = samples;
+    if (!small) {
+        m_image.clear();
+        drawLastAgain();
+    }
+}
+
+int EyePlot::pointsPerTrace() const
+{
+    return static_cast<int>(std::lround(Factor * SymbolsPerTrace * m_perSymbol)) + 1;
+}
+
 std::vector<double> EyePlot::traces(const QVector<double>& samples) const
 {
-    const qsizetype usable = samples.size() - FirstSample - Interpolator::HalfTaps - 1;
-    const qsizetype count = std::max(qsizetype{0}, usable / SamplesPerTrace);
-    const qsizetype inner = count * SamplesPerTrace + 1;
     std::vector<double> points;
-    if (count == 0) {
+    const qsizetype inner = samples.size() - 2 * Interpolator::HalfTaps;
+    // The first decision that has enough samples in front of it for the interpolation.
+    const double start = std::ceil(FirstSample / m_perSymbol) * m_perSymbol - FirstSample;
+    const double perTrace = SymbolsPerTrace * m_perSymbol;
+    const auto count =
+        static_cast<int>(std::floor((static_cast<double>(inner) - 1.0 - start) / perTrace));
+    if (count <= 0) {
         return points;
     }
-    // Neighbours share the point at their common end.
     std::vector<double> line(static_cast<size_t>(inner * Factor));
     m_interpolator.interpolateInner(samples.constData() + FirstSample, inner, line.data());
-    points.reserve(static_cast<size_t>(count * PointsPerTrace));
-    for (qsizetype trace = 0; trace < count; ++trace) {
-        const auto begin = line.cbegin() + trace * (PointsPerTrace - 1);
-        points.insert(points.end(), begin, begin + PointsPerTrace);
+    const int perPoint = pointsPerTrace();
+    const double step = perTrace * Factor / (perPoint - 1);
+    points.reserve(static_cast<size_t>(count) * static_cast<size_t>(perPoint));
+    for (int trace = 0; trace < count; ++trace) {
+        // Neighbours share the point at their common end.
+        const double begin = (start + trace * perTrace) * Factor;
+        for (int n = 0; n < perPoint; ++n) {
+            const double at = begin + n * step;
+            const auto left = static_cast<size_t>(at);
+            const double part = at - static_cast<double>(left);
+            // A part of 0 may lie at the very end, where there is nothing to the right.
+            points.push_back(
+                part > 0.0 ? line[left] + (line[left + 1] - line[left]) * part : line[left]);
+        }
     }
     return points;
 }
@@ -103,25 +134,41 @@ void EyePlot::paint(QImage& picture)
     }
     m_waiting.clear();
     m_image.paintOver(picture);
+    drawInstant(picture);
+}
+
+void EyePlot::drawInstant(QImage& picture) const
+{
+    if (!m_instant || picture.width() < 2) {
+        return;
+    }
+    const double part = *m_instant / SymbolsPerTrace + 0.5;
+    const auto x = static_cast<int>(std::lround(part * (picture.width() - 1)));
+    for (int y = 0; x >= 0 && x < picture.width() && y < picture.height(); ++y) {
+        if (y % DashPixels >= DashGap) {
+            reinterpret_cast<QRgb*>(picture.scanLine(y))[x] = InstantColor;
+        }
+    }
 }
 
 void EyePlot::draw(const QVector<double>& samples)
 {
     const std::vector<double> points = traces(samples);
-    for (size_t at = 0; at + PointsPerTrace <= points.size(); at += PointsPerTrace) {
-        drawTrace(points.data() + at);
+    const auto count = static_cast<size_t>(pointsPerTrace());
+    for (size_t at = 0; at + count <= points.size(); at += count) {
+        drawTrace(points.data() + at, static_cast<int>(count));
     }
 }
 
 // Draws column by column, so that every column of a trace is hit and none twice.
-void EyePlot::drawTrace(const double* points)
+void EyePlot::drawTrace(const double* points, int count)
 {
     const int width = m_image.size().width();
     const int height = m_image.size().height();
     if (width < 2 || height < 2) {
         return;
     }
-    const double perColumn = static_cast<double>(PointsPerTrace - 1) / (width - 1);
+    const double perColumn = static_cast<double>(count - 1) / (width - 1);
     const Scale rows = Scale::aroundMiddle(0.0, 2.0 * m_limit, height - 1, 0.0);
     const double zero = rows.pixel(0.0) + 0.5; // rounds when the fraction is cut off
     const double perUnit = rows.pixelsPerUnit();
@@ -129,7 +176,7 @@ void EyePlot::drawTrace(const double* points)
     int previous = 0;
     for (int x = 0; x < width; ++x) {
         const double at = x * perColumn;
-        const int left = std::min(static_cast<int>(at), PointsPerTrace - 2);
+        const int left = std::min(static_cast<int>(at), count - 2);
         const double part = at - left;
         const double value = points[left] + (points[left + 1] - points[left]) * part;
         const double row = zero + value * perUnit;

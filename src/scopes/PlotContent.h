@@ -53,6 +53,17 @@ public:
     /// Sets badge().
     void setBadge(const QString& badge) { m_badge = badge; }
 
+    /// \return what is assumed about the data, to be written below them; empty most of the time.
+    const QString& note() const { return m_note; }
+    /// Sets note().
+    void setNote(const QString& note) { m_note = note; }
+
+    /// \return how the range of the axes came about, for the corner of the frame; empty for a
+    /// content that has only one range.
+    const QString& rangeNote() const { return m_rangeNote; }
+    /// Sets rangeNote().
+    void setRangeNote(const QString& note) { m_rangeNote = note; }
+
     /// Sets the colour in which the data are drawn from now on.
     virtual void setLineColor(const QColor& color) = 0;
     /// Forgets all data, and the badge with them.
@@ -66,4 +77,6 @@ public:
 
 private:
     QString m_badge;
+    QString m_note;
+    QString m_rangeNote;
 };

@@ -13,6 +13,7 @@ constexpr int MinPauseMs = 33; // 30 paints a second
 constexpr int TickFontPixels = 16;
 constexpr int LabelFontPixels = 16;
 constexpr int BadgeFontPixels = 15;
+constexpr int NoteFontPixels = 14;
 constexpr int AxisLine = 2; // Pixels, with the space beside it.
 
 // Margins of the data area in pixels, wide enough for "-0.75" and a label.
@@ -27,6 +28,7 @@ constexpr QRgb TextColor = 0xfff0f0f0;
 constexpr QRgb GridColor = 0xff4a4a4a;
 constexpr QRgb ZeroColor = 0xff808080;
 constexpr QRgb BadgeColor = 0xffffd000;
+constexpr QRgb NoteColor = 0xffffd000;
 
 QFont pixelFont(const QFont& base, int pixels)
 {
@@ -94,6 +96,19 @@ void PlotView::setStale(bool stale)
     }
 }
 
+void PlotView::setFrozen(bool frozen)
+{
+    if (m_frozen != frozen) {
+        m_frozen = frozen;
+        update();
+    }
+}
+
+QString PlotView::frozenText()
+{
+    return QStringLiteral("FROZEN");
+}
+
 int PlotView::frameHeight() const
 {
     const bool label = m_content != nullptr && !m_content->axes().xLabel.isEmpty();
@@ -159,7 +174,29 @@ QPixmap PlotView::drawFrame()
     layOutArea();
     QPixmap frame = toPixmap(width(), height());
     keepGrid(frame);
+    m_rangeNote = newRangeNote();
+    drawRangeNote(frame);
     return frame;
+}
+
+// Beside the label of the x axis, whose row is empty at both of its ends; not where there is none.
+void PlotView::drawRangeNote(QPixmap& frame) const
+{
+    if (m_rangeNote.isEmpty() || m_axes.xLabel.isEmpty()) {
+        return;
+    }
+    QPainter painter(&frame);
+    const int label = QFontMetrics(xAxis->labelFont()).horizontalAdvance(m_axes.xLabel);
+    const QRect row(0, height() - LabelMargin, m_area.center().x() - label / 2, LabelMargin);
+    painter.setFont(pixelFont(font(), NoteFontPixels));
+    painter.setPen(QColor::fromRgb(NoteColor));
+    painter.drawText(
+        row.adjusted(AxisLine, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, m_rangeNote);
+}
+
+QString PlotView::newRangeNote() const
+{
+    return m_content != nullptr ? m_content->rangeNote() : QString();
 }
 
 QString PlotView::newBadge() const
@@ -169,7 +206,8 @@ QString PlotView::newBadge() const
 
 bool PlotView::frameIsStale() const
 {
-    return CachedPlot::frameIsStale() || (m_content != nullptr && m_content->axes() != m_axes);
+    return CachedPlot::frameIsStale() ||
+        (m_content != nullptr && (m_content->axes() != m_axes || newRangeNote() != m_rangeNote));
 }
 
 QRect PlotView::changedRect() const
@@ -178,19 +216,36 @@ QRect PlotView::changedRect() const
 }
 
 // Above the data where there is room for it, else over their corner.
-void PlotView::drawBadge(QPainter& painter) const
+void PlotView::drawCornerText(QPainter& painter, const QString& text, Qt::Alignment side) const
 {
-    if (m_badge.isEmpty()) {
+    if (text.isEmpty()) {
         return;
     }
     painter.setFont(pixelFont(font(), BadgeFontPixels));
-    const QSize size = painter.fontMetrics().size(0, m_badge) + QSize(8, 0);
+    const QSize size = painter.fontMetrics().size(0, text) + QSize(8, 0);
     const bool above = m_area.top() >= size.height() + AxisLine;
-    const QPoint corner = m_area.topRight() + QPoint(-3, above ? -size.height() - AxisLine : 4);
-    const QRect box(corner - QPoint(size.width(), 0), size);
+    const int y = m_area.top() + (above ? -size.height() - AxisLine : 4);
+    const int x = side == Qt::AlignRight ? m_area.right() - 3 - size.width() : m_area.left() + 3;
+    const QRect box(QPoint(x, y), size);
     painter.fillRect(box, Qt::black);
     painter.setPen(QColor::fromRgb(BadgeColor));
-    painter.drawText(box, Qt::AlignCenter, m_badge);
+    painter.drawText(box, Qt::AlignCenter, text);
+}
+
+// In the lower left corner of the data, in two lines where it does not fit into one.
+void PlotView::drawNote(QPainter& painter) const
+{
+    const QString note = m_content != nullptr ? m_content->note() : QString();
+    if (note.isEmpty()) {
+        return;
+    }
+    painter.setFont(pixelFont(font(), NoteFontPixels));
+    const QRect room = m_area.adjusted(4, 0, -4, -2);
+    constexpr int Flags = Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap;
+    const QRect box = painter.fontMetrics().boundingRect(room, Flags, note) & room;
+    painter.fillRect(box.adjusted(-2, 0, 2, 0), Qt::black);
+    painter.setPen(QColor::fromRgb(NoteColor));
+    painter.drawText(box, Flags, note);
 }
 
 // Copies row by row: some processors copy large pieces slower than such small ones.
@@ -224,6 +279,10 @@ void PlotView::paintData(QPainter& painter, const QRect& dirty)
     if (m_stale) {
         noData::paint(painter, m_area);
     } else {
-        drawBadge(painter);
+        drawCornerText(painter, m_badge, Qt::AlignRight);
+        drawNote(painter);
+    }
+    if (m_frozen) {
+        drawCornerText(painter, frozenText(), Qt::AlignLeft);
     }
 }

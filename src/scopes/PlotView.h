@@ -9,7 +9,8 @@
 ///
 /// CachedPlot keeps the frame, which is drawn anew when the content's axes or the size change. The
 /// data area of the frame is kept as an image, too: new data cost a copy of that image, the content
-/// draws into the copy, and the copy is painted onto the widget. A badge is painted over both.
+/// draws into the copy, and the copy is painted onto the widget. A badge is painted over both. What
+/// the content says of its range stands beside the label of the x axis.
 class PlotView : public CachedPlot
 {
     Q_OBJECT
@@ -31,6 +32,14 @@ public:
     void setStale(bool stale);
     /// \return whether the data are shown as old, false at first.
     bool isStale() const { return m_stale; }
+
+    /// Sets whether the data are held although newer ones have come: "FROZEN" stands in their
+    /// corner.
+    void setFrozen(bool frozen);
+    /// \return whether the data are held, false at first.
+    bool isFrozen() const { return m_frozen; }
+    /// \return "FROZEN".
+    static QString frozenText();
 
     /// \return the data area as it was last painted, in pixels of this widget.
     QRect dataArea() const { return m_area; }
@@ -55,11 +64,15 @@ private:
     void layOutArea();
     void keepGrid(const QPixmap& frame);
     void copyGrid();
-    void drawBadge(QPainter& painter) const;
+    QString newRangeNote() const;
+    void drawNote(QPainter& painter) const;
+    void drawRangeNote(QPixmap& frame) const;
+    void drawCornerText(QPainter& painter, const QString& text, Qt::Alignment side) const;
 
     PlotContent* m_content = nullptr;
-    PlotAxes m_axes; // as they were last drawn
-    QString m_badge; // as it was last painted
+    PlotAxes m_axes;     // as they were last drawn
+    QString m_badge;     // as it was last painted
+    QString m_rangeNote; // as it was last drawn
     QSharedPointer<QCPAxisTickerFixed> m_xTicker;
     QSharedPointer<QCPAxisTickerFixed> m_yTicker;
     QImage m_grid;    // the frame's data area
@@ -67,4 +80,5 @@ private:
     QRect m_area;
     QSize m_contentSize; // as it was last given to the content
     bool m_stale = false;
+    bool m_frozen = false;
 };

@@ -19,6 +19,7 @@ constexpr qint64 ReadBufferBytes = 4096;
 constexpr int Red = 0; // The first line colour.
 constexpr QRgb NoteColor = 0xffc8c8c8;
 constexpr int NotePixels = 16;
+constexpr int FoldMs = 4000; // between two looks for the samples per symbol of a small eye
 
 QString hiddenNote()
 {
@@ -52,6 +53,9 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     setUpPlots();
     connect(&m_watch, &DataWatch::staleChanged, this, &Scope::staleChanged);
     m_watch.setExpecting(true);
+    m_measureTimer.setObjectName(QStringLiteral("measureTimer"));
+    m_measureTimer.setSingleShot(true);
+    connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
@@ -74,7 +78,7 @@ void Scope::setUpPlots()
     plots->setSpacing(0);
     for (PlotView* plot : {m_plotI, m_plotQ}) {
         plots->addWidget(plot, 1);
-        connect(plot, &QCustomPlot::mouseRelease, this, &Scope::plotClickSlot);
+        connect(plot, &QCustomPlot::mouseRelease, this, &Scope::touched);
     }
     m_contents.setLineColor(m_lineColor);
     layOutPlots();
@@ -112,7 +116,7 @@ void Scope::shareHeight()
 void Scope::fixIsize()
 {
     QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    if (m_plotType == Constellation && !m_disableFixIsize) {
+    if (m_plotType == Constellation && !m_disableFixIsize && !m_enlarged) {
         const int side = std::max(1, std::min(width(), height()));
         largest = QSize(side, side);
     }
@@ -133,8 +137,10 @@ void Scope::setPlotType(int type)
 {
     if (m_plotType != type) {
         m_plotType = type;
+        setFrozen(false);
         clearPlots();
         layOutPlots();
+        emit lookChanged();
     }
 }
 
@@ -144,6 +150,7 @@ void Scope::setOff(bool off)
     m_off = off;
     if (off) {
         m_watch.setExpecting(false);
+        setFrozen(false);
         clearPlots(); // The signal that was shown is gone.
     } else if (changed) {
         m_watch.setExpecting(false); // What came late ends here; the whole time starts.
@@ -180,6 +187,8 @@ void Scope::updatePlots()
 
 void Scope::dataChanged()
 {
+    m_unmeasured = true;
+    scheduleMeasurement();
     m_plotI->dataChanged();
     m_plotQ->dataChanged();
 }
@@ -231,10 +240,96 @@ void Scope::setPlotsShown(bool shown)
     update();
 }
 
+void Scope::touched()
+{
+    if (m_touch == Touch::IsPassedOn) {
+        emit plotTouched();
+    } else {
+        plotClickSlot();
+    }
+}
+
 void Scope::plotClickSlot()
 {
-    m_contents.setRangeFixed(!m_contents.rangeFixed());
+    setFixedRange(!fixedRange());
+}
+
+void Scope::setFixedRange(bool fixed)
+{
+    if (fixedRange() != fixed) {
+        m_contents.setRangeFixed(fixed);
+        updatePlots();
+        emit lookChanged();
+    }
+}
+
+void Scope::setEnlarged(bool enlarged)
+{
+    m_enlarged = enlarged;
+    m_contents.setMarksShown(enlarged);
+    layOutPlots();
+    m_measureTimer.stop();
+    if (enlarged) {
+        measure();
+    }
+}
+
+void Scope::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    scheduleMeasurement(); // of what has come meanwhile
+}
+
+void Scope::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    m_measureTimer.stop();
+}
+
+// Only what somebody sees is measured. The fold of a small eye follows the signal less often.
+void Scope::scheduleMeasurement()
+{
+    const bool eyes = m_contents.view() == ScopeContents::View::Eyes;
+    const bool due = m_unmeasured && isVisible() && (m_enlarged || eyes) && !isFrozen();
+    if (due && !m_measureTimer.isActive()) {
+        m_measureTimer.start(m_enlarged ? FiguresMs : FoldMs);
+    }
+}
+
+void Scope::measure()
+{
+    if (isVisible() && !isFrozen() && !stale()) {
+        m_unmeasured = false;
+        m_contents.measure();
+        m_plotI->dataChanged();
+        m_plotQ->dataChanged();
+    }
+    emit figuresChanged();
+}
+
+QVector<ScopeFigure> Scope::figures() const
+{
+    return stale() || m_off ? scopeFigures::withoutValues(m_contents.figures())
+                            : m_contents.figures();
+}
+
+void Scope::setFrozen(bool frozen)
+{
+    if (isFrozen() == frozen) {
+        return;
+    }
+    m_contents.setFrozen(frozen);
+    showStale(); // what was held has ended "NO DATA"
+    m_plotI->setFrozen(frozen);
     updatePlots();
+    scheduleMeasurement();
+    emit lookChanged();
+}
+
+void Scope::setPersistence(DensityImage::Persistence persistence)
+{
+    m_contents.setPersistence(persistence);
+    emit lookChanged();
 }
 
 void Scope::plotEyeConsData(QVector<double>& i, QVector<double>& q)
@@ -260,6 +355,7 @@ void Scope::showStale()
     }
     m_plotI->setStale(stale());
     m_plotQ->setStale(stale());
+    emit figuresChanged();
 }
 
 QString Scope::readout() const
@@ -269,10 +365,21 @@ QString Scope::readout() const
     }
     QStringList texts;
     for (const PlotView* plot : {m_plotI, m_plotQ}) {
-        if (!plot->isHidden() && !plot->content()->badge().isEmpty()) {
+        if (!plot->isHidden()) {
             texts += plot->content()->badge();
+            texts += stale() ? QString() : plot->content()->note();
         }
     }
+    if (isFrozen() && !m_plotI->isHidden()) {
+        texts += PlotView::frozenText();
+    }
+    if (m_enlarged) {
+        texts += hasRange() ? m_contents.rangeText() : QString();
+        for (const ScopeFigure& figure : figures()) {
+            texts += figure.name + QLatin1Char(' ') + figure.value;
+        }
+    }
+    texts.removeAll(QString());
     texts.removeDuplicates();
     return texts.join(QLatin1Char('\n'));
 }
@@ -281,7 +388,7 @@ void Scope::plotSdiData(QByteArray& record)
 {
     dataCame();
     m_contents.addRecord(record);
-    m_plotI->dataChanged();
+    dataChanged();
 }
 
 QVector<double> Scope::interpolator(QVector<double> samples, int factor)

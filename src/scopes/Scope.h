@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTimer>
 #include <QVector>
 #include <QWidget>
 
@@ -23,8 +24,11 @@ class PlotView;
 /// StaleMs keeps its picture, which looks like a steady signal otherwise, dims it and shows "NO
 /// DATA" over it. Only data end that.
 ///
-/// Both signals are emitted while the port reports its data. A slot may delete the scope later
-/// (deleteLater()), but not at once: the port is still in use.
+/// A scope may be enlarged: its page then gives it all the room. It can be frozen: what comes is
+/// received and passed on, but not plotted until that ends. Its page decides what a touch does.
+///
+/// rcv_eye_msg() and rcv_sdi_msg() are emitted while the port reports its data. A slot may delete
+/// the scope later (deleteLater()), but not at once: the port is still in use.
 class Scope : public QWidget
 {
     Q_OBJECT
@@ -36,6 +40,12 @@ public:
         Sdi = 0,          ///< SDI records as strips.
         EyePattern = 1,   ///< The eyes of I and Q.
         Constellation = 2 ///< I over Q.
+    };
+
+    /// What a touch on a plot does.
+    enum class Touch {
+        ChangesRange, ///< It calls plotClickSlot().
+        IsPassedOn    ///< It emits plotTouched().
     };
 
     /// How long a scope that is on waits for a block or record before it is stale, in milliseconds:
@@ -74,8 +84,10 @@ public:
     /// \return whether the scope is on and has got no block or record for StaleMs. Only a block or
     /// record ends that.
     bool stale() const { return !m_off && m_watch.isStale(); }
-    /// \return what the operator reads on the scope beside the axes, line by line: the badges
-    /// "CLIP" and "NO DATA", or the note that the plots are hidden; empty when there is nothing.
+    /// \return what the operator reads on the scope beside the frame, line by line: the badges
+    /// "CLIP" and "NO DATA", "FROZEN", what is assumed about an eye pattern, and the range and the
+    /// numbers of an enlarged scope; or the note that the plots are hidden; empty when there is
+    /// nothing.
     QString readout() const;
 
     /// \return how many of the two plots may be used, 2 at first.
@@ -108,8 +120,40 @@ public:
     bool plotsShown() const { return m_plotsShown; }
 
     /// \return whether the axes span full scale; otherwise they are fitted to the signal. False at
-    /// first.
+    /// first. The frame says which it is.
     bool fixedRange() const { return m_contents.rangeFixed(); }
+    /// Sets whether the axes span full scale or are fitted to the signal.
+    void setFixedRange(bool fixed);
+    /// \return whether the axes of the current plot type have a range that can be chosen: those of
+    /// SDI strips have not.
+    bool hasRange() const { return m_contents.view() != ScopeContents::View::Strips; }
+
+    /// Sets what a touch on a plot does; it changes the range at first.
+    void setTouch(Touch touch) { m_touch = touch; }
+
+    /// Sets whether the scope has its page for itself: nothing keeps its plots square then, beside
+    /// their axes.
+    void setEnlarged(bool enlarged);
+    /// \return whether the scope has its page for itself, false at first.
+    bool isEnlarged() const { return m_enlarged; }
+
+    /// Sets whether what is plotted is held. Data that come are received and passed on all the
+    /// same, and the newest are plotted when that ends. Another plot type and "off" end it.
+    void setFrozen(bool frozen);
+    /// \return whether what is plotted is held, false at first.
+    bool isFrozen() const { return m_contents.frozen(); }
+
+    /// \return the numbers of an enlarged scope; "---" in place of those that are not certain, and
+    /// of all while nothing is received.
+    QVector<ScopeFigure> figures() const;
+    /// The shortest time between two readings of the numbers, in milliseconds.
+    static constexpr int FiguresMs = 250;
+
+    /// Sets how long the signal stays on the screen; Short at first. SDI strips have no
+    /// persistence.
+    void setPersistence(DensityImage::Persistence persistence);
+    /// \return how long the signal stays on the screen.
+    DensityImage::Persistence persistence() const { return m_contents.persistence(); }
 
     /// Plots one block.
     /// \param i, q samples in parts of full scale, -1 to 1.
@@ -136,7 +180,7 @@ public slots:
     void serialDataReceived();
     /// Changes from eye pattern to constellation and back, and from SDI to the eye pattern.
     void togglePlotType();
-    /// Changes between fixed range and range fitted to the signal, at a touch on a plot.
+    /// Changes between fixed range and range fitted to the signal.
     void plotClickSlot();
 
 signals:
@@ -145,13 +189,25 @@ signals:
     void rcv_eye_msg(QVector<double> i, QVector<double> q);
     /// Emitted when an SDI record of five bytes was received, after it was given to the plots.
     void rcv_sdi_msg(QByteArray record);
+    /// Emitted at a touch on a plot, when setTouch() has it passed on.
+    void plotTouched();
+    /// Emitted when the plot type, the range, the persistence or whether the scope is frozen may
+    /// have changed.
+    void lookChanged();
+    /// Emitted when figures() may have changed.
+    void figuresChanged();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void setUpPlots();
+    void touched();
+    void scheduleMeasurement();
+    void measure();
     void layOutPlots();
     void shareHeight();
     void updatePlots();
@@ -171,10 +227,14 @@ private:
     PlotView* m_plotQ = nullptr;
     QColor m_lineColor;
     DataWatch m_watch{StaleMs, QStringLiteral("silence"), this}; // for blocks and records
+    QTimer m_measureTimer{this};
     int m_plotType = EyePattern;
     int m_numOfPlots = 2;
     bool m_showQPlot = true;
     bool m_disableFixIsize = false;
     bool m_plotsShown = true;
     bool m_off = false;
+    bool m_enlarged = false;
+    bool m_unmeasured = false; // data have come since the last measurement
+    Touch m_touch = Touch::ChangesRange;
 };

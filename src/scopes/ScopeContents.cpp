@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
+
+constexpr size_t MaxHeldBlocks = 16; // the plots draw the last of them, the meters measure all
 
 // The outermost value that the line can carry: a sample there has been clipped.
 constexpr double Clipped = 32767.0 * IqBlockDecoder::Scale;
@@ -30,6 +33,8 @@ ScopeContents::ScopeContents()
     : m_eyeI(QStringLiteral("I (% FS)"))
     , m_eyeQ(QStringLiteral("Q (% FS)"))
 {
+    showRange();
+    forgetFigures();
 }
 
 std::array<PlotContent*, 4> ScopeContents::all()
@@ -52,33 +57,167 @@ PlotContent* ScopeContents::upper()
 
 void ScopeContents::addBlock(const QVector<double>& i, const QVector<double>& q)
 {
-    const double peakI = peakOf(i);
-    const double peakQ = peakOf(q);
+    if (!m_frozen) {
+        plot({i, q});
+        return;
+    }
+    m_heldBlocks.push_back({i, q});
+    if (m_heldBlocks.size() > MaxHeldBlocks) {
+        m_heldBlocks.pop_front();
+    }
+    showClipping(); // of what is frozen, where "NO DATA" may have stood
+}
+
+void ScopeContents::plot(const Block& block)
+{
+    const double peakI = peakOf(block.i);
+    const double peakQ = peakOf(block.q);
     m_range.addPeak(std::max(peakI, peakQ));
     applyRange();
-    const bool clippedI = peakI >= Clipped;
-    const bool clippedQ = peakQ >= Clipped;
+    m_clippedI = peakI >= Clipped;
+    m_clippedQ = peakQ >= Clipped;
+    showClipping();
     if (m_view == View::Constellation) {
-        m_constellation.setBadge(clipBadge(clippedI || clippedQ));
-        m_constellation.addBlock(i, q);
+        m_constellation.addBlock(block.i, block.q);
+        m_constellationMeter.addBlock(block.i, block.q);
     } else {
-        m_eyeI.setBadge(clipBadge(clippedI));
-        m_eyeQ.setBadge(clipBadge(clippedQ));
-        m_eyeI.addBlock(i);
-        m_eyeQ.addBlock(q);
+        m_eyeI.addBlock(block.i);
+        m_eyeQ.addBlock(block.q);
+        m_eyeMeter.addBlock(block.i, block.q);
+    }
+}
+
+void ScopeContents::showClipping()
+{
+    if (m_view == View::Constellation) {
+        m_constellation.setBadge(clipBadge(m_clippedI || m_clippedQ));
+    } else {
+        m_eyeI.setBadge(clipBadge(m_clippedI));
+        m_eyeQ.setBadge(clipBadge(m_clippedQ));
     }
 }
 
 void ScopeContents::addRecord(const QByteArray& record)
 {
     m_strips.setBadge({});
-    m_strips.addRecord(record);
+    if (!m_frozen) {
+        m_strips.addRecord(record);
+        return;
+    }
+    m_heldRecords.push_back(record);
+    if (m_heldRecords.size() > SdiPlot::Records) {
+        m_heldRecords.pop_front();
+    }
+}
+
+void ScopeContents::setFrozen(bool frozen)
+{
+    m_frozen = frozen;
+    if (frozen) {
+        return;
+    }
+    for (const Block& block : std::exchange(m_heldBlocks, {})) {
+        plot(block);
+    }
+    for (const QByteArray& record : std::exchange(m_heldRecords, {})) {
+        m_strips.addRecord(record);
+    }
+}
+
+void ScopeContents::setPersistence(DensityImage::Persistence persistence)
+{
+    m_persistence = persistence;
+    m_eyeI.setPersistence(persistence);
+    m_eyeQ.setPersistence(persistence);
+    m_constellation.setPersistence(persistence);
 }
 
 void ScopeContents::clear()
 {
     for (PlotContent* content : all()) {
         content->clear();
+    }
+    m_heldBlocks.clear();
+    m_heldRecords.clear();
+    m_clippedI = m_clippedQ = false;
+    forgetFigures();
+}
+
+void ScopeContents::setView(View view)
+{
+    if (m_view != view) {
+        m_view = view;
+        forgetFigures();
+    }
+}
+
+void ScopeContents::forgetFigures()
+{
+    m_constellationMeter.clear();
+    m_eyeMeter.clear();
+    m_constellation.setIdealPoints({});
+    m_eyeI.setInstant({});
+    m_eyeQ.setInstant({});
+    m_eyeI.setNote({});
+    switch (m_view) {
+    case View::Constellation:
+        m_figures = scopeFigures::withoutValues(scopeFigures::ofConstellation({}));
+        break;
+    case View::Strips:
+        m_figures = scopeFigures::ofRecord({});
+        break;
+    case View::Eyes:
+        m_figures = scopeFigures::ofEyes({});
+        break;
+    }
+}
+
+void ScopeContents::measure()
+{
+    switch (m_view) {
+    case View::Constellation:
+        return measureConstellation();
+    case View::Strips:
+        m_figures = scopeFigures::ofRecord(
+            m_strips.records().empty() ? QByteArray() : m_strips.records().back());
+        return;
+    case View::Eyes:
+        return measureEyes();
+    }
+}
+
+void ScopeContents::measureConstellation()
+{
+    const ConstellationFigures& found = m_constellationMeter.figures();
+    m_figures = scopeFigures::ofConstellation(found);
+    m_constellation.setIdealPoints(
+        m_marksShown && found.valid ? found.idealPoints : QVector<QPointF>());
+}
+
+void ScopeContents::measureEyes()
+{
+    const EyeFigures& found = m_eyeMeter.figures();
+    m_figures = scopeFigures::ofEyes(found);
+    const auto instant = [this](const EyeOpening& eye) {
+        return m_marksShown && eye.valid ? std::optional<double>(eye.bestInstant) : std::nullopt;
+    };
+    m_eyeI.setInstant(instant(found.i));
+    m_eyeQ.setInstant(instant(found.q));
+    const bool triedInVain =
+        !found.symbolPeriodFound && m_eyeMeter.blockCount() == EyeMeter::MaxBlocks;
+    m_eyeI.setNote(triedInVain ? QStringLiteral("4 samples per symbol assumed") : QString());
+    for (EyePlot* eye : {&m_eyeI, &m_eyeQ}) {
+        eye->setSamplesPerSymbol(found.samplesPerSymbol);
+    }
+}
+
+void ScopeContents::setMarksShown(bool shown)
+{
+    m_marksShown = shown;
+    if (!shown) {
+        m_constellation.setIdealPoints({});
+        m_eyeI.setInstant({});
+        m_eyeQ.setInstant({});
     }
 }
 
@@ -100,6 +239,19 @@ void ScopeContents::setRangeFixed(bool fixed)
 {
     m_range.setFixed(fixed);
     applyRange();
+    showRange();
+}
+
+void ScopeContents::showRange()
+{
+    m_eyeI.setRangeNote(rangeText());
+    m_eyeQ.setRangeNote(rangeText());
+    m_constellation.setRangeNote(rangeText());
+}
+
+QString ScopeContents::rangeText() const
+{
+    return rangeFixed() ? QStringLiteral("Fixed range") : QStringLiteral("Fitted range");
 }
 
 void ScopeContents::applyRange()

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "scopes/ConstellationMeter.h"
 #include "scopes/ConstellationPlot.h"
+#include "scopes/EyeMeter.h"
 #include "scopes/EyePlot.h"
 #include "scopes/RangeKeeper.h"
+#include "scopes/ScopeFigure.h"
 #include "scopes/SdiPlot.h"
 
 #include <QByteArray>
@@ -11,12 +14,14 @@
 #include <QVector>
 
 #include <array>
+#include <deque>
 
 /// What the two plots of a scope show, without a window.
 ///
 /// A scope shows the eyes of I and Q one above the other, or a constellation or SDI strips alone.
 /// The contents of all views exist at any time. New data go to those of the current view, with a
-/// range that fits them and a badge when they are clipped.
+/// range that fits them and a badge when they are clipped. While the contents are frozen, the
+/// newest data are kept aside, and the views get them when that ends.
 class ScopeContents
 {
 public:
@@ -31,7 +36,7 @@ public:
     ScopeContents();
 
     /// Sets what is shown. Data that were received for another view stay there.
-    void setView(View view) { m_view = view; }
+    void setView(View view);
     /// \return what is shown.
     View view() const { return m_view; }
 
@@ -46,7 +51,26 @@ public:
     /// Plots one SDI record of five bytes.
     void addRecord(const QByteArray& record);
 
-    /// Empties all views.
+    /// Sets whether new data are kept aside instead of being plotted; false at first.
+    void setFrozen(bool frozen);
+    /// \return whether new data are kept aside.
+    bool frozen() const { return m_frozen; }
+
+    /// Sets how long the signal stays on the screen; Short at first.
+    void setPersistence(DensityImage::Persistence persistence);
+    /// \return how long the signal stays on the screen.
+    DensityImage::Persistence persistence() const { return m_persistence; }
+
+    /// Measures the blocks that were plotted last. An eye pattern is folded at the samples per
+    /// symbol that were found from then on, or at four with a note at the upper plot.
+    void measure();
+    /// Sets whether what was measured is marked in the plots: ideal points and the best instants;
+    /// false at first.
+    void setMarksShown(bool shown);
+    /// \return the numbers of the current view as they were measured last; "---" before.
+    const QVector<ScopeFigure>& figures() const { return m_figures; }
+
+    /// Empties all views, and forgets the data that were kept aside.
     void clear();
     /// Shows \a badge at the data of all views, until the next data come.
     void setBadge(const QString& badge);
@@ -57,6 +81,8 @@ public:
     void setRangeFixed(bool fixed);
     /// \return whether the axes span full scale; false at first.
     bool rangeFixed() const { return m_range.fixed(); }
+    /// \return "Fixed range" or "Fitted range".
+    QString rangeText() const;
 
     /// Sets whether the upper eye has a label at its time axis.
     void setUpperTimeLabel(bool shown) { m_eyeI.setTimeLabel(shown); }
@@ -70,8 +96,20 @@ public:
     ///@}
 
 private:
+    struct Block
+    {
+        QVector<double> i;
+        QVector<double> q;
+    };
+
     std::array<PlotContent*, 4> all();
+    void plot(const Block& block);
     void applyRange();
+    void showRange();
+    void showClipping();
+    void measureConstellation();
+    void measureEyes();
+    void forgetFigures();
 
     RangeKeeper m_range;
     EyePlot m_eyeI;
@@ -79,4 +117,14 @@ private:
     ConstellationPlot m_constellation;
     SdiPlot m_strips;
     View m_view = View::Eyes;
+    DensityImage::Persistence m_persistence = DensityImage::Persistence::Short;
+    ConstellationMeter m_constellationMeter;
+    EyeMeter m_eyeMeter;
+    QVector<ScopeFigure> m_figures;
+    std::deque<Block> m_heldBlocks;
+    std::deque<QByteArray> m_heldRecords;
+    bool m_frozen = false;
+    bool m_marksShown = false;
+    bool m_clippedI = false; // the newest block that was plotted
+    bool m_clippedQ = false;
 };

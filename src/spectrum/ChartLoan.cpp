@@ -35,7 +35,9 @@ void ChartLoan::lendTo(QGridLayout* place)
                 m_shown += channel;
             }
         }
+        m_enlarged = m_card->enlarged();
     }
+    m_card->setEnlarged(-1); // The chart leaves its keys and its waterfall behind.
     place->addWidget(m_card->chart(0), 1, 0);
     place->setRowStretch(0, ScopeStretch);
     place->setRowStretch(1, ChartStretch);
@@ -56,6 +58,7 @@ void ChartLoan::takeBack()
     for (int channel = 0; channel < card::Channels; ++channel) {
         m_card->SetChartAreaVisible(channel, m_shown.contains(channel));
     }
+    m_card->setEnlarged(m_enlarged);
 }
 
 void ChartLoan::setShown(int channel, bool shown)

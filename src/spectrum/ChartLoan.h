@@ -10,7 +10,8 @@ class SpectralCard;
 /// show when it is over.
 ///
 /// While the chart is lent, the card shows that one alone and is polled for it although its page is
-/// not on the screen; what setShown() says then holds when the chart comes back.
+/// not on the screen; what setShown() says then holds when the chart comes back. A chart
+/// that had the whole page gets it back, too.
 class ChartLoan
 {
 public:
@@ -32,5 +33,6 @@ private:
     bool isLent() const;
 
     QPointer<SpectralCard> m_card;
-    QList<int> m_shown; // channels whose charts are to be shown when the loan is over
+    QList<int> m_shown;  // channels whose charts are to be shown when the loan is over
+    int m_enlarged = -1; // the one of them that is to have the whole page then
 };

@@ -13,6 +13,11 @@ QFont chartLook::font()
     return font;
 }
 
+QString chartLook::overText()
+{
+    return QStringLiteral("OVER");
+}
+
 QStaticText chartLook::preparedText(const QString& text)
 {
     QStaticText prepared(text);

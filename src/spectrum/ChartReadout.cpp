@@ -10,57 +10,137 @@ namespace {
 constexpr int LineHeight = 17; // pixels
 constexpr double WidestLevel = -100.0;
 
-QString readingText(const QString& pattern, const SpectrumReading& reading)
+// Numbers as they are written: a difference always has a sign.
+QString number(double value, int decimals, bool relative)
 {
-    return pattern.arg(reading.frequency, 0, 'f', 3).arg(reading.level, 0, 'f', 1);
+    const QString text = QString::number(value, 'f', decimals);
+    return relative && !text.startsWith(QLatin1Char('-')) ? QLatin1Char('+') + text : text;
+}
+
+QString readingText(
+    const QString& name, const SpectrumReading& reading, int decimals, bool relative = false)
+{
+    return QStringLiteral("%1 %2 MHz %3 dB")
+        .arg(name, number(reading.frequency, decimals, relative),
+            number(reading.level, 1, relative));
+}
+
+TextFlow::Part fixedPart(const QString& text)
+{
+    return {text, text};
+}
+
+void addStates(const ChartReadout::Values& values, bool brief, QVector<TextFlow::Part>& parts)
+{
+    const auto hold = [brief](const QString& which) {
+        return fixedPart(brief ? which : which + QStringLiteral(" Hold"));
+    };
+    if (values.averaging > 1) {
+        const QString pattern =
+            values.logMean ? QStringLiteral("Log Avg %1") : QStringLiteral("Avg %1");
+        parts += fixedPart(pattern.arg(values.averaging));
+    }
+    if (values.maxHold) {
+        parts += hold(QStringLiteral("Max"));
+    }
+    if (values.minHold) {
+        parts += hold(QStringLiteral("Min"));
+    }
+    if (!values.scale.isEmpty()) {
+        parts += fixedPart(values.scale);
+    }
 }
 
 // A reading, which keeps its room while there is none.
-TextFlow::Part readingPart(
-    const QString& pattern, const SpectrumReading& reading, const SpectrumReading& widest)
+TextFlow::Part peakPart(const ChartReadout::Values& values)
 {
-    return {
-        reading.valid ? readingText(pattern, reading) : QString(), readingText(pattern, widest)};
+    const QString name = QStringLiteral("Peak");
+    return {values.peak.valid ? readingText(name, values.peak, values.decimals) : QString(),
+        readingText(name, {true, values.centre, WidestLevel}, values.decimals)};
 }
 
-} // namespace
+TextFlow::Part markerPart(const ChartReadout::Marker& marker, const ChartReadout::Values& values)
+{
+    const bool alone = values.markers.size() == 1 && marker.number == 1;
+    const QString name = alone ? QStringLiteral("Marker")
+        : marker.relative      ? QStringLiteral("M%1-M1").arg(marker.number)
+                               : QStringLiteral("M%1").arg(marker.number);
+    const double widest = marker.relative ? -10.0 : values.centre;
+    return {marker.reading.valid
+            ? readingText(name, marker.reading, values.decimals, marker.relative)
+            : QString(),
+        readingText(name, {true, widest, WidestLevel}, values.decimals)};
+}
 
-QVector<TextFlow::Part> ChartReadout::parts(const Values& values)
+QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMarkers, bool brief)
 {
     QVector<TextFlow::Part> parts;
-    if (values.averaging > 1) {
-        const QString text = QStringLiteral("Avg %1").arg(values.averaging);
-        parts += {text, text};
-    }
-    if (values.maxHold) {
-        parts += {QStringLiteral("Max Hold"), QStringLiteral("Max Hold")};
-    }
-    const SpectrumReading widest{true, values.centre, WidestLevel};
-    parts += readingPart(QStringLiteral("Peak %1 MHz %2 dB"), values.peak, widest);
-    if (values.hasMarker) {
-        parts += readingPart(QStringLiteral("Marker %1 MHz %2 dB"), values.marker, widest);
+    addStates(values, brief, parts);
+    parts += peakPart(values);
+    for (const ChartReadout::Marker& marker : values.markers) {
+        if (allMarkers || marker.active) {
+            parts += markerPart(marker, values);
+        }
     }
     return parts;
 }
 
-void ChartReadout::update(const Values& values, int titleWidth, int room)
+} // namespace
+
+void ChartReadout::update(const Values& values, const Space& space)
+{
+    const double maxHeight = MaxPart * space.chartHeight;
+    layOut(partsOf(values, true, false), space);
+    if (values.markers.size() > 1 && headHeight() > maxHeight) {
+        layOut(partsOf(values, false, false), space);
+    }
+    if (const int height = headHeight(); height > maxHeight) {
+        layOut(partsOf(values, false, true), space);
+        if (headHeight() == height) {
+            layOut(partsOf(values, false, false), space); // Brief texts save no line.
+        }
+    }
+    m_over = values.over;
+    if (m_over) {
+        m_text += (m_text.isEmpty() ? QString() : QStringLiteral("\n")) + chartLook::overText();
+    }
+}
+
+void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& space)
 {
     const QFontMetrics metrics(chartLook::font());
-    const auto flow = TextFlow::flow(parts(values), room,
-        [&metrics](const QString& text) { return metrics.horizontalAdvance(text); });
-    const int beside = titleWidth + 2 * chartLook::TitleGap;
-    m_besideTitle = flow.singleWidth && *flow.singleWidth + beside <= room;
-    m_text = flow.lines.join(QLatin1Char('\n'));
+    const auto widthOf = [&metrics](
+                             const QString& text) { return metrics.horizontalAdvance(text); };
+    // As many parts as there is room for stand beside the title.
+    const int beside = space.room - space.titleWidth - 2 * chartLook::TitleGap;
+    qsizetype first = parts.size();
+    while (first > 0) {
+        const auto flow = TextFlow::flow(parts.first(first), beside, widthOf);
+        if (flow.singleWidth && *flow.singleWidth <= beside) {
+            break;
+        }
+        --first;
+    }
+    m_besideTitle = first > 0;
+    QStringList lines;
+    if (first > 0) {
+        lines += TextFlow::flow(parts.first(first), beside, widthOf).lines.join(QString());
+    }
+    if (first < parts.size()) {
+        lines += TextFlow::flow(parts.sliced(first), space.room, widthOf).lines;
+    }
     m_lines.clear();
-    for (const QString& line : flow.lines) {
+    for (const QString& line : std::as_const(lines)) {
         m_lines += chartLook::preparedText(line);
     }
+    lines.removeAll(QString());
+    m_text = lines.join(QLatin1Char('\n'));
 }
 
 int ChartReadout::headHeight() const
 {
     const int lines = static_cast<int>(qMax(qsizetype{1}, m_lines.size()));
-    return chartLook::TitleHeight + (m_besideTitle ? 0 : lines * LineHeight);
+    return chartLook::TitleHeight + (m_besideTitle ? lines - 1 : lines) * LineHeight;
 }
 
 void ChartReadout::paint(QPainter& painter, int right, const QColor& color) const
@@ -70,8 +150,9 @@ void ChartReadout::paint(QPainter& painter, int right, const QColor& color) cons
     painter.setPen(color);
     int y = m_besideTitle ? (chartLook::TitleHeight - metrics.height()) / 2
                           : chartLook::TitleHeight - 2;
-    for (const QStaticText& line : m_lines) {
+    for (qsizetype i = 0; i < m_lines.size(); ++i) {
+        const QStaticText& line = m_lines.at(i);
         painter.drawStaticText(QPointF(right - line.size().width(), y), line);
-        y += LineHeight;
+        y = m_besideTitle && i == 0 ? chartLook::TitleHeight - 2 : y + LineHeight;
     }
 }

@@ -2,6 +2,10 @@
 
 #include <cmath>
 
+namespace {
+constexpr int DefaultDecimals = 3;
+} // namespace
+
 FrequencyAxis::FrequencyAxis()
     : m_span(spanTable().first())
 {
@@ -39,6 +43,30 @@ double FrequencyAxis::frequencyAt(qsizetype index, qsizetype size) const
 {
     const auto bins = static_cast<double>(size);
     return m_centre + (static_cast<double>(index) - bins / 2.0) * width() / bins;
+}
+
+double FrequencyAxis::frequencyBetween(double index, qsizetype size) const
+{
+    return m_centre + (index - static_cast<double>(size) / 2.0) * binWidth(size);
+}
+
+double FrequencyAxis::binWidth(qsizetype size) const
+{
+    return size > 0 ? width() / static_cast<double>(size) : 0.0;
+}
+
+int FrequencyAxis::decimals(qsizetype size) const
+{
+    const double bin = binWidth(size);
+    if (bin <= 0.0) {
+        return DefaultDecimals;
+    }
+    return qBound(0, static_cast<int>(std::ceil(1.0 - std::log10(bin))), MaxDecimals);
+}
+
+double FrequencyAxis::nominalWidth() const
+{
+    return m_span.ticks.isEmpty() ? 0.0 : m_span.ticks.last() - m_span.ticks.first();
 }
 
 qsizetype FrequencyAxis::indexAt(double frequency, qsizetype size) const

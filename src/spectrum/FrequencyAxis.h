@@ -21,6 +21,9 @@ public:
     void setSpan(const SpanInfo& span) { m_span = span; }
     /// \return the analysed width in MHz, a little more than the span's label says.
     double width() const { return m_span.spanMHz; }
+    /// \return the width in MHz that the span's label says, from the first tick to the last; 0 for
+    /// a span without ticks. It is what a channel power is measured in unless the operator chooses.
+    double nominalWidth() const;
 
     /// \return whether the axis can have this centre, in MHz.
     static bool canBeCentre(double frequency);
@@ -42,6 +45,19 @@ public:
     /// \return the frequency in MHz of point \a index of a spectrum of \a size points. The points
     /// are \a size bins that share the width: centre + (index - size / 2) * width / size.
     double frequencyAt(qsizetype index, qsizetype size) const;
+
+    /// \return the frequency in MHz of a place between the points, as frequencyAt() of a fractional
+    /// index; the centre when there are no points.
+    double frequencyBetween(double index, qsizetype size) const;
+
+    /// \return the width in MHz of one of \a size bins; 0 when there are none.
+    double binWidth(qsizetype size) const;
+
+    /// \return how many decimals a frequency in MHz needs so that the last one is at most a tenth
+    /// of a bin of \a size, which is how well a peak is interpolated: 3 for a K7150, at most
+    /// MaxDecimals. 3 when there are no points.
+    int decimals(qsizetype size) const;
+    static constexpr int MaxDecimals = 6; ///< Of a frequency in MHz: whole hertz.
 
     /// \return the index of the point nearest to \a frequency MHz in a spectrum of \a size points,
     /// 0 to size - 1; 0 when there are none.

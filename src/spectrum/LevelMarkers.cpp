@@ -47,9 +47,13 @@ void LevelMarkers::paintNumbers(QPainter& painter, const QRect& area, const Scal
     painter.setFont(chartLook::font());
     painter.setPen(chartLook::Level);
     for (qsizetype i = 0; i < m_numbers.size(); ++i) {
+        const double row = scale.pixel(m_levels.at(i));
+        if (row < area.top() || row > area.bottom()) {
+            continue; // Not on the scale that is shown now; the plot clips its line.
+        }
         const QSize size = m_numbers.at(i).size().toSize();
         // Rounded as a distance from the bottom, like the line.
-        const int line = area.bottom() - qRound(area.bottom() - scale.pixel(m_levels.at(i)));
+        const int line = area.bottom() - qRound(area.bottom() - row);
         const bool above = line - size.height() > area.top();
         const QPoint at(area.right() - Gap - size.width(), above ? line - size.height() : line + 1);
         // The ground is a little wider than the figures, but does not reach down to the line.

@@ -31,7 +31,8 @@ public:
     const QList<double>& levels() const { return m_levels; }
 
     /// Paints the numbers at the right edge of \a area, each above its line, or below it where
-    /// there is no room above. \param scale from dB to rows.
+    /// there is no room above. A marker that \a scale puts outside the area is not shown.
+    /// \param scale from dB to rows.
     void paintNumbers(QPainter& painter, const QRect& area, const Scale& scale) const;
 
 private:

@@ -58,6 +58,8 @@ void SpectralCard::initCharts()
         auto* area = new SpectrumArea(channel, this);
         area->setLineColor(colours.at(channel));
         layout->addWidget(area, 1);
+        connect(area, &SpectrumArea::enlargeWanted, this,
+            [this, channel](bool enlarged) { setEnlarged(enlarged ? channel : -1); });
         m_areas += area;
     }
 }
@@ -74,7 +76,7 @@ void SpectralCard::connectSession()
             emit specUpdate(points, channel);
         });
     connect(session, &CardSession::spanChanged, this, [this](int channel, int span) {
-        chart(channel)->setSpan(m_spanTable.at(span));
+        m_areas.at(channel)->setSpan(m_spanTable.at(span));
         emit spanChanged(channel, span);
     });
     connect(session, &CardSession::spanConfirmed, this,
@@ -284,7 +286,34 @@ void SpectralCard::SetChartAreaVisible(int channel, bool on)
 {
     if (CardSession::isChannel(channel)) {
         m_session->setShown(channel, on);
-        m_areas.at(channel)->setShown(on);
+        m_areas.at(channel)->setLeftOut(!on);
+        setEnlarged(m_enlarged);
+        showAreas();
+    }
+}
+
+void SpectralCard::setEnlarged(int channel)
+{
+    const int next = chartAreaVisible(channel) ? channel : -1;
+    if (next != m_enlarged) {
+        m_enlarged = next;
+        showAreas();
+    }
+}
+
+// Areas are hidden before others are shown, so that the page never asks for more than its height.
+void SpectralCard::showAreas()
+{
+    const auto hasRoom = [this](int channel) {
+        return chartAreaVisible(channel) && (m_enlarged == -1 || m_enlarged == channel);
+    };
+    for (const bool room : {false, true}) {
+        for (int channel = 0; channel < card::Channels; ++channel) {
+            if (hasRoom(channel) == room) {
+                m_areas.at(channel)->setEnlarged(m_enlarged == channel);
+                m_areas.at(channel)->setVisible(room);
+            }
+        }
     }
 }
 

@@ -111,6 +111,15 @@ public:
     void SetChartAreaVisible(int channel, bool on);
     /// Whether a channel is shown when the page is.
     bool chartAreaVisible(int channel) const;
+    /// Gives one channel the whole page, with its keys beside the chart and measurement and
+    /// waterfall under it. The others stay polled: their spectra are forwarded, and their averages
+    /// and holds go on.
+    /// \param channel 0 to 2; one that is hidden or does not exist gives the page back to all that
+    /// are shown.
+    void setEnlarged(int channel);
+    /// The channel that has the whole page; -1 when none has. It no longer has it when it is
+    /// hidden.
+    int enlarged() const { return m_enlarged; }
     /// Sets the title of the window and the name in the titles of all charts.
     void WindowName(const QString& name);
 
@@ -164,8 +173,10 @@ private:
     void connectSession();
     void chooseFromBox(int channel);
     void pollWhenNeeded();
+    void showAreas();
 
     std::unique_ptr<CardSession> m_session; // also a child, for those who look for its buses
     QList<SpectrumArea*> m_areas;           // one per channel
+    int m_enlarged = -1;
     bool m_overRideVisCheck = false;
 };

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "wire/LineServer.h"
+
 #include <QByteArray>
-#include <QList>
-#include <QLocalServer>
 #include <QObject>
 #include <QPointer>
 
-class QLocalSocket;
 class SpectralCard;
 
 /// Passes every spectrum of a card on to whoever connects to a local socket, for recording and for
@@ -16,29 +15,26 @@ class SpectralCard;
 /// One line of JSON per spectrum, levels in dB, frequencies in MHz, lowest frequency first:
 ///   {"channel":0,"centre":70,"span":1.199056,"levels":[-98.5,-97,...]}
 ///
-/// A reader that does not keep up loses whole lines: what it has not taken yet is bounded, and a
-/// spectrum for which there is no room is dropped for that reader. What readers send is thrown
-/// away.
+/// LineServer sends the lines: a reader that does not keep up loses whole ones.
 class SpectralRemote : public QObject
 {
     Q_OBJECT
 
 public:
     /// The number of readers that are served at the same time; further ones are turned away.
-    static constexpr int MaxReaders = 8;
+    static constexpr int MaxReaders = LineServer::MaxReaders;
     /// A reader's backlog in bytes beyond which spectra are dropped.
-    static constexpr qint64 MaxBacklogBytes = qint64{512} * 1024;
+    static constexpr qint64 MaxBacklogBytes = LineServer::MaxBacklogBytes;
 
     /// Opens the socket if the environment variable names one.
     explicit SpectralRemote(SpectralCard* card, QObject* parent = nullptr);
-    ~SpectralRemote() override;
 
     /// Whether readers can connect.
     bool isListening() const { return m_server.isListening(); }
     /// The number of readers that are connected.
-    int readers() const { return static_cast<int>(m_readers.size()); }
+    int readers() const { return m_server.readers(); }
     /// The bytes that the slowest reader has not taken yet.
-    qint64 backlog() const;
+    qint64 backlog() const { return m_server.backlog(); }
 
     /// Writes a spectrum as a line of JSON.
     /// \param points one byte per point, as in SpectralCard::specUpdate().
@@ -53,11 +49,6 @@ public slots:
     void forward(const QByteArray& points, int channel);
 
 private:
-    void listen(const QString& path);
-    void takeReaders();
-    void forget(QLocalSocket* reader);
-
     QPointer<SpectralCard> m_card;
-    QLocalServer m_server;
-    QList<QLocalSocket*> m_readers;
+    LineServer m_server;
 };

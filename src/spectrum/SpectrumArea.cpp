@@ -1,17 +1,24 @@
 #include "spectrum/SpectrumArea.h"
 
+#include "spectrum/ChartFoot.h"
+#include "spectrum/ChartKeyActions.h"
+#include "spectrum/ChartKeyDialog.h"
+#include "spectrum/ChartKeys.h"
 #include "spectrum/SpectrumChart.h"
 #include "touch/Sizes.h"
+#include "touch/TextButton.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
-#include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace {
 constexpr int SpanPoints = 24;
-constexpr int ControlsWidth = 176;
-constexpr int AverageDepth = 16;
+constexpr int ControlsWidth = 188;
+constexpr int SwitchHeight = 84;
+constexpr int SwitchGap = 4;
+constexpr int Switches = 3;
 
 QString suffix(int channel)
 {
@@ -29,33 +36,26 @@ QString suffix(int channel)
 SpectrumArea::SpectrumArea(int channel, QWidget* parent)
     : QWidget(parent)
     , m_channel(channel)
+    , m_span(spanTable().first())
     , m_spanBox(new QComboBox(this))
-    , m_average(newSwitch(QStringLiteral("Average"), QStringLiteral("averageButton")))
-    , m_maxHold(newSwitch(QStringLiteral("Max Hold"), QStringLiteral("maxHoldButton")))
+    , m_switches(newSwitches())
     , m_vbox(new QVBoxLayout)
+    , m_controls(new QVBoxLayout)
 {
     m_spanBox->setObjectName(QStringLiteral("cboSpan%1").arg(channel + 1));
     setUpSpanBox();
-    connect(m_average, &QPushButton::toggled, this,
-        [this](bool on) { chart()->setAveraging(on ? AverageDepth : 1); });
-    connect(m_maxHold, &QPushButton::toggled, this, [this](bool on) { chart()->setMaxHold(on); });
-
-    auto* switches = new QHBoxLayout;
-    switches->setSpacing(4);
-    switches->addWidget(m_average);
-    switches->addWidget(m_maxHold);
-    auto* controls = new QVBoxLayout;
-    controls->setSpacing(6);
-    controls->addWidget(m_spanBox);
-    controls->addLayout(switches);
-    controls->addStretch();
+    m_controls->setSpacing(6);
+    m_controls->addWidget(m_spanBox);
+    m_controls->addWidget(m_switches);
+    m_controls->addStretch();
 
     m_vbox->setContentsMargins(0, 0, 0, 0);
+    m_vbox->setSpacing(2);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 2, 4, 2);
     layout->setSpacing(4);
     layout->addLayout(m_vbox, 1);
-    layout->addLayout(controls);
+    layout->addLayout(m_controls);
     newChart();
 }
 
@@ -78,13 +78,35 @@ void SpectrumArea::setUpSpanBox()
     m_spanBox->setMaxVisibleItems(static_cast<int>(spanTable().size()));
 }
 
-QPushButton* SpectrumArea::newSwitch(const QString& text, const QString& name)
+QWidget* SpectrumArea::newSwitches()
 {
-    auto* button = new QPushButton(text, this);
+    auto* row = new QWidget(this);
+    row->setFixedSize(ControlsWidth, SwitchHeight);
+    m_average = newSwitch(
+        QStringLiteral("Average"), QStringLiteral("averageButton"), chartKeys::Key::Average);
+    m_maxHold = newSwitch(
+        QStringLiteral("Max Hold"), QStringLiteral("maxHoldButton"), chartKeys::Key::MaxHold);
+    auto* tools = new TextButton(QStringLiteral("Tools"), this, TextButton::Shrinking);
+    tools->setObjectName(QStringLiteral("toolsButton%1").arg(m_channel + 1));
+    connect(tools, &TextButton::clicked, this, [this] { emit enlargeWanted(true); });
+
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SwitchGap);
+    for (TextButton* button : {m_average, m_maxHold, tools}) {
+        button->setFixedSize((ControlsWidth - (Switches - 1) * SwitchGap) / Switches, SwitchHeight);
+        layout->addWidget(button);
+    }
+    return row;
+}
+
+TextButton* SpectrumArea::newSwitch(const QString& text, const QString& name, chartKeys::Key key)
+{
+    auto* button = new TextButton(text, this, TextButton::Shrinking);
     button->setObjectName(name + QString::number(m_channel + 1));
     button->setCheckable(true);
-    button->setFixedWidth((ControlsWidth - 4) / 2);
-    button->setMinimumHeight(touch::MinTarget);
+    button->setMarks({keyMarks::Lamp::Off, false});
+    connect(button, &TextButton::toggled, this, [this, key] { press(key); });
     return button;
 }
 
@@ -92,15 +114,19 @@ void SpectrumArea::newChart()
 {
     m_chart = new SpectrumChart(this);
     m_chart->setObjectName(QStringLiteral("chart%1").arg(m_channel + 1));
-    m_chart->setSpan(spanTable().at(m_spanBox->currentIndex()));
+    m_chart->setSpan(m_span);
     m_chart->setCentre(m_centre);
     m_chart->setLineColor(m_color);
     m_chart->setHMarkers(m_hMarkers);
-    m_chart->setAveraging(m_average->isChecked() ? AverageDepth : 1);
-    m_chart->setMaxHold(m_maxHold->isChecked());
+    m_chart->setSettings(m_settings);
     m_chart->setPolled(m_polled);
-    m_chart->setLeftOut(!m_shown);
-    m_vbox->addWidget(m_chart);
+    m_chart->setLeftOut(m_leftOut);
+    connect(m_chart, &SpectrumChart::titleTapped, this, &SpectrumArea::touchTitle);
+    connect(m_chart, &SpectrumChart::settingsChanged, this, &SpectrumArea::takeSettings);
+    m_vbox->insertWidget(0, m_chart, 1);
+    if (m_foot != nullptr) {
+        m_foot->follow(m_chart);
+    }
 }
 
 SpectrumChart* SpectrumArea::chart()
@@ -112,15 +138,39 @@ SpectrumChart* SpectrumArea::chart()
     return m_chart;
 }
 
+bool SpectrumArea::isLent() const
+{
+    return m_chart != nullptr && !isAncestorOf(m_chart);
+}
+
+// A span's outer ticks stand where its label says.
+double SpectrumArea::nominalSpan() const
+{
+    return m_span.ticks.isEmpty() ? m_span.spanMHz : m_span.ticks.last() - m_span.ticks.first();
+}
+
 void SpectrumArea::setName(const QString& name)
 {
     m_name = name;
     chart()->setTitle(name + QLatin1Char(' ') + suffix(m_channel));
 }
 
+void SpectrumArea::setSpan(const SpanInfo& span)
+{
+    m_span = span;
+    chart()->setSpan(span);
+    if (m_foot != nullptr) {
+        m_foot->clear();
+        m_foot->setMeasurement(m_measurement, nominalSpan());
+    }
+}
+
 void SpectrumArea::setCentre(double centre)
 {
     chart()->setCentre(centre);
+    if (m_centre != m_chart->centre() && m_foot != nullptr) {
+        m_foot->clear();
+    }
     m_centre = m_chart->centre();
 }
 
@@ -142,15 +192,107 @@ void SpectrumArea::setPolled(bool polled)
     chart()->setPolled(polled);
 }
 
-void SpectrumArea::setShown(bool shown)
+void SpectrumArea::setLeftOut(bool leftOut)
 {
-    m_shown = shown;
-    chart()->setLeftOut(!shown);
-    setVisible(shown);
+    m_leftOut = leftOut;
+    chart()->setLeftOut(leftOut);
+}
+
+void SpectrumArea::setEnlarged(bool enlarged)
+{
+    if (enlarged == m_enlarged) {
+        return;
+    }
+    m_enlarged = enlarged;
+    m_switches->setVisible(!enlarged);
+    if (!enlarged) {
+        m_keys->hide(); // One of them may be the sender.
+        m_keys->deleteLater();
+        m_keys = nullptr;
+        delete m_foot;
+        m_foot = nullptr;
+        return;
+    }
+    m_keys = new ChartKeys(this);
+    m_keys->setFixedWidth(ControlsWidth);
+    connect(m_keys, &ChartKeys::pressed, this, &SpectrumArea::press);
+    m_controls->insertWidget(1, m_keys, 1);
+    m_foot = new ChartFoot(this);
+    m_vbox->addWidget(m_foot);
+    m_foot->follow(chart());
+    m_foot->setMeasurement(m_measurement, nominalSpan());
+    showInEffect();
 }
 
 void SpectrumArea::takeChartBack()
 {
-    m_vbox->addWidget(chart());
+    if (m_dialog != nullptr) {
+        m_dialog->close();
+    }
+    m_vbox->insertWidget(0, chart(), 1);
     m_chart->show();
+}
+
+void SpectrumArea::touchTitle()
+{
+    if (isLent()) {
+        openKeys();
+    } else {
+        emit enlargeWanted(!m_enlarged);
+    }
+}
+
+void SpectrumArea::openKeys()
+{
+    if (m_dialog != nullptr) {
+        return;
+    }
+    m_dialog = new ChartKeyDialog(this);
+    connect(m_dialog->keys(), &ChartKeys::pressed, this, &SpectrumArea::press);
+    connect(m_chart, &QObject::destroyed, m_dialog, &QDialog::close);
+    showInEffect();
+    m_dialog->open();
+}
+
+void SpectrumArea::press(chartKeys::Key key)
+{
+    if (key == chartKeys::Key::Close) {
+        if (m_dialog != nullptr) {
+            m_dialog->close();
+        }
+        if (m_enlarged) {
+            emit enlargeWanted(false);
+        }
+        return;
+    }
+    chartKeys::carryOut(key, *chart(), m_measurement, nominalSpan());
+    if (m_foot != nullptr) {
+        m_foot->setMeasurement(m_measurement, nominalSpan());
+    }
+    showInEffect();
+}
+
+void SpectrumArea::takeSettings()
+{
+    m_settings = m_chart->settings();
+    showInEffect();
+}
+
+void SpectrumArea::showInEffect()
+{
+    const auto keys = chartKeys::inEffect(m_settings, m_measurement);
+    const auto showSwitch = [&keys](TextButton* button, chartKeys::Key key) {
+        const QSignalBlocker quiet(button);
+        const bool on = keys.contains(key);
+        button->setChecked(on);
+        button->setMarks({on ? keyMarks::Lamp::On : keyMarks::Lamp::Off, false});
+    };
+    showSwitch(m_average, chartKeys::Key::Average);
+    showSwitch(m_maxHold, chartKeys::Key::MaxHold);
+    if (m_keys != nullptr) {
+        m_keys->setInEffect(keys);
+    }
+    if (m_dialog != nullptr) {
+        m_dialog->keys()->setInEffect(keys);
+    }
 }

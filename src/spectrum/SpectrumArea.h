@@ -1,5 +1,8 @@
 #pragma once
 
+#include "spectrum/ChartKeyPages.h"
+#include "spectrum/ChartMeasurement.h"
+#include "spectrum/ChartSettings.h"
 #include "wire/SpanTable.h"
 
 #include <QColor>
@@ -7,16 +10,21 @@
 #include <QPointer>
 #include <QWidget>
 
+class ChartFoot;
+class ChartKeyDialog;
+class ChartKeys;
 class QComboBox;
-class QPushButton;
 class QVBoxLayout;
 class SpectrumChart;
+class TextButton;
 
-/// The part of the spectrum page that belongs to one channel: its chart and, beside it, the span
-/// and the switches for averaging and max hold.
+/// The part of the spectrum page that belongs to one channel: its chart and, beside it, the span,
+/// the switches for averaging and max hold, and the key "Tools".
 ///
-/// The chart can be lent to another page; the rest stays here. What the chart is told is kept, so
-/// that one that was deleted with that page can be made anew.
+/// When it is enlarged, its keys stand beside the chart, and measurement and waterfall under it.
+/// The chart can be lent to another page; the rest stays here, and a touch on the chart's title
+/// opens its keys in a window. What the chart is told is kept, and so is what the operator chooses,
+/// so that one that was deleted with that page can be made anew.
 class SpectrumArea : public QWidget
 {
     Q_OBJECT
@@ -29,6 +37,8 @@ public:
     /// Sets the chart's title: the name followed by the channel, "NAME (CH.1)".
     void setName(const QString& name);
 
+    /// Sets the chart's span.
+    void setSpan(const SpanInfo& span);
     /// Sets the chart's centre.
     /// \param centre in MHz; what SpectrumChart::setCentre() does not take is ignored.
     void setCentre(double centre);
@@ -40,9 +50,13 @@ public:
 
     /// Sets whether spectra are asked for, see SpectrumChart::setPolled().
     void setPolled(bool polled);
-    /// Shows or hides the area. Its channel is left out of the polls while it is hidden, see
-    /// SpectrumChart::setLeftOut().
-    void setShown(bool shown);
+    /// Sets whether the channel is left out of the polls, see SpectrumChart::setLeftOut().
+    void setLeftOut(bool leftOut);
+
+    /// Sets whether the keys stand beside the chart, and measurement and waterfall under it.
+    void setEnlarged(bool enlarged);
+    /// \return whether they do.
+    bool isEnlarged() const { return m_enlarged; }
 
     /// Puts the chart back into this area and shows it.
     void takeChartBack();
@@ -53,21 +67,42 @@ public:
     /// \return the list of spans.
     QComboBox* spanBox() const { return m_spanBox; }
 
+signals:
+    /// Emitted when the operator wants the area to take the whole page, or no longer.
+    void enlargeWanted(bool enlarged);
+
 private:
-    QPushButton* newSwitch(const QString& text, const QString& name);
+    TextButton* newSwitch(const QString& text, const QString& name, chartKeys::Key key);
+    QWidget* newSwitches();
     void setUpSpanBox();
     void newChart();
+    bool isLent() const;
+    double nominalSpan() const;
+    void touchTitle();
+    void openKeys();
+    void press(chartKeys::Key key);
+    void takeSettings();
+    void showInEffect();
 
     int m_channel;
     QString m_name;
+    SpanInfo m_span;
     double m_centre = SpanCentreMHz;
     QColor m_color = Qt::yellow;
     QList<double> m_hMarkers;
+    ChartSettings m_settings;
+    chartMeasurement::Choice m_measurement;
     QPointer<SpectrumChart> m_chart; // belongs to another page while it is lent
     QComboBox* m_spanBox;
-    QPushButton* m_average;
-    QPushButton* m_maxHold;
+    TextButton* m_average = nullptr;
+    TextButton* m_maxHold = nullptr;
+    QWidget* m_switches;
+    QPointer<ChartKeyDialog> m_dialog; // while the chart is lent
+    ChartKeys* m_keys = nullptr;       // while the area is enlarged
+    ChartFoot* m_foot = nullptr;       // while the area is enlarged
     bool m_polled = false;
-    bool m_shown = true;
+    bool m_leftOut = false;
+    bool m_enlarged = false;
     QVBoxLayout* m_vbox;
+    QVBoxLayout* m_controls;
 };

@@ -2,54 +2,33 @@
 
 #include "plot/NoData.h"
 #include "plot/TickTexts.h"
-#include "plot/TraceLine.h"
+#include "spectrum/ChartAxes.h"
 #include "spectrum/ChartLook.h"
-#include "spectrum/ChartMarks.h"
-#include "touch/LineColors.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <cmath>
-
 namespace {
 
 constexpr int MinHeight = 60;
-constexpr int MinRightMargin = 16;
-constexpr int ReadoutMs = 250; // Numbers that change faster cannot be read.
-constexpr int TapRadius = 24;  // Pixels around the marker that count as it: half a finger.
-
-// The distance of two level ticks in dB that leaves room between their texts.
-int levelStep(int height)
-{
-    return height < 170 ? 40 : height < 330 ? 20 : 10;
-}
 
 } // namespace
 
 SpectrumChart::SpectrumChart(QWidget* parent)
     : CachedPlot(0, parent)
-    , m_color(Qt::yellow)
-    , m_heldColor(lineColors::darker(m_color))
 {
     setMinimumHeight(MinHeight);
-    m_readoutTimer.setSingleShot(true);
-    m_readoutTimer.setInterval(ReadoutMs);
-    connect(&m_readoutTimer, &QTimer::timeout, this, &SpectrumChart::readoutDue);
+    connect(&m_pace, &ReadoutPace::due, this, &SpectrumChart::changeShown);
+    // The plot library gives the plot its new size some time after the widget has got it.
+    connect(this, &QCustomPlot::afterLayout, this, [this] {
+        if (m_readoutRoom != readoutRoom()) {
+            updateReadout();
+        }
+    });
     connect(&m_watch, &DataWatch::staleChanged, this, &SpectrumChart::changeShown);
-    setUpAxes();
-    updateAxes();
-}
-
-void SpectrumChart::setUpAxes()
-{
     chartLook::apply(*this);
-    axisRect()->setMargins(QMargins(0, chartLook::TitleHeight, MinRightMargin, 0));
-    xAxis->setTicker(QSharedPointer<QCPAxisTickerText>::create());
-    yAxis->setTicker(QSharedPointer<QCPAxisTickerFixed>::create());
-    yAxis->setNumberFormat(QStringLiteral("f"));
-    yAxis->setNumberPrecision(0);
-    yAxis->setRange(LowestLevel, HighestLevel);
+    chartAxes::setUp(*this);
+    updateAxes();
 }
 
 QStringList SpectrumChart::tickLabels() const
@@ -59,42 +38,15 @@ QStringList SpectrumChart::tickLabels() const
 
 void SpectrumChart::updateAxes()
 {
-    xAxis->setRange(centre() - spanMHz() / 2, centre() + spanMHz() / 2);
-    updateTickTexts();
+    chartAxes::setRanges(*this, m_axis, scale());
+    chartAxes::setTicks(*this, m_axis, scale());
     updateReadout();
     replot(rpQueuedReplot);
 }
 
-void SpectrumChart::updateTickTexts()
-{
-    QStringList labels = tickLabels();
-    if (labels.isEmpty()) {
-        return; // A span without ticks.
-    }
-    labels[labels.size() / 2] += QStringLiteral(" MHz");
-    const QFontMetrics metrics(chartLook::font());
-    int wanted = 0;
-    for (const QString& label : labels) {
-        wanted += metrics.horizontalAdvance(label + QLatin1Char(' '));
-    }
-    // A narrow chart keeps its five ticks, but names only the outer ones and the centre.
-    for (qsizetype i = 1; wanted > width() - 60 && i < labels.size(); i += 2) {
-        labels[i].clear();
-    }
-    // The outer label reaches beyond the plot.
-    const int beyond = metrics.horizontalAdvance(labels.last()) / 2 - 6;
-    QMargins margins = axisRect()->margins();
-    margins.setRight(qMax(MinRightMargin, beyond));
-    axisRect()->setMargins(margins);
-    auto ticker = qSharedPointerCast<QCPAxisTickerText>(xAxis->ticker());
-    ticker->clear();
-    ticker->addTicks(tickPositions(), labels);
-    qSharedPointerCast<QCPAxisTickerFixed>(yAxis->ticker())->setTickStep(levelStep(height()));
-}
-
 void SpectrumChart::resizeEvent(QResizeEvent* event)
 {
-    updateTickTexts();
+    chartAxes::setTicks(*this, m_axis, scale());
     QCustomPlot::resizeEvent(event);
     updateReadout();
 }
@@ -102,6 +54,7 @@ void SpectrumChart::resizeEvent(QResizeEvent* event)
 void SpectrumChart::setTitle(const QString& title)
 {
     m_title = title;
+    m_titleWidth = QFontMetrics(chartLook::font()).horizontalAdvance(m_title);
     updateReadout();
     replot(rpQueuedReplot);
 }
@@ -110,22 +63,40 @@ void SpectrumChart::setSpan(const SpanInfo& span)
 {
     m_axis.setSpan(span);
     m_trace.clear();
-    m_hasMarker = m_hasMarker && m_axis.covers(m_markerOffset);
+    m_over = false;
+    m_settings.markers.keepInside(m_axis);
     updateAxes();
+    emit settingsChanged();
 }
 
 void SpectrumChart::setCentre(double centre)
 {
     if (m_axis.setCentre(centre)) {
         m_trace.clear(); // Its levels belong to the old frequencies.
+        m_over = false;
         updateAxes();
+    }
+}
+
+void SpectrumChart::setScale(double referenceLevel, int perDivision)
+{
+    if (m_settings.scale.set(referenceLevel, perDivision)) {
+        updateAxes();
+        changeSettings();
+    }
+}
+
+void SpectrumChart::autoScale()
+{
+    if (m_trace.size() > 0) {
+        const ChartScale fitted = ChartScale::fitted(points().floorLevel(), peak().level);
+        setScale(fitted.reference(), fitted.perDivision());
     }
 }
 
 void SpectrumChart::setLineColor(const QColor& color)
 {
-    m_color = color;
-    m_heldColor = lineColors::darker(color);
+    m_lines.setColor(color);
     schedulePaint();
 }
 
@@ -138,17 +109,14 @@ void SpectrumChart::setHMarkers(const QList<double>& levels)
 void SpectrumChart::addSpectrum(const QByteArray& points)
 {
     m_trace.add(points);
+    m_over = m_over || m_trace.over();
     if (!points.isEmpty()) {
         m_watch.setExpecting(m_watch.isExpecting() || !m_pollingKnown);
         m_watch.dataCame();
     }
-    if (m_readoutTimer.isActive()) {
-        m_readoutStale = true;
-    } else {
-        updateReadout();
-        m_readoutTimer.start();
-    }
+    m_pace.change();
     schedulePaint();
+    emit spectrumAdded(points);
 }
 
 void SpectrumChart::setPolled(bool polled)
@@ -157,30 +125,52 @@ void SpectrumChart::setPolled(bool polled)
     m_watch.setExpecting(polled, DataWatch::Past::Kept);
 }
 
-void SpectrumChart::readoutDue()
-{
-    if (m_readoutStale) {
-        changeShown();
-        m_readoutTimer.start();
-    }
-}
-
 // Shows at once what has changed beside the trace.
 void SpectrumChart::changeShown()
 {
     updateReadout();
     schedulePaint();
+    emit readoutChanged();
+}
+
+void SpectrumChart::changeSettings()
+{
+    changeShown();
+    emit settingsChanged();
 }
 
 void SpectrumChart::setAveraging(int depth)
 {
     m_trace.setAveraging(depth);
-    changeShown();
+    m_settings.averageKind = m_trace.averageKind();
+    m_settings.depth = m_trace.averaging() > 1 ? m_trace.averaging() : m_settings.depth;
+    changeSettings();
+}
+
+void SpectrumChart::setAverageKind(SpectrumTrace::Average kind)
+{
+    m_trace.setAverageKind(kind);
+    m_settings.averageKind = kind;
+    changeSettings();
 }
 
 void SpectrumChart::setMaxHold(bool on)
 {
     m_trace.setMaxHold(on);
+    m_settings.maxHold = on;
+    changeSettings();
+}
+
+void SpectrumChart::setMinHold(bool on)
+{
+    m_trace.setMinHold(on);
+    m_settings.minHold = on;
+    changeSettings();
+}
+
+void SpectrumChart::clearHolds()
+{
+    m_trace.clearHolds();
     changeShown();
 }
 
@@ -189,70 +179,78 @@ void SpectrumChart::restartAverage()
     m_trace.restart();
 }
 
-SpectrumChart::Reading SpectrumChart::reading(qsizetype index) const
+void SpectrumChart::setSettings(const ChartSettings& settings)
 {
-    if (index < 0 || index >= m_trace.size()) {
-        return {};
-    }
-    return {true, m_axis.frequencyAt(index, m_trace.size()),
-        static_cast<double>(m_trace.levelAt(index))};
+    settings.applyTo(m_trace);
+    m_settings = settings;
+    m_settings.markers.keepInside(m_axis);
+    updateAxes();
+    changeSettings();
 }
 
 SpectrumChart::Reading SpectrumChart::peak() const
 {
-    return reading(m_trace.peak());
+    return points().peak();
+}
+
+SpectrumChart::Reading SpectrumChart::markerAt(int number) const
+{
+    const auto offset = markers().offset(number);
+    return offset ? points().at(*offset) : Reading();
 }
 
 SpectrumChart::Reading SpectrumChart::marker() const
 {
-    return m_hasMarker ? reading(m_axis.indexAt(centre() + m_markerOffset, m_trace.size()))
-                       : Reading();
+    return markerAt(markers().active());
+}
+
+void SpectrumChart::setMarkers(const ChartMarkers& markers)
+{
+    m_settings.markers = markers;
+    m_settings.markers.keepInside(m_axis);
+    changeSettings();
 }
 
 void SpectrumChart::setMarker(double frequency)
 {
-    m_markerOffset = frequency - centre();
-    m_hasMarker = m_axis.covers(m_markerOffset);
-    changeShown();
+    setMarkers(markers().moved(frequency - centre()));
 }
 
-void SpectrumChart::clearMarker()
+void SpectrumChart::addMarker(double frequency)
 {
-    m_hasMarker = false;
-    changeShown();
+    if (m_axis.covers(frequency - centre())) {
+        setMarkers(markers().with(frequency - centre()));
+    }
+}
+
+int SpectrumChart::readoutRoom() const
+{
+    return plotRect().width() - chartLook::TitleGap;
 }
 
 void SpectrumChart::updateReadout()
 {
-    const int titleWidth = QFontMetrics(chartLook::font()).horizontalAdvance(m_title);
     m_shownPeak = peak();
-    m_readout.update(
-        {m_trace.averaging(), m_trace.maxHold(), m_shownPeak, m_hasMarker, marker(), centre()},
-        titleWidth, plotRect().width() - chartLook::TitleGap);
-    m_readoutStale = false;
-    setHeadHeight(m_readout.headHeight());
+    m_readoutRoom = readoutRoom();
+    m_readout.update({m_trace.averaging(), m_trace.averageKind() == SpectrumTrace::Average::Log,
+                         m_settings.maxHold, m_settings.minHold, scale().text(), m_shownPeak,
+                         points().at(markers()), centre(), m_axis.decimals(m_trace.size()), m_over},
+        {m_titleWidth, m_readoutRoom, height()});
+    m_over = m_trace.over();
+    m_pace.setShown();
+    if (chartAxes::setHeadHeight(*this, m_readout.headHeight())) {
+        replot(rpQueuedReplot);
+    }
 }
 
 QString SpectrumChart::readout() const
 {
-    QStringList texts;
-    if (!m_readout.text().isEmpty()) {
-        texts += m_readout.text();
-    }
+    QStringList texts{m_readout.text()};
     if (stale()) {
         texts += noData::text();
     }
+    texts.removeAll(QString());
     return texts.join(QLatin1Char('\n'));
-}
-
-void SpectrumChart::setHeadHeight(int height)
-{
-    QMargins margins = axisRect()->margins();
-    if (margins.top() != height) {
-        margins.setTop(height);
-        axisRect()->setMargins(margins);
-        replot(rpQueuedReplot);
-    }
 }
 
 QPixmap SpectrumChart::drawFrame()
@@ -271,11 +269,13 @@ QPixmap SpectrumChart::drawFrame()
 
 void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
 {
-    painter.setClipRect(plotRect());
-    paintLine(painter, m_trace.held(), m_heldColor);
-    paintLine(painter, m_trace.levels(), m_color);
-    m_hMarkers.paintNumbers(painter, plotRect(), levelScale());
-    paintMarks(painter);
+    const ChartGeometry geometry = plotGeometry();
+    painter.setClipRect(geometry.plot);
+    m_lines.paint(painter, m_trace, geometry);
+    m_hMarkers.paintNumbers(painter, geometry.plot, geometry.rows);
+    // A mark at the edge is whole.
+    painter.setClipRect(geometry.plot.adjusted(-chartMarks::Reach, 0, chartMarks::Reach, 0));
+    paintMarks(painter, geometry);
     if (stale()) {
         noData::paint(painter, plotRect());
     }
@@ -283,65 +283,57 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
     m_readout.paint(painter, plotRect().right(), stale() ? chartLook::OldText : chartLook::Text);
 }
 
-void SpectrumChart::paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color)
+ChartGeometry SpectrumChart::plotGeometry() const
 {
-    if (levels.isEmpty()) {
-        return; // Without touching the points of the other line, which keep their memory.
-    }
-    traceLine::layOut(levels, plotRect(), levelScale(), m_line);
-    painter.setPen(QPen(color, 0));
-    painter.drawPolyline(m_line);
+    const QRect plot = plotRect();
+    return {plot, m_axis.scale(plot.left(), plot.right()), scale().rows(plot)};
 }
 
-Scale SpectrumChart::frequencyScale() const
-{
-    return m_axis.scale(plotRect().left(), plotRect().right());
-}
-
-Scale SpectrumChart::levelScale() const
-{
-    return {LowestLevel, HighestLevel, static_cast<double>(plotRect().bottom()),
-        static_cast<double>(plotRect().top())};
-}
-
-QPointF SpectrumChart::pixelOf(const Reading& reading) const
-{
-    return {frequencyScale().pixel(reading.frequency), levelScale().pixel(reading.level)};
-}
-
-void SpectrumChart::paintMarks(QPainter& painter) const
+void SpectrumChart::paintMarks(QPainter& painter, const ChartGeometry& geometry) const
 {
     if (m_shownPeak.valid) {
-        chartMarks::paintPeak(painter, pixelOf(m_shownPeak), m_color);
+        chartMarks::paintPeak(painter, geometry.pixel(m_shownPeak), lineColor(), geometry.plot);
     }
-    const Reading marked = marker();
-    if (marked.valid) {
-        chartMarks::paintMarker(painter, pixelOf(marked), plotRect());
+    // The active one lies over the others.
+    for (const bool active : {false, true}) {
+        for (const auto& marker : markers().all()) {
+            const Reading at = points().at(marker.offset);
+            if (at.valid && (marker.number == markers().active()) == active) {
+                m_markLabels.paintMarker(
+                    painter, geometry.pixel(at), geometry.plot, marker.number, active);
+            }
+        }
+    }
+    if (m_readout.over()) {
+        m_markLabels.paintOver(painter, geometry.pixel(m_shownPeak).x(), geometry.plot);
+    }
+}
+
+void SpectrumChart::follow(const ChartTouch::Action& action)
+{
+    if (action.kind == ChartTouch::Kind::Title) {
+        emit titleTapped();
+    } else if (action.kind != ChartTouch::Kind::Nothing) {
+        const double offset = points().inside(plotGeometry().columns.value(action.x) - centre());
+        setMarkers(ChartTouch::applied(action, markers(), offset));
     }
 }
 
 void SpectrumChart::mousePressEvent(QMouseEvent* event)
 {
     event->accept();
+    follow(m_touch.press(
+        event->position(), ChartTouch::layout(plotGeometry(), m_titleWidth, markers(), centre())));
 }
 
 void SpectrumChart::mouseMoveEvent(QMouseEvent* event)
 {
     event->accept();
+    follow(m_touch.move(event->position()));
 }
 
 void SpectrumChart::mouseReleaseEvent(QMouseEvent* event)
 {
     event->accept();
-    const QRect plot = plotRect();
-    const QPointF at = event->position();
-    if (!plot.contains(at.toPoint()) || plot.width() < 2) {
-        return;
-    }
-    const Reading marked = marker();
-    if (marked.valid && std::abs(pixelOf(marked).x() - at.x()) <= TapRadius) {
-        clearMarker();
-        return;
-    }
-    setMarker(frequencyScale().value(at.x()));
+    follow(m_touch.release(event->position()));
 }

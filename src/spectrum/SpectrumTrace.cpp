@@ -1,11 +1,11 @@
 #include "spectrum/SpectrumTrace.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace {
 constexpr int MaxDepth = 1000;
+constexpr char OverByte = '\xff';
 
 using Table = std::array<float, 256>; // one number per byte
 
@@ -46,6 +46,31 @@ void look(const QByteArray& points, const Table& table, QVector<float>& numbers)
     }
 }
 
+// Moves each number towards that of its point, by this part of the difference.
+void approach(const QByteArray& points, const Table& table, float weight, QVector<float>& numbers)
+{
+    float* number = numbers.data();
+    for (const char point : points) {
+        *number += (table[static_cast<quint8>(point)] - *number) * weight;
+        ++number;
+    }
+}
+
+template <class Choose>
+void keep(const QByteArray& points, QVector<float>& levels, Choose choose)
+{
+    const Table& table = levelTable();
+    if (levels.size() != points.size()) {
+        look(points, table, levels);
+        return;
+    }
+    float* level = levels.data();
+    for (const char point : points) {
+        *level = choose(*level, table[static_cast<quint8>(point)]);
+        ++level;
+    }
+}
+
 qsizetype highest(const QVector<float>& numbers)
 {
     return std::max_element(numbers.cbegin(), numbers.cend()) - numbers.cbegin();
@@ -54,28 +79,57 @@ qsizetype highest(const QVector<float>& numbers)
 
 void SpectrumTrace::setAveraging(int depth)
 {
-    m_depth = qBound(1, depth, MaxDepth);
+    const int bounded = qBound(1, depth, MaxDepth);
+    m_averagingOn = bounded > 1;
+    if (m_averagingOn) {
+        m_depth = bounded;
+    }
+    m_averaged = 0;
+}
+
+void SpectrumTrace::setAverageKind(Average kind)
+{
+    m_averagingOn = kind != Average::Off;
+    if (m_averagingOn) {
+        m_kind = kind;
+    }
     m_averaged = 0;
 }
 
 void SpectrumTrace::setMaxHold(bool on)
 {
-    m_holding = on;
-    m_held.clear();
+    m_high.on = on;
+    m_high.levels.clear();
+}
+
+void SpectrumTrace::setMinHold(bool on)
+{
+    m_low.on = on;
+    m_low.levels.clear();
+}
+
+void SpectrumTrace::clearHolds()
+{
+    m_high.levels.clear();
+    m_low.levels.clear();
 }
 
 void SpectrumTrace::restart()
 {
     m_averaged = 0;
-    m_held.clear();
+    clearHolds();
 }
 
 void SpectrumTrace::clear()
 {
     restart();
     m_levels.clear();
+    m_powers.clear();
     m_levelsStale = false;
+    m_powersStale = false;
+    m_variance = 0.0;
     m_peak = -1;
+    m_over = false;
 }
 
 void SpectrumTrace::add(const QByteArray& points)
@@ -87,31 +141,40 @@ void SpectrumTrace::add(const QByteArray& points)
         restart();
         m_levels.resize(points.size());
     }
+    m_over = points.contains(OverByte);
     average(points);
-    if (m_holding) {
-        hold(points);
-    }
+    hold(points);
     m_peak = highest(m_levelsStale ? m_powers : m_levels);
 }
 
 void SpectrumTrace::average(const QByteArray& points)
 {
-    m_averaged = qMin(m_averaged + 1, m_depth);
-    m_levelsStale = m_averaged > 1;
-    if (!m_levelsStale) {
+    m_averaged = qMin(m_averaged + 1, averaging());
+    if (m_averaged == 1) {
+        m_newest = points;
+        m_powersStale = true;
+        m_levelsStale = false;
+        m_variance = 1.0;
         look(points, levelTable(), m_levels);
-        if (m_depth > 1) {
-            look(points, powerTable(), m_powers);
-        }
         return;
     }
+    static_cast<void>(powers()); // Those of the first spectrum, unless they are computed already.
     const float weight = 1.0F / static_cast<float>(m_averaged);
-    const Table& table = powerTable();
-    float* power = m_powers.data();
-    for (const char point : points) {
-        *power += (table[static_cast<quint8>(point)] - *power) * weight;
-        ++power;
+    m_variance = m_variance * (1.0 - weight) * (1.0 - weight) + weight * weight;
+    approach(points, powerTable(), weight, m_powers);
+    m_levelsStale = m_kind == Average::Power;
+    if (!m_levelsStale) {
+        approach(points, levelTable(), weight, m_levels);
     }
+}
+
+const QVector<float>& SpectrumTrace::powers() const
+{
+    if (m_powersStale) {
+        look(m_newest, powerTable(), m_powers);
+        m_powersStale = false;
+    }
+    return m_powers;
 }
 
 const QVector<float>& SpectrumTrace::levels() const
@@ -130,13 +193,10 @@ float SpectrumTrace::levelAt(qsizetype index) const
 
 void SpectrumTrace::hold(const QByteArray& points)
 {
-    if (m_held.size() != points.size()) {
-        m_held.fill(levelTable()[0], points.size());
+    if (m_high.on) {
+        keep(points, m_high.levels, [](float a, float b) { return std::max(a, b); });
     }
-    const auto& table = levelTable();
-    float* held = m_held.data();
-    for (const char point : points) {
-        *held = std::max(*held, table[static_cast<quint8>(point)]);
-        ++held;
+    if (m_low.on) {
+        keep(points, m_low.levels, [](float a, float b) { return std::min(a, b); });
     }
 }

@@ -12,6 +12,10 @@ Q_DECLARE_LOGGING_CATEGORY(logScopes)
 Q_DECLARE_LOGGING_CATEGORY(logSpectrum)
 ///@}
 
+/// Only why messages of the main unit were ignored, of all rooms: "qn740.ignored". Silent below
+/// warning, too. When it is on, logIgnored() logs here, not in the category of the room.
+Q_DECLARE_LOGGING_CATEGORY(logIgnoredMessages)
+
 namespace wire {
 
 /// Logs, at debug level, that a message of the main unit was ignored: "SK: no menu Nowhere".
@@ -22,5 +26,9 @@ void logIgnored(const QLoggingCategory& category, QLatin1String word, const QStr
 
 /// The same with a finished text. \param text printable
 void logIgnored(const QLoggingCategory& category, const QString& text);
+
+/// Whether logIgnored() would log anything: the category is on at debug level, or
+/// logIgnoredMessages() is.
+bool logsIgnored(const QLoggingCategory& category);
 
 } // namespace wire

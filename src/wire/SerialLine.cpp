@@ -1,7 +1,26 @@
 #include "wire/SerialLine.h"
 
+#include <QFileInfo>
+
+#include <poll.h>
+
 namespace {
+
 constexpr int RetryMs = 2000;
+
+bool hungUp(int descriptor)
+{
+    pollfd state{descriptor, 0, 0};
+    return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+}
+
+// A device that cannot be locked, although its rights would allow it.
+bool lockedByAnother(const QSerialPort& port, const QFileInfo& device)
+{
+    return port.error() == QSerialPort::PermissionError && device.isReadable() &&
+        device.isWritable();
+}
+
 } // namespace
 
 SerialLine::SerialLine(Category category, QObject* parent, Absence absence)
@@ -62,8 +81,10 @@ void SerialLine::close()
 
 bool SerialLine::tryToOpen()
 {
-    m_port.setPortName(devicePath(m_name));
+    const QString path = devicePath(m_name);
+    m_port.setPortName(path);
     const bool ok = m_port.open(QIODevice::ReadWrite);
+    m_taken = !ok && lockedByAnother(m_port, QFileInfo(path));
     if (ok) {
         m_retry.stop();
         emit opened();
@@ -80,11 +101,24 @@ void SerialLine::handleError(QSerialPort::SerialPortError error)
     if (!gone || !m_port.isOpen()) {
         return;
     }
-    qCWarning(m_category).noquote() << m_name << "was lost:" << m_port.errorString();
+    qCWarning(m_category).noquote() << m_name << "was lost:" << reasonOfLoss();
     emit losing();
     m_port.close();
     if (m_reopen == Reopen::EveryTwoSeconds) {
         m_retry.start();
     }
     emit lost();
+}
+
+// The port's own text is that of whatever call failed last, which may have nothing to do with it.
+QString SerialLine::reasonOfLoss() const
+{
+    const QFileInfo device(devicePath(m_name));
+    if (!device.isSymLink() && !device.exists()) {
+        return QStringLiteral("the device is gone");
+    }
+    if (hungUp(m_port.handle())) {
+        return QStringLiteral("the other end has hung up");
+    }
+    return m_port.errorString();
 }

@@ -53,6 +53,9 @@ public:
     /// \return whether the line is open.
     bool isOpen() const { return m_port.isOpen(); }
 
+    /// \return whether the last try to open the line failed because another program has it open.
+    bool isTaken() const { return m_taken; }
+
     /// \return the plain device name given to open(); empty before.
     QString name() const { return m_name; }
 
@@ -75,6 +78,7 @@ private:
     bool tryToOpen();
     void handleError(QSerialPort::SerialPortError error);
     void logAbsence() const;
+    QString reasonOfLoss() const;
 
     Category m_category;
     Absence m_absence;
@@ -82,4 +86,5 @@ private:
     QTimer m_retry;
     QString m_name;
     Reopen m_reopen = Reopen::Never;
+    bool m_taken = false;
 };

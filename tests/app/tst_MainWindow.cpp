@@ -130,6 +130,40 @@ private slots:
         QCOMPARE(m_window->statusBar()->currentMessage(), u"TORVA QN740 - Start Up"_s);
     }
 
+    void the_splash_s_time_can_be_changed_by_the_environment_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<int>("ms");
+        QTest::newRow("none") << QByteArray("0") << 0;
+        QTest::newRow("short") << QByteArray("300") << 300;
+        QTest::newRow("longest") << QByteArray("600000") << 600000;
+        QTest::newRow("too long") << QByteArray("600001") << 15000;
+        QTest::newRow("negative") << QByteArray("-1") << 15000;
+        QTest::newRow("empty") << QByteArray("") << 15000;
+        QTest::newRow("not a number") << QByteArray("1 s") << 15000;
+    }
+
+    void the_splash_s_time_can_be_changed_by_the_environment()
+    {
+        QFETCH(QByteArray, value);
+        QFETCH(int, ms);
+        m_window.reset();
+        QElapsedTimer elapsed;
+        elapsed.start();
+        qputenv("QN740_SPLASH_MS", value);
+        m_window = std::make_unique<MainWindow>();
+        qunsetenv("QN740_SPLASH_MS");
+        QCOMPARE(splash() != nullptr && splash()->isVisible(), ms > 0);
+        m_window->show();
+        if (ms == 300) {
+            QTRY_VERIFY(!splash()->isVisible());
+            QVERIFY2(elapsed.elapsed() >= ms, QByteArray::number(elapsed.elapsed()));
+        } else {
+            QTest::qWait(0);
+            QCOMPARE(splash() != nullptr && splash()->isVisible(), ms > 0);
+        }
+    }
+
     void the_status_bar_has_its_parts_data()
     {
         QTest::addColumn<QString>("name");

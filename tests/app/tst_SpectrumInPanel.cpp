@@ -419,8 +419,115 @@ private slots:
             m_window->rooms().spectrum->card()->chart(0)));
     }
 
+    void a_touch_on_the_title_of_the_lent_chart_opens_its_keys()
+    {
+        startPax();
+        SpectrumChart* chart = m_window->rooms().spectrum->card()->chart(0);
+        touchTitle(chart);
+        QWidget* dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog != nullptr && dialog->objectName() == u"ChartKeyDialog"_s);
+        const QRect at(dialog->mapTo(dialog, QPoint(0, 0)) + dialog->pos(), dialog->size());
+        QVERIFY(m_window->geometry().contains(at));
+        const QPoint corner = chart->mapToGlobal(QPoint(0, 0));
+        QVERIFY(!at.intersects(QRect(corner, chart->size()))); // the chart stays in sight
+        for (const char* text : {"Average", "Max Hold", "Trace"}) {
+            clickOn(buttonWithText(dialog, QString::fromUtf8(text)));
+        }
+        clickOn(buttonWithText(dialog, u"Min Hold"_s));
+        QCOMPARE(chart->trace().averaging(), 16);
+        QVERIFY(chart->trace().maxHold() && chart->trace().minHold());
+        clickOn(buttonWithText(dialog, u"Back"_s));
+        clickOn(buttonWithText(dialog, u"Close"_s));
+        QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+        touchTitle(chart);
+        QVERIFY(QApplication::activeModalWidget() != nullptr);
+        send("PAX,0");
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(chart->trace().minHold());
+    }
+
+    void the_keys_of_the_lent_chart_do_not_stop_the_link_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("the PAX menu ends") << QByteArray("PAX,0");
+        QTest::newRow("the menus are deleted") << QByteArray("CLEAR");
+    }
+
+    void the_keys_of_the_lent_chart_do_not_stop_the_link()
+    {
+        QFETCH(QByteArray, message);
+        startPax();
+        SpectralCard* card = m_window->rooms().spectrum->card();
+        touchTitle(card->chart(0));
+        QVERIFY(QApplication::activeModalWidget() != nullptr);
+        m_unit->write(framed("SF,0,2250.5"));
+        QTRY_COMPARE(card->centre(0), 2250.5);
+        m_cards.at(0)->write(cardSide::k7150Spectrum(0, cardSide::carrier(512, 100, -20)));
+        QTRY_COMPARE(card->chart(0)->peak().level, -20.0);
+        m_unit->write(framed(message));
+        QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(card->isAncestorOf(card->chart(0)));
+    }
+
+    void the_keys_go_with_a_chart_that_is_deleted_with_its_page()
+    {
+        startPax();
+        SpectralCard* card = m_window->rooms().spectrum->card();
+        touchTitle(card->chart(0));
+        clickOn(buttonWithText(QApplication::activeModalWidget(), u"Max Hold"_s));
+        delete card->chart(0);
+        QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(card->chart(0)->trace().maxHold());
+    }
+
+    void the_enlarged_chart_is_lent_and_gets_the_page_back_data()
+    {
+        QTest::addColumn<int>("channel");
+        QTest::addColumn<QByteArray>("meanwhile");
+        QTest::addColumn<int>("enlarged"); // afterwards
+        QTest::newRow("the lent one") << 0 << QByteArray() << 0;
+        QTest::newRow("another one") << 2 << QByteArray() << 2;
+        QTest::newRow("one that is hidden meanwhile") << 0 << QByteArray("SH,0,0") << -1;
+        QTest::newRow("the menus are deleted") << 0 << QByteArray("CLEAR") << 0;
+    }
+
+    void the_enlarged_chart_is_lent_and_gets_the_page_back()
+    {
+        QFETCH(int, channel);
+        QFETCH(QByteArray, meanwhile);
+        QFETCH(int, enlarged);
+        definePaxMenu();
+        send("ST,1");
+        SpectralCard* card = m_window->rooms().spectrum->card();
+        card->setEnlarged(channel);
+        send("PAX,1");
+        QCOMPARE(card->enlarged(), -1);
+        QVERIFY(card->chart(0)->isVisible() && !card->isAncestorOf(card->chart(0)));
+        if (!meanwhile.isEmpty()) {
+            send(meanwhile);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        send("PAX,0");
+        QVERIFY(card->isAncestorOf(card->chart(0)));
+        QCOMPARE(card->enlarged(), enlarged);
+    }
+
 private:
     void send(const QByteArray& body) { m_window->process_mess(QString::fromLatin1(framed(body))); }
+
+    void startPax()
+    {
+        definePaxMenu();
+        send("ST,1");
+        send("PAX,1");
+        QTRY_VERIFY(m_window->rooms().spectrum->card()->chart(0)->height() > 100);
+    }
+
+    void touchTitle(SpectrumChart* chart)
+    {
+        QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+            chart->mapTo(m_window.get(), QPoint(60, 8)));
+    }
 
     void definePaxMenu()
     {

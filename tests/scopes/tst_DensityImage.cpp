@@ -91,6 +91,54 @@ private slots:
         QCOMPARE(image.density(1, 1), 0);
     }
 
+    void persistence_sets_how_long_a_hit_stays_data()
+    {
+        QTest::addColumn<DensityImage::Persistence>("persistence");
+        QTest::addColumn<int>("blocks");
+        QTest::addColumn<int>("least"); // of what a single dot leaves
+        QTest::addColumn<int>("most");
+        using Persistence = DensityImage::Persistence;
+        QTest::newRow("short, 16 blocks") << Persistence::Short << 16 << 1 << 25;
+        QTest::newRow("short, 60 blocks") << Persistence::Short << 60 << 0 << 0;
+        QTest::newRow("long, 16 blocks") << Persistence::Long << 16 << 110 << 120;
+        QTest::newRow("long, 128 blocks") << Persistence::Long << 128 << 1 << 25;
+        QTest::newRow("long, 480 blocks") << Persistence::Long << 480 << 0 << 0;
+        QTest::newRow("infinite, 10,000 blocks") << Persistence::Infinite << 10000 << 150 << 150;
+    }
+
+    void persistence_sets_how_long_a_hit_stays()
+    {
+        QFETCH(DensityImage::Persistence, persistence);
+        QFETCH(int, blocks);
+        QFETCH(int, least);
+        QFETCH(int, most);
+        DensityImage image;
+        image.resize({9, 9});
+        image.setPersistence(persistence);
+        image.addDot(4, 4);
+        for (int block = 0; block < blocks; ++block) {
+            image.fade();
+        }
+        const int left = image.density(4, 4);
+        QVERIFY2(left >= least && left <= most, qPrintable(QString::number(left)));
+    }
+
+    void infinite_persistence_tells_dense_places_from_rare_ones()
+    {
+        DensityImage image;
+        image.resize({16, 9});
+        image.setPersistence(DensityImage::Persistence::Infinite);
+        image.addDot(4, 4);
+        int before = image.density(4, 4);
+        for (int hits = 0; hits < 40; ++hits) {
+            image.addDot(4, 4);
+            QVERIFY(image.density(4, 4) > before);
+            before = image.density(4, 4);
+        }
+        image.addDot(11, 4);
+        QVERIFY(image.density(4, 4) > image.density(11, 4) + 50);
+    }
+
     void is_painted_over_the_picture_in_its_colour()
     {
         DensityImage image;

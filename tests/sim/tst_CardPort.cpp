@@ -88,6 +88,28 @@ private slots:
         QTRY_COMPARE(heard(), QByteArray("[0190RNFT009]\r"));
     }
 
+    void a_k7150_has_the_points_of_its_span_data()
+    {
+        QTest::addColumn<int>("span");
+        QTest::addColumn<int>("points");
+        QTest::newRow("1 MHz") << 0 << 106;
+        QTest::newRow("15 MHz") << 5 << 710;
+        QTest::newRow("40 MHz") << 9 << 958;
+    }
+
+    void a_k7150_has_the_points_of_its_span()
+    {
+        QFETCH(int, span);
+        QFETCH(int, points);
+        start(Type::K7150, CardPort::PointsOfSpan);
+        m_spectrum->setSpan(1, span);
+        m_port->write(bus::frame(u"0190RFFT100000"_s, '[', ']', true));
+        QTRY_COMPARE(heard().size(), 12 + points);
+        QCOMPARE(heard().left(12),
+            "[0190RFFT" + QByteArray(1, char(points >> 8)) + QByteArray(1, char(points & 0xff)) +
+                '\1');
+    }
+
     void what_is_no_request_is_not_answered_data()
     {
         QTest::addColumn<QByteArray>("bytes");

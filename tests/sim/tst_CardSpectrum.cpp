@@ -115,15 +115,156 @@ private slots:
         }
     }
 
-    void carriers_drift()
+    void the_modulated_carrier_drifts()
     {
         CardSpectrum spectrum;
         spectrum.setSymbolRate(0, 500.0);
-        const double width = spanTable().first().spanMHz;
-        const double offset = -0.31 * width;
-        const double bin = width / Points;
-        QVERIFY(std::abs(spectrum.level(0, offset, bin, 0.0) -
-                    spectrum.level(0, offset, bin, 5.0)) > 3.0);
+        const double bin = spanTable().first().spanMHz / Points;
+        QCOMPARE(spectrum.carrierOffset(0, 0.0), 0.0);
+        QVERIFY(
+            std::abs(spectrum.level(0, 0.0, bin, 0.0) - spectrum.level(0, 0.0, bin, 5.0)) > 3.0);
+    }
+
+    void unmodulated_carriers_stay_on_their_frequency_data()
+    {
+        QTest::addColumn<int>("span");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("20 MHz") << 6 << 0.0;
+        QTest::newRow("25 MHz") << 7 << 0.0;
+        QTest::newRow("40 MHz") << 9 << 0.0;
+        QTest::newRow("40 MHz, later") << 9 << 5.0;
+        QTest::newRow("40 MHz, even later") << 9 << 15.0;
+    }
+
+    void unmodulated_carriers_stay_on_their_frequency()
+    {
+        QFETCH(int, span);
+        QFETCH(double, seconds);
+        CardSpectrum spectrum;
+        spectrum.setSpan(1, span);
+        const int bins = CardSpectrum::bins(span);
+        const double bin = spanTable().at(span).spanMHz / bins;
+        const QByteArray points = spectrum.points(1, bins, seconds);
+        for (const auto& [offset, dB] : {std::pair(-6.2, -62.0), std::pair(4.6, -75.0)}) {
+            const int near = static_cast<int>(std::lround(offset / bin + bins / 2.0));
+            double highest = -120.0;
+            for (int i = near - 3; i <= near + 3; ++i) {
+                highest = std::max(highest, level(points.at(i)));
+            }
+            // Between two points it is 0.75 dB lower.
+            QVERIFY2(highest < dB + 1.0 && highest > dB - 1.8, QByteArray::number(highest));
+            QVERIFY(std::abs(spectrum.level(1, offset, bin, seconds) - dB) < 0.1);
+        }
+    }
+
+    // Chi-square with two degrees of freedom: as many points are below ln 2 of the mean power as
+    // above it, and the powers deviate from the mean by as much as it is.
+    void noise_has_the_statistics_of_a_power_spectrum()
+    {
+        CardSpectrum spectrum;
+        spectrum.setLevel(-CardSpectrum::MaxLevel);
+        spectrum.setSpan(0, 9);
+        const double bin = spanTable().at(9).spanMHz / Points;
+        const double mean = std::pow(10.0, (spectrum.noisePerMHz() / 10.0)) * bin;
+        double sum = 0.0;
+        double squares = 0.0;
+        int count = 0;
+        int belowMedian = 0;
+        for (int i = 0; i < 40; ++i) {
+            const QByteArray points = spectrum.points(0, Points, 0.0);
+            for (const char point : points.right(Points / 4)) {
+                const double power = std::pow(10.0, level(point) / 10.0) / mean;
+                sum += power;
+                squares += power * power;
+                ++count;
+                belowMedian += power < std::log(2.0) ? 1 : 0;
+            }
+        }
+        const double variance = squares / count - (sum / count) * (sum / count);
+        QVERIFY2(std::abs(sum / count - 1.0) < 0.03, QByteArray::number(sum / count));
+        QVERIFY2(std::abs(variance - 1.0) < 0.1, QByteArray::number(variance));
+        QVERIFY2(std::abs(double(belowMedian) / count - 0.5) < 0.03,
+            QByteArray::number(double(belowMedian) / count));
+    }
+
+    void a_power_per_hertz_does_not_depend_on_the_span()
+    {
+        CardSpectrum spectrum;
+        for (const double offset : {0.1, 0.9}) { // in the carrier and beside it
+            spectrum.setSpan(1, 2);
+            const double narrow = spectrum.level(1, offset, 0.01, 0.0);
+            spectrum.setSpan(1, 9);
+            const double wide = spectrum.level(1, offset, 0.04, 0.0);
+            QVERIFY2(std::abs(wide - narrow - 10.0 * std::log10(4.0)) < 0.01,
+                qPrintable(u"%1 %2"_s.arg(narrow).arg(wide)));
+        }
+    }
+
+    void the_carrier_keeps_its_power_whatever_its_rate_data()
+    {
+        QTest::addColumn<double>("rate");
+        QTest::newRow("0.5 MHz") << 0.5e6;
+        QTest::newRow("5 MHz") << 5e6;
+        QTest::newRow("20 MHz") << 20e6;
+    }
+
+    void the_carrier_keeps_its_power_whatever_its_rate()
+    {
+        QFETCH(double, rate);
+        CardSpectrum spectrum;
+        spectrum.setSpan(2, 9);
+        spectrum.setSymbolRate(2, rate);
+        const double bin = spanTable().at(9).spanMHz / Points;
+        double sum = 0.0;
+        for (int i = 0; i < Points; ++i) {
+            const double offset = (i - Points / 2.0) * bin;
+            sum += std::pow(10.0, spectrum.level(2, offset, bin, 0.0) / 10.0);
+        }
+        QVERIFY2(std::abs(10.0 * std::log10(sum) - spectrum.carrierPower(2)) < 0.05,
+            QByteArray::number(10.0 * std::log10(sum)));
+    }
+
+    void a_high_level_overloads_the_card()
+    {
+        CardSpectrum spectrum;
+        QVERIFY(!spectrum.points(0, Points, 0.0).contains('\xff'));
+        spectrum.setLevel(40.0);
+        QVERIFY(spectrum.points(0, Points, 0.0).contains('\xff'));
+        spectrum.setLevel(0.0);
+        QVERIFY(!spectrum.points(0, Points, 0.0).contains('\xff'));
+    }
+
+    void a_level_raises_the_carriers_but_not_the_noise()
+    {
+        CardSpectrum spectrum;
+        spectrum.setSpan(1, 9);
+        const QVector<double> carriers{0.0, -6.2, 4.6};
+        constexpr double Bin = 0.04;
+        QVector<double> before;
+        for (const double offset : carriers) {
+            before += spectrum.level(1, offset, Bin, 0.0);
+        }
+        const double noise = spectrum.level(1, 12.0, Bin, 0.0);
+        for (const double level : {qQNaN(), qInf(), 80.5, -80.5}) {
+            spectrum.setLevel(level); // changes nothing
+        }
+        QCOMPARE(spectrum.level(1, carriers.first(), Bin, 0.0), before.first());
+        spectrum.setLevel(10.0);
+        for (qsizetype i = 0; i < carriers.size(); ++i) {
+            const double gain = spectrum.level(1, carriers.at(i), Bin, 0.0) - before.at(i);
+            QVERIFY2(std::abs(gain - 10.0) < 0.05, QByteArray::number(gain));
+        }
+        QCOMPARE(spectrum.level(1, 12.0, Bin, 0.0), noise);
+    }
+
+    void a_span_has_the_bins_that_a_k7150_keeps()
+    {
+        const QVector<int> kept{106, 284, 474, 354, 474, 710, 474, 592, 710, 958};
+        for (int span = 0; span < kept.size(); ++span) {
+            QCOMPARE(CardSpectrum::bins(span), kept.at(span));
+        }
+        QCOMPARE(CardSpectrum::bins(-1), 0);
+        QCOMPARE(CardSpectrum::bins(10), 0);
     }
 
     void demodulators_are_told_their_span_data()

@@ -1,3 +1,4 @@
+#include "sim/line/FaultTable.h"
 #include "sim/line/PseudoTerminal.h"
 #include "sim/unit/MainUnit.h"
 #include "support/LineEnd.h"
@@ -6,6 +7,8 @@
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -192,6 +195,159 @@ private slots:
         QTRY_VERIFY(!line.isOpen());
         QTest::qWait(400); // twice the wait in the list of menus
         QCOMPARE(sent.size(), 2);
+    }
+
+    void replaced_menus_come_after_CLEAR_and_lead_back_to_what_was_shown_data()
+    {
+        QTest::addColumn<QList<QByteArray>>("said"); // by the unit, before
+        QTest::addColumn<QByteArray>("pressed");
+        QTest::addColumn<QList<QByteArray>>("menus");
+        QTest::addColumn<QList<QByteArray>>("back");
+        using Bodies = QList<QByteArray>;
+        const Bodies both{AgcKey, "AK,Demod,a,A,0,D1:A:,,0,,0,0,1"};
+        const Bodies withPax = both + Bodies{"MS,PAX,Tuner,agc"};
+        QTest::newRow("nothing was shown") << Bodies() << QByteArray() << both << Bodies();
+        QTest::newRow("a menu") << Bodies{"SK,Demod", "SK,Tuner"} << QByteArray() << both
+                                << Bodies{"SK,Tuner"};
+        QTest::newRow("a menu that is gone")
+            << Bodies{"SK,Old"} << QByteArray() << both << Bodies();
+        QTest::newRow("a menu whose name another's begins with")
+            << Bodies{"SK,Tun"} << QByteArray() << both << Bodies();
+        QTest::newRow("the main menu") << Bodies{"SK,Tuner"} << framed("Main")
+                                       << Bodies{AgcKey, "CM,Main,Tuner,agc"} << Bodies{"SK,Main"};
+        QTest::newRow("the PAX main menu") << Bodies{"SK,Demod", "PAX,1"} << QByteArray() << withPax
+                                           << Bodies{"SK,Demod", "PAX,1"};
+        QTest::newRow("a PAX main menu that is gone")
+            << Bodies{"PAX,1"} << QByteArray() << both << Bodies{"PAX,0"};
+        QTest::newRow("a PAX main menu that was left")
+            << Bodies{"PAX,1", "PAX,0"} << QByteArray() << withPax << Bodies();
+        QTest::newRow("no menus at all")
+            << Bodies{"SK,Tuner"} << QByteArray() << Bodies() << Bodies();
+    }
+
+    void replaced_menus_come_after_CLEAR_and_lead_back_to_what_was_shown()
+    {
+        QFETCH(QList<QByteArray>, said);
+        QFETCH(QByteArray, pressed);
+        QFETCH(QList<QByteArray>, menus);
+        QFETCH(QList<QByteArray>, back);
+        PseudoTerminal line;
+        MainUnit unit(line, {message(u"PING"_s)});
+        QSignalSpy received(&unit, &MainUnit::received);
+        QSignalSpy done(&unit, &MainUnit::menusSent);
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(received.size(), 1);
+        for (const QByteArray& body : said) {
+            QVERIFY(unit.type(message(QString::fromLatin1(body))));
+        }
+        if (!pressed.isEmpty()) {
+            QVERIFY(panel.write(pressed));
+            QTRY_COMPARE(received.size(), 2);
+        }
+        const QByteArray before = frames(QList<QByteArray>{"VER", "PING"} + said);
+        QTRY_COMPARE(panel.received(), before);
+        QList<MenuStep> steps;
+        for (const QByteArray& body : menus) {
+            steps.append(message(QString::fromLatin1(body)));
+        }
+        unit.replaceMenus(steps);
+        QTRY_COMPARE(panel.received(), before + frames(QList<QByteArray>{"CLEAR"} + menus + back));
+        QCOMPARE(done.size(), 2);
+        QCOMPARE(unit.keys().count(),
+            std::count_if(menus.begin(), menus.end(),
+                [](const QByteArray& body) { return body.startsWith("AK"); }));
+    }
+
+    void menus_that_are_replaced_while_they_are_sent_begin_anew()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(u"SB,0,Old"_s), wait(600000), message(u"SB,0,Never"_s)});
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", "SB,0,Old"}));
+        unit.replaceMenus({message(u"SB,0,New"_s)});
+        QTRY_COMPARE(panel.received(), frames({"VER", "SB,0,Old", "CLEAR", "SB,0,New"}));
+    }
+
+    void menus_that_are_replaced_without_a_panel_are_sent_to_the_next()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(u"SB,0,Old"_s)});
+        unit.replaceMenus({message(u"SB,0,New"_s)});
+        for (int round = 0; round < 2; ++round) {
+            LineEnd panel(line.slavePath());
+            QVERIFY(panel.write(framed("1.1.6.4")));
+            QTRY_COMPARE(panel.received(), frames({"VER", "SB,0,New"}));
+            panel.close();
+            QTRY_VERIFY(!line.isOpen());
+        }
+    }
+
+    void confirmations_come_as_they_are_steered()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(QString::fromUtf8(AgcKey))});
+        unit.confirmations().refuse(u"R1:AGC:0"_s);
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QByteArray all = frames({"VER", AgcKey});
+        QTRY_COMPARE(panel.received(), all);
+        QVERIFY(panel.write(framed("R1:AGC:1") + framed("R1:AGC:0")));
+        all += frames({"CV,Tuner,agc,0,1", "CV,Tuner,agc,0,1"});
+        QTRY_COMPARE(panel.received(), all);
+        unit.confirmations().silence(u"R1:AGC:1"_s);
+        QVERIFY(panel.write(framed("R1:AGC:1") + framed("R1:AGC:0")));
+        all += framed("CV,Tuner,agc,0,1"); // of the second
+        QTRY_COMPARE(panel.received(), all);
+        unit.confirmations().clear();
+        unit.confirmations().delay(u"300:*:0"_s);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QVERIFY(panel.write(framed("R1:AGC:0") + framed("R1:AGC:1")));
+        all += framed("CV,Tuner,agc,0,1");
+        QTRY_COMPARE(panel.received(), all);
+        QVERIFY(elapsed.elapsed() < 300);
+        QTRY_COMPARE(panel.received(), all + framed("CV,Tuner,agc,0,0"));
+        QVERIFY(elapsed.elapsed() >= 300);
+    }
+
+    void a_delayed_confirmation_ends_with_the_panel_s_visit()
+    {
+        PseudoTerminal line;
+        MainUnit unit(line, {message(QString::fromUtf8(AgcKey))});
+        unit.confirmations().delay(u"300"_s);
+        QSignalSpy received(&unit, &MainUnit::received);
+        {
+            LineEnd panel(line.slavePath());
+            QVERIFY(panel.write(framed("1.1.6.4") + framed("R1:AGC:1")));
+            QTRY_COMPARE(received.size(), 2);
+        }
+        QTRY_VERIFY(!line.isOpen());
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(panel.received(), frames({"VER", AgcKey}));
+        QTest::qWait(400);
+        QCOMPARE(panel.received(), frames({"VER", AgcKey}));
+    }
+
+    void raw_bytes_go_out_as_they_are_past_the_faults_and_the_keys()
+    {
+        FaultTable faults(LineFaults::names());
+        faults.set(u"drop=1"_s);
+        PseudoTerminal line;
+        MainUnit unit(line, {}, LineFaults(faults, 1));
+        QSignalSpy sent(&unit, &MainUnit::sent);
+        LineEnd panel(line.slavePath());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_COMPARE(unit.panelVersion(), u"1.1.6.4"_s);
+        panel.received();
+        const auto before = panel.received().size();
+        const QByteArray bytes = QByteArray("\x04\xff\x00x", 4) + framed(AgcKey);
+        QVERIFY(unit.type({MenuStep::Kind::Raw, QString::fromLatin1(bytes), 0}));
+        QTRY_COMPARE(panel.received().mid(before), bytes);
+        QCOMPARE(unit.keys().count(), 0);
+        QCOMPARE(sent.size(), 1); // VER
     }
 
     void the_link_mode_is_remembered()

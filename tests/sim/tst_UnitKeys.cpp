@@ -108,6 +108,37 @@ private slots:
             (QStringList{u"CV,Tuner CH1,agc,7,1"_s, u"CV,M,agc,0,1"_s}));
     }
 
+    void a_refusal_gives_a_key_the_value_that_it_has_data()
+    {
+        QTest::addColumn<QString>("fromPanel");
+        QTest::addColumn<QStringList>("answers");
+        const auto row = [](const char* name, const QString& from, const QStringList& to) {
+            QTest::newRow(name) << from << to;
+        };
+        row("toggle", u"R1:AGC:1"_s, {u"CV,Tuner CH1,agc,7,0"_s});
+        row("command", u"D1:CLR:1"_s, {u"CV,Demod 1,clear,0,0"_s});
+        row("number", u"R1:FREQ:2300.500000"_s, {u"CV,Tuner CH1,freq,2250.5,0"_s});
+        row("slider", u"R1:GAIN:31"_s, {u"CV,Tuner CH1,gain,20,0"_s});
+        row("selection", u"D1:MODE:1"_s,
+            {u"AK,Demod 1,mod,Modulation: BPSK,2,D1:MODE:,,0,0 BPSK:1 QPSK:2 8 PSK,0,0,1"_s});
+        row("address", u"SYS:IP:10.0.0.1"_s,
+            {u"AK,System,ip,Address: 1.2.3.4,6,SYS:IP:,,0,,0,0,1"_s});
+        row("file", u"SYS:FILE:NEW 1"_s,
+            {u"AK,System,file,Set-up,4,SYS:FILE:,,0,1 DEFAULT:2 FLIGHT,0,0,1"_s});
+        row("menu", u"SK:Tuner CH1:1"_s, {});
+        row("PAX", u"PAX:1:1"_s, {});
+        row("type that does not exist", u"SYS:OTHER:1"_s, {});
+        row("no key", u"XX:1"_s, {});
+        row("several", u"D1 D2 D3:RATE:7"_s,
+            {u"CV,Demod 1,rate,5,0"_s, u"CV,Demod 2,rate,5,0"_s, u"CV,Demod 3,rate,5,0"_s});
+    }
+
+    void a_refusal_gives_a_key_the_value_that_it_has()
+    {
+        QFETCH(QString, fromPanel);
+        QTEST(m_keys.refusals(fromPanel), "answers");
+    }
+
     void an_answer_that_was_sent_is_remembered()
     {
         const QString sent = m_keys.answers(u"SYS:FILE:NEW"_s).value(0);

@@ -86,6 +86,66 @@ private slots:
         QCOMPARE(axis.indexAt(frequency, size), qsizetype(index));
     }
 
+    void places_between_two_points_have_frequencies_too()
+    {
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(9));
+        QVERIFY(axis.frequencyBetween(100.0, 400) == axis.frequencyAt(100, 400));
+        const double between = axis.frequencyBetween(100.25, 400);
+        QVERIFY(std::abs(between - axis.frequencyAt(100, 400) - axis.width() / 1600.0) < 1e-9);
+        QCOMPARE(axis.frequencyBetween(3.0, 0), 70.0);
+    }
+
+    void a_bin_is_a_part_of_the_width()
+    {
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(9));
+        QCOMPARE(axis.binWidth(958), axis.width() / 958.0);
+        QCOMPARE(axis.binWidth(0), 0.0);
+    }
+
+    void a_frequency_has_decimals_to_a_tenth_of_a_bin_data()
+    {
+        QTest::addColumn<int>("span");
+        QTest::addColumn<int>("points");
+        QTest::addColumn<int>("decimals");
+        QTest::newRow("1 MHz of a K7150, 11.3 kHz") << 0 << 106 << 3;
+        QTest::newRow("40 MHz of a K7150, 45.2 kHz") << 9 << 958 << 3;
+        QTest::newRow("1 MHz in 1024 points, 1.17 kHz") << 0 << 1024 << 4;
+        QTest::newRow("1 MHz in 9999 points, 0.12 kHz") << 0 << 9999 << 5;
+        QTest::newRow("40 MHz in 100 points, 433 kHz") << 9 << 100 << 2;
+        QTest::newRow("40 MHz in one point") << 9 << 1 << 0;
+        QTest::newRow("no points") << 9 << 0 << 3;
+    }
+
+    void a_frequency_has_decimals_to_a_tenth_of_a_bin()
+    {
+        QFETCH(int, span);
+        QFETCH(int, points);
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(span));
+        QTEST(axis.decimals(points), "decimals");
+    }
+
+    void the_nominal_width_is_what_the_label_says_data()
+    {
+        QTest::addColumn<int>("span");
+        for (int span = 0; span < spanTable().size(); ++span) {
+            QTest::newRow(spanTable().at(span).label) << span;
+        }
+    }
+
+    void the_nominal_width_is_what_the_label_says()
+    {
+        QFETCH(int, span);
+        FrequencyAxis axis;
+        axis.setSpan(spanTable().at(span));
+        const QString label = QString::fromLatin1(spanTable().at(span).label);
+        QCOMPARE(axis.nominalWidth(), label.section(QLatin1Char(' '), 0, 0).toDouble());
+        axis.setSpan(SpanInfo());
+        QCOMPARE(axis.nominalWidth(), 0.0);
+    }
+
     void a_frequency_between_two_points_belongs_to_the_nearer_one()
     {
         FrequencyAxis axis;

@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QScreen>
+#include <QSignalSpy>
 
 #include <functional>
 
@@ -217,7 +218,7 @@ private slots:
         QCOMPARE(m_chart->readout(), QString());
         m_chart->setSpan(spanTable().at(9));
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        QCOMPARE(m_chart->readout(), u"Peak 70.000 MHz -42.5 dB"_s);
+        QCOMPARE(m_chart->readout(), u"Peak 70.00 MHz -42.5 dB"_s);
     }
 
     void the_read_out_changes_at_a_readable_pace()
@@ -438,35 +439,57 @@ private slots:
         QVERIFY(pixels(m_chart->grab().toImage(), Qt::white) > 20);
     }
 
-    void a_tap_on_the_marker_removes_it()
+    void a_tap_near_a_marker_selects_it_and_never_removes_it_data()
     {
-        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
-        tap(0.5);
-        QVERIFY(m_chart->marker().valid);
-        tap(0.505);
-        QVERIFY(!m_chart->marker().valid);
+        QTest::addColumn<int>("away"); // pixels
+        QTest::newRow("on it") << 0;
+        QTest::newRow("a finger to the right") << 23;
+        QTest::newRow("a finger to the left") << -23;
     }
 
-    void a_tap_within_a_finger_of_the_marker_removes_it()
+    void a_tap_near_a_marker_selects_it_and_never_removes_it()
+    {
+        QFETCH(int, away);
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
+        tap(0.5);
+        tap(0.8);
+        QCOMPARE(m_chart->markers().active(), 2);
+        const double before = *m_chart->markers().offset(1);
+        tap(0.5 + away * pixel);
+        QCOMPARE(m_chart->markers().count(), 2);
+        QCOMPARE(m_chart->markers().active(), 1);
+        QCOMPARE(*m_chart->markers().offset(1), before);
+        QCOMPARE(m_chart->marker().level, -42.5);
+    }
+
+    void a_tap_farther_away_sets_another_marker()
     {
         m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
         const double pixel = 1.0 / (m_chart->axisRect()->rect().width() - 1);
-        for (const int away : {23, -23}) {
-            tap(0.5);
-            QVERIFY(m_chart->marker().valid);
-            tap(0.5 + away * pixel);
-            QVERIFY(!m_chart->marker().valid);
-        }
         tap(0.5);
         tap(0.5 + 27 * pixel);
         QVERIFY(m_chart->marker().valid);
+        QCOMPARE(m_chart->markers().count(), 2);
+        QCOMPARE(m_chart->markers().active(), 2);
     }
 
-    void another_tap_moves_the_marker()
+    void another_tap_reads_its_own_place()
     {
         m_chart->addSpectrum(cardSide::carrier(100, 90, -42.5));
         tap(0.2);
         tap(0.9);
+        QCOMPARE(m_chart->marker().level, -42.5);
+    }
+
+    void a_fifth_tap_moves_the_active_marker()
+    {
+        m_chart->addSpectrum(cardSide::carrier(100, 95, -42.5));
+        for (const double part : {0.1, 0.3, 0.5, 0.7, 0.95}) {
+            tap(part);
+        }
+        QCOMPARE(m_chart->markers().count(), 4);
+        QCOMPARE(m_chart->markers().active(), 4);
         QCOMPARE(m_chart->marker().level, -42.5);
     }
 
@@ -507,6 +530,334 @@ private slots:
         m_chart->setMarker(70.0);
         QVERIFY(!m_chart->marker().valid);
         QCOMPARE(m_chart->readout(), QString());
+    }
+
+    // the level axis
+
+    void the_scale_is_the_axis_of_the_plot_data()
+    {
+        QTest::addColumn<int>("perDivision");
+        QTest::addColumn<double>("lowest");
+        QTest::addColumn<double>("step"); // of the ticks, at this height
+        QTest::newRow("10 dB") << 10 << -160.0 << 20.0;
+        QTest::newRow("5 dB") << 5 << -95.0 << 10.0;
+        QTest::newRow("2 dB") << 2 << -56.0 << 4.0;
+        QTest::newRow("1 dB") << 1 << -43.0 << 2.0;
+    }
+
+    void the_scale_is_the_axis_of_the_plot()
+    {
+        QFETCH(int, perDivision);
+        QFETCH(double, lowest);
+        QFETCH(double, step);
+        m_chart->setLineColor(Qt::green);
+        m_chart->setScale(-30, perDivision);
+        QCOMPARE(m_chart->yAxis->range().upper, -30.0);
+        QCOMPARE(m_chart->yAxis->range().lower, lowest);
+        QCOMPARE(m_chart->readout(), u"Ref -30 dB %1 dB/div"_s.arg(perDivision));
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-36)));
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        const QImage picture = m_chart->grab().toImage();
+        const QVector<double> ticks = m_chart->yAxis->tickVector();
+        QCOMPARE(ticks.at(1) - ticks.at(0), step);
+        QVERIFY(pixels(picture.copy(QRect(pixelOf(0.3, -36) - QPoint(0, 2), QSize(9, 5))),
+                    Qt::green) > 7);
+        m_chart->setScale(10, 10);
+        QCOMPARE(m_chart->yAxis->range().lower, -120.0);
+        QVERIFY(!m_chart->readout().contains(u"Ref"_s));
+    }
+
+    void a_trace_outside_the_scale_is_cut_off_at_the_plot()
+    {
+        m_chart->setLineColor(Qt::green);
+        m_chart->setScale(-60, 1);
+        QByteArray points(512, cardSide::level(-100));
+        points[100] = cardSide::level(-10);
+        points[400] = cardSide::level(-66);
+        m_chart->addSpectrum(points);
+        const QImage picture = m_chart->grab().toImage();
+        const QRect plot = m_chart->axisRect()->rect();
+        QVERIFY(pixels(picture.copy(plot), Qt::green) > 50);
+        QImage outside = picture;
+        QPainter painter(&outside);
+        painter.fillRect(plot, Qt::black);
+        painter.end();
+        QCOMPARE(pixels(outside, Qt::green), 0);
+    }
+
+    void a_fitted_scale_shows_noise_and_peak()
+    {
+        m_chart->autoScale();
+        QVERIFY(m_chart->scale().isDefault()); // nothing to fit
+        m_chart->addSpectrum(cardSide::carrier(512, 100, -60));
+        m_chart->autoScale();
+        QCOMPARE(m_chart->scale().perDivision(), 5);
+        QVERIFY(m_chart->scale().reference() > -60 && m_chart->scale().reference() <= -50);
+        QVERIFY(m_chart->scale().lowest() < -100);
+        m_chart->addSpectrum(cardSide::carrier(512, 100, -10));
+        QCOMPARE(m_chart->scale().perDivision(), 5); // chosen once
+    }
+
+    void horizontal_markers_outside_the_scale_are_kept_and_not_drawn()
+    {
+        const QColor orange(0xff, 0x80, 0x40);
+        m_chart->setHMarkers({-30.0, -80.0});
+        m_chart->setScale(-90, 1);
+        QCOMPARE(m_chart->hMarkers(), QList<double>({-30.0, -80.0}));
+        QCOMPARE(pixels(m_chart->grab().toImage(), orange), 0);
+        m_chart->setScale(-70, 1);
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        QVERIFY(pixels(m_chart->grab().toImage(), orange) > 100);
+        m_chart->setHMarkers({-30.0});
+        m_chart->setScale(10, 10);
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        QVERIFY(pixels(m_chart->grab().toImage(), orange) > 100);
+    }
+
+    // peak and over
+
+    void the_peak_s_triangle_is_seen_at_the_top_of_the_plot_data()
+    {
+        QTest::addColumn<double>("level");
+        QTest::addColumn<double>("reference");
+        QTest::newRow("the highest level") << 7.5 << 10.0;
+        QTest::newRow("above the scale") << -20.0 << -40.0;
+    }
+
+    void the_peak_s_triangle_is_seen_at_the_top_of_the_plot()
+    {
+        QFETCH(double, level);
+        QFETCH(double, reference);
+        m_chart->setScale(reference, 10);
+        m_chart->addSpectrum(cardSide::carrier(100, 50, level));
+        const QImage picture = m_chart->grab().toImage();
+        const QRect plot = m_chart->axisRect()->rect();
+        const QRect top(pixelOf(0.5, 0).x() - 6, plot.top(), 13, 24);
+        QVERIFY(pixels(picture.copy(top), chartLook::Text) > 20);
+    }
+
+    void the_decimals_of_a_frequency_follow_the_width_of_a_point_data()
+    {
+        QTest::addColumn<int>("span");
+        QTest::addColumn<int>("points");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("12 kHz") << 0 << 106 << u"Peak 70.000 MHz -42.5 dB"_s;
+        QTest::newRow("1.2 kHz") << 0 << 1024 << u"Peak 70.0000 MHz -42.5 dB"_s;
+        QTest::newRow("45 kHz") << 9 << 958 << u"Peak 70.000 MHz -42.5 dB"_s;
+        QTest::newRow("433 kHz") << 9 << 100 << u"Peak 70.00 MHz -42.5 dB"_s;
+    }
+
+    void the_decimals_of_a_frequency_follow_the_width_of_a_point()
+    {
+        QFETCH(int, span);
+        QFETCH(int, points);
+        m_chart->setSpan(spanTable().at(span));
+        m_chart->addSpectrum(cardSide::carrier(points, points / 2, -42.5));
+        QTEST(m_chart->readout(), "text");
+    }
+
+    void a_level_at_the_end_of_the_card_s_scale_is_over()
+    {
+        const auto over = [this] {
+            return pixels(m_chart->grab().toImage(), chartLook::OverGround) > 300;
+        };
+        m_chart->addSpectrum(cardSide::carrier(100, 50, 7.0));
+        QVERIFY(!m_chart->readout().contains(u"OVER"_s) && !over());
+        m_chart->addSpectrum(cardSide::carrier(100, 50, 7.5));
+        m_chart->addSpectrum(cardSide::carrier(100, 50, 7.0)); // One alone can be read, too.
+        QTRY_COMPARE(m_chart->readout(), u"Peak 70.000 MHz 7.0 dB\nOVER"_s);
+        QVERIFY(over());
+        m_chart->setMarker(70.1); // The numbers are written anew without a new spectrum.
+        m_chart->addSpectrum(cardSide::carrier(100, 50, 7.0));
+        QTRY_VERIFY(!m_chart->readout().contains(u"OVER"_s));
+        QVERIFY(!over());
+        m_chart->addSpectrum(cardSide::carrier(100, 50, 7.5));
+        QTRY_VERIFY(m_chart->readout().contains(u"OVER"_s));
+        m_chart->setMarker(70.2);
+        QVERIFY(m_chart->readout().contains(u"OVER"_s)); // The newest spectrum still is.
+        m_chart->setSpan(spanTable().at(0));
+        QVERIFY(!m_chart->readout().contains(u"OVER"_s));
+    }
+
+    // averages and holds
+
+    void averages_and_holds_are_written_on_the_chart()
+    {
+        using Average = SpectrumTrace::Average;
+        m_chart->setAverageKind(Average::Power);
+        QCOMPARE(m_chart->readout(), u"Avg 16"_s);
+        m_chart->setAveraging(64);
+        m_chart->setAverageKind(Average::Log);
+        m_chart->setMinHold(true);
+        QCOMPARE(m_chart->readout(), u"Log Avg 64   Min Hold"_s);
+        m_chart->setAverageKind(Average::Off);
+        m_chart->setMinHold(false);
+        QCOMPARE(m_chart->readout(), QString());
+        QCOMPARE(m_chart->settings().depth, 64);
+    }
+
+    void min_hold_keeps_the_lowest_levels_and_clearing_starts_the_holds_anew()
+    {
+        m_chart->setMinHold(true);
+        m_chart->setMaxHold(true);
+        m_chart->setAveraging(4);
+        m_chart->addSpectrum(QByteArray(10, cardSide::level(-80)));
+        m_chart->addSpectrum(QByteArray(10, cardSide::level(-20)));
+        QCOMPARE(m_chart->trace().heldLow().first(), -80.0F);
+        QCOMPARE(m_chart->trace().held().first(), -20.0F);
+        m_chart->clearHolds();
+        m_chart->addSpectrum(QByteArray(10, cardSide::level(-30)));
+        QCOMPARE(m_chart->trace().heldLow().first(), -30.0F);
+        QCOMPARE(m_chart->trace().held().first(), -30.0F);
+        QVERIFY(m_chart->trace().levels().first() > -26.0F); // The average went on.
+    }
+
+    // keys and fingers
+
+    void keys_move_the_active_marker()
+    {
+        QByteArray points = cardSide::carrier(100, 20, -30);
+        points[70] = cardSide::level(-50);
+        m_chart->addSpectrum(points);
+        m_chart->stepMarker(1);
+        QCOMPARE(m_chart->markers().count(), 0);
+        m_chart->markerToPeak();
+        QCOMPARE(m_chart->marker().level, -30.0);
+        m_chart->markerToNextPeak();
+        QCOMPARE(m_chart->marker().level, -50.0);
+        m_chart->stepMarker(-1);
+        QCOMPARE(m_chart->marker().level, -100.0);
+        m_chart->stepMarker(1);
+        QCOMPARE(m_chart->marker().level, -50.0);
+        m_chart->setMarkerDelta(true);
+        m_chart->markerToPeak();
+        QCOMPARE(m_chart->markers().active(), 2);
+        const double width = m_chart->spanMHz() / 2;
+        QCOMPARE(m_chart->readout().replace(u'\n', u"   "_s).section(u"   "_s, 1),
+            u"M1 %1 MHz -50.0 dB   M2-M1 -%2 MHz +20.0 dB"_s
+                .arg(m_chart->markerAt(1).frequency, 0, 'f', 3)
+                .arg(width, 0, 'f', 3));
+        m_chart->removeMarker();
+        QCOMPARE(m_chart->marker().level, -50.0);
+        m_chart->removeMarker();
+        QVERIFY(!m_chart->marker().valid);
+    }
+
+    void a_drag_on_the_glass_moves_its_marker()
+    {
+        m_chart->addSpectrum(cardSide::carrier(100, 80, -42.5));
+        tap(0.2);
+        tap(0.5);
+        const QRect plot = m_chart->axisRect()->rect();
+        const auto at = [&plot](double part) {
+            return QPoint(plot.left() + qRound(part * (plot.width() - 1)), plot.center().y());
+        };
+        QWindow* window = m_chart->windowHandle();
+        QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, at(0.2));
+        QCOMPARE(m_chart->markers().active(), 1);
+        for (const double part : {0.3, 0.6, 0.8}) {
+            QTest::mouseMove(window, at(part));
+        }
+        QCOMPARE(m_chart->marker().level, -42.5); // The chart follows the finger.
+        QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, at(0.8));
+        QCOMPARE(m_chart->marker().level, -42.5);
+        QCOMPARE(m_chart->markers().count(), 2);
+    }
+
+    void markers_keep_their_distance_from_a_new_centre()
+    {
+        m_chart->setMarker(70.1);
+        m_chart->addMarker(69.9);
+        m_chart->setCentre(2250.5);
+        m_chart->addSpectrum(QByteArray(100, cardSide::level(-42.5)));
+        QVERIFY(std::abs(m_chart->markerAt(1).frequency - 2250.6) < 0.01);
+        QVERIFY(std::abs(m_chart->markerAt(2).frequency - 2250.4) < 0.01);
+    }
+
+    void a_touch_on_the_title_is_announced_and_sets_no_marker()
+    {
+        m_chart->setTitle(u"SpectralCard CH.1/CH.2/CMB.1 (CH.1)"_s);
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        const QSignalSpy title(m_chart.get(), &SpectrumChart::titleTapped);
+        for (const QPoint& at : {QPoint(100, 10), QPoint(500, 10), QPoint(100, 44)}) {
+            QTest::mouseClick(m_chart->windowHandle(), Qt::LeftButton, Qt::NoModifier, at);
+        }
+        QCOMPARE(title.count(), 3);
+        QCOMPARE(m_chart->markers().count(), 0);
+        tap(0.5);
+        QCOMPARE(title.count(), 3);
+        QCOMPARE(m_chart->markers().count(), 1);
+    }
+
+    // settings and news
+
+    void settings_go_over_to_another_chart()
+    {
+        m_chart->setAveraging(64);
+        m_chart->setAverageKind(SpectrumTrace::Average::Log);
+        m_chart->setMinHold(true);
+        m_chart->setScale(-20, 5);
+        m_chart->setMarker(70.1);
+        m_chart->addMarker(69.9);
+        m_chart->setMarkerDelta(true);
+        m_chart->activateMarker(1);
+        SpectrumChart other;
+        other.resize(m_chart->size());
+        other.show();
+        other.setSettings(m_chart->settings());
+        other.addSpectrum(cardSide::carrier(100, 50, -42.5));
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        QTRY_COMPARE_WITH_TIMEOUT(other.readout(), m_chart->readout(), 1000);
+        QVERIFY(other.readout().contains(u"Log Avg 64   Min Hold"_s));
+        QCOMPARE(other.yAxis->range(), m_chart->yAxis->range());
+        QCOMPARE(other.markers(), m_chart->markers());
+        QCOMPARE(other.trace().averaging(), 64);
+        QVERIFY(!other.trace().heldLow().isEmpty());
+        other.setSettings({});
+        QCOMPARE(other.readout(), u"Peak 70.000 MHz -42.5 dB"_s);
+    }
+
+    void a_new_size_lays_the_read_out_out_anew()
+    {
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        m_chart->setMarker(70.1);
+        m_chart->addMarker(69.9);
+        QTRY_COMPARE(m_chart->readout().count(u'\n'), 1);
+        m_chart->resize(792, 420); // and no new spectrum
+        QTRY_COMPARE(m_chart->readout().count(u'\n'), 0);
+        m_chart->resize(250, 420);
+        QTRY_COMPARE(m_chart->readout().count(u'\n'), 2);
+    }
+
+    void news_are_told()
+    {
+        const QSignalSpy spectra(m_chart.get(), &SpectrumChart::spectrumAdded);
+        const QSignalSpy numbers(m_chart.get(), &SpectrumChart::readoutChanged);
+        const QSignalSpy settings(m_chart.get(), &SpectrumChart::settingsChanged);
+        for (int i = 0; i < 10; ++i) {
+            m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        }
+        QCOMPARE(spectra.count(), 10);
+        QCOMPARE(numbers.count(), 1);
+        QCOMPARE(settings.count(), 0);
+        QTRY_COMPARE(numbers.count(), 2);
+        tap(0.3);
+        QCOMPARE(settings.count(), 1);
+        QCOMPARE(numbers.count(), 3);
+    }
+
+    void marks_do_not_cost_a_new_frame_of_the_plot()
+    {
+        const QSignalSpy replots(m_chart.get(), &QCustomPlot::afterReplot);
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -42.5));
+        m_chart->markerToPeak();
+        QTest::qWait(20);
+        const auto before = replots.count();
+        m_chart->stepMarker(1);
+        m_chart->markerToPeak();
+        m_chart->addSpectrum(cardSide::carrier(100, 50, -22.5));
+        QTest::qWait(20);
+        QCOMPARE(replots.count(), before);
     }
 
     void many_spectra_in_one_turn_are_painted_once()

@@ -244,6 +244,210 @@ private slots:
         QCOMPARE(trace.peak(), -1);
     }
 
+    void averaging_is_off_until_a_depth_or_a_kind_is_set()
+    {
+        SpectrumTrace trace;
+        QCOMPARE(trace.averaging(), 1);
+        QCOMPARE(trace.averageKind(), SpectrumTrace::Average::Off);
+        trace.setAveraging(4);
+        QCOMPARE(trace.averaging(), 4);
+        QCOMPARE(trace.averageKind(), SpectrumTrace::Average::Power);
+        trace.setAveraging(1);
+        QCOMPARE(trace.averageKind(), SpectrumTrace::Average::Off);
+    }
+
+    void switching_averaging_on_again_takes_the_last_depth()
+    {
+        SpectrumTrace trace;
+        trace.setAverageKind(SpectrumTrace::Average::Power);
+        QCOMPARE(trace.averaging(), 16); // as no depth was set yet
+        trace.setAveraging(64);
+        trace.setAverageKind(SpectrumTrace::Average::Off);
+        QCOMPARE(trace.averaging(), 1);
+        trace.setAverageKind(SpectrumTrace::Average::Log);
+        QCOMPARE(trace.averaging(), 64);
+        QCOMPARE(trace.averageKind(), SpectrumTrace::Average::Log);
+    }
+
+    void a_depth_keeps_the_kind_that_was_chosen()
+    {
+        SpectrumTrace trace;
+        trace.setAverageKind(SpectrumTrace::Average::Log);
+        trace.setAveraging(4);
+        QCOMPARE(trace.averageKind(), SpectrumTrace::Average::Log);
+    }
+
+    void an_operator_is_offered_three_depths()
+    {
+        QCOMPARE(SpectrumTrace::AverageDepths, (std::array<int, 3>{4, 16, 64}));
+    }
+
+    void the_log_mean_is_that_of_the_decibels()
+    {
+        SpectrumTrace trace;
+        trace.setAverageKind(SpectrumTrace::Average::Log);
+        trace.setAveraging(2);
+        trace.add(bytes({200, 40}));
+        trace.add(bytes({80, 40}));
+        QCOMPARE(trace.levels(), QVector<float>({-50.0F, -100.0F}));
+        QCOMPARE(trace.levelAt(0), -50.0F);
+        trace.add(bytes({80, 240}));
+        QCOMPARE(trace.levels(), QVector<float>({-65.0F, -50.0F}));
+        QCOMPARE(trace.peak(), 1);
+    }
+
+    void another_kind_starts_anew()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(4);
+        trace.add(bytes({200}));
+        trace.add(bytes({200}));
+        trace.setAverageKind(SpectrumTrace::Average::Log);
+        trace.add(bytes({80}));
+        QCOMPARE(trace.levels().first(), -80.0F);
+        trace.setAverageKind(SpectrumTrace::Average::Off);
+        trace.add(bytes({100}));
+        trace.add(bytes({40}));
+        QCOMPARE(trace.levels().first(), -100.0F);
+    }
+
+    void powers_are_the_mean_powers_whatever_is_shown_data()
+    {
+        QTest::addColumn<SpectrumTrace::Average>("kind");
+        QTest::newRow("power") << SpectrumTrace::Average::Power;
+        QTest::newRow("log") << SpectrumTrace::Average::Log;
+    }
+
+    void powers_are_the_mean_powers_whatever_is_shown()
+    {
+        QFETCH(SpectrumTrace::Average, kind);
+        for (const bool askedInBetween : {false, true}) {
+            SpectrumTrace trace;
+            trace.setAveraging(4);
+            trace.setAverageKind(kind);
+            for (const int byte : {100, 120, 140, 160}) {
+                trace.add(bytes({byte, 40}));
+                if (askedInBetween) {
+                    static_cast<void>(trace.powers());
+                    static_cast<void>(trace.levels());
+                }
+            }
+            const double expected = meanLevel({-70.0, -60.0, -50.0, -40.0});
+            QVERIFY(std::abs(10.0 * std::log10(double(trace.powers().at(0))) - expected) < 0.001);
+            QVERIFY(std::abs(10.0 * std::log10(double(trace.powers().at(1))) + 100.0) < 0.001);
+        }
+    }
+
+    void without_averaging_the_powers_are_those_of_the_newest_spectrum()
+    {
+        SpectrumTrace trace;
+        QVERIFY(trace.powers().isEmpty());
+        trace.add(bytes({40, 240}));
+        trace.add(bytes({240, 40}));
+        QCOMPARE(trace.powers().size(), 2);
+        QVERIFY(std::abs(trace.powers().at(0) - 1.0F) < 1e-6F);
+        QVERIFY(std::abs(trace.powers().at(1) - 1e-10F) < 1e-15F);
+        trace.add(bytes({240, 240, 240}));
+        QCOMPARE(trace.powers().size(), 3);
+        trace.clear();
+        QVERIFY(trace.powers().isEmpty());
+    }
+
+    // An exponential average of depth n has the variance 1 / (2n - 1) in the end.
+    void an_average_is_worth_so_many_independent_spectra()
+    {
+        SpectrumTrace trace;
+        QCOMPARE(trace.independentSpectra(), 0.0);
+        trace.add(bytes({40}));
+        trace.add(bytes({40}));
+        QCOMPARE(trace.independentSpectra(), 1.0);
+        trace.setAveraging(4);
+        for (const double worth : {1.0, 2.0, 3.0, 4.0}) {
+            trace.add(bytes({40}));
+            QVERIFY(std::abs(trace.independentSpectra() - worth) < 1e-6);
+        }
+        for (int i = 0; i < 50; ++i) {
+            trace.add(bytes({40}));
+        }
+        QVERIFY(std::abs(trace.independentSpectra() - 7.0) < 1e-3);
+        trace.clear();
+        QCOMPARE(trace.independentSpectra(), 0.0);
+    }
+
+    void min_hold_keeps_the_lowest_level_of_each_point()
+    {
+        SpectrumTrace trace;
+        QVERIFY(!trace.minHold());
+        trace.setMinHold(true);
+        QVERIFY(trace.minHold());
+        trace.add(bytes({0, 100}));
+        trace.add(bytes({50, 20}));
+        QCOMPARE(trace.heldLow(), QVector<float>({-120.0F, -110.0F}));
+        QVERIFY(trace.held().isEmpty()); // max hold is off
+        trace.setMinHold(false);
+        QVERIFY(trace.heldLow().isEmpty());
+    }
+
+    void both_holds_are_kept_beside_each_other()
+    {
+        SpectrumTrace trace;
+        trace.setMaxHold(true);
+        trace.setMinHold(true);
+        for (const int byte : {100, 40, 200, 80}) {
+            trace.add(bytes({byte}));
+        }
+        QCOMPARE(trace.held().first(), -20.0F);
+        QCOMPARE(trace.heldLow().first(), -100.0F);
+        QCOMPARE(trace.levels().first(), -80.0F);
+    }
+
+    void clearing_the_holds_leaves_the_average()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(4);
+        trace.setMaxHold(true);
+        trace.setMinHold(true);
+        trace.add(bytes({200}));
+        trace.add(bytes({0}));
+        trace.clearHolds();
+        QVERIFY(trace.held().isEmpty() && trace.heldLow().isEmpty());
+        QVERIFY(trace.maxHold() && trace.minHold());
+        trace.add(bytes({100}));
+        QCOMPARE(trace.held().first(), -70.0F);
+        QCOMPARE(trace.heldLow().first(), -70.0F);
+        QVERIFY(std::abs(trace.levels().first() - meanLevel({-20.0, -120.0, -70.0})) < 0.001F);
+    }
+
+    void another_number_of_points_starts_min_hold_anew()
+    {
+        SpectrumTrace trace;
+        trace.setMinHold(true);
+        trace.add(bytes({0, 0}));
+        trace.add(bytes({100, 100, 100}));
+        QCOMPARE(trace.heldLow(), QVector<float>(3, -70.0F));
+        trace.restart();
+        trace.add(bytes({200, 200, 200}));
+        QCOMPARE(trace.heldLow(), QVector<float>(3, -20.0F));
+    }
+
+    void a_byte_of_255_is_over()
+    {
+        SpectrumTrace trace;
+        trace.setAveraging(16);
+        QVERIFY(!trace.over());
+        trace.add(bytes({254, 0}));
+        QVERIFY(!trace.over());
+        trace.add(bytes({0, 255}));
+        QVERIFY(trace.over());
+        trace.add(QByteArray());
+        QVERIFY(trace.over());
+        trace.add(bytes({0, 254})); // Only the newest spectrum counts.
+        QVERIFY(!trace.over());
+        trace.add(bytes({255}));
+        trace.clear();
+        QVERIFY(!trace.over());
+    }
+
     void a_depth_below_one_is_no_averaging()
     {
         SpectrumTrace trace;

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(QN740_SANITIZED)
 // Not every compiler installs the header of the sanitizer.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #else
@@ -15,7 +15,7 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 /// allocator keeps
 inline qsizetype heapInUse()
 {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(QN740_SANITIZED)
     return static_cast<qsizetype>(__sanitizer_get_current_allocated_bytes());
 #else
     const auto info = ::mallinfo2();

@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <memory>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -137,6 +138,170 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(panel.received(), sent + framed("PING"), LongMs);
         QCOMPARE(
             program.errors(), QByteArray("refused: the message is longer than 65536 characters\n"));
+    }
+
+    void a_menu_file_that_is_saved_is_sent_anew_unless_it_is_faulty()
+    {
+        const QString menu = fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\nSK,Menu\n");
+        const QByteArray name = menu.toUtf8();
+        Program program(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, m_directory, u"--menu"_s, menu, u"--watch"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(panel.received().endsWith(framed("SK,Menu")), LongMs);
+        const auto before = panel.received().size();
+        fileWith("AK,Menu,key\n");
+        QTRY_COMPARE_WITH_TIMEOUT(program.errors(),
+            name + ":1: AK needs 11 fields, this has 2\n" + name +
+                ": was not sent; the menus stay as they are\n",
+            LongMs);
+        QVERIFY(QFile::remove(menu));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            program.errors().endsWith(name + ": is gone; the menus stay as they are\n"), LongMs);
+        QCOMPARE(panel.received().size(), before);
+        fileWith("AK,Menu,new,New,0,R1:NEW:,,0,,0,0,1\n");
+        const QByteArray sent =
+            framed("CLEAR") + framed("AK,Menu,new,New,0,R1:NEW:,,0,,0,0,1") + framed("SK,Menu");
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received().mid(before), sent, LongMs);
+        QTRY_VERIFY(program.output().endsWith("sim: " + name + " was saved\nsim: menus sent\n"));
+        QVERIFY(panel.write(framed("R1:NEW:1")));
+        QTRY_COMPARE(panel.received().mid(before), sent + framed("CV,Menu,new,0,1"));
+    }
+
+    void confirmations_are_steered_by_options_and_typed_lines()
+    {
+        const QString menu = fileWith("AK,Menu,a,A,0,R1:A:,,0,,0,0,1\n"
+                                      "AK,Menu,b,B,0,R1:B:,,0,,0,0,1\n"
+                                      "AK,Menu,c,C,0,R1:C:,,0,,0,0,1\n");
+        Program program(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, m_directory, u"--menu"_s, menu, u"--refuse"_s, u"R1:A:*"_s, u"--silent"_s,
+                u"R1:B:*"_s, u"--delay"_s, u"50:R1:C:*"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: menus sent"), LongMs);
+        QTRY_VERIFY(panel.received().contains("R1:C:"));
+        const auto before = panel.received().size();
+        QVERIFY(panel.write(framed("R1:C:1") + framed("R1:A:1") + framed("R1:B:1")));
+        QByteArray all = framed("CV,Menu,a,0,0") + framed("CV,Menu,c,0,1");
+        QTRY_COMPARE(panel.received().mid(before), all);
+        program.write("confirm\nsilent R1:C:*\nrefuse \ndelay x\nPING\n");
+        all += framed("PING");
+        QTRY_COMPARE(panel.received().mid(before), all);
+        QVERIFY(panel.write(framed("R1:C:0") + framed("R1:B:1") + framed("R1:A:1")));
+        all += framed("CV,Menu,b,0,1") + framed("CV,Menu,a,0,1");
+        QTRY_COMPARE(panel.received().mid(before), all);
+        QTRY_COMPARE(program.errors(),
+            QByteArray("refused: refuse needs a pattern, as R1:FREQ:*\n"
+                       "refused: delay needs a time in milliseconds from 0 to 600000, and may have "
+                       "\":PATTERN\" behind it\n"));
+    }
+
+    void raw_bytes_are_typed_between_messages()
+    {
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("panel: 1.1.6.4"), LongMs);
+        program.write(
+            "PING\nraw \\x02SK,\xff\\\\ \\x04\\x00\xc3\xa4 \nraw\nraw \nraw \xe2\x82\xac\n"
+            "raw " +
+            QByteArray(65537, 'x') + "\nVER\n");
+        const QByteArray sent = framed("VER") + framed("PING") + framed("SK,\xff\\ ") +
+            QByteArray("\x00\xc3\xa4 ", 4) + framed("VER");
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), sent, LongMs);
+        const QByteArray none("refused: raw needs bytes, as \\x02PING\\x04\n");
+        QTRY_COMPARE(program.errors(),
+            none + none + "refused: raw needs characters of Latin-1\n" +
+                "refused: the message is longer than 65536 characters\n");
+    }
+
+    void repeated_traffic_can_be_switched_off_data()
+    {
+        QTest::addColumn<QString>("quiet");
+        QTest::addColumn<bool>("isTold");
+        QTest::newRow("nothing") << "" << true;
+        QTest::newRow("SF") << "PM,SF" << false;
+        QTest::newRow("another word") << "PM" << true;
+    }
+
+    void repeated_traffic_can_be_switched_off()
+    {
+        QFETCH(QString, quiet);
+        QFETCH(bool, isTold);
+        const QString menu =
+            fileWith("AK,Menu,f,F,1,R1:FREQ:,2200 2400,1,,2250.5,0,1\nSF,0,2250.5\n");
+        Program program(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, m_directory, u"--menu"_s, menu, u"--quiet"_s, quiet});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4")));
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: menus sent"), LongMs);
+        QVERIFY(panel.write(framed("R1:FREQ:2251") + framed("R1:FREQ:2252")));
+        QTRY_VERIFY(panel.received().contains(framed("CV,Menu,f,2252,0")));
+        QCOMPARE(panel.received().contains(framed("SF,0,2251")), isTold);
+    }
+
+    void the_trace_shows_the_messages_of_its_words()
+    {
+        Program program(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, m_directory, u"--no-menus"_s, u"--trace-only"_s, u"PING,R1"_s,
+                u"--trace-not"_s, u"R1:B"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        const LineEnd panel(device());
+        QVERIFY(panel.write(framed("1.1.6.4") + framed("R1:A:1") + framed("R1:B:1")));
+        program.write("PING\n");
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().contains("PING"), LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(program.has("panel: R1:B:1"), LongMs);
+        QCOMPARE(program.output().count("trace: "), 2);
+        QVERIFY(program.output().contains(" in \\x02PING\\x04\n"));
+        QVERIFY(program.output().contains(" out \\x02R1:A:1\\x04\n"));
+    }
+
+    void what_the_panel_ignores_stands_behind_the_message_data()
+    {
+        QTest::addColumn<bool>("trace");
+        QTest::newRow("traced") << true;
+        QTest::newRow("alone") << false;
+    }
+
+    // The real panel writes its log into the pipe.
+    void what_the_panel_ignores_stands_behind_the_message()
+    {
+        QFETCH(bool, trace);
+        const QString pipe = m_parent.filePath(u"panel.log"_s);
+        QFile::remove(pipe);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe), 0600), 0);
+        QStringList options{u"--dir"_s, m_directory, u"--no-menus"_s, u"--panel-log"_s, pipe};
+        if (trace) {
+            options.append(u"--trace"_s);
+        }
+        Program unit(QString::fromUtf8(QN740_SIM), options);
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
+        Program panel(u"sh"_s,
+            {u"-c"_s, u"exec \"$0\" 2>\"$1\""_s, QString::fromUtf8(QN740_PANEL), pipe},
+            {u"QN740_DEV="_s + m_directory, u"QN740_SPLASH_MS=0"_s,
+                u"QT_LOGGING_RULES=qn740.ignored.debug=true;qn740.link.debug=true"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: 1.1.6.4"), LongMs);
+        QByteArray typed;
+        for (int i = 0; i < 20; ++i) {
+            typed += "PING\nSK,No" + QByteArray::number(i) + "\nSM,9,1\n";
+        }
+        unit.write(typed + "PING\nraw \\x02Foo\\x04\nVER\n");
+        QTRY_COMPARE_WITH_TIMEOUT(unit.output().count("panel: 1.1.6.4\n"), 2, LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(unit.output().count("panel: PONG\n"), 21, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().contains("unknown word Foo"), LongMs);
+        QCOMPARE(unit.output().count("ignored: "), 41);
+        for (int i = 0; i < 20; ++i) {
+            const QByteArray menu = "No" + QByteArray::number(i);
+            const QByteArray front = trace ? " in \\x02SK," + menu + "\\x04" : QByteArray();
+            QVERIFY2(unit.output().contains(front + "\nignored: SK: no menu " + menu + '\n'),
+                unit.output());
+        }
+        QVERIFY2(!trace || unit.output().contains(" in \\x02Foo\\x04\nignored: unknown word Foo\n"),
+            unit.output());
     }
 
     void the_trace_shows_both_directions_with_times()
@@ -400,6 +565,32 @@ private slots:
                  "sim: seed N", "trace: SECONDS", "refused: REASON", "up to 32 at once"}) {
             QVERIFY2(program.output().contains(text), text);
         }
+    }
+
+    void options_that_cannot_be_used_are_refused_with_the_reason_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QByteArray>("reason");
+        QTest::newRow("delay") << QStringList{u"--delay"_s, u"soon"_s}
+                               << QByteArray(
+                                      "delay needs a time in milliseconds from 0 to 600000, and "
+                                      "may have \":PATTERN\" behind it");
+        QTest::newRow("pattern") << QStringList{u"--refuse="_s}
+                                 << QByteArray("refuse needs a pattern, as R1:FREQ:*");
+        QTest::newRow("watch") << QStringList{u"--watch"_s}
+                               << QByteArray("--watch goes with --menu");
+        QTest::newRow("panel log") << QStringList{u"--panel-log"_s, u"/dev/null"_s}
+                                   << QByteArray("/dev/null: is no named pipe");
+    }
+
+    void options_that_cannot_be_used_are_refused_with_the_reason()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(QByteArray, reason);
+        Program program(QString::fromUtf8(QN740_SIM), options);
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 1);
+        QCOMPARE(program.errors(), "qn740-sim: " + reason + '\n');
     }
 
     void an_unknown_argument_is_an_error_data()

@@ -24,6 +24,9 @@ void takeEditors(PanelPictures& panel);
 void takeScopes(PanelPictures& panel);
 /// The scopes page with signals that are computed here, so that the pictures are always the same.
 void takeSignals(PanelPictures& panel);
+/// One scope enlarged, with its keys and numbers, for each kind of signal. The signals are computed
+/// here.
+void takeEnlarged(PanelPictures& panel);
 
 /// Every page of every menu that the unit has sent, in place of all the others.
 void takeAllMenus(PanelPictures& panel);

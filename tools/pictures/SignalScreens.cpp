@@ -1,6 +1,7 @@
 // The scopes page with signals that are made here, block by block, so that the pictures are the
 // same each time: what every modulation and every fault of a receiver looks like.
 #include "tools/pictures/PanelPictures.h"
+#include "tools/pictures/ScopeSignals.h"
 #include "tools/pictures/Screens.h"
 
 #include "app/MainWindow.h"
@@ -8,8 +9,6 @@
 #include "app/Views.h"
 #include "scopes/ScopesPage.h"
 #include "scopes/StcMagPhasePlot.h"
-#include "sim/scope/ScopeBytes.h"
-#include "sim/scope/SignalModel.h"
 #include "wire/IqBlock.h"
 
 #include <QCoreApplication>
@@ -19,10 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int Blocks = 50; // until the range is fitted and the plots glow
-constexpr int Records = 100;
-constexpr quint32 Seed = 11;
 
 // as "SM" carries them
 constexpr int Constellation = 1;
@@ -61,44 +56,6 @@ const std::array Sheets{
         {{{Constellation, u"qpsk:snr=30:phase=6"_s}, {Constellation, u"16qam:snr=30:phase=3"_s},
             {Constellation, u"16qam:snr=30:level=1"_s}}}},
 };
-
-// Whatever the scope has seen before: empty, and its range as at the start.
-void beginAnew(Scope& scope)
-{
-    QVector<double> full(iqBlock::Records, 1.0);
-    scope.plotEyeConsData(full, full);
-    scope.clearPlots();
-}
-
-void plotRecords(Scope& scope)
-{
-    for (quint32 number = 0; number < Records; ++number) {
-        QByteArray record = scopeBytes::sdiRecord(number).right(SdiDecoder::RecordBytes);
-        scope.plotSdiData(record);
-    }
-}
-
-void plotBlocks(PanelPictures& panel, Scope& scope, const Shown& shown)
-{
-    QString fault;
-    SignalModel model(SignalSettings::fromText(shown.signal, fault), Seed);
-    if (!fault.isEmpty()) {
-        panel.fail(fault);
-    }
-    const int perSymbol = shown.mode == EyePattern ? iqBlock::EyeSamplesPerSymbol : 1;
-    for (int block = 0; block < Blocks; ++block) {
-        QVector<int> i;
-        QVector<int> q;
-        model.append(iqBlock::Records, perSymbol, i, q);
-        IqBlockDecoder decoder;
-        const QByteArray bytes = scopeBytes::block(i, q);
-        decoder.take(bytes.constData(), bytes.size());
-        QVector<double> decodedI = decoder.i();
-        QVector<double> decodedQ = decoder.q();
-        scope.plotEyeConsData(decodedI, decodedQ);
-        scope.grab(); // each block is painted, as at the line's pace
-    }
-}
 
 // What a scope shows when its line brings nothing any more, and the display below when nothing
 // newer can come.
@@ -140,11 +97,15 @@ void takeSignals(PanelPictures& panel)
         for (int demodulator = 1; demodulator <= ScopesPage::Demodulators; ++demodulator) {
             const Shown& shown = sheet.scopes.at(static_cast<size_t>(demodulator - 1));
             Scope& scope = *panel.window().rooms().scopes->scope(demodulator);
-            beginAnew(scope);
+            scopeSignals::beginAnew(scope);
             if (shown.mode == Sdi) {
-                plotRecords(scope);
+                scopeSignals::plotRecords(scope);
             } else {
-                plotBlocks(panel, scope, shown);
+                const int perSymbol = shown.mode == EyePattern ? iqBlock::EyeSamplesPerSymbol : 1;
+                const QString fault = scopeSignals::plotBlocks(scope, shown.signal, perSymbol);
+                if (!fault.isEmpty()) {
+                    panel.fail(fault);
+                }
             }
         }
         panel.take(sheet.picture);

@@ -11,12 +11,15 @@
 #include "tools/screen/Screen.h"
 
 #include <QComboBox>
+#include <QWindow>
+#include <QtTest/qtestmouse.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int Charts = 3;
+constexpr int FewSpectraMs = 700;
 constexpr int SomeSpectraMs = 2500;
 constexpr int ManySpectraMs = 4000;
 
@@ -79,6 +82,85 @@ void takeReadings(PanelPictures& panel)
     card.chart(0)->clearMarker();
 }
 
+SpectralCard& cardOf(PanelPictures& panel)
+{
+    return *panel.window().rooms().spectrum->card();
+}
+
+// Touches the keys beside the enlarged chart, one after the other, and takes a picture.
+void takeAfter(PanelPictures& panel, const QStringList& keys, const QString& picture)
+{
+    for (const QString& key : keys) {
+        panel.pressButton(&cardOf(panel), key);
+    }
+    PanelPictures::settle(FewSpectraMs);
+    panel.take(picture);
+}
+
+// One chart on the whole page, with each page of its keys and what they do.
+void takeEnlargedChart(PanelPictures& panel)
+{
+    panel.pressButton(&cardOf(panel), u"Tools"_s);
+    PanelPictures::settle(ManySpectraMs);
+    panel.take(u"spectrum-enlarged"_s);
+    takeAfter(panel, {u"Trace"_s, u"Log 64"_s}, u"spectrum-keys-trace"_s);
+    takeAfter(panel, {u"No Avg"_s, u"Max Hold"_s, u"Min Hold"_s}, u"spectrum-holds"_s);
+    takeAfter(panel, {u"Max Hold"_s, u"Min Hold"_s, u"Power 64"_s, u"Back"_s, u"Scale"_s},
+        u"spectrum-keys-scale"_s);
+    takeAfter(panel, {u"Auto"_s}, u"spectrum-scale-auto"_s);
+    takeAfter(panel, {u"5 dB"_s}, u"spectrum-scale-5"_s);
+    takeAfter(panel, {u"2 dB"_s}, u"spectrum-scale-2"_s);
+    takeAfter(panel, {u"1 dB"_s}, u"spectrum-scale-1"_s);
+    takeAfter(panel, {u"Full"_s, u"Back"_s, u"Markers"_s, u"Peak"_s}, u"spectrum-keys-markers"_s);
+    takeAfter(panel, {u"Delta"_s, u"Next peak"_s}, u"spectrum-delta"_s);
+    takeAfter(panel, {u"Delta"_s, u"Off"_s, u"Off"_s, u"Back"_s, u"Measure"_s},
+        u"spectrum-keys-measure"_s);
+}
+
+void takeMeasurements(PanelPictures& panel)
+{
+    takeAfter(panel, {u"Channel power"_s}, u"spectrum-channel-power"_s);
+    takeAfter(panel, {u"BW −"_s, u"BW −"_s}, u"spectrum-channel-power-chosen"_s);
+    takeAfter(panel, {u"Occupied BW"_s}, u"spectrum-occupied-bandwidth"_s);
+    takeAfter(panel, {u"-3 dB BW"_s}, u"spectrum-3-db-bandwidth"_s);
+    takeAfter(panel, {u"C/N"_s}, u"spectrum-carrier-to-noise"_s);
+    takeAfter(panel, {u"Frequency error"_s}, u"spectrum-frequency-error"_s);
+    takeAfter(panel, {u"Off"_s, u"Back"_s, u"Trace"_s, u"No Avg"_s, u"Back"_s, u"Close"_s},
+        u"spectrum-back"_s);
+}
+
+// What a chart shows when a level is at the end of the card's scale. The unit sends no such level,
+// so the spectra come from here.
+void takeOver(PanelPictures& panel)
+{
+    constexpr int Points = 474;
+    constexpr int Times = 3; // until the readings follow
+    constexpr int BetweenMs = 100;
+    QByteArray points(Points, 40);
+    points.replace(Points / 2 - 10, 20, QByteArray(20, '\xff'));
+    for (int i = 0; i < Times; ++i) {
+        cardOf(panel).chart(0)->addSpectrum(points);
+        PanelPictures::settle(BetweenMs);
+    }
+    panel.take(u"spectrum-over"_s);
+}
+
+// The keys of the chart that is lent to the PAX main menu.
+void takeLentChartKeys(PanelPictures& panel)
+{
+    const QPoint title(60, 8);
+    panel.say(u"PAX,1"_s);
+    PanelPictures::settle(SomeSpectraMs);
+    panel.whenDialogOpens([&panel](QWidget* dialog) {
+        panel.take(u"pax-menu-chart-keys"_s);
+        panel.pressButton(dialog, u"Close"_s);
+    });
+    QTest::mouseClick(panel.window().windowHandle(), Qt::LeftButton, Qt::NoModifier,
+        cardOf(panel).chart(0)->mapTo(&panel.window(), title));
+    PanelPictures::settle(FewSpectraMs);
+    panel.say(u"PAX,0"_s);
+}
+
 // What a chart shows when its card is gone.
 void takeSilence(PanelPictures& panel)
 {
@@ -107,6 +189,10 @@ void takeSpectrum(PanelPictures& panel)
     takeSpanList(panel);
     choose(panel, mixed);
     takeReadings(panel);
+    takeEnlargedChart(panel);
+    takeMeasurements(panel);
+    takeOver(panel);
+    takeLentChartKeys(panel);
     takeSilence(panel);
     show(panel, Charts);
     panel.showView(Views::Menus);

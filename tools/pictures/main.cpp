@@ -55,6 +55,7 @@ int takeEverything(const QString& directory)
     }
     takeMenus(panel);
     takeSignals(panel);
+    takeEnlarged(panel);
     takeSpectrum(panel);
     takeMainMenus(panel);
     takeEditors(panel);

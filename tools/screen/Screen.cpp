@@ -61,6 +61,8 @@ int layerOf(const QWidget* window)
     return modal != nullptr && standsOver(window->windowHandle(), modal->windowHandle()) ? 3 : 1;
 }
 
+} // namespace
+
 QWidgetList visibleWindows()
 {
     // in the order in which they were created
@@ -79,7 +81,12 @@ QWidgetList visibleWindows()
     return windows;
 }
 
-} // namespace
+bool isBlocked(const QWidget* window)
+{
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool isPopup = window->windowType() == Qt::Popup;
+    return modal != nullptr && !isPopup && layerOf(window) < 2;
+}
 
 QPixmap grabScreen()
 {

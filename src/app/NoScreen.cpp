@@ -1,0 +1,53 @@
+#include "app/NoScreen.h"
+
+#include "app/CommandLine.h"
+
+#include <QGuiApplication>
+#include <QString>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+QString g_firstWarning; // It names the cause; what follows is advice.
+
+void handle(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtFatalMsg) {
+        noScreen::report();
+        std::_Exit(static_cast<int>(ExitStatus::NoScreen));
+    }
+    if (g_firstWarning.isEmpty() && (type == QtWarningMsg || type == QtCriticalMsg)) {
+        g_firstWarning = text.simplified();
+    }
+}
+
+} // namespace
+
+namespace noScreen {
+
+Guard::Guard()
+{
+    g_firstWarning.clear();
+    qInstallMessageHandler(handle);
+}
+
+Guard::~Guard()
+{
+    qInstallMessageHandler(nullptr);
+    if (!g_firstWarning.isEmpty() && QGuiApplication::primaryScreen() != nullptr) {
+        qWarning("%s", qPrintable(g_firstWarning));
+    }
+}
+
+void report()
+{
+    const QString cause = g_firstWarning.isEmpty()
+        ? QStringLiteral("the platform plugin has found none")
+        : g_firstWarning;
+    std::fprintf(stderr, "qn740-panel: no screen: %s (QT_QPA_PLATFORM or -platform chooses it)\n",
+        qPrintable(cause));
+}
+
+} // namespace noScreen

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "scopes/ConstellationFit.h"
+#include "scopes/PointMoments.h"
+
+/// Finds out blindly which constellation received points are of: BPSK, QPSK, 8PSK, 16QAM or
+/// Unknown.
+///
+/// Moments name at most one candidate (see PointMoments). It is fitted to the points, and then has
+/// to pass tests that other signals fail: the modulation error ratio is better than any signal of
+/// another kind reaches; the ideal points are about equally frequent; what is left looks like noise
+/// along both axes; the steps from one decision to the next are not of a few kinds only (as those
+/// of a turning carrier, of π/4-QPSK or of MSK are); and the samples do not stand at a limit.
+namespace orderFinder {
+
+/// \return the fit of the constellation that the points are of; not valid when that is unknown.
+ConstellationFit find(const ReceivedPoints& received);
+
+/// \return the fit of the constellation of \a before, if the points may still be of it; not valid
+/// otherwise.
+ConstellationFit keep(const ReceivedPoints& received, const ConstellationFit& before);
+
+} // namespace orderFinder

@@ -1,0 +1,162 @@
+#include "spectrum/CarrierSearch.h"
+
+#include "spectrum/NoiseMean.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double Above = 2.0; // Bins of a carrier lie this factor above the floor: 3 dB.
+// Of the power of a carrier to that of the noise in its bins: 1.8 dB.
+constexpr double MinRatio = 1.5;
+constexpr int Rounds = 4;          // The floor hardly changes after the second.
+constexpr qsizetype GuardPart = 8; // The guard on either side is this part of the carrier's width,
+constexpr qsizetype MinGuard = 2;  // but at least so many bins.
+
+// In noise, the sum of (power / floor − Above) rises by x with a probability of exp(−Decay × x),
+// where exp(−Above × Decay) = 1 − Decay for the exponential distribution of one spectrum.
+constexpr double Decay = 0.797;
+constexpr double RarityLog = 4.6; // One spectrum of noise in a hundred seems to have a carrier.
+
+constexpr qsizetype PartSize = 8; // bins, at least
+constexpr qsizetype MaxParts = 64;
+constexpr double QuietDeviations = -1.8; // of the second lowest of so many parts, of their mean
+
+} // namespace
+
+CarrierSearch::CarrierSearch(const MeasuredSpectrum& spectrum)
+    : m_powers(spectrum.powers)
+    , m_spectra(std::max(spectrum.spectra, 1.0))
+    , m_shape(m_spectra)
+    , m_fall((std::log(static_cast<double>(std::max(m_powers.size(), MinPoints))) + RarityLog) /
+          (Decay * m_spectra))
+{
+    if (m_powers.size() < MinPoints) {
+        return;
+    }
+    m_floor = quietestParts();
+    for (int round = 0; round < Rounds; ++round) {
+        const Run run = strongestRun();
+        const bool same = round > 0 && run.first == m_first && run.last == m_last;
+        take(run);
+        if (same) {
+            break;
+        }
+        measureNoise();
+    }
+    if (found() && isWeak()) {
+        take(Run());
+        measureNoise();
+    }
+}
+
+void CarrierSearch::take(const Run& run)
+{
+    m_first = run.first;
+    m_last = run.last;
+}
+
+// Whether this is only a part of a carrier that is too weak, or of noise that is not flat.
+bool CarrierSearch::isWeak() const
+{
+    double sum = 0.0;
+    for (qsizetype i = m_first; i <= m_last; ++i) {
+        sum += static_cast<double>(m_powers.at(i));
+    }
+    return sum < (1.0 + MinRatio) * m_floor * static_cast<double>(m_last - m_first + 1);
+}
+
+qsizetype CarrierSearch::guard() const
+{
+    return std::max((m_last - m_first + 1) / GuardPart, MinGuard);
+}
+
+qsizetype CarrierSearch::guardFirst() const
+{
+    return std::max(m_first - guard(), qsizetype{0});
+}
+
+qsizetype CarrierSearch::guardLast() const
+{
+    return std::min(m_last + guard(), m_powers.size() - 1);
+}
+
+// The floor from the means of equal parts of the spectrum: the second lowest of them lies lower
+// than theirs by about as much as noise alone makes it lie (approximation of Wilson and Hilferty).
+// Two parts without a carrier are enough.
+double CarrierSearch::quietestParts() const
+{
+    const qsizetype parts = std::clamp(m_powers.size() / PartSize, qsizetype{1}, MaxParts);
+    const qsizetype size = m_powers.size() / parts;
+    QVector<double> means;
+    means.reserve(parts);
+    for (qsizetype part = 0; part < parts; ++part) {
+        const auto begin = m_powers.cbegin() + part * size;
+        double sum = 0.0;
+        for (auto bin = begin; bin != begin + size; ++bin) {
+            sum += static_cast<double>(*bin);
+        }
+        means += sum / static_cast<double>(size);
+    }
+    const auto quiet = means.begin() + std::min(parts - 1, qsizetype{1});
+    std::nth_element(means.begin(), quiet, means.end());
+    const double shape = m_spectra * static_cast<double>(size);
+    const double lower = 1.0 - 1.0 / (9.0 * shape) + QuietDeviations / (3.0 * std::sqrt(shape));
+    return *quiet / (lower * lower * lower);
+}
+
+CarrierSearch::Run CarrierSearch::runAt(qsizetype first) const
+{
+    Run run;
+    double sum = 0.0;
+    double highest = 0.0;
+    double excess = 0.0;
+    for (qsizetype i = first; i < m_powers.size(); ++i) {
+        const auto power = static_cast<double>(m_powers.at(i));
+        sum += power / m_floor - Above;
+        excess += power - m_floor;
+        if (sum <= 0.0 || sum < highest - m_fall) {
+            break;
+        }
+        if (sum > highest) {
+            highest = sum;
+            run = {first, i, excess};
+        }
+    }
+    return highest > m_fall ? run : Run{first, std::max(run.last, first), 0.0};
+}
+
+CarrierSearch::Run CarrierSearch::strongestRun() const
+{
+    Run strongest;
+    if (m_floor <= 0.0) {
+        return strongest;
+    }
+    const auto threshold = static_cast<float>(m_floor * Above);
+    for (qsizetype i = 0; i < m_powers.size(); ++i) {
+        if (m_powers.at(i) > threshold) {
+            const Run run = runAt(i);
+            if (run.excess > strongest.excess) {
+                strongest = run;
+            }
+            i = run.last;
+        }
+    }
+    return strongest;
+}
+
+void CarrierSearch::measureNoise()
+{
+    const bool carrier = found();
+    const qsizetype left = carrier ? guardFirst() : m_powers.size();
+    const qsizetype right = carrier ? m_powers.size() - 1 - guardLast() : 0;
+    m_hasNoise = left + right >= MinNoiseBins;
+    if (m_hasNoise) {
+        QVector<float> bins = m_powers.mid(0, left);
+        bins += m_powers.mid(m_powers.size() - right, right);
+        const noise::Estimate estimate = noise::estimate(bins, m_spectra);
+        m_floor = estimate.mean;
+        m_shape = estimate.shape;
+    }
+}

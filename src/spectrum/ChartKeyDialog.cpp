@@ -1,0 +1,31 @@
+#include "spectrum/ChartKeyDialog.h"
+
+#include "spectrum/ChartKeys.h"
+#include "touch/Placement.h"
+
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QSize DialogSize(392, 400);
+constexpr int Distance = 4; // from the edges of the panel, in pixels
+
+} // namespace
+
+ChartKeyDialog::ChartKeyDialog(QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
+    , m_keys(new ChartKeys(this))
+{
+    setObjectName(QStringLiteral("ChartKeyDialog"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setFixedSize(DialogSize);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(m_keys);
+}
+
+void ChartKeyDialog::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    move(touch::panelArea(this).topLeft() + QPoint(Distance, Distance));
+}

@@ -1,0 +1,82 @@
+#include "app/CommandLine.h"
+#include "support/TestMain.h"
+
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(CommandLine::Action)
+
+class tst_CommandLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_arguments_say_what_is_to_be_done_data()
+    {
+        using Action = CommandLine::Action;
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<Action>("action");
+        const auto row = [](const char* arguments, Action action) {
+            QTest::newRow(arguments) << QString::fromUtf8(arguments) << action;
+        };
+        row("", Action::Run);
+        row("-noK7150", Action::Run);
+        row("-platform vnc:port=5900", Action::Run);
+        row("--platform vnc:port=5900 -noK7150", Action::Run);
+        row("-platform=offscreen", Action::Run);
+        row("-style windows -reverse", Action::Run);
+        row("--version", Action::ShowVersion);
+        row("--help", Action::ShowHelp);
+        row("-h", Action::ShowHelp);
+        row("-noK7150 --version", Action::ShowVersion);
+        row("-platform --version", Action::Run); // the name of a platform
+        row("--noK7150", Action::Refuse);
+        row("-nok7150", Action::Refuse);
+        row("-noK7150x", Action::Refuse);
+        row("-reverse=1x --help", Action::Refuse);
+        row("ttyO1", Action::Refuse);
+        row("-", Action::Refuse);
+        row("--", Action::Refuse);
+        row("--version --wrong", Action::ShowVersion);
+        row("--wrong --version", Action::Refuse);
+    }
+
+    void the_arguments_say_what_is_to_be_done()
+    {
+        QFETCH(QString, arguments);
+        const CommandLine line(arguments.split(u' ', Qt::SkipEmptyParts));
+        QTEST(line.action(), "action");
+        QCOMPARE(line.text().isEmpty(), line.action() == CommandLine::Action::Run);
+    }
+
+    void a_refusal_names_the_option_and_where_to_look_data()
+    {
+        QTest::addColumn<QString>("argument");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("unknown") << u"-x"_s
+                                 << u"qn740-panel: unknown option -x; --help lists the options"_s;
+        QTest::newRow("lower case")
+            << u"-nok7150"_s << u"qn740-panel: unknown option -nok7150; it is spelled -noK7150"_s;
+        QTest::newRow("two dashes")
+            << u"--noK7150"_s << u"qn740-panel: unknown option --noK7150; it is spelled -noK7150"_s;
+    }
+
+    void a_refusal_names_the_option_and_where_to_look()
+    {
+        QFETCH(QString, argument);
+        QTEST(CommandLine({argument}).text(), "text");
+    }
+
+    void the_help_names_every_option_and_exit_status()
+    {
+        const QString help = CommandLine({u"--help"_s}).text();
+        for (const auto& word :
+            {u"-noK7150"_s, u"--version"_s, u"--help"_s, u"QN740_DEV"_s, u"QN740_SPLASH_MS"_s,
+                u"QN740_SPECTRUM_SOCKET"_s, u"QN740_SCOPE_SOCKET"_s, u"0 after SIGTERM"_s,
+                u"2 unknown option"_s, u"3 another panel"_s, u"4 no screen"_s}) {
+            QVERIFY2(help.contains(word), qPrintable(word));
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_CommandLine)
+#include "tst_CommandLine.moc"

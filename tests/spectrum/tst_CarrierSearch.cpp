@@ -1,0 +1,259 @@
+#include "spectrum/CarrierSearch.h"
+#include "spectrum/NoiseMean.h"
+#include "support/TestMain.h"
+
+#include <random>
+
+namespace {
+
+// The power of noise in a bin, averaged over so many spectra. The mean is 1.
+double noisePower(std::mt19937& random, int spectra)
+{
+    double sum = 0.0;
+    for (int i = 0; i < spectra; ++i) {
+        sum -= std::log((static_cast<double>(random()) + 1.0) / 4294967296.0);
+    }
+    return sum / spectra;
+}
+
+// Noise with a mean of 1 and rectangular carriers.
+struct Carrier
+{
+    int first;
+    int last;
+    double power; // of a bin
+};
+
+MeasuredSpectrum spectrum(
+    int size, std::initializer_list<Carrier> carriers, int spectra = 16, unsigned seed = 1)
+{
+    std::mt19937 random(seed);
+    MeasuredSpectrum result{{}, 70.0, 10.0, static_cast<double>(spectra)};
+    for (int i = 0; i < size; ++i) {
+        double power = 1.0;
+        for (const Carrier& carrier : carriers) {
+            power += i >= carrier.first && i <= carrier.last ? carrier.power : 0.0;
+        }
+        result.powers += static_cast<float>(power * noisePower(random, spectra));
+    }
+    return result;
+}
+
+bool isAbout(double value, double expected, double part)
+{
+    return std::abs(value - expected) <= part * expected;
+}
+
+} // namespace
+
+class tst_CarrierSearch : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_median_of_noise_is_below_its_mean_data()
+    {
+        // The medians of the gamma distribution, from its incomplete integral.
+        QTest::addColumn<double>("shape");
+        QTest::addColumn<double>("ratio");
+        QTest::newRow("1") << 1.0 << 0.693147;
+        QTest::newRow("2") << 2.0 << 0.839173;
+        QTest::newRow("4") << 4.0 << 0.918015;
+        QTest::newRow("16") << 16.0 << 0.979245;
+        QTest::newRow("64") << 64.0 << 0.994797;
+        QTest::newRow("very many") << 1e6 << 1.0;
+    }
+
+    void the_median_of_noise_is_below_its_mean()
+    {
+        QFETCH(double, shape);
+        QFETCH(double, ratio);
+        QVERIFY2(std::abs(noise::medianOverMean(shape) - ratio) < 0.0006,
+            QByteArray::number(noise::medianOverMean(shape)));
+    }
+
+    void a_quantile_is_interpolated_between_rounded_values_data()
+    {
+        QTest::addColumn<QVector<float>>("values");
+        QTest::addColumn<double>("part");
+        QTest::addColumn<double>("quantile");
+        using Values = QVector<float>;
+        QTest::newRow("none") << Values{} << 0.5 << 0.0;
+        QTest::newRow("one") << Values{3} << 0.5 << 3.0;
+        QTest::newRow("all equal") << Values{3, 3, 3, 3} << 0.25 << 3.0;
+        // Half of the values lie below 2 or were rounded to 2: it reaches from sqrt(2) to sqrt(8).
+        QTest::newRow("in the middle of a step")
+            << Values{1, 2, 2, 4} << 0.5
+            << std::sqrt(2.0) + 0.5 * (std::sqrt(8.0) - std::sqrt(2.0));
+        QTest::newRow("at the end of a step") << Values{1, 1, 1, 2, 2, 4} << 0.5 << std::sqrt(2.0);
+        QTest::newRow("everything") << Values{1, 2, 4} << 1.0 << 4.0;
+        QTest::newRow("zeros") << Values{0, 0, 0, 1} << 0.5 << 0.0;
+    }
+
+    void a_quantile_is_interpolated_between_rounded_values()
+    {
+        QFETCH(QVector<float>, values);
+        QFETCH(double, part);
+        QFETCH(double, quantile);
+        QVERIFY2(std::abs(noise::quantile(values, part) - quantile) < 1e-6,
+            QByteArray::number(noise::quantile(values, part)));
+    }
+
+    void the_spread_of_noise_tells_how_many_spectra_were_averaged_data()
+    {
+        QTest::addColumn<int>("spectra");
+        for (const int spectra : {1, 4, 16, 64}) {
+            QTest::addRow("%d", spectra) << spectra;
+        }
+    }
+
+    void the_spread_of_noise_tells_how_many_spectra_were_averaged()
+    {
+        QFETCH(int, spectra);
+        QVector<float> bins = spectrum(4000, {}, spectra).powers;
+        const noise::Estimate estimate = noise::estimate(bins, 1.0);
+        QVERIFY2(isAbout(estimate.shape, spectra, 0.12), QByteArray::number(estimate.shape));
+        QVERIFY2(isAbout(estimate.mean, 1.0, 0.03), QByteArray::number(estimate.mean));
+    }
+
+    void noise_without_any_spread_is_its_own_mean()
+    {
+        QVector<float> bins(50, 0.25F);
+        QVERIFY(std::abs(noise::estimate(bins, 1.0).mean - 0.25) < 1e-6);
+        QCOMPARE(noise::shapeOf(0.0, 0.0), 1e6);
+        QCOMPARE(noise::shapeOf(0.0, 1.0), 1.0);
+        QCOMPARE(noise::shapeOf(2.0, 1.0), 1e6);
+    }
+
+    void a_few_carriers_hardly_raise_the_noise()
+    {
+        QVector<float> bins =
+            spectrum(500, {{10, 14, 1e6}, {200, 209, 1e4}, {400, 402, 1e9}}, 16).powers;
+        QVERIFY(isAbout(noise::estimate(bins, 16.0).mean, 1.0, 0.03));
+    }
+
+    void a_carrier_is_found_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<double>("power");
+        QTest::addColumn<int>("spectra");
+        QTest::newRow("strong") << 474 << 200 << 299 << 1e4 << 16;
+        QTest::newRow("weak") << 474 << 200 << 299 << 3.2 << 64;
+        QTest::newRow("one spectrum") << 474 << 200 << 299 << 100.0 << 1;
+        QTest::newRow("one bin") << 474 << 33 << 33 << 1e4 << 16;
+        QTest::newRow("near the left end") << 474 << 3 << 60 << 1e3 << 16;
+        QTest::newRow("few points") << 106 << 40 << 80 << 1e3 << 16;
+        QTest::newRow("nearly the whole span") << 474 << 30 << 440 << 1e3 << 64;
+        QTest::newRow("many points") << 9999 << 4000 << 4100 << 1e3 << 4;
+    }
+
+    void a_carrier_is_found()
+    {
+        QFETCH(int, size);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(double, power);
+        QFETCH(int, spectra);
+        const MeasuredSpectrum seen = spectrum(size, {{first, last, power}}, spectra);
+        const CarrierSearch carrier(seen);
+        QVERIFY(carrier.found() && !carrier.isCut());
+        const int play = spectra == 1 || power < 10.0 ? 6 : 1;
+        QVERIFY2(std::abs(carrier.first() - first) <= play, QByteArray::number(carrier.first()));
+        QVERIFY2(std::abs(carrier.last() - last) <= play, QByteArray::number(carrier.last()));
+        QVERIFY(carrier.guardFirst() < carrier.first() && carrier.guardLast() > carrier.last());
+        QVERIFY(carrier.guardFirst() >= 0 && carrier.guardLast() < size);
+        if (carrier.hasNoise()) {
+            QVERIFY2(isAbout(carrier.floor(), 1.0, 0.1), QByteArray::number(carrier.floor()));
+        }
+    }
+
+    void noise_alone_has_no_carrier()
+    {
+        int found = 0;
+        for (const int spectra : {1, 4, 16}) {
+            for (unsigned seed = 1; seed <= 60; ++seed) {
+                const MeasuredSpectrum seen = spectrum(474, {}, spectra, seed);
+                const CarrierSearch carrier(seen);
+                found += carrier.found() ? 1 : 0;
+                QVERIFY(carrier.hasNoise());
+            }
+        }
+        QVERIFY2(found <= 6, QByteArray::number(found)); // of 180
+    }
+
+    void a_carrier_as_strong_as_the_noise_is_none()
+    {
+        for (unsigned seed = 1; seed <= 20; ++seed) {
+            const MeasuredSpectrum seen = spectrum(474, {{150, 300, 1.0}}, 64, seed);
+            QVERIFY(!CarrierSearch(seen).found());
+        }
+    }
+
+    void of_several_carriers_the_one_with_the_most_power_is_taken()
+    {
+        // The narrow one is higher, but has less power.
+        const MeasuredSpectrum seen =
+            spectrum(474, {{50, 51, 4000.0}, {200, 299, 1000.0}, {400, 410, 2000.0}});
+        const CarrierSearch carrier(seen);
+        QCOMPARE(carrier.first(), qsizetype(200));
+        QCOMPARE(carrier.last(), qsizetype(299));
+    }
+
+    void a_strong_carrier_does_not_reach_over_a_gap_to_another()
+    {
+        const MeasuredSpectrum seen = spectrum(474, {{100, 199, 1e5}, {215, 314, 2e5}});
+        const CarrierSearch carrier(seen);
+        QCOMPARE(carrier.first(), qsizetype(215));
+        QCOMPARE(carrier.last(), qsizetype(314));
+    }
+
+    void a_carrier_at_an_end_is_cut_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::newRow("left") << 0 << 50;
+        QTest::newRow("right") << 400 << 473;
+    }
+
+    void a_carrier_at_an_end_is_cut()
+    {
+        QFETCH(int, first);
+        QFETCH(int, last);
+        const MeasuredSpectrum seen = spectrum(474, {{first, last, 1e3}});
+        const CarrierSearch carrier(seen);
+        QVERIFY(carrier.found() && carrier.isCut());
+    }
+
+    void a_carrier_that_leaves_no_bins_leaves_no_noise()
+    {
+        const MeasuredSpectrum seen = spectrum(474, {{20, 453, 1e3}});
+        const CarrierSearch carrier(seen);
+        QVERIFY(!carrier.hasNoise());
+    }
+
+    void spectra_without_anything_to_find_data()
+    {
+        QTest::addColumn<QVector<float>>("powers");
+        QTest::newRow("none") << QVector<float>();
+        QTest::newRow("one point") << QVector<float>{1.0F};
+        QTest::newRow("too few") << QVector<float>(15, 1.0F);
+        QTest::newRow("all equal") << QVector<float>(474, 1.0F);
+        QTest::newRow("all at the lowest level") << QVector<float>(474, 1e-12F);
+        QTest::newRow("all zero") << QVector<float>(474, 0.0F);
+        QTest::newRow("as few as can be") << QVector<float>(16, 1.0F);
+    }
+
+    void spectra_without_anything_to_find()
+    {
+        QFETCH(QVector<float>, powers);
+        const MeasuredSpectrum seen{powers, 70.0, 10.0, 1.0};
+        const CarrierSearch carrier(seen);
+        QVERIFY(!carrier.found());
+        QVERIFY(std::isfinite(carrier.floor()));
+    }
+};
+
+QN740_TEST_MAIN(tst_CarrierSearch)
+#include "tst_CarrierSearch.moc"

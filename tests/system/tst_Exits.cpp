@@ -1,0 +1,188 @@
+// These tests check how the real panel ends, and what it says when it cannot start.
+#include "support/Program.h"
+#include "support/Pty.h"
+#include "support/TestMain.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int LongMs = 20000;
+constexpr int EndMs = 1000; // how long an orderly end may take
+
+const QStringList Screenless{u"QT_QPA_PLATFORM="_s, u"DISPLAY="_s, u"WAYLAND_DISPLAY="_s};
+
+// Each open port has a file there, named after its path with "_" in place of "/".
+QStringList lockFiles(const QString& directory)
+{
+    const QString name = QString(directory).replace(u'/', u'_');
+    return QDir(u"/var/lock"_s).entryList({u"LCK..*"_s + name + u"_*"_s}, QDir::Files);
+}
+
+} // namespace
+
+class tst_Exits : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_signal_ends_the_panel_with_status_0_and_frees_its_port_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::addColumn<QByteArray>("before"); // what the main unit sends first
+        const QByteArray editor = "IK,Frequency,1,R1:FREQ:,0 100,1,,Enter,5";
+        QTest::newRow("SIGTERM, idle") << SIGTERM << QByteArray();
+        QTest::newRow("SIGINT, idle") << SIGINT << QByteArray();
+        QTest::newRow("SIGHUP, idle") << SIGHUP << QByteArray();
+        QTest::newRow("SIGTERM, editor") << SIGTERM << editor;
+        QTest::newRow("SIGTERM, message box") << SIGTERM << QByteArray("DB,Antenna fault,1");
+    }
+
+    void a_signal_ends_the_panel_with_status_0_and_frees_its_port()
+    {
+        QFETCH(int, number);
+        QFETCH(QByteArray, before);
+        DeviceDirectory devices;
+        Pty& line = devices.add(u"ttyO1"_s);
+        Program panel(QString::fromUtf8(QN740_PANEL), {},
+            {u"QN740_DEV="_s + devices.path(), u"QT_LOGGING_RULES=qn740.link.debug=true"_s});
+        QVERIFY(answersPing(line));
+        QCOMPARE(lockFiles(devices.path()).size(), 1);
+        if (!before.isEmpty()) {
+            QVERIFY(line.write(framed(before)));
+            QTRY_VERIFY_WITH_TIMEOUT(panel.errors().contains("in \\x02" + before.left(3)), LongMs);
+        }
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(::kill(static_cast<pid_t>(panel.processId()), number), 0);
+        QVERIFY(panel.ends());
+        QVERIFY2(clock.elapsed() < EndMs * 5, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(panel.exitCode(), 0);
+        QCOMPARE(lockFiles(devices.path()), QStringList());
+    }
+
+    void a_second_panel_on_the_same_unit_says_so_and_ends_with_status_3()
+    {
+        DeviceDirectory devices;
+        Pty& line = devices.add(u"ttyO1"_s);
+        const QStringList environment{u"QN740_DEV="_s + devices.path()};
+        Program first(QString::fromUtf8(QN740_PANEL), {}, environment);
+        QVERIFY(answersPing(line));
+        Program second(QString::fromUtf8(QN740_PANEL), {}, environment);
+        QVERIFY(second.ends());
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second.exitCode(), 3);
+        QVERIFY2(second.errors().contains(
+                     "qn740-panel: another program has the main unit's line ttyO1 open\n"),
+            second.errors());
+        QVERIFY(answersPing(line)); // by the first one
+    }
+
+    void help_version_and_wrong_options_need_no_screen_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<QByteArray>("errors");
+        QTest::newRow("version") << QStringList{u"--version"_s} << 0
+                                 << QByteArray("qn740-panel 1.1.6.4\n") << QByteArray();
+        QTest::newRow("unknown") << QStringList{u"--fullscreen"_s} << 2 << QByteArray()
+                                 << QByteArray("qn740-panel: unknown option --fullscreen; --help "
+                                               "lists the options\n");
+        QTest::newRow("wrong case") << QStringList{u"-nok7150"_s} << 2 << QByteArray()
+                                    << QByteArray("qn740-panel: unknown option -nok7150; it is "
+                                                  "spelled -noK7150\n");
+    }
+
+    void help_version_and_wrong_options_need_no_screen()
+    {
+        QFETCH(QStringList, arguments);
+        Program panel(QString::fromUtf8(QN740_PANEL), arguments, Screenless);
+        QVERIFY(panel.ends());
+        QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
+        QTEST(panel.exitCode(), "status");
+        QTEST(panel.output(), "output");
+        QTEST(panel.errors(), "errors");
+    }
+
+    void without_a_screen_one_line_says_so_and_the_status_is_4_data()
+    {
+        QTest::addColumn<QString>("platform");
+        QTest::newRow("no such plugin") << u"paper"_s;
+        QTest::newRow("no such frame buffer") << u"linuxfb:fb=/dev/none"_s;
+        QTest::newRow("no display") << u"xcb"_s;
+    }
+
+    void without_a_screen_one_line_says_so_and_the_status_is_4()
+    {
+        QFETCH(QString, platform);
+        Program panel(QString::fromUtf8(QN740_PANEL), {u"-platform"_s, platform}, {u"DISPLAY="_s});
+        QVERIFY(panel.ends());
+        QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(panel.exitCode(), 4);
+        QVERIFY2(panel.errors().startsWith("qn740-panel: no screen: "), panel.errors());
+        QVERIFY2(panel.errors().count('\n') == 1, panel.errors());
+    }
+
+    void a_log_that_nobody_reads_does_not_end_the_panel()
+    {
+        DeviceDirectory devices;
+        Pty& line = devices.add(u"ttyO1"_s);
+        int ends[2] = {-1, -1};
+        QCOMPARE(::pipe(ends), 0);
+        Program panel(u"/bin/sh"_s,
+            {u"-c"_s,
+                u"exec %1 2>/proc/%2/fd/%3"_s.arg(QString::fromUtf8(QN740_PANEL))
+                    .arg(::getpid())
+                    .arg(ends[1])},
+            {u"QN740_DEV="_s + devices.path(), u"QT_LOGGING_RULES=qn740.link.debug=true"_s});
+        QVERIFY(answersPing(line));
+        ::close(ends[0]);
+        ::close(ends[1]);
+        QVERIFY(answersPing(line)); // Each of them logs two lines.
+        QVERIFY(answersPing(line));
+        QCOMPARE(panel.state(), QProcess::Running);
+    }
+
+    void the_log_says_how_a_line_was_lost_data()
+    {
+        QTest::addColumn<bool>("deviceGone");
+        QTest::addColumn<QByteArray>("reason");
+        QTest::newRow("hang-up") << false << QByteArray("the other end has hung up");
+        QTest::newRow("device gone") << true << QByteArray("the device is gone");
+    }
+
+    void the_log_says_how_a_line_was_lost()
+    {
+        QFETCH(bool, deviceGone);
+        QFETCH(QByteArray, reason);
+        DeviceDirectory devices;
+        Pty& line = devices.add(u"ttyO1"_s);
+        Program panel(QString::fromUtf8(QN740_PANEL), {}, {u"QN740_DEV="_s + devices.path()});
+        QVERIFY(answersPing(line));
+        if (deviceGone) {
+            QVERIFY(QFile::remove(devices.path() + u"/ttyO1"_s));
+        }
+        line.close();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            panel.errors().contains("ttyO1 was lost: " + reason + '\n'), LongMs);
+    }
+
+private:
+    static bool answersPing(Pty& line)
+    {
+        line.takeReceived();
+        return line.write(framed("PING")) &&
+            QTest::qWaitFor([&line] { return line.received().contains("PONG"); }, LongMs);
+    }
+};
+
+QN740_TEST_MAIN(tst_Exits)
+#include "tst_Exits.moc"
