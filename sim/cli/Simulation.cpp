@@ -6,6 +6,8 @@
 #include "sim/cli/TypedLine.h"
 #include "sim/line/PseudoTerminal.h"
 #include "sim/line/UnitDevices.h"
+#include "sim/lint/Linter.h"
+#include "sim/lint/Report.h"
 #include "sim/replay/RecordFile.h"
 #include "sim/replay/Replay.h"
 #include "sim/unit/CombinerMeter.h"
@@ -184,7 +186,8 @@ void Simulation::tell(MainUnit& unit, const QString& body) const
     }
 }
 
-// Lets the panel have the menus of a file anew each time that it is saved without a fault.
+// Lets the panel have the menus of a file anew each time that it is saved and the check finds no
+// error in it.
 void Simulation::follow(const MenuWatch& file, MainUnit& unit)
 {
     QObject::connect(&file, &MenuWatch::gone, &unit, [&file] {
@@ -192,14 +195,14 @@ void Simulation::follow(const MenuWatch& file, MainUnit& unit)
     });
     QObject::connect(&file, &MenuWatch::saved, &unit, [this, &file, &unit] {
         const MenuFile menus = MenuFile::load(file.path());
-        if (menus.errors().isEmpty()) {
+        const lint::FileReport report{file.path(), menus.messageCount(), lint::check(menus)};
+        if (!report.findings.isEmpty()) {
+            Printer::error(lint::findingsText(report).chopped(1)); // it ends with a line break
+        }
+        if (report.count(lint::Severity::Error) == 0 && menus.errors().isEmpty()) {
             m_printer.event(QStringLiteral("%1 was saved").arg(file.path()));
             unit.replaceMenus(menus.steps());
             return;
-        }
-        const QStringList errors = menus.errors();
-        for (const QString& error : errors) {
-            Printer::error(error);
         }
         Printer::error(file.path() + QLatin1String(": was not sent; the menus stay as they are"));
     });
