@@ -1,4 +1,5 @@
 qn740_bench(scopes Scopes)
+qn740_bench(scopes EnlargedScope qn740_sim)
 if(TARGET qn740_testsupport)
     qn740_bench(scopes PanelCpu qn740_testsupport)
     add_dependencies(bench_PanelCpu qn740-panel qn740-sim)

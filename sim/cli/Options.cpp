@@ -36,7 +36,7 @@ void addTraceTo(QCommandLineParser& parser)
     parser.addOption({LogPipe,
         QStringLiteral("Print why the panel ignores a message, behind the traced message. FILE is "
                        "a named pipe that the panel writes its standard error to, started with "
-                       "QT_LOGGING_RULES=\"qn740.ignored.debug=true;qn740.link.debug=true\"."),
+                       "QT_LOGGING_RULES=\"qn740-ignored.debug=true;qn740.link.debug=true\"."),
         QStringLiteral("FILE")});
 }
 

@@ -17,6 +17,7 @@
 
 #include <QCoreApplication>
 
+#include <cstdio>
 #include <unistd.h>
 
 namespace {
@@ -29,6 +30,14 @@ void typeLine(MainUnit& unit, const QByteArray& text)
     if (!fault.isEmpty()) {
         Printer::error(QLatin1String("refused: ") + fault);
     }
+}
+
+// Prints what the check finds in a file. Returns whether there is no error in it.
+bool passes(const MenuFile& menus)
+{
+    const lint::FileReport report{menus.name(), menus.messageCount(), lint::check(menus)};
+    std::fputs(lint::findingsText(report).toUtf8().constData(), stderr);
+    return report.count(lint::Severity::Error) == 0;
 }
 
 bool fail(const QString& reason)
@@ -186,8 +195,7 @@ void Simulation::tell(MainUnit& unit, const QString& body) const
     }
 }
 
-// Lets the panel have the menus of a file anew each time that it is saved and the check finds no
-// error in it.
+// Lets the panel have the menus of a file anew each time that it is saved without a fault.
 void Simulation::follow(const MenuWatch& file, MainUnit& unit)
 {
     QObject::connect(&file, &MenuWatch::gone, &unit, [&file] {
@@ -195,16 +203,13 @@ void Simulation::follow(const MenuWatch& file, MainUnit& unit)
     });
     QObject::connect(&file, &MenuWatch::saved, &unit, [this, &file, &unit] {
         const MenuFile menus = MenuFile::load(file.path());
-        const lint::FileReport report{file.path(), menus.messageCount(), lint::check(menus)};
-        if (!report.findings.isEmpty()) {
-            Printer::error(lint::findingsText(report).chopped(1)); // it ends with a line break
-        }
-        if (report.count(lint::Severity::Error) == 0 && menus.errors().isEmpty()) {
+        if (passes(menus)) {
             m_printer.event(QStringLiteral("%1 was saved").arg(file.path()));
             unit.replaceMenus(menus.steps());
-            return;
+        } else {
+            Printer::error(
+                file.path() + QLatin1String(": was not sent; the menus stay as they are"));
         }
-        Printer::error(file.path() + QLatin1String(": was not sent; the menus stay as they are"));
     });
 }
 

@@ -25,7 +25,7 @@ struct MenuStep
     enum class Kind {
         Message, ///< a message to the panel
         Wait,    ///< a pause
-        Raw      ///< bytes as they are
+        Raw      ///< bytes, which are only typed
     };
     Kind kind = Kind::Message; ///< which of the next two members counts
     QString body;              ///< of a message, without STX and EOT, or the bytes of Raw;

@@ -130,17 +130,6 @@ void DensityImage::addDot(int x, int y)
     }
 }
 
-void DensityImage::addRun(int x, int y0, int y1)
-{
-    if (x < 0 || x >= m_width) {
-        return;
-    }
-    const int last = std::min(m_height - 1, std::max(y0, y1));
-    for (int row = std::max(0, std::min(y0, y1)); row <= last; ++row) {
-        hit(x, row, m_run);
-    }
-}
-
 void DensityImage::paintOver(QImage& picture) const
 {
     if (picture.size() != size() || picture.format() != QImage::Format_RGB32) {

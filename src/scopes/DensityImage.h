@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QSize>
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -48,7 +49,20 @@ public:
 
     /// Adds a vertical run of pixels in column \a x from row \a y0 to row \a y1, both included, in
     /// either order, without the pixels outside the picture.
-    void addRun(int x, int y0, int y1);
+    void addRun(int x, int y0, int y1)
+    {
+        if (x < 0 || x >= m_width) {
+            return;
+        }
+        // Here, because an eye pattern consists of tens of thousands of short ones.
+        const int first = std::max(0, std::min(y0, y1));
+        const int last = std::min(m_height - 1, std::max(y0, y1));
+        const auto stride = static_cast<size_t>(m_stride);
+        quint8* d = m_density.data() + static_cast<size_t>(first) * stride + static_cast<size_t>(x);
+        for (int row = first; row <= last; ++row, d += stride) {
+            *d = m_run[*d];
+        }
+    }
 
     /// Lays the pixels over \a picture. Only an RGB32 image of this size() is changed.
     void paintOver(QImage& picture) const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scopes/SymbolPeriodFinder.h"
 #include "wire/IqBlock.h"
 
 #include <QVector>
@@ -7,19 +8,26 @@
 #include <deque>
 
 /// What EyeMeter has measured of one component, I or Q.
+///
+/// The opening is that of the eye around zero: of the only eye with two levels (BPSK, QPSK), of the
+/// innermost with four (8PSK, 16QAM). It is the eye height that oscilloscopes measure, the distance
+/// of the two levels less three standard deviations on either side, over that distance: 1 - 3 / Q,
+/// where Q = (distance of the levels) / (sum of their standard deviations) as in ITU-T O.201.
 struct EyeOpening
 {
-    bool valid = false;       ///< There is an eye: the two values count.
-    double percent = 0.0;     ///< Vertical opening of the eye around zero, 0 to 100 %.
-    double bestInstant = 0.0; ///< Where it is widest, in symbols from a block's first sample,
-                              ///< -0.5 up to but not including 0.5.
+    bool valid = false;   ///< There is an eye, open or closed: the two values count.
+    double percent = 0.0; ///< The opening at the best instant, 0 (closed) to 100 %.
+    /// Where the eye is widest, in symbols from a block's first sample, -0.5 up to but not
+    /// including 0.5. For I and Q of OQPSK the two differ by half a symbol.
+    double bestInstant = 0.0;
 };
 
 /// What EyeMeter has measured. A value counts only while its flag is set.
 struct EyeFigures
 {
     bool symbolPeriodFound = false; ///< The samples per symbol were found in the data.
-    /// The samples per symbol, 2 to 16; those that a unit sends by default when none were found.
+    /// The samples per symbol, 2 to 16. Those that a unit sends by default stand here when none
+    /// were found, and when what was found differs from them by less than half a per cent.
     double samplesPerSymbol = iqBlock::EyeSamplesPerSymbol;
     EyeOpening i; ///< Of the eye of I.
     EyeOpening q; ///< Of the eye of Q.
@@ -53,9 +61,14 @@ private:
     {
         QVector<double> i;
         QVector<double> q;
+        bool searched = false; // by the finder of the symbol period
     };
 
+    void findPeriod();
+    EyeOpening openingOf(QVector<double> Block::*component) const;
+
     std::deque<Block> m_blocks;
+    SymbolPeriodFinder m_periodFinder;
     EyeFigures m_figures;
     bool m_changed = false;
 };

@@ -14,6 +14,20 @@ constexpr int DashPixels = 8;        // of the line at the best instant, its gap
 constexpr int DashGap = 3;
 constexpr QRgb InstantColor = 0xffffffff;
 
+// Appends `count` values of a line, `step` of its points apart, to `points`.
+void appendBetween(const std::vector<double>& line, double begin, double step, int count,
+    std::vector<double>& points)
+{
+    const size_t last = line.size() - 1;
+    for (int n = 0; n < count; ++n) {
+        const double at = begin + n * step;
+        const auto left = std::min(last, static_cast<size_t>(at));
+        const auto right = std::min(last, left + 1);
+        const double part = at - static_cast<double>(left);
+        points.push_back(line[left] + (line[right] - line[left]) * part);
+    }
+}
+
 } // namespace
 
 EyePlot::EyePlot(const QString& yLabel)
@@ -111,16 +125,15 @@ std::vector<double> EyePlot::traces(const QVector<double>& samples) const
     const int perPoint = pointsPerTrace();
     const double step = perTrace * Factor / (perPoint - 1);
     points.reserve(static_cast<size_t>(count) * static_cast<size_t>(perPoint));
+    const bool onPoints = step == 1.0 && std::floor(start) == start; // none lies between two
     for (int trace = 0; trace < count; ++trace) {
         // Neighbours share the point at their common end.
         const double begin = (start + trace * perTrace) * Factor;
-        for (int n = 0; n < perPoint; ++n) {
-            const double at = begin + n * step;
-            const auto left = static_cast<size_t>(at);
-            const double part = at - static_cast<double>(left);
-            // A part of 0 may lie at the very end, where there is nothing to the right.
-            points.push_back(
-                part > 0.0 ? line[left] + (line[left + 1] - line[left]) * part : line[left]);
+        if (onPoints) {
+            const double* const from = line.data() + static_cast<size_t>(begin);
+            points.insert(points.end(), from, from + perPoint);
+        } else {
+            appendBetween(line, begin, step, perPoint, points);
         }
     }
     return points;
@@ -153,37 +166,61 @@ void EyePlot::drawInstant(QImage& picture) const
 
 void EyePlot::draw(const QVector<double>& samples)
 {
-    const std::vector<double> points = traces(samples);
+    const QSize size = m_image.size();
+    if (size.width() < 2 || size.height() < 2) {
+        return;
+    }
+    std::vector<double> points = traces(samples);
     const auto count = static_cast<size_t>(pointsPerTrace());
+    placeColumns(count);
+    toRows(points);
     for (size_t at = 0; at + count <= points.size(); at += count) {
-        drawTrace(points.data() + at, static_cast<int>(count));
+        drawTrace(points.data() + at);
+    }
+}
+
+// Where the columns lie between the points of a trace: the same for all traces.
+void EyePlot::placeColumns(size_t count)
+{
+    const auto width = static_cast<size_t>(m_image.size().width());
+    if (m_columns.size() == width && m_columnsFor == count) {
+        return;
+    }
+    m_columnsFor = count;
+    m_columns.resize(width);
+    const double perColumn = static_cast<double>(count - 1) / static_cast<double>(width - 1);
+    for (size_t x = 0; x < width; ++x) {
+        const double at = static_cast<double>(x) * perColumn;
+        const size_t left = std::min(static_cast<size_t>(at), count - 2);
+        m_columns[x] = {left, at - static_cast<double>(left)};
+    }
+}
+
+// Turns values into rows of the picture, which are rounded when the fraction is cut off.
+void EyePlot::toRows(std::vector<double>& points) const
+{
+    const int height = m_image.size().height();
+    const Scale rows = Scale::aroundMiddle(0.0, 2.0 * m_limit, height - 1, 0.0);
+    const double zero = rows.pixel(0.0) + 0.5;
+    const double perUnit = rows.pixelsPerUnit();
+    const double farthest = 2.0 * height; // outside, and still a small integer
+    for (double& point : points) {
+        point = std::max(-farthest, std::min(farthest, zero + point * perUnit));
     }
 }
 
 // Draws column by column, so that every column of a trace is hit and none twice.
-void EyePlot::drawTrace(const double* points, int count)
+void EyePlot::drawTrace(const double* rows)
 {
-    const int width = m_image.size().width();
-    const int height = m_image.size().height();
-    if (width < 2 || height < 2) {
-        return;
-    }
-    const double perColumn = static_cast<double>(count - 1) / (width - 1);
-    const Scale rows = Scale::aroundMiddle(0.0, 2.0 * m_limit, height - 1, 0.0);
-    const double zero = rows.pixel(0.0) + 0.5; // rounds when the fraction is cut off
-    const double perUnit = rows.pixelsPerUnit();
-    const double farthest = 2.0 * height; // outside, and still a small integer
-    int previous = 0;
-    for (int x = 0; x < width; ++x) {
-        const double at = x * perColumn;
-        const int left = std::min(static_cast<int>(at), count - 2);
-        const double part = at - left;
-        const double value = points[left] + (points[left + 1] - points[left]) * part;
-        const double row = zero + value * perUnit;
-        const int y = static_cast<int>(std::max(-farthest, std::min(farthest, row)));
+    int previous = static_cast<int>(rows[0]);
+    int x = 0;
+    for (const Column& column : m_columns) {
+        const double left = rows[column.left];
+        const int y = static_cast<int>(left + (rows[column.left + 1] - left) * column.part);
         // From beside the column before to here: no gap on a steep edge, no pixel twice.
-        const int from = x == 0 || previous == y ? y : previous + (y > previous ? 1 : -1);
+        const int from = previous == y ? y : previous + (y > previous ? 1 : -1);
         m_image.addRun(x, from, y);
         previous = y;
+        ++x;
     }
 }

@@ -79,9 +79,18 @@ public:
     const DensityImage& image() const { return m_image; }
 
 private:
+    // The point of a trace to the left of a column, and how much of the one to the right counts.
+    struct Column
+    {
+        size_t left;
+        double part;
+    };
+
     void drawLastAgain();
     void draw(const QVector<double>& samples);
-    void drawTrace(const double* points, int count);
+    void placeColumns(size_t count);
+    void toRows(std::vector<double>& points) const;
+    void drawTrace(const double* rows);
     void drawInstant(QImage& picture) const;
 
     QString m_yLabel;
@@ -91,6 +100,8 @@ private:
     std::optional<double> m_instant;
     Interpolator m_interpolator;
     DensityImage m_image;
+    std::vector<Column> m_columns;
+    size_t m_columnsFor = 0;               // points of a trace
     std::deque<QVector<double>> m_waiting; // not drawn yet
     QVector<double> m_last;                // the newest block
 };

@@ -147,7 +147,7 @@ public:
     /// of all while nothing is received.
     QVector<ScopeFigure> figures() const;
     /// The shortest time between two readings of the numbers, in milliseconds.
-    static constexpr int FiguresMs = 250;
+    static constexpr int FiguresMs = 500;
 
     /// Sets how long the signal stays on the screen; Short at first. SDI strips have no
     /// persistence.

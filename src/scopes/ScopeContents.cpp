@@ -198,8 +198,9 @@ void ScopeContents::measureEyes()
 {
     const EyeFigures& found = m_eyeMeter.figures();
     m_figures = scopeFigures::ofEyes(found);
-    const auto instant = [this](const EyeOpening& eye) {
-        return m_marksShown && eye.valid ? std::optional<double>(eye.bestInstant) : std::nullopt;
+    const bool certain = m_marksShown && found.symbolPeriodFound;
+    const auto instant = [certain](const EyeOpening& eye) {
+        return certain && eye.valid ? std::optional<double>(eye.bestInstant) : std::nullopt;
     };
     m_eyeI.setInstant(instant(found.i));
     m_eyeQ.setInstant(instant(found.q));

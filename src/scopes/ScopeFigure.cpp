@@ -48,10 +48,13 @@ QVector<ScopeFigure> scopeFigures::ofEyes(const EyeFigures& figures)
 {
     const QString percent = QStringLiteral(" %");
     const QString symbols = QStringLiteral(" symbol");
-    return {{QStringLiteral("I opening"), numberIf(figures.i.valid, figures.i.percent, 0, percent)},
-        {QStringLiteral("I instant"), numberIf(figures.i.valid, figures.i.bestInstant, 2, symbols)},
-        {QStringLiteral("Q opening"), numberIf(figures.q.valid, figures.q.percent, 0, percent)},
-        {QStringLiteral("Q instant"), numberIf(figures.q.valid, figures.q.bestInstant, 2, symbols)},
+    // Folded by a number that is only assumed, an eye says nothing.
+    const bool i = figures.symbolPeriodFound && figures.i.valid;
+    const bool q = figures.symbolPeriodFound && figures.q.valid;
+    return {{QStringLiteral("I opening"), numberIf(i, figures.i.percent, 0, percent)},
+        {QStringLiteral("I instant"), numberIf(i, figures.i.bestInstant, 2, symbols)},
+        {QStringLiteral("Q opening"), numberIf(q, figures.q.percent, 0, percent)},
+        {QStringLiteral("Q instant"), numberIf(q, figures.q.bestInstant, 2, symbols)},
         {QStringLiteral("Samples/symbol"),
             numberIf(figures.symbolPeriodFound, figures.samplesPerSymbol, 2, QString())}};
 }

@@ -92,6 +92,31 @@ private slots:
         QCOMPARE(plot.image().density(62, 38), 0);
     }
 
+    void ideal_points_are_small_crosses()
+    {
+        ConstellationPlot plot;
+        plot.resize({101, 101});
+        plot.setIdealPoints({{0.5, 0.5}, {-0.5, 0.0}, {1.0, -1.0}, {7.0, 0.0}});
+        QImage picture = black({101, 101});
+        plot.paint(picture);
+        const auto isWhite = [&](int x, int y) {
+            return picture.pixelColor(x, y) == QColor(Qt::white);
+        };
+        for (const QPoint& middle : {QPoint(75, 25), QPoint(25, 50)}) {
+            for (int arm = -5; arm <= 5; ++arm) {
+                QVERIFY(isWhite(middle.x() + arm, middle.y()));
+                QVERIFY(isWhite(middle.x(), middle.y() + arm));
+            }
+            QVERIFY(
+                !isWhite(middle.x() + 6, middle.y()) && !isWhite(middle.x() + 1, middle.y() + 1));
+        }
+        QVERIFY(isWhite(100, 100) && isWhite(95, 100)); // as much of it as lies inside
+        plot.setIdealPoints({});
+        picture.fill(Qt::black);
+        plot.paint(picture);
+        QCOMPARE(picture, black({101, 101}));
+    }
+
     void undrawn_blocks_do_not_accumulate()
     {
         ConstellationPlot plot;

@@ -76,6 +76,103 @@ private slots:
             traces);
     }
 
+    void a_block_is_folded_at_any_number_of_samples_per_symbol_data()
+    {
+        QTest::addColumn<double>("perSymbol");
+        QTest::addColumn<int>("traces");
+        QTest::newRow("2") << 2.0 << 61;
+        QTest::newRow("2.5") << 2.5 << 49;
+        QTest::newRow("4") << 4.0 << 30;
+        QTest::newRow("5.5") << 5.5 << 22;
+        QTest::newRow("7.3") << 7.3 << 16;
+        QTest::newRow("16") << 16.0 << 7;
+    }
+
+    void a_block_is_folded_at_any_number_of_samples_per_symbol()
+    {
+        QFETCH(double, perSymbol);
+        EyePlot eye(QStringLiteral("I"));
+        eye.setSamplesPerSymbol(perSymbol);
+        QCOMPARE(eye.samplesPerSymbol(), perSymbol);
+        QVector<double> samples;
+        for (int k = 0; k < 256; ++k) { // a period of two symbols, its crests at the decisions
+            samples.append(0.5 * std::cos(Pi * k / perSymbol));
+        }
+        const auto traces = eye.traces(samples);
+        const auto count = static_cast<size_t>(eye.pointsPerTrace());
+        QCOMPARE(traces.size() % count, size_t{0});
+        QTEST(static_cast<int>(traces.size() / count), "traces");
+        const double first = traces[0];
+        QVERIFY2(std::abs(std::abs(first) - 0.5) < 0.01, qPrintable(QString::number(first)));
+        for (size_t at = 0; at < traces.size(); at += count) {
+            // At 2 samples per symbol the filter has nothing left above the signal.
+            const double allowed = perSymbol < 2.5 ? 0.2 : 0.02;
+            QVERIFY(std::abs(traces[at] - first) < 0.02);
+            QVERIFY(std::abs(traces[at + (count - 1) / 2] + first) < allowed);
+            QVERIFY(std::abs(traces[at + count - 1] - first) < 0.02);
+        }
+    }
+
+    void other_samples_per_symbol_are_ignored()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        for (const double none :
+            {1.99, 16.01, 0.0, -4.0, std::numeric_limits<double>::quiet_NaN()}) {
+            eye.setSamplesPerSymbol(none);
+            QCOMPARE(eye.samplesPerSymbol(), 4.0);
+        }
+    }
+
+    void another_fold_leaves_the_newest_block_alone_a_small_correction_does_not()
+    {
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({129, 101});
+        QImage picture = black({129, 101});
+        eye.addBlock(QVector<double>(256, 0.5));
+        eye.paint(picture);
+        eye.addBlock(QVector<double>(256, -0.5));
+        eye.setSamplesPerSymbol(4.03);
+        eye.paint(picture);
+        QVERIFY(eye.image().density(64, 25) > 0 && eye.image().density(64, 75) > 0);
+        eye.setSamplesPerSymbol(5.0);
+        eye.paint(picture);
+        QVERIFY(eye.image().density(64, 25) == 0 && eye.image().density(64, 75) > 0);
+    }
+
+    void the_best_instant_is_a_dashed_line_data()
+    {
+        QTest::addColumn<double>("instant");
+        QTest::addColumn<int>("column");
+        QTest::newRow("in the middle") << 0.0 << 64;
+        QTest::newRow("early") << -0.5 << 32;
+        QTest::newRow("late") << 0.25 << 80;
+        QTest::newRow("at the edge") << 1.0 << 128;
+    }
+
+    void the_best_instant_is_a_dashed_line()
+    {
+        QFETCH(double, instant);
+        QFETCH(int, column);
+        EyePlot eye(QStringLiteral("I"));
+        eye.resize({129, 101});
+        eye.setInstant(instant);
+        QImage picture = black({129, 101});
+        eye.paint(picture);
+        int white = 0;
+        for (int y = 0; y < 101; ++y) {
+            for (int x = 0; x < 129; ++x) {
+                const bool isWhite = picture.pixelColor(x, y) == QColor(Qt::white);
+                QVERIFY(!isWhite || x == column);
+                white += isWhite ? 1 : 0;
+            }
+        }
+        QVERIFY(white > 50 && white < 80);
+        eye.setInstant({});
+        picture.fill(Qt::black);
+        eye.paint(picture);
+        QCOMPARE(picture, black({129, 101}));
+    }
+
     void the_eye_is_drawn_where_its_values_are()
     {
         EyePlot eye(QStringLiteral("I"));

@@ -78,6 +78,8 @@ private slots:
     {
         EyeFigures figures;
         QCOMPARE(values(scopeFigures::ofEyes(figures)), u"--- | --- | --- | --- | ---"_s);
+        figures.i = {true, 84.6, -0.004}; // of an eye that is folded by an assumed number
+        QCOMPARE(values(scopeFigures::ofEyes(figures)), u"--- | --- | --- | --- | ---"_s);
         figures.symbolPeriodFound = true;
         figures.samplesPerSymbol = 4.506;
         figures.i = {true, 84.6, -0.004};

@@ -107,7 +107,7 @@ private slots:
         for (int panel = 1; panel <= 2; ++panel) { // the second one after the first has ended
             QFile pipe(path);
             QVERIFY(pipe.open(QIODevice::WriteOnly));
-            pipe.write("qn740.link: 1.000 in \\x02SK,No\\x04\nqn740.ignored: SK: no menu No\n"
+            pipe.write("qn740.link: 1.000 in \\x02SK,No\\x04\nqn740-ignored: SK: no menu No\n"
                        "qn740.link: 1.001 out \\x02PONG\\x04\nqn740.link: ttyO1 was lost: x\n"
                        "\xff\x01 1.000 in x\n\n");
             pipe.close();

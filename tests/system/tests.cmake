@@ -36,3 +36,7 @@ target_compile_definitions(tst_Try PRIVATE
 add_test(NAME ${QN740_TEST_PREFIX}.system.Scenarios
     COMMAND qn740-try --out ${PROJECT_BINARY_DIR}/try-out ${PROJECT_SOURCE_DIR}/tests/scenarios)
 set_tests_properties(${QN740_TEST_PREFIX}.system.Scenarios PROPERTIES TIMEOUT 300)
+
+qn740_test(system MenuPaper qn740_paper)
+add_dependencies(tst_MenuPaper qn740-pictures)
+target_compile_definitions(tst_MenuPaper PRIVATE QN740_PICTURES="$<TARGET_FILE:qn740-pictures>")

@@ -285,7 +285,7 @@ private slots:
         Program panel(u"sh"_s,
             {u"-c"_s, u"exec \"$0\" 2>\"$1\""_s, QString::fromUtf8(QN740_PANEL), pipe},
             {u"QN740_DEV="_s + m_directory, u"QN740_SPLASH_MS=0"_s,
-                u"QT_LOGGING_RULES=qn740.ignored.debug=true;qn740.link.debug=true"_s});
+                u"QT_LOGGING_RULES=qn740-ignored.debug=true;qn740.link.debug=true"_s});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: 1.1.6.4"), LongMs);
         QByteArray typed;
         for (int i = 0; i < 20; ++i) {

@@ -78,8 +78,8 @@ void addLines(MeasurementRows& rows, const QString& table)
 {
     constexpr double Point = 30.0;
     constexpr double Level = -60.2; // Not a multiple of half a decibel.
-    for (const auto& [window, line] : {std::pair(QStringLiteral("Gaussian window"), gaussianLine),
-             std::pair(QStringLiteral("Hann window"), hannLine)}) {
+    for (const auto& [window, line] : {std::pair(QStringLiteral("Gaussian window"), &gaussianLine),
+             std::pair(QStringLiteral("Hann window"), &hannLine)}) {
         for (const double offset : {0.0, 0.1, 0.2, 0.3, 0.4, 0.5}) {
             const peakSearch::Peak peak =
                 peakSearch::highest(levelsOf(line, Point + offset, Level));
@@ -245,7 +245,7 @@ MeasurementRows ratioRows()
     MeasurementRows densities;
     for (Settings settings :
         {Settings{2, 0.625}, Settings{4, 2.5}, Settings{6, 5.0}, Settings{9, 10.0, 4.0}}) {
-        for (double ratio = 5.0; ratio <= 40.0; ratio += 5.0) {
+        for (const double ratio : {5.0, 10.0, 15.0, 20.0, 25.0, 30.0, 35.0, 40.0}) {
             settings.level = levelFor(ratio, settings);
             ++settings.seed;
             const SimulatedCarrier carrier(settings);

@@ -1,5 +1,6 @@
 #include "tools/measure/Tables.h"
 
+#include "tools/measure/ScopeTables.h"
 #include "tools/measure/SpectrumTables.h"
 
 namespace {
@@ -19,7 +20,7 @@ QString number(double value, int decimals)
 
 MeasurementRows tables::allRows()
 {
-    return spectrumTables::rows();
+    return spectrumTables::rows() + scopeTables::rows();
 }
 
 QStringList tables::names(const MeasurementRows& rows)

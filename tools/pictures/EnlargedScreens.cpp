@@ -33,8 +33,7 @@ struct Sheet
 {
     QString picture;
     int mode;
-    QString signal;                                      // as qn740-sim's option --signal takes it
-    int samplesPerSymbol = iqBlock::EyeSamplesPerSymbol; // of an eye pattern
+    QString signal; // as qn740-sim's option --signal takes it
 };
 
 const std::array Sheets{
@@ -44,7 +43,7 @@ const std::array Sheets{
     Sheet{u"enlarged-16qam"_s, Constellation, u"16qam:snr=26"_s},
     Sheet{u"enlarged-unknown"_s, Constellation, u"qpsk:snr=1"_s},
     Sheet{u"enlarged-eye"_s, EyePattern, u"qpsk:snr=24"_s},
-    Sheet{u"enlarged-eye-8-samples"_s, EyePattern, u"qpsk:snr=24"_s, 8},
+    Sheet{u"enlarged-eye-5.5-samples"_s, EyePattern, u"qpsk:snr=24:sps=5.5"_s},
     Sheet{u"enlarged-eye-assumed"_s, EyePattern, u"qpsk:snr=-12"_s},
 };
 
@@ -67,7 +66,7 @@ void show(PanelPictures& panel, const Sheet& sheet)
     if (sheet.mode == Sdi) {
         scopeSignals::plotRecords(scope(panel));
     } else {
-        const int perSymbol = sheet.mode == EyePattern ? sheet.samplesPerSymbol : 1;
+        const int perSymbol = sheet.mode == EyePattern ? iqBlock::EyeSamplesPerSymbol : 1;
         const QString fault = scopeSignals::plotBlocks(scope(panel), sheet.signal, perSymbol);
         if (!fault.isEmpty()) {
             panel.fail(fault);
@@ -75,6 +74,9 @@ void show(PanelPictures& panel, const Sheet& sheet)
     }
     part<QTimer>(scope(panel), "measureTimer")->start(0); // the numbers follow now, not soon
     PanelPictures::settle();
+    if (sheet.mode == EyePattern) { // a newly folded eye was begun anew
+        scopeSignals::plotBlocks(scope(panel), sheet.signal, iqBlock::EyeSamplesPerSymbol);
+    }
 }
 
 // What the keys do.
@@ -97,7 +99,7 @@ void takeKeys(PanelPictures& panel)
 
 } // namespace
 
-void takeEnlarged(PanelPictures& panel)
+void takeEnlargedScopes(PanelPictures& panel)
 {
     panel.showView(Views::Scopes);
     clickOn(part<QWidget>(scope(panel), "plotI"));

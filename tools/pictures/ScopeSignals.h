@@ -16,7 +16,7 @@ void plotRecords(Scope& scope);
 
 /// Has a scope plot blocks until its range is fitted and it glows.
 /// \param signal as qn740-sim's option --signal takes it
-/// \param samplesPerSymbol of the blocks, the first at a decision
+/// \param samplesPerSymbol 1 for a constellation, iqBlock::EyeSamplesPerSymbol for an eye pattern
 /// \return why the signal is refused, and nothing was plotted; empty when it is accepted
 QString plotBlocks(Scope& scope, const QString& signal, int samplesPerSymbol);
 

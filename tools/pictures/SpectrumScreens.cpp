@@ -142,6 +142,7 @@ void takeOver(PanelPictures& panel)
         cardOf(panel).chart(0)->addSpectrum(points);
         PanelPictures::settle(BetweenMs);
     }
+    cardOf(panel).chart(0)->addSpectrum(points);
     panel.take(u"spectrum-over"_s);
 }
 
