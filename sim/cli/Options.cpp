@@ -61,7 +61,7 @@ void addOwnTo(QCommandLineParser& parser)
         {Menu, QStringLiteral("Send the menus of FILE instead of the built-in ones."), file});
     parser.addOption({Watch,
         QStringLiteral(
-            "Watch the file of --menu. When it is saved and has no fault, send CLEAR and "
+            "Watch the file of --menu. When it is saved and --check finds no error, send CLEAR and "
             "the new menus, and show again what was shown.")});
     parser.addOption({Check,
         QStringLiteral(

@@ -127,7 +127,7 @@ QStringList keyMembers(const QStringList& fields, qsizetype at)
     const wire::Command* command = wire::findCommand(wire::toPanel(), wire::word::AK);
     const QString& text = fields.at(at);
     const QString name = names(wire::word::AK).at(at);
-    const QString typeText = fields.at(Type);
+    const QString& typeText = fields.at(Type);
     const int type = typeText == QString::number(typeText.toInt()) ? typeText.toInt() : -1;
     if (at == Type && !typeName(type).isEmpty()) {
         return {member(name, json::quoted(typeName(type)))};

@@ -66,36 +66,50 @@ PanelMenus::Outcome PanelMenus::apply(const MenuStep& step)
     if (word == wire::word::CM || word == wire::word::MS) {
         return copyKey(fields, word == wire::word::CM ? Kind::Main : Kind::Pax, step.place);
     }
-    if (word == wire::word::CV || word == wire::word::CK || word == wire::word::EI) {
-        const Outcome named = namedKey(fields);
-        if (named.key >= 0 && word == wire::word::CK) {
-            const int state = fields.value(2).toInt();
-            PanelKey& key = m_keys[named.key];
-            ++m_states[named.key];
-            key.shownState = state;
-            key.storedState = state;
-            if (key.source >= 0) { // "CK" for a copy reaches its source, but no other copy
-                m_keys[key.source].shownState = state;
-                m_keys[key.source].storedState = state;
-                key.statesBefore = m_states.value(key.source);
-            }
-        }
-        return named;
+    if (word == wire::word::CV || word == wire::word::EI) {
+        return namedKey(fields);
+    }
+    if (word == wire::word::CK) {
+        return changeState(fields);
     }
     if (word == wire::word::SK) {
-        Outcome shown;
-        const int menu = find(fields.value(0));
-        shown.isMenuMissing = menu < 0;
-        shown.missingMenu = fields.value(0);
-        if (menu >= 0) {
-            m_menus[menu].isShown = true;
-        }
-        return shown;
+        return showMenu(fields.value(0));
     }
     if (word == wire::word::Pax && fields.value(0) == QLatin1String("1")) {
         m_isPaxShown = m_isPaxShown || m_pax >= 0;
     }
     return {};
+}
+
+PanelMenus::Outcome PanelMenus::changeState(const QStringList& fields)
+{
+    Outcome named = namedKey(fields);
+    if (named.key < 0) {
+        return named;
+    }
+    const int state = fields.value(2).toInt();
+    PanelKey& key = m_keys[named.key];
+    ++m_states[named.key];
+    key.shownState = state;
+    key.storedState = state;
+    if (key.source >= 0) { // "CK" for a copy reaches its source, but no other copy
+        m_keys[key.source].shownState = state;
+        m_keys[key.source].storedState = state;
+        key.statesBefore = m_states.value(key.source);
+    }
+    return named;
+}
+
+PanelMenus::Outcome PanelMenus::showMenu(const QString& name)
+{
+    Outcome shown;
+    const int menu = find(name);
+    shown.isMenuMissing = menu < 0;
+    shown.missingMenu = name;
+    if (menu >= 0) {
+        m_menus[menu].isShown = true;
+    }
+    return shown;
 }
 
 PanelMenus::Outcome PanelMenus::namedKey(const QStringList& fields) const

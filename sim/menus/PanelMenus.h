@@ -113,6 +113,8 @@ private:
     int newKey(int menu, const PanelKey& key);
     Outcome defineKey(const QStringList& fields, const MenuPlace& place);
     Outcome copyKey(const QStringList& fields, PanelMenu::Kind kind, const MenuPlace& place);
+    Outcome changeState(const QStringList& fields);
+    Outcome showMenu(const QString& name);
     Outcome namedKey(const QStringList& fields) const;
     KeyCell nextOfColumn(int menu, const QString& sourceMenu);
     KeyCell nextFixed(int menu);

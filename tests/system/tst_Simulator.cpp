@@ -151,11 +151,13 @@ private slots:
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_VERIFY_WITH_TIMEOUT(panel.received().endsWith(framed("SK,Menu")), LongMs);
         const auto before = panel.received().size();
+        const QByteArray notSent = name + ": was not sent; the menus stay as they are\n";
+        QByteArray errors = name + ":1: error: AK needs 11 fields, this has 2 [QN102]\n" + notSent;
         fileWith("AK,Menu,key\n");
-        QTRY_COMPARE_WITH_TIMEOUT(program.errors(),
-            name + ":1: error: AK needs 11 fields, this has 2 [QN102]\n" + name +
-                ": was not sent; the menus stay as they are\n",
-            LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(program.errors(), errors, LongMs);
+        errors += name + ":2: error: there is no menu \"Mneu\" [QN201]\n" + notSent;
+        fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\nSK,Mneu\n# qn740: ignore-file QN204\n");
+        QTRY_COMPARE_WITH_TIMEOUT(program.errors(), errors, LongMs);
         QVERIFY(QFile::remove(menu));
         QTRY_VERIFY_WITH_TIMEOUT(
             program.errors().endsWith(name + ": is gone; the menus stay as they are\n"), LongMs);
