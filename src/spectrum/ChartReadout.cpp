@@ -153,9 +153,11 @@ void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& spa
     if (first < parts.size()) {
         lines += TextFlow::flow(parts.sliced(first), space.room, widthOf).lines;
     }
-    m_lines.clear();
-    for (const QString& line : std::as_const(lines)) {
-        m_lines += Line{line, QPixmap()};
+    m_lines.resize(lines.size());
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (m_lines.at(i).text != lines.at(i)) {
+            m_lines[i] = {lines.at(i), QPixmap()};
+        }
     }
     lines.removeAll(QString());
     m_text = lines.join(QLatin1Char('\n'));

@@ -64,9 +64,13 @@ private slots:
         HeldLines held;
         QSignalSpy line(&held, &HeldLines::line);
         held.add(u"in A"_s, u"A"_s);
+        QElapsedTimer elapsed;
+        elapsed.start();
         QVERIFY(held.took(u"A"_s));
         held.add(u"out"_s);
-        QCOMPARE(texts(line), QStringList{u"in A"_s});
+        if (elapsed.elapsed() < HeldLines::GraceMs) {
+            QCOMPARE(texts(line), QStringList{u"in A"_s});
+        }
         QTRY_COMPARE(texts(line), (QStringList{u"in A"_s, u"out"_s}));
     }
 

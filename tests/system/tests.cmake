@@ -26,7 +26,9 @@ add_dependencies(tst_Pictures qn740-pictures)
 target_compile_definitions(tst_Pictures PRIVATE
     QN740_PICTURES="$<TARGET_FILE:qn740-pictures>" QN740_ROOT="${PROJECT_SOURCE_DIR}")
 qn740_test(system Measurements qn740_measure)
-target_compile_definitions(tst_Measurements PRIVATE QN740_ROOT="${PROJECT_SOURCE_DIR}")
+add_dependencies(tst_Measurements qn740-measure)
+target_compile_definitions(tst_Measurements PRIVATE
+    QN740_MEASURE="$<TARGET_FILE:qn740-measure>" QN740_ROOT="${PROJECT_SOURCE_DIR}")
 
 qn740_test(system Try qn740_try)
 add_dependencies(tst_Try qn740-try)

@@ -12,8 +12,9 @@
 
 namespace {
 
-int print(const MeasurementRows& rows)
+int print()
 {
+    const MeasurementRows rows = tables::allRows();
     for (const QString& name : tables::names(rows)) {
         std::printf(
             "%s\n\n%s\n", qUtf8Printable(name), qUtf8Printable(tables::markdown(rows, name)));
@@ -27,14 +28,15 @@ int fail(const QString& path, const QString& reason)
     return 1;
 }
 
-int fillIn(const QString& path, const MeasurementRows& rows)
+int fillIn(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         return fail(path, file.errorString());
     }
     QString fault;
-    const QString text = tables::filledIn(QString::fromUtf8(file.readAll()), rows, fault);
+    const QString text =
+        tables::filledIn(QString::fromUtf8(file.readAll()), tables::allRows(), fault);
     file.close();
     if (!fault.isEmpty()) {
         return fail(path, fault);
@@ -57,6 +59,5 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: qn740-measure [FILE | --orders TRIALS]\n");
         return 2;
     }
-    const MeasurementRows rows = tables::allRows();
-    return argc == 2 ? fillIn(QString::fromLocal8Bit(argv[1]), rows) : print(rows);
+    return argc == 2 ? fillIn(QString::fromLocal8Bit(argv[1])) : print();
 }
