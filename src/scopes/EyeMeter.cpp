@@ -91,29 +91,26 @@ struct Cut
     bool four = false; // there clearly are
 };
 
-Cut cutOf(const Magnitudes& magnitudes)
+constexpr double Infinite = 1e9;
+
+// Splits the magnitudes into two levels at their mean.
+void split(Cut& cut, const Magnitudes& magnitudes)
 {
-    constexpr double Infinite = 1e9;
     constexpr double MinShare = 0.2;
     constexpr double MinDistance = 4.0; // of two levels, in deviations; one level split has 2.7
-    Cut cut;
-    cut.all = levelOf(magnitudes, 0.0, Infinite);
     cut.inner = levelOf(magnitudes, 0.0, cut.all.mean);
     const Level outer = levelOf(magnitudes, cut.all.mean, Infinite);
     cut.four = std::min(cut.inner.count, outer.count) >= MinShare * cut.all.count &&
-        outer.mean - cut.inner.mean >=
-            MinDistance * std::max(cut.inner.deviation, outer.deviation) &&
-        cut.all.spread() > 0.1; // else they are one level, and the distance one of rounding
-    return cut;
+        outer.mean - cut.inner.mean >= MinDistance * std::max(cut.inner.deviation, outer.deviation);
 }
 
-// Between the decisions even two levels may look like more, but then their eye is open.
-bool hasFourLevels(const std::array<Cut, Instants>& cuts)
+// With two levels, whether the eye is open anywhere. If so, there are no more of them, though
+// between the decisions it may look like that.
+bool isOpen(const std::array<Cut, Instants>& cuts)
 {
     constexpr double ClosedSpread = 1.0 / 3.0;
-    return std::any_of(cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.four; }) &&
-        std::none_of(cuts.begin(), cuts.end(),
-            [](const Cut& cut) { return cut.all.spread() < ClosedSpread; });
+    return std::any_of(
+        cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.all.spread() < ClosedSpread; });
 }
 
 // The opening, and the instant with the least spread, by a parabola through the squares of three.
@@ -121,7 +118,8 @@ EyeOpening openingOf(const std::array<Cut, Instants>& cuts)
 {
     constexpr double Sigmas = 3.0;    // on either side, as in the eye height of an oscilloscope
     constexpr double MaxSpread = 0.6; // noise alone has 0.76
-    const bool four = hasFourLevels(cuts);
+    const bool four =
+        std::any_of(cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.four; });
     std::array<double, Instants> squares{};
     for (size_t n = 0; n < squares.size(); ++n) {
         const Cut& cut = cuts[n];
@@ -209,6 +207,10 @@ void EyeMeter::findPeriod()
 EyeOpening EyeMeter::openingOf(QVector<double> Block::*component) const
 {
     std::array<Magnitudes, Instants> magnitudes;
+    for (Magnitudes& instant : magnitudes) {
+        const double symbols = iqBlock::Records / m_figures.samplesPerSymbol + 1.0;
+        instant.reserve(m_blocks.size() * static_cast<size_t>(symbols));
+    }
     for (const Block& block : m_blocks) {
         addBlockTo(magnitudes, block.*component, m_figures.samplesPerSymbol);
     }
@@ -217,7 +219,12 @@ EyeOpening EyeMeter::openingOf(QVector<double> Block::*component) const
         if (magnitudes[n].size() < MinTraces) {
             return {};
         }
-        cuts[n] = cutOf(magnitudes[n]);
+        cuts[n].all = levelOf(magnitudes[n], 0.0, Infinite);
+    }
+    if (!isOpen(cuts)) {
+        for (size_t n = 0; n < cuts.size(); ++n) {
+            split(cuts[n], magnitudes[n]);
+        }
     }
     return ::openingOf(cuts);
 }
