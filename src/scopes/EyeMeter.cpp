@@ -13,6 +13,7 @@ constexpr int HalfTaps = 4;  // samples to either side that a value between them
 constexpr size_t Taps = 2UL * HalfTaps;
 constexpr int Fractions = 64; // places between two samples
 constexpr size_t MinTraces = 60;
+constexpr size_t MaxTraces = 1000;
 
 // A sinc with a Hann window, for each of the places between two samples.
 class Between
@@ -211,8 +212,11 @@ EyeOpening EyeMeter::openingOf(QVector<double> Block::*component) const
         const double symbols = iqBlock::Records / m_figures.samplesPerSymbol + 1.0;
         instant.reserve(m_blocks.size() * static_cast<size_t>(symbols));
     }
-    for (const Block& block : m_blocks) {
-        addBlockTo(magnitudes, block.*component, m_figures.samplesPerSymbol);
+    // The newest blocks; with few samples per symbol, a part of them has symbols enough.
+    for (auto block = m_blocks.rbegin(); block != m_blocks.rend(); ++block) {
+        if (magnitudes.front().size() < MaxTraces) {
+            addBlockTo(magnitudes, *block.*component, m_figures.samplesPerSymbol);
+        }
     }
     std::array<Cut, Instants> cuts;
     for (size_t n = 0; n < cuts.size(); ++n) {
