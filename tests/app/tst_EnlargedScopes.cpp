@@ -6,6 +6,7 @@
 #include "scopes/PlotView.h"
 #include "sim/scope/SignalModel.h"
 #include "spectrum/Clock.h"
+#include "support/Contrast.h"
 #include "support/TestMain.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
@@ -117,6 +118,19 @@ private slots:
         // Only this scope has changed.
         QVERIFY(!scope(1).fixedRange());
         QCOMPARE(static_cast<int>(scope(1).persistence()), 0);
+    }
+
+    void the_text_of_a_key_can_be_read_whether_or_not_it_is_on()
+    {
+        enlarge(1);
+        press("freezeKey");
+        for (const char* key : {"freezeKey", "fittedRangeKey", "fixedRangeKey", "clearKey"}) {
+            auto* button = part<TextButton>(*m_window, key);
+            const QColor face = button->grab().toImage().pixelColor(8, button->height() / 2);
+            QVERIFY2(contrast::ratio(button->palette().color(QPalette::ButtonText), face) >=
+                    contrast::Text,
+                key);
+        }
     }
 
     void fixed_and_fitted_range_are_told_on_the_glass_data()
