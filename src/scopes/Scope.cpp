@@ -290,9 +290,10 @@ void Scope::hideEvent(QHideEvent* event)
 void Scope::scheduleMeasurement()
 {
     const bool eyes = m_contents.view() == ScopeContents::View::Eyes;
-    const bool due = m_unmeasured && isVisible() && (m_enlarged || eyes) && !isFrozen();
+    const bool due =
+        m_unmeasured && isVisible() && m_plotsShown && (m_enlarged || eyes) && !isFrozen();
     if (due && !m_measureTimer.isActive()) {
-        m_measureTimer.start(m_enlarged ? FiguresMs : FoldMs);
+        m_measureTimer.start(!m_enlarged ? FoldMs : eyes ? EyeFiguresMs : FiguresMs);
     }
 }
 

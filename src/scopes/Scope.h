@@ -148,6 +148,8 @@ public:
     QVector<ScopeFigure> figures() const;
     /// The shortest time between two readings of the numbers, in milliseconds.
     static constexpr int FiguresMs = 500;
+    /// The same of an eye pattern, which costs more to measure.
+    static constexpr int EyeFiguresMs = 1000;
 
     /// Sets how long the signal stays on the screen; Short at first. SDI strips have no
     /// persistence.

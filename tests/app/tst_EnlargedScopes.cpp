@@ -383,6 +383,24 @@ private slots:
         QCOMPARE(strip().figures().constFirst().value, u"---"_s); // that was long ago
     }
 
+    void the_numbers_of_an_eye_follow_at_most_once_a_second()
+    {
+        QCOMPARE(Scope::EyeFiguresMs, 1000);
+        send("SM,1,2");
+        enlarge(1);
+        QSignalSpy blocks(&scope(1), &Scope::rcv_eye_msg);
+        receive(1, steady(Half, Half), blocks);
+        auto* timer = part<QTimer>(scope(1), "measureTimer");
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 1000);
+        send("SM,1,1");
+        receive(1, steady(Half, Half), blocks);
+        testClock::expire(timer); // the one that was under way
+        receive(1, steady(Half, Half), blocks);
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 500);
+    }
+
     void the_numbers_of_a_real_signal_stand_below_it_data()
     {
         QTest::addColumn<int>("mode");
