@@ -144,7 +144,7 @@ public:
     bool isFrozen() const { return m_contents.frozen(); }
 
     /// \return the numbers of an enlarged scope; "---" in place of those that are not certain, and
-    /// of all while nothing is received.
+    /// of all while nothing is received and while the plots are hidden.
     QVector<ScopeFigure> figures() const;
     /// The shortest time between two readings of the numbers, in milliseconds.
     static constexpr int FiguresMs = 500;

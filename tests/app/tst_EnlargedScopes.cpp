@@ -214,6 +214,53 @@ private slots:
         QTRY_COMPARE(strip().figures().at(4).value, QString::number('e'));
     }
 
+    void the_numbers_of_a_frozen_scope_are_those_of_its_picture()
+    {
+        send("SM,1,1");
+        enlarge(1);
+        receiveSignal(1, u"qpsk:snr=20"_s);
+        press("freezeKey");
+        QVERIFY(!part<QTimer>(scope(1), "measureTimer")->isActive());
+        QCOMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+        QCOMPARE(scope(1).constellation().idealPoints().size(), 4);
+        receiveSignal(1, u"bpsk:snr=20"_s);
+        clickOn(title());
+        enlarge(1); // frozen as it was left
+        QCOMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+        QCOMPARE(scope(1).constellation().idealPoints().size(), 4);
+        press("freezeKey"); // what was held counts now
+        auto* timer = part<QTimer>(scope(1), "measureTimer");
+        testClock::expire(timer);
+        QCOMPARE(scope(1).constellation().idealPoints().size(), 4); // one failure is none
+        receiveSignal(1, u"bpsk:snr=20"_s);
+        testClock::expire(timer);
+        receiveSignal(1, u"bpsk:snr=20"_s);
+        testClock::expire(timer);
+        QCOMPARE(strip().figures().constFirst().value, u"BPSK"_s);
+    }
+
+    void the_numbers_of_hidden_plots_are_not_shown()
+    {
+        send("SM,1,1");
+        enlarge(1);
+        receiveSignal(1, u"qpsk:snr=20"_s);
+        testClock::expire(part<QTimer>(scope(1), "measureTimer"));
+        QCOMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+        send("SQ,1,0");
+        QTRY_COMPARE(strip().figures().constFirst().value, u"---"_s);
+        send("SQ,1,1");
+        QTRY_COMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+    }
+
+    void the_names_of_the_numbers_follow_the_plot_type_at_once()
+    {
+        enlarge(1);
+        scope(1).setPlotType(Scope::Sdi);
+        QCOMPARE(strip().figures().constFirst().name, u"Byte 1"_s);
+        scope(1).togglePlotType();
+        QCOMPARE(strip().figures().constFirst().name, u"I opening"_s);
+    }
+
     void frozen_is_written_on_the_small_scope_as_well()
     {
         enlarge(1);
@@ -312,6 +359,30 @@ private slots:
             }
         }
         QCOMPARE(red() > 50, stays);
+    }
+
+    void infinite_persistence_keeps_what_a_smaller_range_would_lose()
+    {
+        send("SM,1,1");
+        enlarge(1);
+        press("infinitePersistenceKey");
+        QVector<double> spike(256, 0.9);
+        QVector<double> small(256, 0.05);
+        scope(1).plotEyeConsData(spike, spike);
+        const QImage before = picture(1);
+        for (int k = 0; k < 2 * RangeKeeper::ShrinkAfter; ++k) {
+            scope(1).plotEyeConsData(small, small);
+        }
+        auto* plot = part<PlotView>(scope(1), "plotI");
+        QCOMPARE(plot->content()->axes().xMax, 100.0);
+        const QRect corner =
+            QRect(QPoint(), plot->dataArea().size() / 8)
+                .translated(plot->dataArea().right() - plot->dataArea().width() / 8,
+                    plot->dataArea().top());
+        QCOMPARE(picture(1).copy(corner), before.copy(corner));
+        press("clearKey");
+        scope(1).plotEyeConsData(small, small);
+        QCOMPARE(plot->content()->axes().xMax, 6.0);
     }
 
     void the_other_scopes_go_on_receiving_and_are_not_painted()
@@ -483,7 +554,11 @@ private slots:
         send("SQ,1,0");
         QVERIFY(!part<QWidget>(scope(1), "plotI")->isVisible());
         QCOMPARE(scope(1).readout(), u"Hidden by the main unit"_s);
+        QSignalSpy records(&scope(1), &Scope::rcv_eye_msg);
+        receive(1, steady(Half, Half), records);
+        QVERIFY(!part<QTimer>(scope(1), "measureTimer")->isActive()); // for nobody
         send("SQ,1,1");
+        QVERIFY(part<QTimer>(scope(1), "measureTimer")->isActive());
         QVERIFY(part<QWidget>(scope(1), "plotI")->isVisible());
         testClock::expire(part<QTimer>(scope(1), "silence"));
         QVERIFY(scope(1).readout().startsWith(u"NO DATA"_s));
