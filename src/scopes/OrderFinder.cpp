@@ -7,7 +7,6 @@ namespace {
 
 using Complex = std::complex<double>;
 
-constexpr double Pi = 3.14159265358979323846;
 constexpr int FitRounds = 3;
 constexpr double MinRms = 4.0 / 32768.0;      // full scale: below, the steps of the samples show
 constexpr double MaxAxisRatio = 8.0;          // of a constellation that is no line

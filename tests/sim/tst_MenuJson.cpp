@@ -9,13 +9,14 @@
 #include "support/TestMain.h"
 #include "wire/Commands.h"
 
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
@@ -313,12 +314,12 @@ private slots:
                 text += (i > 0 ? ",\n" : "") + QByteArray("{\"message\": \"SK\", \"menu\": \"M") +
                     QByteArray::number(i) + "\", \"ignore\": [\"QN201\"]}";
             }
-            QElapsedTimer timer;
-            timer.start();
+            const auto start = std::clock(); // of this process alone, however loaded the machine is
             const MenuFile file = MenuFile::parse(withContent(text), u"f"_s);
             const auto findings = lint::check(file);
             const QByteArray written = menuJson::write(file.content());
-            return findings.isEmpty() && !written.isEmpty() ? qMax(qint64{1}, timer.elapsed()) : -1;
+            const auto ms = qint64{std::clock() - start} * 1000 / CLOCKS_PER_SEC;
+            return findings.isEmpty() && !written.isEmpty() ? qMax(qint64{1}, ms) : -1;
         };
         const qint64 few = timeFor(2000);
         const qint64 many = timeFor(8000);
