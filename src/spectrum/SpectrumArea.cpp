@@ -18,7 +18,7 @@ constexpr int SpanPoints = 24;
 constexpr int ControlsWidth = 188;
 constexpr int SwitchHeight = 84;
 constexpr int SwitchGap = 4;
-constexpr int ToolsWidth = 54;
+constexpr int ToolsWidth = 48;
 constexpr int SwitchWidth = (ControlsWidth - ToolsWidth - 2 * SwitchGap) / 2;
 
 QString suffix(int channel)
