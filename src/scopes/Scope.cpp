@@ -20,11 +20,7 @@ constexpr int Red = 0; // The first line colour.
 constexpr QRgb NoteColor = 0xffc8c8c8;
 constexpr int NotePixels = 16;
 constexpr int FoldMs = 4000; // between two looks for the samples per symbol of a small eye
-
-QString hiddenNote()
-{
-    return QStringLiteral("Hidden by the main unit");
-}
+constexpr QLatin1String HiddenNote("Hidden by the main unit");
 
 ScopeContents::View viewOf(int plotType)
 {
@@ -115,13 +111,10 @@ void Scope::shareHeight()
 
 void Scope::fixIsize()
 {
-    QSize largest(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    if (m_plotType == Constellation && !m_disableFixIsize && !m_enlarged) {
-        const int side = std::max(1, std::min(width(), height()));
-        largest = QSize(side, side);
-    }
-    if (m_plotI->maximumSize() != largest) {
-        m_plotI->setMaximumSize(largest);
+    const bool square = m_plotType == Constellation && !m_disableFixIsize && !m_enlarged;
+    const int side = square ? std::max(1, std::min(width(), height())) : QWIDGETSIZE_MAX;
+    if (m_plotI->maximumSize() != QSize(side, side)) {
+        m_plotI->setMaximumSize(side, side);
     }
 }
 
@@ -169,7 +162,7 @@ void Scope::paintEvent(QPaintEvent* event)
         large.setPixelSize(NotePixels);
         painter.setFont(large);
         painter.setPen(QColor::fromRgb(NoteColor));
-        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, hiddenNote());
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, HiddenNote);
     }
 }
 
@@ -371,7 +364,7 @@ void Scope::showStale()
 QString Scope::readout() const
 {
     if (!m_plotsShown) {
-        return hiddenNote();
+        return HiddenNote;
     }
     QStringList texts;
     for (const PlotView* plot : {m_plotI, m_plotQ}) {
@@ -419,11 +412,7 @@ void Scope::serialDataReceived()
         if (bytes.isEmpty()) {
             return;
         }
-        if (m_plotType == Sdi) {
-            decodeSdi(bytes);
-        } else {
-            decodeIq(bytes);
-        }
+        m_plotType == Sdi ? decodeSdi(bytes) : decodeIq(bytes);
     }
 }
 
