@@ -571,6 +571,34 @@ private slots:
         QVERIFY(scope(1).isVisible());
     }
 
+    void a_scope_that_is_deleted_while_it_is_enlarged_is_tolerated()
+    {
+        enlarge(2);
+        delete page().scope(2);
+        press("freezeKey");
+        press("clearKey");
+        send("SM,2,1");
+        QCOMPARE(page().modeButton(2)->text(), u"Demod 2 Constellation"_s);
+        clickOn(title());
+        QCOMPARE(page().enlarged(), 0);
+        enlarge(1);
+        QVERIFY(scope(1).isVisible());
+    }
+
+    void a_spectrum_card_that_appears_leaves_a_scope_enlarged()
+    {
+        enlarge(2);
+        send("ST,1");
+        QCOMPARE(page().enlarged(), 2);
+        QVERIFY(scope(2).isVisible());
+        auto* view = part<QPushButton>(*m_window, "scopesButton");
+        clickOn(view); // the spectrum
+        QVERIFY(!scope(2).isVisible());
+        clickOn(view); // the menus
+        clickOn(view);
+        QVERIFY(scope(2).isVisible() && page().enlarged() == 2);
+    }
+
     void the_mode_button_of_an_enlarged_scope_opens_its_list()
     {
         enlarge(2);
