@@ -10,21 +10,25 @@ from __future__ import annotations
 
 import sys
 
-from qn740 import Panel, Unit
+from qn740 import MessageError, Panel, Unit
 
 
 def check(path: str) -> bool:
     """Returns whether the panel takes every message of the file."""
     with Unit() as unit, Panel(unit) as panel:
         unit.wait_for_panel()
-        count = unit.send_file(path)
+        try:
+            count = unit.send_file(path)
+        except (MessageError, OSError) as error:
+            print(f"{path}: {error}")
+            return False
         # The panel answers when it has handled everything before.
         unit.send("PING")
         unit.expect("PONG", timeout=20)
         ignored = panel.ignored()
     for reason in ignored:
         print(f"{path}: {reason}")
-    print(f"{path}: {count} messages, {len(ignored)} ignored")
+    print(f"{path}: {count} message{'' if count == 1 else 's'}, {len(ignored)} ignored")
     return not ignored
 
 

@@ -128,9 +128,15 @@ class Unit:
 
     def send_file(self, path: str | pathlib.Path) -> int:
         """Sends the messages of a menu file, as the simulator does: one a line, "#" begins a comment,
-        "wait 500" waits so many milliseconds. Returns the number of messages."""
+        "wait 500" waits so many milliseconds. Returns the number of messages.
+
+        Raises MessageError for a file in JSON: `qn740-sim --export menu` writes it as lines.
+        """
         count = 0
-        for line in pathlib.Path(path).read_bytes().splitlines():
+        content = pathlib.Path(path).read_bytes()
+        if content.removeprefix(b"\xef\xbb\xbf").lstrip().startswith(b"{"):
+            raise MessageError(f"{path} is JSON: qn740-sim --export menu writes it as lines")
+        for line in content.splitlines():
             try:
                 text = line.decode("utf-8").lstrip("\ufeff \t")
             except UnicodeDecodeError:

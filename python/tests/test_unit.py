@@ -187,6 +187,12 @@ class UnitOnALine(unittest.TestCase):
         with self.assertRaises(OSError):
             self.unit.send_file(path)
 
+    def test_a_menu_file_in_json_is_refused(self) -> None:
+        path = self.directory / "my.json"
+        path.write_bytes(b'\xef\xbb\xbf\n {"version": 1, "content": []}')
+        with self.assertRaisesRegex(MessageError, "--export menu"):
+            self.unit.send_file(path)
+
     def test_raw_characters_are_sent_as_they_are(self) -> None:
         self.unit.send_raw("\x04x\xff")
         self.unit.send("PING")

@@ -43,6 +43,7 @@ constexpr Code Table[] = {
     {"QN309", Warning, "a range below zero on a pad without a minus sign"},
     {"QN310", Warning, "a slider step that has no effect"},
     {"QN311", Warning, "a number with a special value that has none"},
+    {"QN312", Warning, "a range of more than two numbers"},
     {"QN401", Error, "a selection without items"},
     {"QN402", Warning, "a file list without items"},
     {"QN403", Warning, "an item without a blank"},

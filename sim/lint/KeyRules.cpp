@@ -39,11 +39,12 @@ std::optional<double> number(const QString& text)
     return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-// Returns the range that an item means; nothing when the panel does not read it so.
+// Returns the range that an item means; nothing when the panel does not read it so. The panel reads
+// what is in front of the second blank, and nothing behind it.
 std::optional<Range> rangeOf(const QString& item)
 {
     const QStringList bounds = item.split(QLatin1Char(' '));
-    if (bounds.size() != 2) {
+    if (bounds.size() < 2) {
         return std::nullopt;
     }
     const auto first = number(bounds.at(0));
@@ -56,11 +57,18 @@ QString text(double value)
     return QString::number(value, 'g', 12);
 }
 
+// Whether something stands behind the two bounds of a range.
+bool hasSurplus(const QString& item)
+{
+    return !item.section(QLatin1Char(' '), 2).trimmed().isEmpty();
+}
+
 // The ranges of a key: of a number as they stand there, of a slider the one that it has.
 struct Ranges
 {
     QList<Range> all;
     QStringList unreadable;
+    QStringList withSurplus;
 };
 
 Ranges rangesOf(const QStringList& fields)
@@ -76,6 +84,9 @@ Ranges rangesOf(const QStringList& fields)
         }
         if (range) {
             ranges.all.append(*range);
+            if (hasSurplus(item)) {
+                ranges.withSurplus.append(item);
+            }
         } else if (!item.isEmpty()) {
             ranges.unreadable.append(item);
         }
@@ -121,12 +132,38 @@ void checkRanges(const QStringList& fields, const MenuPlace& place, Findings& fi
             QStringLiteral("the range \"%1\" is not two numbers with one blank between them")
                 .arg(wire::excerpt(item)));
     }
+    for (const QString& item : ranges.withSurplus.mid(0, 1)) {
+        findings.add("QN312", place,
+            QStringLiteral(
+                "the panel reads the first two numbers of \"%1\", and nothing behind them")
+                .arg(wire::excerpt(item)),
+            QStringLiteral("a number's ranges are separated by \":\", and have no unit"));
+    }
     for (const Range& range : ranges.all) {
         if (range.low > range.high) {
             findings.add("QN306", place,
                 QStringLiteral("the range from %1 to %2 is reversed: nothing lies in it")
                     .arg(text(range.low), text(range.high)),
                 QStringLiteral("the low bound comes first"));
+            break;
+        }
+    }
+}
+
+void checkSteps(const QStringList& fields, double width, const MenuPlace& place, Findings& findings)
+{
+    const QStringList steps = fields.value(Options).split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i < steps.size(); ++i) {
+        const auto step = number(steps.at(i).trimmed());
+        const bool isLost =
+            !step || std::fabs(*step) < 1 || std::fabs(*step) > width || i >= MaxSteps;
+        if (isLost || *step != std::floor(*step)) {
+            findings.add("QN310", place,
+                (isLost ? QStringLiteral("the step \"%1\" has no effect")
+                        : QStringLiteral("the step \"%1\" loses its fraction"))
+                    .arg(wire::excerpt(steps.at(i))),
+                QStringLiteral("steps are up to %1 whole numbers from 1 to the width of the range")
+                    .arg(MaxSteps));
             break;
         }
     }
@@ -150,18 +187,7 @@ void checkSlider(const QStringList& fields, const MenuPlace& place, Findings& fi
             QStringLiteral("a slider goes in whole numbers from %1 to %2, and its two ends differ")
                 .arg(text(LowestSlider), text(HighestSlider)));
     }
-    const double width = std::fabs(range->low - range->high);
-    const QStringList steps = fields.value(Options).split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    for (qsizetype i = 0; i < steps.size(); ++i) {
-        const auto step = number(steps.at(i).trimmed());
-        if (!step || std::fabs(*step) < 1 || std::fabs(*step) > width || i >= MaxSteps) {
-            findings.add("QN310", place,
-                QStringLiteral("the step \"%1\" has no effect").arg(wire::excerpt(steps.at(i))),
-                QStringLiteral("steps are up to %1 whole numbers from 1 to the width of the range")
-                    .arg(MaxSteps));
-            break;
-        }
-    }
+    checkSteps(fields, std::fabs(range->low - range->high), place, findings);
 }
 
 void checkNumber(const QStringList& fields, const MenuPlace& place, Findings& findings)

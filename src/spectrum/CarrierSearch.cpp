@@ -12,12 +12,12 @@ constexpr double Above = 2.0; // Bins of a carrier lie this factor above the flo
 constexpr double MinRatio = 1.5;
 // A stronger one is not taken for a part of a wider one: 9 dB.
 constexpr double WholeRatio = 8.0;
-constexpr qsizetype MinBeside = 8;        // The bins beside a carrier that tell: so many,
+constexpr qsizetype MinBeside = 8;         // The bins beside a carrier that tell: so many,
 constexpr double MinBesideSpectra = 128.0; // and so many times the spectra in each of them,
-constexpr qsizetype BesidePart = 8;       // but at most this part of the spectrum.
-constexpr double BesideDeviations = 3.5;  // of a median, which says that more than noise is there
-constexpr double MedianDeviation = 1.253; // of a median to that of a mean
-constexpr int Rounds = 4;                 // The floor hardly changes after the second.
+constexpr qsizetype BesidePart = 8;        // but at most this part of the spectrum.
+constexpr double BesideDeviations = 3.5;   // of a median, which says that more than noise is there
+constexpr double MedianDeviation = 1.253;  // of a median to that of a mean
+constexpr int Rounds = 4;                  // The floor hardly changes after the second.
 constexpr qsizetype GuardPart = 8; // The guard on either side is this part of the carrier's width,
 constexpr qsizetype MinGuard = 2;  // but at least so many bins.
 

@@ -282,6 +282,8 @@ private slots:
         }());
         row("an editor that opens at once", "IK,Unlock,1,SYS:PIN:,0 9999,7,");
         row("a message box with a flag that is empty", "DB,Text,\nDB,KILLBOX\nDB,Text,0");
+        row("blank behind a range", "AK,M,a,L,1,A:,1 9 :20 30 ,0,,25,0,1\nSK,M");
+        row("blank behind a slider's range", "AK,M,a,L,3,A:,60 0 ,0,1: 5,5,0,1\nSK,M");
         row("the whole file silenced", "AK,M,a,L,5,A,,0,,0,0,1\n# qn740: ignore-file QN602 QN204");
     }
 
@@ -307,6 +309,10 @@ private slots:
         row("slider that stands still", "AK,M,a,L,3,A:,5 5,0,,5,0,1" + shown, "QN305");
         row("range with two blanks", "AK,M,a,L,1,A:,1  9,0,,0,0,1" + shown, "QN305");
         row("one range of two is bad", "AK,M,a,L,1,A:,1 9:x,0,,0,0,1" + shown, "QN305");
+        row("unit behind a range", "AK,M,a,L,1,A:,1 9 MHz,0,,5,0,1" + shown, "QN312");
+        row("unit behind a slider's range", "AK,M,a,L,3,A:,60 0 dB,0,,5,0,1" + shown, "QN312");
+        row("a second range without a colon", "AK,M,a,L,1,A:,1 9 20 30,0,,5,0,1" + shown, "QN312");
+        row("step in fractions", "AK,M,a,L,3,A:,60 0,0,1.5:5,5,0,1" + shown, "QN310");
         row("value of CV", "AK,M,a,L,1,A:,1 9,0,,5,0,1\nCV,M,a,0,0" + shown, "QN308");
         row("value of IK", "IK,L,1,A:,1 9,0,,,12", "QN308");
         row("command of IK", "IK,L,5,A,,0,", "QN602");

@@ -215,7 +215,7 @@ PaperPicture PaperPanel::drawBox(const QString& body)
 {
     send(body);
     settle();
-    const PaperPicture drawn = picture(u"Message box: "_s + body.section(u',', 1, 1));
+    PaperPicture drawn = picture(u"Message box: "_s + body.section(u',', 1, 1));
     send(u"DB,KILLBOX"_s);
     settle();
     return drawn;
