@@ -32,10 +32,11 @@ constexpr int CallgrindRuns = 200;
 constexpr int Signals = 16;    // blocks of a signal, which come again and again
 constexpr int WarmUpRuns = 60; // until the range is fitted and the meters are full
 
-// A line brings 7.5 blocks per second, and the figures follow twice per second: in 15 rounds there
-// are four measurements.
+// A line brings 7.5 blocks per second, and the figures follow twice per second, those of an eye
+// once: in 15 rounds there are four measurements, or two.
 constexpr int Rounds = 15;
 constexpr int Measurements = 1000 / Scope::FiguresMs * 2;
+constexpr int EyeMeasurements = 1000 / Scope::EyeFiguresMs * 2;
 
 // As "SM" carries them.
 constexpr int Constellation = 1;
@@ -69,7 +70,8 @@ class Page
 {
 public:
     Page(int mode, const QString& signal)
-        : m_blocks(signalOf(signal, mode == EyePattern ? iqBlock::EyeSamplesPerSymbol : 1))
+        : m_measurements(mode == EyePattern ? EyeMeasurements : Measurements)
+        , m_blocks(signalOf(signal, mode == EyePattern ? iqBlock::EyeSamplesPerSymbol : 1))
     {
         m_page.setFixedSize(PageSize);
         for (int n = 1; n <= ScopesPage::Demodulators; ++n) {
@@ -97,7 +99,7 @@ public:
             Block block = m_blocks[m_turn++ % m_blocks.size()];
             m_page.scope(n)->plotEyeConsData(block.i, block.q);
         }
-        m_measured += Measurements;
+        m_measured += m_measurements;
         if (m_page.enlarged() != 0 && m_measured >= Rounds) {
             m_measured -= Rounds;
             measure();
@@ -131,6 +133,7 @@ private:
         }
     }
 
+    int m_measurements; // in the time of Rounds
     ScopesPage m_page;
     std::vector<Block> m_blocks;
     QImage m_window{PageSize, QImage::Format_RGB32};

@@ -36,7 +36,7 @@ struct EyeFigures
 /// Measures an eye pattern over its last 16 blocks.
 ///
 /// addBlock() only keeps the block. figures() finds the samples per symbol and measures the eyes of
-/// I and Q, when a block has come since the last call; call it about four times per second while
+/// I and Q, when a block has come since the last call; call it about once per second while
 /// the numbers are shown, and not at all otherwise.
 class EyeMeter
 {

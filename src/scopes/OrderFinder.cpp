@@ -13,7 +13,7 @@ constexpr double MaxAxisRatio = 8.0;          // of a constellation that is no l
 constexpr double MinLineRatio = 5.0;          // of a line, which has 2 · Es/N0 + 1
 constexpr double MaxOrigin = 0.6;             // of the rms amplitude
 constexpr double MaxLimited = 0.03;           // share of samples that stand at a limit
-constexpr double HiddenPointsDb = 12.0;       // 64QAM reaches 13.2 dB as 16QAM
+constexpr double HiddenPointsDb = 11.8;       // 64QAM reaches 13.2 dB as 16QAM, 12.2 of 20 dB
 constexpr double CleanDb = 45.0;              // so clean that the residual may have any shape
 constexpr double FullScale = 32767.0 / 32768; // the outermost sample of the line
 
@@ -173,14 +173,27 @@ bool momentsMayBeOf(const PointMoments& moments, ModulationOrder order)
     return false;
 }
 
-// Whether what is left has less kurtosis than noise that is cut off at the decisions' borders: four
-// points of 64QAM in place of one have 1.
-bool hidesPoints(const ReceivedPoints& received, const ConstellationFit& fit)
+// A weaker test than residualIsNoise(): noise that is cut off at the decisions' borders has less
+// kurtosis, but several hidden points in place of one have 1.
+bool residualMayBeNoise(const DecisionCheck& check)
 {
-    constexpr double MinKurtosis = 1.6;
+    constexpr double MinKurtosis = 1.8;
+    constexpr double MaxAxes = 4.0;
+    const double x = check.squareX;
+    const double y = check.squareY;
+    return check.fourthX >= MinKurtosis * x * x && check.fourthY >= MinKurtosis * y * y &&
+        x <= MaxAxes * y && y <= MaxAxes * x;
+}
+
+// Whether another signal that has taken the place of the one before is told by its decisions: the
+// moments of MSK are those of QPSK, and those of 64QAM are near those of 16QAM.
+bool decisionsMayBeOf(const ReceivedPoints& received, const ConstellationFit& fit, double db)
+{
     const DecisionCheck check = DecisionCheck::of(received, fit.order, fit.toReceived.inverse());
-    return check.fourthX < MinKurtosis * check.squareX * check.squareX ||
-        check.fourthY < MinKurtosis * check.squareY * check.squareY;
+    const double tellsDb =
+        fit.order == ModulationOrder::Qam16 ? HiddenPointsDb : limitsOf(fit.order).findDb;
+    const bool tells = db > tellsDb && db < CleanDb;
+    return stepsAreOfData(check, fit.order) && (!tells || residualMayBeNoise(check));
 }
 
 bool isCertain(const ReceivedPoints& received, const ConstellationFit& fit)
@@ -233,6 +246,5 @@ ConstellationFit orderFinder::keep(const ReceivedPoints& received, const Constel
     if (!shapeIsPlausible(fit) || db < limitsOf(fit.order).keepDb) {
         return {};
     }
-    const bool closer = fit.order == ModulationOrder::Qam16 && db > HiddenPointsDb && db < CleanDb;
-    return !closer || !hidesPoints(received, fit) ? fit : ConstellationFit();
+    return decisionsMayBeOf(received, fit, db) ? fit : ConstellationFit();
 }

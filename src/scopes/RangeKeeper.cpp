@@ -41,10 +41,20 @@ void RangeKeeper::addPeak(double peak)
         return;
     }
     const double wanted = fitting(peak);
+    if (m_fitAnew) {
+        m_fitAnew = false;
+        m_limit = wanted;
+        m_smaller = 0;
+        m_largestSince = 0.0;
+        return;
+    }
     if (wanted >= m_limit) {
         m_limit = peak > m_limit ? wanted : m_limit;
         m_smaller = 0;
         m_largestSince = 0.0;
+        return;
+    }
+    if (!m_mayShrink) {
         return;
     }
     m_largestSince = std::max(m_largestSince, peak);

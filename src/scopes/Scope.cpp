@@ -140,6 +140,7 @@ void Scope::setPlotType(int type)
         setFrozen(false);
         clearPlots();
         layOutPlots();
+        emit figuresChanged();
         emit lookChanged();
     }
 }
@@ -238,6 +239,9 @@ void Scope::setPlotsShown(bool shown)
     m_plotsShown = shown;
     layOutPlots();
     update();
+    m_measureTimer.stop();
+    scheduleMeasurement();
+    emit figuresChanged();
 }
 
 void Scope::touched()
@@ -290,15 +294,16 @@ void Scope::hideEvent(QHideEvent* event)
 void Scope::scheduleMeasurement()
 {
     const bool eyes = m_contents.view() == ScopeContents::View::Eyes;
-    const bool due = m_unmeasured && isVisible() && (m_enlarged || eyes) && !isFrozen();
+    const bool due =
+        m_unmeasured && isVisible() && m_plotsShown && (m_enlarged || eyes) && !isFrozen();
     if (due && !m_measureTimer.isActive()) {
-        m_measureTimer.start(m_enlarged ? FiguresMs : FoldMs);
+        m_measureTimer.start(!m_enlarged ? FoldMs : eyes ? EyeFiguresMs : FiguresMs);
     }
 }
 
 void Scope::measure()
 {
-    if (isVisible() && !isFrozen() && !stale()) {
+    if (isVisible() && m_plotsShown && !stale()) {
         m_unmeasured = false;
         m_contents.measure();
         m_plotI->dataChanged();
@@ -309,8 +314,8 @@ void Scope::measure()
 
 QVector<ScopeFigure> Scope::figures() const
 {
-    return stale() || m_off ? scopeFigures::withoutValues(m_contents.figures())
-                            : m_contents.figures();
+    return stale() || m_off || !m_plotsShown ? scopeFigures::withoutValues(m_contents.figures())
+                                             : m_contents.figures();
 }
 
 void Scope::setFrozen(bool frozen)
@@ -318,6 +323,11 @@ void Scope::setFrozen(bool frozen)
     if (isFrozen() == frozen) {
         return;
     }
+    m_measureTimer.stop();
+    if (frozen && m_enlarged && m_unmeasured) {
+        measure(); // so that the numbers are those of the picture that is held
+    }
+    m_unmeasured = true;
     m_contents.setFrozen(frozen);
     showStale(); // what was held has ended "NO DATA"
     m_plotI->setFrozen(frozen);

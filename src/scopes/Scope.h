@@ -144,10 +144,12 @@ public:
     bool isFrozen() const { return m_contents.frozen(); }
 
     /// \return the numbers of an enlarged scope; "---" in place of those that are not certain, and
-    /// of all while nothing is received.
+    /// of all while nothing is received and while the plots are hidden.
     QVector<ScopeFigure> figures() const;
     /// The shortest time between two readings of the numbers, in milliseconds.
     static constexpr int FiguresMs = 500;
+    /// The same of an eye pattern, which costs more to measure.
+    static constexpr int EyeFiguresMs = 1000;
 
     /// Sets how long the signal stays on the screen; Short at first. SDI strips have no
     /// persistence.

@@ -127,6 +127,7 @@ void ScopeContents::setFrozen(bool frozen)
 void ScopeContents::setPersistence(DensityImage::Persistence persistence)
 {
     m_persistence = persistence;
+    m_range.setMayShrink(persistence != DensityImage::Persistence::Infinite);
     m_eyeI.setPersistence(persistence);
     m_eyeQ.setPersistence(persistence);
     m_constellation.setPersistence(persistence);
@@ -139,6 +140,9 @@ void ScopeContents::clear()
     }
     m_heldBlocks.clear();
     m_heldRecords.clear();
+    if (m_persistence == DensityImage::Persistence::Infinite) {
+        m_range.fitAnew(); // There is nothing left that a smaller range would lose.
+    }
     m_clippedI = m_clippedQ = false;
     forgetFigures();
 }

@@ -83,7 +83,7 @@ void ScopeKeys::showKey(const Key& key) const
     const bool usable = m_scope != nullptr && (!key.needsRange || m_scope->hasRange());
     const bool on = usable && key.isOn && key.isOn(*m_scope);
     // Setting a style sheet costs more than comparing it.
-    const QString sheet = on ? keyStyle::toggled(false) : keyStyle::enabled(false);
+    const QString sheet = on ? keyStyle::on() : keyStyle::enabled(false);
     if (key.button->styleSheet() != sheet) {
         key.button->setStyleSheet(sheet);
     }

@@ -2,6 +2,7 @@
 
 #include "touch/FittedLabel.h"
 #include "touch/HeldKeys.h"
+#include "touch/KeyStyle.h"
 #include "touch/PopUpStyle.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
@@ -20,12 +21,16 @@ constexpr int RepeatDelayMs = 400;
 constexpr int RepeatMs = 100;
 
 // Colours as in the pop-ups: a light ground with an edge, grey keys, blue while pressed.
-const char* const Look =
-    "ChartKeys {background-color: LightGray; border: 2px solid black; border-radius: 4px;} "
-    "#chartKeyPage {background-color: LightGray;} "
-    "QPushButton {background-color: #919191; color: black; border: 2px solid black; border-radius: 4px; font-size: 18px;} "
-    "QPushButton:checked {background-color: #2e8b57;} "
-    "QPushButton:pressed {background-color: #4169e1;}";
+QString look()
+{
+    return QStringLiteral(
+        "ChartKeys {background-color: LightGray; border: 2px solid black; border-radius: 4px;} "
+        "#chartKeyPage {background-color: LightGray;} "
+        "QPushButton {background-color: #919191; color: black; border: 2px solid black; border-radius: 4px; font-size: 18px;} "
+        "QPushButton:checked {background-color: %1;} "
+        "QPushButton:pressed {background-color: #4169e1;}")
+        .arg(keyStyle::onFace());
+}
 
 } // namespace
 
@@ -36,7 +41,7 @@ ChartKeys::ChartKeys(chartKeys::Place place, QWidget* parent)
     , m_stack(new QStackedLayout)
 {
     setObjectName(QStringLiteral("chartKeys"));
-    setStyleSheet(QLatin1String(Look));
+    setStyleSheet(look());
     m_title->setObjectName(QStringLiteral("chartKeysTitle"));
     m_title->setStyleSheet(popUpStyle::title());
     m_title->setAlignment(Qt::AlignCenter);

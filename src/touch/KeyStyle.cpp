@@ -33,6 +33,16 @@ QString toggled(bool largeFont)
               "QPushButton {background-color: green; border-width: 2px; border-style: solid; border-color: yellow; font-size: 16px; border-radius: 4px; font-weight: 480} QPushButton:pressed {background-color: #4169e1;}");
 }
 
+QString onFace()
+{
+    return QStringLiteral("#2e8b57");
+}
+
+QString on()
+{
+    return enabled(false).replace(QStringLiteral("#919191"), onFace());
+}
+
 QString disabled(bool largeFont)
 {
     return largeFont

@@ -20,7 +20,9 @@ bool isAbandoned(const QString& path)
     }
     QLocalSocket probe;
     probe.connectToServer(path);
-    return !probe.waitForConnected(ProbeMs);
+    // One that is only busy, or that belongs to somebody else, does not refuse.
+    return !probe.waitForConnected(ProbeMs) &&
+        probe.error() == QLocalSocket::ConnectionRefusedError;
 }
 
 } // namespace

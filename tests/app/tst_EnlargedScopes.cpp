@@ -6,6 +6,7 @@
 #include "scopes/PlotView.h"
 #include "sim/scope/SignalModel.h"
 #include "spectrum/Clock.h"
+#include "support/Contrast.h"
 #include "support/TestMain.h"
 #include "touch/Sizes.h"
 #include "touch/TextButton.h"
@@ -119,6 +120,19 @@ private slots:
         QCOMPARE(static_cast<int>(scope(1).persistence()), 0);
     }
 
+    void the_text_of_a_key_can_be_read_whether_or_not_it_is_on()
+    {
+        enlarge(1);
+        press("freezeKey");
+        for (const char* key : {"freezeKey", "fittedRangeKey", "fixedRangeKey", "clearKey"}) {
+            auto* button = part<TextButton>(*m_window, key);
+            const QColor face = button->grab().toImage().pixelColor(8, button->height() / 2);
+            QVERIFY2(contrast::ratio(button->palette().color(QPalette::ButtonText), face) >=
+                    contrast::Text,
+                key);
+        }
+    }
+
     void fixed_and_fitted_range_are_told_on_the_glass_data()
     {
         QTest::addColumn<int>("mode");
@@ -198,6 +212,53 @@ private slots:
         press("freezeKey");
         QVERIFY(picture(1) != held);
         QTRY_COMPARE(strip().figures().at(4).value, QString::number('e'));
+    }
+
+    void the_numbers_of_a_frozen_scope_are_those_of_its_picture()
+    {
+        send("SM,1,1");
+        enlarge(1);
+        receiveSignal(1, u"qpsk:snr=20"_s);
+        press("freezeKey");
+        QVERIFY(!part<QTimer>(scope(1), "measureTimer")->isActive());
+        QCOMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+        QCOMPARE(scope(1).constellation().idealPoints().size(), 4);
+        receiveSignal(1, u"bpsk:snr=20"_s);
+        clickOn(title());
+        enlarge(1); // frozen as it was left
+        QCOMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+        QCOMPARE(scope(1).constellation().idealPoints().size(), 4);
+        press("freezeKey"); // what was held counts now
+        auto* timer = part<QTimer>(scope(1), "measureTimer");
+        testClock::expire(timer);
+        QCOMPARE(scope(1).constellation().idealPoints().size(), 4); // one failure is none
+        receiveSignal(1, u"bpsk:snr=20"_s);
+        testClock::expire(timer);
+        receiveSignal(1, u"bpsk:snr=20"_s);
+        testClock::expire(timer);
+        QCOMPARE(strip().figures().constFirst().value, u"BPSK"_s);
+    }
+
+    void the_numbers_of_hidden_plots_are_not_shown()
+    {
+        send("SM,1,1");
+        enlarge(1);
+        receiveSignal(1, u"qpsk:snr=20"_s);
+        testClock::expire(part<QTimer>(scope(1), "measureTimer"));
+        QCOMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+        send("SQ,1,0");
+        QTRY_COMPARE(strip().figures().constFirst().value, u"---"_s);
+        send("SQ,1,1");
+        QTRY_COMPARE(strip().figures().constFirst().value, u"QPSK"_s);
+    }
+
+    void the_names_of_the_numbers_follow_the_plot_type_at_once()
+    {
+        enlarge(1);
+        scope(1).setPlotType(Scope::Sdi);
+        QCOMPARE(strip().figures().constFirst().name, u"Byte 1"_s);
+        scope(1).togglePlotType();
+        QCOMPARE(strip().figures().constFirst().name, u"I opening"_s);
     }
 
     void frozen_is_written_on_the_small_scope_as_well()
@@ -300,6 +361,30 @@ private slots:
         QCOMPARE(red() > 50, stays);
     }
 
+    void infinite_persistence_keeps_what_a_smaller_range_would_lose()
+    {
+        send("SM,1,1");
+        enlarge(1);
+        press("infinitePersistenceKey");
+        QVector<double> spike(256, 0.9);
+        QVector<double> small(256, 0.05);
+        scope(1).plotEyeConsData(spike, spike);
+        const QImage before = picture(1);
+        for (int k = 0; k < 2 * RangeKeeper::ShrinkAfter; ++k) {
+            scope(1).plotEyeConsData(small, small);
+        }
+        auto* plot = part<PlotView>(scope(1), "plotI");
+        QCOMPARE(plot->content()->axes().xMax, 100.0);
+        const QRect corner =
+            QRect(QPoint(), plot->dataArea().size() / 8)
+                .translated(plot->dataArea().right() - plot->dataArea().width() / 8,
+                    plot->dataArea().top());
+        QCOMPARE(picture(1).copy(corner), before.copy(corner));
+        press("clearKey");
+        scope(1).plotEyeConsData(small, small);
+        QCOMPARE(plot->content()->axes().xMax, 6.0);
+    }
+
     void the_other_scopes_go_on_receiving_and_are_not_painted()
     {
         for (int n = 1; n <= 3; ++n) {
@@ -367,6 +452,24 @@ private slots:
         QVERIFY(scope(1).readout().contains(u"Byte 1 97"_s));
         testClock::expire(part<QTimer>(scope(1), "silence"));
         QCOMPARE(strip().figures().constFirst().value, u"---"_s); // that was long ago
+    }
+
+    void the_numbers_of_an_eye_follow_at_most_once_a_second()
+    {
+        QCOMPARE(Scope::EyeFiguresMs, 1000);
+        send("SM,1,2");
+        enlarge(1);
+        QSignalSpy blocks(&scope(1), &Scope::rcv_eye_msg);
+        receive(1, steady(Half, Half), blocks);
+        auto* timer = part<QTimer>(scope(1), "measureTimer");
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 1000);
+        send("SM,1,1");
+        receive(1, steady(Half, Half), blocks);
+        testClock::expire(timer); // the one that was under way
+        receive(1, steady(Half, Half), blocks);
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 500);
     }
 
     void the_numbers_of_a_real_signal_stand_below_it_data()
@@ -451,7 +554,11 @@ private slots:
         send("SQ,1,0");
         QVERIFY(!part<QWidget>(scope(1), "plotI")->isVisible());
         QCOMPARE(scope(1).readout(), u"Hidden by the main unit"_s);
+        QSignalSpy records(&scope(1), &Scope::rcv_eye_msg);
+        receive(1, steady(Half, Half), records);
+        QVERIFY(!part<QTimer>(scope(1), "measureTimer")->isActive()); // for nobody
         send("SQ,1,1");
+        QVERIFY(part<QTimer>(scope(1), "measureTimer")->isActive());
         QVERIFY(part<QWidget>(scope(1), "plotI")->isVisible());
         testClock::expire(part<QTimer>(scope(1), "silence"));
         QVERIFY(scope(1).readout().startsWith(u"NO DATA"_s));

@@ -5,6 +5,7 @@
 #include "support/TestMain.h"
 #include "tools/measure/OrderTrials.h"
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -132,6 +133,45 @@ private slots:
         QVERIFY(std::abs(map.inverse().after(map)(point) - point) < 1e-12);
         const PlaneMap turn = PlaneMap::complexGain({0.0, 2.0}, {1.0, 0.0});
         QVERIFY(std::abs(turn({1.0, 0.0}) - Complex(1.0, 2.0)) < 1e-12);
+    }
+
+    // Each of them was kept for ever: its points are near those of the order that was there before.
+    void an_order_is_given_up_when_another_signal_takes_its_place_data()
+    {
+        QTest::addColumn<int>("order");
+        QTest::addColumn<QString>("next");
+        const auto row = [](const char* name, Order order, const QString& next) {
+            QTest::newRow(name) << int(order) << next;
+        };
+        row("BPSK, then 4PAM", Order::Bpsk, u"4PAM"_s);
+        row("BPSK, then a carrier", Order::Bpsk, u"carrier, 1/2 turn per symbol"_s);
+        row("QPSK, then MSK", Order::Qpsk, u"MSK"_s);
+        row("QPSK, then OQPSK", Order::Qpsk, u"OQPSK at the decisions of I"_s);
+        row("QPSK, then a carrier", Order::Qpsk, u"carrier, 1/4 turn per symbol"_s);
+        row("QPSK, then BPSK that turns", Order::Qpsk, u"BPSK, 1/4 turn per symbol"_s);
+        row("8PSK, then pi/4-QPSK", Order::Psk8, u"pi/4-QPSK"_s);
+        row("8PSK, then a carrier", Order::Psk8, u"carrier, 1/8 turn per symbol"_s);
+        row("8PSK, then QPSK that turns", Order::Psk8, u"QPSK, 1/8 turn per symbol"_s);
+    }
+
+    void an_order_is_given_up_when_another_signal_takes_its_place()
+    {
+        QFETCH(int, order);
+        QFETCH(QString, next);
+        ConstellationMeter meter;
+        AnalyticPoints before = pointsOf(static_cast<Order>(order), 20.0);
+        feed(meter, before, ConstellationMeter::MaxBlocks);
+        QCOMPARE(int(meter.figures().order), order);
+        const auto others = orderTrials::otherSignals(20.0);
+        const auto other = std::find_if(others.cbegin(), others.cend(),
+            [&next](const AnalyticPoints::Settings& signal) { return signal.name == next; });
+        QVERIFY(other != others.cend());
+        AnalyticPoints after(*other, 7);
+        for (int reading = 0; reading < 6; ++reading) {
+            feed(meter, after, 4);
+            QVERIFY(meter.figures().order == Order::Unknown || int(meter.figures().order) == order);
+        }
+        QCOMPARE(int(meter.figures().order), int(Order::Unknown));
     }
 
     // What leaves the range of the line becomes four clean points in the corners.

@@ -49,6 +49,23 @@ private slots:
         QCOMPARE(range.limit(), 1.0);
     }
 
+    void shrinks_only_if_it_may()
+    {
+        RangeKeeper range;
+        range.setMayShrink(false);
+        for (int k = 0; k < 10 * RangeKeeper::ShrinkAfter; ++k) {
+            range.addPeak(0.05);
+            QCOMPARE(range.limit(), 1.0);
+        }
+        range.fitAnew();
+        range.addPeak(0.05);
+        QCOMPARE(range.limit(), 0.06);
+        range.addPeak(0.5); // it may grow
+        QCOMPARE(range.limit(), 0.6);
+        range.addPeak(0.05);
+        QCOMPARE(range.limit(), 0.6);
+    }
+
     void does_not_jump_with_an_intermittent_signal()
     {
         RangeKeeper range;

@@ -10,6 +10,13 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,6 +26,21 @@ constexpr const char* Variable = "QN740_TEST_SOCKET";
 std::unique_ptr<LineServer> makeServer()
 {
     return std::make_unique<LineServer>(Variable, u"numbers"_s, logScopes);
+}
+
+int newSocket()
+{
+    return ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0);
+}
+
+sockaddr_un addressOf(const QString& path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray name = QFile::encodeName(path);
+    std::copy_n(
+        name.cbegin(), qMin<size_t>(name.size(), sizeof address.sun_path - 1), address.sun_path);
+    return address;
 }
 
 int takeLines(QLocalSocket& reader)
@@ -182,6 +204,38 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no numbers at .*: in use"_s));
         QVERIFY(!makeServer()->isListening());
         QCOMPARE(QFileInfo(file).size(), 8);
+    }
+
+    // A program that has not accepted its connections for a while serves its socket all the same.
+    void the_socket_of_a_busy_program_is_left_alone()
+    {
+        const int busy = newSocket();
+        const sockaddr_un address = addressOf(m_path);
+        const auto* at = reinterpret_cast<const sockaddr*>(&address);
+        QCOMPARE(::bind(busy, at, sizeof address), 0);
+        QCOMPARE(::listen(busy, 0), 0);
+        QVector<int> waiting;
+        do {
+            waiting += newSocket();
+        } while (::connect(waiting.constLast(), at, sizeof address) == 0);
+        QCOMPARE(errno, EAGAIN);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no numbers at .*: in use"_s));
+        QVERIFY(!makeServer()->isListening());
+        QVERIFY(QFileInfo::exists(m_path));
+        waiting += busy;
+        for (const int socket : waiting) {
+            ::close(socket);
+        }
+    }
+
+    void the_socket_that_a_killed_program_has_left_is_taken()
+    {
+        const int killed = newSocket();
+        const sockaddr_un address = addressOf(m_path);
+        QCOMPARE(::bind(killed, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        ::close(killed);
+        QVERIFY(QFileInfo::exists(m_path));
+        QVERIFY(makeServer()->isListening());
     }
 
     void a_path_that_cannot_be_used_is_reported()
