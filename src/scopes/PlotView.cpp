@@ -189,7 +189,7 @@ void PlotView::drawRangeNote(QPixmap& frame) const
     const int label = QFontMetrics(xAxis->labelFont()).horizontalAdvance(m_axes.xLabel);
     const QRect row(0, height() - LabelMargin, m_area.center().x() - label / 2, LabelMargin);
     painter.setFont(pixelFont(font(), NoteFontPixels));
-    painter.setPen(QColor::fromRgb(NoteColor));
+    painter.setPen(QColor::fromRgb(TextColor));
     painter.drawText(
         row.adjusted(AxisLine, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, m_rangeNote);
 }

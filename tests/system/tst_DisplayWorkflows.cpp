@@ -139,26 +139,36 @@ private slots:
         QVERIFY(shows(besideText(0, 0), Grey));
     }
 
-    void a_touch_on_a_plot_fixes_its_range_and_fits_it_again()
+    void a_touch_on_a_plot_enlarges_it_and_keys_fix_its_range_and_fit_it_again()
     {
         openMenu("Start");
         say("SM,1,2");
         touch(NextView);
         const QPoint plot(160, 70);
+        const QPoint title(260, 25);
+        const QPoint fittedRange(730, 78);
+        const QPoint fixedRange(730, 132);
+        const QPoint besideItsText(668, 132);
         const auto levels = [this] { return screen().picture().copy(FirstLevels); };
         QVERIFY(changes(screen().picture(), First)); // there is a signal to fit to
         QImage before = screen().picture();
         touch(plot);
-        QVERIFY(changes(before, FirstLevels));
+        QVERIFY(shows(besideItsText, Grey)); // there are keys beside the plot now
+        touch(fixedRange);
+        QVERIFY(shows(besideItsText, Green)); // not the blue of a key that is held down
         const QImage fixed = levels();
-        before = screen().picture();
-        touch(plot);
-        QVERIFY(changes(before, FirstLevels));
-        touch(plot);
+        touch(fittedRange);
+        QVERIFY(shows(besideItsText, Grey));
+        QVERIFY(QTest::qWaitFor([&] { return levels() != fixed; }, LongMs));
+        touch(fixedRange);
         // Full scale is the same for every signal.
         QVERIFY(QTest::qWaitFor([&] { return levels() == fixed; }, LongMs));
-        touch(plot);
+        touch(fittedRange);
         QVERIFY(QTest::qWaitFor([&] { return levels() != fixed; }, LongMs));
+        before = screen().picture();
+        touch(title);
+        QVERIFY(showsOther(besideItsText, Grey));
+        QVERIFY(changes(before, Third)); // the other scopes are back
         QCOMPARE(sent(), QByteArrayList());
     }
 
