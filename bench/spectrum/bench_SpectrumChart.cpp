@@ -11,7 +11,8 @@
 // to the window.
 //
 //   bench_SpectrumChart                        times, ratios and the share of a core
-//   bench_SpectrumChart --count WHO POINTS N   N spectra of one of "chart", "bare", "naive", to be
+//   bench_SpectrumChart --count WHO POINTS N   N spectra of one of "chart", "all" (a chart with all
+//                                              that can be switched on), "bare", "naive", to be
 //                                              counted by callgrind; the script "measure" does that
 #include "spectrum/BusFrame.h"
 #include "spectrum/SpectralCard.h"
@@ -94,6 +95,21 @@ public:
     }
 
     QSize size() const { return m_card->chart(0)->size(); }
+
+    // Averages, holds, a scale of its own, four markers and their differences.
+    void switchAllOn()
+    {
+        SpectrumChart& chart = *m_card->chart(0);
+        chart.setAveraging(16);
+        chart.setMaxHold(true);
+        chart.setMinHold(true);
+        draw();
+        chart.autoScale();
+        for (const double part : {-0.3, -0.1, 0.0, 0.2}) {
+            chart.addMarker(chart.centre() + part * chart.spanMHz());
+        }
+        chart.setMarkerDelta(true);
+    }
 
     void draw()
     {
@@ -333,6 +349,10 @@ int countOne(const QString& who, int points, int times)
     std::function<void()> draw;
     if (who == QLatin1String("chart")) {
         auto chart = std::make_shared<Chart>(points);
+        draw = [chart] { chart->draw(); };
+    } else if (who == QLatin1String("all")) {
+        auto chart = std::make_shared<Chart>(points);
+        chart->switchAllOn();
         draw = [chart] { chart->draw(); };
     } else if (who == QLatin1String("bare")) {
         auto bare = std::make_shared<Bare>(points, size);

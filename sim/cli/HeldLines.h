@@ -18,8 +18,8 @@ class HeldLines : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int HoldMs = 500;           ///< how long a line waits for the panel
-    static constexpr int GraceMs = 20;           ///< after a message that the panel has taken
+    static constexpr int HoldMs = 1500;          ///< how long a line waits for the panel
+    static constexpr int GraceMs = 100;          ///< after a message that the panel has taken
     static constexpr qsizetype MaxLines = 10000; ///< that wait; the first then goes out
 
     explicit HeldLines(QObject* parent = nullptr);

@@ -24,6 +24,8 @@ A menu file, and what is typed on standard input, has one message a line:
   AK,Menu,id,Label,1,R1:FREQ:,2200 2400,1,,2250.5,0,1
   # a comment              (blank lines are skipped too)
   wait 500                 (milliseconds)
+It may also be JSON, as "--export json" prints it; --check says by file and line what
+is wrong with either, see docs/lint.md. "# qn740: ignore QN602" silences a finding.
 Only typed, not in a file:
   raw \x02PING\x04         these bytes, whatever they are; the unit takes no note of them
   refuse R1:FREQ:*         as --refuse, from now on
@@ -84,6 +86,9 @@ Examples; the panel for them is QN740_DEV=/tmp/dev qn740-panel, in another shell
   qn740-sim --dir /tmp/dev
   printf 'AK,Mine,agc,AGC,0,R1:AGC:,,0,,0,0,1\nSK,Mine\n' >my.menu
   qn740-sim --check my.menu                     only say what is wrong with it
+  qn740-sim --check my.menu --strict --format json     the same for CI
+  qn740-sim --export json my.menu               print it as JSON
+  qn740-sim --export dot my.menu                print the graph of its menus
   qn740-sim --dir /tmp/dev --menu my.menu       these menus
   qn740-sim --dir /tmp/dev --menu my.menu --watch        and anew when they are saved
   qn740-sim --dir /tmp/dev --refuse 'R1:*' --delay '800:D?:*'

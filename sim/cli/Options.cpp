@@ -14,6 +14,9 @@ const QString Directory = QStringLiteral("dir");
 const QString Menu = QStringLiteral("menu");
 const QString Watch = QStringLiteral("watch");
 const QString Check = QStringLiteral("check");
+const QString Format = QStringLiteral("format");
+const QString Strict = QStringLiteral("strict");
+const QString Export = QStringLiteral("export");
 const QString NoMenus = QStringLiteral("no-menus");
 const QString Trace = QStringLiteral("trace");
 const QString TraceOnly = QStringLiteral("trace-only");
@@ -33,7 +36,7 @@ void addTraceTo(QCommandLineParser& parser)
     parser.addOption({LogPipe,
         QStringLiteral("Print why the panel ignores a message, behind the traced message. FILE is "
                        "a named pipe that the panel writes its standard error to, started with "
-                       "QT_LOGGING_RULES=\"qn740.ignored.debug=true;qn740.link.debug=true\"."),
+                       "QT_LOGGING_RULES=\"qn740-ignored.debug=true;qn740.link.debug=true\"."),
         QStringLiteral("FILE")});
 }
 
@@ -58,12 +61,32 @@ void addOwnTo(QCommandLineParser& parser)
         {Menu, QStringLiteral("Send the menus of FILE instead of the built-in ones."), file});
     parser.addOption({Watch,
         QStringLiteral(
-            "Watch the file of --menu. When it is saved and has no fault, send CLEAR and "
+            "Watch the file of --menu. When it is saved and --check finds no error, send CLEAR and "
             "the new menus, and show again what was shown.")});
     parser.addOption({Check,
-        QStringLiteral("Only check the menu file FILE: exit status 0 when it is good, else 1."),
-        file});
+        QStringLiteral(
+            "Only check the menu files that follow: exit status 1 when there is an error "
+            "in one of them, else 0.")});
+    parser.addOption({Strict, QStringLiteral("With --check: exit status 1 at a warning, too.")});
+    parser.addOption(
+        {Format, QStringLiteral("With --check: print the findings as \"text\" or as \"json\"."),
+            QStringLiteral("FORM"), QStringLiteral("text")});
+    parser.addOption({Export,
+        QStringLiteral("Only print the menu file that follows as \"json\", as lines (\"menu\"), or "
+                       "as a graph of its menus (\"dot\")."),
+        QStringLiteral("FORM")});
     parser.addOption({NoMenus, QStringLiteral("Send no menus, only what is typed.")});
+}
+
+MenuTools toolsFrom(const QCommandLineParser& parser)
+{
+    MenuTools tools;
+    tools.isStrict = parser.isSet(Strict);
+    tools.format = parser.value(Format);
+    tools.exportAs = parser.value(Export);
+    tools.isCheck = parser.isSet(Check);
+    tools.files = parser.positionalArguments();
+    return tools;
 }
 
 } // namespace
@@ -74,6 +97,8 @@ Options Options::parse(const QCoreApplication& application)
     parser.setApplicationDescription(helpText(LineOptions::faultHelp()));
     parser.addHelpOption();
     parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+        QStringLiteral("With --check and --export: menu files."), QStringLiteral("[FILE ...]"));
     addOwnTo(parser);
     addTraceTo(parser);
     ScopeOptions::addTo(parser);
@@ -81,12 +106,13 @@ Options Options::parse(const QCoreApplication& application)
     UnitOptions::addTo(parser);
     LineOptions::addTo(parser);
     parser.process(application);
-    if (!parser.positionalArguments().isEmpty()) {
+    const MenuTools tools = toolsFrom(parser);
+    if (!parser.positionalArguments().isEmpty() && !tools.isAsked()) {
         Printer::error(QStringLiteral("qn740-sim: unexpected argument \"%1\"; see --help")
                            .arg(parser.positionalArguments().constFirst()));
         std::exit(1);
     }
-    return {parser.value(Directory), parser.value(Menu), parser.isSet(Watch), parser.value(Check),
+    return {parser.value(Directory), parser.value(Menu), parser.isSet(Watch), tools,
         parser.isSet(NoMenus), traceOf(parser), parser.value(LogPipe), ScopeOptions::from(parser),
         CardOptions::from(parser), UnitOptions::from(parser), LineOptions::from(parser)};
 }
@@ -96,7 +122,8 @@ QString Options::fault() const
     if (watch && menu.isEmpty()) {
         return QStringLiteral("--watch goes with --menu");
     }
-    for (const QString& fault : {line.fault, scopes.fault, cards.fault, unit.fault}) {
+    for (const QString& fault :
+        {tools.fault(), line.fault, scopes.fault, cards.fault, unit.fault}) {
         if (!fault.isEmpty()) {
             return fault;
         }

@@ -2,6 +2,7 @@
 
 #include "sim/cli/CardOptions.h"
 #include "sim/cli/LineOptions.h"
+#include "sim/cli/MenuTools.h"
 #include "sim/cli/Printer.h"
 #include "sim/cli/ScopeOptions.h"
 #include "sim/cli/UnitOptions.h"
@@ -16,7 +17,7 @@ struct Options
     QString directory;    ///< --dir; empty for a directory of the program's own
     QString menu;         ///< --menu, the path; empty for the built-in menus
     bool watch = false;   ///< --watch: the menus are sent anew when the file is saved
-    QString check;        ///< --check, the path; empty when nothing is to be checked
+    MenuTools tools;      ///< of the check and the export of menu files
     bool noMenus = false; ///< --no-menus
     Printer::Trace trace; ///< --trace, --trace-only and --trace-not
     QString panelLog;     ///< --panel-log, the path; empty when the panel's log is not read

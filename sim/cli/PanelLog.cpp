@@ -13,7 +13,7 @@
 
 namespace {
 
-const QString IgnoredPrefix = QStringLiteral("qn740.ignored: ");
+const QString IgnoredPrefix = QStringLiteral("qn740-ignored: ");
 const QString LinkPrefix = QStringLiteral("qn740.link: ");
 
 } // namespace

@@ -12,7 +12,7 @@ class InputLines;
 /// with:
 ///
 ///     mkfifo log
-///     QT_LOGGING_RULES="qn740.ignored.debug=true;qn740.link.debug=true" qn740-panel 2>log
+///     QT_LOGGING_RULES="qn740-ignored.debug=true;qn740.link.debug=true" qn740-panel 2>log
 ///
 /// Of its lines, those about a message that it has taken and about one that it ignores are
 /// announced as such. The pipe is held open for writing, too: a panel may end and another one

@@ -6,6 +6,8 @@
 #include "sim/cli/TypedLine.h"
 #include "sim/line/PseudoTerminal.h"
 #include "sim/line/UnitDevices.h"
+#include "sim/lint/Linter.h"
+#include "sim/lint/Report.h"
 #include "sim/replay/RecordFile.h"
 #include "sim/replay/Replay.h"
 #include "sim/unit/CombinerMeter.h"
@@ -15,6 +17,7 @@
 
 #include <QCoreApplication>
 
+#include <cstdio>
 #include <unistd.h>
 
 namespace {
@@ -27,6 +30,14 @@ void typeLine(MainUnit& unit, const QByteArray& text)
     if (!fault.isEmpty()) {
         Printer::error(QLatin1String("refused: ") + fault);
     }
+}
+
+// Prints what the check finds in a file. Returns whether there is no error in it.
+bool passes(const MenuFile& menus)
+{
+    const lint::FileReport report{menus.name(), menus.messageCount(), lint::check(menus)};
+    std::fputs(lint::findingsText(report).toUtf8().constData(), stderr);
+    return report.count(lint::Severity::Error) == 0;
 }
 
 bool fail(const QString& reason)
@@ -192,16 +203,13 @@ void Simulation::follow(const MenuWatch& file, MainUnit& unit)
     });
     QObject::connect(&file, &MenuWatch::saved, &unit, [this, &file, &unit] {
         const MenuFile menus = MenuFile::load(file.path());
-        if (menus.errors().isEmpty()) {
+        if (passes(menus)) {
             m_printer.event(QStringLiteral("%1 was saved").arg(file.path()));
             unit.replaceMenus(menus.steps());
-            return;
+        } else {
+            Printer::error(
+                file.path() + QLatin1String(": was not sent; the menus stay as they are"));
         }
-        const QStringList errors = menus.errors();
-        for (const QString& error : errors) {
-            Printer::error(error);
-        }
-        Printer::error(file.path() + QLatin1String(": was not sent; the menus stay as they are"));
     });
 }
 

@@ -1,4 +1,4 @@
-// qn740-sim: plays the unit for a panel, or checks a menu file.
+// qn740-sim: plays the unit for a panel, or checks or exports a menu file.
 #include "sim/cli/Options.h"
 #include "sim/cli/Printer.h"
 #include "sim/cli/Simulation.h"
@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 
 #include <csignal>
-#include <cstdio>
 
 namespace {
 
@@ -19,17 +18,6 @@ int fail(const QStringList& errors)
         Printer::error(error);
     }
     return 1;
-}
-
-int checkFile(const QString& path)
-{
-    const MenuFile file = MenuFile::load(path);
-    if (!file.errors().isEmpty()) {
-        return fail(file.errors());
-    }
-    std::printf("%s: %lld messages, no fault\n", qPrintable(path),
-        static_cast<long long>(file.messageCount()));
-    return 0;
 }
 
 MenuFile menusFor(const Options& options)
@@ -66,11 +54,8 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("qn740-sim"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QN740_VERSION));
     const Options options = Options::parse(application);
-    if (!options.check.isEmpty()) {
-        return checkFile(options.check);
-    }
     if (!options.fault().isEmpty()) {
         return fail({QLatin1String("qn740-sim: ") + options.fault()});
     }
-    return simulate(options);
+    return options.tools.isAsked() ? options.tools.run() : simulate(options);
 }

@@ -1,10 +1,12 @@
 #include "sim/unit/MenuFile.h"
 
+#include "sim/menus/MenuJson.h"
 #include "sim/unit/MessageRules.h"
 #include "wire/Message.h"
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -46,10 +48,73 @@ MenuFile::Line parseWait(const QString& text)
     const int ms = text.mid(4).trimmed().toInt(&ok);
     if (!ok || ms < 0 || ms > MaxWaitMs) {
         return {std::nullopt,
-            QStringLiteral("wait needs a time in milliseconds from 0 to %1").arg(MaxWaitMs)};
+            QStringLiteral("wait needs a time in milliseconds from 0 to %1").arg(MaxWaitMs),
+            MenuFault::Kind::Wait};
     }
     return {MenuStep{MenuStep::Kind::Wait, {}, ms}, {}};
 }
+
+// Returns what the check is told by a comment; nothing when it is an ordinary comment.
+std::optional<MenuSilence> parseSilence(const QString& comment, const MenuPlace& place)
+{
+    static const QRegularExpression toCheck(QStringLiteral("^#+\\s*qn740:\\s*(.*)$"));
+    static const QRegularExpression form(
+        QStringLiteral("^(ignore|ignore-file)((?:[\\s,]+QN[0-9]+)+)(?:$|[\\s,:(])"));
+    static const QRegularExpression separator(QStringLiteral("[\\s,]+"));
+    const QRegularExpressionMatch match = toCheck.match(comment);
+    if (!match.hasMatch()) {
+        return std::nullopt;
+    }
+    const QRegularExpressionMatch parts = form.match(match.captured(1));
+    MenuSilence silence{place, {}, parts.captured(2).split(separator, Qt::SkipEmptyParts)};
+    silence.understood = parts.hasMatch();
+    silence.target.line = parts.captured(1) == QLatin1String("ignore") ? -1 : 0;
+    return silence;
+}
+
+// Reads a file line by line.
+class LineReader
+{
+public:
+    MenuContent read(const QByteArray& text)
+    {
+        for (const QByteArray& line : text.split('\n')) {
+            ++m_line;
+            take(line);
+        }
+        return m_content;
+    }
+
+private:
+    void take(const QByteArray& line)
+    {
+        const MenuFile::Line parsed = MenuFile::parseLine(line);
+        if (!parsed.fault.isEmpty()) {
+            m_content.faults.append({parsed.kind, parsed.fault, {m_line, {}}, parsed.body});
+        } else if (parsed.step) {
+            m_content.steps.append(*parsed.step);
+            m_content.steps.last().place.line = m_line;
+        } else {
+            takeComment(withoutLeadingBlanks(decoded(line)).trimmed());
+            return;
+        }
+        for (; m_waiting < m_content.silences.size(); ++m_waiting) {
+            MenuPlace& target = m_content.silences[m_waiting].target;
+            target.line = target.line < 0 ? m_line : target.line;
+        }
+    }
+
+    void takeComment(const QString& comment)
+    {
+        if (const auto silence = parseSilence(comment, {m_line, {}})) {
+            m_content.silences.append(*silence);
+        }
+    }
+
+    MenuContent m_content;
+    int m_line = 0;
+    qsizetype m_waiting = 0; // the first silence that may still wait for its line
+};
 
 } // namespace
 
@@ -66,49 +131,47 @@ MenuFile::Line MenuFile::parseLine(const QByteArray& line)
         return parseWait(text);
     }
     const QString body = wire::fromPrintable(text);
-    const QString fault = rules::fault(body);
-    if (!fault.isEmpty()) {
-        return {std::nullopt, fault};
+    const MenuFault fault = rules::check(body);
+    if (fault.kind != MenuFault::Kind::None) {
+        return {std::nullopt, fault.text, fault.kind, body};
     }
     return {MenuStep{MenuStep::Kind::Message, body, 0}, {}};
 }
 
+MenuFile::MenuFile(const QString& name, MenuContent content)
+    : m_name(name)
+    , m_content(std::move(content))
+{
+}
+
 MenuFile MenuFile::parse(const QByteArray& text, const QString& name)
 {
-    MenuFile file;
     const QByteArray byteOrderMark("\xef\xbb\xbf");
     const QByteArray plain = text.startsWith(byteOrderMark) ? text.mid(3) : text;
-    const QList<QByteArray> lines = plain.split('\n');
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        const Line line = parseLine(lines.at(i));
-        if (!line.fault.isEmpty()) {
-            file.addError(QStringLiteral("%1:%2: ").arg(name).arg(i + 1) + line.fault);
-        } else if (line.step) {
-            file.m_steps.append(*line.step);
-        }
-    }
-    if (file.m_moreErrors > 0) {
-        file.m_errors.append(QStringLiteral("%1: %2 more").arg(name).arg(file.m_moreErrors));
-    }
-    return file;
+    const bool isJson =
+        menuJson::isJson(plain) || name.endsWith(QLatin1String(".json"), Qt::CaseInsensitive);
+    return MenuFile(name, isJson ? menuJson::read(plain) : LineReader().read(plain));
+}
+
+MenuFile MenuFile::unreadable(const QString& name, const QString& reason)
+{
+    MenuContent content;
+    content.faults.append({MenuFault::Kind::Unreadable, reason});
+    return MenuFile(name, content);
 }
 
 MenuFile MenuFile::load(const QString& path)
 {
-    MenuFile file;
     QFile input(path);
     if (!input.open(QIODevice::ReadOnly)) {
-        file.addError(QStringLiteral("%1: %2").arg(path, input.errorString()));
-        return file;
+        return unreadable(path, input.errorString());
     }
     const QByteArray text = input.read(MaxFileBytes + 1);
     if (input.error() != QFileDevice::NoError) {
-        file.addError(QStringLiteral("%1: %2").arg(path, input.errorString()));
-        return file;
+        return unreadable(path, input.errorString());
     }
     if (text.size() > MaxFileBytes) {
-        file.addError(QStringLiteral("%1: larger than 16 MB").arg(path));
-        return file;
+        return unreadable(path, QStringLiteral("larger than 16 MB"));
     }
     return parse(text, path);
 }
@@ -125,15 +188,24 @@ MenuFile MenuFile::builtIn()
 
 qsizetype MenuFile::messageCount() const
 {
-    return std::count_if(m_steps.begin(), m_steps.end(),
+    return std::count_if(m_content.steps.begin(), m_content.steps.end(),
         [](const MenuStep& step) { return step.kind == MenuStep::Kind::Message; });
 }
 
-void MenuFile::addError(const QString& error)
+QStringList MenuFile::errors() const
 {
-    if (m_errors.size() < MaxErrors) {
-        m_errors.append(error);
-    } else {
-        m_moreErrors += 1;
+    QStringList errors;
+    const QList<MenuFault> shown = m_content.faults.mid(0, MaxErrors);
+    for (const MenuFault& fault : shown) {
+        const QString line =
+            fault.place.line > 0 ? QString::number(fault.place.line) + QLatin1Char(':') : QString();
+        const QString pointer =
+            fault.place.pointer.isEmpty() ? QString() : fault.place.pointer + QLatin1String(": ");
+        errors.append(m_name + QLatin1Char(':') + line + QLatin1Char(' ') + pointer + fault.text);
     }
+    if (m_content.faults.size() > MaxErrors) {
+        errors.append(
+            QStringLiteral("%1: %2 more").arg(m_name).arg(m_content.faults.size() - MaxErrors));
+    }
+    return errors;
 }

@@ -1,23 +1,13 @@
 #pragma once
 
+#include "sim/menus/MenuStep.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
-
-/// One step of a menu file: a message to send, or a time to wait. Bytes that are no message are
-/// only typed.
-struct MenuStep
-{
-    /// What the step does.
-    enum class Kind { Message, Wait, Raw };
-    Kind kind = Kind::Message; ///< which of the other members counts
-    QString body;              ///< of a message, without STX and EOT, or the bytes of Raw;
-                               ///< characters 0 to 255
-    int waitMs = 0;            ///< of a wait, 0 to 600000
-};
 
 /// A menu file: what the unit sends, one message per line.
 ///
@@ -29,15 +19,24 @@ struct MenuStep
 /// A line is UTF-8 or Latin-1 text. Blanks in front of it are skipped, blanks at its end belong to
 /// it. "\\xHH" stands for the byte HH and "\\\\" for a backslash, as in what the simulator prints.
 /// A line that is not a message is refused with file, line and reason. Reading goes on after it, so
-/// that all faults (up to a hundred) are reported at once.
+/// that all faults (up to a hundred) are reported at once. A text that begins with "{", or whose
+/// name ends in ".json", is a menu file in JSON, see sim/menus/MenuJson.h.
+///
+/// Two comments are instructions to the check: "# qn740: ignore QN404" silences the next line that
+/// is neither blank nor a comment, "# qn740: ignore-file QN204" the whole file.
 class MenuFile
 {
 public:
+    /// No menus at all.
+    MenuFile() = default;
+
     /// What one line says.
     struct Line
     {
         std::optional<MenuStep> step; ///< nothing for a comment or a blank line
         QString fault;                ///< why the line is refused; empty when it is accepted
+        MenuFault::Kind kind = MenuFault::Kind::None; ///< what kind of fault it is
+        QString body{};                               ///< of a message that is refused
     };
 
     /// Parses one line without its line break.
@@ -53,16 +52,21 @@ public:
     static MenuFile builtIn();
 
     /// \return the steps in the order of the file
-    const QList<MenuStep>& steps() const { return m_steps; }
+    const QList<MenuStep>& steps() const { return m_content.steps; }
+    /// \return all that stands in the file, with every fault
+    const MenuContent& content() const { return m_content; }
+    /// \return the name of the file, as it was given
+    const QString& name() const { return m_name; }
     /// \return the number of messages; waits are not counted
     qsizetype messageCount() const;
-    /// \return "FILE:LINE: reason" in the order of the lines; empty when the file is good
-    const QStringList& errors() const { return m_errors; }
+    /// \return "FILE:LINE: reason" in the order of the lines, for the first hundred faults; empty
+    /// when the file is good
+    QStringList errors() const;
 
 private:
-    void addError(const QString& error);
+    explicit MenuFile(const QString& name, MenuContent content = {});
+    static MenuFile unreadable(const QString& name, const QString& reason);
 
-    QList<MenuStep> m_steps;
-    QStringList m_errors;
-    int m_moreErrors = 0;
+    QString m_name;
+    MenuContent m_content;
 };

@@ -30,14 +30,15 @@ QString unknownWord(const QString& word)
     return QStringLiteral("unknown command word \"%1\"").arg(wire::excerpt(word));
 }
 
-QString faultOf(const wire::Command& command, const QStringList& fields)
+MenuFault faultOf(const wire::Command& command, const QStringList& fields)
 {
     if (fields.size() < command.completeFields) {
-        return QStringLiteral("%1 needs %2 field%3, this has %4")
-            .arg(command.word)
-            .arg(command.completeFields)
-            .arg(command.completeFields == 1 ? QString() : QStringLiteral("s"))
-            .arg(fields.size());
+        return {MenuFault::Kind::TooFew,
+            QStringLiteral("%1 needs %2 field%3, this has %4")
+                .arg(command.word)
+                .arg(command.completeFields)
+                .arg(command.completeFields == 1 ? QString() : QStringLiteral("s"))
+                .arg(fields.size())};
     }
     for (qsizetype i = 0; i < fields.size(); ++i) {
         const wire::Field* field = command.field(i);
@@ -45,7 +46,7 @@ QString faultOf(const wire::Command& command, const QStringList& fields)
             break;
         }
         if (!isValid(field->type, fields.at(i))) {
-            return wire::wrongValue(command, *field, fields.at(i));
+            return {MenuFault::Kind::WrongValue, wire::wrongValue(command, *field, fields.at(i))};
         }
     }
     return {};
@@ -69,19 +70,26 @@ QString unsendable(const QString& body)
 
 namespace rules {
 
-QString fault(const QString& body)
+MenuFault check(const QString& body)
 {
+    using Kind = MenuFault::Kind;
     if (body.size() > LongestMessage) {
-        return tooLong();
+        return {Kind::TooLong, tooLong()};
     }
-    QString reason = unsendable(body);
+    const QString reason = unsendable(body);
     if (!reason.isEmpty()) {
-        return reason;
+        return {Kind::Unsendable, reason};
     }
     QStringList fields = body.split(QLatin1Char(','));
     const QString word = fields.takeFirst();
     const wire::Command* known = wire::findCommand(wire::toPanel(), word);
-    return known == nullptr ? unknownWord(word) : faultOf(*known, fields);
+    return known == nullptr ? MenuFault{Kind::UnknownWord, unknownWord(word)}
+                            : faultOf(*known, fields);
+}
+
+QString fault(const QString& body)
+{
+    return check(body).text;
 }
 
 QString tooLong()

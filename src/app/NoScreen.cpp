@@ -15,10 +15,11 @@ QString g_firstWarning; // It names the cause; what follows is advice.
 void handle(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
 {
     if (type == QtFatalMsg) {
-        noScreen::report();
-        std::_Exit(static_cast<int>(ExitStatus::NoScreen));
+        noScreen::end();
     }
-    if (g_firstWarning.isEmpty() && (type == QtWarningMsg || type == QtCriticalMsg)) {
+    // Paths of the settings have nothing to do with the screen.
+    const bool aside = text.startsWith(QLatin1String("QStandardPaths"));
+    if (g_firstWarning.isEmpty() && !aside && (type == QtWarningMsg || type == QtCriticalMsg)) {
         g_firstWarning = text.simplified();
     }
 }
@@ -41,13 +42,15 @@ Guard::~Guard()
     }
 }
 
-void report()
+void end()
 {
     const QString cause = g_firstWarning.isEmpty()
         ? QStringLiteral("the platform plugin has found none")
         : g_firstWarning;
     std::fprintf(stderr, "qn740-panel: no screen: %s (QT_QPA_PLATFORM or -platform chooses it)\n",
         qPrintable(cause));
+    std::fflush(stderr);
+    std::_Exit(static_cast<int>(ExitStatus::NoScreen));
 }
 
 } // namespace noScreen

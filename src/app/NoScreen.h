@@ -17,7 +17,8 @@ public:
     Guard& operator=(const Guard&) = delete;
 };
 
-/// Says on standard error that there is no screen.
-void report();
+/// Says on standard error that there is no screen and ends the program with ExitStatus::NoScreen,
+/// at once: a platform plugin that was set up by half cannot be relied upon to clean up.
+[[noreturn]] void end();
 
 } // namespace noScreen

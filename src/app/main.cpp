@@ -79,8 +79,7 @@ int main(int argc, char** argv)
         const noScreen::Guard guard;
         application = std::make_unique<QApplication>(argc, argv);
         if (QGuiApplication::primaryScreen() == nullptr) {
-            noScreen::report();
-            return static_cast<int>(ExitStatus::NoScreen);
+            noScreen::end();
         }
     }
     return run(*application, governor);

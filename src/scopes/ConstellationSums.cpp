@@ -8,10 +8,10 @@ namespace {
 constexpr double Sqrt10 = 3.16227766016837933;
 
 // The level -3, -1, 1 or 3 (as 0 to 3) that is nearest to a coordinate of 16QAM.
-int level(double value)
+size_t level(double value)
 {
     const double steps = value * (Sqrt10 / 2.0) + 2.0;
-    return static_cast<int>(std::clamp(steps, 0.0, 3.0));
+    return static_cast<size_t>(std::clamp(steps, 0.0, 3.0));
 }
 
 // Which sector of a turn that begins at the positive x axis, out of four.
@@ -42,7 +42,7 @@ size_t nearest(double x, double y)
     } else if constexpr (Order == ModulationOrder::Psk8) {
         return octant(x, y);
     } else {
-        return static_cast<size_t>(4 * level(x) + level(y));
+        return 4 * level(x) + level(y);
     }
 }
 

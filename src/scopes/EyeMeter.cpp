@@ -8,10 +8,12 @@
 namespace {
 
 constexpr double Pi = 3.14159265358979323846;
-constexpr int Instants = 16;  // per symbol
-constexpr int HalfTaps = 4;   // samples to either side that a value between them is made of
+constexpr int Instants = 16; // per symbol
+constexpr int HalfTaps = 4;  // samples to either side that a value between them is made of
+constexpr size_t Taps = 2UL * HalfTaps;
 constexpr int Fractions = 64; // places between two samples
 constexpr size_t MinTraces = 60;
+constexpr size_t MaxTraces = 1000;
 
 // A sinc with a Hann window, for each of the places between two samples.
 class Between
@@ -45,7 +47,7 @@ public:
     }
 
 private:
-    std::array<std::array<double, 2 * HalfTaps>, Fractions> m_taps{};
+    std::array<std::array<double, Taps>, Fractions> m_taps{};
 };
 
 // The magnitudes of a component at one instant of all symbols.
@@ -90,29 +92,26 @@ struct Cut
     bool four = false; // there clearly are
 };
 
-Cut cutOf(const Magnitudes& magnitudes)
+constexpr double Infinite = 1e9;
+
+// Splits the magnitudes into two levels at their mean.
+void split(Cut& cut, const Magnitudes& magnitudes)
 {
-    constexpr double Infinite = 1e9;
     constexpr double MinShare = 0.2;
     constexpr double MinDistance = 4.0; // of two levels, in deviations; one level split has 2.7
-    Cut cut;
-    cut.all = levelOf(magnitudes, 0.0, Infinite);
     cut.inner = levelOf(magnitudes, 0.0, cut.all.mean);
     const Level outer = levelOf(magnitudes, cut.all.mean, Infinite);
     cut.four = std::min(cut.inner.count, outer.count) >= MinShare * cut.all.count &&
-        outer.mean - cut.inner.mean >=
-            MinDistance * std::max(cut.inner.deviation, outer.deviation) &&
-        cut.all.spread() > 0.1; // else they are one level, and the distance one of rounding
-    return cut;
+        outer.mean - cut.inner.mean >= MinDistance * std::max(cut.inner.deviation, outer.deviation);
 }
 
-// Between the decisions even two levels may look like more, but then their eye is open.
-bool hasFourLevels(const std::array<Cut, Instants>& cuts)
+// With two levels, whether the eye is open anywhere. If so, there are no more of them, though
+// between the decisions it may look like that.
+bool isOpen(const std::array<Cut, Instants>& cuts)
 {
     constexpr double ClosedSpread = 1.0 / 3.0;
-    return std::any_of(cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.four; }) &&
-        std::none_of(cuts.begin(), cuts.end(),
-            [](const Cut& cut) { return cut.all.spread() < ClosedSpread; });
+    return std::any_of(
+        cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.all.spread() < ClosedSpread; });
 }
 
 // The opening, and the instant with the least spread, by a parabola through the squares of three.
@@ -120,7 +119,8 @@ EyeOpening openingOf(const std::array<Cut, Instants>& cuts)
 {
     constexpr double Sigmas = 3.0;    // on either side, as in the eye height of an oscilloscope
     constexpr double MaxSpread = 0.6; // noise alone has 0.76
-    const bool four = hasFourLevels(cuts);
+    const bool four =
+        std::any_of(cuts.begin(), cuts.end(), [](const Cut& cut) { return cut.four; });
     std::array<double, Instants> squares{};
     for (size_t n = 0; n < squares.size(); ++n) {
         const Cut& cut = cuts[n];
@@ -199,22 +199,36 @@ void EyeMeter::findPeriod()
     }
     const SymbolPeriodFinder::Period period = m_periodFinder.find();
     m_figures.symbolPeriodFound = period.found;
-    m_figures.samplesPerSymbol =
-        period.found ? period.samplesPerSymbol : static_cast<double>(iqBlock::EyeSamplesPerSymbol);
+    constexpr double Usual = iqBlock::EyeSamplesPerSymbol;
+    constexpr double Near = 0.005 * Usual; // The finder can hardly tell less.
+    const bool other = period.found && std::abs(period.samplesPerSymbol - Usual) > Near;
+    m_figures.samplesPerSymbol = other ? period.samplesPerSymbol : Usual;
 }
 
 EyeOpening EyeMeter::openingOf(QVector<double> Block::*component) const
 {
     std::array<Magnitudes, Instants> magnitudes;
-    for (const Block& block : m_blocks) {
-        addBlockTo(magnitudes, block.*component, m_figures.samplesPerSymbol);
+    for (Magnitudes& instant : magnitudes) {
+        const double symbols = iqBlock::Records / m_figures.samplesPerSymbol + 1.0;
+        instant.reserve(m_blocks.size() * static_cast<size_t>(symbols));
+    }
+    // The newest blocks; with few samples per symbol, a part of them has symbols enough.
+    for (auto block = m_blocks.rbegin(); block != m_blocks.rend(); ++block) {
+        if (magnitudes.front().size() < MaxTraces) {
+            addBlockTo(magnitudes, *block.*component, m_figures.samplesPerSymbol);
+        }
     }
     std::array<Cut, Instants> cuts;
     for (size_t n = 0; n < cuts.size(); ++n) {
         if (magnitudes[n].size() < MinTraces) {
             return {};
         }
-        cuts[n] = cutOf(magnitudes[n]);
+        cuts[n].all = levelOf(magnitudes[n], 0.0, Infinite);
+    }
+    if (!isOpen(cuts)) {
+        for (size_t n = 0; n < cuts.size(); ++n) {
+            split(cuts[n], magnitudes[n]);
+        }
     }
     return ::openingOf(cuts);
 }

@@ -111,7 +111,7 @@ int EyePlot::pointsPerTrace() const
 std::vector<double> EyePlot::traces(const QVector<double>& samples) const
 {
     std::vector<double> points;
-    const qsizetype inner = samples.size() - 2 * Interpolator::HalfTaps;
+    const qsizetype inner = samples.size() - qsizetype{2} * Interpolator::HalfTaps;
     // The first decision that has enough samples in front of it for the interpolation.
     const double start = std::ceil(FirstSample / m_perSymbol) * m_perSymbol - FirstSample;
     const double perTrace = SymbolsPerTrace * m_perSymbol;

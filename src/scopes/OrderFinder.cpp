@@ -7,7 +7,6 @@ namespace {
 
 using Complex = std::complex<double>;
 
-constexpr double Pi = 3.14159265358979323846;
 constexpr int FitRounds = 3;
 constexpr double MinRms = 4.0 / 32768.0;      // full scale: below, the steps of the samples show
 constexpr double MaxAxisRatio = 8.0;          // of a constellation that is no line
@@ -112,6 +111,17 @@ double limitedShare(const std::vector<double>& samples)
     return static_cast<double>(at) / static_cast<double>(std::max<size_t>(1, samples.size()));
 }
 
+// Whether the line's own range cuts the signal off: what is then left of it may be any four points.
+bool isOverdriven(const ReceivedPoints& received)
+{
+    const auto cutOff = [](const std::vector<double>& samples) {
+        const auto at = std::count_if(samples.begin(), samples.end(),
+            [](double sample) { return std::abs(sample) >= FullScale; });
+        return static_cast<double>(at) > MaxLimited * static_cast<double>(samples.size());
+    };
+    return cutOff(received.x) || cutOff(received.y);
+}
+
 // Noise has a kurtosis of 3; two or four hidden points in place of one, and a smear along an arc or
 // a line, have less than 2.
 bool residualIsNoise(const DecisionCheck& check)
@@ -193,7 +203,7 @@ bool isCertain(const ReceivedPoints& received, const ConstellationFit& fit)
 ConstellationFit orderFinder::find(const ReceivedPoints& received)
 {
     PointMoments moments = PointMoments::secondOrder(received);
-    if (moments.power < MinRms * MinRms) {
+    if (moments.power < MinRms * MinRms || isOverdriven(received)) {
         return {};
     }
     ModulationOrder order = ModulationOrder::Bpsk;
@@ -214,7 +224,7 @@ ConstellationFit orderFinder::keep(const ReceivedPoints& received, const Constel
     if (before.order != ModulationOrder::Bpsk) {
         moments.addHigherOrders(received);
     }
-    if (!momentsMayBeOf(moments, before.order)) {
+    if (!momentsMayBeOf(moments, before.order) || isOverdriven(received)) {
         return {};
     }
     const ConstellationFit fit = ConstellationFit::of(

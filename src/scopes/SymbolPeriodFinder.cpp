@@ -189,11 +189,12 @@ SymbolPeriodFinder::Block SymbolPeriodFinder::sum() const
 }
 
 // Half the symbol rate lies where the power has dropped by 6 dB (signal) or 3 dB (noise behind the
-// same filter).
+// same filter), and goes on dropping; a line of the spectrum rises and falls.
 bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
 {
     constexpr double MinEdge = 0.04;
     constexpr double MaxEdge = 0.6;
+    constexpr double Uneven = 1.5; // the spectrum of a few blocks
     const auto half = static_cast<size_t>(distance) / 2;
     const size_t inside = std::max<size_t>(5, static_cast<size_t>(distance) * 3 / 10);
     double power = 0.0;
@@ -201,7 +202,10 @@ bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
         power += sum.power[k] / static_cast<double>(inside - 2);
     }
     const double edge = (sum.power[half] + sum.power[half + static_cast<size_t>(distance) % 2]) / 2;
-    return edge >= MinEdge * power && edge <= MaxEdge * power;
+    const auto reach = std::max<size_t>(3, static_cast<size_t>(distance) / 10);
+    const size_t outside = std::min(half + reach, sum.power.size() - 1);
+    return edge >= MinEdge * power && edge <= MaxEdge * power &&
+        sum.power[half - reach] * Uneven > edge && sum.power[outside] < edge * Uneven;
 }
 
 // Where the spectrum slopes, the window's main lobe sees more of the stronger side, so the edges

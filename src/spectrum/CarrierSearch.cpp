@@ -10,7 +10,14 @@ namespace {
 constexpr double Above = 2.0; // Bins of a carrier lie this factor above the floor: 3 dB.
 // Of the power of a carrier to that of the noise in its bins: 1.8 dB.
 constexpr double MinRatio = 1.5;
-constexpr int Rounds = 4;          // The floor hardly changes after the second.
+// A stronger one is not taken for a part of a wider one: 9 dB.
+constexpr double WholeRatio = 8.0;
+constexpr qsizetype MinBeside = 8;         // The bins beside a carrier that tell: so many,
+constexpr double MinBesideSpectra = 128.0; // and so many times the spectra in each of them,
+constexpr qsizetype BesidePart = 8;        // but at most this part of the spectrum.
+constexpr double BesideDeviations = 3.5;   // of a median, which says that more than noise is there
+constexpr double MedianDeviation = 1.253;  // of a median to that of a mean
+constexpr int Rounds = 4;                  // The floor hardly changes after the second.
 constexpr qsizetype GuardPart = 8; // The guard on either side is this part of the carrier's width,
 constexpr qsizetype MinGuard = 2;  // but at least so many bins.
 
@@ -45,7 +52,7 @@ CarrierSearch::CarrierSearch(const MeasuredSpectrum& spectrum)
         }
         measureNoise();
     }
-    if (found() && isWeak()) {
+    if (found() && (isWeak() || isPart())) {
         take(Run());
         measureNoise();
     }
@@ -57,14 +64,41 @@ void CarrierSearch::take(const Run& run)
     m_last = run.last;
 }
 
-// Whether this is only a part of a carrier that is too weak, or of noise that is not flat.
-bool CarrierSearch::isWeak() const
+// Of the carrier's power to that of the noise in its bins.
+double CarrierSearch::ratio() const
 {
     double sum = 0.0;
     for (qsizetype i = m_first; i <= m_last; ++i) {
         sum += static_cast<double>(m_powers.at(i));
     }
-    return sum < (1.0 + MinRatio) * m_floor * static_cast<double>(m_last - m_first + 1);
+    return sum / (m_floor * static_cast<double>(m_last - m_first + 1)) - 1.0;
+}
+
+// Whether this is a carrier that is too weak, or noise that is not flat.
+bool CarrierSearch::isWeak() const
+{
+    return ratio() < MinRatio;
+}
+
+// Whether this is only a part of a wider carrier, most of which lies less than 3 dB above the
+// noise: then more than noise lies beside its guard. Half of those bins would have to belong to
+// another carrier to be mistaken for that.
+bool CarrierSearch::isPart() const
+{
+    if (ratio() >= WholeRatio) {
+        return false;
+    }
+    const auto enough = static_cast<qsizetype>(std::ceil(MinBesideSpectra / m_shape));
+    const qsizetype count =
+        std::min(std::max(MinBeside, enough), std::max(MinBeside, m_powers.size() / BesidePart));
+    const double deviation = MedianDeviation / std::sqrt(m_shape * static_cast<double>(count));
+    const double limit = m_floor * (1.0 + BesideDeviations * deviation);
+    const auto isHigh = [this, count, limit](qsizetype first) {
+        QVector<float> bins = m_powers.mid(std::max(first, qsizetype{0}), count);
+        return bins.size() == count &&
+            noise::quantile(bins, 0.5) > limit * noise::medianOverMean(m_shape);
+    };
+    return isHigh(guardLast() + 1) || (guardFirst() >= count && isHigh(guardFirst() - count));
 }
 
 qsizetype CarrierSearch::guard() const

@@ -11,7 +11,8 @@
 /// Schemes", Biometrika 1954). Of several runs, the one with the most power is the carrier. The
 /// noise outside that run and a guard on either side of it gives a better floor, and the search is
 /// repeated with that. A carrier whose power in its bins is less than 1.8 dB above the noise in
-/// them is not taken as one.
+/// them is not taken as one, and neither is one of less than 9 dB beside which there is more than
+/// noise: it is a part of a wider carrier that is lost in the noise elsewhere.
 class CarrierSearch
 {
 public:
@@ -57,7 +58,9 @@ private:
     Run strongestRun() const;
     Run runAt(qsizetype first) const;
     void take(const Run& run);
+    double ratio() const;
     bool isWeak() const;
+    bool isPart() const;
     void measureNoise();
     qsizetype guard() const;
 

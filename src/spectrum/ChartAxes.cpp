@@ -11,13 +11,34 @@
 
 namespace {
 constexpr int MinRightMargin = 16;
+
+// Ticks with texts at some of the divisions, sub-ticks at the others: the grid has a line at each.
+class DivisionTicker : public QCPAxisTickerFixed
+{
+public:
+    void setDivisions(int perDivision, int perTick)
+    {
+        setTickStep(perTick);
+        m_between = perTick / perDivision - 1;
+    }
+
+protected:
+    int getSubTickCount(double /*tickStep*/) override { return m_between; }
+
+private:
+    int m_between = 0;
+};
 } // namespace
 
 void chartAxes::setUp(QCustomPlot& plot)
 {
     plot.axisRect()->setMargins(QMargins(0, chartLook::TitleHeight, MinRightMargin, 0));
     plot.xAxis->setTicker(QSharedPointer<QCPAxisTickerText>::create());
-    plot.yAxis->setTicker(QSharedPointer<QCPAxisTickerFixed>::create());
+    plot.yAxis->setTicker(QSharedPointer<DivisionTicker>::create());
+    plot.yAxis->setSubTicks(true);
+    plot.yAxis->setSubTickLength(0);
+    plot.yAxis->grid()->setSubGridVisible(true);
+    plot.yAxis->grid()->setSubGridPen(plot.yAxis->grid()->pen());
     plot.yAxis->setNumberFormat(QStringLiteral("f"));
     plot.yAxis->setNumberPrecision(0);
 }
@@ -30,8 +51,8 @@ void chartAxes::setRanges(QCustomPlot& plot, const FrequencyAxis& axis, const Ch
 
 void chartAxes::setTicks(QCustomPlot& plot, const FrequencyAxis& axis, const ChartScale& scale)
 {
-    qSharedPointerCast<QCPAxisTickerFixed>(plot.yAxis->ticker())
-        ->setTickStep(scale.tickStep(plot.height()));
+    qSharedPointerCast<DivisionTicker>(plot.yAxis->ticker())
+        ->setDivisions(scale.perDivision(), scale.tickStep(plot.height()));
     QStringList labels = tickTexts::texts(axis.ticks());
     if (labels.isEmpty()) {
         return; // A span without ticks.

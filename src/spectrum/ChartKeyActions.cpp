@@ -131,13 +131,12 @@ bool changeMarkers(Key key, SpectrumChart& chart)
     }
 }
 
-void changeMeasurement(Key key, const SpectrumChart& chart, Choice& choice, double nominal)
+void changeMeasurement(Key key, Choice& choice, double nominal)
 {
     if (key == Key::Narrower || key == Key::Wider) {
         const double from = choice.bandwidth > 0.0 ? choice.bandwidth : nominal;
         choice.kind = Measured::ChannelPower;
-        choice.bandwidth =
-            chartMeasurement::nextBandwidth(from, key == Key::Wider, chart.spanMHz());
+        choice.bandwidth = chartMeasurement::nextBandwidth(from, key == Key::Wider, nominal);
     }
     if (key == Key::ChannelAuto) {
         choice = {Measured::ChannelPower, 0.0};
@@ -154,7 +153,7 @@ void changeMeasurement(Key key, const SpectrumChart& chart, Choice& choice, doub
 void chartKeys::carryOut(Key key, SpectrumChart& chart, Choice& measurement, double nominal)
 {
     if (!changeTrace(key, chart) && !changeScale(key, chart) && !changeMarkers(key, chart)) {
-        changeMeasurement(key, chart, measurement, nominal);
+        changeMeasurement(key, measurement, nominal);
     }
 }
 

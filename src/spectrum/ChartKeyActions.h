@@ -14,7 +14,7 @@ constexpr int AverageDepth = 16;
 /// Carries out a key. Keys that open a page or close them do nothing here.
 /// \param chart whose key it is.
 /// \param measurement what is measured on it.
-/// \param nominal the span's nominal width in MHz, from which an automatic channel is stepped.
+/// \param nominal the span's nominal width in MHz, the widest channel that can be chosen.
 void carryOut(Key key, SpectrumChart& chart, chartMeasurement::Choice& measurement, double nominal);
 
 /// \return the keys that are in effect.

@@ -14,7 +14,7 @@ constexpr int Distance = 4; // from the edges of the panel, in pixels
 
 ChartKeyDialog::ChartKeyDialog(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
-    , m_keys(new ChartKeys(this))
+    , m_keys(new ChartKeys(chartKeys::Place::OwnWindow, this))
 {
     setObjectName(QStringLiteral("ChartKeyDialog"));
     setAttribute(Qt::WA_DeleteOnClose);

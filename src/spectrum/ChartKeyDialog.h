@@ -5,7 +5,7 @@
 class ChartKeys;
 
 /// The keys of a chart that stands on another page than its own, in a window in the left half of
-/// the panel: the chart in the right half stays in sight.
+/// the panel: the chart in the right half stays in sight. Measurements are left out.
 ///
 /// The window does not stop anything: it is opened with open(), and deletes itself when it is
 /// closed.

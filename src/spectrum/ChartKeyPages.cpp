@@ -13,17 +13,22 @@ Entry back()
     return {Key::Back, QStringLiteral("Back"), Kind::Plain, Wide};
 }
 
-QVector<Entry> firstPage()
+QVector<Entry> firstPage(chartKeys::Place place)
 {
-    return {
+    QVector<Entry> list{
         {Key::Average, QStringLiteral("Average"), Kind::Switch},
         {Key::MaxHold, QStringLiteral("Max Hold"), Kind::Switch},
         {Key::ToTrace, QStringLiteral("Trace")},
         {Key::ToScale, QStringLiteral("Scale")},
-        {Key::ToMarkers, QStringLiteral("Markers")},
-        {Key::ToMeasure, QStringLiteral("Measure")},
-        {Key::Close, QStringLiteral("Close"), Kind::Plain, Wide},
     };
+    if (place == chartKeys::Place::BesideChart) {
+        list += {Key::ToMarkers, QStringLiteral("Markers")};
+        list += {Key::ToMeasure, QStringLiteral("Measure")};
+    } else {
+        list += {Key::ToMarkers, QStringLiteral("Markers"), Kind::Plain, Wide};
+    }
+    list += {Key::Close, QStringLiteral("Close"), Kind::Plain, Wide};
+    return list;
 }
 
 QVector<Entry> tracePage()
@@ -113,11 +118,11 @@ QString chartKeys::title(Page page)
     return {};
 }
 
-QVector<chartKeys::Entry> chartKeys::entries(Page page)
+QVector<chartKeys::Entry> chartKeys::entries(Page page, Place place)
 {
     switch (page) {
     case Page::First:
-        return firstPage();
+        return firstPage(place);
     case Page::Trace:
         return tracePage();
     case Page::Scale:

@@ -86,8 +86,14 @@ const QVector<Page>& pages();
 /// \return the title of a page.
 QString title(Page page);
 
+/// Where the keys of a chart are.
+enum class Place {
+    BesideChart, ///< Beside the enlarged chart: all of them.
+    OwnWindow    ///< In a window: without measurements, which a chart elsewhere has no room for.
+};
+
 /// \return the keys of a page.
-QVector<Entry> entries(Page page);
+QVector<Entry> entries(Page page, Place place = Place::BesideChart);
 
 /// \return the page that a key opens. \param page what is returned for a key that opens none
 Page pageBehind(Key key, Page page);

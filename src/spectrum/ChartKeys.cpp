@@ -24,13 +24,14 @@ const char* const Look =
     "ChartKeys {background-color: LightGray; border: 2px solid black; border-radius: 4px;} "
     "#chartKeyPage {background-color: LightGray;} "
     "QPushButton {background-color: #919191; color: black; border: 2px solid black; border-radius: 4px; font-size: 18px;} "
-    "QPushButton:checked {background-color: green; color: white;} "
-    "QPushButton:pressed {background-color: #4169e1; color: white;}";
+    "QPushButton:checked {background-color: #2e8b57;} "
+    "QPushButton:pressed {background-color: #4169e1;}";
 
 } // namespace
 
-ChartKeys::ChartKeys(QWidget* parent)
+ChartKeys::ChartKeys(chartKeys::Place place, QWidget* parent)
     : QFrame(parent)
+    , m_place(place)
     , m_title(new FittedLabel(this))
     , m_stack(new QStackedLayout)
 {
@@ -68,7 +69,7 @@ QWidget* ChartKeys::newPage(chartKeys::Page page)
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(Spacing);
     int cell = 0;
-    for (const chartKeys::Entry& entry : chartKeys::entries(page)) {
+    for (const chartKeys::Entry& entry : chartKeys::entries(page, m_place)) {
         const int columns = entry.isWide ? Columns : 1;
         grid->addWidget(newKey(entry, widget), cell / Columns, cell % Columns, 1, columns);
         grid->setRowStretch(cell / Columns, 1);

@@ -21,8 +21,8 @@ class ChartKeys : public QFrame
     Q_OBJECT
 
 public:
-    /// Opens the first page.
-    explicit ChartKeys(QWidget* parent = nullptr);
+    /// Opens the first page. \param place where the keys are
+    explicit ChartKeys(chartKeys::Place place, QWidget* parent = nullptr);
 
     /// Sets which keys are in effect, whether their page is open or not.
     void setInEffect(const QVector<chartKeys::Key>& keys);
@@ -51,6 +51,7 @@ private:
         chartKeys::Kind kind = chartKeys::Kind::Plain;
     };
 
+    chartKeys::Place m_place;
     FittedLabel* m_title;
     QStackedLayout* m_stack;
     QHash<int, QWidget*> m_pages;  // by Page

@@ -15,6 +15,7 @@ using chartMeasurement::Reading;
 
 constexpr double Below = 26.0;         // dB below the highest level, of an automatic channel
 constexpr double HalfPower = 3.0;      // dB
+constexpr int Decades = 6;             // of the widths of a channel
 constexpr double KilohertzLimit = 1.0; // MHz; a smaller frequency error is written in kHz
 
 // A spectrum and how its frequencies are written.
@@ -105,7 +106,8 @@ Reading frequencyError(const Source& source)
 QVector<double> bandwidths(double widest)
 {
     QVector<double> list;
-    for (double decade = chartMeasurement::MinBandwidth; decade < widest; decade *= 10.0) {
+    for (int exponent = 0; exponent < Decades; ++exponent) {
+        const double decade = chartMeasurement::MinBandwidth * std::pow(10.0, exponent);
         for (const double step : {1.0, 1.5, 2.0, 3.0, 5.0, 7.5}) {
             if (step * decade < widest) {
                 list += step * decade;

@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int LineHeight = 17; // pixels
+constexpr qsizetype MaxWidths = 100;
 constexpr double WidestLevel = -100.0;
 
 // Numbers as they are written: a difference always has a sign.
@@ -85,6 +86,21 @@ QVector<TextFlow::Part> partsOf(const ChartReadout::Values& values, bool allMark
     return parts;
 }
 
+// The letters of a line on the ground of the chart.
+QPixmap pictureOf(const QString& line, const QColor& color, qreal ratio)
+{
+    const QFontMetrics metrics(chartLook::font());
+    const QSize size(qMax(1, metrics.horizontalAdvance(line)), metrics.height());
+    QPixmap picture(size * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(chartLook::Background);
+    QPainter painter(&picture);
+    painter.setFont(chartLook::font());
+    painter.setPen(color);
+    painter.drawText(QPoint(0, metrics.ascent()), line);
+    return picture;
+}
+
 } // namespace
 
 void ChartReadout::update(const Values& values, const Space& space)
@@ -109,8 +125,16 @@ void ChartReadout::update(const Values& values, const Space& space)
 void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& space)
 {
     const QFontMetrics metrics(chartLook::font());
-    const auto widthOf = [&metrics](
-                             const QString& text) { return metrics.horizontalAdvance(text); };
+    // What is measured are the widest texts, which seldom change: laying out a text costs more than
+    // anything else here.
+    const auto widthOf = [&metrics, this](const QString& text) {
+        if (m_widths.size() >= MaxWidths) {
+            m_widths.clear();
+        }
+        auto found = m_widths.find(text);
+        return found != m_widths.end() ? *found
+                                       : *m_widths.insert(text, metrics.horizontalAdvance(text));
+    };
     // As many parts as there is room for stand beside the title.
     const int beside = space.room - space.titleWidth - 2 * chartLook::TitleGap;
     qsizetype first = parts.size();
@@ -129,9 +153,11 @@ void ChartReadout::layOut(const QVector<TextFlow::Part>& parts, const Space& spa
     if (first < parts.size()) {
         lines += TextFlow::flow(parts.sliced(first), space.room, widthOf).lines;
     }
-    m_lines.clear();
-    for (const QString& line : std::as_const(lines)) {
-        m_lines += chartLook::preparedText(line);
+    m_lines.resize(lines.size());
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (m_lines.at(i).text != lines.at(i)) {
+            m_lines[i] = {lines.at(i), QPixmap()};
+        }
     }
     lines.removeAll(QString());
     m_text = lines.join(QLatin1Char('\n'));
@@ -143,16 +169,19 @@ int ChartReadout::headHeight() const
     return chartLook::TitleHeight + (m_besideTitle ? lines - 1 : lines) * LineHeight;
 }
 
-void ChartReadout::paint(QPainter& painter, int right, const QColor& color) const
+void ChartReadout::paint(QPainter& painter, int right, const QColor& color)
 {
-    const QFontMetrics metrics(chartLook::font());
-    painter.setFont(chartLook::font());
-    painter.setPen(color);
-    int y = m_besideTitle ? (chartLook::TitleHeight - metrics.height()) / 2
-                          : chartLook::TitleHeight - 2;
+    const int height = QFontMetrics(chartLook::font()).height();
+    int y = m_besideTitle ? (chartLook::TitleHeight - height) / 2 : chartLook::TitleHeight - 2;
+    const qreal ratio = painter.device()->devicePixelRatioF();
     for (qsizetype i = 0; i < m_lines.size(); ++i) {
-        const QStaticText& line = m_lines.at(i);
-        painter.drawStaticText(QPointF(right - line.size().width(), y), line);
+        Line& line = m_lines[i];
+        if (line.picture.isNull() || m_color != color || line.picture.devicePixelRatio() != ratio) {
+            line.picture = pictureOf(line.text, color, ratio);
+        }
+        const int width = qRound(line.picture.width() / ratio);
+        painter.drawPixmap(right - width, y, line.picture);
         y = m_besideTitle && i == 0 ? chartLook::TitleHeight - 2 : y + LineHeight;
     }
+    m_color = color;
 }

@@ -4,7 +4,8 @@
 #include "spectrum/SpectrumReading.h"
 
 #include <QColor>
-#include <QStaticText>
+#include <QHash>
+#include <QPixmap>
 #include <QString>
 #include <QVector>
 
@@ -13,9 +14,10 @@ class QPainter;
 /// What stands above a spectrum at the right: averaging, holds, scale, peak and markers.
 ///
 /// What fits beside the title stands there, the rest in one or more lines of its own between title
-/// and plot. update() lays it out; paint() only copies the prepared texts. Where all of it would
-/// take more of the chart than MaxPart, only the active one of several markers is read out; where
-/// that is still too much and saves a line, "Max" and "Min" stand for the holds.
+/// and plot. update() lays it out; paint() copies pictures of the lines, which it draws anew only
+/// when they have changed, because letters cost as much as a trace. Where all of it would take more
+/// of the chart than MaxPart, only the active one of several markers is read out; where that is
+/// still too much and saves a line, "Max" and "Min" stand for the holds.
 class ChartReadout
 {
 public:
@@ -68,13 +70,21 @@ public:
     int headHeight() const;
 
     /// Paints the lines in \a color so that they end at column \a right.
-    void paint(QPainter& painter, int right, const QColor& color) const;
+    void paint(QPainter& painter, int right, const QColor& color);
 
 private:
+    struct Line
+    {
+        QString text;
+        QPixmap picture; // null before it is painted
+    };
+
     void layOut(const QVector<TextFlow::Part>& parts, const Space& space);
 
     QString m_text;
-    QVector<QStaticText> m_lines;
-    bool m_besideTitle = false; // the first line
+    QVector<Line> m_lines;
+    QColor m_color;               // of the pictures
+    QHash<QString, int> m_widths; // of texts that were measured before
+    bool m_besideTitle = false;   // the first line
     bool m_over = false;
 };

@@ -72,6 +72,9 @@ double FrequencyAxis::nominalWidth() const
 qsizetype FrequencyAxis::indexAt(double frequency, qsizetype size) const
 {
     const auto bins = static_cast<double>(size);
-    const qsizetype nearest = qRound64((frequency - m_centre) * bins / width() + bins / 2.0);
-    return qBound(qsizetype{0}, nearest, qMax(size - 1, qsizetype{0}));
+    const double place = (frequency - m_centre) * bins / width() + bins / 2.0;
+    if (std::isnan(place)) {
+        return size / 2; // On an axis without width, every point is at the centre.
+    }
+    return qRound64(qBound(0.0, place, qMax(bins - 1.0, 0.0)));
 }

@@ -22,7 +22,8 @@ public:
     /// \return the analysed width in MHz, a little more than the span's label says.
     double width() const { return m_span.spanMHz; }
     /// \return the width in MHz that the span's label says, from the first tick to the last; 0 for
-    /// a span without ticks. It is what a channel power is measured in unless the operator chooses.
+    /// a span without ticks. A channel power is measured in it where the carrier's own width is not
+    /// known.
     double nominalWidth() const;
 
     /// \return whether the axis can have this centre, in MHz.

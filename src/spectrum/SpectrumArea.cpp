@@ -18,7 +18,8 @@ constexpr int SpanPoints = 24;
 constexpr int ControlsWidth = 188;
 constexpr int SwitchHeight = 84;
 constexpr int SwitchGap = 4;
-constexpr int Switches = 3;
+constexpr int ToolsWidth = 48;
+constexpr int SwitchWidth = (ControlsWidth - ToolsWidth - 2 * SwitchGap) / 2;
 
 QString suffix(int channel)
 {
@@ -94,7 +95,7 @@ QWidget* SpectrumArea::newSwitches()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(SwitchGap);
     for (TextButton* button : {m_average, m_maxHold, tools}) {
-        button->setFixedSize((ControlsWidth - (Switches - 1) * SwitchGap) / Switches, SwitchHeight);
+        button->setFixedSize(button == tools ? ToolsWidth : SwitchWidth, SwitchHeight);
         layout->addWidget(button);
     }
     return row;
@@ -213,7 +214,7 @@ void SpectrumArea::setEnlarged(bool enlarged)
         m_foot = nullptr;
         return;
     }
-    m_keys = new ChartKeys(this);
+    m_keys = new ChartKeys(chartKeys::Place::BesideChart, this);
     m_keys->setFixedWidth(ControlsWidth);
     connect(m_keys, &ChartKeys::pressed, this, &SpectrumArea::press);
     m_controls->insertWidget(1, m_keys, 1);
@@ -285,6 +286,11 @@ void SpectrumArea::showInEffect()
         const QSignalBlocker quiet(button);
         const bool on = keys.contains(key);
         button->setChecked(on);
+        // A fitted text has the colour of a key that is off; the page's sheet cannot change it.
+        const QString sheet = on ? QStringLiteral("color: white;") : QString();
+        if (button->styleSheet() != sheet) {
+            button->setStyleSheet(sheet);
+        }
         button->setMarks({on ? keyMarks::Lamp::On : keyMarks::Lamp::Off, false});
     };
     showSwitch(m_average, chartKeys::Key::Average);

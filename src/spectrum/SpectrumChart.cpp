@@ -19,12 +19,6 @@ SpectrumChart::SpectrumChart(QWidget* parent)
 {
     setMinimumHeight(MinHeight);
     connect(&m_pace, &ReadoutPace::due, this, &SpectrumChart::changeShown);
-    // The plot library gives the plot its new size some time after the widget has got it.
-    connect(this, &QCustomPlot::afterLayout, this, [this] {
-        if (m_readoutRoom != readoutRoom()) {
-            updateReadout();
-        }
-    });
     connect(&m_watch, &DataWatch::staleChanged, this, &SpectrumChart::changeShown);
     chartLook::apply(*this);
     chartAxes::setUp(*this);
@@ -223,19 +217,13 @@ void SpectrumChart::addMarker(double frequency)
     }
 }
 
-int SpectrumChart::readoutRoom() const
-{
-    return plotRect().width() - chartLook::TitleGap;
-}
-
 void SpectrumChart::updateReadout()
 {
     m_shownPeak = peak();
-    m_readoutRoom = readoutRoom();
     m_readout.update({m_trace.averaging(), m_trace.averageKind() == SpectrumTrace::Average::Log,
                          m_settings.maxHold, m_settings.minHold, scale().text(), m_shownPeak,
                          points().at(markers()), centre(), m_axis.decimals(m_trace.size()), m_over},
-        {m_titleWidth, m_readoutRoom, height()});
+        {m_titleWidth, plotRect().width() - chartLook::TitleGap, height()});
     m_over = m_trace.over();
     m_pace.setShown();
     if (chartAxes::setHeadHeight(*this, m_readout.headHeight())) {

@@ -193,7 +193,6 @@ protected:
 
 private:
     void updateAxes();
-    int readoutRoom() const;
     void updateReadout();
     void changeShown();
     void changeSettings();
@@ -216,7 +215,6 @@ private:
     DataWatch m_watch{StaleMs, QStringLiteral("noDataTimer"), this};
     LevelMarkers m_hMarkers{*this};
     QString m_title;
-    int m_readoutRoom = 0;       // pixels
     int m_titleWidth = 0;        // pixels
     bool m_over = false;         // of a spectrum since the last read-out
     bool m_pollingKnown = false; // setPolled() was called

@@ -12,8 +12,9 @@ Q_DECLARE_LOGGING_CATEGORY(logScopes)
 Q_DECLARE_LOGGING_CATEGORY(logSpectrum)
 ///@}
 
-/// Only why messages of the main unit were ignored, of all rooms: "qn740.ignored". Silent below
-/// warning, too. When it is on, logIgnored() logs here, not in the category of the room.
+/// Only why messages of the main unit were ignored, of all rooms: "qn740-ignored". Silent below
+/// warning, too. When it is on, logIgnored() logs here, not in the category of the room. Its name
+/// does not begin with "qn740.", so that "qn740.*.debug=true" leaves each room its own messages.
 Q_DECLARE_LOGGING_CATEGORY(logIgnoredMessages)
 
 namespace wire {

@@ -1,5 +1,7 @@
+qn740_test(scopes ConstellationMeter qn740_measure)
 qn740_test(scopes ConstellationPlot)
 qn740_test(scopes DensityImage)
+qn740_test(scopes EyeMeter qn740_sim)
 qn740_test(scopes EyePlot)
 qn740_test(scopes Interpolator)
 qn740_test(scopes IqBlockDecoder)

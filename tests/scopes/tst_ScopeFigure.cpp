@@ -6,6 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
+Q_DECLARE_METATYPE(ConstellationFigures)
+
 namespace {
 
 QStringList names(const QVector<ScopeFigure>& figures)
@@ -151,8 +153,6 @@ private slots:
         QCOMPARE(paints.count, 1);
     }
 };
-
-Q_DECLARE_METATYPE(ConstellationFigures)
 
 QN740_TEST_MAIN(tst_ScopeFigure)
 #include "tst_ScopeFigure.moc"

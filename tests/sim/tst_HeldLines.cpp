@@ -64,9 +64,13 @@ private slots:
         HeldLines held;
         QSignalSpy line(&held, &HeldLines::line);
         held.add(u"in A"_s, u"A"_s);
+        QElapsedTimer elapsed;
+        elapsed.start();
         QVERIFY(held.took(u"A"_s));
         held.add(u"out"_s);
-        QCOMPARE(texts(line), QStringList{u"in A"_s});
+        if (elapsed.elapsed() < HeldLines::GraceMs) {
+            QCOMPARE(texts(line), QStringList{u"in A"_s});
+        }
         QTRY_COMPARE(texts(line), (QStringList{u"in A"_s, u"out"_s}));
     }
 
@@ -107,7 +111,7 @@ private slots:
         for (int panel = 1; panel <= 2; ++panel) { // the second one after the first has ended
             QFile pipe(path);
             QVERIFY(pipe.open(QIODevice::WriteOnly));
-            pipe.write("qn740.link: 1.000 in \\x02SK,No\\x04\nqn740.ignored: SK: no menu No\n"
+            pipe.write("qn740.link: 1.000 in \\x02SK,No\\x04\nqn740-ignored: SK: no menu No\n"
                        "qn740.link: 1.001 out \\x02PONG\\x04\nqn740.link: ttyO1 was lost: x\n"
                        "\xff\x01 1.000 in x\n\n");
             pipe.close();

@@ -2,6 +2,7 @@
 #include "support/TestMain.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -84,15 +85,20 @@ private slots:
         QSignalSpy saved(&watch, &MenuWatch::saved);
         QFile file(m_path);
         QVERIFY(file.open(QIODevice::WriteOnly));
+        int allowed = 1;
         for (int piece = 0; piece < 5; ++piece) {
+            QElapsedTimer elapsed;
+            elapsed.start();
             file.write("SB,0,Piece\n");
             file.flush();
             QTest::qWait(MenuWatch::SettleMs / 4);
-            QCOMPARE(saved.size(), 0);
+            // On a loaded machine a pause may be long enough to count as an end.
+            allowed += elapsed.elapsed() >= MenuWatch::SettleMs ? 1 : 0;
+            QVERIFY(saved.size() < allowed);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(saved.size(), 1, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!saved.isEmpty(), LongMs);
         QTest::qWait(QuietMs);
-        QCOMPARE(saved.size(), 1);
+        QVERIFY(saved.size() <= allowed);
     }
 
     void what_changes_no_byte_of_the_file_does_not_count()

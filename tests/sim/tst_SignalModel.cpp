@@ -220,6 +220,53 @@ private slots:
             std::abs(found - (1.0 - rollOff / 4.0)) < 0.012, qPrintable(QString::number(found)));
     }
 
+    void the_origin_offset_is_the_mean_in_per_cent_of_the_level()
+    {
+        QVector<int> i;
+        QVector<int> q;
+        SignalModel(settingsOf("qpsk:snr=30:level=0.4:dci=10:dcq=-5"), 5).append(20000, 1, i, q);
+        double meanI = 0.0;
+        double meanQ = 0.0;
+        for (int k = 0; k < i.size(); ++k) {
+            meanI += i.at(k) / (0.4 * iqBlock::FullScale) / static_cast<double>(i.size());
+            meanQ += q.at(k) / (0.4 * iqBlock::FullScale) / static_cast<double>(i.size());
+        }
+        QVERIFY2(std::abs(meanI - 0.1) < 0.02, qPrintable(QString::number(meanI)));
+        QVERIFY2(std::abs(meanQ + 0.05) < 0.02, qPrintable(QString::number(meanQ)));
+    }
+
+    void the_samples_per_symbol_are_what_was_asked_for_data()
+    {
+        QTest::addColumn<QString>("perSymbol");
+        QTest::addColumn<int>("samples");
+        QTest::newRow("2") << u"2"_s << 2;
+        QTest::newRow("2.5, two symbols") << u"2.5"_s << 5;
+        QTest::newRow("5.5, two symbols") << u"5.5"_s << 11;
+        QTest::newRow("16") << u"16"_s << 16;
+    }
+
+    // Each block begins at a decision, and so many samples later there is another one.
+    void the_samples_per_symbol_are_what_was_asked_for()
+    {
+        QFETCH(QString, perSymbol);
+        QFETCH(int, samples);
+        const QByteArray text = "bpsk:snr=100:level=0.5:sps=" + perSymbol.toLatin1();
+        SignalModel model(settingsOf(text.constData()), 3);
+        for (int block = 0; block < 4; ++block) {
+            QVector<int> i;
+            QVector<int> q;
+            model.append(256, iqBlock::EyeSamplesPerSymbol, i, q);
+            QCOMPARE(i.size(), 256);
+            bool changes = false;
+            for (int k = 0; k < 256; k += samples) {
+                QVERIFY2(std::abs(std::abs(i.at(k)) / 32768.0 - 0.5) < 0.02,
+                    qPrintable(QString::number(i.at(k) / 32768.0)));
+                changes |= k > 0 && (i.at(k) > 0) != (i.at(k - samples) > 0);
+            }
+            QVERIFY(changes);
+        }
+    }
+
     void a_narrow_filter_brings_interference()
     {
         const double wide = errorVectorDb(settingsOf("qpsk:snr=100:level=0.4:band=4"), 2000);
@@ -279,7 +326,8 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         for (const char* text : {"", "fsk", "qpsk:", "qpsk:snr", "qpsk:snr=x", "qpsk:snr=nan",
-                 "qpsk:snr=200", "qpsk:colour=3", "qpsk:=3", "qpsk:clip=0"}) {
+                 "qpsk:snr=200", "qpsk:colour=3", "qpsk:=3", "qpsk:clip=0", "qpsk:sps=1.9",
+                 "qpsk:sps=17", "qpsk:dci=101", "qpsk:dcq=x"}) {
             QTest::addRow("%s", text) << QString::fromLatin1(text);
         }
     }
@@ -296,7 +344,7 @@ private slots:
     {
         const SignalSettings settings = settingsOf(
             "8PSK:snr=12.5:phase=3:offset=-0.001:imbalance=1:skew=-2:clip=0.7:level=0.6:rolloff=0.2:"
-            "band=1.5");
+            "band=1.5:sps=5.5:dci=5:dcq=-3");
         QVERIFY(settings.modulation == Modulation::Psk8);
         QCOMPARE(settings.snr, 12.5);
         QCOMPARE(settings.phase, 3.0);
@@ -307,6 +355,9 @@ private slots:
         QCOMPARE(settings.level, 0.6);
         QCOMPARE(settings.rolloff, 0.2);
         QCOMPARE(settings.band, 1.5);
+        QCOMPARE(settings.sps, 5.5);
+        QCOMPARE(settings.dci, 5.0);
+        QCOMPARE(settings.dcq, -3.0);
     }
 };
 

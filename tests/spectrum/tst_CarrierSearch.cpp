@@ -191,6 +191,42 @@ private slots:
         }
     }
 
+    void a_part_of_a_carrier_that_is_lost_in_the_noise_is_none_data()
+    {
+        QTest::addColumn<double>("power");
+        QTest::addColumn<int>("spectra");
+        QTest::newRow("0 dB, 4 spectra") << 1.0 << 4;
+        QTest::newRow("-2 dB, 16 spectra") << 0.63 << 16;
+        QTest::newRow("0 dB, 16 spectra") << 1.0 << 16;
+        QTest::newRow("1 dB, 64 spectra") << 1.26 << 64;
+    }
+
+    // A few of its bins rise far enough; their power would be taken for that of the carrier.
+    void a_part_of_a_carrier_that_is_lost_in_the_noise_is_none()
+    {
+        QFETCH(double, power);
+        QFETCH(int, spectra);
+        int parts = 0;
+        for (unsigned seed = 1; seed <= 100; ++seed) {
+            const MeasuredSpectrum seen = spectrum(710, {{250, 449, power}}, spectra, seed);
+            const CarrierSearch carrier(seen);
+            parts += carrier.found() && carrier.last() - carrier.first() < 100 ? 1 : 0;
+        }
+        QVERIFY2(parts <= 2, QByteArray::number(parts)); // of 100
+    }
+
+    void weak_carriers_are_found_whole_beside_stronger_ones()
+    {
+        int found = 0;
+        for (unsigned seed = 1; seed <= 100; ++seed) {
+            const MeasuredSpectrum seen =
+                spectrum(710, {{250, 449, 3.2}, {50, 51, 90.0}, {520, 521, 60.0}}, 64, seed);
+            const CarrierSearch carrier(seen);
+            found += carrier.found() && carrier.last() - carrier.first() > 180 ? 1 : 0;
+        }
+        QVERIFY2(found >= 98, QByteArray::number(found)); // of 100
+    }
+
     void of_several_carriers_the_one_with_the_most_power_is_taken()
     {
         // The narrow one is higher, but has less power.

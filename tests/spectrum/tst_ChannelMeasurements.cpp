@@ -4,6 +4,8 @@
 
 using namespace channelMeasurements;
 
+Q_DECLARE_METATYPE(MeasuredSpectrum)
+
 namespace {
 
 constexpr int Points = 200;
@@ -316,8 +318,6 @@ private slots:
         QTEST(stateText(state), "text");
     }
 };
-
-Q_DECLARE_METATYPE(MeasuredSpectrum)
 
 QN740_TEST_MAIN(tst_ChannelMeasurements)
 #include "tst_ChannelMeasurements.moc"

@@ -22,7 +22,7 @@ class tst_ChartKeys : public QObject
 private slots:
     void init()
     {
-        m_keys = std::make_unique<ChartKeys>();
+        m_keys = std::make_unique<ChartKeys>(chartKeys::Place::BesideChart);
         m_keys->resize(188, 373); // beside an enlarged chart
         m_keys->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_keys.get()));
@@ -85,6 +85,17 @@ private slots:
             QVERIFY2(at.height() >= touch::MinTarget && at.width() >= touch::MinTarget,
                 qPrintable(button->text()));
         }
+    }
+
+    void a_window_of_its_own_has_no_measurements()
+    {
+        QStringList texts;
+        for (const auto& entry : chartKeys::entries(Page::First, chartKeys::Place::OwnWindow)) {
+            texts += entry.text;
+        }
+        QCOMPARE(texts,
+            QStringList(
+                {u"Average"_s, u"Max Hold"_s, u"Trace"_s, u"Scale"_s, u"Markers"_s, u"Close"_s}));
     }
 
     void every_page_is_opened_and_left_by_touches_data()

@@ -265,6 +265,30 @@ private slots:
         QCOMPARE(due.count(), 3);
     }
 
+    void is_painted_anew_when_text_or_colour_change()
+    {
+        ChartReadout readout;
+        const auto paint = [&readout](const QColor& color) {
+            QImage picture(400, 60, QImage::Format_RGB32);
+            picture.fill(Qt::black);
+            QPainter painter(&picture);
+            readout.paint(painter, 390, color);
+            painter.end();
+            return picture;
+        };
+        const ChartReadout::Space space{300, 380, High}; // a line for the peak, one for the marker
+        readout.update(withMarker(Peak, Marker), space);
+        const QImage first = paint(Qt::white);
+        QCOMPARE(paint(Qt::white), first);
+        const QImage red = paint(Qt::red);
+        QVERIFY(red != first && red.pixelColor(380, 0) == first.pixelColor(380, 0));
+        readout.update(withMarker(Marker, Marker), space); // Only the first line differs.
+        QVERIFY(paint(Qt::red) != red);
+        readout.update(withMarker(Peak, Marker), space);
+        QCOMPARE(paint(Qt::white), first);
+        QCOMPARE(paint(Qt::red), red);
+    }
+
     void is_painted_to_the_left_of_its_end()
     {
         ChartReadout readout;

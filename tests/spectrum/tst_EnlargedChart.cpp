@@ -154,9 +154,13 @@ private slots:
 
     void the_others_are_polled_while_one_is_enlarged()
     {
+        stop();
+        start();
+        endNameRequest(); // before the page is shown, which begins to poll at once
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         enlarge(1);
         const int painted = m_card->chart(0)->paintCount();
-        endNameRequest();
         int answered = 0;
         QTRY_VERIFY((
             cardSide::answerPolls(*m_pty, answered, cardSide::spectrum(channel())), answered >= 3));

@@ -189,6 +189,16 @@ private slots:
         QCOMPARE(axis.indexAt(70.0, 0), qsizetype(0));
     }
 
+    void an_axis_without_width_has_all_points_at_its_centre()
+    {
+        FrequencyAxis axis;
+        axis.setSpan(SpanInfo());
+        QCOMPARE(axis.indexAt(70.0, 101), qsizetype(50));
+        QCOMPARE(axis.indexAt(70.0, 0), qsizetype(0));
+        QCOMPARE(axis.indexAt(71.0, 101), qsizetype(100));
+        QCOMPARE(axis.frequencyAt(3, 101), 70.0);
+    }
+
     void the_scale_spans_the_columns_and_is_exact_in_the_middle()
     {
         FrequencyAxis axis;

@@ -91,6 +91,25 @@ private slots:
         rows = writtenRows(markers);
         QVERIFY(rows.top() > 21 && rows.bottom() < 41);
     }
+
+    void a_number_whose_line_is_outside_the_plot_is_not_written_data()
+    {
+        QTest::addColumn<double>("level");
+        QTest::newRow("just above the plot") << 11.0; // row 19
+        QTest::newRow("above the plot") << 100.0;
+        QTest::newRow("just below the plot") << -121.0;
+        QTest::newRow("below the plot") << -200.0;
+    }
+
+    void a_number_whose_line_is_outside_the_plot_is_not_written()
+    {
+        QFETCH(double, level);
+        QCustomPlot plot;
+        LevelMarkers markers(plot);
+        markers.setLevels({level}, -300.0, 300.0);
+        QCOMPARE(markers.levels(), QList<double>{level});
+        QVERIFY(writtenRows(markers).isEmpty());
+    }
 };
 
 QN740_TEST_MAIN(tst_LevelMarkers)

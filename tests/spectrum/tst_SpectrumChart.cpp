@@ -567,6 +567,31 @@ private slots:
         QVERIFY(!m_chart->readout().contains(u"Ref"_s));
     }
 
+    void each_division_has_a_line_in_the_grid_data()
+    {
+        QTest::addColumn<int>("height");
+        QTest::addColumn<int>("perDivision");
+        QTest::newRow("low") << 140 << 5;
+        QTest::newRow("middle") << 250 << 1;
+        QTest::newRow("high") << 420 << 10;
+    }
+
+    void each_division_has_a_line_in_the_grid()
+    {
+        QFETCH(int, height);
+        QFETCH(int, perDivision);
+        m_chart->resize(590, height);
+        m_chart->setScale(-30, perDivision);
+        m_chart->replot(QCustomPlot::rpImmediateRefresh);
+        const QImage picture = m_chart->grab().toImage();
+        const QRect plot = m_chart->axisRect()->rect();
+        int lines = 0;
+        for (int y = plot.top() + 2; y < plot.bottom() - 1; ++y) {
+            lines += picture.pixelColor(plot.left() + 10, y) == chartLook::Grid ? 1 : 0;
+        }
+        QCOMPARE(lines, ChartScale::Divisions - 1);
+    }
+
     void a_trace_outside_the_scale_is_cut_off_at_the_plot()
     {
         m_chart->setLineColor(Qt::green);

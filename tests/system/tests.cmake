@@ -26,7 +26,9 @@ add_dependencies(tst_Pictures qn740-pictures)
 target_compile_definitions(tst_Pictures PRIVATE
     QN740_PICTURES="$<TARGET_FILE:qn740-pictures>" QN740_ROOT="${PROJECT_SOURCE_DIR}")
 qn740_test(system Measurements qn740_measure)
-target_compile_definitions(tst_Measurements PRIVATE QN740_ROOT="${PROJECT_SOURCE_DIR}")
+add_dependencies(tst_Measurements qn740-measure)
+target_compile_definitions(tst_Measurements PRIVATE
+    QN740_MEASURE="$<TARGET_FILE:qn740-measure>" QN740_ROOT="${PROJECT_SOURCE_DIR}")
 
 qn740_test(system Try qn740_try)
 add_dependencies(tst_Try qn740-try)
@@ -36,3 +38,7 @@ target_compile_definitions(tst_Try PRIVATE
 add_test(NAME ${QN740_TEST_PREFIX}.system.Scenarios
     COMMAND qn740-try --out ${PROJECT_BINARY_DIR}/try-out ${PROJECT_SOURCE_DIR}/tests/scenarios)
 set_tests_properties(${QN740_TEST_PREFIX}.system.Scenarios PROPERTIES TIMEOUT 300)
+
+qn740_test(system MenuPaper qn740_paper)
+add_dependencies(tst_MenuPaper qn740-pictures)
+target_compile_definitions(tst_MenuPaper PRIVATE QN740_PICTURES="$<TARGET_FILE:qn740-pictures>")

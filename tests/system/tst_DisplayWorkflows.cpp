@@ -8,11 +8,37 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // These places are on the scopes page: the plots of Demod 1 and 3, the numbers beside the upper
-// plot of Demod 1, and the mode button of Demod 1.
+// plot of Demod 1, a point of that plot, and the mode button of Demod 1.
 constexpr QRect First(60, 10, 190, 260);
 constexpr QRect Third(540, 10, 250, 260);
 constexpr QRect FirstLevels(0, 0, 66, 140);
+constexpr QPoint FirstPlot(160, 70);
 constexpr QPoint FirstMode(132, 350);
+
+// These places are on the page of an enlarged scope: a point of its title beside the text, the
+// numbers beside its upper plot, that plot, and the keys of its range.
+constexpr QPoint ScopeTitle(60, 25);
+constexpr QRect EnlargedLevels(38, 56, 30, 134);
+constexpr QRect EnlargedPlot(74, 66, 560, 112);
+constexpr QPoint FittedRange(730, 78);
+constexpr QPoint FixedRange(730, 133);
+
+// These places are on the spectrum page: the uppermost chart and its keys, each with a point that
+// no text covers.
+constexpr QRect FirstChart(45, 25, 550, 90);
+constexpr QPoint Average(639, 97);
+constexpr QPoint BesideAverage(616, 66);
+constexpr QPoint MaxHold(706, 97);
+constexpr QPoint BesideMaxHold(684, 70);
+constexpr QPoint Tools(769, 97);
+
+// These places are beside an enlarged chart: the title of its keys beside the text, "Markers" of
+// the first page, "Off" of the page of markers, and the lowest key, which is "Back" or "Close".
+constexpr QPoint KeysTitle(620, 75);
+constexpr QPoint MarkerKeys(656, 298);
+constexpr QPoint MarkerOff(747, 298);
+constexpr QPoint LowestKey(702, 382);
+
 const QColor BadgeYellow(0xff, 0xd0, 0x00);
 
 } // namespace
@@ -22,6 +48,9 @@ class tst_DisplayWorkflows : public QObject, private PanelDriver
     Q_OBJECT
 
     bool m_lost = false;
+
+    // Whether the active marker is here: a dotted line through a chart of either size.
+    bool hasLine(int x) { return bright(QRect(x - 4, 60, 9, 32)) > 8; }
 
 public:
     tst_DisplayWorkflows()
@@ -84,27 +113,17 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return !isBlack(); }, LongMs));
     }
 
-    void the_spectrum_moves_and_takes_span_average_and_marker()
+    void the_spectrum_moves_and_takes_span_and_average()
     {
         openMenu("Start");
         touch({NextView, NextView}); // past the scopes page
-        const QPoint average(662, 79);
-        QVERIFY(shows({625, 70}, Grey));
-        const QRect chart(45, 25, 550, 90);
+        QVERIFY(shows(BesideAverage, Grey));
         QImage before = screen().picture();
-        QVERIFY(changes(before, chart));
-        touch(average);
-        QVERIFY(showsOther({625, 70}, Grey));
-        touch(average);
-        QVERIFY(shows({625, 70}, Grey));
-        // A tap sets a marker, which is a dotted line through the chart. A tap on the marker
-        // removes it.
-        const auto hasMarker = [this] { return bright(QRect(196, 65, 9, 45)) > 8; };
-        QVERIFY(!hasMarker());
-        touch({200, 80});
-        QVERIFY(QTest::qWaitFor(hasMarker, LongMs));
-        touch({200, 80});
-        QVERIFY(QTest::qWaitFor([&] { return !hasMarker(); }, LongMs));
+        QVERIFY(changes(before, FirstChart));
+        touch(Average);
+        QVERIFY(showsOther(BesideAverage, Grey));
+        touch(Average);
+        QVERIFY(shows(BesideAverage, Grey));
         sent();
         before = screen().picture();
         touch({690, 25}); // the span
@@ -113,6 +132,30 @@ private slots:
         QByteArrayList spans;
         QTRY_VERIFY_WITH_TIMEOUT((spans += sent()).size() >= 1, LongMs);
         QVERIFY2(spans.first().startsWith("D1:NFFT:"), spans.first());
+    }
+
+    void a_tap_sets_and_selects_a_marker_and_a_key_removes_it()
+    {
+        openMenu("Start");
+        touch({NextView, NextView});
+        QVERIFY(shows(BesideAverage, Grey));
+        QVERIFY(!hasLine(100));
+        touch({100, 80});
+        QVERIFY(QTest::qWaitFor([this] { return hasLine(100); }, LongMs));
+        touch({500, 80}); // a second marker, which is the active one
+        QVERIFY(QTest::qWaitFor([this] { return hasLine(500) && !hasLine(100); }, LongMs));
+        touch({105, 80}); // near the first one, which is selected where it is
+        QVERIFY(QTest::qWaitFor([this] { return hasLine(100) && !hasLine(500); }, LongMs));
+        touch({100, 80});
+        touch(Tools);
+        QVERIFY(shows(KeysTitle, TitleBlue));
+        QVERIFY(hasLine(100) && !hasLine(500)); // a tap on a marker does not remove it
+        touch({MarkerKeys, MarkerOff});
+        QVERIFY(QTest::qWaitFor([this] { return hasLine(500) && !hasLine(100); }, LongMs));
+        touch({MarkerOff, LowestKey, LowestKey}); // "Back" and "Close"
+        QVERIFY(shows(BesideAverage, Grey));
+        QVERIFY(QTest::qWaitFor([this] { return !hasLine(100) && !hasLine(500); }, LongMs));
+        QCOMPARE(sent(), QByteArrayList());
     }
 
     void the_pax_menu_shows_its_displays_and_is_left_again()
@@ -144,31 +187,28 @@ private slots:
         openMenu("Start");
         say("SM,1,2");
         touch(NextView);
-        const QPoint plot(160, 70);
-        const QPoint title(260, 25);
-        const QPoint fittedRange(730, 78);
-        const QPoint fixedRange(730, 132);
-        const QPoint besideItsText(668, 132);
-        const auto levels = [this] { return screen().picture().copy(FirstLevels); };
+        const auto levels = [this] { return screen().picture().copy(EnlargedLevels); };
         QVERIFY(changes(screen().picture(), First)); // there is a signal to fit to
+        touch(FirstPlot);
+        QVERIFY(shows(ScopeTitle, Grey));
         QImage before = screen().picture();
-        touch(plot);
-        QVERIFY(shows(besideItsText, Grey)); // there are keys beside the plot now
-        touch(fixedRange);
-        QVERIFY(shows(besideItsText, Green)); // not the blue of a key that is held down
+        QVERIFY(changes(before, EnlargedPlot));
+        before = screen().picture();
+        touch(FixedRange);
+        QVERIFY(changes(before, EnlargedLevels));
         const QImage fixed = levels();
-        touch(fittedRange);
-        QVERIFY(shows(besideItsText, Grey));
-        QVERIFY(QTest::qWaitFor([&] { return levels() != fixed; }, LongMs));
-        touch(fixedRange);
+        before = screen().picture();
+        touch(FittedRange);
+        QVERIFY(changes(before, EnlargedLevels));
+        touch(FixedRange);
         // Full scale is the same for every signal.
         QVERIFY(QTest::qWaitFor([&] { return levels() == fixed; }, LongMs));
-        touch(fittedRange);
+        touch(FittedRange);
         QVERIFY(QTest::qWaitFor([&] { return levels() != fixed; }, LongMs));
+        touch(ScopeTitle);
+        QVERIFY(showsOther(ScopeTitle, Grey));
         before = screen().picture();
-        touch(title);
-        QVERIFY(showsOther(besideItsText, Grey));
-        QVERIFY(changes(before, Third)); // the other scopes are back
+        QVERIFY(changes(before, Third));
         QCOMPARE(sent(), QByteArrayList());
     }
 
@@ -194,21 +234,18 @@ private slots:
 
     void the_highest_levels_are_held_on_demand()
     {
-        const QRect chart(45, 25, 550, 90);
         const QColor held(127, 127, 0);
-        const QPoint key(752, 79);
-        const QPoint besideItsText(716, 62);
         constexpr int Some = 50;
         openMenu("Start");
         touch({NextView, NextView}); // past the scopes page
-        QVERIFY(shows(besideItsText, Grey));
-        QCOMPARE(count(chart, held), 0);
-        touch(key);
-        QVERIFY(showsOther(besideItsText, Grey));
-        QVERIFY(QTest::qWaitFor([&] { return count(chart, held) > Some; }, LongMs));
-        touch(key);
-        QVERIFY(shows(besideItsText, Grey));
-        QVERIFY(QTest::qWaitFor([&] { return count(chart, held) == 0; }, LongMs));
+        QVERIFY(shows(BesideMaxHold, Grey));
+        QCOMPARE(count(FirstChart, held), 0);
+        touch(MaxHold);
+        QVERIFY(showsOther(BesideMaxHold, Grey));
+        QVERIFY(QTest::qWaitFor([&] { return count(FirstChart, held) > Some; }, LongMs));
+        touch(MaxHold);
+        QVERIFY(shows(BesideMaxHold, Grey));
+        QVERIFY(QTest::qWaitFor([&] { return count(FirstChart, held) == 0; }, LongMs));
         QCOMPARE(sent(), QByteArrayList());
     }
 

@@ -129,6 +129,7 @@ private slots:
         QCOMPARE(panel.exitCode(), 4);
         QVERIFY2(panel.errors().startsWith("qn740-panel: no screen: "), panel.errors());
         QVERIFY2(panel.errors().count('\n') == 1, panel.errors());
+        QVERIFY2(!panel.errors().contains("QStandardPaths"), panel.errors());
     }
 
     void a_log_that_nobody_reads_does_not_end_the_panel()

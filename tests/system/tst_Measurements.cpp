@@ -47,6 +47,20 @@ private slots:
         QCOMPARE(fault, QString());
     }
 
+    void the_program_refuses_a_file_that_it_cannot_read()
+    {
+        const QTemporaryDir directory;
+        QProcess program;
+        program.start(QStringLiteral(QN740_MEASURE), {directory.filePath(u"absent.md"_s)});
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 1);
+        QVERIFY(program.readAllStandardError().contains("absent.md: No such file"));
+        program.start(QStringLiteral(QN740_MEASURE), {u"one"_s, u"two"_s});
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 2);
+        QVERIFY(program.readAllStandardError().startsWith("usage: "));
+    }
+
     void a_difference_above_the_tolerance_is_not_within()
     {
         QVERIFY(row(u"A"_s, 1.0, 1.5).isWithin());

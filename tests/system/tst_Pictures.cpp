@@ -42,6 +42,14 @@ struct Part
 // the whole picture can be compared.
 QVector<Part> stillParts(const QString& name)
 {
+    static const QRegularExpression enlargedChart(
+        u"^spectrum-(enlarged|keys|holds|scale|delta|channel|occupied|3-db|carrier|frequency)"_s);
+    if (enlargedChart.match(name).hasMatch()) {
+        return {{"keys", {618, 0, 182, 480}}};
+    }
+    if (name == u"pax-menu-chart-keys.png"_s) {
+        return {{"keys", {0, 0, 400, 480}}, {"keys below", {0, 406, 800, 74}}};
+    }
     if (name.startsWith(u"spectrum-"_s)) {
         return {{"levels", {0, 0, 36, 430}}, {"keys", {618, 0, 182, 480}}};
     }

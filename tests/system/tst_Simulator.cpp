@@ -5,6 +5,9 @@
 #include "support/TestMain.h"
 
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -148,11 +151,13 @@ private slots:
         QVERIFY(panel.write(framed("1.1.6.4")));
         QTRY_VERIFY_WITH_TIMEOUT(panel.received().endsWith(framed("SK,Menu")), LongMs);
         const auto before = panel.received().size();
+        const QByteArray notSent = name + ": was not sent; the menus stay as they are\n";
+        QByteArray errors = name + ":1: error: AK needs 11 fields, this has 2 [QN102]\n" + notSent;
         fileWith("AK,Menu,key\n");
-        QTRY_COMPARE_WITH_TIMEOUT(program.errors(),
-            name + ":1: AK needs 11 fields, this has 2\n" + name +
-                ": was not sent; the menus stay as they are\n",
-            LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(program.errors(), errors, LongMs);
+        errors += name + ":2: error: there is no menu \"Mneu\" [QN201]\n" + notSent;
+        fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\nSK,Mneu\n# qn740: ignore-file QN204\n");
+        QTRY_COMPARE_WITH_TIMEOUT(program.errors(), errors, LongMs);
         QVERIFY(QFile::remove(menu));
         QTRY_VERIFY_WITH_TIMEOUT(
             program.errors().endsWith(name + ": is gone; the menus stay as they are\n"), LongMs);
@@ -280,7 +285,7 @@ private slots:
         Program panel(u"sh"_s,
             {u"-c"_s, u"exec \"$0\" 2>\"$1\""_s, QString::fromUtf8(QN740_PANEL), pipe},
             {u"QN740_DEV="_s + m_directory, u"QN740_SPLASH_MS=0"_s,
-                u"QT_LOGGING_RULES=qn740.ignored.debug=true;qn740.link.debug=true"_s});
+                u"QT_LOGGING_RULES=qn740-ignored.debug=true;qn740.link.debug=true"_s});
         QTRY_VERIFY_WITH_TIMEOUT(unit.has("panel: 1.1.6.4"), LongMs);
         QByteArray typed;
         for (int i = 0; i < 20; ++i) {
@@ -343,21 +348,26 @@ private slots:
     void a_faulty_menu_file_is_refused_with_all_its_faults_data()
     {
         QTest::addColumn<QString>("option");
-        QTest::newRow("to play") << "--menu";
-        QTest::newRow("to check") << "--check";
+        QTest::addColumn<QByteArray>("form"); // of a line; %1 is the reason, %2 its code
+        QTest::newRow("to play") << "--menu" << QByteArray("%1");
+        QTest::newRow("to check") << "--check" << QByteArray("error: %1 [%2]");
     }
 
     void a_faulty_menu_file_is_refused_with_all_its_faults()
     {
         QFETCH(QString, option);
+        QFETCH(QByteArray, form);
+        const auto line = [&form](const char* reason, const char* code) {
+            return QByteArray(form).replace("%1", reason).replace("%2", code) + '\n';
+        };
         const QString path = fileWith("PING\nAK,Menu\nXY\n");
         Program program(QString::fromUtf8(QN740_SIM), {option, path});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 1);
         const QByteArray name = path.toUtf8();
         QCOMPARE(program.errors(),
-            name + ":2: AK needs 11 fields, this has 1\n" + name +
-                ":3: unknown command word \"XY\"\n");
+            name + ":2: " + line("AK needs 11 fields, this has 1", "QN102") + name +
+                ":3: " + line("unknown command word \"XY\"", "QN101"));
         QCOMPARE(program.output(), QByteArray());
     }
 
@@ -368,6 +378,105 @@ private slots:
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
         QCOMPARE(program.output(), path.toUtf8() + ": 2 messages, no fault\n");
+    }
+
+    void the_check_has_exit_statuses_for_errors_and_warnings_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("output"); // behind the name of the file
+        const QByteArray key = "AK,M,a,Label,5,A%1,,0,,0,0,1\nSK,M\n";
+        const QByteArray good = QByteArray(key).replace("%1", ":");
+        const QByteArray warned = QByteArray(key).replace("%1", "");
+        QTest::newRow("good") << good << QStringList() << 0 << u": 2 messages, no fault\n"_s;
+        QTest::newRow("good, strict")
+            << good << QStringList{u"--strict"_s} << 0 << u": 2 messages, no fault\n"_s;
+        QTest::newRow("warning") << warned << QStringList() << 0 << u": 2 messages, 1 warning\n"_s;
+        QTest::newRow("warning, strict")
+            << warned << QStringList{u"--strict"_s} << 1 << u": 2 messages, 1 warning\n"_s;
+        QTest::newRow("error") << warned + "SK,N\n" << QStringList() << 1 << QString();
+    }
+
+    void the_check_has_exit_statuses_for_errors_and_warnings()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QStringList, options);
+        QFETCH(int, status);
+        QFETCH(QString, output);
+        const QString path = fileWith(text);
+        Program program(QString::fromUtf8(QN740_SIM), QStringList{u"--check"_s, path} + options);
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), status);
+        QCOMPARE(program.output(), output.isEmpty() ? QByteArray() : (path + output).toUtf8());
+    }
+
+    void several_files_are_checked_together()
+    {
+        const QString first = fileWith("PING\n");
+        const QString second = m_parent.filePath(u"other.menu"_s);
+        QVERIFY(QFile::copy(first, second));
+        Program text(QString::fromUtf8(QN740_SIM), {u"--check"_s, first, second});
+        QVERIFY(text.ends());
+        QCOMPARE(text.output(),
+            (first + u": 1 message, no fault\n"_s + second + u": 1 message, no fault\n"_s)
+                .toUtf8());
+        Program json(QString::fromUtf8(QN740_SIM),
+            {u"--check"_s, u"--format"_s, u"json"_s, first, m_parent.filePath(u"none"_s)});
+        QVERIFY(json.ends());
+        QCOMPARE(json.exitCode(), 1);
+        const QJsonObject report = QJsonDocument::fromJson(json.output()).object();
+        QCOMPARE(report.value(u"errors"_s).toInt(), 1);
+        QCOMPARE(report.value(u"files"_s).toArray().size(), 2);
+        QCOMPARE(json.errors(), QByteArray());
+    }
+
+    void a_menu_file_is_exported_and_played_as_json()
+    {
+        const QString path = fileWith("PING\nAK,M,a,Label,5,A:,,0,,0,0,1\nSK,M\nwait 5\n");
+        Program program(QString::fromUtf8(QN740_SIM), {u"--export"_s, u"json"_s, path});
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 0);
+        const QString json = fileWith(program.output());
+        Program lines(QString::fromUtf8(QN740_SIM), {u"--export"_s, u"menu"_s, json});
+        QVERIFY(lines.ends());
+        QCOMPARE(lines.output(), QByteArray("PING\nAK,M,a,Label,5,A:,,0,,0,0,1\nSK,M\nwait 5\n"));
+        Program graph(QString::fromUtf8(QN740_SIM), {u"--export"_s, u"dot"_s, json});
+        QVERIFY(graph.ends());
+        QVERIFY(graph.output().contains("\"menu M\" [label=\"M\\n1 key\""));
+        Program check(QString::fromUtf8(QN740_SIM), {u"--check"_s, json});
+        QVERIFY(check.ends());
+        QCOMPARE(check.output(), json.toUtf8() + ": 3 messages, no fault\n");
+        Program unit(QString::fromUtf8(QN740_SIM), {u"--menu"_s, json});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready "), LongMs);
+    }
+
+    void options_of_the_check_and_the_export_are_refused_when_they_are_wrong_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("error");
+        QTest::newRow("format") << QStringList{u"--check"_s, u"a"_s, u"--format"_s, u"xml"_s}
+                                << QByteArray("--format is text or json, not \"xml\"");
+        QTest::newRow("export") << QStringList{u"--export"_s, u"xml"_s, u"a"_s}
+                                << QByteArray("--export is json, menu or dot, not \"xml\"");
+        QTest::newRow("no file to check")
+            << QStringList{u"--check"_s} << QByteArray("--check needs a menu file");
+        QTest::newRow("no file") << QStringList{u"--export"_s, u"json"_s}
+                                 << QByteArray("--export json needs one menu file, and no --check");
+        QTest::newRow("two files")
+            << QStringList{u"--export"_s, u"dot"_s, u"a"_s, u"b"_s}
+            << QByteArray("--export dot needs one menu file, and no --check");
+    }
+
+    void options_of_the_check_and_the_export_are_refused_when_they_are_wrong()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, error);
+        Program program(QString::fromUtf8(QN740_SIM), arguments);
+        QVERIFY(program.ends());
+        QCOMPARE(program.exitCode(), 1);
+        QCOMPARE(program.errors(), "qn740-sim: " + error + '\n');
+        QCOMPARE(program.output(), QByteArray());
     }
 
     void a_missing_menu_file_is_reported()
@@ -453,9 +562,9 @@ private slots:
         Program program(QString::fromUtf8(QN740_SIM), {u"--help"_s});
         QVERIFY(program.ends());
         QCOMPARE(program.exitCode(), 0);
-        for (const char* text : {"--dir", "--menu", "--check", "--trace", "--no-menus", "Examples;",
-                 "QN740_DEV=", "SK:Some Menu:", "D1:RATE:", "sim: seed N", "trace: SECONDS",
-                 "refused: REASON", "up to 32 at once"}) {
+        for (const char* text : {"--dir", "--menu", "--check", "--strict", "--format", "--export",
+                 "--trace", "--no-menus", "Examples;", "QN740_DEV=", "SK:Some Menu:", "D1:RATE:",
+                 "sim: seed N", "trace: SECONDS", "refused: REASON", "up to 32 at once"}) {
             QVERIFY2(program.output().contains(text), text);
         }
     }

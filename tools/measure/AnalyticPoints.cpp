@@ -61,6 +61,7 @@ AnalyticPoints::Source AnalyticPoints::randomOf(ModulationOrder order)
 std::vector<AnalyticPoints::Complex> AnalyticPoints::ring(int count, double radius, double angle)
 {
     std::vector<Complex> points;
+    points.reserve(static_cast<size_t>(count));
     for (int k = 0; k < count; ++k) {
         points.push_back(std::polar(radius, angle + 2.0 * Pi * k / count));
     }

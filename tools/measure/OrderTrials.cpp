@@ -13,6 +13,8 @@ using Settings = AnalyticPoints::Settings;
 using Source = AnalyticPoints::Source;
 
 constexpr double Pi = 3.14159265358979323846;
+constexpr int MinReportDb = -6;
+constexpr int MaxReportDb = 40;
 constexpr int Points = ConstellationMeter::MaxBlocks * (iqBlock::Records - 1);
 
 // A square of points with odd coordinates, with or without its corners.
@@ -63,7 +65,7 @@ Source offsetQpsk()
     constexpr double RollOff = 0.35;
     std::vector<double> pulse;
     for (int k = 0; k < Neighbours; ++k) {
-        const double t = k - Neighbours / 2 + 0.5;
+        const double t = k - Neighbours / 2.0 + 0.5;
         const double sinc = std::sin(Pi * t) / (Pi * t);
         pulse.push_back(sinc * std::cos(Pi * RollOff * t) / (1.0 - std::pow(2.0 * RollOff * t, 2)));
     }
@@ -76,6 +78,60 @@ Source offsetQpsk()
             q += bits[k] * pulse[k];
         }
         return Complex(random() % 2 == 0 ? 1.0 : -1.0, q) / std::sqrt(2.0);
+    };
+}
+
+// Carriers without a modulation, carriers that turn, and what is clipped.
+QVector<Settings> carriers(double snr)
+{
+    const Source one = AnalyticPoints::randomOf({{1.0, 0.0}});
+    const Source bpsk = AnalyticPoints::randomOf(ModulationOrder::Bpsk);
+    const Source qpsk = AnalyticPoints::randomOf(ModulationOrder::Qpsk);
+    const Source psk8 = AnalyticPoints::randomOf(ModulationOrder::Psk8);
+    const Source qam16 = AnalyticPoints::randomOf(ModulationOrder::Qam16);
+    return {
+        {QStringLiteral("noise alone"),
+            [](std::mt19937& /*random*/, int /*symbol*/) { return Complex(); }, snr},
+        {QStringLiteral("carrier that stands"), one, snr},
+        {QStringLiteral("carrier that turns slowly"), one, snr, 0.0003},
+        {QStringLiteral("carrier, 1/2 turn per symbol"), one, snr, 0.5},
+        {QStringLiteral("carrier, 1/4 turn per symbol"), one, snr, 0.25},
+        {QStringLiteral("carrier, 1/8 turn per symbol"), one, snr, 0.125},
+        {QStringLiteral("BPSK that turns"), bpsk, snr, 0.0003},
+        {QStringLiteral("BPSK, 1/4 turn per symbol"), bpsk, snr, 0.25},
+        {QStringLiteral("QPSK that turns"), qpsk, snr, 0.0003},
+        {QStringLiteral("QPSK, 1/8 turn per symbol"), qpsk, snr, 0.125},
+        {QStringLiteral("8PSK that turns"), psk8, snr, 0.0003},
+        {QStringLiteral("16QAM that turns"), qam16, snr, 0.0003},
+        {QStringLiteral("16QAM, clipped at half of its outer points"), qam16, snr, 0.0, 0.15},
+    };
+}
+
+// Modulations that are none of the four.
+QVector<Settings> modulations(double snr)
+{
+    const auto random = [](std::vector<Complex> points) {
+        return AnalyticPoints::randomOf(std::move(points));
+    };
+    const auto ring = AnalyticPoints::ring;
+    return {
+        {QStringLiteral("OQPSK at the decisions of I"), offsetQpsk(), snr},
+        {QStringLiteral("pi/4-QPSK"), quarterShift(), snr},
+        {QStringLiteral("MSK"), minimumShift(), snr},
+        {QStringLiteral("on-off keying"), random({{0.0, 0.0}, {1.0, 0.0}}), snr},
+        {QStringLiteral("4PAM"), random({{-3, 0}, {-1, 0}, {1, 0}, {3, 0}}), snr},
+        {QStringLiteral("3PSK"), random(ring(3, 1.0, 0.0)), snr},
+        {QStringLiteral("6PSK"), random(ring(6, 1.0, 0.0)), snr},
+        {QStringLiteral("16PSK"), random(ring(16, 1.0, 0.0)), snr},
+        {QStringLiteral("8QAM, two squares"),
+            random(rings({ring(4, 1.0, Pi / 4.0), ring(4, 2.0, 0.0)})), snr},
+        {QStringLiteral("16APSK"),
+            random(rings({ring(4, 1.0, Pi / 4.0), ring(12, 2.7, Pi / 12.0)})), snr},
+        {QStringLiteral("32APSK"),
+            random(rings({ring(4, 1.0, Pi / 4.0), ring(12, 2.6, Pi / 12.0), ring(16, 4.6, 0.0)})),
+            snr},
+        {QStringLiteral("32QAM"), random(square(6, false)), snr},
+        {QStringLiteral("64QAM"), random(square(8, true)), snr},
     };
 }
 
@@ -106,48 +162,32 @@ orderTrials::Counts orderTrials::run(
     return counts;
 }
 
+QString orderTrials::report(int trials)
+{
+    QString text;
+    const auto add = [&](const Settings& signal, ModulationOrder order) {
+        const Counts counts = run(signal, order, trials);
+        text += QStringLiteral("%1, %2 dB: %3 right, %4 unknown, %5 wrong\n")
+                    .arg(signal.name)
+                    .arg(signal.snr)
+                    .arg(counts.right)
+                    .arg(counts.unknown)
+                    .arg(counts.wrong);
+    };
+    for (int snr = MinReportDb; snr <= MaxReportDb; snr += 2) {
+        for (const ModulationOrder order : {ModulationOrder::Bpsk, ModulationOrder::Qpsk,
+                 ModulationOrder::Psk8, ModulationOrder::Qam16}) {
+            add({modulationOrder::name(order), AnalyticPoints::randomOf(order), double(snr)},
+                order);
+        }
+        for (const Settings& signal : otherSignals(snr)) {
+            add(signal, ModulationOrder::Unknown);
+        }
+    }
+    return text;
+}
+
 QVector<AnalyticPoints::Settings> orderTrials::otherSignals(double snr)
 {
-    const auto random = [](std::vector<Complex> points) {
-        return AnalyticPoints::randomOf(std::move(points));
-    };
-    const auto ring = AnalyticPoints::ring;
-    const Source one = random({{1.0, 0.0}});
-    const Source bpsk = AnalyticPoints::randomOf(ModulationOrder::Bpsk);
-    const Source qpsk = AnalyticPoints::randomOf(ModulationOrder::Qpsk);
-    const Source psk8 = AnalyticPoints::randomOf(ModulationOrder::Psk8);
-    const Source qam16 = AnalyticPoints::randomOf(ModulationOrder::Qam16);
-    return {
-        {QStringLiteral("noise alone"),
-            [](std::mt19937& /*random*/, int /*symbol*/) { return Complex(); }, snr},
-        {QStringLiteral("carrier that stands"), one, snr},
-        {QStringLiteral("carrier that turns slowly"), one, snr, 0.0003},
-        {QStringLiteral("carrier, 1/2 turn per symbol"), one, snr, 0.5},
-        {QStringLiteral("carrier, 1/4 turn per symbol"), one, snr, 0.25},
-        {QStringLiteral("carrier, 1/8 turn per symbol"), one, snr, 0.125},
-        {QStringLiteral("BPSK that turns"), bpsk, snr, 0.0003},
-        {QStringLiteral("BPSK, 1/4 turn per symbol"), bpsk, snr, 0.25},
-        {QStringLiteral("QPSK that turns"), qpsk, snr, 0.0003},
-        {QStringLiteral("QPSK, 1/8 turn per symbol"), qpsk, snr, 0.125},
-        {QStringLiteral("8PSK that turns"), psk8, snr, 0.0003},
-        {QStringLiteral("16QAM that turns"), qam16, snr, 0.0003},
-        {QStringLiteral("16QAM, clipped at half of its outer points"), qam16, snr, 0.0, 0.15},
-        {QStringLiteral("OQPSK at the decisions of I"), offsetQpsk(), snr},
-        {QStringLiteral("pi/4-QPSK"), quarterShift(), snr},
-        {QStringLiteral("MSK"), minimumShift(), snr},
-        {QStringLiteral("on-off keying"), random({{0.0, 0.0}, {1.0, 0.0}}), snr},
-        {QStringLiteral("4PAM"), random({{-3, 0}, {-1, 0}, {1, 0}, {3, 0}}), snr},
-        {QStringLiteral("3PSK"), random(ring(3, 1.0, 0.0)), snr},
-        {QStringLiteral("6PSK"), random(ring(6, 1.0, 0.0)), snr},
-        {QStringLiteral("16PSK"), random(ring(16, 1.0, 0.0)), snr},
-        {QStringLiteral("8QAM, two squares"),
-            random(rings({ring(4, 1.0, Pi / 4.0), ring(4, 2.0, 0.0)})), snr},
-        {QStringLiteral("16APSK"),
-            random(rings({ring(4, 1.0, Pi / 4.0), ring(12, 2.7, Pi / 12.0)})), snr},
-        {QStringLiteral("32APSK"),
-            random(rings({ring(4, 1.0, Pi / 4.0), ring(12, 2.6, Pi / 12.0), ring(16, 4.6, 0.0)})),
-            snr},
-        {QStringLiteral("32QAM"), random(square(6, false)), snr},
-        {QStringLiteral("64QAM"), random(square(8, true)), snr},
-    };
+    return carriers(snr) + modulations(snr);
 }

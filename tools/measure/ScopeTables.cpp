@@ -93,9 +93,9 @@ void addWrongOrders(MeasurementRows& rows)
     for (const ModulationOrder order : Orders) {
         int wrong = 0;
         int trials = 0;
-        for (double snr = -6.0; snr <= 30.0; snr += 3.0) {
-            const auto counts =
-                orderTrials::run({{}, AnalyticPoints::randomOf(order), snr}, order, Trials);
+        for (int snr = -6; snr <= 30; snr += 3) {
+            const auto counts = orderTrials::run(
+                {{}, AnalyticPoints::randomOf(order), static_cast<double>(snr)}, order, Trials);
             wrong += counts.wrong;
             trials += counts.trials;
         }

@@ -157,6 +157,18 @@ MeasurementRows noiseRows()
     return rows;
 }
 
+// In the band at -26 dB, which hardly leaves anything of the carrier outside.
+MeasurementRow autoPowerRow(const Settings& settings)
+{
+    const SimulatedCarrier carrier(settings);
+    const auto band = channelMeasurements::bandwidthBelow(carrier.spectrum(), 26.0);
+    const auto power =
+        channelMeasurements::channelPower(carrier.spectrum(), band.middle(), band.width());
+    return {QStringLiteral("Channel power"),
+        QStringLiteral("%1: in the band at −26 dB").arg(carrierName(settings)),
+        carrier.carrierPower(), valueOf(power, power.level), 0.3, QStringLiteral("dB")};
+}
+
 MeasurementRows channelPowerRows()
 {
     MeasurementRows rows;
@@ -178,6 +190,7 @@ MeasurementRows channelPowerRows()
                 carrier.channelPower(middle, width), valueOf(power, power.level), 0.3,
                 QStringLiteral("dB")};
         }
+        rows += autoPowerRow(settings);
     }
     return rows;
 }

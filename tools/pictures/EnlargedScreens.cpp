@@ -83,7 +83,7 @@ void show(PanelPictures& panel, const Sheet& sheet)
 void takeKeys(PanelPictures& panel)
 {
     const QString signal = u"qpsk:snr=16:level=0.3"_s;
-    show(panel, {{}, Constellation, signal}); // SDI strips have no range
+    show(panel, {{}, Constellation, signal}); // SDI records before it have no range
     press(panel, "fixedRangeKey");
     show(panel, {{}, Constellation, signal});
     panel.take(u"enlarged-fixed-range"_s);

@@ -117,16 +117,3 @@ void takeMenus(PanelPictures& panel)
     takePages(panel);
     panel.say(u"SK,Start"_s); // a menu of the unit's own stands in the status bar from here on
 }
-
-void takeAllMenus(PanelPictures& panel)
-{
-    QStringList names;
-    for (const KeyBoard* menu : panel.window().rooms().menus->book.pages) {
-        if (menu->name != u"Loading"_s && menu->name != u"two"_s) {
-            names += menu->name;
-        }
-    }
-    for (const QString& name : names) {
-        takeMenu(panel, name);
-    }
-}

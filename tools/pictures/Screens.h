@@ -27,6 +27,3 @@ void takeSignals(PanelPictures& panel);
 /// One scope enlarged, with its keys and numbers, for each kind of signal. The signals are computed
 /// here.
 void takeEnlargedScopes(PanelPictures& panel);
-
-/// Every page of every menu that the unit has sent, in place of all the others.
-void takeAllMenus(PanelPictures& panel);

@@ -142,6 +142,7 @@ void takeOver(PanelPictures& panel)
         cardOf(panel).chart(0)->addSpectrum(points);
         PanelPictures::settle(BetweenMs);
     }
+    cardOf(panel).chart(0)->addSpectrum(points);
     panel.take(u"spectrum-over"_s);
 }
 
@@ -159,6 +160,7 @@ void takeLentChartKeys(PanelPictures& panel)
         cardOf(panel).chart(0)->mapTo(&panel.window(), title));
     PanelPictures::settle(FewSpectraMs);
     panel.say(u"PAX,0"_s);
+    panel.showView(Views::Spectrum);
 }
 
 // What a chart shows when its card is gone.
@@ -167,6 +169,7 @@ void takeSilence(PanelPictures& panel)
     constexpr int MaxWaits = 120; // six seconds; a chart waits for three
     SpectralCard& card = *panel.window().rooms().spectrum->card();
     card.setK7150(u"absent"_s, {}, {});
+    takeOver(panel);
     for (int waits = 0; waits < MaxWaits && !card.chart(0)->stale(); ++waits) {
         PanelPictures::settle();
     }
@@ -191,7 +194,6 @@ void takeSpectrum(PanelPictures& panel)
     takeReadings(panel);
     takeEnlargedChart(panel);
     takeMeasurements(panel);
-    takeOver(panel);
     takeLentChartKeys(panel);
     takeSilence(panel);
     show(panel, Charts);

@@ -1,10 +1,17 @@
-// qn740-pictures: a picture of every screen of the panel, driven by the simulated unit.
+// qn740-pictures: a picture of every screen of the panel, driven by the simulated unit, or of all
+// that a menu file defines.
 #include "app/Identity.h"
+#include "sim/unit/MenuFile.h"
 #include "tools/pictures/PanelPictures.h"
+#include "tools/pictures/PaperHtml.h"
+#include "tools/pictures/PaperPanel.h"
 #include "tools/pictures/Screens.h"
+#include "tools/screen/OwnScreen.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
+#include <QFile>
 #include <QTemporaryFile>
 
 #include <cstdio>
@@ -26,14 +33,54 @@ int result(const std::vector<const PanelPictures*>& runs)
     return succeeded ? 0 : 1;
 }
 
-int takeMenuFile(const QString& directory, const QString& file)
+// Writes each picture of the paper to DIRECTORY/NAME.png and prints its path.
+bool writePictures(const Paper& paper, const QDir& directory)
 {
-    PanelPictures panel(directory, file);
-    if (!panel.start()) {
+    bool written = directory.mkpath(u"."_s);
+    const auto pictures = paper.pictures();
+    for (const PaperPicture& picture : pictures) {
+        const QString path = directory.filePath(picture.name + u".png"_s);
+        const bool saved = written && picture.image.save(path);
+        std::fprintf(
+            saved ? stdout : stderr, saved ? "%s\n" : "cannot write %s\n", qPrintable(path));
+        written = saved;
+    }
+    std::printf("%d pictures\n", static_cast<int>(pictures.size()));
+    return written;
+}
+
+bool writePage(const Paper& paper, const QString& path, const QString& directory)
+{
+    const QString folder = directory.isEmpty()
+        ? QString()
+        : QFileInfo(path).absoluteDir().relativeFilePath(QFileInfo(directory).absoluteFilePath());
+    const QByteArray page = paperHtml::page(paper, folder);
+    QFile file(path);
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(page) == page.size();
+    if (!written) {
+        std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
+    }
+    return written;
+}
+
+// Draws a menu file: into the directory, into a page, or into a page with its pictures in the
+// directory. Either may be empty.
+int takeMenuFile(const QString& file, const QString& page, const QString& directory)
+{
+    const MenuFile menus = MenuFile::load(file);
+    for (const QString& error : menus.errors()) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+    }
+    if (!menus.errors().isEmpty()) {
         return 1;
     }
-    takeAllMenus(panel);
-    return result({&panel});
+    const Paper paper = PaperPanel().draw(menus, file);
+    for (const QString& fault : paper.faults) {
+        std::fprintf(stderr, "%s\n", qPrintable(fault));
+    }
+    const bool done = (directory.isEmpty() || writePictures(paper, QDir(directory))) &&
+        (page.isEmpty() || writePage(paper, page, directory));
+    return done && paper.faults.isEmpty() ? 0 : 1;
 }
 
 int takeEverything(const QString& directory)
@@ -69,6 +116,7 @@ int takeEverything(const QString& directory)
 
 int main(int argc, char** argv)
 {
+    const OwnScreen screen;
     QApplication application(argc, argv);
     identity::apply();
     identity::applyLook(application);
@@ -76,22 +124,27 @@ int main(int argc, char** argv)
 
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addPositionalArgument(u"DIR"_s, u"where the pictures go"_s);
-    const QCommandLineOption menu(
-        u"menu"_s, u"the menus of FILE instead of the built-in ones"_s, u"FILE"_s);
+    parser.addPositionalArgument(u"DIR"_s, u"where the pictures go"_s, u"[DIR]"_s);
+    const QCommandLineOption menu(u"menu"_s,
+        u"every menu and every editor of FILE instead of the panel's screens"_s, u"FILE"_s);
     parser.addOption(menu);
+    const QCommandLineOption html(u"html"_s,
+        u"with --menu: one page of it all; the pictures are in the page, or in DIR"_s, u"PAGE"_s);
+    parser.addOption(html);
     const QCommandLineOption quick(
         u"quick"_s, u"do not wait until scopes and spectra have filled"_s);
     parser.addOption(quick);
     parser.process(application);
-    if (parser.positionalArguments().size() != 1) {
+    const QStringList directories = parser.positionalArguments();
+    const bool complete = parser.isSet(html) ? parser.isSet(menu) : !directories.isEmpty();
+    if (directories.size() > 1 || !complete) {
         parser.showHelp(1);
     }
 
     if (parser.isSet(quick)) {
         PanelPictures::setQuick();
     }
-    const QString directory = parser.positionalArguments().constFirst();
-    return parser.isSet(menu) ? takeMenuFile(directory, parser.value(menu))
+    const QString directory = directories.value(0);
+    return parser.isSet(menu) ? takeMenuFile(parser.value(menu), parser.value(html), directory)
                               : takeEverything(directory);
 }

@@ -46,9 +46,9 @@ finger::Target typeOnPad(const QString& entry, const QString& confirm)
 {
     const bool isNegative = entry.startsWith(u'-');
     const QString characters = isNegative ? entry.mid(1) + u'-' : entry;
-    const finger::Target last = keyOfEditor(confirm);
+    finger::Target last = keyOfEditor(confirm);
     for (const QChar character : characters) {
-        const finger::Target key = keyOfEditor(character);
+        finger::Target key = keyOfEditor(character);
         if (!key.fault.isEmpty() || !last.fault.isEmpty()) {
             return key.fault.isEmpty() ? last : key;
         }
