@@ -65,6 +65,13 @@ int exportFile(const MenuTools& tools)
     for (const QString& error : errors) {
         Printer::error(error);
     }
+    // A silenced message is no error, but it would be lost on the way.
+    if (errors.isEmpty() && !file.content().faults.isEmpty() && tools.exportAs != Dot) {
+        Printer::error(QStringLiteral("%1:%2: a message whose QN101 is silenced cannot be exported")
+                           .arg(file.name())
+                           .arg(file.content().faults.constFirst().place.line));
+        return 1;
+    }
     if (!errors.isEmpty()) {
         return 1;
     }

@@ -114,13 +114,16 @@ void checkLabel(const PanelMenus& menus, const PanelKey& key, int options, Findi
         }
         return;
     }
+    // The keys of a page with few rows are larger, and become smaller when more are added.
+    const bool isPage = menu.kind == PanelMenu::Kind::Plain;
     const QSize size = labelRoom::keySize(menu.kind, key.cell.group, options);
     if (key.cell.group != KeyGroup::Nowhere &&
         !labelRoom::fits(label, size, original.number(Type) == ToggleKey)) {
         findings.add("QN601", key.place,
-            QStringLiteral("the label %1 is too long for its key on %2: it ends in \"...\" even in "
-                           "the smallest letters")
-                .arg(nameOf(label), nameOf(menu.name)));
+            QStringLiteral("the label %1 is too long for its key on %2%3: it ends in \"...\" even "
+                           "in the smallest letters")
+                .arg(nameOf(label), isPage ? QStringLiteral("a full page of ") : QString(),
+                    nameOf(menu.name)));
     }
 }
 

@@ -279,6 +279,7 @@ private:
         }
         const wire::Command* command = wire::findCommand(wire::toPanel(), *word);
         if (command == nullptr) {
+            readIgnore(value, place, place);
             add(FaultKind::UnknownWord, rules::fault(*word), place);
             return;
         }

@@ -10,6 +10,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <iterator>
 
 // outside namespaces, which Q_INIT_RESOURCE requires
 static void initMenuResource()
@@ -116,6 +117,21 @@ private:
     qsizetype m_waiting = 0; // the first silence that may still wait for its line
 };
 
+// Whether a message is left out instead of refused: the panel ignores an unknown word as well, and
+// the file says that this is known.
+bool isLeftOut(const MenuFault& fault, const QList<MenuSilence>& silences)
+{
+    const auto isIts = [&fault](const MenuSilence& silence) {
+        const MenuPlace& target = silence.target;
+        const bool isFile = target.line == 0 && target.pointer.isEmpty();
+        const bool isPlace = fault.place.pointer.isEmpty() ? target.line == fault.place.line
+                                                           : target.pointer == fault.place.pointer;
+        return (isFile || isPlace) && silence.codes.contains(QLatin1String("QN101"));
+    };
+    return fault.kind == MenuFault::Kind::UnknownWord &&
+        std::any_of(silences.begin(), silences.end(), isIts);
+}
+
 } // namespace
 
 MenuFile::Line MenuFile::parseLine(const QByteArray& line)
@@ -195,7 +211,10 @@ qsizetype MenuFile::messageCount() const
 QStringList MenuFile::errors() const
 {
     QStringList errors;
-    const QList<MenuFault> shown = m_content.faults.mid(0, MaxErrors);
+    QList<MenuFault> refused;
+    std::copy_if(m_content.faults.begin(), m_content.faults.end(), std::back_inserter(refused),
+        [this](const MenuFault& fault) { return !isLeftOut(fault, m_content.silences); });
+    const QList<MenuFault> shown = refused.mid(0, MaxErrors);
     for (const MenuFault& fault : shown) {
         const QString line =
             fault.place.line > 0 ? QString::number(fault.place.line) + QLatin1Char(':') : QString();
@@ -203,9 +222,8 @@ QStringList MenuFile::errors() const
             fault.place.pointer.isEmpty() ? QString() : fault.place.pointer + QLatin1String(": ");
         errors.append(m_name + QLatin1Char(':') + line + QLatin1Char(' ') + pointer + fault.text);
     }
-    if (m_content.faults.size() > MaxErrors) {
-        errors.append(
-            QStringLiteral("%1: %2 more").arg(m_name).arg(m_content.faults.size() - MaxErrors));
+    if (refused.size() > MaxErrors) {
+        errors.append(QStringLiteral("%1: %2 more").arg(m_name).arg(refused.size() - MaxErrors));
     }
     return errors;
 }

@@ -77,7 +77,7 @@ struct FrequencyError
 
 /// \return the power in the band of \a bandwidth MHz around \a centre MHz: the sum of the powers of
 /// the bins, of which those at the edges count with the part that lies inside (the integration
-/// bandwidth method). Noise is not subtracted.
+/// bandwidth method of spectrum analysers; Parseval's theorem). Noise is not subtracted.
 ChannelPower channelPower(const MeasuredSpectrum& spectrum, double centre, double bandwidth);
 
 /// \return the band that holds 99 % of the carrier's power, 0.5 % lying on either side of it
@@ -91,13 +91,16 @@ Bandwidth occupiedBandwidth(const MeasuredSpectrum& spectrum);
 Bandwidth bandwidthBelow(const MeasuredSpectrum& spectrum, double down);
 
 /// \return the mean noise power beside the carrier; without a carrier, that of the whole spectrum.
+/// It is found from a median, see noise::medianOverMean().
 NoiseFloor noiseFloor(const MeasuredSpectrum& spectrum);
 
 /// \return C/N and C/N0: the carrier's power without the noise, divided by the noise in the
-/// occupied bandwidth, and in 1 Hz.
+/// occupied bandwidth, and in 1 Hz (B. Sklar, "Digital Communications", chapter "Communications
+/// Link Analysis").
 CarrierToNoise carrierToNoise(const MeasuredSpectrum& spectrum);
 
-/// \return the middle of the occupied band, and how far it is from the centre of the spectrum.
+/// \return the middle of the occupied band, and how far it is from the centre of the spectrum. This
+/// is a definition of our own, for a carrier whose spectrum is symmetric.
 FrequencyError frequencyError(const MeasuredSpectrum& spectrum);
 
 } // namespace channelMeasurements

@@ -3,6 +3,7 @@
 #include "spectrum/ChartKeys.h"
 #include "touch/Placement.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace {
@@ -22,6 +23,20 @@ ChartKeyDialog::ChartKeyDialog(QWidget* parent)
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(m_keys);
+}
+
+void ChartKeyDialog::closeWith(QWidget* chart)
+{
+    chart->installEventFilter(this);
+    connect(chart, &QObject::destroyed, this, &QDialog::close);
+}
+
+bool ChartKeyDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Hide) {
+        close(); // It only schedules the deletion of this filter.
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void ChartKeyDialog::showEvent(QShowEvent* event)

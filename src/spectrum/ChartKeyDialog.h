@@ -20,7 +20,11 @@ public:
     /// \return the keys.
     ChartKeys* keys() const { return m_keys; }
 
+    /// Closes the window when \a chart disappears from the screen or is deleted.
+    void closeWith(QWidget* chart);
+
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

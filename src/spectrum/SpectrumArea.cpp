@@ -250,7 +250,7 @@ void SpectrumArea::openKeys()
     }
     m_dialog = new ChartKeyDialog(this);
     connect(m_dialog->keys(), &ChartKeys::pressed, this, &SpectrumArea::press);
-    connect(m_chart, &QObject::destroyed, m_dialog, &QDialog::close);
+    m_dialog->closeWith(m_chart);
     showInEffect();
     m_dialog->open();
 }

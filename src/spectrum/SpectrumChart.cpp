@@ -171,6 +171,7 @@ void SpectrumChart::clearHolds()
 void SpectrumChart::restartAverage()
 {
     m_trace.restart();
+    schedulePaint(); // The held lines are gone.
 }
 
 void SpectrumChart::setSettings(const ChartSettings& settings)

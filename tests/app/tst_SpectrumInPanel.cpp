@@ -469,6 +469,16 @@ private slots:
         QVERIFY(card->isAncestorOf(card->chart(0)));
     }
 
+    void the_keys_go_when_the_main_unit_shows_another_page()
+    {
+        startPax();
+        touchTitle(m_window->rooms().spectrum->card()->chart(0));
+        QVERIFY(QApplication::activeModalWidget() != nullptr);
+        send("SK,two");
+        QVERIFY(!m_window->rooms().spectrum->card()->chart(0)->isVisible());
+        QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+
     void the_keys_go_with_a_chart_that_is_deleted_with_its_page()
     {
         startPax();

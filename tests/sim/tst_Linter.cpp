@@ -282,6 +282,8 @@ private slots:
         }());
         row("an editor that opens at once", "IK,Unlock,1,SYS:PIN:,0 9999,7,");
         row("a message box with a flag that is empty", "DB,Text,\nDB,KILLBOX\nDB,Text,0");
+        row("an unknown word in JSON, silenced",
+            R"({"version":1,"content":[{"message":"NEW","ignore":["QN101"]}]})");
         row("blank behind a range", "AK,M,a,L,1,A:,1 9 :20 30 ,0,,25,0,1\nSK,M");
         row("blank behind a slider's range", "AK,M,a,L,3,A:,60 0 ,0,1: 5,5,0,1\nSK,M");
         row("the whole file silenced", "AK,M,a,L,5,A,,0,,0,0,1\n# qn740: ignore-file QN602 QN204");

@@ -176,6 +176,24 @@ private slots:
         QCOMPARE(file.errors().last(), u"f: 4900 more"_s);
     }
 
+    void an_unknown_word_that_is_silenced_is_left_out()
+    {
+        const MenuFile one =
+            MenuFile::parse("# qn740: ignore QN101 for the next panel\nNEW,1\nPING\n", u"f"_s);
+        QCOMPARE(one.errors(), QStringList());
+        QCOMPARE(one.messageCount(), 1);
+        const MenuFile next = MenuFile::parse("# qn740: ignore QN101\nNEW,1\nNEW,2\nVER\n", u"f"_s);
+        QCOMPARE(next.errors(), QStringList{u"f:3: unknown command word \"NEW\""_s});
+        const MenuFile all = MenuFile::parse("NEW,1\nNEW,2\n# qn740: ignore-file QN101\n", u"f"_s);
+        QCOMPARE(all.errors(), QStringList());
+        const MenuFile other = MenuFile::parse("# qn740: ignore QN102\nSM,1\n", u"f"_s);
+        QCOMPARE(other.errors().size(), 1);
+        const MenuFile json = MenuFile::parse(
+            R"({"version":1,"content":[{"message":"NEW","ignore":["QN101"]},{"message":"PING"}]})",
+            u"f"_s);
+        QCOMPARE(json.errors(), QStringList());
+    }
+
     void comments_blank_lines_and_waits_are_no_messages()
     {
         const MenuFile file = MenuFile::parse("#a\n\n   \n\t# b\nwait 250\n wait  0 \nVER", u"f"_s);

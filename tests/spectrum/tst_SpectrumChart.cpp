@@ -567,6 +567,26 @@ private slots:
         QVERIFY(!m_chart->readout().contains(u"Ref"_s));
     }
 
+    void cleared_holds_are_gone_at_once()
+    {
+        m_chart->setLineColor(Qt::green);
+        m_chart->setMaxHold(true);
+        m_chart->setPolled(false); // It does not become stale.
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-20)));
+        m_chart->addSpectrum(QByteArray(512, cardSide::level(-100)));
+        const QRect held(pixelOf(0.3, -20) - QPoint(0, 2), QSize(9, 5));
+        const QColor darker = lineColors::darker(Qt::green);
+        QTRY_VERIFY(pixels(m_chart->grab().toImage().copy(held), darker) > 7);
+        const auto* pace = m_chart->findChild<ReadoutPace*>();
+        QTRY_VERIFY(!pace->findChild<QTimer*>()->isActive());
+        QCoreApplication::processEvents();
+        const int before = m_chart->paints;
+        m_chart->restartAverage();
+        // Without another spectrum.
+        QTRY_VERIFY_WITH_TIMEOUT(m_chart->paints > before, 1000);
+        QCOMPARE(pixels(m_chart->grab().toImage().copy(held), darker), 0);
+    }
+
     void each_division_has_a_line_in_the_grid_data()
     {
         QTest::addColumn<int>("height");

@@ -311,7 +311,7 @@ private slots:
             m_output.contains(u"no key \"7\" in the window that is open"_s), qPrintable(m_output));
         QVERIFY2(m_output.contains(u"2 scenarios: 1 passed, 1 failed"_s), qPrintable(m_output));
         QCOMPARE(run({u"--fail-fast"_s, u"--step-time"_s, u"0.5"_s, u"b.try"_s, u"c.try"_s}), 1);
-        QVERIFY2(m_output.contains(u"1 scenarios: 0 passed, 1 failed"_s), qPrintable(m_output));
+        QVERIFY2(m_output.contains(u"1 scenario: 0 passed, 1 failed"_s), qPrintable(m_output));
     }
 
     void a_picture_is_compared_and_made_anew()

@@ -110,7 +110,8 @@ void takeEnlargedChart(PanelPictures& panel)
     takeAfter(panel, {u"Auto"_s}, u"spectrum-scale-auto"_s);
     takeAfter(panel, {u"5 dB"_s}, u"spectrum-scale-5"_s);
     takeAfter(panel, {u"2 dB"_s}, u"spectrum-scale-2"_s);
-    takeAfter(panel, {u"1 dB"_s}, u"spectrum-scale-1"_s);
+    const QString down = u"Ref ▼"_s; // by 2 dB; the peak would lie below a scale of 1 dB
+    takeAfter(panel, {down, down, down, down, down, u"1 dB"_s}, u"spectrum-scale-1"_s);
     takeAfter(panel, {u"Full"_s, u"Back"_s, u"Markers"_s, u"Peak"_s}, u"spectrum-keys-markers"_s);
     takeAfter(panel, {u"Delta"_s, u"Next peak"_s}, u"spectrum-delta"_s);
     takeAfter(panel, {u"Delta"_s, u"Off"_s, u"Off"_s, u"Back"_s, u"Measure"_s},

@@ -75,7 +75,8 @@ QString report::text(const Outcome& outcome)
 QString report::summary(const QList<Outcome>& outcomes)
 {
     const qsizetype failed = failures(outcomes);
-    return u"%1 scenarios: %2 passed, %3 failed, %4 s\n"_s.arg(outcomes.size())
+    return u"%1 %2: %3 passed, %4 failed, %5 s\n"_s.arg(outcomes.size())
+        .arg(outcomes.size() == 1 ? u"scenario"_s : u"scenarios"_s)
         .arg(outcomes.size() - failed)
         .arg(failed)
         .arg(seconds(total(outcomes)));
