@@ -25,7 +25,7 @@ QString definitions()
         u"AK,Tuner <1>,ip,Address,6,IP:,,0,,0,0,1\nCK,Tuner <1>,ip,2\n"_s
         u"AK,Tuner <1>,out,Outputs,5,SK:Outputs:,,0,,0,0,1\n"_s
         u"AK,Tuner <1>,far,Elsewhere,5,SK:Nowhere:,,0,,0,0,1\n"_s
-        u"CM,Main,Tuner <1>,freq\n"_s;
+        u"CM,Main,Tuner <1>,freq\nMS,PAX,Tuner <1>,agc\n"_s;
     for (int i = 1; i <= 40; ++i) {
         text += u"AK,Outputs,o%1,Output %1,5,O%1:,,0,,0,0,1\n"_s.arg(i);
     }
@@ -39,8 +39,8 @@ QString disturbances()
            u"SK,Outputs\n"_s;
 }
 
-const QStringList Pages{
-    u"tuner-1.png"_s, u"main.png"_s, u"outputs-page-1-of-2.png"_s, u"outputs-page-2-of-2.png"_s};
+const QStringList Pages{u"tuner-1.png"_s, u"main.png"_s, u"pax.png"_s, u"outputs-page-1-of-2.png"_s,
+    u"outputs-page-2-of-2.png"_s};
 const QStringList Editors{u"tuner-1-rf-frequency.png"_s, u"tuner-1-if-gain-db.png"_s,
     u"tuner-1-source.png"_s, u"tuner-1-address.png"_s, u"outputs-load.png"_s};
 const QStringList Others{
@@ -161,7 +161,7 @@ private slots:
             QVERIFY2(QImage(path(u"plain/"_s + name)) == QImage(path(u"pictures/"_s + name)),
                 qPrintable(name));
         }
-        QVERIFY(QImage(path(u"plain/"_s + Pages.at(2))) != QImage(path(u"plain/"_s + Pages.at(3))));
+        QVERIFY(QImage(path(u"plain/"_s + Pages.at(3))) != QImage(path(u"plain/"_s + Pages.at(4))));
     }
 
     void the_page_names_every_key_with_what_it_sends()
@@ -174,7 +174,7 @@ private slots:
         const QRegularExpression empty(u"<(?!meta|img)[a-z0-9]+[^>]*/>"_s);
         QVERIFY(!empty.match(QString::fromUtf8(bytes)).hasMatch());
         QCOMPARE(page.texts.value(u"h2"_s),
-            (QStringList{u"Tuner <1>"_s, u"Main"_s, u"Outputs"_s,
+            (QStringList{u"Tuner <1>"_s, u"Main"_s, u"PAX"_s, u"Outputs"_s,
                 u"Editors that the unit opens (IK)"_s, u"Message boxes (DB)"_s}));
         const QStringList rows = page.texts.value(u"tr"_s);
         const auto has = [&rows](const char* row) { return rows.contains(QString::fromUtf8(row)); };
@@ -188,7 +188,7 @@ private slots:
         QVERIFY(
             has("ElsewherefarcommandSK:Nowhere:1, for the menu Nowhere (not in this file)enabled"));
         QVERIFY(has("Output 40o40commandO40:1 and O40:0 in turnenabled"));
-        QVERIFY(rows.filter(u"copy of the key in Tuner <1>"_s).size() == 1);
+        QVERIFY(rows.filter(u"copy of the key in Tuner <1>"_s).size() == 2);
         QVERIFY(page.texts.value(u"figcaption"_s)
                     .contains(u"Source: R1:SRC:value. selection: 0 = Off, 1 = On"_s));
         for (const QString& link : page.links) {
@@ -218,7 +218,7 @@ private slots:
     void a_file_with_faults_is_not_drawn()
     {
         QCOMPARE(draw(definitions() + u"AK,x\n"_s, {u"--html"_s, u"none.html"_s}), 1);
-        QVERIFY2(m_errors.startsWith(u"my.menu:52: AK needs 11 fields"_s), qPrintable(m_errors));
+        QVERIFY2(m_errors.startsWith(u"my.menu:53: AK needs 11 fields"_s), qPrintable(m_errors));
         QVERIFY(!QFileInfo::exists(path(u"none.html"_s)));
     }
 
