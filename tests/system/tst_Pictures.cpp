@@ -50,6 +50,10 @@ QVector<Part> stillParts(const QString& name)
     if (name == u"pax-menu-chart-keys.png"_s) {
         return {{"keys", {0, 0, 400, 480}}, {"keys below", {0, 406, 800, 74}}};
     }
+    if (name == u"spectrum-max-hold.png"_s) {
+        // The readings need one line or two, and the levels begin below them.
+        return {{"keys", {618, 0, 182, 480}}};
+    }
     if (name.startsWith(u"spectrum-"_s)) {
         return {{"levels", {0, 0, 36, 430}}, {"keys", {618, 0, 182, 480}}};
     }
