@@ -930,7 +930,8 @@ private slots:
         QTest::qWait(400);
         m_chart->repaint();
         const auto* timer = m_chart->findChild<QTimer*>(u"paintTimer"_s);
-        QVERIFY(timer != nullptr && !timer->isActive());
+        QVERIFY(timer != nullptr);
+        QTRY_VERIFY(!timer->isActive()); // The numbers may have asked for one more paint.
         m_chart->addSpectrum(cardSide::carrier(512, 1, -20));
         QVERIFY(timer->isActive());
         QVERIFY2(m_chart->tookMs > 1, qPrintable(QString::number(m_chart->tookMs)));
