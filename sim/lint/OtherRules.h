@@ -18,8 +18,9 @@ void checkSurplus(
     const QString& word, const QStringList& fields, const MenuPlace& place, Findings& findings);
 
 /// Finds the comma that makes a message a faulty one.
-/// \param body of a message that is none \return the text that was meant, "RF, Frequency", when the
-/// message is a good one without a comma in it; empty otherwise
+/// \param body of a message that is not valid
+/// \return the text that was meant, "RF, Frequency", when the message is valid without a comma in
+/// it; empty otherwise
 QString textWithComma(const QString& body);
 
 } // namespace lint

@@ -1,7 +1,7 @@
 #include "scopes/ConstellationMeter.h"
 #include "scopes/NoiseEstimate.h"
 #include "scopes/OrderFinder.h"
-#include "sim/scope/SignalModel.h"
+#include "scopes/SignalFeed.h"
 #include "support/TestMain.h"
 #include "tools/measure/OrderTrials.h"
 
@@ -50,25 +50,10 @@ ReceivedPoints ideal(Order order, const PlaneMap& map, int repeats = 64)
     return points;
 }
 
-// A block of the simulator as the line brings it.
+// Symbols at their decisions.
 void feed(ConstellationMeter& meter, const QString& text, int blocks)
 {
-    QString fault;
-    SignalModel model(SignalSettings::fromText(text, fault), 11);
-    QCOMPARE(fault, QString());
-    for (int block = 0; block < blocks; ++block) {
-        QVector<int> i;
-        QVector<int> q;
-        model.append(256, 1, i, q);
-        QVector<double> x;
-        QVector<double> y;
-        for (int k = 0; k < 256; ++k) {
-            x.append(i.at(k) / 32768.0);
-            y.append(q.at(k) / 32768.0);
-        }
-        x[0] = x[1];
-        meter.addBlock(x, y);
-    }
+    signalFeed::feed(meter, text, blocks, 1, 11);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "scopes/EyeMeter.h"
+#include "scopes/SignalFeed.h"
 #include "sim/scope/SignalModel.h"
 #include "support/TestMain.h"
 
@@ -12,22 +13,7 @@ namespace {
 template <class Meter>
 void feed(Meter& meter, const QString& text, int blocks)
 {
-    QString fault;
-    SignalModel model(SignalSettings::fromText(text, fault), 3);
-    QCOMPARE(fault, QString());
-    for (int block = 0; block < blocks; ++block) {
-        QVector<int> i;
-        QVector<int> q;
-        model.append(256, iqBlock::EyeSamplesPerSymbol, i, q);
-        QVector<double> x;
-        QVector<double> y;
-        for (int k = 0; k < 256; ++k) {
-            x.append(i.at(k) / 32768.0);
-            y.append(q.at(k) / 32768.0);
-        }
-        x[0] = x[1];
-        meter.addBlock(x, y);
-    }
+    signalFeed::feed(meter, text, blocks, iqBlock::EyeSamplesPerSymbol, 3);
 }
 
 } // namespace
