@@ -199,6 +199,21 @@ private slots:
             qPrintable(QString::number(reads.size())));
     }
 
+    void no_timer_of_a_hidden_scope_runs_when_nothing_comes()
+    {
+        ScopeFixture fixture(false);
+        stream(fixture.line, steady(1, 2) + steady(1, 2));
+        QTRY_COMPARE(fixture.blocks.size(), 2);
+        const auto isIdle = [&fixture] {
+            const auto timers = fixture.scope.findChildren<QTimer*>();
+            return std::none_of(timers.cbegin(), timers.cend(),
+                [](const QTimer* timer) { return timer->isActive(); });
+        };
+        QVERIFY(!isIdle()); // "NO DATA" is due when nothing follows
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Scope::StaleMs + 3000);
+        QVERIFY(fixture.scope.stale());
+    }
+
     // The unit of the decoder is one read: two records in one would be one.
     void a_hidden_scope_reads_records_as_they_come()
     {
