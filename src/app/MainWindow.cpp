@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QTimer>
 
 namespace {
 
@@ -24,9 +23,10 @@ static void loadPictures()
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
     , m_dispatcher(std::make_unique<Dispatcher>(slotTable(*this)))
+    , m_splash(std::make_unique<SplashScreen>())
 {
     loadPictures();
-    showSplash();
+    m_splash->showFor(SplashScreen::durationMs());
     m_rooms = std::make_unique<Rooms>(this);
     setCentralWidget(m_rooms->central);
     connectRooms(*m_rooms, *this);
@@ -49,20 +49,6 @@ MainWindow::~MainWindow()
     for (QObject* child : children) {
         child->disconnect(this);
     }
-}
-
-void MainWindow::showSplash()
-{
-    m_splash =
-        std::make_unique<SplashScreen>(QPixmap(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
-    const int splashMs = SplashScreen::durationMs();
-    if (splashMs == 0) {
-        return;
-    }
-    m_splash->show();
-    QCoreApplication::processEvents();
-    // A coarse timer of this length may end most of a second early.
-    QTimer::singleShot(splashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
 }
 
 void MainWindow::setUpLook()

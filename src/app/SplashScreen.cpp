@@ -1,14 +1,25 @@
 #include "app/SplashScreen.h"
 
+#include <QImageReader>
+#include <QTimer>
+
 namespace {
 
 constexpr int DefaultMs = 15000;
 constexpr int MaxMs = 600000;
 
+// Told the format, Qt does not load the plug-ins of all others to ask them.
+QPixmap picture()
+{
+    QImageReader reader(QStringLiteral(":/MyFiles/TORVA-qn740-white.png"), "png");
+    reader.setAutoDetectImageFormat(false);
+    return QPixmap::fromImage(reader.read());
+}
+
 } // namespace
 
-SplashScreen::SplashScreen(const QPixmap& picture)
-    : QSplashScreen(picture, Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint)
+SplashScreen::SplashScreen()
+    : QSplashScreen(QPixmap(), Qt::WindowStaysOnTopHint | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("splash"));
     setStyleSheet(QStringLiteral("QPixmap {background-color: black}"));
@@ -19,6 +30,25 @@ int SplashScreen::durationMs()
     bool ok = false;
     const int ms = qEnvironmentVariableIntValue("QN740_SPLASH_MS", &ok);
     return ok && ms >= 0 && ms <= MaxMs ? ms : DefaultMs;
+}
+
+void SplashScreen::showFor(int milliseconds)
+{
+    if (milliseconds == 0) {
+        return;
+    }
+    setPixmap(picture());
+    show();
+    QCoreApplication::processEvents();
+    // A coarse timer of this length may end most of a second early.
+    QTimer::singleShot(milliseconds, Qt::PreciseTimer, this, &SplashScreen::end);
+}
+
+void SplashScreen::end()
+{
+    close();
+    setPixmap(QPixmap());
+    destroy();
 }
 
 void SplashScreen::mousePressEvent(QMouseEvent* /*event*/) {}
