@@ -71,7 +71,7 @@ void keySerial::serial_data_in()
     if (!bytes.isEmpty()) {
         emit bytesReceived();
     }
-    m_buffer.append(QString::fromLatin1(bytes));
+    m_buffer.append(bytes);
     {
         const QScopedValueRollback<bool> handling(m_handling, true);
         while (const auto message = m_buffer.next()) {
