@@ -1,20 +1,13 @@
 #include "app/SplashScreen.h"
 
-#include <QImageReader>
+#include "touch/Picture.h"
+
 #include <QTimer>
 
 namespace {
 
 constexpr int DefaultMs = 15000;
 constexpr int MaxMs = 600000;
-
-// Told the format, Qt does not load the plug-ins of all others to ask them.
-QPixmap picture()
-{
-    QImageReader reader(QStringLiteral(":/MyFiles/TORVA-qn740-white.png"), "png");
-    reader.setAutoDetectImageFormat(false);
-    return QPixmap::fromImage(reader.read());
-}
 
 } // namespace
 
@@ -37,7 +30,7 @@ void SplashScreen::showFor(int milliseconds)
     if (milliseconds == 0) {
         return;
     }
-    setPixmap(picture());
+    setPixmap(touch::picture(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
     show();
     QCoreApplication::processEvents();
     // A coarse timer of this length may end most of a second early.
