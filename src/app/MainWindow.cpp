@@ -21,7 +21,7 @@ static void loadPictures()
 }
 
 MainWindow::MainWindow(QWidget* parent)
-    : QMainWindow(parent)
+    : QMainWindow(parent, Qt::Window | Qt::FramelessWindowHint)
     , m_dispatcher(std::make_unique<Dispatcher>(slotTable(*this)))
     , m_splash(std::make_unique<SplashScreen>())
 {
@@ -55,7 +55,6 @@ void MainWindow::setUpLook()
 {
     setStyleSheet(QStringLiteral(
         "QMainWindow {background-color: black; border-width: 2px; border-style: solid; border-color: black; font-size: 16px;}                        .QWidget{background-color: black;} QPushButton:pressed {background-color: #4169e1;} "));
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     // By its minimum sizes a full page of keys asks for more than the screen has.
     setFixedSize(ScreenSize);
     setCursor(Qt::BlankCursor);
