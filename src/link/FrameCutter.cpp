@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-void FrameCutter::append(const QByteArray& bytes)
+void FrameCutter::append(QByteArrayView bytes)
 {
     // The memory of what was handed out or dropped is freed once per append, not once per message.
     m_buffer.remove(0, m_begin);
@@ -27,12 +27,11 @@ std::optional<QString> FrameCutter::next()
     if (size() == 0) {
         return std::nullopt;
     }
-    const qsizetype stx = find(wire::Stx, m_begin);
-    if (stx < 0) {
-        clear();
-        return std::nullopt;
-    }
-    if (stx != m_begin) {
+    if (m_buffer.at(m_begin) != wire::Stx.toLatin1()) {
+        if (find(wire::Stx, m_begin + 1) < 0) {
+            clear();
+            return std::nullopt;
+        }
         ++m_begin;
     }
     const qsizetype eot = find(wire::Eot, qMax(m_begin, m_searched));

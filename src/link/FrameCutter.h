@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <optional>
@@ -18,7 +19,9 @@ class FrameCutter
 {
 public:
     /// Adds characters, one byte each, behind those that are left.
-    void append(const QByteArray& bytes);
+    void append(QByteArrayView bytes);
+    /// The same.
+    void append(const QByteArray& bytes) { append(QByteArrayView(bytes)); }
 
     /// The same with the characters (codes 0 to 255) of a string.
     void append(const QString& characters) { append(characters.toLatin1()); }
