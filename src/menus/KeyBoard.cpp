@@ -12,8 +12,6 @@
 
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace {
 constexpr int TitleAlignment = 0x20;
 constexpr QMargins FrameMargins(4, 15, 4, 4);
@@ -44,7 +42,10 @@ QString paxGroupSheet()
 }
 } // namespace
 
-KeyBoard::KeyBoard() = default;
+KeyBoard::KeyBoard()
+    : m_index(keys, &Key::keyId)
+{
+}
 
 KeyBoard::~KeyBoard()
 {
@@ -275,9 +276,7 @@ void KeyBoard::add_keyboard_button_fixed(const QString& label, const QString& ke
 
 Key* KeyBoard::findKey(const QString& keyId) const
 {
-    const auto found = std::find_if(
-        keys.cbegin(), keys.cend(), [&](const Key* key) { return key->keyId == keyId; });
-    return found != keys.cend() ? *found : nullptr;
+    return m_index.find(keyId);
 }
 
 KeyBoard::Kind KeyBoard::kind() const

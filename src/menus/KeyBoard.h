@@ -1,5 +1,6 @@
 #pragma once
 
+#include "menus/NameIndex.h"
 #include "menus/StackLayout.h"
 
 #include <QGridLayout>
@@ -147,6 +148,7 @@ private:
     void putNowhere(QPushButton* button);
 
     Kind m_kind = Kind::Plain;
+    mutable NameIndex<Key> m_index;
     QList<QPointer<MoreKey>> m_moreKeys;
     QWidget* m_nowhere = nullptr; // never shown; holds the buttons that have no cell
 };
