@@ -140,9 +140,9 @@ private:
     void startMenu(Kind kind, const QString& menuName, int lastRow, int lastCol);
     void addTitle();
     QGridLayout* addSubPage();
-    QPushButton* newMoreKey(QWidget* parent);
+    void addMoreKey();
     void openNextSubPage();
-    QPushButton* newButton(const QString& label);
+    QPushButton* newButton(const QString& label, std::optional<Cell> cell);
     void placeInFlow(QPushButton* button);
     void placeInGroup(QPushButton* button, Cell cell);
     void putNowhere(QPushButton* button);
