@@ -1,6 +1,7 @@
 // Every editor from the press of its key to its first painted frame, beside a bare dialog with as
 // many styled buttons.
 #include "panel/Groups.h"
+#include "popups/FileNameEdit.h"
 #include "support/InProcessPanel.h"
 #include "support/Row.h"
 
@@ -114,9 +115,8 @@ double microseconds(const std::function<void()>& open, Look* look = nullptr)
     return end - begin;
 }
 
-void row(const QByteArray& name, QPushButton* button)
+void row(const QByteArray& name, const std::function<void()>& openOurs)
 {
-    const auto openOurs = [button] { button->click(); };
     Look look;
     microseconds(openOurs, &look);
     const auto openPeer = [&look] { openBare(look); };
@@ -158,8 +158,9 @@ void editors()
     number = 0;
     for (const Editor& editor : Editors) {
         QPushButton* button = panel.button(u"Key %1"_s.arg(number++));
-        row(QByteArray("editor.") + editor.name, button);
+        row(QByteArray("editor.") + editor.name, [button] { button->click(); });
     }
+    row("editor.name", [] { const FileNameEdit edit({}, nullptr); });
 }
 
 } // namespace groups

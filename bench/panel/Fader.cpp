@@ -33,6 +33,28 @@ void play(bench::InProcessPanel& panel, bench::PaintWatch& watch, const QByteArr
     bench::settlePainted(watch, before);
 }
 
+// The same for messages that may change nothing on the screen: the answer to a "PING" ends it.
+void playUnseen(bench::InProcessPanel& panel, const QByteArray& frames)
+{
+    panel.unit.takeReceived();
+    panel.unit.write(frames + framed("PING"));
+    while (!panel.unit.received().endsWith('\x04')) {
+        QCoreApplication::processEvents();
+    }
+    QCoreApplication::processEvents();
+}
+
+void values(bench::InProcessPanel& panel)
+{
+    const QByteArrayList turns{turn("1.5,0"), turn("2.5,0")};
+    int next = 0;
+    const auto run = [&] { playUnseen(panel, turns.at(next++ % turns.size())); };
+    run();
+    bench::measure("fader.value", Rounds, {{"ours", {}, run}});
+    bench::print("fader.value", "line",
+        static_cast<double>(turns.constFirst().size()) * MicrosecondsPerByte);
+}
+
 void row(const char* name, bench::InProcessPanel& panel, const QByteArrayList& turns)
 {
     bench::PaintWatch watch;
@@ -62,6 +84,7 @@ void fader()
     panel.define("Fader", Keys);
     panel.say({"SK,Fader"});
     row("fader", panel, {turn("1,1"), turn("0,0")});
+    values(panel);
 }
 
 } // namespace groups

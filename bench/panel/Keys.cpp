@@ -13,8 +13,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int Counts[] = {100, 1000, 10000};
-constexpr int MaxCounted = 1000; // of the instructions of definitions
-constexpr int Messages = 1000;   // in one measurement of changes
+constexpr int MaxShort = 1000;
+constexpr int Buttons = 100;   // of the peer of changes
+constexpr int Messages = 1000; // in one measurement of changes
 
 // About the same time for all.
 int rounds(int count)
@@ -63,7 +64,7 @@ void define()
     bench::InProcessPanel panel;
     bench::BareWindow bare;
     for (const int count : Counts) {
-        if (bench::isCounting() && count > MaxCounted) {
+        if (bench::isCounting() && count > MaxShort) {
             continue;
         }
         const QByteArray frames = definitions(count);
@@ -85,8 +86,13 @@ void define()
 void changes()
 {
     bench::InProcessPanel panel;
+    bench::BareWindow bare;
+    const auto addBare = [&bare] {
+        bare.addButtons(Buttons, bench::keySheet());
+        bench::settle();
+    };
     for (const int count : Counts) {
-        if (bench::isCounting() && count > MaxCounted) {
+        if (bench::isShort() && count > MaxShort) {
             continue;
         }
         panel.say({"CLEAR"});
@@ -98,8 +104,9 @@ void changes()
         const auto row = [&](const char* name, const QByteArray& frames) {
             const auto run = [&] { panel.send(frames); };
             run();
-            bench::measure(
-                name + QByteArray::number(count), 11, {{"ours", {}, run, double(Messages)}});
+            bench::measure(name + QByteArray::number(count), 11,
+                {{"ours", {}, run, double(Messages)},
+                    {"peer", [&bare] { bare.clear(); }, addBare, double(Buttons)}});
         };
         row("CV.", turns);
         row("CK.", states);

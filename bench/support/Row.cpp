@@ -22,6 +22,7 @@ constexpr int SectionBegins = -7400001;
 constexpr int SectionEnds = -7400002;
 
 bool counting = false;
+bool isShortRun = false;
 
 void call(const std::function<void()>& function)
 {
@@ -67,6 +68,8 @@ std::vector<QByteArray> readArguments(int argc, char** argv)
         const QByteArray argument(argv[i]);
         if (argument == "--count") {
             counting = true;
+        } else if (argument == "--short") {
+            isShortRun = true;
         } else {
             left.push_back(argument);
         }
@@ -77,6 +80,11 @@ std::vector<QByteArray> readArguments(int argc, char** argv)
 bool isCounting()
 {
     return counting;
+}
+
+bool isShort()
+{
+    return isShortRun;
 }
 
 void measure(const QByteArray& row, int rounds, const std::vector<Side>& sides)

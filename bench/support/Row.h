@@ -27,11 +27,14 @@ struct Side
     std::function<void()> finish{}; ///< Not measured; may be empty.
 };
 
-/// Reads "--count" from the command line. \return the arguments that are left
+/// Reads "--count" and "--short" from the command line. \return the arguments that are left
 std::vector<QByteArray> readArguments(int argc, char** argv);
 
 /// \return whether instructions are counted instead of time.
 bool isCounting();
+
+/// \return whether what takes long is left out, for slow machines ("--short").
+bool isShort();
 
 /// Measures the sides of a row, \a rounds times each by turns; counted, each once.
 void measure(const QByteArray& row, int rounds, const std::vector<Side>& sides);
