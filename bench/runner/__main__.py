@@ -5,13 +5,15 @@ from __future__ import annotations
 import argparse
 import datetime
 import fnmatch
+import functools
 import os
 import pathlib
 import subprocess
 import sys
 import time
+from collections.abc import Callable
 
-from . import arm, live, table
+from . import arm, live, pieces, table
 from .figures import Figures
 from .place import ROOT, Place, count, measure, memory
 from .rows import ROWS, Row
@@ -63,13 +65,13 @@ def run(place: Place, rows: list[Row], counted: bool) -> Figures:
     for group, step in (("memory", memory), ("start", live.start), ("full", live.full),
                         ("live", live.live)):
         if group in groups:
-            _try(group, lambda step=step: step(place, figures), figures)  # type: ignore[misc]
+            _try(group, functools.partial(step, place, figures), figures)
     if counted and groups & {"start", "live"}:
-        _try("instructions of the panel", lambda: live.count(place, figures), figures)
+        _try("instructions of the panel", functools.partial(live.count, place, figures), figures)
     return figures
 
 
-def _try(name: str, step, figures: Figures) -> None:  # type: ignore[no-untyped-def]
+def _try(name: str, step: Callable[[], None], figures: Figures) -> None:
     note(name)
     try:
         step()
@@ -123,10 +125,12 @@ def main() -> int:
     parser.add_argument("--arm-only", action="store_true", help="only the table of armhf")
     parser.add_argument("--cache", metavar="DIRECTORY", type=pathlib.Path, default=arm.CACHE,
                         help="where what armhf needs is kept (default: %(default)s)")
+    parser.add_argument("--pieces", action="store_true",
+                        help="only pieces of scopes and spectrum beside simpler code, by instructions")
     parser.add_argument("--build", metavar="DIRECTORY", type=pathlib.Path,
                         help="measure the programs in this build tree, and build nothing")
     arguments = parser.parse_args()
-    rows = wanted(arguments.only)
+    rows = [] if arguments.pieces else wanted(arguments.only)
     if arguments.list:
         for row in rows:
             print(f"{row.name:18} {row.group:9} {row.what}")
@@ -139,11 +143,15 @@ def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
     tree = arguments.build or ROOT / "build/bench"
     if arguments.build is None and not arguments.arm_only:
         note("build")
-        build(ROOT, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=ON"], _TARGETS)
+        build(ROOT, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=ON"],
+              pieces.PROGRAMS if arguments.pieces else _TARGETS)
+    if arguments.pieces:
+        print(pieces.report(Place(tree), arguments.markdown, note))
+        return 0
     on_arm = None
     if arguments.arm_only or not (arguments.no_arm or arguments.only or arguments.compare):
         on_arm = Figures()
-        _try("armhf", lambda: arm.measure(arguments.cache, on_arm, note), on_arm)
+        _try("armhf", functools.partial(arm.measure, arguments.cache, on_arm, note), on_arm)
     if arguments.arm_only:
         rows = []
     figures = run(Place(tree), rows, not arguments.no_counts)

@@ -15,6 +15,7 @@ import struct
 import subprocess
 import tempfile
 import time
+from collections.abc import Callable
 
 from .figures import OURS, PEER, Figures
 from .place import Place
@@ -231,10 +232,12 @@ def live(place: Place, figures: Figures) -> None:
         _check_lines(figures, "cpu.hidden", hidden.bytes)
         figures.values["cpu.hidden", OURS] = 100 * hidden.cpu
         figures.values["switches.read", OURS] = hidden.switches / hidden.reads if hidden.reads else 0
-        _show_eyes(desk)
-        shown = _Share(desk.panel, SHARE_S)
-        _check_lines(figures, "cpu.eyes", shown.bytes)
-        figures.values["cpu.eyes", OURS] = 100 * shown.cpu
+        desk.next_view()
+        for row, mode in (("cpu.eyes", 2), ("cpu.constellations", 1)):
+            _set_modes(desk, mode)
+            shown = _Share(desk.panel, SHARE_S)
+            _check_lines(figures, row, shown.bytes)
+            figures.values[row, OURS] = 100 * shown.cpu
     with Desk(place, ["--no-menus", "--card", "older"], ["-noK7150"]) as desk:
         for charts in (3, 1):
             _show_charts(desk, charts)
@@ -250,11 +253,15 @@ def _check_lines(figures: Figures, row: str, rate: float) -> None:
         figures.faults.append(f"{row}: only {rate:.0f} bytes a second were read")
 
 
+def _set_modes(desk: Desk, mode: int) -> None:
+    for number in (1, 2, 3):
+        desk.unit.type(f"SM,{number},{mode}")
+    time.sleep(2.0)
+
+
 def _show_eyes(desk: Desk) -> None:
     desk.next_view()
-    for number in (1, 2, 3):
-        desk.unit.type(f"SM,{number},2")
-    time.sleep(2.0)
+    _set_modes(desk, 2)
 
 
 def _show_charts(desk: Desk, charts: int) -> None:
@@ -276,21 +283,24 @@ def count(place: Place, figures: Figures) -> None:
         watched.settle()
         figures.counts["start", side] = valgrind.dump(watched)
         watched.end()
-    for name, unit, panel, steps in (
-            ("scopes", ["--scope-mode", "2"], [],
-             [("cpu.hidden", lambda desk: None), ("cpu.eyes", _show_eyes)]),
-            ("charts", ["--card", "older"], ["-noK7150"],
-             [("cpu.chart3", lambda desk: _show_charts(desk, 3)),
-              ("cpu.chart1", lambda desk: _show_charts(desk, 1))])):
-        valgrind = _Callgrind(place, name)
-        with Desk(place, ["--no-menus", *unit], panel, valgrind.command) as desk:
-            for row, step in steps:
-                step(desk)
-                valgrind.zero(desk.panel)
-                began = time.monotonic()
-                time.sleep(COUNTED_S)
-                total = valgrind.dump(desk.panel)
-                figures.counts[row, OURS] = total / (time.monotonic() - began)
+    _count_steps(place, figures, ["--scope-mode", "2"], [],
+                 {"cpu.hidden": lambda desk: None, "cpu.eyes": _show_eyes})
+    _count_steps(place, figures, ["--card", "older"], ["-noK7150"],
+                 {"cpu.chart3": lambda desk: _show_charts(desk, 3),
+                  "cpu.chart1": lambda desk: _show_charts(desk, 1)})
+
+
+def _count_steps(place: Place, figures: Figures, unit: list[str], panel: list[str],
+                 steps: dict[str, Callable[[Desk], None]]) -> None:
+    valgrind = _Callgrind(place, next(iter(steps)))
+    with Desk(place, ["--no-menus", *unit], panel, valgrind.command) as desk:
+        for row, step in steps.items():
+            step(desk)
+            valgrind.zero(desk.panel)
+            began = time.monotonic()
+            time.sleep(COUNTED_S)
+            total = valgrind.dump(desk.panel)
+            figures.counts[row, OURS] = total / (time.monotonic() - began)
 
 
 class _Callgrind:

@@ -10,7 +10,6 @@ from .figures import OURS, PEER, Figures
 # microseconds.
 _BUTTON_US = 131.0
 _COUNTS = (100, 1000, 10000)
-_LINE = "a core"
 
 
 @dataclasses.dataclass(frozen=True)
@@ -76,18 +75,22 @@ def _keys() -> list[Row]:
     return rows
 
 
+def _share(name: str, what: str, goal: float) -> Row:
+    return Row(name, what, "a core", goal, "live", "% of a core", percent=True, limit_value=100.0)
+
+
 def _live() -> list[Row]:
     bare = "a bare window with a status bar"
-    share = {"unit": "% of a core", "percent": True, "limit_value": 100.0, "group": "live"}
     return [
         Row("start", "CPU time to the first idle page", bare, 1.6, "start", "ms"),
         Row("rss", "resident memory, no unit connected", bare, 1.25, "start", "MiB"),
         Row("rss.full", "resident memory with the unit's menus, three scopes, spectrum", bare, 1.5,
             "full", "MiB"),
-        Row("cpu.hidden", "hidden scopes page, three lines at full rate", _LINE, 0.0025, **share),
-        Row("cpu.eyes", "three eyes shown at full rate", _LINE, 0.01, **share),
-        Row("cpu.chart1", "20 spectra a second, one chart", _LINE, 0.012, **share),
-        Row("cpu.chart3", "20 spectra a second, three charts", _LINE, 0.014, **share),
+        _share("cpu.hidden", "hidden scopes page, three lines at full rate", 0.0025),
+        _share("cpu.eyes", "three eyes shown at full rate", 0.01),
+        _share("cpu.constellations", "three constellations shown at full rate", 0.05),
+        _share("cpu.chart1", "20 spectra a second, one chart", 0.012),
+        _share("cpu.chart3", "20 spectra a second, three charts", 0.014),
         Row("switches.idle", "context switches, menus page, everything idle, no traffic",
             "2 a second", 1.0, "live", "1/s", limit_value=2.0),
         Row("switches.read", "context switches for each read, hidden scopes page at full rate",
