@@ -52,22 +52,25 @@ def run(place: Place, rows: list[Row], counted: bool) -> Figures:
     """Measures the groups of these rows."""
     figures = Figures()
     groups = {row.group for row in rows}
-    steps = [(group, measure, count) for group in (*_PANEL, *_PARTS) if group in groups]
-    for group, by_time, by_count in steps:
-        program = "bench_Panel" if group in _PANEL else "bench_Parts"
-        if not (place.bin / program).exists():
-            figures.faults.append(f"{group}: {program} was not built")
+    for program, known in (("bench_Panel", _PANEL), ("bench_Parts", _PARTS)):
+        wanted_groups = [group for group in known if group in groups]
+        if wanted_groups and not (place.bin / program).exists():
+            figures.faults.append(f"{', '.join(wanted_groups)}: {program} was not built")
             continue
-        note(group)
-        by_time(place, program, [group], figures)
-        if counted:
-            by_count(place, program, [group], figures)
-    for group, step in (("memory", memory), ("start", live.start), ("full", live.full),
-                        ("live", live.live)):
+        for group in wanted_groups:
+            note(group)
+            measure(place, program, [group], figures)
+        if counted and wanted_groups:
+            note(f"instructions: {', '.join(wanted_groups)}")
+            count(place, program, wanted_groups, figures)
+    names = {row.name for row in rows}
+    for group, step in (("memory", memory), ("start", live.start), ("full", live.full)):
         if group in groups:
             _try(group, functools.partial(step, place, figures), figures)
+    if "live" in groups:
+        _try("live", functools.partial(live.live, place, names, figures), figures)
     if counted and groups & {"start", "live"}:
-        _try("instructions of the panel", functools.partial(live.count, place, figures), figures)
+        _try("instructions of the panel", functools.partial(live.count, place, names, figures), figures)
     return figures
 
 
@@ -119,7 +122,8 @@ def main() -> int:
     parser.add_argument("--update", action="store_true",
                         help="write the tables into docs/performance.md")
     parser.add_argument("--compare", metavar="CHECKOUT", type=pathlib.Path,
-                        help="measure another checkout, too, and set both side by side")
+                        help="measure another checkout, or the programs of a build tree, too, and "
+                             "set both side by side")
     parser.add_argument("--no-counts", action="store_true", help="measure times only")
     parser.add_argument("--no-arm", action="store_true", help="without the table of armhf")
     parser.add_argument("--arm-only", action="store_true", help="only the table of armhf")
@@ -141,6 +145,8 @@ def main() -> int:
 def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
     """Builds, measures and prints. Returns 1 when a row could not be measured."""
     tree = arguments.build or ROOT / "build/bench"
+    with_arm = not (arguments.no_arm or arguments.only or arguments.compare)
+    root = arm.begin_root(arguments.cache) if arguments.arm_only or with_arm else None
     if arguments.build is None and not arguments.arm_only:
         note("build")
         build(ROOT, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=ON"],
@@ -149,8 +155,10 @@ def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
         print(pieces.report(Place(tree), arguments.markdown, note))
         return 0
     on_arm = None
-    if arguments.arm_only or not (arguments.no_arm or arguments.only or arguments.compare):
+    if arguments.arm_only or with_arm:
         on_arm = Figures()
+        if root is not None:
+            root.wait()
         _try("armhf", functools.partial(arm.measure, arguments.cache, on_arm, note), on_arm)
     if arguments.arm_only:
         rows = []
@@ -169,10 +177,13 @@ def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
 
 
 def compare(checkout: pathlib.Path, rows: list[Row], counted: bool) -> Figures:
-    """Measures another checkout with the benches of this one."""
-    tree = ROOT / "build/bench-other"
-    note(f"build {checkout}")
-    build(ROOT / "bench", tree, [f"-DQN740_OTHER={checkout}"], _TARGETS)
+    """Measures another checkout with the benches of this one, or a build tree with its own."""
+    tree = checkout
+    if not (checkout / "CMakeCache.txt").exists():
+        tree = ROOT / "build/bench-other"
+        note(f"build {checkout}")
+        build(ROOT / "bench", tree, [f"-DQN740_OTHER={checkout}"], _TARGETS)
+    note(f"measure {checkout}")
     return run(Place(tree), rows, counted)
 
 

@@ -19,6 +19,7 @@ from .place import ROOT, Place
 from .rows import ROWS
 
 CACHE = pathlib.Path.home() / ".cache/qn740/armhf"
+_BUILD = ROOT / "packaging/armhf/build"
 _GROUPS = {"bench_Panel": ("define", "changes", "fader", "press", "editors", "pages"),
            "bench_Parts": ("frames", "spectrum")}
 _NOT_COUNTED = ("10000", "flat", "p99", "fader.")
@@ -28,11 +29,17 @@ NAMES = {row.name: row.what for row in ROWS
          and row.name != "rss" and not any(part in row.name for part in _NOT_COUNTED)}
 
 
+def begin_root(cache: pathlib.Path) -> subprocess.Popen[bytes]:
+    """Begins to download what is needed: that takes the network, and a build beside it the cores."""
+    return subprocess.Popen([str(_BUILD), "--cache", str(cache), "--root-only"],
+                            stdout=subprocess.DEVNULL)
+
+
 def measure(cache: pathlib.Path, figures: Figures, note: Callable[[str], None]) -> None:
     """Builds for armhf and counts."""
     tree = ROOT / "build/armhf"
     note("armhf: build")
-    subprocess.run([str(ROOT / "packaging/armhf/build"), "--cache", str(cache), "--tree", str(tree)],
+    subprocess.run([str(_BUILD), "--cache", str(cache), "--tree", str(tree)],
                    check=True, stdout=subprocess.DEVNULL)
     place = Place(tree)
     plugin = place.work / "count.so"
@@ -44,9 +51,8 @@ def measure(cache: pathlib.Path, figures: Figures, note: Callable[[str], None]) 
     for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
         figures.counts["start", side] = _started(place, [*emulated, place.program(name)], counter)
     for program, groups in _GROUPS.items():
-        for group in groups:
-            note(f"armhf: {group}")
-            _count(place, [*emulated, place.program(program), "--count", "--short", group], figures)
+        note(f"armhf: {', '.join(groups)}")
+        _count(place, [*emulated, place.program(program), "--count", "--short", *groups], figures)
 
 
 def _started(place: Place, command: list[str], counter: pathlib.Path) -> float:
@@ -64,7 +70,7 @@ def _count(place: Place, command: list[str], figures: Figures) -> None:
     announced = sections(done.stdout)
     counted = [float(number) for number in re.findall(r"^section (\d+)$", done.stderr, re.MULTILINE)]
     if done.returncode != 0 or len(announced) != len(counted):
-        figures.faults.append(f"armhf {' '.join(command[-2:])}: exit status {done.returncode}, "
+        figures.faults.append(f"armhf {' '.join(command[5:])}: exit status {done.returncode}, "
                               f"{len(counted)} of {len(announced)} sections; {done.stderr[-300:]}")
         return
     for (row, side, units), count in zip(announced, counted):

@@ -26,10 +26,11 @@ _SCOPES_BUTTON = (675, 455)
 _SIZE = (800, 480)
 _LINE_BYTES = 11520  # a second at 115200 baud
 _POINTS = 1024  # of a spectrum of the older card
+_SCOPE_MODES = {"cpu.eyes": 2, "cpu.constellations": 1}
 STARTS = 7
 IDLE_S = 5.0
-SHARE_S = 10.0
-COUNTED_S = 5.0
+SHARE_S = 8.0
+COUNTED_S = 4.0
 
 
 class Watched:
@@ -222,30 +223,49 @@ class _Share:
             (late - early) / self.seconds for late, early in zip(after, before))
 
 
-def live(place: Place, figures: Figures) -> None:
-    """Shares of a core and context switches with nothing, with the scopes and with the card."""
-    with Desk(place, ["--no-menus", "--quiet", "PM,SF"], []) as desk:
-        time.sleep(1.0)
-        figures.values["switches.idle", OURS] = _Share(desk.panel, IDLE_S).switches
-    with Desk(place, ["--no-menus", "--scope-mode", "2"], []) as desk:
+def live(place: Place, names: set[str], figures: Figures) -> None:
+    """Shares of a core and context switches with nothing, with the scopes and with the card.
+
+    names: the rows that are wanted."""
+    if "switches.idle" in names:
+        with Desk(place, ["--no-menus", "--quiet", "PM,SF"], []) as desk:
+            time.sleep(1.0)
+            figures.values["switches.idle", OURS] = _Share(desk.panel, IDLE_S).switches
+    if names & {"cpu.hidden", "switches.read", *_SCOPE_MODES}:
+        with Desk(place, ["--no-menus", "--scope-mode", "2"], []) as desk:
+            _scopes(desk, names, figures)
+    charts = [number for number in (3, 1) if f"cpu.chart{number}" in names]
+    if charts:
+        with Desk(place, ["--no-menus", "--card", "older"], ["-noK7150"]) as desk:
+            _charts(desk, charts, figures)
+
+
+def _scopes(desk: Desk, names: set[str], figures: Figures) -> None:
+    if names & {"cpu.hidden", "switches.read"}:
         hidden = _Share(desk.panel, SHARE_S)
         _check_lines(figures, "cpu.hidden", hidden.bytes)
         figures.values["cpu.hidden", OURS] = 100 * hidden.cpu
         figures.values["switches.read", OURS] = hidden.switches / hidden.reads if hidden.reads else 0
+    shown_rows = [row for row in _SCOPE_MODES if row in names]
+    if shown_rows:
         desk.next_view()
-        for row, mode in (("cpu.eyes", 2), ("cpu.constellations", 1)):
-            _set_modes(desk, mode)
-            shown = _Share(desk.panel, SHARE_S)
-            _check_lines(figures, row, shown.bytes)
-            figures.values[row, OURS] = 100 * shown.cpu
-    with Desk(place, ["--no-menus", "--card", "older"], ["-noK7150"]) as desk:
-        for charts in (3, 1):
-            _show_charts(desk, charts)
-            share = _Share(desk.panel, SHARE_S)
-            spectra = share.bytes / _POINTS
-            if spectra < 15:
-                figures.faults.append(f"cpu.chart{charts}: only {spectra:.1f} spectra a second")
-            figures.values[f"cpu.chart{charts}", OURS] = 100 * share.cpu
+    for row in shown_rows:
+        _set_modes(desk, _SCOPE_MODES[row])
+        shown = _Share(desk.panel, SHARE_S)
+        _check_lines(figures, row, shown.bytes)
+        figures.values[row, OURS] = 100 * shown.cpu
+
+
+def _charts(desk: Desk, charts: list[int], figures: Figures) -> None:
+    desk.next_view()  # the scopes
+    desk.next_view()
+    for number in charts:
+        _show_charts(desk, number)
+        share = _Share(desk.panel, SHARE_S)
+        spectra = share.bytes / _POINTS
+        if spectra < 15:
+            figures.faults.append(f"cpu.chart{number}: only {spectra:.1f} spectra a second")
+        figures.values[f"cpu.chart{number}", OURS] = 100 * share.cpu
 
 
 def _check_lines(figures: Figures, row: str, rate: float) -> None:
@@ -265,33 +285,43 @@ def _show_eyes(desk: Desk) -> None:
 
 
 def _show_charts(desk: Desk, charts: int) -> None:
-    if charts == 3:
-        desk.next_view()  # the scopes
-        desk.next_view()
-    else:
-        desk.unit.type("SH,1,0")
-        desk.unit.type("SH,2,0")
+    for hidden in range(charts, 3):
+        desk.unit.type(f"SH,{hidden},0")
     time.sleep(2.0)
 
 
-def count(place: Place, figures: Figures) -> None:
+def _show_spectrum(desk: Desk, charts: int) -> None:
+    desk.next_view()  # the scopes
+    desk.next_view()
+    _show_charts(desk, charts)
+
+
+def count(place: Place, names: set[str], figures: Figures) -> None:
     """Instructions of the starts, and of each second of the scopes and the charts."""
-    for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
-        valgrind = _Callgrind(place, f"start-{side}")
-        watched = Watched([*valgrind.command, place.program(name)], place.environment())
-        time.sleep(2.0)
-        watched.settle()
-        figures.counts["start", side] = valgrind.dump(watched)
-        watched.end()
+    if names & {"start", "rss"}:
+        for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
+            valgrind = _Callgrind(place, f"start-{side}")
+            watched = Watched([*valgrind.command, place.program(name)], place.environment())
+            time.sleep(2.0)
+            watched.settle()
+            figures.counts["start", side] = valgrind.dump(watched)
+            watched.end()
+    scopes: dict[str, Callable[[Desk], None]] = {
+        "cpu.hidden": lambda desk: None, "cpu.eyes": _show_eyes}
     _count_steps(place, figures, ["--scope-mode", "2"], [],
-                 {"cpu.hidden": lambda desk: None, "cpu.eyes": _show_eyes})
+                 {row: step for row, step in scopes.items() if row in names})
+    charts: dict[str, Callable[[Desk], None]] = {
+        "cpu.chart3": lambda desk: _show_spectrum(desk, 3), "cpu.chart1": lambda desk: _show_charts(desk, 1)}
+    if "cpu.chart3" not in names:
+        charts["cpu.chart1"] = lambda desk: _show_spectrum(desk, 1)
     _count_steps(place, figures, ["--card", "older"], ["-noK7150"],
-                 {"cpu.chart3": lambda desk: _show_charts(desk, 3),
-                  "cpu.chart1": lambda desk: _show_charts(desk, 1)})
+                 {row: step for row, step in charts.items() if row in names})
 
 
 def _count_steps(place: Place, figures: Figures, unit: list[str], panel: list[str],
                  steps: dict[str, Callable[[Desk], None]]) -> None:
+    if not steps:
+        return
     valgrind = _Callgrind(place, next(iter(steps)))
     with Desk(place, ["--no-menus", *unit], panel, valgrind.command) as desk:
         for row, step in steps.items():
