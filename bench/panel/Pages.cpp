@@ -47,6 +47,65 @@ void row(const char* name, bench::BareWindow& bare, int buttons, const std::func
     bench::measure(name, Rounds, {{"ours", {}, ours, Switches}, {"peer", {}, peer, Switches}});
 }
 
+// The shown button whose text begins so.
+QPushButton* shown(const bench::InProcessPanel& panel, const QString& start)
+{
+    for (auto* button : panel.window.findChildren<QPushButton*>()) {
+        if (button->isVisible() && button->text().startsWith(start)) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+int shownButtons(const bench::InProcessPanel& panel)
+{
+    int count = 0;
+    for (const auto* button : panel.window.findChildren<QPushButton*>()) {
+        count += button->isVisible() ? 1 : 0;
+    }
+    return count;
+}
+
+void selectMenu(bench::InProcessPanel& panel, bench::BareWindow& bare)
+{
+    panel.say({"SK,One"});
+    row("page.SK", bare, Keys, [&panel] {
+        message(panel, "SK,Two");
+        message(panel, "SK,One");
+    });
+}
+
+void morePages(bench::InProcessPanel& panel, bench::BareWindow& bare)
+{
+    panel.say({"SK,Long"});
+    QPushButton* first = shown(panel, u"More"_s);
+    first->click();
+    bench::settle();
+    QPushButton* second = shown(panel, u"More"_s);
+    row("page.More", bare, Keys, [&panel, first, second] {
+        painted(&panel.window, [second] { bench::click(second); });
+        painted(&panel.window, [first] { bench::click(first); });
+    });
+}
+
+// The scopes page has few buttons: the pages of the peer have half as many as both views together.
+void nextView(bench::InProcessPanel& panel, bench::BareWindow& bare)
+{
+    panel.say({"SK,One"});
+    auto* view = panel.window.findChild<QPushButton*>(u"scopesButton"_s);
+    const auto next = [&panel, view] { painted(&panel.window, [view] { bench::click(view); }); };
+    const int onMenus = shownButtons(panel);
+    next();
+    bench::settle();
+    const int onScopes = shownButtons(panel);
+    next();
+    row("page.view", bare, (onMenus + onScopes) / 2, [&next] {
+        next();
+        next();
+    });
+}
+
 } // namespace
 
 namespace groups {
@@ -58,48 +117,9 @@ void pages()
     panel.define("One", Keys);
     panel.define("Two", Keys);
     panel.define("Long", 2 * (Keys - 1));
-    panel.say({"SK,One"});
-    row("page.SK", bare, Keys, [&panel] {
-        message(panel, "SK,Two");
-        message(panel, "SK,One");
-    });
-    panel.say({"SK,Long"});
-    const auto more = [&panel] {
-        for (auto* button : panel.window.findChildren<QPushButton*>()) {
-            if (button->isVisible() && button->text().startsWith(u"More"_s)) {
-                return button;
-            }
-        }
-        return static_cast<QPushButton*>(nullptr);
-    };
-    QPushButton* first = more();
-    first->click();
-    bench::settle();
-    QPushButton* second = more();
-    row("page.More", bare, Keys, [&panel, first, second] {
-        painted(&panel.window, [second] { bench::click(second); });
-        painted(&panel.window, [first] { bench::click(first); });
-    });
-    // The scopes page has three buttons: the pages of the peer have half as many as both together.
-    panel.say({"SK,One"});
-    auto* view = panel.window.findChild<QPushButton*>(u"scopesButton"_s);
-    const auto shown = [&panel] {
-        int count = 0;
-        for (const auto* button : panel.window.findChildren<QPushButton*>()) {
-            count += button->isVisible() ? 1 : 0;
-        }
-        return count;
-    };
-    const auto next = [&panel, view] { painted(&panel.window, [view] { bench::click(view); }); };
-    const int onMenus = shown();
-    next();
-    bench::settle();
-    const int onScopes = shown();
-    next();
-    row("page.view", bare, (onMenus + onScopes) / 2, [&next] {
-        next();
-        next();
-    });
+    selectMenu(panel, bare);
+    morePages(panel, bare);
+    nextView(panel, bare);
 }
 
 } // namespace groups

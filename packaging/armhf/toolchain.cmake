@@ -18,6 +18,8 @@ set(QT_HOST_PATH /usr)
 set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake)
 
 set(libraries ${QN740_ARMHF_ROOT}/usr/lib/arm-linux-gnueabihf)
+# No notes on how older compilers passed arguments.
+set(CMAKE_CXX_FLAGS_INIT "-Wno-psabi")
 set(CMAKE_EXE_LINKER_FLAGS_INIT
     "-L${libraries} -Wl,-rpath-link,${libraries} -Wl,-rpath-link,${QN740_ARMHF_ROOT}/lib/arm-linux-gnueabihf")
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L ${QN740_ARMHF_ROOT})
