@@ -1,0 +1,104 @@
+// qn740-fuzz --target=NAME ...: feeds inputs that libFuzzer makes to one part of the project.
+//
+//     qn740-fuzz --targets      lists the targets
+//     qn740-fuzz --dictionary   prints the words that inputs are made of
+#include "Dictionary.h"
+#include "Target.h"
+
+#include "app/Identity.h"
+#include "tools/screen/OwnScreen.h"
+
+#include <QApplication>
+
+#include <cstdint>
+#include <cstring>
+#include <random>
+
+namespace {
+
+const FuzzTarget* chosen = nullptr;
+
+[[noreturn]] void listTargets()
+{
+    for (const FuzzTarget& target : fuzzTargets()) {
+        std::printf(
+            "%s %d %s\n", target.name, target.maxBytes, target.needsScreen ? "screen" : "plain");
+    }
+    std::exit(0);
+}
+
+[[noreturn]] void printDictionary()
+{
+    const QByteArray text = fuzzDictionary();
+    std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
+    std::exit(0);
+}
+
+void choose(const char* argument)
+{
+    constexpr char Option[] = "--target=";
+    if (std::strcmp(argument, "--targets") == 0) {
+        listTargets();
+    }
+    if (std::strcmp(argument, "--dictionary") == 0) {
+        printDictionary();
+    }
+    if (std::strncmp(argument, Option, std::strlen(Option)) != 0) {
+        return;
+    }
+    for (const FuzzTarget& target : fuzzTargets()) {
+        if (std::strcmp(argument + std::strlen(Option), target.name) == 0) {
+            chosen = &target;
+        }
+    }
+}
+
+// Nothing of a target may end the program by an error of Qt's that only stands in the log.
+void startScreen()
+{
+    static int count = 1;
+    static char name[] = "qn740-fuzz";
+    static char* arguments[] = {name, nullptr};
+    static const OwnScreen screen;
+    qputenv("QN740_SPLASH_MS", "0");
+    // Not deleted: what libFuzzer does at the end of the program comes after that.
+    auto* application = new QApplication(count, arguments);
+    identity::apply();
+    identity::applyLook(*application);
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+} // namespace
+
+QList<QByteArray> fuzz::pieces(const QByteArray& input, int largest)
+{
+    std::mt19937 random(static_cast<quint32>(qChecksum(input)));
+    QList<QByteArray> list;
+    for (qsizetype at = 0; at < input.size();) {
+        const auto size = static_cast<qsizetype>(1 + random() % static_cast<quint32>(largest));
+        list += input.mid(at, size);
+        at += size;
+    }
+    return list;
+}
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    for (int i = 1; i < *argc; ++i) {
+        choose((*argv)[i]);
+    }
+    if (chosen == nullptr) {
+        std::fputs("say what to fuzz by --target=NAME; --targets lists the names\n", stderr);
+        std::exit(2);
+    }
+    if (chosen->needsScreen) {
+        startScreen();
+    }
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    chosen->take(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
+    return 0;
+}
