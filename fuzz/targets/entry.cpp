@@ -20,6 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QLatin1String PadKeys("0123456789.ABCDEF");
+
 void checkNumber(const NumberEntry& entry, const NumberRanges& ranges, int multiplier)
 {
     const NumberEntry::Checked checked = entry.check(ranges, multiplier);
@@ -60,7 +62,9 @@ void typeNumber(int type, const QString& rangeText, const QString& keys)
             entry.clearAfterError();
             break;
         default:
-            entry.append(key);
+            if (PadKeys.contains(key)) {
+                entry.append(key);
+            }
         }
         FUZZ_CHECK(entry.text().startsWith(u"      "_s));
         FUZZ_CHECK(entry.display().startsWith(entry.text()));
