@@ -57,9 +57,19 @@ void choose(const char* argument)
     }
 }
 
-// Nothing of a target may end the program by an error of Qt's that only stands in the log.
+// What Qt warns of is a fault of whoever called it.
+void endAtWarning(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    std::fprintf(stderr, "%s: %s\n", context.category, qPrintable(text));
+    const bool isOurs = QByteArray(context.category).startsWith("qn740");
+    if (type == QtFatalMsg || (type != QtDebugMsg && type != QtInfoMsg && !isOurs)) {
+        std::abort();
+    }
+}
+
 void startScreen()
 {
+    qInstallMessageHandler(endAtWarning); // OwnScreen passes on to it.
     static int count = 1;
     static char name[] = "qn740-fuzz";
     static char* arguments[] = {name, nullptr};
