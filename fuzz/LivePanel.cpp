@@ -10,6 +10,7 @@
 #include <QPixmapCache>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -18,6 +19,7 @@
 namespace {
 
 constexpr qsizetype MaxBytesPerRead = 1024;
+constexpr int MaxDelayMs = 5;
 constexpr int MaxTries = 1000;
 constexpr int MaxTurns = 20; // of the event loop, for the panel to read
 
@@ -141,6 +143,8 @@ void LivePanel::write()
     const auto line = static_cast<size_t>(m_line);
     m_lines[line]->write(m_pending);
     // The kernel may deliver the bytes a little later.
+    pollfd state{m_slaves[line], POLLIN, 0};
+    ::poll(&state, 1, MaxDelayMs);
     for (int i = 0; i < MaxTries && unreadBytes(m_slaves[line]) < m_pending.size(); ++i) {
         ::sched_yield();
     }
