@@ -107,9 +107,11 @@ void LivePanel::proceed()
     }
     m_waits = 0;
     while (!atEnd()) {
+        if (!m_pending.isEmpty() && upcoming() == Operator) {
+            break; // The operator sees what the bytes have brought.
+        }
         const char byte = static_cast<char>(next());
         if (byte == Operator) {
-            write();
             operate();
             return;
         }

@@ -9,26 +9,43 @@
 #include <QScopedValueRollback>
 #include <QThread>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 constexpr int Width = 800;
 constexpr int Height = 480;
 constexpr int MaxWaitMs = 60;
 
-// Those of the open editor and of the boxes over the panel, or of the panel.
+// Those of a window in reading order.
+QList<QAbstractButton*> buttonsOf(const QWidget& window)
+{
+    QList<QAbstractButton*> list;
+    const auto all = window.findChildren<QAbstractButton*>();
+    for (QAbstractButton* button : all) {
+        if (button->isVisible() && button->isEnabled()) {
+            list += button;
+        }
+    }
+    const auto place = [](const QAbstractButton* button) {
+        const QPoint corner = button->mapToGlobal(QPoint());
+        return std::make_pair(corner.y(), corner.x());
+    };
+    std::stable_sort(list.begin(), list.end(),
+        [&place](const auto* a, const auto* b) { return place(a) < place(b); });
+    return list;
+}
+
+// Those that a touch reaches, in the window on top first.
 QList<QAbstractButton*> buttons()
 {
     QList<QAbstractButton*> list;
-    const auto windows = visibleWindows();
-    for (const QWidget* window : windows) {
-        if (isBlocked(window)) {
-            continue;
-        }
-        const auto all = window->findChildren<QAbstractButton*>();
-        for (QAbstractButton* button : all) {
-            if (button->isVisible() && button->isEnabled()) {
-                list += button;
-            }
+    QWidgetList windows = visibleWindows();
+    std::reverse(windows.begin(), windows.end());
+    for (const QWidget* window : std::as_const(windows)) {
+        if (!isBlocked(window)) {
+            list += buttonsOf(*window);
         }
     }
     return list;

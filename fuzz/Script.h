@@ -11,7 +11,9 @@
 /// that the input goes on there, the next step is posted before each step. What an input makes the
 /// operator do stands in it behind the byte Operator, everything else is for a derived class:
 ///
-///     0x10 B n     presses the button n of those that the operator sees
+///     0x10 B n     presses the button n of those that the operator sees, in reading order, those
+///     of
+///                  the window on top first
 ///     0x10 P x y   touches the screen at x × 800 / 256, y × 480 / 256
 ///     0x10 D x y   lays the finger down there; 0x10 M x y moves it, 0x10 U lifts it
 ///     0x10 C       closes the editor that is open
@@ -34,6 +36,8 @@ protected:
     bool atEnd() const { return m_at >= m_input.size(); }
     /// \return the next byte of the input, 0 behind its end.
     int next();
+    /// \return the same, which stays the next one.
+    char upcoming() const { return atEnd() ? '\0' : m_input.at(m_at); }
 
     /// Does what stands next in the input, which is not at its end.
     virtual void proceed() = 0;
