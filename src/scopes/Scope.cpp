@@ -53,6 +53,11 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     m_measureTimer.setSingleShot(true);
     connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
+    // What a lost port has left unfinished is not the beginning of what the next one sends.
+    connect(&m_line, &SerialLine::lost, this, [this] {
+        m_decoder = IqBlockDecoder();
+        m_sdiDecoder = SdiDecoder();
+    });
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
 
