@@ -33,6 +33,15 @@ def plain(printable: str) -> str:
     return _HEX.sub(lambda hit: chr(int(hit[1], 16)) if hit[1] else "\\", printable)
 
 
+@dataclasses.dataclass
+class Probe:
+    """A PING that has no answer yet. Times are the simulator's, in seconds."""
+
+    sent: float
+    patience: float  # since when it is waited for
+    behind_editor: bool  # what may open an editor went out before it, after the last probe
+
+
 class Conversation:
     """Follows what the simulator prints. All times are the simulator's, in seconds."""
 
@@ -47,10 +56,10 @@ class Conversation:
         self.faults: list[str] = []
         self.events: collections.Counter[str] = collections.Counter()
         self._re_sent = ""  # what came on the re-send port
-        self.editor_possible = False  # bytes went out that may have opened an editor at once
-        self.was_held = False
         self.record: list[str] = []
-        self._open: collections.deque[float] = collections.deque()
+        self._open: collections.deque[Probe] = collections.deque()
+        self._editor_sent = False  # since the last probe, bytes went out that may open an editor
+        self._released = 0.0  # when the probe behind such an editor was answered
         self._recent: collections.deque[str] = collections.deque()
         self._recent_size = 0
         self._offset: float | None = None  # from the simulator's time to this process's
@@ -79,7 +88,7 @@ class Conversation:
     def oldest(self) -> float:
         """Returns for how long the oldest probe has had no answer; 0 when none is open."""
         with self.lock:
-            return self.now() - self._open[0] if self._open else 0.0
+            return self.now() - self._open[0].patience if self._open else 0.0
 
     def note_re_sent(self, data: bytes) -> None:
         """Takes note of bytes that go to the re-send port."""
@@ -90,22 +99,25 @@ class Conversation:
         """Returns how many probes have no answer yet."""
         return len(self._open)
 
-    def forgive(self) -> None:
-        """Starts the time of the open probes anew: an editor of the unit's has held them."""
+    def may_be_held(self) -> bool:
+        """Whether an editor of the unit's may keep the panel from answering.
+
+        The panel handles one message after the other, so a probe that was sent after an "IK" is only
+        answered when its editor is closed.
+        """
         with self.lock:
-            self.was_held = True
-            self._open = collections.deque([self.now()] * len(self._open))
+            return any(probe.behind_editor for probe in self._open)
+
+    def forgive(self) -> None:
+        """Starts the time of the open probes anew: an editor of the unit's holds them."""
+        with self.lock:
+            for probe in self._open:
+                probe.patience = self.now()
 
     def forget_probes(self) -> None:
         """Drops the open probes, because the line is gone."""
         with self.lock:
             self._open.clear()
-
-    def free(self) -> None:
-        """Tells that no editor is open and every probe is answered."""
-        with self.lock:
-            self.editor_possible = False
-            self.was_held = False
 
     def take_record(self) -> list[str]:
         """Returns the conversation since the last call, as lines that the simulator can replay."""
@@ -122,11 +134,12 @@ class Conversation:
         self.sent_bytes += len(frame)
         if frame == _PROBE_FRAME:
             self.pings += 1
-            self._open.append(seconds)
+            self._open.append(Probe(seconds, seconds, self._editor_sent))
+            self._editor_sent = False
             return
         text = plain(frame)
         # Noise makes "IK" of other words, and a piece may end between the two letters.
-        self.editor_possible = self.editor_possible or "IK" in text or text.endswith("I")
+        self._editor_sent = self._editor_sent or "IK" in text or text.endswith("I")
         self._recent.append(text)
         self._recent_size += len(text)
         while self._recent_size > _RECENT:
@@ -146,8 +159,11 @@ class Conversation:
         if not self._open:
             self.faults.append("the panel has answered a PING that was not sent")
             return
-        took = seconds - self._open.popleft()
-        (self.held_times if self.was_held else self.answer_times).append(took)
+        probe = self._open.popleft()
+        if probe.behind_editor:
+            self._released = seconds
+        held = probe.sent <= self._released
+        (self.held_times if held else self.answer_times).append(seconds - probe.sent)
 
     def _take_unframed(self, text: str) -> None:
         if not _CARD_TEXTS.fullmatch(text):

@@ -22,6 +22,8 @@ KEPT_RECORDINGS = 20
 _TICK = 0.02
 _PROBE_SECONDS = 0.1
 _PORT_SECONDS = 6.0  # two until the panel tries again, and then as long as it is busy
+_CLOSING = 0.4  # how often the operator looks for the key that closes an editor
+_BOX = (400, 240)  # where message boxes stand
 _CLOSERS = ("CE/Cancel", "Cancel", "OK", "Close", "Back", "RETURN")
 
 
@@ -158,7 +160,10 @@ class Life:
         numbers = step.numbers
         points = [finger.point_of(*numbers[i : i + 2]) for i in range(0, len(numbers), 2)]
         if step.kind in ("button", "hold"):
-            found = self._panel.ask("b", self.limits.turn)["buttons"]
+            shown = self._panel.ask("b", self.limits.turn)
+            found = shown["buttons"]
+            if shown["modal"] and numbers[3] < _CLOSING:
+                found = [button for button in found if button["text"] in _CLOSERS] or found
             if found:
                 found.sort(key=lambda button: (button["y"], button["x"], button["text"]))
                 button = found[int(numbers[0] * len(found))]
@@ -192,7 +197,7 @@ class Life:
     # to close it.
     def _check_hold(self) -> None:
         shown = self._panel.ask("b", self.limits.turn)
-        if not self.talk.editor_possible or not shown["modal"]:
+        if not self.talk.may_be_held() or not shown["modal"]:
             raise Failure(
                 f"{self.talk.open_probes()} PINGs have had no answer for "
                 f"{self.talk.oldest():.1f} s; on the screen: {shown['windows']}"
@@ -202,11 +207,12 @@ class Life:
 
     def _close_one(self, shown: dict[str, Any]) -> None:
         closers = [button for button in shown["buttons"] if button["text"] in _CLOSERS]
+        at = self.talk.now()
+        point = _BOX  # a box without a key, which goes behind the editor at a touch
         if closers:
-            at = self.talk.now()
             button = closers[int(at * 997) % len(closers)]
             point = (button["x"], button["y"])
-            self.perform({"at": at, "kind": "closing", "points": [point], "hold": 0.0})
+        self.perform({"at": at, "kind": "closing", "points": [point], "hold": 0.0})
 
     def _check_ports(self) -> None:
         if not self._plugs:
@@ -247,15 +253,15 @@ class Life:
         self._measure()
 
     def _close_all(self) -> None:
-        end = time.monotonic() + 12 * self.limits.answer
+        end = time.monotonic() + 4 * self.limits.answer
         while True:
             self._sim.type([traffic.raw_message("DB,KILLBOX"), checks.PROBE])
             time.sleep(0.1)
             shown = self._panel.ask("b", self.limits.turn)
-            if not shown["modal"] and self.talk.open_probes() == 0:
-                self.talk.free()
+            others = [window for window in shown["windows"] if window != "MainWindow"]
+            if not others and self.talk.open_probes() == 0:
                 return
-            if shown["modal"]:
+            if others:
                 self._close_one(shown)
             self._check()
             if time.monotonic() > end:
@@ -268,7 +274,7 @@ class Life:
                 point = (button["x"], button["y"])
                 self.perform({"at": self.talk.now(), "kind": "button", "points": [point], "hold": 0.0})
                 return
-        raise Failure("there is no Main Menu button")
+        raise Failure(f"there is no Main Menu button: {shown}")
 
     def _measure(self) -> None:
         cpu = self._panel.cpu_seconds()
