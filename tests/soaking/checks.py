@@ -14,6 +14,7 @@ from . import traffic
 PROBE = traffic.raw_line(traffic.EOT + traffic.STX + "PING" + traffic.EOT)
 _PROBE_FRAME = "\\x04\\x02PING\\x04"
 TRACE = re.compile(r"trace: (\d+\.\d+) (in|out) (.*)")
+_MARKER = re.compile("\x04\x02SB,0,Soak (\\d+)\x04")
 _HEX = re.compile(r"\\(?:x([0-9a-f]{2})|\\)")
 _RECENT = 1 << 20  # characters of the unit's that damaged definitions are looked up in
 _CARD_TEXTS = re.compile(r"(?:D1:SPEN:1D2:SPEN:1D2:SPEN:1)+")
@@ -21,11 +22,17 @@ _FIXED = re.compile(r"PONG|1\.1\.6\.4|Slave,[0-2]|Main|D[123]:(?:DSDM|NFFT):\d+"
 # A number with six decimals or one, a whole number, an address as typed, a name as typed.
 _VALUE = re.compile(r"-?\d+(?:\.\d+)?|\d*(?:\.\d*){0,3}|[A-Za-z0-9_ -]*")
 _LINKED = (("D1 D2 D3:", ("D1:", "D2:", "D3:")), ("R1 R2:", ("R1:", "R2:")))
+WARM_UP_SECONDS = 60.0
 _BAD_LOG = re.compile(
     r"Sanitizer|runtime error:|terminate called|ASSERT|Assertion|QObject::|Timers cannot|QPainter::"
     r"|QWidget::|QBackingStore|double free|corrupt|stack smashing",
 )
 _LOST = re.compile(r"(tty\w+) was lost: (.*)")
+
+
+def marker(number: int) -> str:
+    """Returns the line that lets the simulator send a text by which one sees how far it has come."""
+    return traffic.raw_message(f"SB,0,Soak {number}")
 
 
 def plain(printable: str) -> str:
@@ -56,6 +63,7 @@ class Conversation:
         self.faults: list[str] = []
         self.events: collections.Counter[str] = collections.Counter()
         self._re_sent = ""  # what came on the re-send port
+        self.marker = 0  # the last one that went to the panel
         self.record: list[str] = []
         self._open: collections.deque[Probe] = collections.deque()
         self._editor_sent = False  # since the last probe, bytes went out that may open an editor
@@ -138,6 +146,9 @@ class Conversation:
             self._editor_sent = False
             return
         text = plain(frame)
+        marker = _MARKER.search(text)
+        if marker:
+            self.marker = int(marker[1])
         # Noise makes "IK" of other words, and a piece may end between the two letters.
         self._editor_sent = self._editor_sent or "IK" in text or text.endswith("I")
         self._recent.append(text)
@@ -252,6 +263,18 @@ class Slope:
     per_minute: float
     first: float
     last: float
+
+
+def settled(rests: list[Rest]) -> list[Rest]:
+    """Returns the rests after the first minute, or after the first third, which may be later.
+
+    A panel that was touched at random needs minutes until it has shown everything once, and has
+    loaded what it needs for that.
+    """
+    if not rests:
+        return []
+    begin = max(WARM_UP_SECONDS, rests[-1].seconds / 3)
+    return [rest for rest in rests if rest.seconds >= begin]
 
 
 def slope(rests: list[Rest], what: str) -> Slope:

@@ -32,6 +32,7 @@ class Limits:
 
     def __init__(self, sanitized: bool) -> None:
         slow = 4.0 if sanitized else 1.0
+        self.sanitized = sanitized
         self.answer = 10.0 * slow  # seconds
         self.turn = 15.0 * slow  # of the event loop
         self.end = 10.0 * slow  # from SIGTERM to the exit
@@ -65,6 +66,7 @@ class Life:
         self._devices = self._home / "dev"
         self._touches: list[dict[str, Any]] = []
         self._storms = 0
+        self._marker = 0
         self._plugs: dict[str, float] = {}  # the ports that must be open soon, and since when
         self._gone: set[str] = set()  # those of them that were unplugged
 
@@ -238,6 +240,7 @@ class Life:
         """Ends all traffic, shows the menus anew, and counts what the panel has."""
         for port in plan.PORTS:
             self._plug(port, True)
+        time.sleep(1.0)  # until the last of the unit's delayed answers has come
         self._sim.type(["confirm", *(f"SM,{scope},0" for scope in (1, 2, 3))])
         self._close_all()
         before = self._storms
@@ -254,12 +257,17 @@ class Life:
 
     def _close_all(self) -> None:
         end = time.monotonic() + 4 * self.limits.answer
+        self._marker += 1
         while True:
-            self._sim.type([traffic.raw_message("DB,KILLBOX"), checks.PROBE])
+            # The marker comes after everything that still waits in the simulator.
+            self._sim.type(
+                [traffic.raw_message("DB,KILLBOX"), checks.marker(self._marker), checks.PROBE]
+            )
             time.sleep(0.1)
             shown = self._panel.ask("b", self.limits.turn)
             others = [window for window in shown["windows"] if window != "MainWindow"]
-            if not others and self.talk.open_probes() == 0:
+            sent = self.talk.marker == self._marker
+            if not others and sent and self.talk.open_probes() == 0:
                 return
             if others:
                 self._close_one(shown)
