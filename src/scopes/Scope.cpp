@@ -54,11 +54,7 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
     setReadPace();
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
-    // What a lost port has left unfinished is not the beginning of what the next one sends.
-    connect(&m_line, &SerialLine::lost, this, [this] {
-        m_decoder = IqBlockDecoder();
-        m_sdiDecoder = SdiDecoder();
-    });
+    connect(&m_line, &SerialLine::lost, this, &Scope::forgetUnfinished);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
 
