@@ -133,6 +133,10 @@ void MessageBoxes::watchWindows()
 
 bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+        stepAside(static_cast<QWidget*>(watched)->window());
+        return false;
+    }
     const bool isChange = event->type() == QEvent::Show || event->type() == QEvent::Hide;
     if (!isChange || !watched->isWidgetType()) {
         return false;
@@ -146,6 +150,7 @@ bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
     }
     // A window gets these events before it comes up, and after it has gone.
     if (event->type() == QEvent::Hide) {
+        m_aside.clear();
         lift();
     } else if (!m_liftQueued) {
         m_liftQueued = true;
@@ -160,13 +165,29 @@ bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-// Puts the boxes over all other windows.
+// Only "KILLBOX" closes a box without a button, and an editor that the unit has opened holds that
+// message up until the operator closes the editor. So such a box must not keep a finger from it.
+void MessageBoxes::stepAside(QWidget* window)
+{
+    auto* box = qobject_cast<QMessageBox*>(window);
+    QWidget* editor = QApplication::activeModalWidget();
+    if (box == nullptr || editor == nullptr || !m_boxes.contains(QPointer<QObject>(box)) ||
+        !box->buttons().isEmpty()) {
+        return;
+    }
+    m_aside += QPointer<QObject>(box);
+    makeWindowOf(*box, nullptr);
+    editor->window()->raise();
+    lift();
+}
+
+// Puts the boxes over all other windows, but for those that have stepped aside.
 void MessageBoxes::lift()
 {
     const QWidget* editor = QApplication::activeModalWidget();
     for (const QPointer<QObject>& object : std::as_const(m_boxes)) {
         auto* box = qobject_cast<QMessageBox*>(object.data());
-        if (box != nullptr && box->isVisible()) {
+        if (box != nullptr && box->isVisible() && !m_aside.contains(object)) {
             makeWindowOf(*box, editor);
             box->raise();
         }

@@ -18,7 +18,7 @@ class QMessageBox;
 /// The boxes stand over everything else. A modal editor that opens would cover them and take their
 /// touches: as long as boxes stand, this class watches for windows that open or close, puts the
 /// boxes over them again and makes them belong to the editor on top, so that it does not block
-/// them.
+/// them. A box without "OK" that is touched goes behind the editor until that is closed.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
@@ -60,11 +60,13 @@ private:
     void addToWaiting(const Order& order);
     void showWaiting();
     void watchWindows();
+    void stepAside(QWidget* window);
     void lift();
 
     // The boxes that stand, the newest last. A box sends events while it is destroyed, when it is
     // no box any more but still an object.
     QList<QPointer<QObject>> m_boxes;
+    QList<QPointer<QObject>> m_aside; // of these, those behind the editor
     QQueue<Order> m_waiting;
     bool m_overflowLogged = false;
     bool m_watching = false;

@@ -52,6 +52,7 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
     setReadPace();
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
+    connect(&m_line, &SerialLine::lost, this, &Scope::forgetUnfinished);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
 

@@ -222,6 +222,12 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    // What a lost port has left is not the beginning of what the next one sends.
+    void forgetUnfinished()
+    {
+        m_decoder = IqBlockDecoder();
+        m_sdiDecoder = SdiDecoder();
+    }
     void setUpPlots();
     void setReadPace();
     void touched();
