@@ -1,0 +1,83 @@
+#include "link/DurableFile.h"
+#include "link/LinkMode.h"
+
+#include <QFile>
+#include <QSettings>
+
+namespace {
+
+constexpr QLatin1String Organisation("TORVA");
+constexpr QLatin1String Application("QN740KB");
+constexpr char Key[] = "Slave";
+constexpr char General[] = "[General]";
+constexpr qint64 MaxBytes = 64 * 1024; // a larger file is no settings file
+
+bool isGroup(const QByteArray& line)
+{
+    return line.startsWith('[') && line.contains(']');
+}
+
+// Whether settings may have this line. One that is damaged makes all of them unreadable.
+bool isSound(const QByteArray& line)
+{
+    return line.isEmpty() || line.startsWith(';') || isGroup(line) ||
+        (!line.startsWith('[') && line.contains('='));
+}
+
+bool isMode(const QByteArray& line)
+{
+    return line.contains('=') && line.left(line.indexOf('=')).trimmed() == Key;
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.size() <= MaxBytes && file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                     : QByteArray();
+}
+
+} // namespace
+
+namespace linkMode {
+
+int stored()
+{
+    const QSettings settings(Organisation, Application);
+    const int mode = settings.value(QLatin1String(Key), 0).toInt();
+    return settings.status() == QSettings::NoError ? mode : 0;
+}
+
+// Not written by QSettings, which does not flush the folder, and which waits for a lock file that a
+// power cut has left, without end when the board's clock was set back.
+void store(int mode)
+{
+    const QSettings settings(Organisation, Application);
+    const QByteArray old = contents(settings.fileName());
+    const QByteArray fresh = withMode(old, mode);
+    if (fresh != old) { // spares the flash memory
+        durableFile::replace(settings.fileName(), fresh);
+    }
+}
+
+QByteArray withMode(const QByteArray& settings, int mode)
+{
+    QByteArrayList lines;
+    bool isGeneral = true; // also what stands in front of the first group
+    for (const QByteArray& line : settings.split('\n')) {
+        const QByteArray text = line.trimmed();
+        if (isGroup(text)) {
+            isGeneral = text.compare(General, Qt::CaseInsensitive) == 0;
+        }
+        if (isSound(text) && !(isGeneral && isMode(text))) {
+            lines += line;
+        }
+    }
+    // In front of everything, where no damage of other lines reaches.
+    if (lines.isEmpty() || lines.first().trimmed().compare(General, Qt::CaseInsensitive) != 0) {
+        lines.prepend(General);
+    }
+    lines.insert(1, QByteArray(Key) + '=' + QByteArray::number(mode));
+    return lines.join('\n') + (lines.last().isEmpty() ? "" : "\n");
+}
+
+} // namespace linkMode
