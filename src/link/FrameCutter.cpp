@@ -1,6 +1,15 @@
 #include "link/FrameCutter.h"
 
+#include "link/Limits.h"
+#include "wire/Log.h"
 #include "wire/Message.h"
+
+FrameCutter::FrameCutter()
+    : m_tooLong(&logLink,
+          QStringLiteral("%1 characters without the end of a message were dropped")
+              .arg(linkLimits::MaxMessage))
+{
+}
 
 void FrameCutter::append(const QString& characters)
 {
@@ -27,6 +36,10 @@ std::optional<QString> FrameCutter::next()
     const qsizetype eot = m_buffer.indexOf(wire::Eot, qMax(m_begin, m_searched));
     if (eot < 0) {
         m_searched = m_buffer.size();
+        if (size() > linkLimits::MaxMessage) {
+            m_tooLong.add();
+            clear();
+        }
         return std::nullopt;
     }
     const QString message = m_buffer.mid(m_begin, eot - m_begin + 1);

@@ -1,4 +1,5 @@
 #include "link/DurableFile.h"
+#include "link/Limits.h"
 #include "link/LinkMode.h"
 
 #include <QFile>
@@ -8,9 +9,8 @@ namespace {
 
 constexpr QLatin1String Organisation("TORVA");
 constexpr QLatin1String Application("QN740KB");
-constexpr char Key[] = "Slave";
-constexpr char General[] = "[General]";
-constexpr qint64 MaxBytes = 64 * 1024; // a larger file is no settings file
+constexpr char SettingsKey[] = "Slave";
+constexpr char GeneralGroup[] = "[General]";
 
 bool isGroup(const QByteArray& line)
 {
@@ -26,14 +26,15 @@ bool isSound(const QByteArray& line)
 
 bool isMode(const QByteArray& line)
 {
-    return line.contains('=') && line.left(line.indexOf('=')).trimmed() == Key;
+    return line.contains('=') && line.left(line.indexOf('=')).trimmed() == SettingsKey;
 }
 
 QByteArray contents(const QString& path)
 {
     QFile file(path);
-    return file.size() <= MaxBytes && file.open(QIODevice::ReadOnly) ? file.readAll()
-                                                                     : QByteArray();
+    return file.size() <= linkLimits::MaxSettingsBytes && file.open(QIODevice::ReadOnly)
+        ? file.readAll()
+        : QByteArray();
 }
 
 } // namespace
@@ -43,7 +44,7 @@ namespace linkMode {
 int stored()
 {
     const QSettings settings(Organisation, Application);
-    const int mode = settings.value(QLatin1String(Key), 0).toInt();
+    const int mode = settings.value(QLatin1String(SettingsKey), 0).toInt();
     return settings.status() == QSettings::NoError ? mode : 0;
 }
 
@@ -66,17 +67,18 @@ QByteArray withMode(const QByteArray& settings, int mode)
     for (const QByteArray& line : settings.split('\n')) {
         const QByteArray text = line.trimmed();
         if (isGroup(text)) {
-            isGeneral = text.compare(General, Qt::CaseInsensitive) == 0;
+            isGeneral = text.compare(GeneralGroup, Qt::CaseInsensitive) == 0;
         }
         if (isSound(text) && !(isGeneral && isMode(text))) {
             lines += line;
         }
     }
     // In front of everything, where no damage of other lines reaches.
-    if (lines.isEmpty() || lines.first().trimmed().compare(General, Qt::CaseInsensitive) != 0) {
-        lines.prepend(General);
+    if (lines.isEmpty() ||
+        lines.first().trimmed().compare(GeneralGroup, Qt::CaseInsensitive) != 0) {
+        lines.prepend(GeneralGroup);
     }
-    lines.insert(1, QByteArray(Key) + '=' + QByteArray::number(mode));
+    lines.insert(1, QByteArray(SettingsKey) + '=' + QByteArray::number(mode));
     return lines.join('\n') + (lines.last().isEmpty() ? "" : "\n");
 }
 
