@@ -1,6 +1,7 @@
 #pragma once
 
 #include "menus/MenuLimits.h"
+#include "menus/NameIndex.h"
 
 #include <QList>
 #include <QObject>
@@ -63,5 +64,6 @@ private:
     void pageRemoved(int index);
 
     QStackedLayout* m_stack;
+    mutable NameIndex<KeyBoard> m_index;
     QList<QPointer<QWidget>> m_otherPages;
 };
