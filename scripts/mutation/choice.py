@@ -11,7 +11,7 @@ LOGIC = {
     'link': ['BoxMessages', 'FrameCutter', 'LinkControl', 'LinkHealth', 'LinkMode', 'LinkWatch',
              'MessageBoxes', 'ResendCutter', 'ResendLine', 'keySerial'],
     'menus': ['GroupCells', 'ImmediateKey', 'Key', 'KeyBoard', 'KeyDefinition', 'KeyPress',
-              'ListGrid', 'MainMenus', 'MenuBook', 'MenuGroups', 'MenuMessages', 'MoreKey',
+              'ListGrid', 'MainMenus', 'MenuBook', 'MenuGroups', 'MenuMessages',
               'SpecialMenu'],
     'popups': ['AddressEntry', 'ChoiceCells', 'EditedLine', 'EntryType', 'NumberEntry',
                'NumberRanges', 'SendThrottle', 'SliderValue'],

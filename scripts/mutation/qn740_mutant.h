@@ -20,7 +20,9 @@ inline unsigned char* mapReached()
     if (file < 0) {
         return nullptr;
     }
-    struct stat status{};
+    struct stat status
+    {
+    };
     void* place = MAP_FAILED;
     if (::fstat(file, &status) == 0) {
         place = ::mmap(nullptr, static_cast<size_t>(status.st_size), PROT_READ | PROT_WRITE,
@@ -49,7 +51,7 @@ inline bool on(int id)
 }
 
 // A condition, negated.
-template<typename T>
+template <typename T>
 bool flip(int id, const T& condition)
 {
     return static_cast<bool>(condition) != on(id);
@@ -57,7 +59,7 @@ bool flip(int id, const T& condition)
 
 // A constant, changed: a truth value to the other one, a number to the next one, a fraction to
 // half as much again.
-template<typename T>
+template <typename T>
 T constant(int id, T value)
 {
     if (!on(id)) {
@@ -74,26 +76,27 @@ T constant(int id, T value)
 }
 
 // The smaller and the larger of two, exchanged.
-template<typename T>
+template <typename T>
 T smaller(int id, const T& a, const T& b)
 {
     return (b < a) != on(id) ? b : a;
 }
-template<typename T>
+template <typename T>
 T larger(int id, const T& a, const T& b)
 {
     return (a < b) != on(id) ? b : a;
 }
 
 // "!" left out: Not(id) ->* x
-struct Not {
+struct Not
+{
     int id;
     explicit Not(int number)
         : id(number)
     {
     }
 };
-template<typename T>
+template <typename T>
 bool operator->*(Not site, const T& value)
 {
     return static_cast<bool>(value) == on(site.id);
@@ -101,26 +104,28 @@ bool operator->*(Not site, const T& value)
 
 // Binary operators: "a < b" becomes "a < Less(id) < b". The second operator has the precedence of
 // the first, so that nothing around it changes.
-template<typename A, typename Kind>
-struct Half {
+template <typename A, typename Kind>
+struct Half
+{
     A&& left;
     int id;
 };
 
 #define QN740_OPERATOR(Kind, op, other)                                                            \
-    struct Kind {                                                                                  \
+    struct Kind                                                                                    \
+    {                                                                                              \
         int id;                                                                                    \
         explicit Kind(int number)                                                                  \
             : id(number)                                                                           \
         {                                                                                          \
         }                                                                                          \
     };                                                                                             \
-    template<typename A>                                                                           \
+    template <typename A>                                                                          \
     Half<A, Kind> operator op(A&& left, Kind site)                                                 \
     {                                                                                              \
         return {static_cast<A&&>(left), site.id};                                                  \
     }                                                                                              \
-    template<typename A, typename B>                                                               \
+    template <typename A, typename B>                                                              \
     auto operator op(Half<A, Kind> half, B&& right)                                                \
         ->std::decay_t<decltype(static_cast<A&&>(half.left) op static_cast<B&&>(right))>           \
     {                                                                                              \
@@ -131,7 +136,8 @@ struct Half {
         return static_cast<R>(static_cast<A&&>(half.left) op static_cast<B&&>(right));             \
     }
 #define QN740_SWAP(Kind, op, other)                                                                \
-    QN740_OPERATOR(Kind, op, static_cast<R>(static_cast<A&&>(half.left) other static_cast<B&&>(right)))
+    QN740_OPERATOR(                                                                                \
+        Kind, op, static_cast<R>(static_cast<A&&>(half.left) other static_cast<B&&>(right)))
 
 QN740_SWAP(LessToLessEqual, <, <=)
 QN740_SWAP(LessToGreaterEqual, <, >=)
@@ -149,7 +155,7 @@ QN740_SWAP(ModuloToTimes, %, *)
 QN740_SWAP(MinusToPlus, -, +)
 
 // "+" also joins texts, which have no "-": there the right part is left out, or else the left one.
-template<typename R, typename A, typename B>
+template <typename R, typename A, typename B>
 R lessOrOnly(A&& left, B&& right)
 {
     if constexpr (std::is_arithmetic_v<R> || std::is_pointer_v<R>) {
@@ -160,7 +166,8 @@ R lessOrOnly(A&& left, B&& right)
         return R(static_cast<B&&>(right));
     }
 }
-QN740_OPERATOR(PlusToMinus, +, (lessOrOnly<R>(static_cast<A&&>(half.left), static_cast<B&&>(right))))
+QN740_OPERATOR(
+    PlusToMinus, +, (lessOrOnly<R>(static_cast<A&&>(half.left), static_cast<B&&>(right))))
 
 #undef QN740_SWAP
 #undef QN740_OPERATOR

@@ -26,8 +26,8 @@ class Outcome:
 class Runner:
     """Runs test programs, each worker with a home directory of its own."""
 
-    def __init__(self, programs, jobs):
-        self.programs, self.jobs = programs, jobs
+    def __init__(self, programs, jobs, everywhere):
+        self.programs, self.jobs, self.everywhere = programs, jobs, everywhere
         self.seconds = {}  # program: how long it takes
         self.reached = {}  # program: numbers of the sites that it reaches
         self.homes = queue.Queue()
@@ -113,9 +113,14 @@ class Runner:
         return [name for name, outcome in outcomes if outcome.word != 'passed']
 
     def programs_for(self, site):
-        """Returns the programs that reach this site: those of its room first, then the quick ones."""
-        return sorted((name for name, hits in self.reached.items() if site.id in hits),
-                      key=lambda name: (name.split('.')[0] != site.room, self.seconds[name]))
+        """Returns the programs that reach this site: those of its room, the quick ones first, and
+        then those of the other rooms if they are asked as well."""
+        def is_other(name):
+            return name.split('.')[0] != site.room
+
+        return sorted((name for name, hits in self.reached.items()
+                       if site.id in hits and (self.everywhere or not is_other(name))),
+                      key=lambda name: (is_other(name), self.seconds[name]))
 
     def judge(self, site):
         """Returns who noticed this mutant, "program: how"; 'survived'; or 'not reached'."""
@@ -134,12 +139,11 @@ class Runner:
                 return f'{name}: {outcome.word}'
         return 'survived' if programs else 'not reached'
 
-    def judge_all(self, chosen, progress):
+    def judge_all(self, chosen, note):
         def one(site):
             verdict = self.judge(site)
             with self.lock:
-                progress(site, verdict)
-            return verdict
+                note(site, verdict)
 
         with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
-            return dict(zip([site.key for site in chosen], pool.map(one, chosen)))
+            list(pool.map(one, chosen))

@@ -15,7 +15,8 @@ constexpr int twice(int value)
     return value * 2; // a constant expression: left alone
 }
 
-struct Counter {
+struct Counter
+{
     int count = 0;
     void add(int value) { count += value; }
 };
@@ -75,7 +76,8 @@ int sum(const std::vector<int>& values)
 
 int spread(const std::vector<int>& values)
 {
-    return std::max(values.front(), values.back()) * 10 - std::min(values.front(), values.back()) % 3;
+    return std::max(values.front(), values.back()) * 10 -
+        std::min(values.front(), values.back()) % 3;
 }
 
 void halve(double& value)
@@ -92,7 +94,8 @@ void print()
     for (int a = 0; a <= 2; ++a) {
         std::printf("%d ", compared(a, 1));
     }
-    std::printf("%s %s %s\n", text("a", true).c_str(), text("b", false).c_str(), text("", true).c_str());
+    std::printf(
+        "%s %s %s\n", text("a", true).c_str(), text("b", false).c_str(), text("", true).c_str());
     for (const bool a : {false, true}) {
         for (const bool b : {false, true}) {
             std::printf("%d%d ", both(a, b), any(a, b));
