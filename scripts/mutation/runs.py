@@ -12,8 +12,7 @@ import threading
 import time
 
 FAILED = re.compile(rb'^(?:FAIL!  |XPASS  ): \w+::(\w+)', re.MULTILINE)
-MIN_LIMIT_S = 20
-LIMIT_FACTOR = 8
+EXTRA_S, LIMIT_FACTOR = 15, 3  # a program may take this much longer with a mutant
 
 
 class Outcome:
@@ -127,7 +126,7 @@ class Runner:
         programs = self.programs_for(site)
         variables = {'QN740_MUTANT': str(site.id)}
         for name in programs:
-            limit = max(MIN_LIMIT_S, LIMIT_FACTOR * self.seconds[name])
+            limit = EXTRA_S + LIMIT_FACTOR * self.seconds[name]
             outcome = self.run(name, variables, limit)
             if outcome.word == 'failed' and outcome.function not in (None, 'initTestCase'):
                 # Once more, that function alone: it is the mutant and not the load of the machine.
