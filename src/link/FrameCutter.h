@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
 #include <optional>
@@ -16,23 +18,29 @@
 class FrameCutter
 {
 public:
-    /// Adds characters (codes 0 to 255) behind those that are left.
-    void append(const QString& characters);
+    /// Adds characters, one byte each, behind those that are left.
+    void append(QByteArrayView bytes);
+    /// The same.
+    void append(const QByteArray& bytes) { append(QByteArrayView(bytes)); }
+
+    /// The same with the characters (codes 0 to 255) of a string.
+    void append(const QString& characters) { append(characters.toLatin1()); }
 
     /// \return the next message with everything in front of it that was not dropped, its EOT
     /// included; nothing when no EOT is there yet.
     std::optional<QString> next();
 
     /// \return the characters that are left.
-    QString rest() const { return m_buffer.mid(m_begin); }
+    QString rest() const { return QString::fromLatin1(m_buffer.mid(m_begin)); }
 
     /// Drops the characters that are left.
     void clear();
 
 private:
     qsizetype size() const { return m_buffer.size() - m_begin; }
+    qsizetype find(QChar character, qsizetype from) const;
 
-    QString m_buffer;
+    QByteArray m_buffer;      // as they come: half as large as a string, and searched faster
     qsizetype m_begin = 0;    // of what is left in m_buffer
     qsizetype m_searched = 0; // no EOT from m_begin up to here
 };

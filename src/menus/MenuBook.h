@@ -1,5 +1,7 @@
 #pragma once
 
+#include "menus/NameIndex.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -60,5 +62,6 @@ private:
     void pageRemoved(int index);
 
     QStackedLayout* m_stack;
+    mutable NameIndex<KeyBoard> m_index;
     QList<QPointer<QWidget>> m_otherPages;
 };

@@ -52,6 +52,7 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     m_measureTimer.setObjectName(QStringLiteral("measureTimer"));
     m_measureTimer.setSingleShot(true);
     connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
+    setReadPace();
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
@@ -131,6 +132,7 @@ void Scope::setPlotType(int type)
     if (m_plotType != type) {
         m_plotType = type;
         setFrozen(false);
+        setReadPace();
         clearPlots();
         layOutPlots();
         emit figuresChanged();
@@ -274,12 +276,14 @@ void Scope::setEnlarged(bool enlarged)
 void Scope::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+    setReadPace();
     scheduleMeasurement(); // of what has come meanwhile
 }
 
 void Scope::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
+    setReadPace();
     m_measureTimer.stop();
 }
 
@@ -404,16 +408,24 @@ double Scope::fir_double_z(double input, int ntaps, double const* taps, double* 
     return firStep(input, ntaps, taps, delay, state);
 }
 
+void Scope::setReadPace()
+{
+    m_pace.setPeriod(m_plotType == Sdi ? 0 : isVisible() ? ShownReadMs : HiddenReadMs);
+}
+
 void Scope::serialDataReceived()
 {
     QSerialPort& port = m_line.port();
+    qint64 read = 0;
     while (port.isOpen() && port.bytesAvailable() > 0) {
         const QByteArray bytes = port.readAll();
         if (bytes.isEmpty()) {
-            return;
+            break;
         }
+        read += bytes.size();
         m_plotType == Sdi ? decodeSdi(bytes) : decodeIq(bytes);
     }
+    m_pace.noteRead(read);
 }
 
 // A scope that is off expects nothing, but removes what comes when nothing follows it.

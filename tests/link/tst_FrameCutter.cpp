@@ -85,6 +85,19 @@ private slots:
         QTEST(cutter.rest(), "rest");
     }
 
+    void bytes_are_characters_of_the_same_code()
+    {
+        QByteArray bytes;
+        for (int code = 0; code < 256; ++code) {
+            bytes += code == 4 ? 'x' : static_cast<char>(code);
+        }
+        FrameCutter cutter;
+        cutter.append("\x02" + bytes);
+        QCOMPARE(cutter.rest(), S + QString::fromLatin1(bytes));
+        cutter.append(QByteArray("\x04"));
+        QCOMPARE(cutter.next(), S + QString::fromLatin1(bytes) + E);
+    }
+
     void a_message_cut_anywhere_is_the_same_message()
     {
         const QString text = S + u"AK,Tuner CH1,f,Frequency"_s + E + S + u"PING"_s + E;

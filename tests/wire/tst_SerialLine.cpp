@@ -89,6 +89,19 @@ private slots:
         QVERIFY(!line.isOpen());
     }
 
+    // A port that tries makes a lock file and has it brought to the disk, every two seconds.
+    void an_absent_device_is_not_even_tried()
+    {
+        SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
+        const QSignalSpy errors(&line.port(), &QSerialPort::errorOccurred);
+        QTest::ignoreMessage(
+            QtWarningMsg, u"ttyX was not opened: No such file or directory"_s.toUtf8());
+        QVERIFY(!line.open(u"ttyX"_s, 115200));
+        QVERIFY(!line.isTaken());
+        QVERIFY(errors.isEmpty());
+        QCOMPARE(line.port().portName(), m_devices->path() + u"/ttyX"_s);
+    }
+
     void a_line_whose_other_end_goes_away_is_closed_and_logged_once()
     {
         Pty& pty = m_devices->add(u"ttyX"_s);
