@@ -54,7 +54,7 @@ public:
     void clear();
 
     QList<KeyBoard*> pages;   ///< The menus, in the order of creation.
-    MenuLimits limits{*this}; ///< What messages may still define.
+    MenuLimits limits{pages}; ///< What messages may still define.
 
 signals:
     /// Emitted when a key of any menu sends a message, frame characters included.

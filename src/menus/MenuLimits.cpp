@@ -1,15 +1,14 @@
 #include "menus/MenuLimits.h"
 
 #include "menus/KeyBoard.h"
-#include "menus/MenuBook.h"
 #include "wire/Log.h"
 
 #include <numeric>
 
 using namespace menuLimits;
 
-MenuLimits::MenuLimits(const MenuBook& book)
-    : m_book(book)
+MenuLimits::MenuLimits(const QList<KeyBoard*>& menus)
+    : m_menus(menus)
     , m_menuLog(&logMenus, QStringLiteral("there are %1 menus: no more are made").arg(MaxMenus))
     , m_keyLog(&logMenus, QStringLiteral("there are %1 keys: no more are made").arg(MaxKeys))
     , m_textLog(&logMenus,
@@ -23,7 +22,7 @@ MenuLimits::MenuLimits(const MenuBook& book)
 
 bool MenuLimits::takesMenu()
 {
-    if (m_book.pages.size() < MaxMenus) {
+    if (m_menus.size() < MaxMenus) {
         return true;
     }
     m_menuLog.add();
@@ -32,7 +31,7 @@ bool MenuLimits::takesMenu()
 
 bool MenuLimits::takesKey()
 {
-    const qsizetype keys = std::accumulate(m_book.pages.cbegin(), m_book.pages.cend(), qsizetype{0},
+    const qsizetype keys = std::accumulate(m_menus.cbegin(), m_menus.cend(), qsizetype{0},
         [](qsizetype sum, const KeyBoard* menu) { return sum + menu->keys.size(); });
     if (keys < MaxKeys) {
         return true;

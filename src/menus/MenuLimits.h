@@ -6,14 +6,13 @@
 #include <QList>
 
 class KeyBoard;
-class MenuBook;
 
 /// Whether the book of menus takes what a message wants to add. What it does not take is logged.
 class MenuLimits
 {
 public:
-    /// Nothing is defined yet. \a book has to live as long as this object.
-    explicit MenuLimits(const MenuBook& book);
+    /// Nothing is defined yet. \a menus are those of the book; they have to live as long as this.
+    explicit MenuLimits(const QList<KeyBoard*>& menus);
 
     /// \return whether one more menu may be made.
     bool takesMenu();
@@ -33,7 +32,7 @@ public:
     void clear() { m_characters = 0; }
 
 private:
-    const MenuBook& m_book;
+    const QList<KeyBoard*>& m_menus;
     qsizetype m_characters = 0;
     DropLog m_menuLog;
     DropLog m_keyLog;
