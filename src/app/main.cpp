@@ -3,9 +3,11 @@
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
 #include "app/Rooms.h"
+#include "app/ServiceNotifier.h"
 #include "app/SetGov.h"
 #include "link/LinkControl.h"
 #include "link/keySerial.h"
+#include "menus/MenuMessages.h"
 #include "wire/TerminationSignals.h"
 
 #include <QApplication>
@@ -38,6 +40,16 @@ CommandLine readCommandLine(int argc, char** argv)
     return CommandLine(arguments);
 }
 
+// For the service manager, which shows it beside the service's name.
+QString status(const Rooms& rooms)
+{
+    const LinkState state = rooms.link->health();
+    const QLatin1String link(state == LinkState::Alive ? "up"
+            : state == LinkState::Silent               ? "silent"
+                                                       : "closed");
+    return QStringLiteral("menus %1, link %2").arg(rooms.menus->book.pages.size()).arg(link);
+}
+
 int run(QApplication& application, SetGov& governor)
 {
     const TerminationSignals terminationSignals;
@@ -54,6 +66,9 @@ int run(QApplication& application, SetGov& governor)
         return static_cast<int>(ExitStatus::LineIsTaken);
     }
     window.resize(Width, Height);
+    ServiceNotifier notifier(&window, [&rooms = window.rooms()] { return status(rooms); });
+    QObject::connect(
+        window.rooms().link, &LinkControl::healthChanged, &notifier, &ServiceNotifier::tellStatus);
     QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
     window.show();
     return QApplication::exec();
