@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QTimer>
 
 namespace {
 
@@ -22,11 +21,12 @@ static void loadPictures()
 }
 
 MainWindow::MainWindow(QWidget* parent)
-    : QMainWindow(parent)
+    : QMainWindow(parent, Qt::Window | Qt::FramelessWindowHint)
     , m_dispatcher(std::make_unique<Dispatcher>(slotTable(*this)))
+    , m_splash(std::make_unique<SplashScreen>())
 {
     loadPictures();
-    showSplash();
+    m_splash->showFor(SplashScreen::durationMs());
     m_rooms = std::make_unique<Rooms>(this);
     setCentralWidget(m_rooms->central);
     connectRooms(*m_rooms, *this);
@@ -51,25 +51,10 @@ MainWindow::~MainWindow()
     }
 }
 
-void MainWindow::showSplash()
-{
-    m_splash =
-        std::make_unique<SplashScreen>(QPixmap(QStringLiteral(":/MyFiles/TORVA-qn740-white.png")));
-    const int splashMs = SplashScreen::durationMs();
-    if (splashMs == 0) {
-        return;
-    }
-    m_splash->show();
-    QCoreApplication::processEvents();
-    // A coarse timer of this length may end most of a second early.
-    QTimer::singleShot(splashMs, Qt::PreciseTimer, m_splash.get(), &QWidget::close);
-}
-
 void MainWindow::setUpLook()
 {
     setStyleSheet(QStringLiteral(
         "QMainWindow {background-color: black; border-width: 2px; border-style: solid; border-color: black; font-size: 16px;}                        .QWidget{background-color: black;} QPushButton:pressed {background-color: #4169e1;} "));
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
     // By its minimum sizes a full page of keys asks for more than the screen has.
     setFixedSize(ScreenSize);
     setCursor(Qt::BlankCursor);

@@ -145,7 +145,6 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void showSplash();
     void setUpLook();
 
     std::unique_ptr<Dispatcher> m_dispatcher;

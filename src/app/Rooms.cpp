@@ -3,6 +3,7 @@
 #include "app/ChoiceLists.h"
 #include "app/DisplayLoan.h"
 #include "app/MenuNavigation.h"
+#include "app/PageStack.h"
 #include "link/BoxMessages.h"
 #include "link/LinkControl.h"
 #include "link/MessageBoxes.h"
@@ -34,7 +35,7 @@ bool isForOlderCard()
 Rooms::Rooms(QWidget* window)
     : hasOlderCard(isForOlderCard())
     , central(new QWidget(window))
-    , stack(new QStackedLayout)
+    , stack(new PageStack)
     , views(new Views(stack, window))
     , menus(new MenuMessages(stack, window))
     , navigation(new MenuNavigation(*menus, *views, window))

@@ -10,11 +10,27 @@
 
 #include <QWidget>
 
+#include <poll.h>
+
+namespace {
+
+// Whether the line takes bytes now. To the port a line that is full is one that has failed.
+bool hasRoom(int descriptor)
+{
+    pollfd state{descriptor, POLLOUT, 0};
+    return ::poll(&state, 1, 0) > 0 && (state.revents & POLLOUT) != 0;
+}
+
+} // namespace
+
 LinkControl::LinkControl(QWidget* window)
     : QObject(window)
     , m_window(window)
     , m_serial(new keySerial)
     , m_watch(new LinkWatch(*m_serial, this))
+    , m_unsent(&logLink,
+          QStringLiteral("the main unit does not read: %1 bytes wait, a message is lost")
+              .arg(MaxUnsentBytes))
 {
     m_serial->setParent(this);
     connect(m_watch, &LinkWatch::changed, this, &LinkControl::healthChanged);
@@ -35,8 +51,18 @@ void LinkControl::write(const QString& text)
 {
     qCDebug(logLink).noquote() << wire::TraceLine::now(false, text).text();
     QSerialPort* port = m_serial->port();
-    if (port != nullptr && port->isOpen() && port->bytesToWrite() < MaxUnsentBytes) {
-        port->write(text.toLatin1());
+    if (port == nullptr || !port->isOpen()) {
+        return;
+    }
+    if (port->bytesToWrite() >= MaxUnsentBytes) {
+        m_unsent.add();
+        return;
+    }
+    const bool isFirst = port->bytesToWrite() == 0;
+    port->write(text.toLatin1());
+    // The port would wait for the event loop, which first paints the key that was pressed.
+    if (isFirst && hasRoom(port->handle())) {
+        port->flush();
     }
 }
 

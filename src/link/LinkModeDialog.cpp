@@ -2,9 +2,9 @@
 
 #include "link/LinkMode.h"
 #include "touch/Edge.h"
+#include "touch/Picture.h"
 
 #include <QCloseEvent>
-#include <QIcon>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -49,7 +49,7 @@ LinkModeDialog::LinkModeDialog(QWidget* parent)
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("QN740 Configuration Settings"));
-    setWindowIcon(QIcon(QStringLiteral(":/MyFiles/TORVA-globe.png")));
+    setWindowIcon(touch::picture(QStringLiteral(":/MyFiles/TORVA-globe.png")));
     setStyleSheet(QStringLiteral("background-color:darkgray; font-size: 22px; "));
     m_close->setObjectName(QStringLiteral("closeButton"));
     m_close->setFixedWidth(CloseWidth);

@@ -18,12 +18,33 @@ CachedPlot::CachedPlot(int minPauseMs, QWidget* parent)
     connect(&m_paintTimer, &QTimer::timeout, this, [this] { update(changedRect()); });
     // Before, not after: a replot paints the widget before it announces that it is done.
     connect(this, &QCustomPlot::beforeReplot, this, [this] { setFrameStale(); });
+    dropFirstReplot();
+}
+
+// The plot library has just queued a replot. It would draw axes and labels into buffers that nobody
+// shows, at the start of the panel: the frame is drawn when the plot is painted first.
+void CachedPlot::dropFirstReplot()
+{
+    mReplotting = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            mReplotting = false;
+            mReplotQueued = false;
+        },
+        Qt::QueuedConnection);
 }
 
 void CachedPlot::schedulePaint()
 {
-    if (isVisible() && !m_paintTimer.isActive()) {
-        m_paintTimer.start(std::max(m_minPauseMs, m_lastPaintMs));
+    if (!isVisible() || m_paintTimer.isActive()) {
+        return;
+    }
+    const int pause = std::max(m_minPauseMs, m_lastPaintMs);
+    if (pause > 0) {
+        m_paintTimer.start(pause);
+    } else {
+        update(changedRect()); // All updates of a turn of the event loop are painted together.
     }
 }
 

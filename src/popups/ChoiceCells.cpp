@@ -10,9 +10,11 @@ namespace {
 constexpr int CellWidth = 150;
 constexpr int CellHeight = 80;
 
-QPushButton* newButton(const QString& text, const QString& sheet)
+// With its parent from the beginning: one that comes later makes the button look up its style
+// again.
+QPushButton* newButton(const QString& text, const QString& sheet, const QLayout& layout)
 {
-    QPushButton* button = new TextButton(text, nullptr, TextButton::Shrinking);
+    QPushButton* button = new TextButton(text, layout.parentWidget(), TextButton::Shrinking);
     button->setStyleSheet(sheet);
     button->setMaximumHeight(touch::MaxKeyHeight);
     return button;
@@ -52,7 +54,7 @@ void ChoiceCells::addScroll(qsizetype choiceCount, int fixedCells)
 
 QPushButton* ChoiceCells::addChoice(const QString& text, const QString& sheet, int index)
 {
-    QPushButton* button = newButton(text, sheet);
+    QPushButton* button = newButton(text, sheet, *m_choices);
     const choices::Cell cell = m_grid.cell(index);
     m_choices->addWidget(button, cell.row, cell.column);
     button->raise();
@@ -74,7 +76,7 @@ void ChoiceCells::setPresent(QPushButton* button)
 QPushButton* ChoiceCells::addFixed(
     const QString& text, const QString& sheet, const choices::Cell& cell)
 {
-    QPushButton* button = newButton(text, sheet);
+    QPushButton* button = newButton(text, sheet, *this);
     addWidget(button, qMin(cell.row, m_shownRows - 1), cell.column);
     button->raise();
     return button;

@@ -1,8 +1,8 @@
 #include "popups/EntryErrorBox.h"
 
 #include "touch/MessageBox.h"
+#include "touch/Picture.h"
 
-#include <QIcon>
 #include <QLayout>
 #include <QPointer>
 #include <QPushButton>
@@ -16,7 +16,7 @@ constexpr int AddressPixels = 18;
 MessageBox* newBox(QWidget* parent, const QString& title)
 {
     auto* box = new MessageBox(parent);
-    box->setWindowIcon(QIcon(QStringLiteral(":/MyFiles/TORVA-globe.png")));
+    box->setWindowIcon(touch::picture(QStringLiteral(":/MyFiles/TORVA-globe.png")));
     box->setWindowTitle(title);
     return box;
 }

@@ -2,11 +2,11 @@
 
 #include "popups/KeyBoardWidget.h"
 #include "popups/PopUpDialog.h"
+#include "touch/Picture.h"
 #include "touch/PopUpStyle.h"
 #include "touch/TextButton.h"
 
 #include <QHBoxLayout>
-#include <QIcon>
 
 namespace {
 
@@ -33,11 +33,13 @@ FileNameEdit::FileNameEdit(const QString& text, QWidget* parent)
     , m_dialog(new PopUpDialog(QStringLiteral("FileNameEdit"),
           QStringLiteral("Enter Store File Name"), Qt::WindowFlags(), Margin, this))
     , m_field(new QLineEdit)
-    , m_keys(new KeyBoardWidget(m_field, true, nullptr))
 {
     useMyResources();
-    m_dialog->setWindowIcon(QIcon(QStringLiteral(":/MyFiles/TORVA-globe.png")));
+    m_dialog->setWindowIcon(touch::picture(QStringLiteral(":/MyFiles/TORVA-globe.png")));
     m_dialog->setStyleSheet(popUpStyle::filesWindow());
+    // In the dialog from the beginning: a style sheet above them makes all keys look up their style
+    // again when they come into it later.
+    m_keys = new KeyBoardWidget(m_field, true, m_dialog);
 
     m_field->setStyleSheet(fieldStyle());
     m_field->setFixedHeight(FieldHeight);

@@ -29,5 +29,5 @@ public slots:
 private:
     PopUpDialog* m_dialog; // a child, as long as this lives
     QPointer<QLineEdit> m_field;
-    KeyBoardWidget* m_keys;
+    KeyBoardWidget* m_keys = nullptr;
 };

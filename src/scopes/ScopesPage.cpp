@@ -19,6 +19,15 @@ constexpr int Spacing = 3;
 constexpr int ModeWidth = 264; // as below a scope that is not enlarged
 constexpr int KeysWidth = 140;
 
+// A part that was never hidden comes with its page. To show it before would make it load its fonts
+// and lay out what it holds, at the start of the panel.
+void setShown(QWidget* part, bool shown)
+{
+    if (!shown || part->testAttribute(Qt::WA_WState_ExplicitShowHide)) {
+        part->setVisible(shown);
+    }
+}
+
 } // namespace
 
 ScopesPage::ScopesPage(QWidget* parent)
@@ -179,12 +188,12 @@ void ScopesPage::showAll()
 void ScopesPage::arrange()
 {
     for (int demodulator = 1; demodulator <= Demodulators; ++demodulator) {
-        place(demodulator).cell->setVisible(m_enlarged == 0 || m_enlarged == demodulator);
+        setShown(place(demodulator).cell, m_enlarged == 0 || m_enlarged == demodulator);
     }
-    m_magPhase->setVisible(m_enlarged == 0);
-    m_head->setVisible(m_enlarged != 0);
-    m_keys->setVisible(m_enlarged != 0);
-    m_figures->setVisible(m_enlarged != 0);
+    setShown(m_magPhase, m_enlarged == 0);
+    setShown(m_head, m_enlarged != 0);
+    setShown(m_keys, m_enlarged != 0);
+    setShown(m_figures, m_enlarged != 0);
 }
 
 void ScopesPage::showFigures()

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include <cerrno>
 #include <poll.h>
 
 namespace {
@@ -64,7 +65,8 @@ bool SerialLine::open(const QString& name, qint32 baudRate, Reopen reopen, qint6
 
 void SerialLine::logAbsence() const
 {
-    const QString text = QStringLiteral("%1 was not opened: %2").arg(m_name, m_port.errorString());
+    const QString reason = isAbsent() ? qt_error_string(ENOENT) : m_port.errorString();
+    const QString text = QStringLiteral("%1 was not opened: %2").arg(m_name, reason);
     if (m_absence == Absence::IsAFault) {
         qCWarning(m_category).noquote() << text;
     } else {
@@ -79,11 +81,17 @@ void SerialLine::close()
     m_port.close();
 }
 
+bool SerialLine::isAbsent() const
+{
+    return !QFileInfo::exists(devicePath(m_name));
+}
+
 bool SerialLine::tryToOpen()
 {
     const QString path = devicePath(m_name);
     m_port.setPortName(path);
-    const bool ok = m_port.open(QIODevice::ReadWrite);
+    // The port would make a lock file and bring it to the disk before it looks for the device.
+    const bool ok = !isAbsent() && m_port.open(QIODevice::ReadWrite);
     m_taken = !ok && lockedByAnother(m_port, QFileInfo(path));
     if (ok) {
         m_retry.stop();

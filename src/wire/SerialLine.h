@@ -75,6 +75,7 @@ signals:
     void lost();
 
 private:
+    bool isAbsent() const;
     bool tryToOpen();
     void handleError(QSerialPort::SerialPortError error);
     void logAbsence() const;

@@ -34,6 +34,16 @@ QSplashScreen* splash()
     return nullptr;
 }
 
+// Counts how often it is asked for its size, which is larger than the screen.
+class AskedPage : public QWidget
+{
+public:
+    QSize sizeHint() const override { return ++asked, QSize(1000, 700); }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+    mutable int asked = 0;
+};
+
 // Returns the relative luminance from 0 (black) to 1 (white), as WCAG 2.1 defines it for the
 // contrast of texts.
 double luminance(const QColor& colour)
@@ -104,6 +114,21 @@ private slots:
         QCOMPARE(m_window->paxMenuIndex(), -1);
     }
 
+    void no_page_is_asked_for_its_size()
+    {
+        m_window->show();
+        auto* page = new AskedPage;
+        m_window->rooms().stack->addWidget(page);
+        m_window->rooms().stack->setCurrentWidget(page);
+        page->updateGeometry();
+        QTRY_VERIFY(page->isVisible());
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(page->asked, 0);
+        QCOMPARE(page->size(), m_window->centralWidget()->size());
+        QCOMPARE(m_window->size(), QSize(800, 480));
+        QCOMPARE(m_window->statusBar()->height(), 50);
+    }
+
     void the_splash_stays_on_top_for_its_time_and_when_it_is_touched()
     {
         m_window->show();
@@ -158,7 +183,11 @@ private slots:
         if (ms == 300) {
             QTRY_VERIFY(!splash()->isVisible());
             QVERIFY2(elapsed.elapsed() >= ms, QByteArray::number(elapsed.elapsed()));
+            // What it took of memory is given back.
+            QVERIFY(splash()->pixmap().isNull());
+            QVERIFY(splash()->windowHandle() == nullptr);
         } else {
+            QCOMPARE(splash()->pixmap().isNull(), ms == 0);
             QTest::qWait(0);
             QCOMPARE(splash() != nullptr && splash()->isVisible(), ms > 0);
         }

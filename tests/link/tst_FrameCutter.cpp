@@ -66,6 +66,9 @@ private slots:
         QTest::newRow("an STX inside a message is part of it")
             << QStringList{S + u"A"_s + S + u"B"_s + E} << QStringList{S + u"A"_s + S + u"B"_s + E}
             << QString();
+        QTest::newRow("a junk character, a frame and half of the next one")
+            << QStringList{u"x"_s + S + u"A"_s + E + S + u"B"_s, E}
+            << QStringList{S + u"A"_s + E, S + u"B"_s + E} << QString();
         QTest::newRow("an empty read changes nothing")
             << QStringList{u""_s} << QStringList{} << QString();
     }
@@ -80,6 +83,19 @@ private slots:
         }
         QTEST(messages, "messages");
         QTEST(cutter.rest(), "rest");
+    }
+
+    void bytes_are_characters_of_the_same_code()
+    {
+        QByteArray bytes;
+        for (int code = 0; code < 256; ++code) {
+            bytes += code == 4 ? 'x' : static_cast<char>(code);
+        }
+        FrameCutter cutter;
+        cutter.append("\x02" + bytes);
+        QCOMPARE(cutter.rest(), S + QString::fromLatin1(bytes));
+        cutter.append(QByteArray("\x04"));
+        QCOMPARE(cutter.next(), S + QString::fromLatin1(bytes) + E);
     }
 
     void a_message_cut_anywhere_is_the_same_message()

@@ -10,6 +10,9 @@
 #include <QSettings>
 #include <QSignalSpy>
 
+#include <poll.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 class tst_LinkControl : public QObject
@@ -54,6 +57,36 @@ private slots:
         QTRY_COMPARE(m_unit->received(), QByteArray("D2:SPEN:1"));
     }
 
+    // The event loop first paints the key that was pressed.
+    void a_message_leaves_before_the_event_loop_goes_on()
+    {
+        for (const QByteArray& message : {framed("R1:FREQ:1"), framed("R1:FREQ:2")}) {
+            m_link->send(QString::fromLatin1(message));
+            QCOMPARE(m_link->serial()->port()->bytesToWrite(), 0);
+            pollfd line{m_unit->master(), POLLIN, 0};
+            constexpr int LongMs = 5000;
+            QCOMPARE(::poll(&line, 1, LongMs), 1); // not an event loop
+            QCOMPARE(m_unit->takeReceived(), message);
+        }
+    }
+
+    void a_message_that_comes_while_the_line_is_full_waits_and_the_line_stays_open()
+    {
+        const int line = m_link->serial()->port()->handle();
+        const QByteArray filling(1000, 'x');
+        qsizetype full = 0;
+        ssize_t count = 0;
+        while ((count = ::write(line, filling.constData(), filling.size())) > 0) {
+            full += count;
+        }
+        m_link->send(QString::fromLatin1(framed("R1:FREQ:1")));
+        QVERIFY(m_link->serial()->isOpen());
+        QByteArray received;
+        QTRY_VERIFY((received += m_unit->takeReceived(), received.endsWith('\x04')));
+        QCOMPARE(received, QByteArray(full, 'x') + framed("R1:FREQ:1"));
+        QVERIFY(m_link->serial()->isOpen());
+    }
+
     void each_write_is_logged_with_its_direction()
     {
         QLoggingCategory::setFilterRules(u"qn740.link.debug=true"_s);
@@ -62,6 +95,14 @@ private slots:
         m_link->answerPing();
         QLoggingCategory::setFilterRules(u""_s);
         QTRY_COMPARE(m_unit->received(), framed("PONG"));
+    }
+
+    void the_line_goes_with_its_owner()
+    {
+        const QPointer<keySerial> serial(m_link->serial());
+        QVERIFY(serial != nullptr);
+        m_window.reset();
+        QVERIFY(serial == nullptr);
     }
 
     void unsent_bytes_are_limited()

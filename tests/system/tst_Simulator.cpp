@@ -4,6 +4,7 @@
 #include "support/Pty.h"
 #include "support/TestMain.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -31,6 +32,17 @@ QByteArray builtInFrames()
         }
     }
     return all;
+}
+
+// How often the program has gone to sleep so far.
+int wakeUps(const Program& program)
+{
+    QFile file(u"/proc/%1/status"_s.arg(program.processId()));
+    file.open(QIODevice::ReadOnly);
+    const QByteArray status = file.readAll();
+    const QByteArray name = "\nvoluntary_ctxt_switches:";
+    const qsizetype at = status.indexOf(name) + name.size();
+    return status.mid(at, status.indexOf('\n', at) - at).trimmed().toInt();
 }
 
 } // namespace
@@ -200,6 +212,29 @@ private slots:
                        "\":PATTERN\" behind it\n"));
     }
 
+    void a_device_is_unplugged_and_plugged_in_by_typed_lines()
+    {
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        {
+            const LineEnd panel(device());
+            QVERIFY(panel.isOpen());
+            QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: panel opened ttyO1"), LongMs);
+            program.write("unplug ttyO1\nunplug nothing\nplug\n");
+            QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: panel closed ttyO1"), LongMs);
+            QVERIFY(!QFileInfo(device()).isSymLink());
+            QVERIFY(!panel.write("x"));
+        }
+        QTRY_COMPARE(program.errors(),
+            QByteArray("refused: unplug needs a device of this unit, as ttyUSB1\n"
+                       "refused: plug needs a device of this unit, as ttyUSB1\n"));
+        program.write("plug ttyO1\n");
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(device()).isSymLink(), LongMs);
+        LineEnd panel(device());
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), framed("VER"), LongMs);
+        QCOMPARE(program.output().count("sim: panel opened ttyO1\n"), 2);
+    }
+
     void raw_bytes_are_typed_between_messages()
     {
         Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});
@@ -304,6 +339,31 @@ private slots:
         }
         QVERIFY2(!trace || unit.output().contains(" in \\x02Foo\\x04\nignored: unknown word Foo\n"),
             unit.output());
+    }
+
+    // With menus, three scope ports and a card that send nothing. Only the ports that are absent
+    // are looked for, every two seconds.
+    void an_idle_panel_sleeps()
+    {
+        const QString menu = fileWith("AK,Menu,key,Key,0,R1:KEY:,,0,,0,0,1\nSK,Menu\n");
+        Program unit(QString::fromUtf8(QN740_SIM),
+            {u"--dir"_s, m_directory, u"--menu"_s, menu, u"--quiet"_s, u"PM,SF"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.output().startsWith("sim: ready"), LongMs);
+        const Program panel(QString::fromUtf8(QN740_PANEL), {},
+            {u"QN740_DEV="_s + m_directory, u"QN740_SPLASH_MS=0"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(unit.has("sim: menus sent"), LongMs);
+        QVERIFY(wakeUps(panel) > 0);
+        constexpr int MeasuredMs = 2000;
+        constexpr int MaxWakeUps = 6;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        int count = 0;
+        do { // until it has come up
+            const int before = wakeUps(panel);
+            QTest::qWait(MeasuredMs);
+            count = wakeUps(panel) - before;
+        } while (count > MaxWakeUps && !elapsed.hasExpired(LongMs));
+        QVERIFY2(count <= MaxWakeUps, QByteArray::number(count));
     }
 
     void the_trace_shows_both_directions_with_times()

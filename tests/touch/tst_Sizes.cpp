@@ -1,6 +1,7 @@
 #include "touch/Sizes.h"
 
 #include "support/TestMain.h"
+#include "touch/Picture.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +20,11 @@ private slots:
     void the_sheet_of_a_scroll_bar_has_its_width()
     {
         QCOMPARE(touch::scrollBarSheet(), u"QScrollBar:vertical {width: 50px}"_s);
+    }
+
+    void a_picture_that_is_not_there_is_null()
+    {
+        QVERIFY(touch::picture(u":/MyFiles/nothing.png"_s).isNull());
     }
 };
 

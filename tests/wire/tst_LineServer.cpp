@@ -3,6 +3,7 @@
 #include "wire/LineServer.h"
 #include "wire/Log.h"
 
+#include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,6 +11,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -183,7 +185,7 @@ private slots:
         const auto server = makeServer();
         QLocalSocket chatty;
         connectReader(chatty, *server);
-        chatty.write(QByteArray(200000, 'x'));
+        chatty.write(QByteArray(2'000'000, 'x')); // more than the system keeps for a reader
         QTRY_COMPARE(chatty.bytesToWrite(), 0);
         server->send("abc\n");
         QTRY_VERIFY(chatty.canReadLine());
@@ -245,12 +247,49 @@ private slots:
         QVERIFY(!makeServer()->isListening());
     }
 
+    void a_path_that_is_too_long_for_a_socket_is_reported()
+    {
+        qputenv(Variable, m_directory->filePath(QString(200, u'x')).toLocal8Bit());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no numbers at .*xxx"_s));
+        QVERIFY(!makeServer()->isListening());
+    }
+
+    void a_reader_that_comes_while_no_file_is_free_is_served_with_a_later_block()
+    {
+        const auto server = makeServer();
+        rlimit before = {};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+        const int connecting = newSocket();
+        const sockaddr_un address = addressOf(m_path);
+        rlimit none = before;
+        none.rlim_cur = static_cast<rlim_t>(connecting) + 1; // the sockets so far, no more
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+        const int connected =
+            ::connect(connecting, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        int turns = 0;
+        while (QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents)) {
+            ++turns;
+            QVERIFY2(turns < 100, "the event loop turns at full speed");
+        }
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
+        QCOMPARE(connected, 0);
+        QCOMPARE(server->readers(), 0);
+        server->send("one\n");
+        QCOMPARE(server->readers(), 1);
+        char bytes[8] = {};
+        QCOMPARE(::recv(connecting, bytes, sizeof bytes, 0), 4);
+        QCOMPARE(QByteArray(bytes), "one\n");
+        ::close(connecting);
+    }
+
     void the_socket_goes_with_the_server_and_is_not_for_others()
     {
         {
             const auto server = makeServer();
             const auto permissions = QFileInfo(m_path).permissions();
             QVERIFY(!(permissions & (QFile::ReadOther | QFile::WriteOther)));
+            QVERIFY(permissions & QFile::WriteUser);
+            QVERIFY(permissions & QFile::WriteGroup);
         }
         QVERIFY(!QFileInfo::exists(m_path));
     }

@@ -89,6 +89,19 @@ private slots:
         QVERIFY(!line.isOpen());
     }
 
+    // A port that tries makes a lock file and has it brought to the disk, every two seconds.
+    void an_absent_device_is_not_even_tried()
+    {
+        SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
+        const QSignalSpy errors(&line.port(), &QSerialPort::errorOccurred);
+        QTest::ignoreMessage(
+            QtWarningMsg, u"ttyX was not opened: No such file or directory"_s.toUtf8());
+        QVERIFY(!line.open(u"ttyX"_s, 115200));
+        QVERIFY(!line.isTaken());
+        QVERIFY(errors.isEmpty());
+        QCOMPARE(line.port().portName(), m_devices->path() + u"/ttyX"_s);
+    }
+
     void a_line_whose_other_end_goes_away_is_closed_and_logged_once()
     {
         Pty& pty = m_devices->add(u"ttyX"_s);
@@ -129,6 +142,59 @@ private slots:
         m_devices->add(u"ttyX"_s);
         QTest::qWait(2500);
         QCOMPARE(opened.count(), 0);
+    }
+
+    void a_loss_is_logged_with_its_reason_data()
+    {
+        QTest::addColumn<bool>("isRemoved");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("hung up") << false << u"the other end has hung up"_s;
+        QTest::newRow("device removed") << true << u"the device is gone"_s;
+    }
+
+    void a_loss_is_logged_with_its_reason()
+    {
+        QFETCH(bool, isRemoved);
+        QFETCH(QString, reason);
+        Pty& pty = m_devices->add(u"ttyX"_s);
+        SerialLine line(&logLink);
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(u"ttyX was lost: "_s + reason));
+        if (isRemoved) {
+            m_devices->remove(u"ttyX"_s);
+        } else {
+            pty.close();
+        }
+        QTRY_VERIFY(!line.isOpen());
+    }
+
+    void an_error_that_does_not_concern_the_device_is_no_loss()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        m_devices->add(u"ttyX"_s);
+        SerialLine line(&logLink);
+        QSignalSpy lost(&line, &SerialLine::lost);
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        QVERIFY(!line.port().waitForReadyRead(1));
+        QCOMPARE(line.port().error(), QSerialPort::TimeoutError);
+        QVERIFY(line.isOpen());
+        QCOMPARE(lost.count(), 0);
+    }
+
+    void a_line_that_another_one_holds_is_taken()
+    {
+        m_devices->add(u"ttyX"_s);
+        SerialLine first(&logLink);
+        QVERIFY(first.open(u"ttyX"_s, 115200));
+        QVERIFY(!first.isTaken());
+        SerialLine second(&logLink);
+        QVERIFY(!second.open(u"ttyX"_s, 115200));
+        QVERIFY(second.isTaken());
+        QVERIFY(!second.open(u"ttyAbsent"_s, 115200));
+        QVERIFY(!second.isTaken());
+        first.close();
+        QVERIFY(second.open(u"ttyX"_s, 115200));
+        QVERIFY(!second.isTaken());
     }
 
 private:

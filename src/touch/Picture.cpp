@@ -1,0 +1,16 @@
+#include "touch/Picture.h"
+
+#include <QImageReader>
+
+namespace touch {
+
+QPixmap picture(const QString& resource)
+{
+    QImageReader reader(resource, "png");
+    // Told the format, Qt does not load the plug-ins of all others, and their libraries, to ask
+    // them.
+    reader.setAutoDetectImageFormat(false);
+    return QPixmap::fromImage(reader.read());
+}
+
+} // namespace touch
