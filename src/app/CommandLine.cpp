@@ -11,6 +11,8 @@ constexpr auto Help = R"(Usage: qn740-panel [options]
 The front panel of the QN740 receiver/combiner.
 
   -noK7150      a spectral card of the older type; its page is there at once
+  --self-test   look at ports, fonts, screen, touchscreen, folders, governor and user, and end
+  --show-touch  draw where the screen is touched, to see whether it is calibrated
   --version     print the version and end
   --help        print this help and end
   -platform X   where to draw (linuxfb, eglfs, vnc, offscreen); so are all other options of Qt
@@ -22,13 +24,14 @@ Environment:
   QN740_SCOPE_SOCKET     path of a local socket that delivers what the scopes receive
   QT_LOGGING_RULES       what is logged: qn740.link.debug=true
 
-Exit status: 0 after SIGTERM, SIGINT or SIGHUP; 2 unknown option; 3 another panel has the main
+Exit status: 0 after SIGTERM, SIGINT or SIGHUP; 1 a fault in the self-test; 2 unknown option; 3 another panel has the main
 unit's line open; 4 no screen.)";
 
 constexpr QLatin1String OlderCard("-noK7150");
+constexpr QLatin1String Platform("platform");
 
 // Options of Qt's own that are followed by a value, without their dashes.
-constexpr std::array<QLatin1String, 14> QtOptionsWithValue{QLatin1String("platform"),
+constexpr std::array<QLatin1String, 14> QtOptionsWithValue{Platform,
     QLatin1String("platformpluginpath"), QLatin1String("platformtheme"), QLatin1String("plugin"),
     QLatin1String("qwindowgeometry"), QLatin1String("qwindowicon"), QLatin1String("qwindowtitle"),
     QLatin1String("session"), QLatin1String("display"), QLatin1String("geometry"),
@@ -74,23 +77,42 @@ QString refusal(const QString& argument)
 
 CommandLine::CommandLine(const QStringList& arguments)
 {
-    for (qsizetype i = 0; i < arguments.size() && m_action == Action::Run; ++i) {
+    bool ended = false; // the rest does not count any more
+    for (qsizetype i = 0; i < arguments.size() && !ended; ++i) {
         const QString argument = arguments.value(i);
-        if (argument == OlderCard) {
-            continue;
-        }
+        ended = true;
         if (argument == QLatin1String("--version")) {
             decide(Action::ShowVersion, QStringLiteral("qn740-panel ") + identity::version());
         } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
             decide(Action::ShowHelp, QString::fromLatin1(Help));
-        } else if (const int length =
-                       argument.startsWith(QLatin1Char('-')) ? lengthOfQtOption(argument) : 0;
-                   length > 0) {
+        } else if (const qsizetype length = lengthOfOption(arguments, i); length > 0) {
             i += length - 1;
+            ended = false;
         } else {
             decide(Action::Refuse, refusal(argument));
         }
     }
+}
+
+qsizetype CommandLine::lengthOfOption(const QStringList& arguments, qsizetype i)
+{
+    const QString argument = arguments.value(i);
+    if (argument == QLatin1String("--self-test")) {
+        m_action = Action::SelfTest;
+        return 1;
+    }
+    if (argument == QLatin1String("--show-touch")) {
+        m_action = Action::ShowTouch;
+        return 1;
+    }
+    if (argument == OlderCard) {
+        return 1;
+    }
+    const int length = argument.startsWith(QLatin1Char('-')) ? lengthOfQtOption(argument) : 0;
+    if (length > 0 && withoutDashes(argument).section(QLatin1Char('='), 0, 0) == Platform) {
+        m_platform = length > 1 ? arguments.value(i + 1) : argument.section(QLatin1Char('='), 1);
+    }
+    return length;
 }
 
 void CommandLine::decide(Action action, const QString& text)

@@ -4,9 +4,13 @@
 #include "app/NoScreen.h"
 #include "app/OutOfMemory.h"
 #include "app/Rooms.h"
+#include "app/SelfTest.h"
+#include "app/ServiceNotifier.h"
 #include "app/SetGov.h"
+#include "app/TouchTrial.h"
 #include "link/LinkControl.h"
 #include "link/keySerial.h"
+#include "menus/MenuMessages.h"
 #include "wire/TerminationSignals.h"
 
 #include <QApplication>
@@ -39,6 +43,46 @@ CommandLine readCommandLine(int argc, char** argv)
     return CommandLine(arguments);
 }
 
+// For the service manager, which shows it beside the service's name.
+QString status(const Rooms& rooms)
+{
+    const LinkState state = rooms.link->health();
+    const QLatin1String link(state == LinkState::Alive ? "up"
+            : state == LinkState::Silent               ? "silent"
+                                                       : "closed");
+    return QStringLiteral("menus %1, link %2").arg(rooms.menus->book.pages.size()).arg(link);
+}
+
+// Prints one line for each thing that the panel needs of the board.
+int testBoard(char* program, const QString& platform)
+{
+    // It needs the fonts, not the screen, which another panel may be using.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    int count = 1;
+    const QGuiApplication application(count, &program);
+    identity::apply();
+    ExitStatus status = ExitStatus::Ended;
+    for (const SelfTest::Line& line : SelfTest({}, platform).run()) {
+        std::printf("%s\n", qPrintable(SelfTest::print(line)));
+        if (!line.ok) {
+            status = ExitStatus::FaultFound;
+        }
+    }
+    return static_cast<int>(status);
+}
+
+int showTouch(QApplication& application)
+{
+    const TerminationSignals terminationSignals;
+    const auto end = [] { QCoreApplication::exit(static_cast<int>(ExitStatus::Ended)); };
+    QObject::connect(&terminationSignals, &TerminationSignals::terminate, &application, end);
+    identity::applyLook(application);
+    TouchTrial page;
+    QObject::connect(&page, &TouchTrial::ended, &application, end);
+    page.show();
+    return QApplication::exec();
+}
+
 int run(QApplication& application, SetGov& governor)
 {
     const TerminationSignals terminationSignals;
@@ -55,6 +99,9 @@ int run(QApplication& application, SetGov& governor)
         return static_cast<int>(ExitStatus::LineIsTaken);
     }
     window.resize(Width, Height);
+    ServiceNotifier notifier(&window, [&rooms = window.rooms()] { return status(rooms); });
+    QObject::connect(
+        window.rooms().link, &LinkControl::healthChanged, &notifier, &ServiceNotifier::tellStatus);
     QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
     window.show();
     return QApplication::exec();
@@ -68,7 +115,11 @@ int main(int argc, char** argv)
     // Logging to a reader that is gone must not end the panel.
     std::signal(SIGPIPE, SIG_IGN);
     const CommandLine commandLine = readCommandLine(argc, argv);
-    if (commandLine.action() != CommandLine::Action::Run) {
+    const CommandLine::Action action = commandLine.action();
+    if (action == CommandLine::Action::SelfTest) {
+        return testBoard(argv[0], commandLine.platform());
+    }
+    if (action != CommandLine::Action::Run && action != CommandLine::Action::ShowTouch) {
         return print(commandLine);
     }
     // Quirk: the governor is set twice, because the board's own start-up may set another one while
@@ -84,5 +135,6 @@ int main(int argc, char** argv)
             noScreen::end();
         }
     }
-    return run(*application, governor);
+    return action == CommandLine::Action::ShowTouch ? showTouch(*application)
+                                                    : run(*application, governor);
 }

@@ -33,6 +33,11 @@ private slots:
         row("-nok7150", Action::Refuse);
         row("-noK7150x", Action::Refuse);
         row("-reverse=1x --help", Action::Refuse);
+        row("--self-test", Action::SelfTest);
+        row("--self-test -platform linuxfb", Action::SelfTest);
+        row("--show-touch -platform linuxfb", Action::ShowTouch);
+        row("--self-test --wrong", Action::Refuse);
+        row("--show-touch --help", Action::ShowHelp);
         row("ttyO1", Action::Refuse);
         row("-", Action::Refuse);
         row("--", Action::Refuse);
@@ -45,7 +50,32 @@ private slots:
         QFETCH(QString, arguments);
         const CommandLine line(arguments.split(u' ', Qt::SkipEmptyParts));
         QTEST(line.action(), "action");
-        QCOMPARE(line.text().isEmpty(), line.action() == CommandLine::Action::Run);
+        const bool prints = line.action() == CommandLine::Action::ShowVersion ||
+            line.action() == CommandLine::Action::ShowHelp ||
+            line.action() == CommandLine::Action::Refuse;
+        QCOMPARE(line.text().isEmpty(), !prints);
+    }
+
+    void the_platform_is_that_of_the_option_else_of_the_environment_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("platform");
+        QTest::newRow("none") << QString() << u"eglfs"_s;
+        QTest::newRow("option") << u"-platform linuxfb"_s << u"linuxfb"_s;
+        QTest::newRow("two dashes") << u"--platform linuxfb"_s << u"linuxfb"_s;
+        QTest::newRow("equals sign")
+            << u"-platform=linuxfb:fb=/dev/fb1"_s << u"linuxfb:fb=/dev/fb1"_s;
+        QTest::newRow("other option") << u"-style windows"_s << u"eglfs"_s;
+    }
+
+    void the_platform_is_that_of_the_option_else_of_the_environment()
+    {
+        QFETCH(QString, arguments);
+        const QByteArray kept = qgetenv("QT_QPA_PLATFORM");
+        qputenv("QT_QPA_PLATFORM", "eglfs");
+        const CommandLine line(arguments.split(u' ', Qt::SkipEmptyParts));
+        qputenv("QT_QPA_PLATFORM", kept);
+        QTEST(line.platform(), "platform");
     }
 
     void a_refusal_names_the_option_and_where_to_look_data()
@@ -69,10 +99,10 @@ private slots:
     void the_help_names_every_option_and_exit_status()
     {
         const QString help = CommandLine({u"--help"_s}).text();
-        for (const auto& word :
-            {u"-noK7150"_s, u"--version"_s, u"--help"_s, u"QN740_DEV"_s, u"QN740_SPLASH_MS"_s,
-                u"QN740_SPECTRUM_SOCKET"_s, u"QN740_SCOPE_SOCKET"_s, u"0 after SIGTERM"_s,
-                u"2 unknown option"_s, u"3 another panel"_s, u"4 no screen"_s}) {
+        for (const auto& word : {u"-noK7150"_s, u"--version"_s, u"--help"_s, u"QN740_DEV"_s,
+                 u"QN740_SPLASH_MS"_s, u"QN740_SPECTRUM_SOCKET"_s, u"QN740_SCOPE_SOCKET"_s,
+                 u"0 after SIGTERM"_s, u"2 unknown option"_s, u"3 another panel"_s,
+                 u"4 no screen"_s, u"--self-test"_s, u"--show-touch"_s, u"1 a fault"_s}) {
             QVERIFY2(help.contains(word), qPrintable(word));
         }
     }
