@@ -5,7 +5,7 @@
 //   --callgrind=NAME   runs one of the measured pieces 200 times and nothing else; "list" names
 //                      them
 //   --ratios           prints what is compared with what: title|piece|reference|goal
-// Both are for bench/scopes/instructions. Without an option the times are printed.
+// Both are for bench/run --pieces. Without an option the times are printed.
 #include "scopes/FigureStrip.h"
 #include "scopes/PlotView.h"
 #include "scopes/ScopesPage.h"

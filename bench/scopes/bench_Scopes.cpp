@@ -5,7 +5,7 @@
 //   --callgrind=NAME   runs one of the measured pieces 200 times and nothing else; "list" names
 //                      them
 //   --ratios           prints what is compared with what: title|piece|reference|goal
-// Both are for bench/scopes/instructions.
+// Both are for bench/run --pieces.
 #include "scopes/ConstellationPlot.h"
 #include "scopes/EyePlot.h"
 #include "scopes/IqBlockDecoder.h"

@@ -9,7 +9,7 @@
 //   bench_EnlargedChart                  times and ratios
 //   bench_EnlargedChart --count WHO N    N times three seconds of "three", "enlarged", "alone" or
 //                                        "alone-enlarged", or 60 × N lines of "waterfall" or
-//                                        "scroll", to be counted by callgrind; the script "measure"
+//                                        "scroll", to be counted by callgrind; bench/run --pieces
 //                                        does that
 #include "spectrum/BusFrame.h"
 #include "spectrum/ChartKeys.h"

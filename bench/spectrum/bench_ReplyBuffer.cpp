@@ -3,7 +3,7 @@
 //
 //   bench_ReplyBuffer                 times
 //   bench_ReplyBuffer --count BYTES   takes BYTES bytes, one at a time, to be counted by callgrind;
-//                                     the script "measure" does that
+//                                     bench/run --pieces does that
 #include "spectrum/BusFrame.h"
 
 #include <benchmark/benchmark.h>

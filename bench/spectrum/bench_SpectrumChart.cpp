@@ -13,7 +13,7 @@
 //   bench_SpectrumChart                        times, ratios and the share of a core
 //   bench_SpectrumChart --count WHO POINTS N   N spectra of one of "chart", "all" (a chart with all
 //                                              that can be switched on), "bare", "naive", to be
-//                                              counted by callgrind; the script "measure" does that
+//                                              counted by callgrind; bench/run --pieces does that
 #include "spectrum/BusFrame.h"
 #include "spectrum/SpectralCard.h"
 #include "spectrum/SpectrumChart.h"

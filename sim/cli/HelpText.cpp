@@ -32,6 +32,8 @@ Only typed, not in a file:
   silent R1:FREQ:*         as --silent
   delay 500:R1:FREQ:*      as --delay
   confirm                  answer everything as it should be, at once
+  unplug ttyUSB1           this device hangs up and is gone, as an adapter without its plug
+  plug ttyUSB1             it is back, as another device of the same name
 "\xHH" stands for the byte HH, "\\" for a backslash. A key with the command
 "SK:Some Menu:" opens that menu; "PAX:1:" the PAX main menu, which a key with
 "PAX:0:Some Menu:" leaves.

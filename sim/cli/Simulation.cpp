@@ -24,9 +24,9 @@ namespace {
 
 const QString PanelLine = QStringLiteral("ttyO1");
 
-void typeLine(MainUnit& unit, const QByteArray& text)
+void typeLine(MainUnit& unit, UnitDevices& devices, const QByteArray& text)
 {
-    const QString fault = typedLine::carryOut(unit, text);
+    const QString fault = typedLine::carryOut(unit, devices, text);
     if (!fault.isEmpty()) {
         Printer::error(QLatin1String("refused: ") + fault);
     }
@@ -82,7 +82,7 @@ int Simulation::play(const MenuFile& menus)
     }
     const InputLines input(STDIN_FILENO);
     QObject::connect(&input, &InputLines::line, &unit,
-        [&unit](const QByteArray& text) { typeLine(unit, text); });
+        [this, &unit](const QByteArray& text) { typeLine(unit, *m_devices, text); });
     printReady();
     return QCoreApplication::exec();
 }

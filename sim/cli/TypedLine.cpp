@@ -1,6 +1,7 @@
 #include "sim/cli/TypedLine.h"
 
 #include "sim/cli/InputLines.h"
+#include "sim/line/UnitDevices.h"
 #include "sim/unit/MainUnit.h"
 #include "sim/unit/MenuFile.h"
 #include "sim/unit/MessageRules.h"
@@ -45,9 +46,24 @@ QString sendStep(MainUnit& unit, const QByteArray& text)
     return line.fault.isEmpty() && line.step ? queued(unit, *line.step) : line.fault;
 }
 
+QString steered(Confirmations& confirmations, const QString& word, const QString& rest)
+{
+    if (word == QLatin1String("refuse")) {
+        return confirmations.refuse(rest);
+    }
+    return word == QLatin1String("silent") ? confirmations.silence(rest)
+                                           : confirmations.delay(rest);
+}
+
+QString plugged(UnitDevices& devices, const QString& word, const QString& name)
+{
+    const bool ok = word == QLatin1String("plug") ? devices.plug(name) : devices.unplug(name);
+    return ok ? QString() : QStringLiteral("%1 needs a device of this unit, as ttyUSB1").arg(word);
+}
+
 } // namespace
 
-QString typedLine::carryOut(MainUnit& unit, const QByteArray& text)
+QString typedLine::carryOut(MainUnit& unit, UnitDevices& devices, const QByteArray& text)
 {
     if (text.size() > InputLines::MaxLineLength) {
         return rules::tooLong();
@@ -63,14 +79,12 @@ QString typedLine::carryOut(MainUnit& unit, const QByteArray& text)
     if (word == QLatin1String("raw")) {
         return sendRaw(unit, rest);
     }
-    if (word == QLatin1String("refuse")) {
-        return unit.confirmations().refuse(rest);
+    if (word == QLatin1String("plug") || word == QLatin1String("unplug")) {
+        return plugged(devices, word, rest);
     }
-    if (word == QLatin1String("silent")) {
-        return unit.confirmations().silence(rest);
-    }
-    if (word == QLatin1String("delay")) {
-        return unit.confirmations().delay(rest);
+    if (word == QLatin1String("refuse") || word == QLatin1String("silent") ||
+        word == QLatin1String("delay")) {
+        return steered(unit.confirmations(), word, rest);
     }
     if (trimmed == QLatin1String("confirm")) {
         unit.confirmations().clear();

@@ -4,6 +4,7 @@
 #include <QString>
 
 class MainUnit;
+class UnitDevices;
 
 /// What the user of the simulator types: a line of a menu file, or one of
 ///
@@ -12,10 +13,12 @@ class MainUnit;
 ///     silent PATTERN          --delay do
 ///     delay MS[:PATTERN]
 ///     confirm                 confirm everything again, at once
+///     unplug NAME             the device NAME hangs up and is gone
+///     plug NAME               it comes back, as another device of that name
 namespace typedLine {
 
 /// Carries a line out. \param text without its line break, any bytes
 /// \return why it is refused; empty when it is not
-QString carryOut(MainUnit& unit, const QByteArray& text);
+QString carryOut(MainUnit& unit, UnitDevices& devices, const QByteArray& text);
 
 } // namespace typedLine

@@ -5,6 +5,8 @@
 namespace {
 
 constexpr QLatin1String Drop("drop");
+constexpr QLatin1String Double("double");
+constexpr QLatin1String Noise("noise");
 constexpr QLatin1String Cut("cut");
 constexpr QLatin1String Junk("junk");
 constexpr QLatin1String Split("split");
@@ -18,6 +20,8 @@ constexpr int MaxPauseMs = 20;
 
 LineFaults::LineFaults(const FaultTable& rates, quint32 seed)
     : m_drop(rates.rate(Drop))
+    , m_double(rates.rate(Double))
+    , m_noise(rates.rate(Noise))
     , m_cut(rates.rate(Cut))
     , m_junk(rates.rate(Junk))
     , m_split(rates.rate(Split))
@@ -29,6 +33,8 @@ LineFaults::LineFaults(const FaultTable& rates, quint32 seed)
 QList<FaultTable::Fault> LineFaults::names()
 {
     return {{Drop, QLatin1String("a byte of the message is lost")},
+        {Double, QLatin1String("a byte of the message comes twice")},
+        {Noise, QLatin1String("up to 4 bytes of the message have other values")},
         {Cut, QLatin1String("the message comes without its end")},
         {Junk, QLatin1String("up to 16 random bytes come in front of the message")},
         {Split, QLatin1String("the message comes in pieces, some milliseconds apart")},
@@ -38,20 +44,7 @@ QList<FaultTable::Fault> LineFaults::names()
 
 QList<LineFaults::Piece> LineFaults::pass(const QByteArray& frame)
 {
-    QByteArray bytes = frame;
-    if (m_chance.happens(m_drop) && !bytes.isEmpty()) {
-        bytes.remove(m_chance.below(bytes.size()), 1);
-    }
-    if (m_chance.happens(m_cut) && bytes.size() > 1) {
-        bytes.truncate(1 + m_chance.below(bytes.size() - 1));
-    }
-    if (m_chance.happens(m_junk)) {
-        QByteArray junk(1 + m_chance.below(MaxJunk), '\0');
-        for (char& byte : junk) {
-            byte = static_cast<char>(m_chance.below(256));
-        }
-        bytes.prepend(junk);
-    }
+    const QByteArray bytes = damage(frame);
     if (isHolding() || m_chance.happens(m_burst)) {
         m_held += bytes;
         m_heldFrames += 1;
@@ -64,6 +57,33 @@ QByteArray LineFaults::release()
 {
     m_heldFrames = 0;
     return std::exchange(m_held, QByteArray());
+}
+
+QByteArray LineFaults::damage(QByteArray bytes)
+{
+    if (m_chance.happens(m_drop) && !bytes.isEmpty()) {
+        bytes.remove(m_chance.below(bytes.size()), 1);
+    }
+    if (m_chance.happens(m_double) && !bytes.isEmpty()) {
+        const int at = m_chance.below(bytes.size());
+        bytes.insert(at, bytes.at(at));
+    }
+    if (m_chance.happens(m_noise) && !bytes.isEmpty()) {
+        for (int left = 1 + m_chance.below(MaxNoise); left > 0; --left) {
+            bytes[m_chance.below(bytes.size())] ^= static_cast<char>(1 + m_chance.below(255));
+        }
+    }
+    if (m_chance.happens(m_cut) && bytes.size() > 1) {
+        bytes.truncate(1 + m_chance.below(bytes.size() - 1));
+    }
+    if (m_chance.happens(m_junk)) {
+        QByteArray junk(1 + m_chance.below(MaxJunk), '\0');
+        for (char& byte : junk) {
+            byte = static_cast<char>(m_chance.below(256));
+        }
+        bytes.prepend(junk);
+    }
+    return bytes;
 }
 
 QList<LineFaults::Piece> LineFaults::split(const QByteArray& bytes)

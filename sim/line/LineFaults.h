@@ -10,6 +10,8 @@
 /// the same frames in the same way.
 ///
 ///     drop    one byte of the frame is lost
+///     double  one byte of the frame comes twice
+///     noise   up to 4 bytes of the frame have other values
 ///     cut     the frame ends somewhere before its last byte
 ///     junk    1 to 16 bytes of any value come in front of the frame
 ///     split   the frame comes in 2 to 4 pieces, some milliseconds apart
@@ -18,6 +20,7 @@ class LineFaults
 {
 public:
     static constexpr int MaxJunk = 16;     ///< bytes in front of a frame
+    static constexpr int MaxNoise = 4;     ///< bytes of a frame with other values
     static constexpr int BurstFrames = 32; ///< that go out at once
 
     /// Bytes that go out in one write.
@@ -45,9 +48,12 @@ public:
     QByteArray release();
 
 private:
+    QByteArray damage(QByteArray bytes);
     QList<Piece> split(const QByteArray& bytes);
 
     double m_drop = 0.0;
+    double m_double = 0.0;
+    double m_noise = 0.0;
     double m_cut = 0.0;
     double m_junk = 0.0;
     double m_split = 0.0;

@@ -44,11 +44,25 @@ void touchSlave(const char* path)
 
 PseudoTerminal::PseudoTerminal(qsizetype limit, QObject* parent)
     : QObject(parent)
-    , m_master(openMaster())
     , m_limit(limit)
 {
+    connect(&m_poll, &QTimer::timeout, this, &PseudoTerminal::poll);
+    plug();
+}
+
+PseudoTerminal::~PseudoTerminal()
+{
+    giveBack();
+}
+
+bool PseudoTerminal::plug()
+{
+    if (m_master >= 0) {
+        return true;
+    }
+    m_master = openMaster();
     if (m_master < 0) {
-        return;
+        return false;
     }
     m_slavePath = QString::fromLocal8Bit(::ptsname(m_master));
     // a line that was never opened looks as if it were open; one that was closed does not
@@ -59,16 +73,29 @@ PseudoTerminal::PseudoTerminal(qsizetype limit, QObject* parent)
     m_writable->setEnabled(false);
     connect(m_readable.get(), &QSocketNotifier::activated, this, &PseudoTerminal::readAll);
     connect(m_writable.get(), &QSocketNotifier::activated, this, &PseudoTerminal::writePending);
-    connect(&m_poll, &QTimer::timeout, this, &PseudoTerminal::poll);
     m_poll.start(PollMs);
+    return true;
 }
 
-PseudoTerminal::~PseudoTerminal()
+void PseudoTerminal::unplug()
+{
+    m_poll.stop();
+    giveBack();
+    m_slavePath.clear();
+    m_pending.clear();
+    if (m_open) {
+        m_open = false;
+        emit closed();
+    }
+}
+
+void PseudoTerminal::giveBack()
 {
     m_readable.reset();
     m_writable.reset();
     if (m_master >= 0) {
         ::close(m_master);
+        m_master = -1;
     }
 }
 

@@ -14,6 +14,9 @@
 /// The line is raw and carries all 256 byte values in both directions. While nobody has it open it
 /// is checked 20 times a second: the panel may open and close it any number of times. What the
 /// panel does not read at once is held and sent on as it reads.
+///
+/// A serial adapter that is unplugged and plugged in again is another device at the same place. So
+/// unplug() gives the pseudo-terminal back, and plug() takes a new one, with a path of its own.
 class PseudoTerminal : public QObject
 {
     Q_OBJECT
@@ -36,6 +39,12 @@ public:
     /// \return how many bytes are held, 0 to the limit
     qsizetype pendingBytes() const { return m_pending.size(); }
 
+    /// Hangs up, as a plug that is pulled: the panel's reads and writes fail, and the path is gone.
+    /// What is held is dropped. Announced by closed() when the panel had the line open.
+    void unplug();
+    /// Takes a new pseudo-terminal after unplug(). \return whether the system gave one
+    bool plug();
+
     /// Sends the bytes, or holds what the panel does not read yet.
     /// \return false when none of them was taken, because the line is not open or more than the
     /// limit would be held
@@ -52,6 +61,7 @@ signals:
     void drained();
 
 private:
+    void giveBack();
     void poll();
     void readAll();
     void writePending();

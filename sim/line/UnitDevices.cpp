@@ -25,8 +25,8 @@ UnitDevices::UnitDevices(const QString& directory, QObject* parent)
 
 UnitDevices::~UnitDevices()
 {
-    for (const QString& link : qAsConst(m_links)) {
-        QFile::remove(link);
+    for (auto line = m_lines.cbegin(); line != m_lines.cend(); ++line) {
+        QFile::remove(line.key());
     }
     if (m_made) {
         QDir().rmdir(m_path); // fails when somebody else has put something there, as it should
@@ -40,26 +40,47 @@ PseudoTerminal* UnitDevices::add(const QString& name)
         m_error = QStringLiteral("the system gives no pseudo-terminal");
         return nullptr;
     }
-    if (!makeLink(line->slavePath(), m_path + QLatin1Char('/') + name)) {
+    if (!makeLink(line->slavePath(), linkPath(name))) {
         return nullptr;
     }
     line->setParent(this);
+    m_lines.insert(linkPath(name), line.get());
     return line.release();
 }
 
-bool UnitDevices::makeLink(const QString& target, const QString& name)
+bool UnitDevices::unplug(const QString& name)
 {
-    const QFileInfo old(name);
+    PseudoTerminal* line = m_lines.value(linkPath(name));
+    if (line == nullptr) {
+        return false;
+    }
+    QFile::remove(linkPath(name)); // first, so that nobody finds a device that is hung up
+    line->unplug();
+    return true;
+}
+
+bool UnitDevices::plug(const QString& name)
+{
+    PseudoTerminal* line = m_lines.value(linkPath(name));
+    if (line == nullptr || !line->plug()) {
+        return false;
+    }
+    return QFile::symLinkTarget(linkPath(name)) == line->slavePath() ||
+        makeLink(line->slavePath(), linkPath(name));
+}
+
+bool UnitDevices::makeLink(const QString& target, const QString& link)
+{
+    const QFileInfo old(link);
     if (old.isSymLink() && old.symLinkTarget().startsWith(QLatin1String("/dev/pts/"))) {
-        QFile::remove(name);
+        QFile::remove(link);
     } else if (old.isSymLink() || old.exists()) {
-        m_error = QStringLiteral("%1: is there already and is no device of a simulator").arg(name);
+        m_error = QStringLiteral("%1: is there already and is no device of a simulator").arg(link);
         return false;
     }
-    if (!QFile::link(target, name)) {
-        m_error = QStringLiteral("%1: the link cannot be made").arg(name);
+    if (!QFile::link(target, link)) {
+        m_error = QStringLiteral("%1: the link cannot be made").arg(link);
         return false;
     }
-    m_links.append(name);
     return true;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QMap>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -34,12 +34,20 @@ public:
     /// \return its line, owned by this object; nullptr on an error, and errorString() says which
     PseudoTerminal* add(const QString& name);
 
+    /// Pulls the plug of the device \a name: its line hangs up, and the link is gone.
+    /// \return whether there is such a device
+    bool unplug(const QString& name);
+    /// Plugs the device \a name in again, with a new pseudo-terminal behind the link; nothing
+    /// happens to one that is plugged in. \return whether there is such a device and it is there
+    bool plug(const QString& name);
+
 private:
-    bool makeLink(const QString& target, const QString& name);
+    QString linkPath(const QString& name) const { return m_path + QLatin1Char('/') + name; }
+    bool makeLink(const QString& target, const QString& link);
 
     std::unique_ptr<QTemporaryDir> m_fresh;
     QString m_path;
     QString m_error;
-    QStringList m_links;
+    QMap<QString, PseudoTerminal*> m_lines; // by the path of the link
     bool m_made = false;
 };

@@ -3,6 +3,19 @@
 #include "wire/Message.h"
 
 #include <QFile>
+#include <QStringDecoder>
+
+namespace {
+
+// A line is UTF-8 or Latin-1 text, as in a menu file.
+QString decoded(const QByteArray& line)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    const QString text = utf8.decode(line);
+    return utf8.hasError() ? QString::fromLatin1(line) : text;
+}
+
+} // namespace
 
 Recording Recording::parse(const QByteArray& text)
 {
@@ -11,7 +24,7 @@ Recording Recording::parse(const QByteArray& text)
     while (from < text.size()) {
         const qsizetype found = text.indexOf('\n', from);
         const qsizetype end = found < 0 ? text.size() : found;
-        QString line = QString::fromUtf8(text.mid(from, end - from));
+        QString line = decoded(text.mid(from, end - from));
         if (line.endsWith(QLatin1Char('\r'))) {
             line.chop(1);
         }

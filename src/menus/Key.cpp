@@ -1,5 +1,6 @@
 #include "menus/Key.h"
 
+#include "touch/KeyButton.h"
 #include "touch/KeyStyle.h"
 #include "touch/TextButton.h"
 #include "wire/Message.h"
@@ -127,8 +128,10 @@ QString Key::message(const QString& valueText) const
 
 void Key::applyStyle(const QString& sheet)
 {
-    // Setting a style sheet is slow even when it is the same one, so skip it when nothing changes.
-    if (button->styleSheet() != sheet) {
+    if (auto* face = qobject_cast<KeyButton*>(button)) {
+        face->setSheet(sheet);
+    } else if (button->styleSheet() != sheet) {
+        // Setting a style sheet is slow even when it is the same one.
         button->setStyleSheet(sheet);
     }
 }

@@ -4,15 +4,13 @@
 #include "menus/KeyDefinition.h"
 #include "menus/MenuGroups.h"
 #include "menus/MoreKey.h"
+#include "touch/KeyButton.h"
 #include "touch/KeyStyle.h"
 #include "touch/Sizes.h"
-#include "touch/TextButton.h"
 #include "wire/Log.h"
 #include "wire/Message.h"
 
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace {
 constexpr int TitleAlignment = 0x20;
@@ -42,9 +40,19 @@ QString paxGroupSheet()
 {
     return QStringLiteral("QGroupBox {background-color: black; border-style: none;}");
 }
+
+// A widget is polished in the next turn of the event loop, and all that lies in it by then as well.
+// So it is done here, before there are keys: these are to be polished when they are shown.
+void polishEmpty(QWidget* page)
+{
+    page->ensurePolished();
+}
 } // namespace
 
-KeyBoard::KeyBoard() = default;
+KeyBoard::KeyBoard()
+    : m_index(keys, &Key::keyId)
+{
+}
 
 KeyBoard::~KeyBoard()
 {
@@ -77,6 +85,7 @@ void KeyBoard::new_keyboard(const QString& menuName, int lastRow, int lastCol)
     layout->addLayout(pages);
     layout->setContentsMargins(FrameMargins);
     frame->setStyleSheet(menuSheet());
+    polishEmpty(frame);
     grid = addSubPage();
 }
 
@@ -86,6 +95,7 @@ QGridLayout* KeyBoard::addSubPage()
     auto* pageGrid = new QGridLayout(page);
     menuGroups::setCellSizes(pageGrid, maxCol, menuGroups::KeyWidth, maxRow, menuGroups::KeyHeight);
     pages->addWidget(page);
+    polishEmpty(page);
     return pageGrid;
 }
 
@@ -109,6 +119,7 @@ void KeyBoard::new_mm_keyboard(const QString& menuName, int lastRow, int lastCol
     chan2Box = groups.channel2;
     combBox = groups.combiner;
     optBox = groups.options;
+    polishEmpty(frame);
 }
 
 void KeyBoard::new_PAX_mm_keyboard(const QString& menuName, int lastRow, int lastCol)
@@ -130,11 +141,12 @@ void KeyBoard::new_PAX_mm_keyboard(const QString& menuName, int lastRow, int las
     grid->addWidget(chan2Box, 0, 1);
     grid->addWidget(optBox, 1, 0, 1, 2);
     grid->setContentsMargins(PaxThinMargins);
+    polishEmpty(frame);
 }
 
 Key* KeyBoard::addKey(const KeyDefinition& definition, std::optional<Cell> cell, Key* mirrored)
 {
-    QPushButton* button = newButton(definition.label);
+    QPushButton* button = newButton(definition.label, cell);
     auto* key = new Key(this);
     keys += key;
     key->Set_Key(button, large);
@@ -154,11 +166,6 @@ Key* KeyBoard::addKey(const KeyDefinition& definition, std::optional<Cell> cell,
     }
     connect(button, &QPushButton::clicked, key, &Key::key_button_pushed);
     connect(key, &Key::response_message, this, &KeyBoard::kb_response_message);
-    if (cell) {
-        placeInGroup(button, *cell);
-    } else {
-        placeInFlow(button);
-    }
     if (m_nowhere != nullptr && button->parentWidget() == m_nowhere) {
         wire::logIgnored(logMenus(),
             wire::toPrintable(QStringLiteral("no cell on %1 for key %2").arg(name, key->keyId)));
@@ -174,23 +181,29 @@ Key* KeyBoard::addCopy(Key& source, std::optional<Cell> cell)
     return copy;
 }
 
-QPushButton* KeyBoard::newButton(const QString& label)
+// The button gets its sheet when it lies in its page: see KeyButton::setSheet().
+QPushButton* KeyBoard::newButton(const QString& label, std::optional<Cell> cell)
 {
-    auto* button = new TextButton(label);
+    auto* button = new KeyButton(label);
     button->setMaximumHeight(touch::MaxKeyHeight);
-    button->setStyleSheet(keyStyle::enabled(large));
+    if (cell) {
+        placeInGroup(button, *cell);
+    } else {
+        placeInFlow(button);
+    }
+    button->setSheet(keyStyle::enabled(large));
     buttons += button;
     return button;
 }
 
-QPushButton* KeyBoard::newMoreKey(QWidget* parent)
+void KeyBoard::addMoreKey()
 {
-    auto* more = new MoreKey(pages->count(), parent);
+    auto* more = new MoreKey(pages->count());
     more->setMaximumHeight(touch::MaxKeyHeight);
-    more->setStyleSheet(keyStyle::more());
+    grid->addWidget(more, maxRow, maxCol);
+    more->setSheet(keyStyle::more());
     connect(more, &QPushButton::clicked, pages, &StackLayout::setNextIndex);
     m_moreKeys += more;
-    return more;
 }
 
 // Quirk: the key in the last cell of a full first sub-page makes room for "More..." and becomes the
@@ -202,7 +215,7 @@ void KeyBoard::openNextSubPage()
     QWidget* moved = pages->count() == 1 && last != nullptr ? last->widget() : nullptr;
     if (moved != nullptr) {
         grid->removeWidget(moved);
-        grid->addWidget(newMoreKey(grid->parentWidget()), maxRow, maxCol);
+        addMoreKey();
     }
     grid = addSubPage();
     row = 0;
@@ -210,7 +223,7 @@ void KeyBoard::openNextSubPage()
     if (moved != nullptr) {
         grid->addWidget(moved, row, col++);
     }
-    grid->addWidget(newMoreKey(grid->parentWidget()), maxRow, maxCol);
+    addMoreKey();
     for (const QPointer<MoreKey>& more : std::as_const(m_moreKeys)) {
         if (more != nullptr) {
             more->setPageCount(pages->count());
@@ -275,9 +288,7 @@ void KeyBoard::add_keyboard_button_fixed(const QString& label, const QString& ke
 
 Key* KeyBoard::findKey(const QString& keyId) const
 {
-    const auto found = std::find_if(
-        keys.cbegin(), keys.cend(), [&](const Key* key) { return key->keyId == keyId; });
-    return found != keys.cend() ? *found : nullptr;
+    return m_index.find(keyId);
 }
 
 KeyBoard::Kind KeyBoard::kind() const

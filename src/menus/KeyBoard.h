@@ -1,5 +1,6 @@
 #pragma once
 
+#include "menus/NameIndex.h"
 #include "menus/StackLayout.h"
 
 #include <QGridLayout>
@@ -139,14 +140,15 @@ private:
     void startMenu(Kind kind, const QString& menuName, int lastRow, int lastCol);
     void addTitle();
     QGridLayout* addSubPage();
-    QPushButton* newMoreKey(QWidget* parent);
+    void addMoreKey();
     void openNextSubPage();
-    QPushButton* newButton(const QString& label);
+    QPushButton* newButton(const QString& label, std::optional<Cell> cell);
     void placeInFlow(QPushButton* button);
     void placeInGroup(QPushButton* button, Cell cell);
     void putNowhere(QPushButton* button);
 
     Kind m_kind = Kind::Plain;
+    mutable NameIndex<Key> m_index;
     QList<QPointer<MoreKey>> m_moreKeys;
     QWidget* m_nowhere = nullptr; // never shown; holds the buttons that have no cell
 };

@@ -2,8 +2,6 @@
 
 #include "menus/KeyBoard.h"
 
-#include <algorithm>
-
 namespace {
 constexpr int LastRow = 5;
 constexpr int LastCol = 5;
@@ -12,6 +10,7 @@ constexpr int LastCol = 5;
 MenuBook::MenuBook(QStackedLayout* stack, QObject* parent)
     : QObject(parent)
     , m_stack(stack)
+    , m_index(pages, &KeyBoard::name)
 {
     connect(stack, &QStackedLayout::widgetRemoved, this, &MenuBook::pageRemoved);
 }
@@ -20,9 +19,7 @@ MenuBook::~MenuBook() = default;
 
 KeyBoard* MenuBook::find(const QString& name) const
 {
-    const auto found = std::find_if(
-        pages.cbegin(), pages.cend(), [&](const KeyBoard* menu) { return menu->name == name; });
-    return found != pages.cend() ? *found : nullptr;
+    return m_index.find(name);
 }
 
 Key* MenuBook::findKey(const KeyBoard* menu, const QString& keyId)
@@ -67,6 +64,7 @@ void MenuBook::clear()
         menu->deleteLater();
     }
     pages.clear();
+    limits.clear();
     for (const QPointer<QWidget>& page : std::as_const(m_otherPages)) {
         if (page != nullptr) {
             page->deleteLater();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "menus/MenuLimits.h"
+#include "menus/NameIndex.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -50,7 +53,8 @@ public:
     /// Their pages leave the stack when they are deleted.
     void clear();
 
-    QList<KeyBoard*> pages; ///< The menus, in the order of creation.
+    QList<KeyBoard*> pages;   ///< The menus, in the order of creation.
+    MenuLimits limits{*this}; ///< What messages may still define.
 
 signals:
     /// Emitted when a key of any menu sends a message, frame characters included.
@@ -60,5 +64,6 @@ private:
     void pageRemoved(int index);
 
     QStackedLayout* m_stack;
+    mutable NameIndex<KeyBoard> m_index;
     QList<QPointer<QWidget>> m_otherPages;
 };

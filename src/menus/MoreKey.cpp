@@ -1,8 +1,10 @@
 #include "menus/MoreKey.h"
 
+#include "touch/KeyFace.h"
+
 #include <QFontMetrics>
+#include <QPainter>
 #include <QStyleOptionButton>
-#include <QStylePainter>
 
 namespace {
 
@@ -12,7 +14,7 @@ constexpr int Margin = 3; // from the key's edge
 } // namespace
 
 MoreKey::MoreKey(int page, QWidget* parent)
-    : QPushButton(QStringLiteral("More..."), parent)
+    : KeyButton(QStringLiteral("More..."), parent)
     , m_page(page)
     , m_pages(page)
 {
@@ -35,9 +37,9 @@ void MoreKey::paintEvent(QPaintEvent* /*event*/)
 {
     QStyleOptionButton option;
     initStyleOption(&option);
-    option.text.clear();
-    QStylePainter painter(this);
-    painter.drawControl(QStyle::CE_PushButton, option);
+    QPainter painter(this);
+    const KeyFace& face = KeyFace::of(styleSheet());
+    face.paintFace(painter, option, {});
 
     QFont small = font();
     small.setPixelSize(PagePixels);
@@ -54,7 +56,7 @@ void MoreKey::paintEvent(QPaintEvent* /*event*/)
         textPlace.setBottom(height() / 2);
         pagePlace.setTop(height() / 2);
     }
-    painter.setPen(palette().color(QPalette::ButtonText));
+    painter.setPen(face.textColour(isEnabled()));
     painter.drawText(textPlace, Qt::AlignCenter, text());
     painter.setFont(small);
     painter.drawText(pagePlace, Qt::AlignCenter, page);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QPushButton>
+#include "touch/KeyButton.h"
+
 #include <QString>
 
 /// The "More..." key of a sub-page, which says beside its text which page this is and how many
@@ -8,7 +9,7 @@
 ///
 /// text() is "More..." alone; the page is painted. Where both have no room side by side, the page
 /// stands under the text.
-class MoreKey : public QPushButton
+class MoreKey : public KeyButton
 {
     Q_OBJECT
 

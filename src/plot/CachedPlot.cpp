@@ -31,14 +31,22 @@ void CachedPlot::dropFirstReplot()
         [this] {
             mReplotting = false;
             mReplotQueued = false;
+            setFrameStale(); // as a replot would
+            update();
         },
         Qt::QueuedConnection);
 }
 
 void CachedPlot::schedulePaint()
 {
-    if (isVisible() && !m_paintTimer.isActive()) {
-        m_paintTimer.start(std::max(m_minPauseMs, m_lastPaintMs));
+    if (!isVisible() || m_paintTimer.isActive()) {
+        return;
+    }
+    const int pause = std::max(m_minPauseMs, m_lastPaintMs);
+    if (pause > 0) {
+        m_paintTimer.start(pause);
+    } else {
+        update(changedRect()); // All updates of a turn of the event loop are painted together.
     }
 }
 

@@ -22,7 +22,7 @@ class CachedPlot : public QCustomPlot
 
 public:
     /// \param minPauseMs shortest time between new data and their paint, in milliseconds; 0 paints
-    /// them as soon as the event loop is free.
+    /// them as soon as the event loop is free, unless the last paint took a millisecond or more.
     explicit CachedPlot(int minPauseMs, QWidget* parent = nullptr);
 
     /// \return how often the plot has been painted so far.
@@ -36,6 +36,9 @@ protected:
 
     /// \return whether the frame is out of date.
     virtual bool frameIsStale() const { return m_frameStale; }
+
+    /// \return what drawFrame() has drawn last.
+    const QPixmap& frame() const { return m_frame; }
 
     /// Draws axes, grid and everything else that is not data.
     /// \return a picture of this widget's size.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace {
 
@@ -153,17 +154,13 @@ void PlotView::applyAxes()
     yAxis->setRange(m_axes.yMin, m_axes.yMax);
 }
 
-// Takes the data area out of a new frame, and gives the content its size.
-void PlotView::keepGrid(const QPixmap& frame)
+// Finds the data area in a new frame, and gives the content its size.
+void PlotView::placeData()
 {
     m_area = axisRect()->rect().intersected(rect());
-    m_grid = frame.copy(m_area).toImage().convertToFormat(QImage::Format_RGB32);
-    if (m_picture.size() != m_grid.size()) {
-        m_picture = QImage(m_grid.size(), QImage::Format_RGB32);
-    }
     // The content forgets what it has drawn so far: not for a change of the axes alone.
-    if (m_content != nullptr && m_contentSize != m_grid.size()) {
-        m_contentSize = m_grid.size();
+    if (m_content != nullptr && m_contentSize != m_area.size()) {
+        m_contentSize = m_area.size();
         m_content->resize(m_contentSize);
     }
 }
@@ -172,8 +169,9 @@ QPixmap PlotView::drawFrame()
 {
     applyAxes();
     layOutArea();
-    QPixmap frame = toPixmap(width(), height());
-    keepGrid(frame);
+    QPixmap frame = QPixmap::fromImage(
+        toPixmap(width(), height()).toImage().convertToFormat(QImage::Format_RGB32));
+    placeData();
     m_rangeNote = newRangeNote();
     drawRangeNote(frame);
     return frame;
@@ -248,16 +246,21 @@ void PlotView::drawNote(QPainter& painter) const
     painter.drawText(box, Flags, note);
 }
 
-// Copies row by row: some processors copy large pieces slower than such small ones.
-void PlotView::copyGrid()
+// The frame's data area, in memory that all plots use by turns: each paint fills it anew. Copies
+// row by row: some processors copy large pieces slower than such small ones.
+QImage PlotView::gridCopy() const
 {
-    const auto rowBytes = static_cast<size_t>(m_grid.width()) * sizeof(QRgb);
-    const qsizetype stride = m_grid.bytesPerLine();
-    const uchar* from = m_grid.constBits();
-    uchar* to = m_picture.bits();
-    for (int y = 0; y < m_grid.height(); ++y, from += stride, to += stride) {
-        std::memcpy(to, from, rowBytes);
+    static std::vector<QRgb> pixels;
+    const QImage grid = frame().toImage(); // without a copy
+    const auto width = static_cast<size_t>(m_area.width());
+    pixels.resize(std::max(pixels.size(), width * static_cast<size_t>(m_area.height())));
+    QRgb* to = pixels.data();
+    for (int y = m_area.top(); y <= m_area.bottom(); ++y, to += width) {
+        const auto* const row = reinterpret_cast<const QRgb*>(grid.constScanLine(y));
+        std::memcpy(to, row + m_area.left(), width * sizeof(QRgb));
     }
+    return {reinterpret_cast<uchar*>(pixels.data()), m_area.width(), m_area.height(),
+        static_cast<qsizetype>(width * sizeof(QRgb)), QImage::Format_RGB32};
 }
 
 void PlotView::paintData(QPainter& painter, const QRect& dirty)
@@ -268,14 +271,14 @@ void PlotView::paintData(QPainter& painter, const QRect& dirty)
             update(); // The badge may stand outside the data.
         }
     }
-    if (m_picture.isNull()) {
+    if (m_area.isEmpty()) {
         return;
     }
-    copyGrid();
+    QImage picture = gridCopy();
     if (m_content != nullptr) {
-        m_content->paint(m_picture);
+        m_content->paint(picture);
     }
-    painter.drawImage(m_area.topLeft(), m_picture);
+    painter.drawImage(m_area.topLeft(), picture);
     if (m_stale) {
         noData::paint(painter, m_area);
     } else {

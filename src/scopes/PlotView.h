@@ -7,9 +7,9 @@
 
 /// A plot on the screen: QCustomPlot draws axes, grid and labels, the content draws the data.
 ///
-/// CachedPlot keeps the frame, which is drawn anew when the content's axes or the size change. The
-/// data area of the frame is kept as an image, too: new data cost a copy of that image, the content
-/// draws into the copy, and the copy is painted onto the widget. A badge is painted over both. What
+/// CachedPlot keeps the frame, which is drawn anew when the content's axes or the size change. New
+/// data cost a copy of the frame's data area, the content draws into the copy, and the copy is
+/// painted onto the widget. A badge is painted over both. What
 /// the content says of its range stands beside the label of the x axis.
 class PlotView : public CachedPlot
 {
@@ -62,8 +62,8 @@ private:
     QString newBadge() const;
     void applyAxes();
     void layOutArea();
-    void keepGrid(const QPixmap& frame);
-    void copyGrid();
+    void placeData();
+    QImage gridCopy() const;
     QString newRangeNote() const;
     void drawNote(QPainter& painter) const;
     void drawRangeNote(QPixmap& frame) const;
@@ -75,8 +75,6 @@ private:
     QString m_rangeNote; // as it was last drawn
     QSharedPointer<QCPAxisTickerFixed> m_xTicker;
     QSharedPointer<QCPAxisTickerFixed> m_yTicker;
-    QImage m_grid;    // the frame's data area
-    QImage m_picture; // the same with the data
     QRect m_area;
     QSize m_contentSize; // as it was last given to the content
     bool m_stale = false;

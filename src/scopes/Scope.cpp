@@ -1,7 +1,6 @@
 #include "scopes/Scope.h"
 
 #include "plot/NoData.h"
-#include "scopes/Interpolator.h"
 #include "scopes/PlotView.h"
 #include "touch/LineColors.h"
 #include "wire/Log.h"
@@ -10,7 +9,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -52,7 +50,9 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     m_measureTimer.setObjectName(QStringLiteral("measureTimer"));
     m_measureTimer.setSingleShot(true);
     connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
+    setReadPace();
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
+    connect(&m_line, &SerialLine::lost, this, &Scope::forgetUnfinished);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
 
@@ -131,6 +131,7 @@ void Scope::setPlotType(int type)
     if (m_plotType != type) {
         m_plotType = type;
         setFrozen(false);
+        setReadPace();
         clearPlots();
         layOutPlots();
         emit figuresChanged();
@@ -274,12 +275,14 @@ void Scope::setEnlarged(bool enlarged)
 void Scope::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+    setReadPace();
     scheduleMeasurement(); // of what has come meanwhile
 }
 
 void Scope::hideEvent(QHideEvent* event)
 {
     QWidget::hideEvent(event);
+    setReadPace();
     m_measureTimer.stop();
 }
 
@@ -394,26 +397,24 @@ void Scope::plotSdiData(QByteArray& record)
     dataChanged();
 }
 
-QVector<double> Scope::interpolator(QVector<double> samples, int factor)
+void Scope::setReadPace()
 {
-    return interpolateStepwise(std::move(samples), factor);
-}
-
-double Scope::fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state)
-{
-    return firStep(input, ntaps, taps, delay, state);
+    m_pace.setPeriod(m_plotType == Sdi ? 0 : isVisible() ? ShownReadMs : HiddenReadMs);
 }
 
 void Scope::serialDataReceived()
 {
     QSerialPort& port = m_line.port();
+    qint64 read = 0;
     while (port.isOpen() && port.bytesAvailable() > 0) {
         const QByteArray bytes = port.readAll();
         if (bytes.isEmpty()) {
-            return;
+            break;
         }
+        read += bytes.size();
         m_plotType == Sdi ? decodeSdi(bytes) : decodeIq(bytes);
     }
+    m_pace.noteRead(read);
 }
 
 // A scope that is off expects nothing, but removes what comes when nothing follows it.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "plot/DataWatch.h"
+#include "scopes/Interpolator.h"
 #include "scopes/IqBlockDecoder.h"
+#include "scopes/PortPace.h"
 #include "scopes/ScopeContents.h"
 #include "scopes/SdiDecoder.h"
 #include "wire/SerialLine.h"
@@ -12,17 +14,20 @@
 #include <QVector>
 #include <QWidget>
 
+#include <utility>
+
 class PlotView;
 
 /// The display of one demodulator: reads its scope port, plots what comes and passes it on.
 ///
 /// Everything that the port has goes in one piece to the decoder of the plot type, I/Q blocks or
-/// SDI records. A finished block or record is first given to ScopeContents, which the two plots
-/// show, then leaves by rcv_eye_msg() or rcv_sdi_msg(), whether or not anybody sees the plots. They
-/// lie one above the other: the eyes of I and Q; constellation and SDI strips use the upper one
-/// alone. A broken block is dropped and not reported. A scope that gets no block or record for
-/// StaleMs keeps its picture, which looks like a steady signal otherwise, dims it and shows "NO
-/// DATA" over it. Only data end that.
+/// SDI records. A stream of blocks is read every ShownReadMs or HiddenReadMs (PortPace), SDI
+/// records as they come, because the unit of their decoder is one read. A finished block or record
+/// is first given to ScopeContents, which the two plots show, then leaves by rcv_eye_msg() or
+/// rcv_sdi_msg(), whether or not anybody sees the plots. They lie one above the other: the eyes of
+/// I and Q; constellation and SDI strips use the upper one alone. A broken block is dropped and not
+/// reported. A scope that gets no block or record for StaleMs keeps its picture, which looks like a
+/// steady signal otherwise, dims it and shows "NO DATA" over it. Only data end that.
 ///
 /// A scope may be enlarged: its page then gives it all the room. It can be frozen: what comes is
 /// received and passed on, but not plotted until that ends. Its page decides what a touch does.
@@ -51,6 +56,11 @@ public:
     /// How long a scope that is on waits for a block or record before it is stale, in milliseconds:
     /// the time of 15 blocks.
     static constexpr int StaleMs = 2000;
+
+    /// The time between two reads of a stream of blocks while the scope is shown, in milliseconds.
+    static constexpr int ShownReadMs = 50;
+    /// The same while the scope is hidden.
+    static constexpr int HiddenReadMs = 100;
 
     /// Opens the port at 115200 baud, and tries again every two seconds while that fails.
     /// \param portName device without a directory, such as "ttyUSB1".
@@ -165,9 +175,15 @@ public:
 
     /// \return \a samples with \a factor - 1 points between every two of them, \a factor times as
     /// many; see interpolateStepwise().
-    QVector<double> interpolator(QVector<double> samples, int factor);
+    QVector<double> interpolator(QVector<double> samples, int factor)
+    {
+        return interpolateStepwise(std::move(samples), factor);
+    }
     /// One step of a FIR filter over a circular delay line of \a ntaps values; see firStep().
-    double fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state);
+    double fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state)
+    {
+        return firStep(input, ntaps, taps, delay, state);
+    }
 
     /// Keeps the upper plot square while it shows a constellation, unless that is disabled.
     void fixIsize();
@@ -206,7 +222,14 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    // What a lost port has left is not the beginning of what the next one sends.
+    void forgetUnfinished()
+    {
+        m_decoder = IqBlockDecoder();
+        m_sdiDecoder = SdiDecoder();
+    }
     void setUpPlots();
+    void setReadPace();
     void touched();
     void scheduleMeasurement();
     void measure();
@@ -222,6 +245,7 @@ private:
 
     int m_demodulator;
     SerialLine m_line;
+    PortPace m_pace{m_line.port(), this};
     IqBlockDecoder m_decoder;
     SdiDecoder m_sdiDecoder;
     ScopeContents m_contents;

@@ -4,6 +4,7 @@
 #include "wire/Message.h"
 #include "wire/SpanTable.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -64,6 +65,7 @@ void CardSession::connectFirstBus()
     connect(
         bus, &Rs422Bus::messageTxSuccess, this, &CardSession::takeTimeout, Qt::UniqueConnection);
     send(card::readName());
+    updatePollTimer();
 }
 
 void CardSession::setK7150(const QString& port1, const QString& port2, const QString& port3)
@@ -84,6 +86,7 @@ void CardSession::setK7150(const QString& port1, const QString& port2, const QSt
         for (Channel& channel : m_channels) {
             channel.cardTold = false;
         }
+        updatePollTimer();
     });
     const std::array<QString, card::Channels> ports{port1, port2, port3};
     for (size_t i = 1; i < m_buses.size(); ++i) {
@@ -92,6 +95,7 @@ void CardSession::setK7150(const QString& port1, const QString& port2, const QSt
             connect(m_buses.at(i), &Rs422Bus::messageReceived, this, &CardSession::takeSideReply);
         }
     }
+    updatePollTimer();
     emit detected(card::k7150Name());
     emit versionKnown(card::k7150Version());
 }
@@ -205,10 +209,24 @@ void CardSession::poll()
 void CardSession::setPolling(bool on)
 {
     m_polling = on;
-    if (!on) {
-        m_pollTimer.stop();
-    } else if (!m_pollTimer.isActive()) {
+    m_pollTimerWanted = m_pollTimer.isActive();
+    updatePollTimer();
+}
+
+// The timer runs while there is a channel to be polled and a port to ask on, and is left alone as
+// long as that does not change.
+void CardSession::updatePollTimer()
+{
+    const bool anyShown = std::any_of(m_channels.cbegin(), m_channels.cend(),
+        [](const Channel& channel) { return channel.shown; });
+    const bool wanted = m_polling && anyShown && isOpen();
+    if (std::exchange(m_pollTimerWanted, wanted) == wanted) {
+        return;
+    }
+    if (wanted) {
         m_pollTimer.start();
+    } else {
+        m_pollTimer.stop();
     }
 }
 
@@ -220,6 +238,7 @@ bool CardSession::pollUnderWay() const
 
 void CardSession::pollIfDue()
 {
+    updatePollTimer(); // The port may have been lost.
     if (!m_polling || !isOpen() || pollUnderWay()) {
         return;
     }
@@ -415,6 +434,7 @@ void CardSession::setShown(int channel, bool on)
 {
     if (isChannel(channel)) {
         at(channel).shown = on;
+        updatePollTimer();
     }
 }
 

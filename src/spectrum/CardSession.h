@@ -51,7 +51,8 @@ public:
 
     /// Asks for the next spectrum: of the next channel that is shown; of none, if none is.
     void poll();
-    /// Sets whether the timer polls the card.
+    /// Sets whether the timer polls the card. It runs while the port is open and any channel is
+    /// shown.
     void setPolling(bool on);
 
     /// Goes over to a card of the K7150 type on three ports. A second call replaces the first port
@@ -136,6 +137,7 @@ private:
     Rs422Bus* newBus(const QString& portName, int baudRate);
     Rs422Bus* newK7150Bus(const QString& portName);
     void setUpTimers();
+    void updatePollTimer();
     void connectFirstBus();
     void forgetWhatWasTold();
     void ask(const QString& command);
@@ -169,6 +171,7 @@ private:
     int m_nextChannel = 0;      // polling counters
     int m_pass = 0;
     bool m_polling = false;
+    bool m_pollTimerWanted = false;
     bool m_k7150 = false;
     bool m_warnedOfNoChannel = false; // a K7150 does not name the channels of its spectra
 };

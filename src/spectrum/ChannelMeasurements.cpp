@@ -162,7 +162,8 @@ public:
     double place(qsizetype window) const
     {
         double place = crossing(window);
-        while (window > 0 && std::isfinite(place) && isSteep(std::llround(place), window)) {
+        while (window > 0 && std::isfinite(place) &&
+            isSteep(static_cast<qsizetype>(std::llround(place)), window)) {
             window /= 2;
             place = crossing(window);
         }

@@ -27,17 +27,18 @@ double noise::quantile(QVector<float>& values, double part)
     float below = -1.0F;
     float above = std::numeric_limits<float>::infinity();
     qsizetype lower = 0;
-    qsizetype equal = 0;
-    for (const float one : std::as_const(values)) {
-        if (one < value) {
-            ++lower;
-            below = std::max(below, one);
-        } else if (one > value) {
-            above = std::min(above, one);
-        } else {
-            ++equal;
-        }
+    qsizetype higher = 0;
+    // Nothing in front of the middle is higher than it, nothing behind it lower. Without branches,
+    // which noise makes a processor mispredict half of the time.
+    for (auto one = values.cbegin(); one != middle; ++one) {
+        lower += *one < value ? 1 : 0;
+        below = std::max(below, *one < value ? *one : -1.0F);
     }
+    for (auto one = values.cbegin() + at; one != values.cend(); ++one) {
+        higher += *one > value ? 1 : 0;
+        above = std::min(above, *one > value ? *one : std::numeric_limits<float>::infinity());
+    }
+    const qsizetype equal = values.size() - lower - higher;
     // Halfway in decibels, because it is levels that are rounded.
     const double low = below < 0.0F ? value : std::sqrt(static_cast<double>(below) * value);
     const double high = std::isinf(above) ? value : std::sqrt(static_cast<double>(above) * value);

@@ -91,6 +91,7 @@ void SpectrumChart::autoScale()
 void SpectrumChart::setLineColor(const QColor& color)
 {
     m_lines.setColor(color);
+    m_wholeDue = true;
     schedulePaint();
 }
 
@@ -122,6 +123,7 @@ void SpectrumChart::setPolled(bool polled)
 // Shows at once what has changed beside the trace.
 void SpectrumChart::changeShown()
 {
+    m_wholeDue = true;
     updateReadout();
     schedulePaint();
     emit readoutChanged();
@@ -171,6 +173,7 @@ void SpectrumChart::clearHolds()
 void SpectrumChart::restartAverage()
 {
     m_trace.restart();
+    m_wholeDue = true;
     schedulePaint(); // The held lines are gone.
 }
 
@@ -248,16 +251,29 @@ QPixmap SpectrumChart::drawFrame()
     frame.setDevicePixelRatio(devicePixelRatioF());
     frame.fill(chartLook::Background);
     QCPPainter painter(&frame);
-    // The plot library has drawn axes, grid and horizontal markers into these at its last replot.
+    // The plot library has drawn axes, grid and horizontal markers into these at its last replot,
+    // which makes new ones. Until then they would only take up memory.
+    if (mPaintBuffers.isEmpty()) {
+        toPainter(&painter, width(), height());
+    }
     for (const auto& buffer : std::as_const(mPaintBuffers)) {
         buffer->draw(&painter);
     }
+    mPaintBuffers.clear();
     chartLook::paintHead(painter, plotRect(), m_title);
     return frame;
 }
 
-void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
+// A spectrum changes the plot alone. What is read in the head changes more seldom.
+QRect SpectrumChart::changedRect() const
 {
+    return m_wholeDue ? rect()
+                      : plotRect().adjusted(-chartMarks::Reach, 0, chartMarks::Reach, 0) & rect();
+}
+
+void SpectrumChart::paintData(QPainter& painter, const QRect& dirty)
+{
+    m_wholeDue = m_wholeDue && dirty != rect();
     const ChartGeometry geometry = plotGeometry();
     painter.setClipRect(geometry.plot);
     m_lines.paint(painter, m_trace, geometry);
@@ -268,8 +284,11 @@ void SpectrumChart::paintData(QPainter& painter, const QRect& /*dirty*/)
     if (stale()) {
         noData::paint(painter, plotRect());
     }
-    painter.setClipping(false);
-    m_readout.paint(painter, plotRect().right(), stale() ? chartLook::OldText : chartLook::Text);
+    if (dirty.top() < geometry.plot.top()) {
+        painter.setClipping(false);
+        m_readout.paint(
+            painter, geometry.plot.right(), stale() ? chartLook::OldText : chartLook::Text);
+    }
 }
 
 ChartGeometry SpectrumChart::plotGeometry() const

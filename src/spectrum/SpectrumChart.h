@@ -186,6 +186,7 @@ signals:
 protected:
     QPixmap drawFrame() override;
     void paintData(QPainter& painter, const QRect& dirty) override;
+    QRect changedRect() const override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -217,5 +218,6 @@ private:
     QString m_title;
     int m_titleWidth = 0;        // pixels
     bool m_over = false;         // of a spectrum since the last read-out
+    bool m_wholeDue = true;      // more than the plot is to be painted next
     bool m_pollingKnown = false; // setPolled() was called
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace {
 constexpr int MaxDepth = 1000;
@@ -32,9 +33,62 @@ const Table& powerTable()
     return table;
 }
 
+// Decibels of the powers that a mean of spectra can have, which are normal numbers above 0: those
+// of the power of two, those of the middle of the interval in which the rest of the number lies,
+// and a series for what that is off (Abramowitz and Stegun, Handbook of Mathematical Functions,
+// 4.1.24). The first term that is left out is below 2e-11 dB.
+class Decibels
+{
+public:
+    Decibels()
+    {
+        for (size_t i = 0; i < Intervals; ++i) {
+            const double middle = 1.0 + (static_cast<double>(i) + 0.5) / Intervals;
+            m_intervals[i] = {10.0 * std::log10(middle), 1.0 / middle};
+        }
+    }
+
+    float operator()(float power) const
+    {
+        quint32 bits = 0;
+        std::memcpy(&bits, &power, sizeof bits);
+        const auto& [level, inverse] =
+            m_intervals[(bits >> (FractionBits - IntervalBits)) & (Intervals - 1)];
+        const int exponent = static_cast<int>(bits >> FractionBits) - Bias;
+        if (exponent <= -Bias || exponent > Bias) {
+            return 10.0F * std::log10(power); // 0, infinite or not a positive number
+        }
+        bits = (bits & FractionMask) | One;
+        float fraction = 0.0F;
+        std::memcpy(&fraction, &bits, sizeof fraction);
+        const double off = static_cast<double>(fraction) * inverse - 1.0;
+        const double series = off * (1.0 - off * (0.5 - off * (1.0 / 3.0)));
+        return static_cast<float>(exponent * PerPowerOfTwo + level + PerNeper * series);
+    }
+
+private:
+    struct Interval
+    {
+        double level;   // of its middle, in decibels
+        double inverse; // of its middle
+    };
+
+    static constexpr int FractionBits = 23;
+    static constexpr quint32 FractionMask = (1U << FractionBits) - 1;
+    static constexpr int Bias = 127;
+    static constexpr quint32 One = static_cast<quint32>(Bias) << FractionBits;
+    static constexpr int IntervalBits = 8;
+    static constexpr size_t Intervals = size_t{1} << IntervalBits;
+    static constexpr double PerPowerOfTwo = 3.010299956639812;
+    static constexpr double PerNeper = 4.342944819032518;
+
+    std::array<Interval, Intervals> m_intervals{};
+};
+
 float levelOfPower(float power)
 {
-    return 10.0F * std::log10(power);
+    static const Decibels decibels;
+    return decibels(power);
 }
 
 void look(const QByteArray& points, const Table& table, QVector<float>& numbers)

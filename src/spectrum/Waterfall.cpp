@@ -73,8 +73,13 @@ void Waterfall::clear()
 
 void Waterfall::schedulePaint()
 {
-    if (isVisible() && !m_paintTimer.isActive()) {
+    if (!isVisible() || m_paintTimer.isActive()) {
+        return;
+    }
+    if (m_lastPaintMs > 0) {
         m_paintTimer.start(m_lastPaintMs);
+    } else {
+        update(); // All updates of a turn of the event loop are painted together.
     }
 }
 

@@ -7,6 +7,8 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+#include <optional>
+
 namespace {
 
 // border and a blank pixel on each side, as the style sheets of the keys have it
@@ -75,17 +77,30 @@ bool changesLess(const TextFit::Fit& first, const TextFit::Fit& second)
 
 } // namespace
 
+// What painting has worked out, as long as text, font and size stay the same.
+struct TextButton::PaintCache
+{
+    TextFit fit{Limits};
+    TextFit fitBetween{Limits}; // with marks: between the corners, and `fit` is for the room below
+    QFont font;
+    QSize size;
+    QString text;   // that was broken into lines
+    QString broken; // is empty when it has still to be done
+    QString label;  // text() when reachesCorners was worked out
+    std::optional<bool> reachesCorners;
+};
+
 TextButton::TextButton(const QString& text, QWidget* parent, Looks looks)
     : QPushButton(text, parent)
     , m_looks(looks)
-    , m_fit(Limits)
-    , m_fitBetween(Limits)
 {
     if (looks.testFlag(Shrinking)) {
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         setAutoDefault(false);
     }
 }
+
+TextButton::~TextButton() = default;
 
 QString TextButton::fitted(const QString& text, const QFontMetrics& metrics, int width, int height)
 {
@@ -112,7 +127,12 @@ QSize TextButton::sizeHint() const
         return {touch::MinTarget, touch::MinTarget};
     }
     // A long text is broken into lines, so it must not make its column of keys the widest.
-    return QPushButton::sizeHint().boundedTo({MaxHintWidth, QWIDGETSIZE_MAX});
+    return boundedHint(QPushButton::sizeHint());
+}
+
+QSize TextButton::boundedHint(const QSize& asked)
+{
+    return asked.boundedTo({MaxHintWidth, QWIDGETSIZE_MAX});
 }
 
 QSize TextButton::minimumSizeHint() const
@@ -120,9 +140,29 @@ QSize TextButton::minimumSizeHint() const
     return sizeHint();
 }
 
+// Whatever is in it fits the present font and size.
+TextButton::PaintCache& TextButton::cache() const
+{
+    if (m_cache == nullptr) {
+        m_cache = std::make_unique<PaintCache>();
+    }
+    if (m_cache->size != size() || m_cache->font != font()) {
+        m_cache->size = size();
+        m_cache->font = font();
+        m_cache->broken.clear();
+        m_cache->reachesCorners.reset();
+    }
+    return *m_cache;
+}
+
 QString TextButton::fittedText(const QString& text) const
 {
-    return fitted(text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+    PaintCache& known = cache();
+    if (known.broken.isEmpty() || known.text != text) {
+        known.text = text;
+        known.broken = fitted(text, fontMetrics(), width() - 2 * Margin, height() - 2 * Margin);
+    }
+    return known.broken;
 }
 
 // Whether the text is painted in a font of its own: at the key's own size some of it would be cut.
@@ -151,8 +191,23 @@ void TextButton::setMarks(const keyMarks::Marks& marks)
     }
 }
 
+bool TextButton::isTextFitted() const
+{
+    return shrinks() || (m_marks.any() && reachesCorners());
+}
+
 // Whether the text, painted in the middle at the key's own size, would touch a corner with a mark.
 bool TextButton::reachesCorners() const
+{
+    PaintCache& known = cache();
+    if (!known.reachesCorners || known.label != text()) {
+        known.label = text();
+        known.reachesCorners = linesReachCorners();
+    }
+    return *known.reachesCorners;
+}
+
+bool TextButton::linesReachCorners() const
 {
     const QStringList lines = fittedText(shownText()).split(QLatin1Char('\n'));
     const QFontMetrics metrics = fontMetrics();
@@ -173,7 +228,7 @@ void TextButton::paintEvent(QPaintEvent* event)
 {
     if (m_looks.testFlag(DarkWhenDisabled) && !isEnabled()) {
         paintDark();
-    } else if (shrinks() || (m_marks.any() && reachesCorners())) {
+    } else if (isTextFitted()) {
         paintFitted();
     } else {
         QPushButton::paintEvent(event);
@@ -224,7 +279,7 @@ void TextButton::paintText(QPainter& painter, const QColor& colour)
     }
     const QRect room =
         rect().adjusted(ShrinkingMargin, ShrinkingMargin, -ShrinkingMargin, -ShrinkingMargin);
-    paintFit(painter, room, m_fit.fit(label, font(), room.size()));
+    paintFit(painter, room, cache().fit.fit(label, font(), room.size()));
 }
 
 // Paints the text between the corners or under them, wherever it changes less.
@@ -234,8 +289,8 @@ void TextButton::paintClearOfCorners(QPainter& painter, const QString& label)
     const QRect under =
         rect().adjusted(ShrinkingMargin, corner, -ShrinkingMargin, -ShrinkingMargin);
     const QRect between = rect().adjusted(corner, ShrinkingMargin, -corner, -ShrinkingMargin);
-    const TextFit::Fit& wayUnder = m_fit.fit(label, font(), under.size());
-    const TextFit::Fit& wayBetween = m_fitBetween.fit(label, font(), between.size());
+    const TextFit::Fit& wayUnder = cache().fit.fit(label, font(), under.size());
+    const TextFit::Fit& wayBetween = cache().fitBetween.fit(label, font(), between.size());
     if (changesLess(wayUnder, wayBetween)) {
         paintFit(painter, under, wayUnder);
     } else {

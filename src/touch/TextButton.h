@@ -5,6 +5,8 @@
 
 #include <QPushButton>
 
+#include <memory>
+
 /// A push button that paints its text inside itself, however long the text is.
 ///
 /// text() and font() stay what they were set to; what is painted is worked out from them and from
@@ -38,6 +40,7 @@ public:
 
     /// Makes a button with a text of any length.
     explicit TextButton(const QString& text, QWidget* parent = nullptr, Looks looks = Plain);
+    ~TextButton() override;
 
     /// Breaks a text into lines, at blanks where it has any, and shortens the last line that there
     /// is room for.
@@ -61,21 +64,31 @@ protected:
     void initStyleOption(QStyleOptionButton* option) const override;
     void paintEvent(QPaintEvent* event) override;
 
+    // The size hint of a button that is not Shrinking.
+    // \param asked what a push button would ask for
+    static QSize boundedHint(const QSize& asked);
+    // Whether the text is to be painted by paintText() instead of where a push button has it.
+    bool isTextFitted() const;
+    // Paints the text inside the button and clear of the marks.
+    void paintText(QPainter& painter, const QColor& colour);
+
 private:
+    struct PaintCache;
+
+    PaintCache& cache() const;
     bool shrinks() const;
     bool reachesCorners() const;
+    bool linesReachCorners() const;
     QString shownText() const;
     QString fittedText(const QString& text) const;
     void paintFitted();
     void paintDark();
-    void paintText(QPainter& painter, const QColor& colour);
     void paintClearOfCorners(QPainter& painter, const QString& label);
     void paintFit(QPainter& painter, const QRect& room, const TextFit::Fit& way);
 
     Looks m_looks;
     keyMarks::Marks m_marks;
-    TextFit m_fit;
-    TextFit m_fitBetween; // with marks: between the corners, while m_fit is for the room under them
+    mutable std::unique_ptr<PaintCache> m_cache; // made when the button is first painted
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TextButton::Looks)

@@ -259,6 +259,33 @@ private slots:
         QVERIFY(menu.findKey(u"Key 2"_s) == nullptr);
         menu.deleteKeys();
         QVERIFY(menu.findKey(u"key 2"_s) == nullptr);
+        addKeys(menu, 2);
+        QCOMPARE(menu.findKey(u"key 2"_s), menu.keys.at(1));
+    }
+
+    void the_next_key_with_an_identifier_is_found_when_the_first_has_another_one()
+    {
+        KeyBoard menu;
+        menu.new_keyboard(u"M"_s, 5, 5);
+        addKeys(menu, 3);
+        addKeys(menu, 3);
+        menu.keys.at(1)->keyId = u"renamed"_s;
+        QCOMPARE(menu.findKey(u"key 2"_s), menu.keys.at(4));
+        QCOMPARE(menu.findKey(u"renamed"_s), menu.keys.at(1));
+    }
+
+    void every_key_of_a_large_menu_is_found()
+    {
+        KeyBoard menu;
+        menu.new_keyboard(u"M"_s, 5, 5);
+        addKeys(menu, 200);
+        for (int i = 0; i < 200; ++i) {
+            QCOMPARE(menu.findKey(u"key %1"_s.arg(i + 1)), menu.keys.at(i));
+        }
+        delete menu.keys.takeAt(99);
+        QVERIFY(menu.findKey(u"key 100"_s) == nullptr);
+        QCOMPARE(menu.findKey(u"key 101"_s), menu.keys.at(99));
+        QCOMPARE(menu.findKey(u"key 200"_s), menu.keys.at(198));
     }
 
     void the_kind_is_that_of_the_function_that_built_the_menu()
@@ -440,6 +467,7 @@ private slots:
                 box->styleSheet(), u"QGroupBox {background-color: black; border-style: none;}"_s);
         }
         QCOMPARE(menu.chan1Grid->columnMinimumWidth(1), 150);
+        QCOMPARE(menu.chan1Grid->columnCount(), 2);
         QCOMPARE(menu.chan1Grid->rowMinimumHeight(4), 80);
         QCOMPARE(menu.chan1Grid->contentsMargins(), QMargins(2, 2, 2, 2));
         QCOMPARE(menu.chan2Grid->columnMinimumWidth(0), 330);

@@ -63,6 +63,58 @@ private slots:
         QVERIFY(m_book->findKey(u"B"_s, u"k"_s) == nullptr);
     }
 
+    void a_menu_that_was_renamed_is_found_by_its_new_name_once_the_old_one_was_asked_for()
+    {
+        KeyBoard* menu = m_book->findOrCreate(u"A"_s);
+        KeyBoard* other = m_book->findOrCreate(u"B"_s);
+        menu->name = u"C"_s;
+        QVERIFY(m_book->find(u"A"_s) == nullptr);
+        QCOMPARE(m_book->find(u"C"_s), menu);
+        QCOMPARE(m_book->find(u"B"_s), other);
+    }
+
+    void the_list_of_menus_may_be_changed_by_hand()
+    {
+        QList<KeyBoard*> menus;
+        for (const char* name : {"A", "B", "A", "C"}) {
+            menus += new KeyBoard;
+            menus.last()->new_keyboard(QString::fromUtf8(name), 5, 5);
+            m_book->add(menus.last());
+        }
+        QCOMPARE(m_book->find(u"A"_s), menus.at(0));
+        m_book->pages.removeOne(menus.at(0));
+        QCOMPARE(m_book->find(u"A"_s), menus.at(2));
+        QCOMPARE(m_book->find(u"B"_s), menus.at(1));
+        m_book->pages.swapItemsAt(0, 2); // C, A, B
+        QCOMPARE(m_book->find(u"A"_s), menus.at(2));
+        QCOMPARE(m_book->find(u"C"_s), menus.at(3));
+        m_book->pages.clear();
+        QVERIFY(m_book->find(u"C"_s) == nullptr);
+        m_book->pages = {menus.at(1), menus.at(3)};
+        QCOMPARE(m_book->find(u"C"_s), menus.at(3));
+        QVERIFY(m_book->find(u"A"_s) == nullptr);
+    }
+
+    void menus_and_keys_that_are_gone_are_not_found_among_new_ones()
+    {
+        for (int round = 0; round < 3; ++round) {
+            KeyBoard* menu = m_book->findOrCreate(u"A"_s);
+            for (int i = 0; i < 40; ++i) {
+                menu->add_keyboard_button(u""_s, u"key %1"_s.arg(i + round), 5, u""_s, u""_s, 0,
+                    u""_s, 0, false, 1, false, nullptr);
+            }
+            for (int i = 0; i < 40; ++i) {
+                QCOMPARE(m_book->findKey(u"A"_s, u"key %1"_s.arg(i + round)), menu->keys.at(i));
+            }
+            QVERIFY(m_book->findKey(u"A"_s, u"key %1"_s.arg(round - 1)) == nullptr);
+            m_book->clear();
+            QVERIFY(m_book->findKey(u"A"_s, u"key 5"_s) == nullptr);
+            if (round > 0) {
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            }
+        }
+    }
+
     void messages_of_keys_are_forwarded()
     {
         QSignalSpy sent(m_book.get(), &MenuBook::keyboard_response_message);

@@ -8,10 +8,40 @@
 #include "touch/TextButton.h"
 
 #include <QElapsedTimer>
+#include <QMap>
 #include <QSignalSpy>
 #include <QSlider>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// Counts the paints of every widget below one.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QWidget* top)
+    {
+        for (QWidget* widget : top->findChildren<QWidget*>()) {
+            widget->installEventFilter(this);
+        }
+    }
+
+    QMap<QObject*, int> paints;
+    int layouts = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            ++paints[watched];
+        }
+        layouts += event->type() == QEvent::LayoutRequest ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
 
 class tst_MenuMessages : public QObject
 {
@@ -224,6 +254,16 @@ private slots:
         QCOMPARE(find(u"N"_s, u"k"_s)->itemIds, (QList<int>{0, 2}));
     }
 
+    void EI_with_too_few_fields_leaves_the_locked_choices()
+    {
+        ak(u"M,k,L,2,C,,0,0 A:1 B,0,0,1"_s);
+        m_menus->lockChoices({u"M"_s, u"k"_s, u"0"_s});
+        m_menus->lockChoices({u"M"_s, u"k"_s});
+        QCOMPARE(find(u"M"_s, u"k"_s)->itemIds, QList<int>{0});
+        m_menus->lockChoices({u"M"_s, u"k"_s, u""_s});
+        QCOMPARE(find(u"M"_s, u"k"_s)->itemIds, QList<int>{});
+    }
+
     void copying_a_missing_key_only_creates_the_target_menu_data()
     {
         QTest::addColumn<QStringList>("fields");
@@ -330,6 +370,13 @@ private slots:
         QTest::newRow("positions that are carried out") << u"EI"_s << u"M,k,0:1"_s << QStringList{};
         QTest::newRow("a state without a meaning")
             << u"CK"_s << u"M,k,3"_s << QStringList{u"CK: no state 3"_s};
+        QTest::newRow("choices of a menu that does not exist")
+            << u"EI"_s << u"N,k,0"_s << QStringList{u"EI: no menu N"_s};
+        QTest::newRow("choices of a key that does not exist")
+            << u"EI"_s << u"M,x,0"_s << QStringList{u"EI: no key x"_s};
+        QTest::newRow("a negative state")
+            << u"CK"_s << u"M,k,-1"_s << QStringList{u"CK: no state -1"_s};
+        QTest::newRow("the smallest state") << u"CK"_s << u"M,k,0"_s << QStringList{};
         QTest::newRow("a state that is carried out") << u"CK"_s << u"M,k,2"_s << QStringList{};
         QTest::newRow("a value that is out of range")
             << u"IK"_s << u"L,9,C,,0,,,1e99"_s << QStringList{u"IK: value out of range: 1e99"_s};
@@ -444,6 +491,55 @@ private slots:
         QVERIFY(find(u"M"_s, u"k"_s)->valueGiven);
         m_menus->copyKey({u"N"_s, u"M"_s, u"k"_s});
         QVERIFY(find(u"N"_s, u"k"_s)->valueGiven);
+    }
+
+    void what_changes_in_one_turn_is_painted_once_and_nothing_else_is()
+    {
+        for (int i = 0; i < 36; ++i) {
+            ak(u"M,k%1,Key,0,C,,0,,0,0,1"_s.arg(i));
+        }
+        m_area->resize(800, 480);
+        m_area->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_area.get()));
+        QCoreApplication::processEvents();
+        PaintCounter counter(m_area.get());
+        for (const char* tog : {"1", "0", "1"}) {
+            cv(u"M,k3,0,"_s + QString::fromUtf8(tog));
+            cv(u"M,k20,0,"_s + QString::fromUtf8(tog));
+        }
+        cv(u"M,k5,7,0"_s); // shows no other face
+        ck(u"M,k6,1"_s);
+        QCoreApplication::processEvents();
+        QMap<QObject*, int> keys;
+        for (const char* id : {"k3", "k20"}) {
+            keys[find(u"M"_s, QString::fromUtf8(id))->button] = 1;
+        }
+        QMap<QObject*, int> painted;
+        for (QPushButton* button : m_area->findChildren<QPushButton*>()) {
+            if (counter.paints.contains(button)) {
+                painted[button] = counter.paints.value(button);
+            }
+        }
+        QCOMPARE(painted, keys);
+        QCOMPARE(counter.layouts, 0);
+    }
+
+    void changes_on_a_hidden_page_paint_nothing()
+    {
+        ak(u"M,k,Key,0,C,,0,,0,0,1"_s);
+        ak(u"N,k,Key,0,C,,0,,0,0,1"_s);
+        m_area->resize(800, 480);
+        m_area->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_area.get()));
+        QCoreApplication::processEvents();
+        PaintCounter counter(m_area.get());
+        cv(u"N,k,0,1"_s);
+        ck(u"N,k,0"_s);
+        ak(u"N,k,Other,0,C,,0,,0,1,1"_s);
+        ak(u"N,new,New,0,C,,0,,0,0,1"_s);
+        QCoreApplication::processEvents();
+        QVERIFY(counter.paints.isEmpty());
+        QCOMPARE(find(u"N"_s, u"k"_s)->button->styleSheet(), keyStyle::disabled(false));
     }
 
     void AK_keys_of_a_main_menu_go_to_its_options()

@@ -474,6 +474,30 @@ private slots:
         QTRY_VERIFY(areAlike());
     }
 
+    void plots_of_different_sizes_do_not_disturb_each_other()
+    {
+        EyePlot eye(QStringLiteral("I (% FS)"));
+        ConstellationPlot constellation;
+        QVector<double> samples(256);
+        for (qsizetype k = 0; k < samples.size(); ++k) {
+            samples[k] = std::sin(static_cast<double>(k));
+        }
+        eye.addBlock(samples);
+        constellation.addBlock(samples, samples);
+        PlotView small;
+        PlotView large;
+        small.setContent(&eye);
+        large.setContent(&constellation);
+        small.resize(200, 150);
+        large.resize(500, 400);
+        const QImage first = small.grab().toImage();
+        const QImage second = large.grab().toImage();
+        QCOMPARE(small.grab().toImage(), first);
+        QCOMPARE(large.grab().toImage(), second);
+        small.setContent(nullptr);
+        large.setContent(nullptr);
+    }
+
     void the_clip_badge_stands_beside_the_points_of_a_constellation()
     {
         ScopeFixture fixture;

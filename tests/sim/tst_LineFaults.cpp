@@ -65,6 +65,50 @@ private slots:
         QCOMPARE(seen.size(), Frame.size());
     }
 
+    void double_repeats_one_byte()
+    {
+        LineFaults line = faults("double=1");
+        QSet<QByteArray> seen;
+        for (int i = 0; i < 1000; ++i) {
+            const QByteArray bytes = joined(line.pass(Frame));
+            QCOMPARE(bytes.size(), Frame.size() + 1);
+            qsizetype at = 0;
+            while (at < Frame.size() && bytes.at(at) == Frame.at(at)) {
+                ++at;
+            }
+            QCOMPARE(bytes.at(at), bytes.at(at - 1));
+            QCOMPARE(bytes.mid(at + 1), Frame.mid(at));
+            seen.insert(bytes);
+        }
+        // Any byte can come twice, including the frame characters.
+        QVERIFY(seen.contains(Frame.left(1) + Frame));
+        QVERIFY(seen.contains(Frame + Frame.right(1)));
+    }
+
+    void noise_changes_up_to_four_bytes_and_no_length()
+    {
+        LineFaults line = faults("noise=1");
+        QSet<int> counts;
+        QSet<qsizetype> places;
+        for (int i = 0; i < 5000; ++i) {
+            const QByteArray bytes = joined(line.pass(Frame));
+            QCOMPARE(bytes.size(), Frame.size());
+            int changed = 0;
+            for (qsizetype at = 0; at < Frame.size(); ++at) {
+                if (bytes.at(at) != Frame.at(at)) {
+                    ++changed;
+                    places.insert(at);
+                }
+            }
+            counts.insert(changed);
+        }
+        for (int count = 1; count <= LineFaults::MaxNoise; ++count) {
+            QVERIFY2(counts.contains(count), qPrintable(QString::number(count)));
+        }
+        QVERIFY(!counts.contains(LineFaults::MaxNoise + 1));
+        QCOMPARE(places.size(), Frame.size());
+    }
+
     void cut_removes_the_end()
     {
         LineFaults line = faults("cut=1");

@@ -155,6 +155,35 @@ private slots:
         QVERIFY2(seconds < 0.25, qPrintable(u"%1 s of 1 s"_s.arg(seconds)));
     }
 
+    void unplugged_it_hangs_up_and_plugged_in_it_is_another_device()
+    {
+        PseudoTerminal line;
+        QSignalSpy closed(&line, &PseudoTerminal::closed);
+        QSignalSpy received(&line, &PseudoTerminal::received);
+        const LineEnd before(line.slavePath());
+        QTRY_VERIFY(line.isOpen());
+        QVERIFY(line.write(QByteArray(100000, 'x')));
+        line.unplug();
+        QCOMPARE(closed.size(), 1);
+        QVERIFY(!line.isOpen() && !line.isValid());
+        QCOMPARE(line.slavePath(), QString());
+        QCOMPARE(line.pendingBytes(), 0);
+        QVERIFY(!before.write("x"));
+        QVERIFY(!line.write("x"));
+        line.unplug(); // nothing is plugged in
+        QCOMPARE(closed.size(), 1);
+        QVERIFY(line.plug());
+        QVERIFY(line.isValid());
+        const QString path = line.slavePath();
+        QVERIFY(line.plug()); // it is plugged in
+        QCOMPARE(line.slavePath(), path);
+        LineEnd after(path);
+        QTRY_VERIFY(line.isOpen());
+        QVERIFY(line.write("down") && after.write("up"));
+        QTRY_COMPARE(after.received(), QByteArray("down"));
+        QTRY_COMPARE(joined(received), QByteArray("up"));
+    }
+
     void it_can_be_deleted_while_the_panel_has_it_open()
     {
         auto line = std::make_unique<PseudoTerminal>();

@@ -40,6 +40,16 @@ private slots:
         QCOMPARE(lines.at(2).frame, QString::fromLatin1("\x02SB,0,a\\b \xe4\x04"));
     }
 
+    void a_line_is_utf8_or_latin1_text()
+    {
+        const auto lines = Recording::parse("1.000 in \\x02SB,0,\xe4\\x04\n"
+                                            "2.000 in \\x02SB,0,\xc3\xa4\\x04\n")
+                               .lines();
+        QCOMPARE(lines.size(), 2);
+        QCOMPARE(lines.at(0).frame, QString::fromLatin1("\x02SB,0,\xe4\x04"));
+        QCOMPARE(lines.at(1).frame, lines.at(0).frame);
+    }
+
     void unframed_texts_that_follow_each_other_are_one()
     {
         const Recording recording = Recording::parse("1.000 in \\x02ST,1\\x04\n"

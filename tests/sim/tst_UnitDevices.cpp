@@ -62,6 +62,28 @@ private slots:
         QCOMPARE(QFile::symLinkTarget(parent.filePath(u"ttyO1"_s)), line->slavePath());
     }
 
+    void a_device_that_is_unplugged_has_no_link_until_it_is_plugged_in()
+    {
+        QTemporaryDir parent;
+        const QString link = parent.filePath(u"ttyUSB1"_s);
+        {
+            UnitDevices devices(parent.path());
+            PseudoTerminal* line = devices.add(u"ttyUSB1"_s);
+            QVERIFY(line != nullptr);
+            QVERIFY(devices.unplug(u"ttyUSB1"_s));
+            QVERIFY(!QFileInfo(link).isSymLink());
+            QVERIFY(!line->isValid());
+            QVERIFY(devices.unplug(u"ttyUSB1"_s));
+            QVERIFY(devices.plug(u"ttyUSB1"_s));
+            QVERIFY(line->isValid());
+            QCOMPARE(QFile::symLinkTarget(link), line->slavePath());
+            QVERIFY(devices.plug(u"ttyUSB1"_s));
+            QVERIFY(!devices.unplug(u"ttyUSB2"_s));
+            QVERIFY(!devices.plug(u"ttyUSB2"_s));
+        }
+        QVERIFY(!QFileInfo(link).isSymLink());
+    }
+
     void a_file_of_that_name_is_left_alone()
     {
         QTemporaryDir parent;

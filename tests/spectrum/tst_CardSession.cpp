@@ -192,6 +192,36 @@ private slots:
         }
     }
 
+    void the_poll_timer_runs_only_while_a_channel_is_shown()
+    {
+        m_session->setPolling(true);
+        for (int channel = 0; channel < card::Channels; ++channel) {
+            QVERIFY(timer("pollTimer")->isActive());
+            m_session->setShown(channel, false);
+        }
+        QVERIFY(!timer("pollTimer")->isActive());
+        m_session->setShown(1, true);
+        QVERIFY(timer("pollTimer")->isActive());
+        m_session->setPolling(false);
+        m_session->setShown(2, true);
+        QVERIFY(!timer("pollTimer")->isActive());
+    }
+
+    void the_poll_timer_runs_only_while_the_port_is_open()
+    {
+        CardSession session(u"ttyUSB12"_s);
+        session.setPolling(true);
+        const auto* poll = session.findChild<QTimer*>(u"pollTimer"_s);
+        QVERIFY(!poll->isActive());
+        Pty& pty = m_devices->add(u"ttyUSB12"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(poll->isActive(), 10000);
+        QTRY_VERIFY(cardSide::requests(pty).contains("0190RNME000000"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"ttyUSB12 was lost"_s));
+        m_devices->remove(u"ttyUSB12"_s);
+        QTRY_VERIFY(!session.isOpen());
+        QTRY_VERIFY(!poll->isActive());
+    }
+
     void a_poll_that_still_waits_to_be_sent_is_under_way()
     {
         endNameRequest();

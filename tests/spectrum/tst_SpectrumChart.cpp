@@ -38,7 +38,8 @@ class CountingChart : public SpectrumChart
 {
 public:
     int paints = 0;
-    qint64 tookMs = 0; // the last paint
+    qint64 tookMs = 0;      // the last paint
+    QVector<QRect> painted; // what each paint covered
 
 protected:
     void paintEvent(QPaintEvent* event) override
@@ -46,6 +47,7 @@ protected:
         QElapsedTimer elapsed;
         elapsed.start();
         ++paints;
+        painted += event->rect();
         SpectrumChart::paintEvent(event);
         tookMs = elapsed.elapsed();
     }
@@ -937,6 +939,33 @@ private slots:
         QVERIFY2(m_chart->tookMs > 1, qPrintable(QString::number(m_chart->tookMs)));
         QVERIFY2(timer->interval() > 0 && timer->interval() <= m_chart->tookMs,
             qPrintable(u"%1 of %2"_s.arg(timer->interval()).arg(m_chart->tookMs)));
+    }
+
+    void a_spectrum_paints_only_the_plot_until_the_readout_changes()
+    {
+        m_chart->addSpectrum(cardSide::carrier(512, 1, -20));
+        QTRY_VERIFY(m_chart->readout().contains(u"Peak"_s));
+        QTest::qWait(50); // until nothing is left to be painted
+        QCOMPARE(m_chart->painted.last(), m_chart->rect());
+        m_chart->painted.clear();
+        m_chart->addSpectrum(cardSide::carrier(512, 100, -30)); // the readout waits for its turn
+        QTRY_VERIFY(!m_chart->painted.isEmpty());
+        const QRect plot = m_chart->axisRect()->rect();
+        QVERIFY(m_chart->painted.first().contains(plot));
+        QVERIFY(m_chart->painted.first().top() == plot.top());
+        QVERIFY(m_chart->painted.first().bottom() == plot.bottom());
+        QTRY_COMPARE(m_chart->painted.last(), m_chart->rect());
+        const QImage shown = m_chart->screen()->grabWindow(m_chart->winId()).toImage();
+        QCOMPARE(shown, m_chart->grab().toImage().convertToFormat(shown.format()));
+    }
+
+    void the_frame_is_the_same_when_it_is_drawn_anew()
+    {
+        const QImage before = m_chart->grab().toImage();
+        m_chart->setHMarkers({-50.0});
+        QTRY_VERIFY(m_chart->grab().toImage() != before);
+        m_chart->setHMarkers({});
+        QTRY_COMPARE(m_chart->grab().toImage(), before);
     }
 
     void a_hidden_chart_is_not_painted()

@@ -92,6 +92,23 @@ private slots:
         QCOMPARE(trace.levels().first(), meanLevel({-120.0, meanLevel({-120.0, -100.0})}));
     }
 
+    void the_levels_of_a_mean_are_its_decibels()
+    {
+        for (int byte = 0; byte < 256; ++byte) {
+            for (const int other : {0, 1, 7, 40, 128, 200, 255}) {
+                SpectrumTrace trace;
+                trace.setAveraging(2);
+                trace.add(QByteArray(4, static_cast<char>(byte)));
+                trace.add(QByteArray(4, static_cast<char>(other)));
+                const double power = static_cast<double>(trace.powers().constFirst());
+                const double level = 10.0 * std::log10(power);
+                const auto shown = static_cast<double>(trace.levels().constFirst());
+                QVERIFY2(std::abs(shown - level) < 5e-6 * std::max(1.0, std::abs(level) / 64.0),
+                    qPrintable(QStringLiteral("%1 and %2: %3").arg(byte).arg(other).arg(shown)));
+            }
+        }
+    }
+
     void powers_are_averaged_not_decibels()
     {
         SpectrumTrace trace;

@@ -218,6 +218,29 @@ private slots:
                        "\":PATTERN\" behind it\n"));
     }
 
+    void a_device_is_unplugged_and_plugged_in_by_typed_lines()
+    {
+        Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(program.output().startsWith("sim: ready"), LongMs);
+        {
+            const LineEnd panel(device());
+            QVERIFY(panel.isOpen());
+            QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: panel opened ttyO1"), LongMs);
+            program.write("unplug ttyO1\nunplug nothing\nplug\n");
+            QTRY_VERIFY_WITH_TIMEOUT(program.has("sim: panel closed ttyO1"), LongMs);
+            QVERIFY(!QFileInfo(device()).isSymLink());
+            QVERIFY(!panel.write("x"));
+        }
+        QTRY_COMPARE(program.errors(),
+            QByteArray("refused: unplug needs a device of this unit, as ttyUSB1\n"
+                       "refused: plug needs a device of this unit, as ttyUSB1\n"));
+        program.write("plug ttyO1\n");
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(device()).isSymLink(), LongMs);
+        LineEnd panel(device());
+        QTRY_COMPARE_WITH_TIMEOUT(panel.received(), framed("VER"), LongMs);
+        QCOMPARE(program.output().count("sim: panel opened ttyO1\n"), 2);
+    }
+
     void raw_bytes_are_typed_between_messages()
     {
         Program program(QString::fromUtf8(QN740_SIM), {u"--dir"_s, m_directory, u"--no-menus"_s});

@@ -195,6 +195,17 @@ private slots:
                                           << "abc" << true << true;
         QTest::newRow("only a star") << "*"
                                      << "" << true << true;
+        QTest::newRow("star, too short") << "ab*bc"
+                                         << "abc" << false << false;
+        QTest::newRow("star that goes on") << "a*bd*"
+                                           << "abcbbd" << true << true;
+        QTest::newRow("end is not there") << "*ab"
+                                          << "abc" << false << true;
+        const QString zero = QChar(u'\0') + u"3"_s;
+        QTest::newRow("character 0 before a digit") << zero << zero << true << true;
+        // Each star could stand for anything, so that a simple search would never end.
+        QTest::newRow("many stars")
+            << QString(u"a*"_s).repeated(40) + u'b' << QString(200, u'a') << false << false;
     }
     void a_star_stands_for_any_characters()
     {

@@ -1,6 +1,7 @@
 qn740_test(touch FingerScroll)
 qn740_test(touch FittedLabel)
 qn740_test(touch HeldKeys)
+qn740_test(touch KeyButton)
 qn740_test(touch KeyMarks)
 qn740_test(touch LineColors)
 qn740_test(touch MessageBox)

@@ -1,20 +1,28 @@
 #include "tools/try/Pattern.h"
 
-#include <QRegularExpression>
-#include <QStringList>
-
-using namespace Qt::StringLiterals;
-
 bool matches(const QString& pattern, const QString& text, bool anywhere)
 {
-    QStringList parts;
-    for (const QString& part : pattern.split(u'*')) {
-        parts += QRegularExpression::escape(part);
+    const QString wanted = anywhere ? u'*' + pattern + u'*' : pattern;
+    qsizetype star = -1;  // the last "*" that was reached
+    qsizetype behind = 0; // where the text that follows that "*" begins at the earliest
+    qsizetype in = 0;     // of the pattern
+    for (qsizetype at = 0; at < text.size();) {
+        if (in < wanted.size() && wanted.at(in) == u'*') {
+            star = in++;
+            behind = at;
+        } else if (in < wanted.size() && wanted.at(in) == text.at(at)) {
+            ++in;
+            ++at;
+        } else if (star >= 0) {
+            // The "*" stands for one more character.
+            in = star + 1;
+            at = ++behind;
+        } else {
+            return false;
+        }
     }
-    QString expression = parts.join(u".*"_s);
-    if (!anywhere) {
-        expression = QRegularExpression::anchoredPattern(expression);
+    while (in < wanted.size() && wanted.at(in) == u'*') {
+        ++in;
     }
-    const QRegularExpression regular(expression, QRegularExpression::DotMatchesEverythingOption);
-    return regular.match(text).hasMatch();
+    return in == wanted.size();
 }

@@ -1,0 +1,367 @@
+"""Measures the real panel program beside the real simulated unit, by what the kernel counts.
+
+The panel runs unchanged on Qt's offscreen platform. The operator's touches come through a socket, by
+Qt's plugin for remote touches.
+"""
+
+from __future__ import annotations
+
+import glob
+import pathlib
+import re
+import select
+import socket
+import struct
+import subprocess
+import tempfile
+import time
+from collections.abc import Callable
+
+from .figures import OURS, PEER, Figures
+from .place import Place
+
+_LONG = 30.0  # seconds that something may take to happen
+_QUIET = 0.3  # seconds without work: idle
+_SCOPES_BUTTON = (675, 455)
+_SIZE = (800, 480)
+_LINE_BYTES = 11520  # a second at 115200 baud
+_POINTS = 1024  # of a spectrum of the older card
+_SCOPE_MODES = {"cpu.eyes": 2, "cpu.constellations": 1}
+STARTS = 7
+IDLE_S = 5.0
+SHARE_S = 8.0
+COUNTED_S = 4.0
+
+
+class Watched:
+    """A process and what it has used so far."""
+
+    def __init__(self, command: list[str], environment: dict[str, str]) -> None:
+        self.process = subprocess.Popen(command, env=environment, stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self._output = b""
+
+    def end(self) -> None:
+        """Kills the process."""
+        self.process.kill()
+        self.process.wait()
+
+    def cpu(self) -> float:
+        """Processor time in seconds, of all threads."""
+        total = 0
+        for path in glob.glob(f"/proc/{self.process.pid}/task/*/schedstat"):
+            total += int(pathlib.Path(path).read_text().split()[0])
+        return total / 1e9
+
+    def resident(self) -> float:
+        """Resident memory in MiB."""
+        text = pathlib.Path(f"/proc/{self.process.pid}/smaps_rollup").read_text()
+        found = re.search(r"^Rss:\s+(\d+) kB", text, re.MULTILINE)
+        return int(found.group(1)) / 1024 if found else 0.0
+
+    def switches(self) -> int:
+        """How often the threads have slept. That others wanted the core is the machine's matter."""
+        total = 0
+        for path in glob.glob(f"/proc/{self.process.pid}/task/*/status"):
+            found = re.search(r"^voluntary_ctxt_switches:\s+(\d+)", pathlib.Path(path).read_text(),
+                              re.MULTILINE)
+            total += int(found.group(1)) if found else 0
+        return total
+
+    def io(self, name: str) -> int:
+        """Bytes that were read (rchar), or calls that read (syscr)."""
+        text = pathlib.Path(f"/proc/{self.process.pid}/io").read_text()
+        found = re.search(rf"^{name}: (\d+)", text, re.MULTILINE)
+        return int(found.group(1)) if found else 0
+
+    def settle(self) -> None:
+        """Waits until the process has had nothing to do for a while."""
+        end = time.monotonic() + _LONG
+        before = -1.0
+        while time.monotonic() < end and self.cpu() != before:
+            before = self.cpu()
+            time.sleep(_QUIET)
+
+    def type(self, line: str) -> None:
+        """Types a line."""
+        assert self.process.stdin is not None
+        self.process.stdin.write(line.encode() + b"\n")
+        self.process.stdin.flush()
+
+    def wait_for(self, text: str) -> None:
+        """Waits until the output has this text."""
+        assert self.process.stdout is not None
+        end = time.monotonic() + _LONG
+        while text.encode() not in self._output:
+            ready, _, _ = select.select([self.process.stdout], [], [], 0.1)
+            if ready:
+                self._output += self.process.stdout.read1(65536)  # type: ignore[attr-defined]
+            elif time.monotonic() > end:
+                raise TimeoutError(f'"{text}" did not come')
+
+
+class Finger:
+    """Touches the panel, as TUIO 1.1 describes it: bundles of OSC messages in datagrams."""
+
+    def __init__(self) -> None:
+        self._socket = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as free:
+            free.bind(("127.0.0.1", 0))
+            self.port: int = free.getsockname()[1]
+        self._touches = 0
+        self._frames = 0
+
+    def touch(self, point: tuple[int, int]) -> None:
+        """Puts the finger down, lifts it, and waits a little."""
+        self._touches += 1
+        x, y = (place / size for place, size in zip(point, _SIZE))
+        down = self._message(",sifffff", "set") + struct.pack(">i5f", self._touches, x, y, 0, 0, 0)
+        alive = self._message(",si", "alive") + struct.pack(">i", self._touches)
+        self._send([alive, down])
+        time.sleep(0.1)
+        self._send([self._message(",s", "alive")])
+        time.sleep(0.5)
+
+    def _send(self, messages: list[bytes]) -> None:
+        self._frames += 1
+        frame = self._message(",si", "fseq") + struct.pack(">i", self._frames)
+        bundle = b"#bundle\0" + struct.pack(">q", 1)
+        for message in [*messages, frame]:
+            bundle += struct.pack(">i", len(message)) + message
+        self._socket.sendto(bundle, ("127.0.0.1", self.port))
+
+    @staticmethod
+    def _message(types: str, command: str) -> bytes:
+        texts = [text.encode() for text in ("/tuio/2Dcur", types, command)]
+        return b"".join(text + bytes(4 - len(text) % 4) for text in texts)
+
+
+class Desk:
+    """A panel with the simulated unit at the other end of all its lines."""
+
+    def __init__(self, place: Place, unit_options: list[str], panel_options: list[str],
+                 wrapper: list[str] | None = None) -> None:
+        devices = tempfile.mkdtemp(dir=place.work) + "/dev"
+        self.finger = Finger()
+        self.unit = Watched([place.program("qn740-sim"), "--dir", devices, *unit_options],
+                            place.environment())
+        try:
+            self.unit.wait_for("sim: ready")
+            self.panel = Watched(
+                [*(wrapper or []), place.program("qn740-panel"), *panel_options, "-plugin",
+                 f"tuiotouch:udp={self.finger.port}"],
+                place.environment(QN740_DEV=devices, QN740_SPLASH_MS="0"))
+        except BaseException:
+            self.unit.end()
+            raise
+        try:
+            self.unit.wait_for("sim: panel opened ttyO1")
+            time.sleep(6.0 if wrapper else 2.0)
+        except BaseException:
+            self.__exit__()
+            raise
+
+    def __enter__(self) -> Desk:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.panel.end()
+        self.unit.end()
+
+    def next_view(self) -> None:
+        """Presses the button for the next view."""
+        self.finger.touch(_SCOPES_BUTTON)
+        time.sleep(1.0)
+
+
+def start(place: Place, figures: Figures) -> None:
+    """Processor time to the first idle page, and the memory then, beside a bare window."""
+    cpu: dict[str, list[float]] = {OURS: [], PEER: []}
+    resident: dict[str, list[float]] = {OURS: [], PEER: []}
+    for _ in range(STARTS):
+        for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
+            watched = Watched([place.program(name)], place.environment())
+            time.sleep(0.2)
+            watched.settle()
+            cpu[side].append(1000 * watched.cpu())
+            resident[side].append(watched.resident())
+            watched.end()
+    for side in (OURS, PEER):
+        figures.add("start", side, cpu[side])
+        figures.add("rss", side, resident[side])
+
+
+def full(place: Place, figures: Figures) -> None:
+    """Memory with everything that the unit sends: menus, scopes, spectrum."""
+    with Desk(place, ["--scope-mode", "2"], []) as desk:
+        desk.unit.wait_for("sim: menus sent")
+        desk.unit.type("ST,1")
+        for number in (1, 2, 3):
+            desk.unit.type(f"SM,{number},2")
+        time.sleep(2.0)
+        for _ in range(3):  # the scopes, the spectrum, the menus
+            desk.next_view()
+            time.sleep(1.0)
+        figures.values["rss.full", OURS] = desk.panel.resident()
+    bare = Watched([place.program("bench_BareWindow")], place.environment())
+    time.sleep(0.2)
+    bare.settle()
+    figures.values["rss.full", PEER] = bare.resident()
+    bare.end()
+
+
+class _Share:
+    """Measures the panel for some seconds."""
+
+    def __init__(self, panel: Watched, seconds: float) -> None:
+        before = panel.cpu(), panel.switches(), panel.io("syscr"), panel.io("rchar")
+        began = time.monotonic()
+        time.sleep(seconds)
+        after = panel.cpu(), panel.switches(), panel.io("syscr"), panel.io("rchar")
+        self.seconds = time.monotonic() - began
+        self.cpu, self.switches, self.reads, self.bytes = (
+            (late - early) / self.seconds for late, early in zip(after, before))
+
+
+def live(place: Place, names: set[str], figures: Figures) -> None:
+    """Shares of a core and context switches with nothing, with the scopes and with the card.
+
+    names: the rows that are wanted."""
+    if "switches.idle" in names:
+        with Desk(place, ["--no-menus", "--quiet", "PM,SF"], []) as desk:
+            time.sleep(1.0)
+            figures.values["switches.idle", OURS] = _Share(desk.panel, IDLE_S).switches
+    if names & {"cpu.hidden", "switches.read", *_SCOPE_MODES}:
+        with Desk(place, ["--no-menus", "--scope-mode", "2"], []) as desk:
+            _scopes(desk, names, figures)
+    charts = [number for number in (3, 1) if f"cpu.chart{number}" in names]
+    if charts:
+        with Desk(place, ["--no-menus", "--card", "older"], ["-noK7150"]) as desk:
+            _charts(desk, charts, figures)
+
+
+def _scopes(desk: Desk, names: set[str], figures: Figures) -> None:
+    if names & {"cpu.hidden", "switches.read"}:
+        hidden = _Share(desk.panel, SHARE_S)
+        _check_lines(figures, "cpu.hidden", hidden.bytes)
+        figures.values["cpu.hidden", OURS] = 100 * hidden.cpu
+        figures.values["switches.read", OURS] = hidden.switches / hidden.reads if hidden.reads else 0
+    shown_rows = [row for row in _SCOPE_MODES if row in names]
+    if shown_rows:
+        desk.next_view()
+    for row in shown_rows:
+        _set_modes(desk, _SCOPE_MODES[row])
+        shown = _Share(desk.panel, SHARE_S)
+        _check_lines(figures, row, shown.bytes)
+        figures.values[row, OURS] = 100 * shown.cpu
+
+
+def _charts(desk: Desk, charts: list[int], figures: Figures) -> None:
+    desk.next_view()  # the scopes
+    desk.next_view()
+    for number in charts:
+        _show_charts(desk, number)
+        share = _Share(desk.panel, SHARE_S)
+        spectra = share.bytes / _POINTS
+        if spectra < 15:
+            figures.faults.append(f"cpu.chart{number}: only {spectra:.1f} spectra a second")
+        figures.values[f"cpu.chart{number}", OURS] = 100 * share.cpu
+
+
+def _check_lines(figures: Figures, row: str, rate: float) -> None:
+    if rate < 0.9 * 3 * _LINE_BYTES:
+        figures.faults.append(f"{row}: only {rate:.0f} bytes a second were read")
+
+
+def _set_modes(desk: Desk, mode: int) -> None:
+    for number in (1, 2, 3):
+        desk.unit.type(f"SM,{number},{mode}")
+    time.sleep(2.0)
+
+
+def _show_eyes(desk: Desk) -> None:
+    desk.next_view()
+    _set_modes(desk, 2)
+
+
+def _show_charts(desk: Desk, charts: int) -> None:
+    for hidden in range(charts, 3):
+        desk.unit.type(f"SH,{hidden},0")
+    time.sleep(2.0)
+
+
+def _show_spectrum(desk: Desk, charts: int) -> None:
+    desk.next_view()  # the scopes
+    desk.next_view()
+    _show_charts(desk, charts)
+
+
+def count(place: Place, names: set[str], figures: Figures) -> None:
+    """Instructions of the starts, and of each second of the scopes and the charts."""
+    if names & {"start", "rss"}:
+        for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
+            valgrind = _Callgrind(place, f"start-{side}")
+            watched = Watched([*valgrind.command, place.program(name)], place.environment())
+            time.sleep(2.0)
+            watched.settle()
+            figures.counts["start", side] = valgrind.dump(watched)
+            watched.end()
+    scopes: dict[str, Callable[[Desk], None]] = {
+        "cpu.hidden": lambda desk: None, "cpu.eyes": _show_eyes}
+    _count_steps(place, figures, ["--scope-mode", "2"], [],
+                 {row: step for row, step in scopes.items() if row in names})
+    charts: dict[str, Callable[[Desk], None]] = {
+        "cpu.chart3": lambda desk: _show_spectrum(desk, 3), "cpu.chart1": lambda desk: _show_charts(desk, 1)}
+    if "cpu.chart3" not in names:
+        charts["cpu.chart1"] = lambda desk: _show_spectrum(desk, 1)
+    _count_steps(place, figures, ["--card", "older"], ["-noK7150"],
+                 {row: step for row, step in charts.items() if row in names})
+
+
+def _count_steps(place: Place, figures: Figures, unit: list[str], panel: list[str],
+                 steps: dict[str, Callable[[Desk], None]]) -> None:
+    if not steps:
+        return
+    valgrind = _Callgrind(place, next(iter(steps)))
+    with Desk(place, ["--no-menus", *unit], panel, valgrind.command) as desk:
+        for row, step in steps.items():
+            step(desk)
+            valgrind.zero(desk.panel)
+            began = time.monotonic()
+            time.sleep(COUNTED_S)
+            total = valgrind.dump(desk.panel)
+            figures.counts[row, OURS] = total / (time.monotonic() - began)
+
+
+class _Callgrind:
+    """Counts the instructions of a program while it runs."""
+
+    def __init__(self, place: Place, name: str) -> None:
+        self._out = place.work / f"{name}.out"
+        self._pipe = f"--vgdb-prefix={place.work / name}.vgdb"
+        self.command = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={self._out}", self._pipe]
+        self._dumps = 0
+
+    def _tell(self, watched: Watched, word: str) -> None:
+        subprocess.run(["vgdb", self._pipe, f"--pid={watched.process.pid}", word], check=True,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=_LONG)
+
+    def zero(self, watched: Watched) -> None:
+        """Begins to count."""
+        self._tell(watched, "zero")
+
+    def dump(self, watched: Watched) -> float:
+        """Returns how many instructions there were since the beginning or the last time."""
+        self._tell(watched, "dump")
+        self._dumps += 1
+        part = pathlib.Path(f"{self._out}.{self._dumps}")
+        end = time.monotonic() + _LONG
+        while time.monotonic() < end:
+            found = re.search(r"^totals: (\d+)", part.read_text() if part.exists() else "",
+                              re.MULTILINE)
+            if found:
+                return float(found.group(1))
+            time.sleep(0.1)
+        raise TimeoutError(f"callgrind has left no {part}")
+
+

@@ -1,0 +1,113 @@
+#include "touch/KeyButton.h"
+
+#include "touch/KeyFace.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyleOptionButton>
+
+KeyButton::KeyButton(const QString& text, QWidget* parent)
+    : TextButton(text, parent)
+{
+}
+
+void KeyButton::setSheet(const QString& sheet)
+{
+    if (styleSheet() != sheet) {
+        setStyleSheet(sheet);
+    }
+}
+
+QSize KeyButton::sizeHint() const
+{
+    if (styleSheet().isEmpty()) {
+        return TextButton::sizeHint();
+    }
+    return boundedHint(KeyFace::of(styleSheet()).sizeHint(text()));
+}
+
+void KeyButton::setVisible(bool visible)
+{
+    const QWidget* page = parentWidget();
+    const QScopedValueRollback<bool> forLater(
+        m_isForLater, visible && page != nullptr && !page->isVisible());
+    TextButton::setVisible(visible);
+}
+
+// QWidget has it done once: too early when "CK" makes a button visible whose page is hidden.
+void KeyButton::polish()
+{
+    if (!m_isPolished) {
+        m_isPolished = true;
+        QEvent request(QEvent::Polish);
+        TextButton::event(&request);
+        takeLook();
+    }
+}
+
+bool KeyButton::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::PolishRequest:
+        // Every widget asks for this when it is made. Showing it does the same, and much later.
+        return isVisible() ? TextButton::event(event) : true;
+    case QEvent::Polish:
+        if (!m_isForLater) {
+            polish();
+        }
+        return true;
+    case QEvent::Show:
+        polish();
+        return TextButton::event(event);
+    case QEvent::StyleChange:
+        // Another sheet, or the style of another page. The page need not be laid out anew.
+        takeLook();
+        update();
+        return true;
+    case QEvent::ApplicationFontChange:
+    case QEvent::ApplicationPaletteChange: {
+        const bool isTaken = TextButton::event(event);
+        KeyFace::forgetAll();
+        takeLook();
+        return isTaken;
+    }
+    default:
+        return TextButton::event(event);
+    }
+}
+
+// Takes over from the face what other widgets and the layout see of the button.
+void KeyButton::takeLook()
+{
+    if (!m_isPolished || styleSheet().isEmpty()) {
+        return;
+    }
+    const KeyFace& face = KeyFace::of(styleSheet());
+    if (font() != face.font()) {
+        setFont(face.font());
+    }
+    if (m_frame != face.frame()) {
+        m_frame = face.frame();
+        updateGeometry();
+    }
+}
+
+void KeyButton::paintEvent(QPaintEvent* event)
+{
+    if (styleSheet().isEmpty()) {
+        TextButton::paintEvent(event);
+        return;
+    }
+    polish(); // for a picture of a page that was never shown
+    const KeyFace& face = KeyFace::of(styleSheet());
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QPainter painter(this);
+    face.paintFace(painter, option, marks());
+    if (isTextFitted()) {
+        paintText(painter, face.textColour(isEnabled()));
+    } else {
+        face.paintText(painter, option);
+    }
+}

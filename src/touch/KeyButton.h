@@ -1,0 +1,47 @@
+#pragma once
+
+#include "touch/TextButton.h"
+
+/// The button of a menu key, made so that a page of them costs little, shown or not.
+///
+/// styleSheet() answers the sheet of the key as it answers that of any widget, but the style never
+/// works on it: the button paints itself with the KeyFace that all buttons with this sheet share.
+/// As long as it has not been shown, it takes neither font nor colours from its sheet.
+///
+/// The style asks a widget for its sheet by the property "styleSheet", which is therefore empty
+/// here. Should a style get at the sheet by another way, it does more work, and the button looks
+/// the same.
+class KeyButton : public TextButton
+{
+    Q_OBJECT
+    /// Always empty. See the description of the class.
+    Q_PROPERTY(QString styleSheet READ sheetForStyle WRITE setStyleSheet)
+
+public:
+    /// Makes a button without a sheet.
+    explicit KeyButton(const QString& text, QWidget* parent = nullptr);
+
+    /// Sets the style sheet, unless it is the present one. To be called when the button lies in a
+    /// page below a widget that has a sheet: the style then has nothing to make for the button.
+    void setSheet(const QString& sheet);
+
+    /// \return the value of the property "styleSheet": an empty text.
+    QString sheetForStyle() const { return {}; }
+
+    /// \reimp
+    QSize sizeHint() const override;
+    /// \reimp On a hidden page the button is not polished.
+    void setVisible(bool visible) override;
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void polish();
+    void takeLook();
+
+    bool m_isPolished = false;
+    bool m_isForLater = false; // whether it is made visible on a page that is hidden
+    QSize m_frame;             // of its face
+};

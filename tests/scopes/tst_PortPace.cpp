@@ -1,0 +1,235 @@
+#include "scopes/PortPace.h"
+#include "scopes/ScopeFixture.h"
+#include "support/TestMain.h"
+#include "wire/Log.h"
+#include "wire/SerialLine.h"
+
+using namespace scopeFixture;
+
+namespace {
+
+constexpr int TickMs = 16;       // the interval at which a serial adapter hands bytes on
+constexpr qsizetype Piece = 184; // what comes in that time at 115200 baud
+constexpr int PeriodMs = 100;
+
+// A port with the other end of its line, read as a scope reads its own.
+struct PacedPort
+{
+    DeviceDirectory devices;
+    Pty& far = devices.add(QStringLiteral("ttyUSB1"));
+    SerialLine line{logScopes};
+    PortPace pace{line.port()};
+    QByteArray received;
+    int reads = 0;
+
+    explicit PacedPort(int period = PeriodMs)
+    {
+        pace.setPeriod(period);
+        QObject::connect(&line.port(), &QSerialPort::readyRead, &pace, [this] {
+            const QByteArray bytes = line.port().readAll();
+            received += bytes;
+            ++reads;
+            pace.noteRead(bytes.size());
+        });
+        line.open(QStringLiteral("ttyUSB1"), 115200, SerialLine::Reopen::Never, 4096);
+    }
+
+    bool timerRuns() const
+    {
+        return pace.findChild<QTimer*>(QStringLiteral("readTimer"))->isActive();
+    }
+};
+
+QByteArray counted(qsizetype size)
+{
+    QByteArray bytes(size, '\0');
+    for (qsizetype k = 0; k < size; ++k) {
+        bytes[k] = static_cast<char>(k % 251);
+    }
+    return bytes;
+}
+
+// Sends bytes as a line at 115200 baud delivers them.
+void stream(Pty& line, const QByteArray& bytes)
+{
+    for (qsizetype at = 0; at < bytes.size(); at += Piece) {
+        QVERIFY(line.write(bytes.mid(at, Piece)));
+        QTest::qWait(TickMs);
+    }
+}
+
+} // namespace
+
+class tst_PortPace : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void a_stream_is_read_once_a_period_and_nothing_is_lost()
+    {
+        PacedPort port;
+        const QByteArray bytes = counted(50 * Piece);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        stream(port.far, bytes);
+        QTRY_COMPARE(port.received.size(), bytes.size());
+        QCOMPARE(port.received, bytes);
+        const auto begin = static_cast<int>(PortPace::StreamBytes / Piece) + 1;
+        QVERIFY2(port.reads <= begin + elapsed.elapsed() / PeriodMs + 2,
+            qPrintable(QString::number(port.reads)));
+    }
+
+    void the_beginning_of_a_stream_is_read_at_once()
+    {
+        PacedPort port;
+        QVERIFY(port.far.writeUntilRead(counted(PortPace::StreamBytes - 1)));
+        QTRY_COMPARE(port.received.size(), PortPace::StreamBytes - 1);
+        QVERIFY(!port.pace.isPaused());
+        QVERIFY(port.far.writeUntilRead(counted(1)));
+        QTRY_COMPARE(port.received.size(), PortPace::StreamBytes);
+        QVERIFY(port.pace.isPaused());
+    }
+
+    void a_read_of_a_whole_block_is_followed_by_the_next_one_at_once()
+    {
+        PacedPort port;
+        for (int k = 1; k <= 3; ++k) {
+            QVERIFY(port.far.write(counted(PortPace::LargeRead)));
+            QTRY_COMPARE(port.received.size(), k * PortPace::LargeRead);
+            QVERIFY(port.reads > k || !port.pace.isPaused());
+        }
+    }
+
+    void without_a_period_everything_is_read_as_it_comes()
+    {
+        PacedPort port(0);
+        for (int k = 1; k <= 20; ++k) {
+            QVERIFY(port.far.writeUntilRead(counted(Piece)));
+            QTRY_COMPARE(port.reads, k);
+            QVERIFY(!port.pace.isPaused());
+        }
+    }
+
+    void a_silence_ends_the_stream()
+    {
+        PacedPort port;
+        stream(port.far, counted(10 * Piece));
+        QTRY_COMPARE(port.received.size(), 10 * Piece);
+        QTRY_VERIFY(!port.timerRuns()); // no timer runs without data
+        QTest::qWait(300);
+        QVERIFY(!port.timerRuns());
+        QVERIFY(port.far.writeUntilRead(counted(Piece)));
+        QTRY_COMPARE(port.received.size(), 11 * Piece);
+        QVERIFY(!port.pace.isPaused());
+    }
+
+    void another_period_ends_a_pause()
+    {
+        PacedPort port(PortPace::MaxPeriodMs);
+        QVERIFY(port.far.write(counted(100)));
+        QTRY_COMPARE(port.received.size(), 100);
+        QVERIFY(port.far.write(counted(PortPace::StreamBytes - 100)));
+        QTRY_VERIFY(port.pace.isPaused());
+        port.pace.setPeriod(0);
+        QVERIFY(!port.pace.isPaused());
+        QVERIFY(port.far.writeUntilRead(counted(Piece)));
+        QTRY_COMPARE(port.received.size(), PortPace::StreamBytes + Piece);
+    }
+
+    void a_period_is_bounded_data()
+    {
+        QTest::addColumn<int>("wanted");
+        QTest::addColumn<int>("taken");
+        QTest::newRow("below 0") << -1 << 0;
+        QTest::newRow("0") << 0 << 0;
+        QTest::newRow("the longest") << 150 << 150;
+        QTest::newRow("too long") << 151 << 150;
+    }
+
+    void a_period_is_bounded()
+    {
+        QFETCH(int, wanted);
+        QFETCH(int, taken);
+        PacedPort port(wanted);
+        QCOMPARE(port.pace.period(), taken);
+    }
+
+    void a_line_that_is_lost_in_a_pause_is_still_noticed()
+    {
+        PacedPort port;
+        QSignalSpy lost(&port.line, &SerialLine::lost);
+        QVERIFY(port.far.write(counted(100)));
+        QTRY_COMPARE(port.received.size(), 100);
+        QVERIFY(port.far.write(counted(PortPace::StreamBytes - 100)));
+        QTRY_VERIFY(port.pace.isPaused());
+        QVERIFY(port.far.write(counted(Piece)));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("ttyUSB1 was lost")));
+        port.devices.remove(QStringLiteral("ttyUSB1"));
+        QTRY_COMPARE(lost.size(), 1);
+        QTRY_VERIFY(!port.timerRuns());
+    }
+
+    void a_scope_reads_blocks_in_large_pieces_and_loses_none_data()
+    {
+        QTest::addColumn<bool>("shown");
+        QTest::addColumn<int>("period");
+        QTest::newRow("hidden") << false << Scope::HiddenReadMs;
+        QTest::newRow("shown") << true << Scope::ShownReadMs;
+    }
+
+    void a_scope_reads_blocks_in_large_pieces_and_loses_none()
+    {
+        QFETCH(bool, shown);
+        QFETCH(int, period);
+        ScopeFixture fixture(shown);
+        const QSignalSpy reads(&fixture.scope.port(), &QSerialPort::readyRead);
+        QByteArray bytes;
+        for (int k = 1; k <= 6; ++k) {
+            bytes += steady(k * 100, -k);
+        }
+        QElapsedTimer elapsed;
+        elapsed.start();
+        stream(fixture.line, bytes);
+        QTRY_COMPARE(fixture.blocks.size(), 6);
+        for (int k = 1; k <= 6; ++k) {
+            QCOMPARE(
+                fixture.blocks.at(k - 1).at(0).value<QVector<double>>().at(1), k * 100 / 32768.0);
+        }
+        QVERIFY2(reads.size() <= PortPace::StreamBytes / Piece + 3 + elapsed.elapsed() / period,
+            qPrintable(QString::number(reads.size())));
+    }
+
+    void no_timer_of_a_hidden_scope_runs_when_nothing_comes()
+    {
+        ScopeFixture fixture(false);
+        stream(fixture.line, steady(1, 2) + steady(1, 2));
+        QTRY_COMPARE(fixture.blocks.size(), 2);
+        const auto isIdle = [&fixture] {
+            const auto timers = fixture.scope.findChildren<QTimer*>();
+            return std::none_of(timers.cbegin(), timers.cend(),
+                [](const QTimer* timer) { return timer->isActive(); });
+        };
+        QVERIFY(!isIdle()); // "NO DATA" is due when nothing follows
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Scope::StaleMs + 3000);
+        QVERIFY(fixture.scope.stale());
+    }
+
+    // The unit of the decoder is one read: two records in one would be one.
+    void a_hidden_scope_reads_records_as_they_come()
+    {
+        ScopeFixture fixture(false);
+        stream(fixture.line, steady(1, 2) + steady(1, 2)); // a pause is under way now
+        QTRY_COMPARE(fixture.blocks.size(), 2);
+        fixture.scope.setPlotType(Scope::Sdi);
+        for (int k = 1; k <= 20; ++k) {
+            QVERIFY(fixture.line.writeUntilRead(QByteArray("\x00\xff"
+                                                           "abcde",
+                7)));
+            QTRY_COMPARE(fixture.records.size(), k);
+        }
+    }
+};
+
+QN740_TEST_MAIN(tst_PortPace)
+
+#include "tst_PortPace.moc"

@@ -1,0 +1,294 @@
+#include "touch/KeyButton.h"
+
+#include "support/Heap.h"
+#include "support/TestMain.h"
+#include "touch/KeyFace.h"
+#include "touch/KeyStyle.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize KeySize(124, 59);
+
+// A black page with a style sheet and one button, as a menu has it.
+struct Page
+{
+    explicit Page(TextButton* key)
+        : button(key)
+    {
+        box.setStyleSheet(u"QGroupBox {background-color: black;}"_s);
+        box.resize(200, 120);
+        box.ensurePolished();
+        button->setParent(&box);
+        button->move(20, 30);
+        button->resize(KeySize);
+    }
+
+    QGroupBox box;
+    TextButton* button;
+};
+
+// What a button with this sheet looks like that leaves everything to the style.
+TextButton* styledButton(const QString& text, const QString& sheet)
+{
+    auto* button = new TextButton(text);
+    button->setStyleSheet(sheet);
+    return button;
+}
+
+// Returns the red, green and blue of every pixel.
+QImage picture(QWidget& widget)
+{
+    return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+QString otherSheet()
+{
+    return u"QPushButton {background-color: #224466; color: white; border: 5px solid red; font-size: 30px;} QPushButton:disabled {color: cyan;}"_s;
+}
+
+} // namespace
+
+class tst_KeyButton : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup()
+    {
+        QApplication::setFont(m_font);
+        KeyFace::forgetAll();
+    }
+
+    void it_looks_as_the_style_paints_its_sheet_data()
+    {
+        QTest::addColumn<QString>("sheet");
+        const QList<std::pair<const char*, QString>> sheets{{"grey", keyStyle::enabled(false)},
+            {"green", keyStyle::toggled(false)}, {"dark", keyStyle::disabled(false)},
+            {"large grey", keyStyle::enabled(true)}, {"large green", keyStyle::toggled(true)},
+            {"large dark", keyStyle::disabled(true)}, {"any other", otherSheet()},
+            {"none", QString()}};
+        for (const auto& [name, sheet] : sheets) {
+            QTest::newRow(name) << sheet;
+        }
+    }
+    void it_looks_as_the_style_paints_its_sheet()
+    {
+        QFETCH(QString, sheet);
+        const QStringList texts{u""_s, u"Gain"_s, u"Gain && level\n12 dB"_s, u"a & b"_s,
+            u"Intermediate frequency of the second demodulator"_s,
+            u"A text that is longer than five lines of a key can take, whatever the letters are, "
+            "unless they shrink"_s};
+        const QList<keyMarks::Marks> marks{
+            {}, {keyMarks::Lamp::On, false}, {keyMarks::Lamp::Off, true}};
+        for (const QString& text : texts) {
+            for (const auto& mark : marks) {
+                for (const int state : {0, 1, 2}) {
+                    Page ours(new KeyButton(text));
+                    qobject_cast<KeyButton*>(ours.button)->setSheet(sheet);
+                    Page styled(styledButton(text, sheet));
+                    for (Page* page : {&ours, &styled}) {
+                        page->button->setMarks(mark);
+                        page->button->setEnabled(state != 1);
+                        page->button->setDown(state == 2);
+                    }
+                    QVERIFY2(picture(ours.box) == picture(styled.box), qPrintable(text));
+                }
+            }
+        }
+    }
+
+    void it_asks_for_the_size_that_the_style_makes_of_its_sheet()
+    {
+        for (const QString& sheet :
+            {keyStyle::enabled(false), keyStyle::enabled(true), otherSheet(), QString()}) {
+            for (const QString& text : {u""_s, u"Gain"_s, u"Gain\n12 dB\n\n"_s, u"a && b"_s,
+                     u"Intermediate frequency of the second demodulator"_s}) {
+                Page ours(new KeyButton(text));
+                qobject_cast<KeyButton*>(ours.button)->setSheet(sheet);
+                Page styled(styledButton(text, sheet));
+                QCOMPARE(ours.button->sizeHint(), styled.button->sizeHint());
+                QCOMPARE(ours.button->minimumSizeHint(), styled.button->minimumSizeHint());
+            }
+        }
+    }
+
+    void styleSheet_answers_the_sheet_at_any_time()
+    {
+        Page page(new KeyButton(u"Gain"_s));
+        auto* key = qobject_cast<KeyButton*>(page.button);
+        const QWidget* widget = key;
+        const QPushButton* button = key;
+        for (const bool isShown : {false, true, false}) {
+            page.box.setVisible(isShown);
+            for (const QString& sheet : {keyStyle::enabled(false), keyStyle::toggled(false)}) {
+                key->setSheet(sheet);
+                QCOMPARE(widget->styleSheet(), sheet);
+                QCOMPARE(button->styleSheet(), sheet);
+                QCoreApplication::processEvents();
+                QCOMPARE(widget->styleSheet(), sheet);
+            }
+        }
+    }
+
+    void a_sheet_set_as_of_any_widget_is_shown()
+    {
+        Page ours(new KeyButton(u"Gain"_s));
+        qobject_cast<KeyButton*>(ours.button)->setSheet(keyStyle::enabled(false));
+        ours.box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&ours.box));
+        const QSize before = ours.button->sizeHint();
+        ours.button->setStyleSheet(otherSheet());
+        Page styled(styledButton(u"Gain"_s, otherSheet()));
+        QVERIFY(picture(ours.box) == picture(styled.box));
+        QCOMPARE(ours.button->font().pixelSize(), 30);
+        QVERIFY(ours.button->sizeHint() != before);
+    }
+
+    void it_moves_to_a_page_of_another_style_and_back()
+    {
+        Page ours(new KeyButton(u"Gain"_s));
+        qobject_cast<KeyButton*>(ours.button)->setSheet(keyStyle::enabled(false));
+        const QImage before = picture(ours.box);
+        QWidget bare;
+        for (QWidget* parent : {&bare, static_cast<QWidget*>(&ours.box)}) {
+            ours.button->setParent(parent);
+            ours.button->show();
+            QCOMPARE(ours.button->styleSheet(), keyStyle::enabled(false));
+        }
+        QVERIFY(picture(ours.box) == before);
+    }
+
+    void it_is_not_polished_before_it_is_shown()
+    {
+        Page page(new KeyButton(u"Gain"_s));
+        qobject_cast<KeyButton*>(page.button)->setSheet(keyStyle::enabled(true));
+        QCoreApplication::processEvents();
+        QVERIFY(page.button->font().pixelSize() != 22);
+        page.button->hide();
+        page.button->show();
+        QVERIFY(!page.button->isHidden());
+        QVERIFY(page.button->font().pixelSize() != 22);
+        page.box.show();
+        QCOMPARE(page.button->font().pixelSize(), 22);
+    }
+
+    void a_picture_of_a_page_that_was_never_shown_is_right()
+    {
+        Page ours(new KeyButton(u"Gain"_s));
+        qobject_cast<KeyButton*>(ours.button)->setSheet(keyStyle::enabled(true));
+        ours.button->show();
+        Page styled(styledButton(u"Gain"_s, keyStyle::enabled(true)));
+        QVERIFY(picture(ours.box) == picture(styled.box));
+    }
+
+    void a_change_of_the_sheet_does_not_lay_out_the_page()
+    {
+        QWidget page;
+        page.setStyleSheet(u"QGroupBox {color: red;}"_s);
+        auto* grid = new QGridLayout(&page);
+        auto* button = new KeyButton(u"Gain"_s);
+        grid->addWidget(button);
+        button->setSheet(keyStyle::enabled(false));
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        QCoreApplication::processEvents();
+        int requests = 0;
+        const EventCounter counter(&page, QEvent::LayoutRequest, requests);
+        button->setSheet(keyStyle::toggled(false));
+        QCoreApplication::processEvents();
+        QCOMPARE(requests, 0);
+        button->setSheet(otherSheet());
+        QCoreApplication::processEvents();
+        QVERIFY(requests > 0);
+    }
+
+    void it_follows_the_font_of_the_application()
+    {
+        Page ours(new KeyButton(u"Gain"_s));
+        qobject_cast<KeyButton*>(ours.button)->setSheet(keyStyle::enabled(false));
+        const QImage before = picture(ours.box);
+        QFont other = QApplication::font();
+        other.setFamily(u"DejaVu Sans Mono"_s);
+        QApplication::setFont(other);
+        QEvent change(QEvent::ApplicationFontChange); // comes to all widgets while the panel runs
+        QCoreApplication::sendEvent(ours.button, &change);
+        Page styled(styledButton(u"Gain"_s, keyStyle::enabled(false)));
+        const QImage after = picture(ours.box);
+        QVERIFY(after == picture(styled.box));
+        QVERIFY(after != before);
+    }
+
+    void faces_leave_no_widgets_behind()
+    {
+        Page page(new KeyButton(u"Gain"_s));
+        const auto widgets = QApplication::allWidgets().size();
+        qobject_cast<KeyButton*>(page.button)->setSheet(otherSheet());
+        picture(page.box);
+        QCOMPARE(QApplication::allWidgets().size(), widgets);
+    }
+
+    void pictures_of_faces_take_a_bounded_amount_of_memory()
+    {
+        Page page(new KeyButton(u""_s));
+        qobject_cast<KeyButton*>(page.button)->setSheet(keyStyle::enabled(false));
+        picture(page.box);
+        const qsizetype before = heapInUse();
+        for (int width = 50; width < 150; ++width) {
+            page.button->resize(width, 100); // 4 MB together
+            picture(page.box);
+        }
+        QVERIFY(heapInUse() - before < KeyFace::MaxPictureBytes * 3 / 2);
+    }
+
+    void sheets_without_end_take_a_bounded_amount_of_memory()
+    {
+        Page page(new KeyButton(u""_s));
+        auto* key = qobject_cast<KeyButton*>(page.button);
+        const auto show = [&](int width) {
+            key->setSheet(u"QPushButton {border-width: %1px;}"_s.arg(width));
+            key->sizeHint();
+        };
+        for (int width = 0; width < 100; ++width) {
+            show(width);
+        }
+        const qsizetype before = heapInUse();
+        for (int width = 100; width < 300; ++width) {
+            show(width);
+        }
+        QVERIFY(heapInUse() - before < 64 * 1024);
+    }
+
+private:
+    // Counts the events of one type that reach a widget.
+    class EventCounter : public QObject
+    {
+    public:
+        EventCounter(QWidget* watched, QEvent::Type type, int& count)
+            : m_type(type)
+            , m_count(count)
+        {
+            watched->installEventFilter(this);
+        }
+
+    protected:
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override
+        {
+            m_count += event->type() == m_type ? 1 : 0;
+            return false;
+        }
+
+    private:
+        QEvent::Type m_type;
+        int& m_count;
+    };
+
+    QFont m_font = QApplication::font();
+};
+
+QN740_TEST_MAIN(tst_KeyButton)
+#include "tst_KeyButton.moc"
