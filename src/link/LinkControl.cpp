@@ -58,10 +58,11 @@ void LinkControl::write(const QString& text)
         m_unsent.add();
         return;
     }
-    const bool isFirst = port->bytesToWrite() == 0;
+    // Answers to messages may wait for the event loop, and leave together. What the operator sends
+    // leaves before the event loop goes on to paint the key that was pressed.
+    const bool isUrgent = port->bytesToWrite() == 0 && !m_serial->isBusy();
     port->write(text.toLatin1());
-    // The port would wait for the event loop, which first paints the key that was pressed.
-    if (isFirst && hasRoom(port->handle())) {
+    if (isUrgent && hasRoom(port->handle())) {
         port->flush();
     }
 }

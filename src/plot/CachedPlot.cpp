@@ -31,6 +31,8 @@ void CachedPlot::dropFirstReplot()
         [this] {
             mReplotting = false;
             mReplotQueued = false;
+            setFrameStale(); // as a replot would
+            update();
         },
         Qt::QueuedConnection);
 }
