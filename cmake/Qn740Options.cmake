@@ -23,6 +23,10 @@ if(QN740_SANITIZE)
     add_compile_definitions(QN740_SANITIZED) # Each compiler has a macro of its own for this.
     add_link_options(-fsanitize=address,undefined)
 endif()
+if(QN740_COVERAGE)
+    # The sources themselves get the flag in src/, so that tests and simulator are built without it.
+    add_link_options(--coverage)
+endif()
 if(QN740_FUZZ)
     # Counts which branches run, and shows the fuzzer what is compared with what.
     add_compile_options(-fsanitize=fuzzer-no-link)

@@ -13,13 +13,14 @@
 
 namespace {
 
-constexpr qsizetype MaxCharacters = 20'000;
 constexpr int MinContentWidth = 600; // of a box with a button
 constexpr QSize MinOk(0, 48);        // its large letters make it wide
 
 QString cut(const QString& text)
 {
-    return text.size() > MaxCharacters ? text.left(MaxCharacters) + QChar(0x2026) : text;
+    return text.size() > linkLimits::MaxBoxCharacters
+        ? text.left(linkLimits::MaxBoxCharacters) + QChar(0x2026)
+        : text;
 }
 
 // Makes the box one of the windows of an editor; nullptr: of none. A modal editor blocks all other
@@ -50,7 +51,7 @@ MessageBoxes::~MessageBoxes()
 
 QMessageBox* MessageBoxes::open(const QString& text, bool okButton, const QRect& area)
 {
-    const Order order{cut(text), okButton, area};
+    const Order order{cut(text).toUtf8(), okButton, area};
     m_boxes.removeAll(nullptr);
     if (m_boxes.size() < MaxOpen) {
         return show(order);
@@ -78,7 +79,7 @@ QMessageBox* MessageBoxes::show(const Order& order)
     auto* box = new MessageBox;
     box->setObjectName(QStringLiteral("messageBox"));
     box->setNonBlocking(QStringLiteral("border-width: 2px;"));
-    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(order.text));
+    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(QString::fromUtf8(order.text)));
     box->setIcon(QMessageBox::Information);
     if (order.okButton) {
         box->addOk(MinOk)->setStyleSheet(QStringLiteral("font: 28px"));

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "link/Limits.h"
+
+#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -24,8 +27,10 @@ class MessageBoxes : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype MaxOpen = 16;      ///< how many boxes stand at a time
-    static constexpr qsizetype MaxWaiting = 1000; ///< how many wait; what comes then is lost
+    static constexpr qsizetype MaxOpen =
+        linkLimits::MaxOpenBoxes; ///< how many boxes stand at a time
+    static constexpr qsizetype MaxWaiting =
+        linkLimits::MaxWaitingBoxes; ///< how many wait; what comes then is lost
 
     /// Makes an owner of boxes; there is none yet.
     explicit MessageBoxes(QObject* parent = nullptr);
@@ -51,7 +56,7 @@ public:
 private:
     struct Order
     {
-        QString text;
+        QByteArray text; // UTF-8, half as large where thousands of characters wait
         bool okButton;
         QRect area;
     };

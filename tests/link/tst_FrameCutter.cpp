@@ -66,6 +66,9 @@ private slots:
         QTest::newRow("an STX inside a message is part of it")
             << QStringList{S + u"A"_s + S + u"B"_s + E} << QStringList{S + u"A"_s + S + u"B"_s + E}
             << QString();
+        QTest::newRow("a junk character, a frame and half of the next one")
+            << QStringList{u"x"_s + S + u"A"_s + E + S + u"B"_s, E}
+            << QStringList{S + u"A"_s + E, S + u"B"_s + E} << QString();
         QTest::newRow("an empty read changes nothing")
             << QStringList{u""_s} << QStringList{} << QString();
     }

@@ -97,6 +97,14 @@ private slots:
         QTRY_COMPARE(m_unit->received(), framed("PONG"));
     }
 
+    void the_line_goes_with_its_owner()
+    {
+        const QPointer<keySerial> serial(m_link->serial());
+        QVERIFY(serial != nullptr);
+        m_window.reset();
+        QVERIFY(serial == nullptr);
+    }
+
     void unsent_bytes_are_limited()
     {
         const QString message(100'000, u'x');

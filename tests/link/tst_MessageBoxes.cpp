@@ -225,6 +225,8 @@ private slots:
             QTRY_COMPARE(box->windowHandle()->transientParent(), inner->windowHandle());
             clickOn(other->buttons().first());
             QTRY_VERIFY(other == nullptr);
+            inner->hide();
+            QCOMPARE(box->windowHandle()->transientParent(), outer->windowHandle()); // at once
             inner.reset();
         }
         QTRY_COMPARE(box->windowHandle()->transientParent(), outer->windowHandle());
@@ -263,6 +265,17 @@ private slots:
         boxes->open(QStringLiteral("One"), true, Screen);
         boxes->open(QStringLiteral("Two"), false, Screen);
         QCOMPARE(openBoxes(), 2);
+        boxes.reset();
+        QCOMPARE(openBoxes(), 0);
+    }
+
+    void boxes_that_wait_are_not_shown_when_their_owner_goes()
+    {
+        auto boxes = std::make_unique<MessageBoxes>();
+        for (int i = 0; i < 40; ++i) {
+            boxes->open(textOf(i), true, Screen);
+        }
+        QCOMPARE(openBoxes(), 16);
         boxes.reset();
         QCOMPARE(openBoxes(), 0);
     }

@@ -232,12 +232,17 @@ private slots:
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));
         // The bytes are still in the port when the other end is closed.
         disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
-        m_pty->write(framed(QByteArray(98, 'x')).repeated(30));
+        QByteArray sent;
+        for (int i = 0; i < 30; ++i) {
+            sent += framed(QByteArray::number(i).rightJustified(98, 'x'));
+        }
+        m_pty->write(sent);
         QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyO1 was lost"_s));
         m_pty->close();
         QTRY_VERIFY(!m_serial->port()->isOpen());
         QTRY_COMPARE(m_messages.size(), 30);
+        QCOMPARE(m_messages.join(QString()), QString::fromLatin1(sent));
     }
 
     void a_line_that_is_lost_while_a_message_is_handled_is_read_to_its_end()

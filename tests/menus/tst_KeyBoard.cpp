@@ -467,6 +467,7 @@ private slots:
                 box->styleSheet(), u"QGroupBox {background-color: black; border-style: none;}"_s);
         }
         QCOMPARE(menu.chan1Grid->columnMinimumWidth(1), 150);
+        QCOMPARE(menu.chan1Grid->columnCount(), 2);
         QCOMPARE(menu.chan1Grid->rowMinimumHeight(4), 80);
         QCOMPARE(menu.chan1Grid->contentsMargins(), QMargins(2, 2, 2, 2));
         QCOMPARE(menu.chan2Grid->columnMinimumWidth(0), 330);

@@ -69,6 +69,7 @@ private slots:
             QCOMPARE(outer->itemAtPosition(1, col)->widget(), groups.options);
             QCOMPARE(above.at(col)->styleSheet(), sheet);
         }
+        QVERIFY(outer->itemAtPosition(2, 0) == nullptr && outer->itemAtPosition(0, 3) == nullptr);
         QCOMPARE(groups.options->styleSheet(), sheet);
         QCOMPARE(groups.channel1->layout(), groups.grids.channel1);
         QCOMPARE(groups.options->layout(), groups.grids.options);

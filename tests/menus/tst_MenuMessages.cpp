@@ -254,6 +254,16 @@ private slots:
         QCOMPARE(find(u"N"_s, u"k"_s)->itemIds, (QList<int>{0, 2}));
     }
 
+    void EI_with_too_few_fields_leaves_the_locked_choices()
+    {
+        ak(u"M,k,L,2,C,,0,0 A:1 B,0,0,1"_s);
+        m_menus->lockChoices({u"M"_s, u"k"_s, u"0"_s});
+        m_menus->lockChoices({u"M"_s, u"k"_s});
+        QCOMPARE(find(u"M"_s, u"k"_s)->itemIds, QList<int>{0});
+        m_menus->lockChoices({u"M"_s, u"k"_s, u""_s});
+        QCOMPARE(find(u"M"_s, u"k"_s)->itemIds, QList<int>{});
+    }
+
     void copying_a_missing_key_only_creates_the_target_menu_data()
     {
         QTest::addColumn<QStringList>("fields");
@@ -360,6 +370,13 @@ private slots:
         QTest::newRow("positions that are carried out") << u"EI"_s << u"M,k,0:1"_s << QStringList{};
         QTest::newRow("a state without a meaning")
             << u"CK"_s << u"M,k,3"_s << QStringList{u"CK: no state 3"_s};
+        QTest::newRow("choices of a menu that does not exist")
+            << u"EI"_s << u"N,k,0"_s << QStringList{u"EI: no menu N"_s};
+        QTest::newRow("choices of a key that does not exist")
+            << u"EI"_s << u"M,x,0"_s << QStringList{u"EI: no key x"_s};
+        QTest::newRow("a negative state")
+            << u"CK"_s << u"M,k,-1"_s << QStringList{u"CK: no state -1"_s};
+        QTest::newRow("the smallest state") << u"CK"_s << u"M,k,0"_s << QStringList{};
         QTest::newRow("a state that is carried out") << u"CK"_s << u"M,k,2"_s << QStringList{};
         QTest::newRow("a value that is out of range")
             << u"IK"_s << u"L,9,C,,0,,,1e99"_s << QStringList{u"IK: value out of range: 1e99"_s};

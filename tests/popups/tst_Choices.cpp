@@ -1,3 +1,4 @@
+#include "popups/ChoiceCells.h"
 #include "popups/Choices.h"
 #include "support/TestMain.h"
 
@@ -115,6 +116,21 @@ private slots:
         QCOMPARE(grid.cell(12), (Cell{4, 0})); // below the last row
         QCOMPARE(grid.cancelCell(), (Cell{3, 2}));
         QCOMPARE(grid.newFileCell(), (Cell{3, 1}));
+    }
+
+    void a_cell_has_room_for_a_key()
+    {
+        const ChoiceCells cells(Grid(2, 3), 4, 480, 1);
+        for (int column = 0; column < 3; ++column) {
+            QCOMPARE(cells.columnMinimumWidth(column), 150);
+            QCOMPARE(cells.columnStretch(column), 1);
+        }
+        QCOMPARE(cells.columnCount(), 3);
+        for (int row = 0; row < 2; ++row) {
+            QCOMPARE(cells.rowMinimumHeight(row), 80);
+            QCOMPARE(cells.rowStretch(row), 1);
+        }
+        QCOMPARE(cells.rowCount(), 2);
     }
 
     void rows_are_added_for_more_choices_than_cells()

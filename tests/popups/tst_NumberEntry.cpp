@@ -232,6 +232,8 @@ private slots:
         QTest::newRow("hexadecimal") << "BEEF" << 8 << "0 65535" << 0 << true << 48879.0;
         QTest::newRow("lower-case hexadecimal") << "ff" << 8 << "255 255" << 0 << true << 255.0;
         QTest::newRow("digits are hexadecimal") << "10" << 8 << "16 16" << 0 << true << 16.0;
+        QTest::newRow("hexadecimal times a thousand")
+            << "A" << 8 << "0 65535" << 3 << true << 10000.0;
         QTest::newRow("1E5 is no power of ten") << "1E5" << 8 << "485 485" << 0 << true << 485.0;
         QTest::newRow("64 bits") << QString(16, u'F') << 8 << "0 1e20" << 0 << true
                                  << 18446744073709551615.0;

@@ -44,6 +44,20 @@ private slots:
     }
     void cleanup() { m_slider.reset(); }
 
+    void only_a_finger_moves_the_handle()
+    {
+        const QPoint beside(Width - 60, 50);
+        QTest::mousePress(m_slider->windowHandle(), Qt::RightButton, {}, beside);
+        QCOMPARE(m_slider->value(), 0);
+        QTest::mouseRelease(m_slider->windowHandle(), Qt::RightButton, {}, beside);
+        move({Width / 2, 50});
+        move(beside);
+        QVERIFY(!m_slider->isSliderDown());
+        QCOMPARE(m_slider->value(), 0);
+        tap(beside);
+        QVERIFY(m_slider->value() > 0);
+    }
+
     void a_tap_beside_the_handle_brings_the_handle_there_data()
     {
         QTest::addColumn<int>("minimum");

@@ -1,6 +1,8 @@
 qn740_test(wire Commands)
+qn740_test(wire DropLog)
 qn740_test(wire LineServer)
 qn740_test(wire Message)
 qn740_test(wire SerialLine)
 qn740_test(wire SpanTable)
+qn740_test(wire TerminationSignals)
 qn740_test(wire Trace)

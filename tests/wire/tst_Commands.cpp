@@ -39,6 +39,72 @@ private slots:
         }
     }
 
+    // The fields as letters: n name, t text, i integer, r number, f flag, p placement, s state,
+    // l positions; a capital for one whose type must fit, "*" when the last one may come again.
+    void a_word_has_its_room_counts_and_fields_data()
+    {
+        QTest::addColumn<bool>("fromPanel");
+        QTest::addColumn<wire::Room>("room");
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("complete");
+        QTest::addColumn<QString>("fields");
+        const auto row = [](const char* word, wire::Room room, int minimum, int complete,
+                             const char* fields, bool fromPanel = false) {
+            QTest::addRow("%s%s", word, fromPanel ? " of the panel" : "")
+                << fromPanel << room << minimum << complete << QString::fromLatin1(fields);
+        };
+        using wire::Room;
+        row("AK", Room::Menus, 11, 11, "nntittitrfsp");
+        row("SK", Room::Menus, 1, 1, "n");
+        row("CK", Room::Menus, 2, 3, "nns");
+        row("CV", Room::Menus, 2, 4, "nnrf");
+        row("CM", Room::Menus, 1, 3, "Nnn");
+        row("MS", Room::Menus, 1, 3, "Nnn");
+        row("PAX", Room::Menus, 1, 1, "i");
+        row("EI", Room::Menus, 3, 3, "nnl");
+        row("IK", Room::Menus, 6, 6, "tIttIttR");
+        row("CLEAR", Room::Menus, 0, 0, "");
+        row("SB", Room::Link, 1, 2, "It");
+        row("DB", Room::Link, 1, 1, "tt");
+        row("PING", Room::Link, 0, 0, "");
+        row("Slave", Room::Link, 0, 0, "I");
+        row("VER", Room::Link, 0, 0, "");
+        row("SQ", Room::Scopes, 2, 2, "II");
+        row("SM", Room::Scopes, 2, 2, "II");
+        row("PM", Room::Scopes, 3, 3, "RII");
+        row("SH", Room::Spectrum, 2, 2, "II");
+        row("LC", Room::Spectrum, 1, 1, "II");
+        row("SP", Room::Spectrum, 2, 2, "II");
+        row("SF", Room::Spectrum, 2, 2, "IR");
+        row("HM", Room::Spectrum, 1, 1, "IR*");
+        row("ST", Room::Spectrum, 1, 1, "t");
+        row("PONG", Room::Link, 0, 0, "", true);
+        row("Slave", Room::Link, 1, 1, "I", true);
+        row("Main", Room::Menus, 0, 0, "", true);
+    }
+
+    void a_word_has_its_room_counts_and_fields()
+    {
+        QFETCH(bool, fromPanel);
+        QFETCH(wire::Room, room);
+        const QString word = QString::fromLatin1(QTest::currentDataTag()).section(u' ', 0, 0);
+        const wire::Command* command =
+            wire::findCommand(fromPanel ? wire::fromPanel() : wire::toPanel(), word);
+        QVERIFY(command != nullptr);
+        QCOMPARE(command->room, room);
+        QTEST(static_cast<int>(command->minFields), "minimum");
+        QTEST(static_cast<int>(command->completeFields), "complete");
+        QString fields;
+        for (const wire::Field& field : command->fields) {
+            const QChar letter = u"tnirfpsl"_s.at(static_cast<int>(field.type));
+            fields += field.isRequired ? letter.toUpper() : letter;
+        }
+        if (command->repeatsLast) {
+            fields += u'*';
+        }
+        QTEST(fields, "fields");
+    }
+
     void a_word_is_found_only_when_it_matches_exactly()
     {
         QCOMPARE(wire::findCommand(wire::toPanel(), u"PING"_s)->word, wire::word::Ping);

@@ -185,7 +185,7 @@ private slots:
         const auto server = makeServer();
         QLocalSocket chatty;
         connectReader(chatty, *server);
-        chatty.write(QByteArray(200000, 'x'));
+        chatty.write(QByteArray(2'000'000, 'x')); // more than the system keeps for a reader
         QTRY_COMPARE(chatty.bytesToWrite(), 0);
         server->send("abc\n");
         QTRY_VERIFY(chatty.canReadLine());

@@ -144,6 +144,59 @@ private slots:
         QCOMPARE(opened.count(), 0);
     }
 
+    void a_loss_is_logged_with_its_reason_data()
+    {
+        QTest::addColumn<bool>("isRemoved");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("hung up") << false << u"the other end has hung up"_s;
+        QTest::newRow("device removed") << true << u"the device is gone"_s;
+    }
+
+    void a_loss_is_logged_with_its_reason()
+    {
+        QFETCH(bool, isRemoved);
+        QFETCH(QString, reason);
+        Pty& pty = m_devices->add(u"ttyX"_s);
+        SerialLine line(&logLink);
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(u"ttyX was lost: "_s + reason));
+        if (isRemoved) {
+            m_devices->remove(u"ttyX"_s);
+        } else {
+            pty.close();
+        }
+        QTRY_VERIFY(!line.isOpen());
+    }
+
+    void an_error_that_does_not_concern_the_device_is_no_loss()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        m_devices->add(u"ttyX"_s);
+        SerialLine line(&logLink);
+        QSignalSpy lost(&line, &SerialLine::lost);
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        QVERIFY(!line.port().waitForReadyRead(1));
+        QCOMPARE(line.port().error(), QSerialPort::TimeoutError);
+        QVERIFY(line.isOpen());
+        QCOMPARE(lost.count(), 0);
+    }
+
+    void a_line_that_another_one_holds_is_taken()
+    {
+        m_devices->add(u"ttyX"_s);
+        SerialLine first(&logLink);
+        QVERIFY(first.open(u"ttyX"_s, 115200));
+        QVERIFY(!first.isTaken());
+        SerialLine second(&logLink);
+        QVERIFY(!second.open(u"ttyX"_s, 115200));
+        QVERIFY(second.isTaken());
+        QVERIFY(!second.open(u"ttyAbsent"_s, 115200));
+        QVERIFY(!second.isTaken());
+        first.close();
+        QVERIFY(second.open(u"ttyX"_s, 115200));
+        QVERIFY(!second.isTaken());
+    }
+
 private:
     std::unique_ptr<DeviceDirectory> m_devices;
 };
