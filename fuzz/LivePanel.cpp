@@ -19,6 +19,7 @@
 namespace {
 
 constexpr qsizetype MaxBytesPerRead = 1024;
+constexpr int ViewCount = 3;
 constexpr int MaxDelayMs = 5;
 constexpr int MaxTries = 1000;
 constexpr int MaxTurns = 20; // of the event loop, for the panel to read
@@ -95,7 +96,7 @@ void LivePanel::take(const QByteArray& input)
     note(input);
     ++m_inputs;
     m_line = 0;
-    m_cleared = 0;
+    m_cleared = false;
     run(input);
 }
 
@@ -170,21 +171,26 @@ bool LivePanel::finish()
     return clear();
 }
 
-// The EOT ends a message that has begun.
+// The EOT ends a message that has begun. A panel that does not answer the "PING" hangs.
 bool LivePanel::clear()
 {
-    if (m_cleared++ == 0) {
+    if (!m_cleared) {
+        m_cleared = true;
+        dropSent();
         m_line = 0;
         m_pending = "\x04\x02"
                     "DB,KILLBOX\x04\x02"
                     "PAX,0\x04\x02"
-                    "CLEAR\x04";
+                    "CLEAR\x04\x02"
+                    "PING\x04";
         write();
         return false;
     }
-    if (m_window->displayActive() && m_cleared < 5) {
-        m_window->menus_scopes_toggle();
+    if (!m_lines[0]->received().endsWith("\x02PONG\x04")) {
         return false;
+    }
+    for (int i = 0; i < ViewCount && m_window->displayActive(); ++i) {
+        m_window->menus_scopes_toggle();
     }
     dropSent();
     return true;

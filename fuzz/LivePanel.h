@@ -17,7 +17,8 @@
 ///     0x10 L n     the bytes that follow go to the line n % 8 of lineNames()
 ///     0x10 0x10    the byte 0x10 itself
 ///
-/// After an input everything is cleared, and after InputsPerPanel of them the panel is made anew.
+/// After an input everything is cleared and the panel has to answer a "PING"; after InputsPerPanel
+/// of them the panel is made anew.
 class LivePanel final : public Script
 {
     Q_OBJECT
@@ -55,5 +56,5 @@ private:
     int m_line = 0;
     int m_waits = 0;
     int m_inputs = 0;
-    int m_cleared = 0; // how far clear() has come
+    bool m_cleared = false; // whether clear() has sent its messages
 };

@@ -58,11 +58,10 @@ def run(place: Place, rows: list[Row], counted: bool) -> Figures:
             figures.faults.append(f"{', '.join(wanted_groups)}: {program} was not built")
             continue
         for group in wanted_groups:
-            note(group)
-            measure(place, program, [group], figures)
+            _try(group, functools.partial(measure, place, program, [group], figures), figures)
         if counted and wanted_groups:
-            note(f"instructions: {', '.join(wanted_groups)}")
-            count(place, program, wanted_groups, figures)
+            _try(f"instructions: {', '.join(wanted_groups)}",
+                 functools.partial(count, place, program, wanted_groups, figures), figures)
     names = {row.name for row in rows}
     for group, step in (("memory", memory), ("start", live.start), ("full", live.full)):
         if group in groups:

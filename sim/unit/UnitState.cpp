@@ -39,7 +39,7 @@ std::optional<SignalSettings::Modulation> modulationIn(const QString& text)
     struct Name
     {
         QLatin1String text;
-        Modulation modulation;
+        Modulation modulation{};
     };
     // a name that contains another one comes first
     static const Name Names[] = {{QLatin1String("16QAM"), Modulation::Qam16},

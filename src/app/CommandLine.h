@@ -8,7 +8,8 @@ enum class ExitStatus {
     Ended = 0,       ///< it was told to end by a signal, or has printed its help or version
     WrongOption = 2, ///< an option is unknown
     LineIsTaken = 3, ///< another panel has the main unit's line open
-    NoScreen = 4     ///< there is no screen, or no way to draw on it
+    NoScreen = 4,    ///< there is no screen, or no way to draw on it
+    OutOfMemory = 5  ///< there was no memory left
 };
 
 /// What the panel was started with, read before there is a screen, so that help, version and a

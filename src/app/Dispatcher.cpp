@@ -1,6 +1,7 @@
 #include "app/Dispatcher.h"
 
 #include "wire/Commands.h"
+#include "wire/Limits.h"
 #include "wire/Log.h"
 #include "wire/Message.h"
 
@@ -43,12 +44,17 @@ void logFault(const QString& word, const QStringList& fields)
 
 Dispatcher::Dispatcher(QList<Entry> table)
     : m_table(std::move(table))
+    , m_tooManyFields(
+          &logLink, QStringLiteral("a message has %1 fields or more").arg(wire::MaxFields))
 {
 }
 
 bool Dispatcher::dispatch(const QString& message) const
 {
     QStringList fields = wire::fields(message);
+    if (fields.size() >= wire::MaxFields) {
+        m_tooManyFields.add();
+    }
     const QString word = fields.takeFirst();
     logFault(word, fields);
     for (const Entry& entry : m_table) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wire/DropLog.h"
+
 #include <QLatin1String>
 #include <QList>
 #include <QString>
@@ -33,4 +35,5 @@ public:
 
 private:
     QList<Entry> m_table;
+    mutable DropLog m_tooManyFields;
 };

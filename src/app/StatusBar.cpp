@@ -1,6 +1,7 @@
 #include "app/StatusBar.h"
 
 #include "app/Identity.h"
+#include "app/Limits.h"
 #include "app/NoticeLabel.h"
 #include "touch/MessageBox.h"
 
@@ -107,7 +108,7 @@ void StatusBar::takeText(const QStringList& fields)
     bool ok = false;
     const int milliseconds = fields.value(0).toInt(&ok);
     if (ok) {
-        showMessage(fields.value(1), milliseconds);
+        showMessage(fields.value(1).left(appLimits::MaxStatusCharacters), milliseconds);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "app/Identity.h"
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
+#include "app/OutOfMemory.h"
 #include "app/Rooms.h"
 #include "app/SetGov.h"
 #include "link/LinkControl.h"
@@ -63,6 +64,7 @@ int run(QApplication& application, SetGov& governor)
 
 int main(int argc, char** argv)
 {
+    outOfMemory::endTheProcess();
     // Logging to a reader that is gone must not end the panel.
     std::signal(SIGPIPE, SIG_IGN);
     const CommandLine commandLine = readCommandLine(argc, argv);

@@ -1,8 +1,17 @@
 #include "link/FrameCutter.h"
 
+#include "link/Limits.h"
+#include "wire/Log.h"
 #include "wire/Message.h"
 
 #include <cstring>
+
+FrameCutter::FrameCutter()
+    : m_tooLong(&logLink,
+          QStringLiteral("%1 characters without the end of a message were dropped")
+              .arg(linkLimits::MaxMessage))
+{
+}
 
 void FrameCutter::append(QByteArrayView bytes)
 {
@@ -37,6 +46,10 @@ std::optional<QString> FrameCutter::next()
     const qsizetype eot = find(wire::Eot, qMax(m_begin, m_searched));
     if (eot < 0) {
         m_searched = m_buffer.size();
+        if (size() > linkLimits::MaxMessage) {
+            m_tooLong.add();
+            clear();
+        }
         return std::nullopt;
     }
     QString message = QString::fromLatin1(m_buffer.constData() + m_begin, eot - m_begin + 1);

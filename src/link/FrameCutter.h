@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wire/DropLog.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
@@ -10,7 +12,8 @@
 ///
 /// Characters go in by append(); after each append the owner calls next() until it answers nothing.
 /// A message reaches from the first character that is left to the first EOT. The work per character
-/// does not grow with the length of an unfinished message.
+/// does not grow with the length of an unfinished message. One that is longer than
+/// linkLimits::MaxMessage is dropped, up to the next STX.
 ///
 /// Quirk: what stands before an STX goes away one character per call, however far the STX lies, and
 /// all of it when there is no STX at all; the EOT of a message stays in front of what follows it,
@@ -18,6 +21,9 @@
 class FrameCutter
 {
 public:
+    /// Makes a cutter that has no characters.
+    FrameCutter();
+
     /// Adds characters, one byte each, behind those that are left.
     void append(QByteArrayView bytes);
     /// The same.
@@ -43,4 +49,5 @@ private:
     QByteArray m_buffer;      // as they come: half as large as a string, and searched faster
     qsizetype m_begin = 0;    // of what is left in m_buffer
     qsizetype m_searched = 0; // no EOT from m_begin up to here
+    DropLog m_tooLong;
 };

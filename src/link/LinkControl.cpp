@@ -28,6 +28,9 @@ LinkControl::LinkControl(QWidget* window)
     , m_window(window)
     , m_serial(new keySerial)
     , m_watch(new LinkWatch(*m_serial, this))
+    , m_unsent(&logLink,
+          QStringLiteral("the main unit does not read: %1 bytes wait, a message is lost")
+              .arg(MaxUnsentBytes))
 {
     m_serial->setParent(this);
     connect(m_watch, &LinkWatch::changed, this, &LinkControl::healthChanged);
@@ -48,7 +51,11 @@ void LinkControl::write(const QString& text)
 {
     qCDebug(logLink).noquote() << wire::TraceLine::now(false, text).text();
     QSerialPort* port = m_serial->port();
-    if (port == nullptr || !port->isOpen() || port->bytesToWrite() >= MaxUnsentBytes) {
+    if (port == nullptr || !port->isOpen()) {
+        return;
+    }
+    if (port->bytesToWrite() >= MaxUnsentBytes) {
+        m_unsent.add();
         return;
     }
     const bool isFirst = port->bytesToWrite() == 0;

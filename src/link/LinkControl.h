@@ -1,6 +1,8 @@
 #pragma once
 
+#include "link/Limits.h"
 #include "link/LinkHealth.h"
+#include "wire/DropLog.h"
 
 #include <QObject>
 #include <QPointer>
@@ -27,9 +29,8 @@ class LinkControl : public QObject
     Q_OBJECT
 
 public:
-    /// The number of bytes that may wait in the port. A main unit that asks and never reads must
-    /// not fill the memory of the panel: what is sent while more are waiting is lost.
-    static constexpr qint64 MaxUnsentBytes = 1 << 20;
+    /// The number of bytes that may wait in the port; what is sent while more are waiting is lost.
+    static constexpr qint64 MaxUnsentBytes = linkLimits::MaxUnsentBytes;
 
     /// \param window the parent, in whose middle the dialog stands
     explicit LinkControl(QWidget* window);
@@ -96,4 +97,5 @@ private:
     LinkWatch* m_watch;
     QPointer<LinkModeDialog> m_dialog; // while it is open
     int m_mode = 0;
+    DropLog m_unsent;
 };

@@ -1,7 +1,5 @@
 #include "link/LinkMode.h"
 
-#include <QSettings>
-
 #include <array>
 
 namespace {
@@ -20,8 +18,6 @@ constexpr QLatin1String AllDemodulators("D1 D2 D3:");
 
 constexpr std::array<QLatin1String, 2> Receivers{QLatin1String("R1:"), QLatin1String("R2:")};
 constexpr QLatin1String AllReceivers("R1 R2:");
-
-constexpr QLatin1String SettingsKey("Slave");
 
 bool isLocal(const QString& message)
 {
@@ -77,19 +73,6 @@ QString widened(const QString& message, int mode)
         widenFirst(text, Receivers, AllReceivers);
     }
     return text;
-}
-
-int stored()
-{
-    QSettings store(QStringLiteral("TORVA"), QStringLiteral("QN740KB"));
-    return store.value(SettingsKey, 0).toInt();
-}
-
-void store(int mode)
-{
-    QSettings store(QStringLiteral("TORVA"), QStringLiteral("QN740KB"));
-    store.setValue(SettingsKey, mode);
-    store.sync();
 }
 
 } // namespace linkMode

@@ -13,13 +13,14 @@
 
 namespace {
 
-constexpr qsizetype MaxCharacters = 20'000;
 constexpr int MinContentWidth = 600; // of a box with a button
 constexpr QSize MinOk(0, 48);        // its large letters make it wide
 
 QString cut(const QString& text)
 {
-    return text.size() > MaxCharacters ? text.left(MaxCharacters) + QChar(0x2026) : text;
+    return text.size() > linkLimits::MaxBoxCharacters
+        ? text.left(linkLimits::MaxBoxCharacters) + QChar(0x2026)
+        : text;
 }
 
 // Makes the box one of the windows of an editor; nullptr: of none. A modal editor blocks all other
@@ -50,7 +51,7 @@ MessageBoxes::~MessageBoxes()
 
 QMessageBox* MessageBoxes::open(const QString& text, bool okButton, const QRect& area)
 {
-    const Order order{cut(text), okButton, area};
+    const Order order{cut(text).toUtf8(), okButton, area};
     m_boxes.removeAll(nullptr);
     if (m_boxes.size() < MaxOpen) {
         return show(order);
@@ -78,7 +79,7 @@ QMessageBox* MessageBoxes::show(const Order& order)
     auto* box = new MessageBox;
     box->setObjectName(QStringLiteral("messageBox"));
     box->setNonBlocking(QStringLiteral("border-width: 2px;"));
-    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(order.text));
+    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(QString::fromUtf8(order.text)));
     box->setIcon(QMessageBox::Information);
     if (order.okButton) {
         box->addOk(MinOk)->setStyleSheet(QStringLiteral("font: 28px"));
@@ -133,6 +134,10 @@ void MessageBoxes::watchWindows()
 
 bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+        stepAside(static_cast<QWidget*>(watched)->window());
+        return false;
+    }
     const bool isChange = event->type() == QEvent::Show || event->type() == QEvent::Hide;
     if (!isChange || !watched->isWidgetType()) {
         return false;
@@ -146,6 +151,7 @@ bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
     }
     // A window gets these events before it comes up, and after it has gone.
     if (event->type() == QEvent::Hide) {
+        m_aside.clear();
         lift();
     } else if (!m_liftQueued) {
         m_liftQueued = true;
@@ -160,13 +166,29 @@ bool MessageBoxes::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-// Puts the boxes over all other windows.
+// Only "KILLBOX" closes a box without a button, and an editor that the unit has opened holds that
+// message up until the operator closes the editor. So such a box must not keep a finger from it.
+void MessageBoxes::stepAside(QWidget* window)
+{
+    auto* box = qobject_cast<QMessageBox*>(window);
+    QWidget* editor = QApplication::activeModalWidget();
+    if (box == nullptr || editor == nullptr || !m_boxes.contains(QPointer<QObject>(box)) ||
+        !box->buttons().isEmpty()) {
+        return;
+    }
+    m_aside += QPointer<QObject>(box);
+    makeWindowOf(*box, nullptr);
+    editor->window()->raise();
+    lift();
+}
+
+// Puts the boxes over all other windows, but for those that have stepped aside.
 void MessageBoxes::lift()
 {
     const QWidget* editor = QApplication::activeModalWidget();
     for (const QPointer<QObject>& object : std::as_const(m_boxes)) {
         auto* box = qobject_cast<QMessageBox*>(object.data());
-        if (box != nullptr && box->isVisible()) {
+        if (box != nullptr && box->isVisible() && !m_aside.contains(object)) {
             makeWindowOf(*box, editor);
             box->raise();
         }

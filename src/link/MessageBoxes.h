@@ -1,5 +1,8 @@
 #pragma once
 
+#include "link/Limits.h"
+
+#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -18,14 +21,16 @@ class QMessageBox;
 /// The boxes stand over everything else. A modal editor that opens would cover them and take their
 /// touches: as long as boxes stand, this class watches for windows that open or close, puts the
 /// boxes over them again and makes them belong to the editor on top, so that it does not block
-/// them.
+/// them. A box without "OK" that is touched goes behind the editor until that is closed.
 class MessageBoxes : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr qsizetype MaxOpen = 16;      ///< how many boxes stand at a time
-    static constexpr qsizetype MaxWaiting = 1000; ///< how many wait; what comes then is lost
+    static constexpr qsizetype MaxOpen =
+        linkLimits::MaxOpenBoxes; ///< how many boxes stand at a time
+    static constexpr qsizetype MaxWaiting =
+        linkLimits::MaxWaitingBoxes; ///< how many wait; what comes then is lost
 
     /// Makes an owner of boxes; there is none yet.
     explicit MessageBoxes(QObject* parent = nullptr);
@@ -51,7 +56,7 @@ public:
 private:
     struct Order
     {
-        QString text;
+        QByteArray text; // UTF-8, half as large where thousands of characters wait
         bool okButton;
         QRect area;
     };
@@ -60,11 +65,13 @@ private:
     void addToWaiting(const Order& order);
     void showWaiting();
     void watchWindows();
+    void stepAside(QWidget* window);
     void lift();
 
     // The boxes that stand, the newest last. A box sends events while it is destroyed, when it is
     // no box any more but still an object.
     QList<QPointer<QObject>> m_boxes;
+    QList<QPointer<QObject>> m_aside; // of these, those behind the editor
     QQueue<Order> m_waiting;
     bool m_overflowLogged = false;
     bool m_watching = false;

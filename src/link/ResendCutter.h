@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/Limits.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -13,7 +15,7 @@ class ResendCutter
 {
 public:
     /// The number of characters that a message without an end may keep in memory.
-    static constexpr qsizetype MaxUnfinished = 1024;
+    static constexpr qsizetype MaxUnfinished = linkLimits::MaxResent;
 
     /// Adds characters (codes 0 to 255) and cuts. \return the messages that they complete, with
     /// their frame characters.

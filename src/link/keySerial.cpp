@@ -1,5 +1,6 @@
 #include "link/keySerial.h"
 
+#include "link/Limits.h"
 #include "wire/Log.h"
 #include "wire/Trace.h"
 
@@ -9,8 +10,6 @@
 namespace {
 constexpr qint32 BaudRate = 115200;
 constexpr qsizetype MaxBytesPerRead = 1024;
-// This much may wait in the port while a modal editor keeps a handler busy
-constexpr qint64 MaxBytesWaiting = 1 << 20;
 } // namespace
 
 keySerial::keySerial() = default;
@@ -30,7 +29,8 @@ void keySerial::check_serial()
 bool keySerial::open_serial(const QString& name)
 {
     m_line = std::make_unique<SerialLine>(&logLink, nullptr, SerialLine::Absence::IsAFault);
-    const bool ok = m_line->open(name, BaudRate, SerialLine::Reopen::Never, MaxBytesWaiting);
+    const bool ok =
+        m_line->open(name, BaudRate, SerialLine::Reopen::Never, linkLimits::MaxBytesWaiting);
     connect(&m_line->port(), &QSerialPort::readyRead, this, &keySerial::serial_data_in);
     connect(m_line.get(), &SerialLine::losing, this, [this] {
         m_rest = m_line->port().readAll();

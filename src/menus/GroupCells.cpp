@@ -9,7 +9,7 @@ namespace {
 struct Column
 {
     QLatin1String sourceMenu;
-    int col;
+    int col = 0;
 };
 
 // In the order of the counters.

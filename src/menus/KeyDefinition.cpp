@@ -57,6 +57,12 @@ KeyDefinition KeyDefinition::of(const Key& key)
     return definition;
 }
 
+qsizetype KeyDefinition::characters() const
+{
+    return menu.size() + keyId.size() + label.size() + command.size() + units.size() +
+        options.size();
+}
+
 void KeyDefinition::update(Key& key) const
 {
     key.type = type;

@@ -39,6 +39,9 @@ struct KeyDefinition
     /// identifier and the locked choices. The value is only set while the key's own is 0. The
     /// display state is stored, not shown.
     void update(Key& key) const;
+
+    /// \return how many characters its texts have together.
+    qsizetype characters() const;
 };
 
 /// Reads a number as the main unit writes it.

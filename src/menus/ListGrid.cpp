@@ -9,7 +9,7 @@ constexpr int Rows = 4;
 // The grid of lists with no more choices than this.
 struct GridRow
 {
-    qsizetype upTo;
+    qsizetype upTo = 0;
     ListGrid grid;
 };
 constexpr std::array GridRows{

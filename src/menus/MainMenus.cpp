@@ -43,13 +43,17 @@ void MainMenus::copyToMainMenu(const QStringList& fields)
         return;
     }
     KeyBoard* menu = m_book.find(name);
-    if (menu == nullptr) {
+    if (menu == nullptr && mayMake(name)) {
         menu = newMainMenu(name);
+    }
+    if (menu == nullptr) {
+        return;
     }
     if (name == MainName) {
         emit mainMenuNamed(menu);
     }
-    if (Key* key = source(wire::word::CM, fields)) {
+    Key* key = source(wire::word::CM, fields);
+    if (key != nullptr && m_book.limits.takesKey()) {
         std::optional<KeyBoard::Cell> cell;
         if (menu->kind() != KeyBoard::Kind::Plain) {
             cell = groupCells::nextOfColumn(*menu, fields.value(1));
@@ -65,16 +69,25 @@ void MainMenus::copyToPaxMenu(const QStringList& fields)
         return;
     }
     KeyBoard* menu = m_book.find(name);
-    if (menu == nullptr) {
+    if (menu == nullptr && mayMake(name)) {
         menu = newPaxMenu(name);
     }
-    if (Key* key = source(wire::word::MS, fields)) {
+    if (menu == nullptr) {
+        return;
+    }
+    Key* key = source(wire::word::MS, fields);
+    if (key != nullptr && m_book.limits.takesKey()) {
         std::optional<KeyBoard::Cell> cell;
         if (menu->kind() != KeyBoard::Kind::Plain) {
             cell = groupCells::nextFixed(*menu);
         }
         menu->addCopy(*key, cell);
     }
+}
+
+bool MainMenus::mayMake(const QString& name) const
+{
+    return m_book.limits.takesMenu() && m_book.limits.takesText(name.size());
 }
 
 // Returns the key to copy; nullptr, which is logged, when there is none. A message with the main

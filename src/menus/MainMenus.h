@@ -54,6 +54,7 @@ private:
     KeyBoard* newMainMenu(const QString& name);
     KeyBoard* newPaxMenu(const QString& name);
     void addSpanKey(KeyBoard& menu);
+    bool mayMake(const QString& name) const;
     Key* source(QLatin1String word, const QStringList& fields) const;
 
     MenuBook& m_book;

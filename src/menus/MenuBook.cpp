@@ -64,6 +64,7 @@ void MenuBook::clear()
         menu->deleteLater();
     }
     pages.clear();
+    limits.clear();
     for (const QPointer<QWidget>& page : std::as_const(m_otherPages)) {
         if (page != nullptr) {
             page->deleteLater();

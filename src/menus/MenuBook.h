@@ -1,5 +1,6 @@
 #pragma once
 
+#include "menus/MenuLimits.h"
 #include "menus/NameIndex.h"
 
 #include <QList>
@@ -52,7 +53,8 @@ public:
     /// Their pages leave the stack when they are deleted.
     void clear();
 
-    QList<KeyBoard*> pages; ///< The menus, in the order of creation.
+    QList<KeyBoard*> pages;   ///< The menus, in the order of creation.
+    MenuLimits limits{*this}; ///< What messages may still define.
 
 signals:
     /// Emitted when a key of any menu sends a message, frame characters included.

@@ -8,6 +8,8 @@
 #include "wire/Commands.h"
 #include "wire/Log.h"
 
+#include <numeric>
+
 namespace {
 
 // Carries out a change on a key and on every key linked with it.
@@ -26,6 +28,12 @@ void onKeyAndLinked(Key* key, Change change)
     }
 }
 
+qsizetype charactersOf(const QStringList& fields)
+{
+    return std::accumulate(fields.cbegin(), fields.cend(), qsizetype{0},
+        [](qsizetype sum, const QString& field) { return sum + field.size(); });
+}
+
 } // namespace
 
 MenuMessages::MenuMessages(QStackedLayout* stack, QObject* parent)
@@ -40,11 +48,19 @@ void MenuMessages::defineKey(const QStringList& fields)
     if (!definition) {
         return;
     }
-    KeyBoard* menu = book.findOrCreate(definition->menu);
-    if (Key* key = menu->findKey(definition->keyId)) {
-        onKeyAndLinked(key, [&](Key& each) { definition->update(each); });
+    KeyBoard* menu = book.find(definition->menu);
+    if (Key* key = MenuBook::findKey(menu, definition->keyId)) {
+        const qsizetype before = KeyDefinition::of(*key).characters() + definition->menu.size();
+        if (book.limits.takesText(definition->characters(), before)) {
+            onKeyAndLinked(key, [&](Key& each) { definition->update(each); });
+        }
         return;
     }
+    if ((menu == nullptr && !book.limits.takesMenu()) || !book.limits.takesKey() ||
+        !book.limits.takesText(definition->characters())) {
+        return;
+    }
+    menu = book.findOrCreate(definition->menu);
     std::optional<KeyBoard::Cell> cell;
     if (definition->fixed && menu->kind() == KeyBoard::Kind::Pax) {
         cell = groupCells::nextFixed(*menu);
@@ -54,8 +70,14 @@ void MenuMessages::defineKey(const QStringList& fields)
 
 void MenuMessages::copyKey(const QStringList& fields)
 {
-    KeyBoard* target = book.findOrCreate(fields.value(0));
-    if (Key* source = book.findKey(fields.value(1), fields.value(2))) {
+    const QString name = fields.value(0);
+    if (book.find(name) == nullptr &&
+        !(book.limits.takesMenu() && book.limits.takesText(name.size()))) {
+        return;
+    }
+    KeyBoard* target = book.findOrCreate(name);
+    Key* source = book.findKey(fields.value(1), fields.value(2));
+    if (source != nullptr && book.limits.takesKey()) {
         target->addCopy(*source);
     }
 }
@@ -115,10 +137,17 @@ void MenuMessages::lockChoices(const QStringList& fields)
         return;
     }
     QList<int> positions;
+    if (!book.limits.takesDefinition(fields.value(2).size())) {
+        return;
+    }
     const auto items = fields.value(2).split(QLatin1Char(':'), Qt::SkipEmptyParts);
     for (const QString& item : items) {
         bool ok = false;
         const int position = item.toInt(&ok);
+        if (positions.size() >= menuLimits::MaxLocked) {
+            wire::logIgnored(logMenus(), wire::word::EI, QStringLiteral("too many positions"));
+            break;
+        }
         if (ok && position >= 0) {
             positions += position;
         } else {
@@ -130,6 +159,9 @@ void MenuMessages::lockChoices(const QStringList& fields)
 
 void MenuMessages::pressImmediately(const QStringList& fields)
 {
+    if (!book.limits.takesDefinition(charactersOf(fields))) {
+        return;
+    }
     if (auto made = ImmediateKey::fromFields(fields)) {
         ImmediateKey* key = made.release();
         key->setParent(this);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "popups/Limits.h"
+
 #include <QList>
 #include <QString>
 
@@ -41,9 +43,8 @@ struct Present
 
 /// Largest number of rows and of columns: buttons of more would be too small to see.
 constexpr int MaxLines = 16;
-/// Largest number of choices; those behind are left out, which is logged at debug level. Each
-/// choice is a button of about 30 kB.
-constexpr int MaxChoices = 400;
+/// Largest number of choices; those behind are left out, which is logged at debug level.
+constexpr int MaxChoices = popUpLimits::MaxChoices;
 
 /// Splits a list text into its choices. An empty item makes none; an item without a blank is value
 /// and text in one.

@@ -1,6 +1,8 @@
 #include "popups/NumberRanges.h"
 
 #include "popups/EntryType.h"
+#include "popups/Limits.h"
+#include "wire/Log.h"
 
 #include <QStringList>
 
@@ -62,6 +64,10 @@ NumberRanges::NumberRanges(const QString& text, int type)
     : m_type(type)
 {
     for (const QString& item : text.split(QLatin1Char(':'))) {
+        if (m_ranges.size() >= popUpLimits::MaxRanges) {
+            qCDebug(logPopups) << "the ranges after" << popUpLimits::MaxRanges << "are left out";
+            break;
+        }
         const QStringList bounds = item.split(QLatin1Char(' '));
         if (bounds.size() >= 2) {
             m_ranges.append({bound(bounds.at(0)), bound(bounds.at(1))});

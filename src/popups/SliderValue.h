@@ -1,5 +1,7 @@
 #pragma once
 
+#include "popups/Limits.h"
+
 #include <QList>
 #include <QString>
 
@@ -25,7 +27,7 @@ public:
     ///@}
     /// More steps than this do not fit on the screen; those behind are left out, which is logged at
     /// debug level.
-    static constexpr int MaxSteps = 20;
+    static constexpr int MaxSteps = popUpLimits::MaxSteps;
 
     /// A value without a range: 0.
     SliderValue() = default;

@@ -1,7 +1,6 @@
 #include "scopes/Scope.h"
 
 #include "plot/NoData.h"
-#include "scopes/Interpolator.h"
 #include "scopes/PlotView.h"
 #include "touch/LineColors.h"
 #include "wire/Log.h"
@@ -10,7 +9,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -54,6 +52,7 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     connect(&m_measureTimer, &QTimer::timeout, this, &Scope::measure);
     setReadPace();
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Scope::serialDataReceived);
+    connect(&m_line, &SerialLine::lost, this, &Scope::forgetUnfinished);
     m_line.open(portName, BaudRate, SerialLine::Reopen::EveryTwoSeconds, ReadBufferBytes);
 }
 
@@ -396,16 +395,6 @@ void Scope::plotSdiData(QByteArray& record)
     dataCame();
     m_contents.addRecord(record);
     dataChanged();
-}
-
-QVector<double> Scope::interpolator(QVector<double> samples, int factor)
-{
-    return interpolateStepwise(std::move(samples), factor);
-}
-
-double Scope::fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state)
-{
-    return firStep(input, ntaps, taps, delay, state);
 }
 
 void Scope::setReadPace()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plot/DataWatch.h"
+#include "scopes/Interpolator.h"
 #include "scopes/IqBlockDecoder.h"
 #include "scopes/PortPace.h"
 #include "scopes/ScopeContents.h"
@@ -12,6 +13,8 @@
 #include <QTimer>
 #include <QVector>
 #include <QWidget>
+
+#include <utility>
 
 class PlotView;
 
@@ -172,9 +175,15 @@ public:
 
     /// \return \a samples with \a factor - 1 points between every two of them, \a factor times as
     /// many; see interpolateStepwise().
-    QVector<double> interpolator(QVector<double> samples, int factor);
+    QVector<double> interpolator(QVector<double> samples, int factor)
+    {
+        return interpolateStepwise(std::move(samples), factor);
+    }
     /// One step of a FIR filter over a circular delay line of \a ntaps values; see firStep().
-    double fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state);
+    double fir_double_z(double input, int ntaps, double const* taps, double* delay, int& state)
+    {
+        return firStep(input, ntaps, taps, delay, state);
+    }
 
     /// Keeps the upper plot square while it shows a constellation, unless that is disabled.
     void fixIsize();
@@ -213,6 +222,12 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    // What a lost port has left is not the beginning of what the next one sends.
+    void forgetUnfinished()
+    {
+        m_decoder = IqBlockDecoder();
+        m_sdiDecoder = SdiDecoder();
+    }
     void setUpPlots();
     void setReadPace();
     void touched();

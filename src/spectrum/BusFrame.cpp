@@ -1,5 +1,7 @@
 #include "spectrum/BusFrame.h"
 
+#include "spectrum/Limits.h"
+
 #include <numeric>
 
 namespace bus {
@@ -10,9 +12,6 @@ constexpr qsizetype HeaderSize = sizeof SpectrumHeader - 1;
 constexpr qsizetype AddressAt = 1;
 constexpr qsizetype CommandAt = 5;
 constexpr qsizetype FieldSize = 4;
-
-// The longest spectrum has 65,547 bytes.
-constexpr qsizetype MaxBytes = qsizetype{256} * 1024;
 
 QString text(const QByteArray& bytes, qsizetype from, qsizetype size)
 {
@@ -104,7 +103,8 @@ ReplyBuffer::Found ReplyBuffer::take(CmdMsg& reply, Layout layout)
     }
     const Found found = takeText(reply);
     m_searched = m_bytes.size();
-    return found == Found::NeedMore && m_searched > MaxBytes ? dropGarbage() : found;
+    return found == Found::NeedMore && m_searched > spectrumLimits::MaxReplyBytes ? dropGarbage()
+                                                                                  : found;
 }
 
 ReplyBuffer::Found ReplyBuffer::takeSpectrum(CmdMsg& reply, Layout layout)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "plot/Scale.h"
+#include "spectrum/Limits.h"
 
 #include <QList>
 #include <QRect>
@@ -18,7 +19,8 @@ class QPainter;
 class LevelMarkers
 {
 public:
-    static constexpr qsizetype MaxCount = 64; ///< The most markers of a chart.
+    static constexpr qsizetype MaxCount =
+        spectrumLimits::MaxMarkers; ///< The most markers of a chart.
 
     /// Creates no markers yet. \a plot has to live longer than the markers are used.
     explicit LevelMarkers(QCustomPlot& plot);

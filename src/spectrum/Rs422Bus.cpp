@@ -1,5 +1,6 @@
 #include "spectrum/Rs422Bus.h"
 
+#include "spectrum/Limits.h"
 #include "wire/Log.h"
 #include "wire/Message.h"
 
@@ -11,8 +12,6 @@
 namespace {
 
 constexpr int DrainMs = 50;
-// A line that takes nothing for minutes must not fill the memory with requests.
-constexpr qint64 MaxUnsentBytes = 4096;
 
 QString printable(const QByteArray& bytes)
 {
@@ -35,6 +34,10 @@ Rs422Bus::Rs422Bus(const QString& portName, char startOfFrame, char endOfFrame, 
     , m_startOfFrame(startOfFrame)
     , m_endOfFrame(endOfFrame)
     , m_oldProtocol(oldProtocol)
+    , m_queueFull(&logSpectrum,
+          QStringLiteral("%1: %2 requests wait, further ones are lost")
+              .arg(portName)
+              .arg(spectrumLimits::MaxQueued))
 {
     qRegisterMetaType<CmdMsg>();
     connect(&m_line, &SerialLine::opened, this, &Rs422Bus::opened);
@@ -72,6 +75,10 @@ void Rs422Bus::setMessageQueFlag(const QString& flag)
 
 void Rs422Bus::enqueue(const bus::QueueEntry& entry)
 {
+    if (m_txQueue.size() >= spectrumLimits::MaxQueued) {
+        m_queueFull.add();
+        return;
+    }
     m_txQueue.append(entry);
     if (!m_awaitingReply) {
         run();
@@ -81,6 +88,10 @@ void Rs422Bus::enqueue(const bus::QueueEntry& entry)
 void Rs422Bus::addToStatusQueue(QStringList& list)
 {
     for (const QString& text : std::as_const(list)) {
+        if (m_statusQueue.size() >= spectrumLimits::MaxQueued) {
+            m_queueFull.add();
+            return;
+        }
         m_statusQueue.append(bus::QueueEntry::requestFromText(text));
     }
 }
@@ -144,7 +155,7 @@ void Rs422Bus::write()
     if (!port.isOpen()) {
         return; // The reply timer ends the transaction, as for any request without a reply.
     }
-    if (port.bytesToWrite() > MaxUnsentBytes) {
+    if (port.bytesToWrite() > spectrumLimits::MaxUnsentBytes) {
         port.clear(QSerialPort::Output);
     }
     port.write(m_txFrame);

@@ -3,6 +3,7 @@
 #include "spectrum/BusFrame.h"
 #include "spectrum/CmdMsg.h"
 #include "spectrum/QueueEntry.h"
+#include "wire/DropLog.h"
 #include "wire/SerialLine.h"
 
 #include <QByteArray>
@@ -132,4 +133,5 @@ private:
     int m_statusIndex = 0;
     bool m_k7150Type = false;
     QByteArray m_txFrame; // the last frame written
+    DropLog m_queueFull;
 };

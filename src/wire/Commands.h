@@ -64,20 +64,20 @@ enum class FieldType {
 /// One field behind a command word.
 struct Field
 {
-    QLatin1String name;      ///< for reports: "key type"
-    FieldType type;          ///< what a sender has to put there
+    QLatin1String name;               ///< for reports: "key type"
+    FieldType type = FieldType::Text; ///< what a sender has to put there
     bool isRequired = false; ///< whether the panel ignores a message whose field is of another type
 };
 
 /// A command word with the fields that follow it.
 struct Command
 {
-    QLatin1String word;       ///< the first field of its messages
-    Room room;                ///< who carries it out, or who sends it
-    qsizetype minFields;      ///< the panel ignores a message with fewer
-    qsizetype completeFields; ///< what a well-formed message has at least
-    QList<Field> fields;      ///< the known fields, the optional ones included
-    bool repeatsLast = false; ///< whether further fields are of the last one's type
+    QLatin1String word;           ///< the first field of its messages
+    Room room = Room::Link;       ///< who carries it out, or who sends it
+    qsizetype minFields = 0;      ///< the panel ignores a message with fewer
+    qsizetype completeFields = 0; ///< what a well-formed message has at least
+    QList<Field> fields;          ///< the known fields, the optional ones included
+    bool repeatsLast = false;     ///< whether further fields are of the last one's type
 
     /// \return the description of the field at position \a at; nullptr when the panel does not read
     /// a field there.

@@ -1,5 +1,27 @@
 #include "wire/Message.h"
 
+#include "wire/Limits.h"
+
+namespace {
+
+// Returns where the fields that count end.
+qsizetype endOfFields(const QString& body)
+{
+    if (body.size() < wire::MaxFields) {
+        return body.size();
+    }
+    qsizetype end = -1;
+    for (qsizetype field = 0; field < wire::MaxFields; ++field) {
+        end = body.indexOf(QLatin1Char(','), end + 1);
+        if (end < 0) {
+            return body.size();
+        }
+    }
+    return end;
+}
+
+} // namespace
+
 namespace wire {
 
 QString frame(const QString& body)
@@ -10,7 +32,8 @@ QString frame(const QString& body)
 QStringList fields(const QString& message)
 {
     const auto length = qMax(qsizetype{0}, message.size() - 2);
-    return message.mid(1, length).split(QLatin1Char(','), Qt::KeepEmptyParts, Qt::CaseSensitive);
+    const QString body = message.mid(1, length);
+    return body.left(endOfFields(body)).split(QLatin1Char(','));
 }
 
 bool readInt(const QStringList& fields, qsizetype at, int& number)

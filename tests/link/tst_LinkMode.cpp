@@ -98,6 +98,43 @@ private slots:
         QCOMPARE(QSettings(u"TORVA"_s, u"QN740KB"_s).value("Slave").toInt(), 2);
         QVERIFY(QFile::exists(file.fileName()));
     }
+
+    void every_change_is_seen_by_other_settings()
+    {
+        for (int i = 0; i < 30; ++i) { // within one step of the clock of files
+            linkMode::store(i % 3);
+            QCOMPARE(QSettings(u"TORVA"_s, u"QN740KB"_s).value("Slave").toInt(), i % 3);
+        }
+    }
+
+    void the_mode_goes_among_the_other_settings_data()
+    {
+        QTest::addColumn<QByteArray>("settings");
+        QTest::addColumn<QByteArray>("with");
+        const auto row = [](const char* name, const char* settings, const char* with) {
+            QTest::newRow(name) << QByteArray(settings) << QByteArray(with);
+        };
+        row("none", "", "[General]\nSlave=2\n");
+        row("an older mode", "[General]\nSlave=1\n", "[General]\nSlave=2\n");
+        row("other entries", "[General]\nA=1\nSlave=0\nB=2\n", "[General]\nSlave=2\nA=1\nB=2\n");
+        row("twice", "[General]\nSlave=0\nSlave=1\n", "[General]\nSlave=2\n");
+        row("no group", "Slave=1\nA=1\n", "[General]\nSlave=2\nA=1\n");
+        row("in front of the group", "Slave=1\n[general]\n", "[general]\nSlave=2\n");
+        row("other groups only", "[Net]\nSlave=1\n", "[General]\nSlave=2\n[Net]\nSlave=1\n");
+        row("damaged lines", "\xff\nSla\n[Net\nA=1\n", "[General]\nSlave=2\nA=1\n");
+        row("a comment", "; by hand\n[Net]\n", "[General]\nSlave=2\n; by hand\n[Net]\n");
+        row("no line end", "[General]\nA=1", "[General]\nSlave=2\nA=1\n");
+        row("group comes last", "[Net]\nA=1\n[General]\n",
+            "[General]\nSlave=2\n[Net]\nA=1\n[General]\n");
+        row("blanks and line ends", "[General]\r\n Slave = 1\r\n", "[General]\r\nSlave=2\n");
+        row("longer name", "[General]\nSlaves=1\n", "[General]\nSlave=2\nSlaves=1\n");
+    }
+
+    void the_mode_goes_among_the_other_settings()
+    {
+        QFETCH(QByteArray, settings);
+        QTEST(linkMode::withMode(settings, 2), "with");
+    }
 };
 
 QN740_TEST_MAIN(tst_LinkMode)

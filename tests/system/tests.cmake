@@ -15,6 +15,9 @@ qn740_system_test(Recordings qn740_sim)
 qn740_system_test(Editors)
 qn740_system_test(Exits)
 qn740_system_test(LinkModes)
+if(NOT QN740_SANITIZE)
+    qn740_with_file_call_faults(tst_LinkModes)
+endif()
 qn740_system_test(DisplayWorkflows)
 qn740_system_test(UnitReacts)
 qn740_system_test(GlassTellsTheTruth)
@@ -42,3 +45,8 @@ set_tests_properties(${QN740_TEST_PREFIX}.system.Scenarios PROPERTIES TIMEOUT 30
 qn740_test(system MenuPaper qn740_paper)
 add_dependencies(tst_MenuPaper qn740-pictures)
 target_compile_definitions(tst_MenuPaper PRIVATE QN740_PICTURES="$<TARGET_FILE:qn740-pictures>")
+
+# Thousands of widgets and millions of characters: too slow under sanitizers.
+if(NOT QN740_SANITIZE)
+    qn740_test(system Limits)
+endif()

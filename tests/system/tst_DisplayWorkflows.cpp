@@ -260,6 +260,25 @@ private slots:
         QVERIFY(showsOther(Title, TitleBlue));
     }
 
+    // "KILLBOX", which alone closes such boxes, waits behind the editor that the unit has opened.
+    void boxes_without_OK_go_behind_the_editor_of_the_unit_at_a_touch()
+    {
+        const QByteArray pong("panel: PONG\n");
+        const QByteArray box =
+            "DB," + QByteArray(60, 'm') + QByteArray(" wait").repeated(60) + '\n';
+        openMenu("Start");
+        const auto before = unit().output().count(pong);
+        unit().write(box.repeated(3) + "IK,Gain,3,R1:GAIN:,60 0,10,,\nPING\n");
+        const auto touchOk = [&] {
+            touch({399, 340}); // the boxes, and at last the slider's "OK"
+            screen().picture();
+            return unit().output().count(pong) > before;
+        };
+        QVERIFY(QTest::qWaitFor(touchOk, LongMs));
+        say("DB,KILLBOX");
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
     // This test is the last one, because the panel does not open the main unit's line again.
     void without_the_unit_the_panel_keeps_running_and_the_scopes_come_back()
     {

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 
 #include <csignal>
+#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -175,6 +176,71 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(
             panel.errors().contains("ttyO1 was lost: " + reason + '\n'), LongMs);
     }
+
+#ifndef QN740_SANITIZED // which reserve terabytes of address space
+    void without_memory_one_line_says_so_and_the_status_is_5_data()
+    {
+        QTest::addColumn<QByteArray>("message"); // sent over and over
+        QTest::newRow("a message without an end") << "\x02" + QByteArray(60'000, 'a');
+        QTest::newRow("boxes") << framed("DB," + QByteArray(20'000, 'a') + ",1");
+        QTest::newRow("keys") << framed(
+            "AK,M%1,K%1,Label,0,C:,,0," + QByteArray(500, 'a') + ",0,0,1");
+    }
+
+    void without_memory_one_line_says_so_and_the_status_is_5()
+    {
+        QFETCH(QByteArray, message);
+        DeviceDirectory devices;
+        Pty& line = devices.add(u"ttyO1"_s);
+        Program panel(QString::fromUtf8(QN740_PANEL), {}, {u"QN740_DEV="_s + devices.path()});
+        QVERIFY(answersPing(line));
+        const auto pid = static_cast<pid_t>(panel.processId());
+        const rlim_t size = addressSpace(pid) + 4 * 1024 * 1024;
+        const rlimit limit{size, size};
+        QCOMPARE(::prlimit(pid, RLIMIT_AS, &limit, nullptr), 0);
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 0; clock.elapsed() < LongMs && panel.state() == QProcess::Running; ++i) {
+            line.write(QByteArray(message).replace("%1", QByteArray::number(i)));
+            QTest::qWait(1);
+        }
+        QVERIFY(panel.ends());
+        QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
+        QVERIFY2(panel.errors().endsWith("qn740-panel: out of memory\n"), panel.errors());
+        QCOMPARE(panel.exitCode(), 5);
+    }
+
+    void with_too_little_memory_to_start_it_ends()
+    {
+        for (int megabytes = 16; megabytes <= 1024; megabytes *= 2) {
+            Program panel(u"/bin/sh"_s,
+                {u"-c"_s, u"ulimit -v $1; exec $2"_s, u"sh"_s, QString::number(megabytes * 1024),
+                    QString::fromUtf8(QN740_PANEL)});
+            const bool ended =
+                QTest::qWaitFor([&panel] { return panel.state() == QProcess::NotRunning; }, 2000);
+            if (!ended) { // it runs, and can be ended
+                ::kill(static_cast<pid_t>(panel.processId()), SIGTERM);
+                QVERIFY(panel.ends());
+                QCOMPARE(panel.exitCode(), 0);
+                return;
+            }
+            QVERIFY(panel.exitStatus() == QProcess::CrashExit || panel.exitCode() != 0);
+            QVERIFY(!panel.errors().isEmpty());
+        }
+    }
+
+private:
+    // Returns how many bytes of addresses a process uses.
+    static rlim_t addressSpace(pid_t pid)
+    {
+        QFile file(u"/proc/%1/statm"_s.arg(pid));
+        if (!file.open(QIODevice::ReadOnly)) {
+            return 0;
+        }
+        return file.readAll().split(' ').value(0).toULongLong() *
+            static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
+    }
+#endif
 
 private:
     static bool answersPing(Pty& line)

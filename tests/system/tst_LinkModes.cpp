@@ -6,6 +6,7 @@
 
 #include <QTemporaryDir>
 
+#include <cerrno>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -24,11 +25,11 @@ class tst_LinkModes : public QObject
 {
     Q_OBJECT
 
-    void start()
+    void start(const QStringList& environment = {})
     {
         m_line = &m_devices.add(QStringLiteral("ttyO1"));
         m_panel = std::make_unique<Program>(QString::fromUtf8(QN740_PANEL), QStringList{},
-            QStringList{u"XDG_CONFIG_HOME="_s + m_home.path()});
+            QStringList{u"XDG_CONFIG_HOME="_s + m_home.path()} + environment);
         QCOMPARE(answer("VER"), framed("1.1.6.4"));
     }
 
@@ -48,6 +49,16 @@ class tst_LinkModes : public QObject
 
     // Presses a toggle key with this command and returns what the panel sends.
     QByteArray press(const QByteArray& command) { return answer("IK,Key,0," + command + ",,0,"); }
+
+    // Returns what the panel has written to standard error, without what the screen has to say.
+    QByteArray said()
+    {
+        QByteArray text;
+        for (const QByteArray& line : m_panel->errors().split('\n')) {
+            text += line.startsWith("This plugin does not support ") ? QByteArray() : line;
+        }
+        return text;
+    }
 
     void killAtOnce()
     {
@@ -142,6 +153,58 @@ private slots:
             QCOMPARE(answer("Slave"), framed(QByteArray("Slave,") + mode));
         }
     }
+
+    void a_damaged_store_gives_mode_0_and_a_silent_start_data()
+    {
+        QTest::addColumn<QByteArray>("contents");
+        QTest::newRow("half-written") << QByteArray("[General]\nSlave=");
+        QTest::newRow("garbage") << QByteArray("\x01\xff[[=%\n\0\n=2", 11);
+    }
+
+    void a_damaged_store_gives_mode_0_and_a_silent_start()
+    {
+        QFETCH(QByteArray, contents);
+        QFile store(m_home.filePath(u"TORVA/QN740KB.conf"_s));
+        killAtOnce();
+        QVERIFY(store.open(QIODevice::WriteOnly));
+        QCOMPARE(store.write(contents), contents.size());
+        store.close();
+        start();
+        QCOMPARE(answer("Slave"), framed("Slave,0"));
+        QCOMPARE(said(), QByteArray());
+        QCOMPARE(answer("Slave,2"), QByteArray());
+        killAtOnce();
+        start();
+        QCOMPARE(answer("Slave"), framed("Slave,2"));
+    }
+
+#ifdef QN740_FILE_CALL_FAULTS
+    void a_store_that_cannot_be_written_does_not_disturb_the_panel_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::newRow("disk full") << ENOSPC;
+        QTest::newRow("read-only") << EROFS;
+    }
+
+    void a_store_that_cannot_be_written_does_not_disturb_the_panel()
+    {
+        QFETCH(int, error);
+        QCOMPARE(answer("Slave,1"), QByteArray());
+        killAtOnce();
+        start({u"LD_PRELOAD="_s + QString::fromUtf8(QN740_FILE_CALL_FAULTS),
+            u"FAULT_PATH=QN740KB.conf.new"_s, u"FAULT_AT=0"_s, u"FAULT_LOG=/dev/null"_s,
+            u"FAULT_HOW="_s + QString::number(error)});
+        QCOMPARE(answer("Slave"), framed("Slave,1"));
+        for (const char* mode : {"2", "0", "2"}) {
+            QCOMPARE(answer(QByteArray("Slave,") + mode), QByteArray());
+            QCOMPARE(answer("Slave"), framed(QByteArray("Slave,") + mode));
+        }
+        QCOMPARE(said(), QByteArray());
+        killAtOnce();
+        start();
+        QCOMPARE(answer("Slave"), framed("Slave,1"));
+    }
+#endif
 
 private:
     QTemporaryDir m_home;

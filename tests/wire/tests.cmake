@@ -1,4 +1,5 @@
 qn740_test(wire Commands)
+qn740_test(wire DropLog)
 qn740_test(wire LineServer)
 qn740_test(wire Message)
 qn740_test(wire SerialLine)
