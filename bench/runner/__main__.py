@@ -8,8 +8,10 @@ import fnmatch
 import functools
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
+import threading
 
 from . import arm, live, pieces, table
 from .figures import Figures
@@ -152,27 +154,33 @@ def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
     if arguments.compare is not None:
         parts.begin(f"build {arguments.compare}")
         places["other checkout: "] = build_other(arguments.compare.resolve()), Figures()
-    counts: list[Step] = []
     on_arm = Figures() if root is not None else None
-    if root is not None and on_arm is not None:
-        parts.begin("armhf: packages")
+    if root is not None:
+        parts.begin("packages for armhf")
         root.wait()
-        parts.begin("armhf: build")
-        attempt(Step("armhf", functools.partial(arm.build, arguments.cache), on_arm))
-        if not on_arm.faults:
-            counts = arm.steps(arguments.cache, on_arm)
-    if arguments.arm_only:
-        rows = []
+    rows = [] if arguments.arm_only else rows
     for name, (place, figures) in places.items():
         parts.begin(f"{name}times and memory")
         for step in time_steps(place, rows, figures):
             attempt(step)
-        if not arguments.no_counts:
-            counts = count_steps(place, rows, figures) + counts
-    parts.begin("instructions")
-    side_by_side(counts)
+    # From here on other load does not matter.
+    building = threading.Thread(target=build_for_arm, args=(arguments.cache, on_arm))
+    building.start()
+    parts.begin("instructions" if on_arm is None else "instructions, and the build for armhf")
+    side_by_side([step for place, figures in places.values()
+                  for step in count_steps(place, rows, figures) if not arguments.no_counts])
+    building.join()
+    if on_arm is not None and not on_arm.faults:
+        parts.begin("instructions of armhf")
+        side_by_side(arm.steps(arguments.cache, on_arm))
     parts.end()
     return show(arguments, rows, {name: figures for name, (_, figures) in places.items()}, on_arm, parts)
+
+
+def build_for_arm(cache: pathlib.Path, figures: Figures | None) -> None:
+    """Builds for armhf, when that is wanted."""
+    if figures is not None:
+        attempt(Step("build for armhf", functools.partial(arm.build, cache), figures))
 
 
 def show(arguments: argparse.Namespace, rows: list[Row], measured: dict[str, Figures],
@@ -197,8 +205,15 @@ def build_other(checkout: pathlib.Path) -> Place:
     if (checkout / "CMakeCache.txt").exists():
         return Place(checkout)
     tree = ROOT / "build/bench-other"
-    build(checkout, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=OFF", "-DQN740_WERROR=OFF",
-                           f"-DCMAKE_PROJECT_INCLUDE={ROOT / 'bench/other.cmake'}"], _TARGETS)
+    source = tree / "source"
+    shutil.rmtree(source, ignore_errors=True)
+    source.mkdir(parents=True)
+    for entry in checkout.iterdir():
+        # The benches use the pseudo-terminals of the tests.
+        ours = entry.name in ("bench", "tests")
+        (source / entry.name).symlink_to(ROOT / entry.name if ours else entry)
+    build(source, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=ON", "-DQN740_WERROR=OFF"],
+          _TARGETS)
     return Place(tree)
 
 
