@@ -163,18 +163,24 @@ def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
         parts.begin(f"{name}times and memory")
         for step in time_steps(place, rows, figures):
             attempt(step)
-    # From here on other load does not matter.
-    building = threading.Thread(target=build_for_arm, args=(arguments.cache, on_arm))
+    counted = [] if arguments.no_counts else [
+        step for place, figures in places.values() for step in count_steps(place, rows, figures)]
+    count_all(arguments.cache, counted, on_arm, parts)
+    return show(arguments, rows, {name: figures for name, (_, figures) in places.items()}, on_arm, parts)
+
+
+def count_all(cache: pathlib.Path, steps: list[Step], on_arm: Figures | None, parts: Parts) -> None:
+    """Counts instructions, those of this machine while the programs for armhf are built: other load
+    does not change a count."""
+    building = threading.Thread(target=build_for_arm, args=(cache, on_arm))
     building.start()
     parts.begin("instructions" if on_arm is None else "instructions, and the build for armhf")
-    side_by_side([step for place, figures in places.values()
-                  for step in count_steps(place, rows, figures) if not arguments.no_counts])
+    side_by_side(steps)
     building.join()
     if on_arm is not None and not on_arm.faults:
         parts.begin("instructions of armhf")
-        side_by_side(arm.steps(arguments.cache, on_arm))
+        side_by_side(arm.steps(cache, on_arm))
     parts.end()
-    return show(arguments, rows, {name: figures for name, (_, figures) in places.items()}, on_arm, parts)
 
 
 def build_for_arm(cache: pathlib.Path, figures: Figures | None) -> None:
@@ -190,6 +196,9 @@ def show(arguments: argparse.Namespace, rows: list[Row], measured: dict[str, Fig
     faults = [f"{name}{fault}" for name, figures in measured.items() for fault in figures.faults]
     if others:
         print(table.beside(rows, here, others[0], arguments.markdown))
+        for row in rows:
+            if here.values and others[0].values and row.sides(others[0]) is None:
+                print(f"not compared: {row.what}")
     else:
         report(arguments, rows, here, on_arm)
         faults += on_arm.faults if on_arm is not None else []
