@@ -154,6 +154,30 @@ private slots:
         QVERIFY(std::abs(finder.find().samplesPerSymbol - 5.5) < 0.055);
     }
 
+    void the_period_of_a_clean_signal_is_exact_to_a_thousandth_data()
+    {
+        QTest::addColumn<QString>("signal");
+        QTest::addColumn<double>("period");
+        QTest::newRow("2.5") << u"qpsk:snr=30:sps=2.5"_s << 2.5;
+        QTest::newRow("3.3") << u"qpsk:snr=30:sps=3.3:rolloff=1"_s << 3.3;
+        QTest::newRow("5.5, a steep edge") << u"qpsk:snr=30:sps=5.5"_s << 5.5;
+        QTest::newRow("5.5") << u"qpsk:snr=30:sps=5.5:rolloff=0.5"_s << 5.5;
+        QTest::newRow("7, OQPSK") << u"oqpsk:snr=25:sps=7:rolloff=0.25"_s << 7.0;
+        QTest::newRow("8") << u"qpsk:snr=30:sps=8:rolloff=0.5"_s << 8.0;
+    }
+
+    void the_period_of_a_clean_signal_is_exact_to_a_thousandth()
+    {
+        QFETCH(QString, signal);
+        QFETCH(double, period);
+        SymbolPeriodFinder finder;
+        feed(finder, signal, 16);
+        const SymbolPeriodFinder::Period found = finder.find();
+        QVERIFY(found.found);
+        QVERIFY2(std::abs(found.samplesPerSymbol - period) < 0.001 * period,
+            qPrintable(QString::number(found.samplesPerSymbol)));
+    }
+
     void no_period_is_found_without_symbols_data()
     {
         QTest::addColumn<QString>("kind");
