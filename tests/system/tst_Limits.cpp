@@ -341,7 +341,7 @@ private slots:
         bar.takeText({u"0"_s, QString(appLimits::MaxStatusCharacters + 500, u'a')});
         QCOMPARE(bar.currentMessage().size(), appLimits::MaxStatusCharacters);
         QCOMPARE(warnings,
-            QStringList{u"the text of the status bar is cut off after 20000 characters"_s});
+            QStringList{u"the text of the status bar is cut off after 1048576 characters"_s});
     }
 
 private:
