@@ -14,7 +14,7 @@ import subprocess
 import time
 
 from .figures import Figures, sections
-from .live import STARTED, Watched, add_starts
+from .live import COUNTED_QUIET, STARTED, Watched, add_starts
 from .parts import Step
 from .place import ROOT, Place
 from .rows import ROWS
@@ -67,7 +67,7 @@ def _count_starts(place: Place, cache: pathlib.Path, figures: Figures) -> None:
                           place.environment(**environment))
         try:
             time.sleep(1.0)
-            watched.settle()
+            watched.settle(COUNTED_QUIET)
             totals[kind] = float(struct.unpack("<Q", counter.read_bytes()[:8])[0])
         finally:
             watched.end()
