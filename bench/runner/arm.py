@@ -22,6 +22,7 @@ from .rows import ROWS
 CACHE = pathlib.Path.home() / ".cache/qn740/armhf"
 _BUILD = ROOT / "packaging/armhf/build"
 _TREE = ROOT / "build/armhf"
+_START_S = 6.0  # seconds: the emulated panel is idle for a while before it has started
 _PLUGIN = _TREE / "count.so"
 _GROUPS = {"bench_Panel": ("define", "changes", "fader", "press", "editors", "pages"),
            "bench_Parts": ("frames", "spectrum")}
@@ -66,7 +67,7 @@ def _count_starts(place: Place, cache: pathlib.Path, figures: Figures) -> None:
         watched = Watched([*_emulated(cache, counter), place.program(name)],
                           place.environment(**environment))
         try:
-            time.sleep(1.0)
+            time.sleep(_START_S)
             watched.settle(COUNTED_QUIET)
             totals[kind] = float(struct.unpack("<Q", counter.read_bytes()[:8])[0])
         finally:
