@@ -214,9 +214,12 @@ def build_other(checkout: pathlib.Path) -> Place:
     if (checkout / "CMakeCache.txt").exists():
         return Place(checkout)
     tree = ROOT / "build/bench-other"
-    source = tree / "source"
+    source, name = tree / "source", tree / "checkout"
+    if not name.exists() or name.read_text() != str(checkout):
+        shutil.rmtree(tree, ignore_errors=True)  # of another one, whose files may be newer
     shutil.rmtree(source, ignore_errors=True)
     source.mkdir(parents=True)
+    name.write_text(str(checkout))
     for entry in checkout.iterdir():
         # The benches use the pseudo-terminals of the tests.
         ours = entry.name in ("bench", "tests")

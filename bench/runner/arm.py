@@ -14,7 +14,7 @@ import subprocess
 import time
 
 from .figures import Figures, sections
-from .live import STARTED, Watched, add_starts
+from .live import COUNTED_QUIET, STARTED, Watched, add_starts
 from .parts import Step
 from .place import ROOT, Place
 from .rows import ROWS
@@ -22,6 +22,7 @@ from .rows import ROWS
 CACHE = pathlib.Path.home() / ".cache/qn740/armhf"
 _BUILD = ROOT / "packaging/armhf/build"
 _TREE = ROOT / "build/armhf"
+_START_S = 6.0  # seconds: the emulated panel is idle for a while before it has started
 _PLUGIN = _TREE / "count.so"
 _GROUPS = {"bench_Panel": ("define", "changes", "fader", "press", "editors", "pages"),
            "bench_Parts": ("frames", "spectrum")}
@@ -66,8 +67,8 @@ def _count_starts(place: Place, cache: pathlib.Path, figures: Figures) -> None:
         watched = Watched([*_emulated(cache, counter), place.program(name)],
                           place.environment(**environment))
         try:
-            time.sleep(1.0)
-            watched.settle()
+            time.sleep(_START_S)
+            watched.settle(COUNTED_QUIET)
             totals[kind] = float(struct.unpack("<Q", counter.read_bytes()[:8])[0])
         finally:
             watched.end()

@@ -38,6 +38,7 @@ STARTS = 7
 IDLE_S = 5.0
 SHARE_S = 8.0
 COUNTED_S = 4.0
+COUNTED_QUIET = 1.0  # idle, for a program that others may keep from running
 
 
 class Watched:
@@ -81,13 +82,13 @@ class Watched:
         found = re.search(rf"^{name}: (\d+)", text, re.MULTILINE)
         return int(found.group(1)) if found else 0
 
-    def settle(self) -> None:
+    def settle(self, quiet: float = _QUIET) -> None:
         """Waits until the process has had nothing to do for a while."""
         end = time.monotonic() + _LONG
         before = -1.0
         while time.monotonic() < end and self.cpu() != before:
             before = self.cpu()
-            time.sleep(_QUIET)
+            time.sleep(quiet)
 
     def type(self, line: str) -> None:
         """Types a line."""
@@ -331,7 +332,7 @@ def _count_starts(place: Place, figures: Figures) -> None:
         valgrind = _Callgrind(place, f"start-{kind}")
         watched = Watched([*valgrind.command, place.program(name)], place.environment(**environment))
         time.sleep(2.0)
-        watched.settle()
+        watched.settle(COUNTED_QUIET)
         totals[kind] = valgrind.dump(watched)
         watched.end()
     add_starts(figures, totals)

@@ -76,5 +76,5 @@ qsizetype FrequencyAxis::indexAt(double frequency, qsizetype size) const
     if (std::isnan(place)) {
         return size / 2; // On an axis without width, every point is at the centre.
     }
-    return qRound64(qBound(0.0, place, qMax(bins - 1.0, 0.0)));
+    return static_cast<qsizetype>(qRound64(qBound(0.0, place, qMax(bins - 1.0, 0.0))));
 }
