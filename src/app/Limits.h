@@ -6,6 +6,6 @@
 namespace appLimits {
 
 /// The characters of the status bar's text; the rest is cut off.
-constexpr qsizetype MaxStatusCharacters = 20'000;
+constexpr qsizetype MaxStatusCharacters = 1 << 20;
 
 } // namespace appLimits

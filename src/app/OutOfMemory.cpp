@@ -12,16 +12,6 @@ namespace {
 
 std::terminate_handler g_otherwise = nullptr;
 
-// Nothing here may ask for memory, not even to format a text.
-[[noreturn]] void end()
-{
-    constexpr char Text[] = "qn740-panel: out of memory\n";
-    if (::write(STDERR_FILENO, Text, sizeof Text - 1) < 0) {
-        // There is nobody to whom it could be said.
-    }
-    std::_Exit(static_cast<int>(ExitStatus::OutOfMemory));
-}
-
 // Qt takes memory by malloc() and throws std::bad_alloc where that fails; nobody catches it.
 void endOfUncaught()
 {
@@ -29,7 +19,7 @@ void endOfUncaught()
         try {
             std::rethrow_exception(thrown);
         } catch (const std::bad_alloc&) {
-            end();
+            outOfMemory::end();
         } catch (...) {
             // Not a matter of memory.
         }
@@ -44,9 +34,19 @@ void endOfUncaught()
 
 namespace outOfMemory {
 
+// Nothing here may ask for memory, not even to format a text.
+void end()
+{
+    constexpr char Text[] = "qn740-panel: out of memory\n";
+    if (::write(STDERR_FILENO, Text, sizeof Text - 1) < 0) {
+        // There is nobody to whom it could be said.
+    }
+    std::_Exit(static_cast<int>(ExitStatus::OutOfMemory));
+}
+
 void endTheProcess()
 {
-    std::set_new_handler(end);
+    std::set_new_handler(outOfMemory::end);
     g_otherwise = std::set_terminate(endOfUncaught);
 }
 

@@ -4,6 +4,7 @@
 #include "app/Limits.h"
 #include "app/NoticeLabel.h"
 #include "touch/MessageBox.h"
+#include "wire/Log.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -44,6 +45,9 @@ QString nameOf(Views::View view)
 StatusBar::StatusBar(QWidget* parent)
     : QStatusBar(parent)
     , m_notice(new NoticeLabel(this))
+    , m_tooLong(&logLink,
+          QStringLiteral("the text of the status bar is cut off after %1 characters")
+              .arg(appLimits::MaxStatusCharacters))
 {
     setObjectName(QStringLiteral("statusBar"));
     setStyleSheet(QStringLiteral(
@@ -107,9 +111,14 @@ void StatusBar::takeText(const QStringList& fields)
 {
     bool ok = false;
     const int milliseconds = fields.value(0).toInt(&ok);
-    if (ok) {
-        showMessage(fields.value(1).left(appLimits::MaxStatusCharacters), milliseconds);
+    if (!ok) {
+        return;
     }
+    const QString text = fields.value(1);
+    if (text.size() > appLimits::MaxStatusCharacters) {
+        m_tooLong.add();
+    }
+    showMessage(text.left(appLimits::MaxStatusCharacters), milliseconds);
 }
 
 void StatusBar::showMenuName(const QString& name)

@@ -2,6 +2,7 @@
 
 #include "app/Views.h"
 #include "link/LinkHealth.h"
+#include "wire/DropLog.h"
 
 #include <QPointer>
 #include <QStatusBar>
@@ -79,4 +80,5 @@ private:
     QPushButton* m_view = nullptr;
     QPointer<MessageBox> m_wholeText;
     bool m_textPressed = false;
+    DropLog m_tooLong;
 };

@@ -16,13 +16,6 @@ namespace {
 constexpr int MinContentWidth = 600; // of a box with a button
 constexpr QSize MinOk(0, 48);        // its large letters make it wide
 
-QString cut(const QString& text)
-{
-    return text.size() > linkLimits::MaxBoxCharacters
-        ? text.left(linkLimits::MaxBoxCharacters) + QChar(0x2026)
-        : text;
-}
-
 // Makes the box one of the windows of an editor; nullptr: of none. A modal editor blocks all other
 // windows, but not its own.
 void makeWindowOf(const QMessageBox& box, const QWidget* editor)
@@ -36,6 +29,9 @@ void makeWindowOf(const QMessageBox& box, const QWidget* editor)
 
 MessageBoxes::MessageBoxes(QObject* parent)
     : QObject(parent)
+    , m_tooLong(&logLink,
+          QStringLiteral("the text of a message box is cut off after %1 characters")
+              .arg(linkLimits::MaxBoxCharacters))
 {
 }
 
@@ -58,6 +54,15 @@ QMessageBox* MessageBoxes::open(const QString& text, bool okButton, const QRect&
     }
     addToWaiting(order);
     return nullptr;
+}
+
+QString MessageBoxes::cut(const QString& text)
+{
+    if (text.size() <= linkLimits::MaxBoxCharacters) {
+        return text;
+    }
+    m_tooLong.add();
+    return text.left(linkLimits::MaxBoxCharacters) + QChar(0x2026);
 }
 
 void MessageBoxes::addToWaiting(const Order& order)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/Limits.h"
+#include "wire/DropLog.h"
 
 #include <QByteArray>
 #include <QList>
@@ -62,6 +63,7 @@ private:
     };
 
     QMessageBox* show(const Order& order);
+    QString cut(const QString& text);
     void addToWaiting(const Order& order);
     void showWaiting();
     void watchWindows();
@@ -74,6 +76,7 @@ private:
     QList<QPointer<QObject>> m_aside; // of these, those behind the editor
     QQueue<Order> m_waiting;
     bool m_overflowLogged = false;
+    DropLog m_tooLong;
     bool m_watching = false;
     bool m_liftQueued = false;
 };

@@ -1,6 +1,15 @@
 #include "link/ResendCutter.h"
 
+#include "wire/Log.h"
 #include "wire/Message.h"
+
+ResendCutter::ResendCutter()
+    : m_tooLong(&logLink,
+          QStringLiteral(
+              "of a re-sent message without an end, what is older than its last %1 characters is dropped")
+              .arg(MaxUnfinished))
+{
+}
 
 QStringList ResendCutter::take(const QString& characters)
 {
@@ -14,6 +23,9 @@ QStringList ResendCutter::take(const QString& characters)
         }
         m_unfinished.remove(0, end + 1);
     }
-    m_unfinished = m_unfinished.right(MaxUnfinished);
+    if (m_unfinished.size() > MaxUnfinished) {
+        m_tooLong.add();
+        m_unfinished = m_unfinished.right(MaxUnfinished);
+    }
     return messages;
 }

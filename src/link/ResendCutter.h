@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/Limits.h"
+#include "wire/DropLog.h"
 
 #include <QString>
 #include <QStringList>
@@ -17,6 +18,9 @@ public:
     /// The number of characters that a message without an end may keep in memory.
     static constexpr qsizetype MaxUnfinished = linkLimits::MaxResent;
 
+    /// Makes a cutter that has no characters.
+    ResendCutter();
+
     /// Adds characters (codes 0 to 255) and cuts. \return the messages that they complete, with
     /// their frame characters.
     QStringList take(const QString& characters);
@@ -26,4 +30,5 @@ public:
 
 private:
     QString m_unfinished;
+    DropLog m_tooLong;
 };

@@ -18,23 +18,6 @@ CachedPlot::CachedPlot(int minPauseMs, QWidget* parent)
     connect(&m_paintTimer, &QTimer::timeout, this, [this] { update(changedRect()); });
     // Before, not after: a replot paints the widget before it announces that it is done.
     connect(this, &QCustomPlot::beforeReplot, this, [this] { setFrameStale(); });
-    dropFirstReplot();
-}
-
-// The plot library has just queued a replot. It would draw axes and labels into buffers that nobody
-// shows, at the start of the panel: the frame is drawn when the plot is painted first.
-void CachedPlot::dropFirstReplot()
-{
-    mReplotting = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            mReplotting = false;
-            mReplotQueued = false;
-            setFrameStale(); // as a replot would
-            update();
-        },
-        Qt::QueuedConnection);
 }
 
 void CachedPlot::schedulePaint()

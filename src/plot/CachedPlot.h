@@ -61,7 +61,6 @@ protected:
     virtual QRect opaqueRect() const { return {}; }
 
 private:
-    void dropFirstReplot();
     void paintFrame(QPainter& painter, const QRect& dirty) const;
 
     QPixmap m_frame;

@@ -1,6 +1,7 @@
 #include "spectrum/LevelMarkers.h"
 
 #include "spectrum/ChartLook.h"
+#include "wire/Log.h"
 
 #include <QPainter>
 
@@ -8,6 +9,8 @@
 
 LevelMarkers::LevelMarkers(QCustomPlot& plot)
     : m_plot(plot)
+    , m_leftOut(
+          &logSpectrum, QStringLiteral("a chart has %1 markers: no more are shown").arg(MaxCount))
 {
 }
 
@@ -20,11 +23,17 @@ void LevelMarkers::setLevels(const QList<double>& levels, double lowest, double 
     m_levels.clear();
     m_numbers.clear();
     for (const double level : levels) {
-        if (level >= lowest && level <= highest && m_levels.size() < MaxCount) {
-            m_levels += level;
-            m_lines += newLine(level);
-            m_numbers += chartLook::preparedText(QString::number(level, 'f', 1));
+        const bool isOnAxis = level >= lowest && level <= highest; // not so when it is no number
+        if (!isOnAxis) {
+            continue;
         }
+        if (m_levels.size() >= MaxCount) {
+            m_leftOut.add();
+            continue;
+        }
+        m_levels += level;
+        m_lines += newLine(level);
+        m_numbers += chartLook::preparedText(QString::number(level, 'f', 1));
     }
 }
 

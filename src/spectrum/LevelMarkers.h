@@ -2,6 +2,7 @@
 
 #include "plot/Scale.h"
 #include "spectrum/Limits.h"
+#include "wire/DropLog.h"
 
 #include <QList>
 #include <QRect>
@@ -44,4 +45,5 @@ private:
     QList<double> m_levels;
     QVector<QCPItemStraightLine*> m_lines; // the plot owns them
     QVector<QStaticText> m_numbers;
+    DropLog m_leftOut;
 };

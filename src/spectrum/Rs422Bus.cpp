@@ -38,6 +38,14 @@ Rs422Bus::Rs422Bus(const QString& portName, char startOfFrame, char endOfFrame, 
           QStringLiteral("%1: %2 requests wait, further ones are lost")
               .arg(portName)
               .arg(spectrumLimits::MaxQueued))
+    , m_unsent(&logSpectrum,
+          QStringLiteral("%1: the card does not read: %2 bytes wait and are dropped")
+              .arg(portName)
+              .arg(spectrumLimits::MaxUnsentBytes))
+    , m_garbage(&logSpectrum,
+          QStringLiteral("%1: %2 bytes without the end of a reply were dropped")
+              .arg(portName)
+              .arg(spectrumLimits::MaxReplyBytes))
 {
     qRegisterMetaType<CmdMsg>();
     connect(&m_line, &SerialLine::opened, this, &Rs422Bus::opened);
@@ -90,7 +98,7 @@ void Rs422Bus::addToStatusQueue(QStringList& list)
     for (const QString& text : std::as_const(list)) {
         if (m_statusQueue.size() >= spectrumLimits::MaxQueued) {
             m_queueFull.add();
-            return;
+            continue; // so that each is counted
         }
         m_statusQueue.append(bus::QueueEntry::requestFromText(text));
     }
@@ -157,6 +165,7 @@ void Rs422Bus::write()
     }
     if (port.bytesToWrite() > spectrumLimits::MaxUnsentBytes) {
         port.clear(QSerialPort::Output);
+        m_unsent.add();
     }
     port.write(m_txFrame);
     qCDebug(logSpectrum).noquote() << portName() << "out" << printable(m_txFrame);
@@ -175,6 +184,8 @@ void Rs422Bus::processReadyRead()
         const Found found = m_rxBuffer.take(message, layout);
         if (found == Found::Reply || found == Found::Spectrum) {
             takeReply(message, found == Found::Spectrum);
+        } else if (found == Found::Garbage) {
+            m_garbage.add();
         }
     }
 }

@@ -134,4 +134,6 @@ private:
     bool m_k7150Type = false;
     QByteArray m_txFrame; // the last frame written
     DropLog m_queueFull;
+    DropLog m_unsent;
+    DropLog m_garbage;
 };

@@ -3,10 +3,16 @@
 #include <QLoggingCategory>
 #include <QString>
 
+#include <memory>
+
+class QTimer;
+
 /// Logs that something was dropped because a limit is reached: a warning at once, then at most one
 /// in a minute, with the number of what was dropped since the last.
 ///
-/// There is no timer: what is dropped after the last warning is told with the next one.
+/// Nothing stays unsaid: what is dropped within the minute is logged at its end by a timer, which
+/// runs only then, or when this is destroyed. Without an event loop, and after the application has
+/// ended, it is logged with what is dropped next.
 class DropLog
 {
 public:
@@ -17,7 +23,12 @@ public:
     using Category = const QLoggingCategory& (*)();
 
     /// \param text what is dropped and why: "there are 15000 keys: no more are made"
-    DropLog(Category category, const QString& text);
+    /// \param intervalMs the time between two warnings
+    DropLog(Category category, const QString& text, qint64 intervalMs = IntervalMs);
+    ~DropLog();
+
+    DropLog(const DropLog&) = delete;
+    DropLog& operator=(const DropLog&) = delete;
 
     /// Notes that something was dropped.
     void add();
@@ -26,8 +37,13 @@ public:
     void add(qint64 nowMs);
 
 private:
+    void log(qint64 nowMs);
+    void logAfter(qint64 ms);
+
     Category m_category;
     QString m_text;
-    qint64 m_loggedMs = -1; // -1: not yet
-    qint64 m_count = 0;     // since then
+    qint64 m_intervalMs;
+    qint64 m_loggedMs = -1;          // -1: not yet
+    qint64 m_count = 0;              // since then
+    std::unique_ptr<QTimer> m_timer; // once something waited for the end of the minute
 };

@@ -26,6 +26,8 @@
 #include <QJsonObject>
 #include <QRandomGenerator>
 
+#include <limits>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -489,11 +491,15 @@ private slots:
             for (int i = 0; i < lines; ++i) {
                 text += QByteArray(line).replace('#', QByteArray::number(i));
             }
-            QElapsedTimer timer;
-            timer.start();
-            const auto findings = lint::check(MenuFile::parse(text, u"f"_s));
-            Q_UNUSED(findings)
-            return qMax(qint64{1}, timer.elapsed());
+            qint64 best = std::numeric_limits<qint64>::max(); // of three, as others use the machine
+            for (int run = 0; run < 3; ++run) {
+                QElapsedTimer timer;
+                timer.start();
+                const auto findings = lint::check(MenuFile::parse(text, u"f"_s));
+                Q_UNUSED(findings)
+                best = qMin(best, qMax(qint64{1}, timer.elapsed()));
+            }
+            return best;
         };
         const qint64 few = timeFor(2500);
         const qint64 many = timeFor(10000);

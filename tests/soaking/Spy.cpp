@@ -62,17 +62,23 @@ void remove(QObject* object)
     known.all.remove(object);
 }
 
-// The bytes in use on the heap, by the sanitizer's account where there is one.
-qint64 heapInUse()
+struct Heap
+{
+    qint64 inUse;
+    qint64 gaps; // free, but kept by the allocator
+};
+
+// The bytes of the heap, by the sanitizer's account where there is one.
+Heap heap()
 {
     using Count = size_t (*)();
     static const auto ofSanitizer =
         reinterpret_cast<Count>(::dlsym(RTLD_DEFAULT, "__sanitizer_get_current_allocated_bytes"));
     if (ofSanitizer != nullptr) {
-        return static_cast<qint64>(ofSanitizer());
+        return {static_cast<qint64>(ofSanitizer()), 0};
     }
     const auto info = ::mallinfo2();
-    return static_cast<qint64>(info.uordblks + info.hblkhd);
+    return {static_cast<qint64>(info.uordblks + info.hblkhd), static_cast<qint64>(info.fordblks)};
 }
 
 QString nameOf(const QWidget* window)
@@ -126,6 +132,7 @@ QJsonObject buttons()
 
 QJsonObject counted(bool withClasses)
 {
+    const Heap memory = heap();
     int widgets = 0;
     qsizetype timers = 0;
     QHash<QString, int> classes;
@@ -144,7 +151,8 @@ QJsonObject counted(bool withClasses)
     }
     QJsonObject result{{QStringLiteral("objects"), static_cast<int>(known.all.size())},
         {QStringLiteral("widgets"), widgets}, {QStringLiteral("timers"), static_cast<int>(timers)},
-        {QStringLiteral("heap"), heapInUse()}, {QStringLiteral("windows"), shownWindows()}};
+        {QStringLiteral("heap"), memory.inUse}, {QStringLiteral("gaps"), memory.gaps},
+        {QStringLiteral("windows"), shownWindows()}};
     if (withClasses) {
         QJsonObject byClass;
         for (auto entry = classes.cbegin(); entry != classes.cend(); ++entry) {

@@ -62,6 +62,7 @@ class Conversation:
         self.held_times: list[float] = []  # of answers that waited for an editor of the unit
         self.faults: list[str] = []
         self.events: collections.Counter[str] = collections.Counter()
+        self._begun = ""  # of a message with an STX in it, up to that
         self._re_sent = ""  # what came on the re-send port
         self.marker = 0  # the last one that went to the panel
         self.record: list[str] = []
@@ -157,10 +158,11 @@ class Conversation:
             self._recent_size -= len(self._recent.popleft())
 
     def _take_out(self, seconds: float, frame: str) -> None:
-        if not frame.startswith("\\x02"):
+        if not (frame.startswith("\\x02") and frame.endswith("\\x04")):
             return  # printed as unframed as well
         self.received += 1
-        body = plain(frame)[1:-1]
+        body = self._begun + plain(frame)[1:-1]
+        self._begun = ""
         if body == "PONG":
             self._take_answer(seconds)
         elif not self._is_good(body):
@@ -177,8 +179,17 @@ class Conversation:
         (self.held_times if held else self.answer_times).append(seconds - probe.sent)
 
     def _take_unframed(self, text: str) -> None:
-        if not _CARD_TEXTS.fullmatch(text):
-            self.faults.append(f"the panel has sent this outside a frame: {text!r}")
+        if _CARD_TEXTS.fullmatch(text):
+            return
+        # A definition that was cut off is one with the message behind it, and its command may have
+        # that message's STX in it. The simulator begins a new frame there.
+        if text.startswith(traffic.STX) and self._was_sent("," + text[1:] + traffic.STX):
+            self._begun += text[1:] + traffic.STX
+            return
+        self.faults.append(f"the panel has sent this outside a frame: {text!r}")
+
+    def _was_sent(self, text: str) -> bool:
+        return any(text in piece for piece in self._recent) or text in "".join(self._recent)
 
     def _is_good(self, body: str) -> bool:
         if _FIXED.fullmatch(body):
@@ -196,10 +207,10 @@ class Conversation:
             if command in self._commands:
                 return True
             # A command of a damaged definition, or of one that the soak has made
-            if any("," + command + "," in text for text in self._recent):
+            if self._was_sent("," + command + ","):
                 self._commands.add(command)
                 return True
-        return any("," + body + "," in text for text in self._recent) or self._is_choice(body)
+        return self._was_sent("," + body + ",") or self._is_choice(body)
 
     def _is_choice(self, body: str) -> bool:
         """Whether it is a known command with the damaged value of a choice behind it."""
@@ -248,7 +259,8 @@ class Rest:
 
     seconds: float  # since it was started
     resident_kb: int
-    heap_kb: float
+    heap_kb: float  # in use
+    gaps_kb: float  # that the allocator keeps between what is in use; 0 with a sanitizer
     files: int
     timers: int
     widgets: int

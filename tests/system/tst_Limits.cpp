@@ -7,6 +7,7 @@
 #include "link/FrameCutter.h"
 #include "link/Limits.h"
 #include "link/LinkControl.h"
+#include "link/ResendCutter.h"
 #include "link/keySerial.h"
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
@@ -14,12 +15,16 @@
 #include "menus/MenuMessages.h"
 #include "popups/Limits.h"
 #include "popups/NumberRanges.h"
+#include "spectrum/Clock.h"
+#include "spectrum/LevelMarkers.h"
 #include "spectrum/Limits.h"
 #include "spectrum/Rs422Bus.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
 #include "wire/Limits.h"
 #include "wire/Message.h"
+
+#include <qcustomplot.h>
 
 using namespace Qt::StringLiterals;
 
@@ -239,6 +244,78 @@ private slots:
         QCOMPARE(warnings, QStringList{u"ttyUSB11: 10000 requests wait, further ones are lost"_s});
     }
 
+    void status_requests_beyond_the_limit_are_lost()
+    {
+        DeviceDirectory none;
+        {
+            Rs422Bus bus(u"ttyUSB11"_s, '[', ']', true, 921600);
+            QStringList requests;
+            for (qsizetype i = 0; i < spectrumLimits::MaxQueued; ++i) {
+                requests += QString::number(i);
+            }
+            bus.addToStatusQueue(requests);
+            QCOMPARE(warnings, QStringList());
+            requests = QStringList{u"late"_s, u"later"_s, u"latest"_s};
+            bus.addToStatusQueue(requests);
+            bus.run();
+            for (qsizetype i = 0; i < spectrumLimits::MaxQueued; ++i) {
+                QCOMPARE(bus.lastRequest(), QString::number(i));
+                testClock::expire(&bus);
+            }
+            QCOMPARE(bus.lastRequest(), u"0"_s); // their turns begin anew
+        }
+        const QString warning = u"ttyUSB11: 10000 requests wait, further ones are lost"_s;
+        QCOMPARE(warnings, QStringList({warning, warning + u" (2 times)"_s}));
+    }
+
+    void bytes_that_a_card_does_not_read_are_dropped()
+    {
+        DeviceDirectory devices;
+        devices.add(u"ttyUSB11"_s);
+        Rs422Bus bus(u"ttyUSB11"_s, '[', ']', true, 921600);
+        for (int i = 0; i < 6; ++i) {
+            bus.sendMessage(QString(20'000, u'x'), 60'000);
+            testClock::expire(&bus);
+        }
+        QCOMPARE(warnings,
+            QStringList{u"ttyUSB11: the card does not read: 4096 bytes wait and are dropped"_s});
+    }
+
+    void a_card_reply_without_an_end_is_dropped()
+    {
+        DeviceDirectory devices;
+        Pty& card = devices.add(u"ttyUSB11"_s);
+        Rs422Bus bus(u"ttyUSB11"_s, '[', ']', true, 921600);
+        for (qsizetype sent = 0; sent <= spectrumLimits::MaxReplyBytes; sent += 8192) {
+            card.write(QByteArray(8192, 'x'));
+            QCoreApplication::processEvents();
+        }
+        QTRY_COMPARE(warnings,
+            QStringList{u"ttyUSB11: 262144 bytes without the end of a reply were dropped"_s});
+    }
+
+    void markers_beyond_the_limit_are_left_out()
+    {
+        QCustomPlot plot;
+        LevelMarkers markers(plot);
+        markers.setLevels(QList<double>(LevelMarkers::MaxCount, -10.0), -120.0, 10.0);
+        QCOMPARE(warnings, QStringList());
+        markers.setLevels(QList<double>(LevelMarkers::MaxCount + 5, -10.0), -120.0, 10.0);
+        QCOMPARE(markers.levels().size(), LevelMarkers::MaxCount);
+        QCOMPARE(warnings, QStringList{u"a chart has 64 markers: no more are shown"_s});
+    }
+
+    void a_re_sent_message_without_an_end_keeps_its_last_characters()
+    {
+        ResendCutter cutter;
+        QCOMPARE(cutter.take(QString(linkLimits::MaxResent, u'x')), QStringList());
+        QCOMPARE(warnings, QStringList());
+        QCOMPARE(cutter.take(u"xx"_s), QStringList());
+        QCOMPARE(warnings,
+            QStringList{
+                u"of a re-sent message without an end, what is older than its last 1024 characters is dropped"_s});
+    }
+
     void what_a_main_unit_does_not_read_is_lost_beyond_the_limit()
     {
         DeviceDirectory devices;
@@ -260,8 +337,11 @@ private slots:
         StatusBar bar(m_area.get());
         bar.takeText({u"0"_s, QString(appLimits::MaxStatusCharacters, u'a')});
         QCOMPARE(bar.currentMessage().size(), appLimits::MaxStatusCharacters);
+        QCOMPARE(warnings, QStringList());
         bar.takeText({u"0"_s, QString(appLimits::MaxStatusCharacters + 500, u'a')});
         QCOMPARE(bar.currentMessage().size(), appLimits::MaxStatusCharacters);
+        QCOMPARE(warnings,
+            QStringList{u"the text of the status bar is cut off after 1048576 characters"_s});
     }
 
 private:

@@ -218,10 +218,11 @@ private slots:
         QTest::newRow("no place to record")
             << QStringList{u"--record"_s, u"/proc/none"_s} << QByteArray("/proc/none: ");
         QTest::newRow("fault") << QStringList{u"--fault"_s, u"lost=1"_s}
-                               << QByteArray("no fault \"lost\"; there are drop, cut, junk, split, "
-                                             "burst, scope-index, scope-loss, scope-noise, "
-                                             "scope-silence, card-no-reply, card-late, card-cut, "
-                                             "card-noise, card-address, card-length\n");
+                               << QByteArray(
+                                      "no fault \"lost\"; there are drop, double, noise, cut, "
+                                      "junk, split, burst, scope-index, scope-loss, scope-noise, "
+                                      "scope-silence, card-no-reply, card-late, card-cut, "
+                                      "card-noise, card-address, card-length\n");
         QTest::newRow("rate") << QStringList{u"--fault"_s, u"drop=2"_s}
                               << QByteArray("drop needs a rate from 0 to 1, as in drop=0.05\n");
         QTest::newRow("seed") << QStringList{u"--seed"_s, u"x"_s}

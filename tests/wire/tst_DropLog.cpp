@@ -38,6 +38,41 @@ private slots:
         QCOMPARE(logged.at(2), u"qn740.menus: too many keys"_s);
     }
 
+    void what_is_dropped_within_the_minute_is_logged_at_its_end()
+    {
+        constexpr int IntervalMs = 50;
+        const QtMessageHandler before = qInstallMessageHandler(keep);
+        DropLog log(&logMenus, u"too many keys"_s, IntervalMs);
+        log.add();
+        log.add();
+        log.add();
+        const QStringList atOnce = logged;
+        const bool isLater = QTest::qWaitFor([] { return logged.size() == 2; });
+        QTest::qWait(2 * IntervalMs); // nothing follows
+        qInstallMessageHandler(before);
+        QVERIFY(isLater);
+        QCOMPARE(atOnce, QStringList{u"qn740.menus: too many keys"_s});
+        QCOMPARE(logged,
+            QStringList(
+                {u"qn740.menus: too many keys"_s, u"qn740.menus: too many keys (2 times)"_s}));
+    }
+
+    void what_is_not_logged_yet_is_logged_at_the_end()
+    {
+        const QtMessageHandler before = qInstallMessageHandler(keep);
+        {
+            DropLog log(&logMenus, u"too many keys"_s);
+            log.add();
+            log.add();
+        }
+        {
+            const DropLog silent(&logMenus, u"nothing"_s);
+        }
+        qInstallMessageHandler(before);
+        QCOMPARE(logged,
+            QStringList({u"qn740.menus: too many keys"_s, u"qn740.menus: too many keys"_s}));
+    }
+
     void the_clock_is_that_of_the_system_when_none_is_given()
     {
         const QtMessageHandler before = qInstallMessageHandler(keep);
