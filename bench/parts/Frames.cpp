@@ -4,6 +4,7 @@
 #include "support/Row.h"
 
 #include <QByteArrayList>
+#include <QByteArrayView>
 #include <QString>
 
 #include <cstring>
@@ -35,9 +36,10 @@ QByteArrayList readsOf(const QByteArray& bytes)
 
 // A cutter takes the bytes as they are or, in older versions, as characters.
 template <class Cutter>
-auto append(Cutter& cutter, const QByteArray& bytes, int /*best*/) -> decltype(cutter.append(bytes))
+auto append(Cutter& cutter, const QByteArray& bytes, int /*best*/)
+    -> decltype(cutter.append(QByteArrayView(bytes)))
 {
-    cutter.append(bytes);
+    cutter.append(QByteArrayView(bytes));
 }
 template <class Cutter>
 void append(Cutter& cutter, const QByteArray& bytes, long /*second*/)

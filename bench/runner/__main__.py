@@ -8,18 +8,19 @@ import fnmatch
 import functools
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
-import time
-from collections.abc import Callable
+import threading
 
 from . import arm, live, pieces, table
 from .figures import Figures
 from .place import ROOT, Place, count, measure, memory
+from .parts import Parts, Step, attempt, note, side_by_side
 from .rows import ROWS, Row
 
-_PANEL = ("define", "changes", "fader", "press", "editors", "pages")
-_PARTS = ("frames", "spectrum")
+_GROUPS = {"bench_Panel": ("define", "changes", "editors", "pages", "press", "fader"),
+           "bench_Parts": ("frames", "spectrum")}
 _DOCUMENT = ROOT / "docs/performance.md"
 _TARGETS = ["bench_Panel", "bench_Parts", "bench_BareWindow", "qn740-panel", "qn740-sim"]
 
@@ -28,11 +29,6 @@ def wanted(patterns: list[str]) -> list[Row]:
     """The rows whose name or group fits a pattern, all without one."""
     return [row for row in ROWS if not patterns or any(
         fnmatch.fnmatchcase(name, pattern) for pattern in patterns for name in (row.name, row.group))]
-
-
-def note(text: str) -> None:
-    """Says on standard error what is done, and when it began."""
-    print(f"bench: {time.monotonic() - _BEGIN:4.0f} s  {text}", file=sys.stderr, flush=True)
 
 
 def build(source: pathlib.Path, tree: pathlib.Path, options: list[str], targets: list[str]) -> None:
@@ -48,37 +44,37 @@ def build(source: pathlib.Path, tree: pathlib.Path, options: list[str], targets:
             note(f"{target} cannot be built:\n{done.stdout[-3000:]}")
 
 
-def run(place: Place, rows: list[Row], counted: bool) -> Figures:
-    """Measures the groups of these rows."""
-    figures = Figures()
+def time_steps(place: Place, rows: list[Row], figures: Figures) -> list[Step]:
+    """What measures the times and the memory of these rows: nothing else may run meanwhile."""
+    steps = []
     groups = {row.group for row in rows}
-    for program, known in (("bench_Panel", _PANEL), ("bench_Parts", _PARTS)):
+    for program, known in _GROUPS.items():
         wanted_groups = [group for group in known if group in groups]
         if wanted_groups and not (place.bin / program).exists():
             figures.faults.append(f"{', '.join(wanted_groups)}: {program} was not built")
             continue
-        for group in wanted_groups:
-            _try(group, functools.partial(measure, place, program, [group], figures), figures)
-        if counted and wanted_groups:
-            _try(f"instructions: {', '.join(wanted_groups)}",
-                 functools.partial(count, place, program, wanted_groups, figures), figures)
+        steps += [Step(group, functools.partial(measure, place, program, group, figures), figures)
+                  for group in wanted_groups]
     names = {row.name for row in rows}
     for group, step in (("memory", memory), ("start", live.start), ("full", live.full)):
         if group in groups:
-            _try(group, functools.partial(step, place, figures), figures)
+            steps.append(Step(group, functools.partial(step, place, figures), figures))
     if "live" in groups:
-        _try("live", functools.partial(live.live, place, names, figures), figures)
-    if counted and groups & {"start", "live"}:
-        _try("instructions of the panel", functools.partial(live.count, place, names, figures), figures)
-    return figures
+        steps.append(Step("live", functools.partial(live.live, place, names, figures), figures))
+    return steps
 
 
-def _try(name: str, step: Callable[[], None], figures: Figures) -> None:
-    note(name)
-    try:
-        step()
-    except (OSError, subprocess.SubprocessError) as error:
-        figures.faults.append(f"{name}: {error}")
+def count_steps(place: Place, rows: list[Row], figures: Figures) -> list[Step]:
+    """What counts the instructions of these rows."""
+    groups = {row.group for row in rows}
+    steps = [Step(f"instructions: {name}", functools.partial(step, place, figures), figures)
+             for name, step in live.counts({row.name for row in rows}).items()]
+    for program, known in _GROUPS.items():
+        if (place.bin / program).exists():
+            steps += [Step(f"instructions: {group}",
+                           functools.partial(count, place, program, group, figures), figures)
+                      for group in known if group in groups]
+    return steps
 
 
 def update(name: str, text: str) -> None:
@@ -143,49 +139,92 @@ def main() -> int:
 
 def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
     """Builds, measures and prints. Returns 1 when a row could not be measured."""
+    parts = Parts()
     tree = arguments.build or ROOT / "build/bench"
-    with_arm = not (arguments.no_arm or arguments.only or arguments.compare)
-    root = arm.begin_root(arguments.cache) if arguments.arm_only or with_arm else None
+    with_arm = arguments.arm_only or not (arguments.no_arm or arguments.only or arguments.compare)
+    root = arm.begin_root(arguments.cache) if with_arm and not arguments.pieces else None
     if arguments.build is None and not arguments.arm_only:
-        note("build")
+        parts.begin("build")
         build(ROOT, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=ON"],
               pieces.PROGRAMS if arguments.pieces else _TARGETS)
     if arguments.pieces:
         print(pieces.report(Place(tree), arguments.markdown, note))
         return 0
-    on_arm = None
-    if arguments.arm_only or with_arm:
-        on_arm = Figures()
-        if root is not None:
-            root.wait()
-        _try("armhf", functools.partial(arm.measure, arguments.cache, on_arm, note), on_arm)
-    if arguments.arm_only:
-        rows = []
-    figures = run(Place(tree), rows, not arguments.no_counts)
-    faults = figures.faults + (on_arm.faults if on_arm is not None else [])
+    places = {"": (Place(tree), Figures())}
     if arguments.compare is not None:
-        other = compare(arguments.compare.resolve(), rows, not arguments.no_counts)
-        faults += [f"other checkout: {fault}" for fault in other.faults]
-        print(table.beside(rows, figures, other, arguments.markdown))
+        parts.begin(f"build {arguments.compare}")
+        places["other checkout: "] = build_other(arguments.compare.resolve()), Figures()
+    on_arm = Figures() if root is not None else None
+    if root is not None:
+        parts.begin("packages for armhf")
+        root.wait()
+    rows = [] if arguments.arm_only else rows
+    for name, (place, figures) in places.items():
+        parts.begin(f"{name}times and memory")
+        for step in time_steps(place, rows, figures):
+            attempt(step)
+    counted = [] if arguments.no_counts else [
+        step for place, figures in places.values() for step in count_steps(place, rows, figures)]
+    count_all(arguments.cache, counted, on_arm, parts)
+    return show(arguments, rows, {name: figures for name, (_, figures) in places.items()}, on_arm, parts)
+
+
+def count_all(cache: pathlib.Path, steps: list[Step], on_arm: Figures | None, parts: Parts) -> None:
+    """Counts instructions, those of this machine while the programs for armhf are built: other load
+    does not change a count."""
+    building = threading.Thread(target=build_for_arm, args=(cache, on_arm))
+    building.start()
+    parts.begin("instructions" if on_arm is None else "instructions, and the build for armhf")
+    side_by_side(steps)
+    building.join()
+    if on_arm is not None and not on_arm.faults:
+        parts.begin("instructions of armhf")
+        side_by_side(arm.steps(cache, on_arm))
+    parts.end()
+
+
+def build_for_arm(cache: pathlib.Path, figures: Figures | None) -> None:
+    """Builds for armhf, when that is wanted."""
+    if figures is not None:
+        attempt(Step("build for armhf", functools.partial(arm.build, cache), figures))
+
+
+def show(arguments: argparse.Namespace, rows: list[Row], measured: dict[str, Figures],
+         on_arm: Figures | None, parts: Parts) -> int:
+    """Prints what was measured. Returns 1 when a row could not be measured."""
+    here, *others = measured.values()
+    faults = [f"{name}{fault}" for name, figures in measured.items() for fault in figures.faults]
+    if others:
+        print(table.beside(rows, here, others[0], arguments.markdown))
+        for row in rows:
+            if here.values and others[0].values and row.sides(others[0]) is None:
+                print(f"not compared: {row.what}")
     else:
-        report(arguments, rows, figures, on_arm)
+        report(arguments, rows, here, on_arm)
+        faults += on_arm.faults if on_arm is not None else []
+    print(f"\n{parts.report()}")
     for fault in faults:
         print(f"not measured: {fault}", file=sys.stderr)
     note("done")
-    return 1 if faults or any(row.sides(figures) is None for row in rows) else 0
+    return 1 if faults or any(row.sides(here) is None for row in rows) else 0
 
 
-def compare(checkout: pathlib.Path, rows: list[Row], counted: bool) -> Figures:
-    """Measures another checkout with the benches of this one, or a build tree with its own."""
-    tree = checkout
-    if not (checkout / "CMakeCache.txt").exists():
-        tree = ROOT / "build/bench-other"
-        note(f"build {checkout}")
-        build(ROOT / "bench", tree, [f"-DQN740_OTHER={checkout}"], _TARGETS)
-    note(f"measure {checkout}")
-    return run(Place(tree), rows, counted)
+def build_other(checkout: pathlib.Path) -> Place:
+    """Builds another checkout with the benches of this one. A build tree is taken as it is."""
+    if (checkout / "CMakeCache.txt").exists():
+        return Place(checkout)
+    tree = ROOT / "build/bench-other"
+    source = tree / "source"
+    shutil.rmtree(source, ignore_errors=True)
+    source.mkdir(parents=True)
+    for entry in checkout.iterdir():
+        # The benches use the pseudo-terminals of the tests.
+        ours = entry.name in ("bench", "tests")
+        (source / entry.name).symlink_to(ROOT / entry.name if ours else entry)
+    build(source, tree, ["-DQN740_BUILD_TESTS=OFF", "-DQN740_BUILD_BENCH=ON", "-DQN740_WERROR=OFF"],
+          _TARGETS)
+    return Place(tree)
 
 
-_BEGIN = time.monotonic()
 if __name__ == "__main__":
     sys.exit(main())

@@ -6,27 +6,30 @@ plugin of our own that counts (bench/arm/count.c).
 
 from __future__ import annotations
 
+import functools
 import pathlib
 import re
 import struct
 import subprocess
 import time
-from collections.abc import Callable
 
-from .figures import OURS, PEER, Figures, sections
-from .live import Watched
+from .figures import Figures, sections
+from .live import STARTED, Watched, add_starts
+from .parts import Step
 from .place import ROOT, Place
 from .rows import ROWS
 
 CACHE = pathlib.Path.home() / ".cache/qn740/armhf"
 _BUILD = ROOT / "packaging/armhf/build"
+_TREE = ROOT / "build/armhf"
+_PLUGIN = _TREE / "count.so"
 _GROUPS = {"bench_Panel": ("define", "changes", "fader", "press", "editors", "pages"),
            "bench_Parts": ("frames", "spectrum")}
 _NOT_COUNTED = ("10000", "flat", "p99", "fader.")
 # The rows of the second table, in the order of the first.
 NAMES = {row.name: row.what for row in ROWS
          if row.group in ("start", *_GROUPS["bench_Panel"], *_GROUPS["bench_Parts"])
-         and row.name != "rss" and not any(part in row.name for part in _NOT_COUNTED)}
+         and not row.name.startswith("rss") and not any(part in row.name for part in _NOT_COUNTED)}
 
 
 def begin_root(cache: pathlib.Path) -> subprocess.Popen[bytes]:
@@ -35,37 +38,45 @@ def begin_root(cache: pathlib.Path) -> subprocess.Popen[bytes]:
                             stdout=subprocess.DEVNULL)
 
 
-def measure(cache: pathlib.Path, figures: Figures, note: Callable[[str], None]) -> None:
-    """Builds for armhf and counts."""
-    tree = ROOT / "build/armhf"
-    note("armhf: build")
-    subprocess.run([str(_BUILD), "--cache", str(cache), "--tree", str(tree)],
+def build(cache: pathlib.Path) -> None:
+    """Builds the programs and the plugin that counts."""
+    subprocess.run([str(_BUILD), "--cache", str(cache), "--tree", str(_TREE)],
                    check=True, stdout=subprocess.DEVNULL)
-    place = Place(tree)
-    plugin = place.work / "count.so"
-    subprocess.run(["cc", "-O2", "-shared", "-fPIC", "-o", str(plugin), str(ROOT / "bench/arm/count.c")],
+    subprocess.run(["cc", "-O2", "-shared", "-fPIC", "-o", str(_PLUGIN), str(ROOT / "bench/arm/count.c")],
                    check=True)
-    counter = place.work / "counter"
-    emulated = ["qemu-arm", "-L", str(cache / "root"), "-plugin", f"{plugin},out={counter}"]
-    note("armhf: start")
-    for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
-        figures.counts["start", side] = _started(place, [*emulated, place.program(name)], counter)
-    for program, groups in _GROUPS.items():
-        note(f"armhf: {', '.join(groups)}")
-        _count(place, [*emulated, place.program(program), "--count", "--short", *groups], figures)
 
 
-def _started(place: Place, command: list[str], counter: pathlib.Path) -> float:
-    watched = Watched(command, place.environment())
-    try:
-        time.sleep(1.0)
-        watched.settle()
-        return float(struct.unpack("<Q", counter.read_bytes()[:8])[0])
-    finally:
-        watched.end()
+def steps(cache: pathlib.Path, figures: Figures) -> list[Step]:
+    """What counts, each for itself."""
+    place = Place(_TREE)
+    return [Step("armhf: start", functools.partial(_count_starts, place, cache, figures), figures),
+            *(Step(f"armhf: {group}",
+                   functools.partial(_count, place, cache, program, group, figures), figures)
+              for program, groups in _GROUPS.items() for group in groups)]
 
 
-def _count(place: Place, command: list[str], figures: Figures) -> None:
+def _emulated(cache: pathlib.Path, counter: pathlib.Path) -> list[str]:
+    return ["qemu-arm", "-L", str(cache / "root"), "-plugin", f"{_PLUGIN},out={counter}"]
+
+
+def _count_starts(place: Place, cache: pathlib.Path, figures: Figures) -> None:
+    totals: dict[str, float] = {}
+    counter = place.work / "start.counter"
+    for kind, (name, environment) in STARTED.items():
+        watched = Watched([*_emulated(cache, counter), place.program(name)],
+                          place.environment(**environment))
+        try:
+            time.sleep(1.0)
+            watched.settle()
+            totals[kind] = float(struct.unpack("<Q", counter.read_bytes()[:8])[0])
+        finally:
+            watched.end()
+    add_starts(figures, totals)
+
+
+def _count(place: Place, cache: pathlib.Path, program: str, group: str, figures: Figures) -> None:
+    command = [*_emulated(cache, place.work / f"{group}.counter"), place.program(program), "--count",
+               "--short", group]
     done = place.run(command)
     announced = sections(done.stdout)
     counted = [float(number) for number in re.findall(r"^section (\d+)$", done.stderr, re.MULTILINE)]

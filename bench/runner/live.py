@@ -6,6 +6,7 @@ Qt's plugin for remote touches.
 
 from __future__ import annotations
 
+import functools
 import glob
 import pathlib
 import re
@@ -27,6 +28,12 @@ _SIZE = (800, 480)
 _LINE_BYTES = 11520  # a second at 115200 baud
 _POINTS = 1024  # of a spectrum of the older card
 _SCOPE_MODES = {"cpu.eyes": 2, "cpu.constellations": 1}
+# What is started: the panel with the start-up picture and with the menus at once, and the bare window.
+STARTED: dict[str, tuple[str, dict[str, str]]] = {
+    "picture": ("qn740-panel", {}),
+    "menus": ("qn740-panel", {"QN740_SPLASH_MS": "0"}),
+    "bare": ("bench_BareWindow", {}),
+}
 STARTS = 7
 IDLE_S = 5.0
 SHARE_S = 8.0
@@ -176,19 +183,21 @@ class Desk:
 
 def start(place: Place, figures: Figures) -> None:
     """Processor time to the first idle page, and the memory then, beside a bare window."""
-    cpu: dict[str, list[float]] = {OURS: [], PEER: []}
-    resident: dict[str, list[float]] = {OURS: [], PEER: []}
+    cpu: dict[str, list[float]] = {kind: [] for kind in STARTED}
+    resident: dict[str, list[float]] = {kind: [] for kind in STARTED}
     for _ in range(STARTS):
-        for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
-            watched = Watched([place.program(name)], place.environment())
+        for kind, (name, environment) in STARTED.items():
+            watched = Watched([place.program(name)], place.environment(**environment))
             time.sleep(0.2)
             watched.settle()
-            cpu[side].append(1000 * watched.cpu())
-            resident[side].append(watched.resident())
+            cpu[kind].append(1000 * watched.cpu())
+            resident[kind].append(watched.resident())
             watched.end()
-    for side in (OURS, PEER):
-        figures.add("start", side, cpu[side])
-        figures.add("rss", side, resident[side])
+    for row, values in (("start", cpu), ("rss", resident)):
+        figures.add(row, OURS, values["picture"])
+        figures.add(f"{row}.menus", OURS, values["menus"])
+        for name in (row, f"{row}.menus"):
+            figures.add(name, PEER, values["bare"])
 
 
 def full(place: Place, figures: Figures) -> None:
@@ -208,6 +217,14 @@ def full(place: Place, figures: Figures) -> None:
     bare.settle()
     figures.values["rss.full", PEER] = bare.resident()
     bare.end()
+
+
+def add_starts(figures: Figures, totals: dict[str, float]) -> None:
+    """Notes the instructions of the programs that were started."""
+    figures.counts["start", OURS] = totals["picture"]
+    figures.counts["start.menus", OURS] = totals["menus"]
+    for row in ("start", "start.menus"):
+        figures.counts[row, PEER] = totals["bare"]
 
 
 class _Share:
@@ -296,20 +313,38 @@ def _show_spectrum(desk: Desk, charts: int) -> None:
     _show_charts(desk, charts)
 
 
-def count(place: Place, names: set[str], figures: Figures) -> None:
-    """Instructions of the starts, and of each second of the scopes and the charts."""
-    if names & {"start", "rss"}:
-        for side, name in ((OURS, "qn740-panel"), (PEER, "bench_BareWindow")):
-            valgrind = _Callgrind(place, f"start-{side}")
-            watched = Watched([*valgrind.command, place.program(name)], place.environment())
-            time.sleep(2.0)
-            watched.settle()
-            figures.counts["start", side] = valgrind.dump(watched)
-            watched.end()
+def counts(names: set[str]) -> dict[str, Callable[[Place, Figures], None]]:
+    """What counts the instructions of the running panel, by its name. names: the rows that are wanted"""
+    steps: dict[str, Callable[[Place, Figures], None]] = {}
+    if names & {"start", "start.menus"}:
+        steps["start"] = _count_starts
+    if names & {"cpu.hidden", "cpu.eyes"}:
+        steps["scopes"] = functools.partial(_count_scopes, names)
+    if names & {"cpu.chart1", "cpu.chart3"}:
+        steps["charts"] = functools.partial(_count_charts, names)
+    return steps
+
+
+def _count_starts(place: Place, figures: Figures) -> None:
+    totals: dict[str, float] = {}
+    for kind, (name, environment) in STARTED.items():
+        valgrind = _Callgrind(place, f"start-{kind}")
+        watched = Watched([*valgrind.command, place.program(name)], place.environment(**environment))
+        time.sleep(2.0)
+        watched.settle()
+        totals[kind] = valgrind.dump(watched)
+        watched.end()
+    add_starts(figures, totals)
+
+
+def _count_scopes(names: set[str], place: Place, figures: Figures) -> None:
     scopes: dict[str, Callable[[Desk], None]] = {
         "cpu.hidden": lambda desk: None, "cpu.eyes": _show_eyes}
     _count_steps(place, figures, ["--scope-mode", "2"], [],
                  {row: step for row, step in scopes.items() if row in names})
+
+
+def _count_charts(names: set[str], place: Place, figures: Figures) -> None:
     charts: dict[str, Callable[[Desk], None]] = {
         "cpu.chart3": lambda desk: _show_spectrum(desk, 3), "cpu.chart1": lambda desk: _show_charts(desk, 1)}
     if "cpu.chart3" not in names:

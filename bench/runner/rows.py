@@ -83,7 +83,9 @@ def _live() -> list[Row]:
     bare = "a bare window with a status bar"
     return [
         Row("start", "CPU time to the first idle page", bare, 1.6, "start", "ms"),
+        Row("start.menus", "the same without the start-up picture", bare, 1.6, "start", "ms"),
         Row("rss", "resident memory, no unit connected", bare, 1.25, "start", "MiB"),
+        Row("rss.menus", "the same without the start-up picture", bare, 1.25, "start", "MiB"),
         Row("rss.full", "resident memory with the unit's menus, three scopes, spectrum", bare, 1.5,
             "full", "MiB"),
         _share("cpu.hidden", "hidden scopes page, three lines at full rate", 0.0025),

@@ -186,6 +186,7 @@ QPushButton* KeyBoard::newButton(const QString& label, std::optional<Cell> cell)
 {
     auto* button = new KeyButton(label);
     button->setMaximumHeight(touch::MaxKeyHeight);
+    button->setGround(Qt::black);
     if (cell) {
         placeInGroup(button, *cell);
     } else {
@@ -200,6 +201,7 @@ void KeyBoard::addMoreKey()
 {
     auto* more = new MoreKey(pages->count());
     more->setMaximumHeight(touch::MaxKeyHeight);
+    more->setGround(Qt::black);
     grid->addWidget(more, maxRow, maxCol);
     more->setSheet(keyStyle::more());
     connect(more, &QPushButton::clicked, pages, &StackLayout::setNextIndex);

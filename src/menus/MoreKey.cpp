@@ -39,7 +39,7 @@ void MoreKey::paintEvent(QPaintEvent* /*event*/)
     initStyleOption(&option);
     QPainter painter(this);
     const KeyFace& face = KeyFace::of(styleSheet());
-    face.paintFace(painter, option, {});
+    face.paintFace(painter, option, {}, ground());
 
     QFont small = font();
     small.setPixelSize(PagePixels);

@@ -6,7 +6,6 @@
 #include "wire/Log.h"
 
 #include <QPainter>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -44,7 +43,8 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     black.setColor(QPalette::Window, Qt::black);
     setPalette(black);
     setAutoFillBackground(true);
-    setUpPlots();
+    m_contents.setLineColor(m_lineColor);
+    layOutPlots();
     connect(&m_watch, &DataWatch::staleChanged, this, &Scope::staleChanged);
     m_watch.setExpecting(true);
     m_measureTimer.setObjectName(QStringLiteral("measureTimer"));
@@ -59,25 +59,24 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
 Scope::~Scope()
 {
     // The views are children and outlive the contents that they show.
-    m_plotI->setContent(nullptr);
-    m_plotQ->setContent(nullptr);
+    m_plots.setContents(nullptr, nullptr);
 }
 
-void Scope::setUpPlots()
+void Scope::makePlots()
 {
-    m_plotI = new PlotView(this);
-    m_plotI->setObjectName(QStringLiteral("plotI"));
-    m_plotQ = new PlotView(this);
-    m_plotQ->setObjectName(QStringLiteral("plotQ"));
-    auto* plots = new QVBoxLayout(this);
-    plots->setContentsMargins(0, 0, 0, 0);
-    plots->setSpacing(0);
-    for (PlotView* plot : {m_plotI, m_plotQ}) {
-        plots->addWidget(plot, 1);
+    m_plots.make(this);
+    for (const PlotView* plot : m_plots.all()) {
         connect(plot, &QCustomPlot::mouseRelease, this, &Scope::touched);
     }
-    m_contents.setLineColor(m_lineColor);
+    m_plots.setStale(stale());
+    m_plots.setFrozen(isFrozen());
     layOutPlots();
+}
+
+bool Scope::lowerIsShown() const
+{
+    return m_plotsShown && m_numOfPlots >= 2 && m_showQPlot &&
+        m_contents.view() == ScopeContents::View::Eyes;
 }
 
 // Which content each of the two plots shows, and whether it is shown.
@@ -85,45 +84,26 @@ void Scope::layOutPlots()
 {
     m_contents.setView(viewOf(m_plotType));
     const bool eyes = m_contents.view() == ScopeContents::View::Eyes;
-    const bool withQ = eyes && m_showQPlot && m_numOfPlots >= 2;
-    m_contents.setUpperTimeLabel(!withQ);
-    m_plotI->setContent(m_contents.upper());
-    m_plotQ->setContent(m_contents.lower());
-    m_plotI->setVisible(m_plotsShown && m_numOfPlots >= 1);
-    m_plotQ->setVisible(m_plotsShown && withQ);
-    m_plotI->update();
+    m_contents.setUpperTimeLabel(!(eyes && m_showQPlot && m_numOfPlots >= 2));
+    m_plots.setContents(m_contents.upper(), m_contents.lower());
+    m_plots.setShown(upperIsShown(), lowerIsShown());
+    m_plots.update();
     fixIsize();
-    shareHeight();
-    layout()->activate();
-}
-
-// The two data areas are equally high, though the time stands under the lower one alone.
-void Scope::shareHeight()
-{
-    auto* plots = qobject_cast<QBoxLayout*>(layout());
-    const int frameI = m_plotI->frameHeight();
-    const int frameQ = m_plotQ->frameHeight();
-    const int left = std::max(0, height() - frameI - frameQ);
-    plots->setSpacing(left % 2); // An odd pixel lies between the two.
-    plots->setStretchFactor(m_plotI, frameI + left / 2);
-    plots->setStretchFactor(m_plotQ, frameQ + left / 2);
+    m_plots.shareHeight();
 }
 
 void Scope::fixIsize()
 {
     const bool square = m_plotType == Constellation && !m_disableFixIsize && !m_enlarged;
     const int side = square ? std::max(1, std::min(width(), height())) : QWIDGETSIZE_MAX;
-    if (m_plotI->maximumSize() != QSize(side, side)) {
-        m_plotI->setMaximumSize(side, side);
-    }
+    m_plots.setUpperSide(side);
 }
 
 void Scope::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     fixIsize();
-    shareHeight();
-    layout()->activate();
+    m_plots.shareHeight();
 }
 
 void Scope::setPlotType(int type)
@@ -171,21 +151,14 @@ void Scope::clearPlots()
 {
     m_contents.clear();
     showStale();
-    updatePlots();
-}
-
-void Scope::updatePlots()
-{
-    m_plotI->update();
-    m_plotQ->update();
+    m_plots.update();
 }
 
 void Scope::dataChanged()
 {
     m_unmeasured = true;
     scheduleMeasurement();
-    m_plotI->dataChanged();
-    m_plotQ->dataChanged();
+    m_plots.dataChanged();
 }
 
 void Scope::togglePlotType()
@@ -214,7 +187,7 @@ void Scope::setDisableFixIsize(bool disabled)
 void Scope::setSdiStripCount(int count)
 {
     m_contents.strips().setStripCount(count);
-    m_plotI->update();
+    m_plots.update();
 }
 
 void Scope::setLineColor(int color)
@@ -225,7 +198,7 @@ void Scope::setLineColor(int color)
     }
     m_lineColor = wanted;
     m_contents.setLineColor(m_lineColor);
-    updatePlots();
+    m_plots.update();
 }
 
 void Scope::setPlotsShown(bool shown)
@@ -256,7 +229,7 @@ void Scope::setFixedRange(bool fixed)
 {
     if (fixedRange() != fixed) {
         m_contents.setRangeFixed(fixed);
-        updatePlots();
+        m_plots.update();
         emit lookChanged();
     }
 }
@@ -275,6 +248,9 @@ void Scope::setEnlarged(bool enlarged)
 void Scope::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+    if (!m_plots.exist()) {
+        makePlots();
+    }
     setReadPace();
     scheduleMeasurement(); // of what has come meanwhile
 }
@@ -302,8 +278,7 @@ void Scope::measure()
     if (isVisible() && m_plotsShown && !stale()) {
         m_unmeasured = false;
         m_contents.measure();
-        m_plotI->dataChanged();
-        m_plotQ->dataChanged();
+        m_plots.dataChanged();
     }
     emit figuresChanged();
 }
@@ -326,8 +301,8 @@ void Scope::setFrozen(bool frozen)
     m_unmeasured = true;
     m_contents.setFrozen(frozen);
     showStale(); // what was held has ended "NO DATA"
-    m_plotI->setFrozen(frozen);
-    updatePlots();
+    m_plots.setFrozen(frozen);
+    m_plots.update();
     scheduleMeasurement();
     emit lookChanged();
 }
@@ -359,8 +334,7 @@ void Scope::showStale()
     if (stale()) {
         m_contents.setBadge(noData::text());
     }
-    m_plotI->setStale(stale());
-    m_plotQ->setStale(stale());
+    m_plots.setStale(stale());
     emit figuresChanged();
 }
 
@@ -370,13 +344,17 @@ QString Scope::readout() const
         return HiddenNote;
     }
     QStringList texts;
-    for (const PlotView* plot : {m_plotI, m_plotQ}) {
-        if (!plot->isHidden()) {
-            texts += plot->content()->badge();
-            texts += stale() ? QString() : plot->content()->note();
-        }
+    const auto read = [&texts, this](const PlotContent& content) {
+        texts += content.badge();
+        texts += stale() ? QString() : content.note();
+    };
+    if (upperIsShown()) {
+        read(*m_contents.upper());
     }
-    if (isFrozen() && !m_plotI->isHidden()) {
+    if (lowerIsShown()) {
+        read(*m_contents.lower());
+    }
+    if (isFrozen() && upperIsShown()) {
         texts += PlotView::frozenText();
     }
     if (m_enlarged) {

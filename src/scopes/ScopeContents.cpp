@@ -42,7 +42,7 @@ std::array<PlotContent*, 4> ScopeContents::all()
     return {&m_eyeI, &m_eyeQ, &m_constellation, &m_strips};
 }
 
-PlotContent* ScopeContents::upper()
+const PlotContent* ScopeContents::upper() const
 {
     switch (m_view) {
     case View::Constellation:

@@ -15,6 +15,7 @@
 
 #include <array>
 #include <deque>
+#include <utility>
 
 /// What the two plots of a scope show, without a window.
 ///
@@ -41,9 +42,15 @@ public:
     View view() const { return m_view; }
 
     /// \return the content of the upper plot in the current view.
-    PlotContent* upper();
+    ///@{
+    PlotContent* upper() { return const_cast<PlotContent*>(std::as_const(*this).upper()); }
+    const PlotContent* upper() const;
+    ///@}
     /// \return the content of the lower plot, which only the eyes use.
+    ///@{
     PlotContent* lower() { return &m_eyeQ; }
+    const PlotContent* lower() const { return &m_eyeQ; }
+    ///@}
 
     /// Plots one block.
     /// \param i, q samples in parts of full scale, -1 to 1.

@@ -10,6 +10,23 @@
 KeyButton::KeyButton(const QString& text, QWidget* parent)
     : TextButton(text, parent)
 {
+    // The first of all slots: what clicked() opens must find a button that can be painted.
+    connect(this, &QAbstractButton::released, this, [this] { setUpdatesEnabled(true); });
+}
+
+// Called between the release and released(), just before the button would be painted.
+void KeyButton::nextCheckState()
+{
+    TextButton::nextCheckState();
+    if (!signalsBlocked()) {
+        setUpdatesEnabled(false);
+    }
+}
+
+void KeyButton::setGround(const QColor& colour)
+{
+    m_ground = colour;
+    takeLook();
 }
 
 void KeyButton::setSheet(const QString& sheet)
@@ -80,6 +97,8 @@ bool KeyButton::event(QEvent* event)
 // Takes over from the face what other widgets and the layout see of the button.
 void KeyButton::takeLook()
 {
+    // A style that works on the button takes the attribute away.
+    setAttribute(Qt::WA_OpaquePaintEvent, m_ground.isValid());
     if (!m_isPolished || styleSheet().isEmpty()) {
         return;
     }
@@ -96,6 +115,9 @@ void KeyButton::takeLook()
 void KeyButton::paintEvent(QPaintEvent* event)
 {
     if (styleSheet().isEmpty()) {
+        if (m_ground.isValid()) {
+            QPainter(this).fillRect(rect(), m_ground);
+        }
         TextButton::paintEvent(event);
         return;
     }
@@ -104,7 +126,7 @@ void KeyButton::paintEvent(QPaintEvent* event)
     QStyleOptionButton option;
     initStyleOption(&option);
     QPainter painter(this);
-    face.paintFace(painter, option, marks());
+    face.paintFace(painter, option, marks(), m_ground);
     if (isTextFitted()) {
         paintText(painter, face.textColour(isEnabled()));
     } else {

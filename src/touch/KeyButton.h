@@ -2,6 +2,8 @@
 
 #include "touch/TextButton.h"
 
+#include <QColor>
+
 /// The button of a menu key, made so that a page of them costs little, shown or not.
 ///
 /// styleSheet() answers the sheet of the key as it answers that of any widget, but the style never
@@ -11,6 +13,9 @@
 /// The style asks a widget for its sheet by the property "styleSheet", which is therefore empty
 /// here. Should a style get at the sheet by another way, it does more work, and the button looks
 /// the same.
+///
+/// A release first sends, then the button is painted: a push button by itself is painted before it
+/// emits released() and clicked(), which would keep the message back for the time of a painting.
 class KeyButton : public TextButton
 {
     Q_OBJECT
@@ -25,6 +30,13 @@ public:
     /// page below a widget that has a sheet: the style then has nothing to make for the button.
     void setSheet(const QString& sheet);
 
+    /// Tells which colour lies under the button. The page there is then not painted anew with each
+    /// change of the button, which fills its corners itself.
+    /// \param colour opaque; the same all over the button's place
+    void setGround(const QColor& colour);
+    /// \return the colour under the button; an invalid one when the page paints it.
+    const QColor& ground() const { return m_ground; }
+
     /// \return the value of the property "styleSheet": an empty text.
     QString sheetForStyle() const { return {}; }
 
@@ -36,6 +48,7 @@ public:
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void nextCheckState() override;
 
 private:
     void polish();
@@ -44,4 +57,5 @@ private:
     bool m_isPolished = false;
     bool m_isForLater = false; // whether it is made visible on a page that is hidden
     QSize m_frame;             // of its face
+    QColor m_ground;
 };

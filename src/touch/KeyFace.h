@@ -44,8 +44,9 @@ public:
 
     /// Paints the button without its text, and the marks over it.
     /// \param option the button's outline and state
-    void paintFace(
-        QPainter& painter, const QStyleOptionButton& option, const keyMarks::Marks& marks) const;
+    /// \param ground the colour around the face; an invalid one for none
+    void paintFace(QPainter& painter, const QStyleOptionButton& option,
+        const keyMarks::Marks& marks, const QColor& ground = {}) const;
     /// Paints the text of \a option where a push button has it.
     void paintText(QPainter& painter, const QStyleOptionButton& option) const;
 

@@ -1,3 +1,4 @@
+qn740_test(scopes ConstellationFit)
 qn740_test(scopes ConstellationMeter qn740_measure)
 qn740_test(scopes ConstellationPlot)
 qn740_test(scopes DensityImage)

@@ -16,6 +16,114 @@ void feed(Meter& meter, const QString& text, int blocks)
     signalFeed::feed(meter, text, blocks, iqBlock::EyeSamplesPerSymbol, 3);
 }
 
+constexpr double Pi = 3.14159265358979323846;
+constexpr int Instants = 16;
+
+// Symbols of 4 samples, raised-cosine pulses (roll-off 0.4) and some noise; the same with every
+// library (a linear congruential generator; Numerical Recipes, 7.1).
+QVector<double> shaped(int levels, double noise, quint32 seed)
+{
+    quint32 state = seed;
+    const auto next = [&state] {
+        state = state * 1664525U + 1013904223U;
+        return state / 4294967296.0;
+    };
+    QVector<double> samples(256, 0.0);
+    for (int symbol = -8; symbol < 72; ++symbol) {
+        const double value = 2.0 * std::floor(next() * levels) + 1.0 - levels;
+        for (int k = 0; k < 256; ++k) {
+            const double t = k / 4.0 - symbol - 0.15;
+            const double pulse =
+                std::sin(Pi * t) / (Pi * t) * std::cos(0.4 * Pi * t) / (1.0 - 0.64 * t * t);
+            samples[k] += 0.8 / levels * value * pulse;
+        }
+    }
+    for (double& sample : samples) {
+        sample += noise * (next() - 0.5);
+    }
+    return samples;
+}
+
+// The value at a place: a sinc with a Hann window over four samples to either side, at the nearest
+// of 64 places between two samples.
+double valueAt(const QVector<double>& samples, double place)
+{
+    const double nearest = std::floor(place * 64.0 + 0.5) / 64.0;
+    const int left = static_cast<int>(nearest);
+    double sum = 0.0;
+    for (int k = left - 3; k <= left + 4; ++k) {
+        const double t = nearest - k;
+        const double sinc = t == 0.0 ? 1.0 : std::sin(Pi * t) / (Pi * t);
+        sum += samples.at(k) * sinc * (0.5 + 0.5 * std::cos(Pi * t / 4.5));
+    }
+    return sum;
+}
+
+struct Level
+{
+    int count = 0;
+    double mean = 0.0;
+    double deviation = 0.0;
+};
+
+template <class Counts>
+Level levelOf(const QVector<double>& values, Counts counts)
+{
+    Level level;
+    for (const double value : values) {
+        level.count += counts(value) ? 1 : 0;
+        level.mean += counts(value) ? value : 0.0;
+    }
+    level.mean /= level.count;
+    for (const double value : values) {
+        level.deviation += counts(value) ? std::pow(value - level.mean, 2) : 0.0;
+    }
+    level.deviation = std::sqrt(level.deviation / level.count);
+    return level;
+}
+
+// The spread of the innermost level at one instant: of all magnitudes with two levels, of those
+// below the mean with four; 1 where there are not clearly four.
+double spreadAt(const QVector<QVector<double>>& blocks, int instant, bool four)
+{
+    QVector<double> values;
+    for (const QVector<double>& samples : blocks) {
+        for (int n = 20; n * 0.25 < 251.0; ++n) {
+            if (n % Instants == instant) {
+                values.append(std::abs(valueAt(samples, n * 0.25)));
+            }
+        }
+    }
+    const Level all = levelOf(values, [](double) { return true; });
+    if (!four) {
+        return all.deviation / all.mean;
+    }
+    const Level inner = levelOf(values, [&all](double value) { return value < all.mean; });
+    const Level outer = levelOf(values, [&all](double value) { return value >= all.mean; });
+    const bool clear = std::min(inner.count, outer.count) >= 0.2 * all.count &&
+        outer.mean - inner.mean >= 4.0 * std::max(inner.deviation, outer.deviation);
+    return clear ? inner.deviation / inner.mean : 1.0;
+}
+
+// The opening by its definition, from the least spread of a parabola through three instants.
+EyeOpening openingOf(const QVector<QVector<double>>& blocks, bool four)
+{
+    QVector<double> squares;
+    for (int instant = 0; instant < Instants; ++instant) {
+        squares.append(std::pow(spreadAt(blocks, instant, four), 2));
+    }
+    const auto best =
+        static_cast<int>(std::min_element(squares.cbegin(), squares.cend()) - squares.cbegin());
+    const double here = squares.at(best);
+    const double left = squares.at((best + Instants - 1) % Instants);
+    const double right = squares.at((best + 1) % Instants);
+    const bool curved = left < 1.0 && right < 1.0;
+    const double top = curved ? (left - right) / (2.0 * (left - 2.0 * here + right)) : 0.0;
+    const double least = std::max(0.0, here - (left - right) * top / 4.0);
+    const double place = (best + top) / Instants;
+    return {true, 100.0 * (1.0 - 3.0 * std::sqrt(least)), place - std::floor(place + 0.5)};
+}
+
 } // namespace
 
 class tst_EyeMeter : public QObject
@@ -44,6 +152,30 @@ private slots:
         }
         QVERIFY(finder.find().found);
         QVERIFY(std::abs(finder.find().samplesPerSymbol - 5.5) < 0.055);
+    }
+
+    void the_period_of_a_clean_signal_is_exact_to_a_thousandth_data()
+    {
+        QTest::addColumn<QString>("signal");
+        QTest::addColumn<double>("period");
+        QTest::newRow("2.5") << u"qpsk:snr=30:sps=2.5"_s << 2.5;
+        QTest::newRow("3.3") << u"qpsk:snr=30:sps=3.3:rolloff=1"_s << 3.3;
+        QTest::newRow("5.5, a steep edge") << u"qpsk:snr=30:sps=5.5"_s << 5.5;
+        QTest::newRow("5.5") << u"qpsk:snr=30:sps=5.5:rolloff=0.5"_s << 5.5;
+        QTest::newRow("7, OQPSK") << u"oqpsk:snr=25:sps=7:rolloff=0.25"_s << 7.0;
+        QTest::newRow("8") << u"qpsk:snr=30:sps=8:rolloff=0.5"_s << 8.0;
+    }
+
+    void the_period_of_a_clean_signal_is_exact_to_a_thousandth()
+    {
+        QFETCH(QString, signal);
+        QFETCH(double, period);
+        SymbolPeriodFinder finder;
+        feed(finder, signal, 16);
+        const SymbolPeriodFinder::Period found = finder.find();
+        QVERIFY(found.found);
+        QVERIFY2(std::abs(found.samplesPerSymbol - period) < 0.001 * period,
+            qPrintable(QString::number(found.samplesPerSymbol)));
     }
 
     void no_period_is_found_without_symbols_data()
@@ -150,6 +282,36 @@ private slots:
         feed(meter, u"bpsk:snr=15"_s, 16);
         QVERIFY(meter.figures().i.valid);
         QVERIFY(!meter.figures().q.valid);
+    }
+
+    void the_opening_is_that_of_its_definition_data()
+    {
+        QTest::addColumn<int>("levels");
+        QTest::addColumn<double>("noise");
+        QTest::newRow("two levels") << 2 << 0.0;
+        QTest::newRow("two levels, noise") << 2 << 0.2;
+        QTest::newRow("four levels") << 4 << 0.0;
+        QTest::newRow("four levels, noise") << 4 << 0.06;
+    }
+
+    void the_opening_is_that_of_its_definition()
+    {
+        QFETCH(int, levels);
+        QFETCH(double, noise);
+        EyeMeter meter;
+        QVector<QVector<double>> blocks;
+        for (quint32 block = 0; block < 6; ++block) { // too few for the period, which is 4 then
+            blocks.append(shaped(levels, noise, 17 + block));
+            meter.addBlock(blocks.last(), QVector<double>(256, 0.0));
+        }
+        const EyeOpening expected = openingOf(blocks, levels == 4);
+        const EyeOpening found = meter.figures().i;
+        QVERIFY(found.valid && !meter.figures().q.valid);
+        QVERIFY(expected.percent > 20.0 && expected.percent <= 100.0);
+        QVERIFY2(std::abs(found.percent - expected.percent) < 1e-6,
+            qPrintable(QStringLiteral("%1, not %2").arg(found.percent).arg(expected.percent)));
+        QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
+        QVERIFY(std::abs(found.bestInstant - 0.15) < 0.03);
     }
 
     void noise_closes_the_eye()

@@ -82,11 +82,50 @@ private slots:
         QCOMPARE(Interpolator(1).interpolate({1.0, 2.0}), (QVector<double>{1.0, 2.0}));
     }
 
+    // By the standard library's own Bessel function.
+    void the_taps_are_a_sinc_with_a_kaiser_window()
+    {
+        for (const int factor : {1, 3, 8}) {
+            const QVector<double> taps = Interpolator(factor).taps();
+            const int centre = 4 * factor;
+            QCOMPARE(taps.size(), 2 * centre + 1);
+            QVector<double> expected;
+            for (int n = 0; n <= 2 * centre; ++n) {
+                const double t = double(n - centre) / factor;
+                const double x = t / 4.0;
+                const double window = std::cyl_bessel_i(0.0, 6.0 * std::sqrt(1.0 - x * x)) /
+                    std::cyl_bessel_i(0.0, 6.0);
+                const bool whole = (n - centre) % factor == 0;
+                expected.append(n == centre ? 1.0
+                        : whole             ? 0.0
+                                            : std::sin(Pi * t) / (Pi * t) * window);
+            }
+            for (int n = 0; n <= 2 * centre; ++n) {
+                double sum = 0.0; // of the taps for the same place between two samples
+                for (int k = n % factor; k <= 2 * centre; k += factor) {
+                    sum += expected.at(k);
+                }
+                QVERIFY2(std::abs(taps.at(n) - expected.at(n) / sum) < 1e-11,
+                    qPrintable(QString::number(taps.at(n) - expected.at(n) / sum)));
+            }
+        }
+    }
+
+    void a_filter_may_have_a_single_tap()
+    {
+        const double taps[] = {0.5, 1e9}; // the second one is none of it
+        double delay[2] = {0.0, 1e9};
+        int state = 0;
+        QCOMPARE(firStep(1.0, 1, taps, delay, state), 0.5);
+        QCOMPARE(firStep(-3.0, 1, taps, delay, state), -1.5);
+        QCOMPARE(state, 0);
+    }
+
     void no_samples_give_no_points() { QVERIFY(Interpolator(8).interpolate({}).isEmpty()); }
 
     void a_step_of_the_filter_answers_an_impulse_with_its_taps()
     {
-        const double taps[] = {0.5, -0.25, 0.125};
+        const double taps[] = {0.5, -0.25, 0.125, 1e9}; // The last one is none of it.
         double delay[3] = {0.0, 0.0, 0.0};
         int state = 0;
         QVector<double> answer;

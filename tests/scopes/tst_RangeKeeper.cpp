@@ -123,6 +123,21 @@ private slots:
         QCOMPARE(range.limit(), 1.0);
     }
 
+    void setting_it_counts_the_blocks_that_fit_a_smaller_range_anew()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < RangeKeeper::ShrinkAfter - 1; ++k) {
+            range.addPeak(k == 0 ? 0.5 : 0.05);
+        }
+        range.setFixed(false);
+        for (int k = 0; k < RangeKeeper::ShrinkAfter - 1; ++k) {
+            range.addPeak(0.05);
+            QCOMPARE(range.limit(), 1.0);
+        }
+        range.addPeak(0.05);
+        QCOMPARE(range.limit(), 0.06);
+    }
+
     void a_fixed_range_is_full_scale_for_any_signal()
     {
         RangeKeeper range;

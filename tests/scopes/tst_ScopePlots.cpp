@@ -199,8 +199,45 @@ private slots:
         QVERIFY(fixture.line.write(steady(1, 2) + steady(3, 4)));
         QTRY_COMPARE(fixture.blocks.size(), 2);
         QTest::qWait(100); // longer than the pause before a painting
-        QCOMPARE(plot(fixture.scope, "plotI")->paintCount(), 0);
-        QCOMPARE(plot(fixture.scope, "plotQ")->paintCount(), 0);
+        QVERIFY(fixture.scope.findChildren<QCustomPlot*>().isEmpty()); // nothing could be painted
+        fixture.scope.show();
+        fixture.scope.hide();
+        const int before = plot(fixture.scope, "plotI")->paintCount();
+        QVERIFY(fixture.line.write(steady(1, 2)));
+        QTRY_COMPARE(fixture.blocks.size(), 3);
+        QTest::qWait(100);
+        QCOMPARE(plot(fixture.scope, "plotI")->paintCount(), before);
+        QCOMPARE(plot(fixture.scope, "plotQ")->paintCount(), before);
+    }
+
+    void plots_are_made_when_the_scope_is_first_shown()
+    {
+        ScopeFixture fixture(false);
+        fixture.scope.setPlotType(Scope::Constellation);
+        fixture.scope.setLineColor(1);
+        fixture.scope.setFixedRange(true);
+        fixture.scope.setFrozen(true);
+        QCOMPARE(fixture.scope.readout(), u"FROZEN"_s);
+        QVERIFY(plot(fixture.scope, "plotI") == nullptr);
+        fixture.scope.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&fixture.scope));
+        const PlotView* upper = plot(fixture.scope, "plotI");
+        QVERIFY(upper->isVisible() && upper->isFrozen());
+        QVERIFY(!plot(fixture.scope, "plotQ")->isVisible());
+        QCOMPARE(upper->content(), &fixture.scope.constellation());
+        QCOMPARE(upper->width(), upper->height());
+        fixture.scope.hide();
+        fixture.scope.show();
+        QCOMPARE(fixture.scope.findChildren<PlotView*>().size(), 2);
+    }
+
+    void a_scope_that_became_stale_before_it_was_shown_says_so()
+    {
+        ScopeFixture fixture(false);
+        testClock::expire(fixture.scope.findChild<QTimer*>(u"silence"_s));
+        QCOMPARE(fixture.scope.readout(), u"NO DATA"_s);
+        fixture.scope.show();
+        QVERIFY(plot(fixture.scope, "plotI")->isStale() && plot(fixture.scope, "plotQ")->isStale());
     }
 
     void blocks_are_passed_on_without_plots()

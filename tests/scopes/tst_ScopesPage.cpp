@@ -116,7 +116,9 @@ private slots:
         QVector<double> half(256, 0.5);
         page.setMode(1, *ScopeMode::ofMessage(2));
         Scope& scope = *page.scope(1);
-        scope.resize(262, 310);
+        page.resize(800, 430);
+        page.show(); // makes the plots
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
         auto* view = scope.findChild<PlotView*>(QStringLiteral("plotI"));
         const QImage empty = view->grab().toImage();
         scope.plotEyeConsData(half, half);

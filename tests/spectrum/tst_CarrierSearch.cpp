@@ -39,6 +39,18 @@ MeasuredSpectrum spectrum(
     return result;
 }
 
+// A floor of 1 without any deviation, and carriers of this power.
+MeasuredSpectrum flat(int size, std::initializer_list<Carrier> carriers, double spectra = 16.0)
+{
+    MeasuredSpectrum result{QVector<float>(size, 1.0F), 70.0, 10.0, spectra};
+    for (const Carrier& carrier : carriers) {
+        for (int i = carrier.first; i <= carrier.last; ++i) {
+            result.powers[i] = static_cast<float>(carrier.power);
+        }
+    }
+    return result;
+}
+
 bool isAbout(double value, double expected, double part)
 {
     return std::abs(value - expected) <= part * expected;
@@ -123,6 +135,7 @@ private slots:
         QCOMPARE(noise::shapeOf(0.0, 0.0), 1e6);
         QCOMPARE(noise::shapeOf(0.0, 1.0), 1.0);
         QCOMPARE(noise::shapeOf(2.0, 1.0), 1e6);
+        QCOMPARE(noise::shapeOf(1.0, 1.000001), 1e6);
     }
 
     void a_few_carriers_hardly_raise_the_noise()
@@ -267,6 +280,92 @@ private slots:
         const MeasuredSpectrum seen = spectrum(474, {{20, 453, 1e3}});
         const CarrierSearch carrier(seen);
         QVERIFY(!carrier.hasNoise());
+    }
+
+    // The second lowest of 16 parts, of which noise alone makes the mean so much lower.
+    void without_noise_beside_the_carrier_the_floor_is_that_of_the_quietest_parts()
+    {
+        const MeasuredSpectrum seen = flat(128, {{8, 119, 1000.0}, {120, 127, 1.25}}, 4.0);
+        const CarrierSearch carrier(seen);
+        QVERIFY(!carrier.hasNoise());
+        QCOMPARE(carrier.first(), qsizetype(8));
+        QCOMPARE(carrier.last(), qsizetype(119));
+        const double shape = 4.0 * 8.0; // spectra times bins
+        const double lower = 1.0 - 1.0 / (9.0 * shape) - 1.8 / (3.0 * std::sqrt(shape));
+        QVERIFY2(isAbout(carrier.floor(), 1.25 / std::pow(lower, 3), 1e-9),
+            QByteArray::number(carrier.floor()));
+    }
+
+    void the_guard_is_an_eighth_of_the_carrier_and_two_bins_at_least_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<int>("guardFirst");
+        QTest::addColumn<int>("guardLast");
+        QTest::newRow("one bin") << 100 << 100 << 98 << 102;
+        QTest::newRow("23 bins") << 100 << 122 << 98 << 124;
+        QTest::newRow("24 bins") << 100 << 123 << 97 << 126;
+        QTest::newRow("64 bins") << 100 << 163 << 92 << 171;
+        QTest::newRow("near the left end") << 3 << 66 << 0 << 74;
+        QTest::newRow("near the right end") << 333 << 396 << 325 << 399;
+    }
+
+    void the_guard_is_an_eighth_of_the_carrier_and_two_bins_at_least()
+    {
+        QFETCH(int, first);
+        QFETCH(int, last);
+        const MeasuredSpectrum seen = flat(400, {{first, last, 1000.0}});
+        const CarrierSearch carrier(seen);
+        QCOMPARE(int(carrier.first()), first);
+        QCOMPARE(int(carrier.last()), last);
+        QTEST(int(carrier.guardFirst()), "guardFirst");
+        QTEST(int(carrier.guardLast()), "guardLast");
+        QVERIFY(carrier.hasNoise() && !carrier.isCut());
+        QVERIFY2(isAbout(carrier.floor(), 1.0, 1e-6), QByteArray::number(carrier.floor()));
+        QCOMPARE(carrier.spectra(), 1e6); // There is no spread.
+    }
+
+    void a_carrier_begins_with_the_first_bin_above_three_decibels_data()
+    {
+        QTest::addColumn<double>("power");
+        QTest::addColumn<int>("first");
+        QTest::newRow("1.9 times the floor") << 1.9 << 100;
+        QTest::newRow("2.1 times the floor") << 2.1 << 99;
+        QTest::newRow("2.9 times the floor") << 2.9 << 99;
+    }
+
+    void a_carrier_begins_with_the_first_bin_above_three_decibels()
+    {
+        QFETCH(double, power);
+        const MeasuredSpectrum seen = flat(400, {{99, 99, power}, {100, 120, 1000.0}});
+        const CarrierSearch carrier(seen);
+        QTEST(int(carrier.first()), "first");
+        QCOMPARE(int(carrier.last()), 120);
+    }
+
+    void a_weak_carrier_is_a_part_when_more_than_noise_lies_beside_its_guard_data()
+    {
+        QTest::addColumn<double>("power"); // of the outermost bin
+        QTest::addColumn<double>("carrier");
+        QTest::addColumn<bool>("found");
+        QTest::newRow("half of the bins are high") << 1.53 << 6.0 << false;
+        QTest::newRow("less than half of them") << 0.9 << 6.0 << true;
+        QTest::newRow("a strong carrier") << 1.53 << 12.0 << true;
+    }
+
+    // The eight bins in front of the guard are the first of the spectrum.
+    void a_weak_carrier_is_a_part_when_more_than_noise_lies_beside_its_guard()
+    {
+        QFETCH(double, power);
+        QFETCH(double, carrier);
+        MeasuredSpectrum seen = flat(128, {{8, 9, 0.5}, {10, 25, carrier}, {26, 27, 0.5}});
+        const QVector<float> before{
+            static_cast<float>(power), 1.5F, 1.51F, 1.52F, 0.9F, 0.91F, 0.92F, 0.93F};
+        std::copy(before.cbegin(), before.cend(), seen.powers.begin());
+        for (int i = 28; i < 128; ++i) {
+            seen.powers[i] = 0.95F + 0.001F * static_cast<float>(i * 37 % 100);
+        }
+        QTEST(CarrierSearch(seen).found(), "found");
     }
 
     void spectra_without_anything_to_find_data()

@@ -221,6 +221,31 @@ private slots:
         }
     }
 
+    // The logarithm of the power is interpolated from the bin outside, which counts as 30 dB below
+    // the wanted level, to the first bin of the carrier.
+    void a_steep_edge_is_found_between_two_bins()
+    {
+        constexpr double Down = 26.0;
+        const Bandwidth band = bandwidthBelow(rectangle(50, 149, 1e-2), Down);
+        QCOMPARE(band.state, State::Valid);
+        const double outside = 1.0 - 30.0 / (30.0 + Down); // in bins, of the first and the last one
+        const double low = Centre + (50.0 - outside - Points / 2.0) * Bin;
+        const double high = Centre + (149.0 + outside - Points / 2.0) * Bin;
+        QVERIFY2(near(band.low, low, 0.001 * Bin), QByteArray::number((band.low - low) / Bin));
+        QVERIFY2(near(band.high, high, 0.001 * Bin), QByteArray::number((band.high - high) / Bin));
+    }
+
+    void the_highest_bin_may_be_the_last_one()
+    {
+        MeasuredSpectrum spectrum = rectangle(100, 104, 1e-3);
+        spectrum.powers[104] = 4e-3F;
+        const Bandwidth band = bandwidthBelow(spectrum, decibels(2.0));
+        QCOMPARE(band.state, State::Valid);
+        // Half of 4 lies halfway between 1 and 4.
+        QVERIFY2(near(band.low, Centre + (103.5 - Points / 2.0) * Bin, 0.001 * Bin),
+            QByteArray::number(band.low));
+    }
+
     void a_level_in_the_noise_has_no_bandwidth()
     {
         const MeasuredSpectrum spectrum = rectangle(80, 119, 1e-8); // 20 dB

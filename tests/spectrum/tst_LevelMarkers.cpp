@@ -1,3 +1,4 @@
+#include "spectrum/ChartLook.h"
 #include "spectrum/LevelMarkers.h"
 #include "support/TestMain.h"
 
@@ -90,6 +91,28 @@ private slots:
         markers.setLevels({9.0}, Lowest, Highest); // row 21
         rows = writtenRows(markers);
         QVERIFY(rows.top() > 21 && rows.bottom() < 41);
+    }
+
+    void a_number_has_a_ground_of_its_own_that_ends_above_its_line()
+    {
+        QCustomPlot plot;
+        LevelMarkers markers(plot);
+        markers.setLevels({-30.0}, Lowest, Highest); // row 60
+        QImage picture(200, 180, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        markers.paintNumbers(painter, Area, Levels);
+        painter.end();
+        QRect ground;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y) == QColor(chartLook::Background)) {
+                    ground |= QRect(x, y, 1, 1);
+                }
+            }
+        }
+        QCOMPARE(ground.bottomRight(), QPoint(Area.right() - 3, 60 - 3));
+        QVERIFY(ground.width() > 20 && ground.height() > 8);
     }
 
     void a_number_whose_line_is_outside_the_plot_is_not_written_data()

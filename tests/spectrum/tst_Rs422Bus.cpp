@@ -275,6 +275,21 @@ private slots:
         QCOMPARE(m_bus->lastRequest(), u"second"_s); // and then the request is sent
     }
 
+    // A spectrum that is read while the bus waits for the line makes its receiver ask for more.
+    void a_request_that_comes_while_another_one_is_written_waits_for_its_turn()
+    {
+        fillTheLine();
+        testClock::expire(m_bus.get());
+        connect(m_bus.get(), &Rs422Bus::messageReceived, m_bus.get(),
+            [this] { m_bus->sendMessage(u"third"_s, Long); });
+        m_card->write(cardSide::spectrum("points"));
+        m_bus->sendMessage(u"second"_s, Long);
+        QCOMPARE(m_received->count(), 1);
+        QCOMPARE(m_bus->lastRequest(), u"second"_s);
+        QVERIFY(m_bus->isWaiting(u"third"_s));
+        QCOMPARE(timers(m_bus.get()), 1);
+    }
+
     void requests_for_a_line_that_takes_nothing_do_not_accumulate()
     {
         constexpr int Count = 6;

@@ -103,6 +103,7 @@ private slots:
                 const double power = static_cast<double>(trace.powers().constFirst());
                 const double level = 10.0 * std::log10(power);
                 const auto shown = static_cast<double>(trace.levels().constFirst());
+                QCOMPARE(shown, static_cast<double>(static_cast<float>(level)));
                 QVERIFY2(std::abs(shown - level) < 5e-6 * std::max(1.0, std::abs(level) / 64.0),
                     qPrintable(QStringLiteral("%1 and %2: %3").arg(byte).arg(other).arg(shown)));
             }

@@ -64,6 +64,70 @@ private slots:
         KeyFace::forgetAll();
     }
 
+    void a_release_sends_before_the_key_is_painted()
+    {
+        Page page(new KeyButton(u"Gain"_s));
+        auto* key = qobject_cast<KeyButton*>(page.button);
+        key->setSheet(keyStyle::enabled(false));
+        page.box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page.box));
+        QCoreApplication::processEvents();
+        int paints = 0;
+        const EventCounter counter(key, QEvent::Paint, paints);
+        QStringList signalsSeen;
+        int paintsBefore = -1;
+        bool couldBePainted = false;
+        connect(key, &QPushButton::pressed, this, [&] { signalsSeen += u"pressed"_s; });
+        connect(key, &QPushButton::released, this, [&] { signalsSeen += u"released"_s; });
+        connect(key, &QPushButton::clicked, this, [&] {
+            signalsSeen += u"clicked"_s;
+            paintsBefore = paints;
+            couldBePainted = key->updatesEnabled();
+            QCoreApplication::processEvents(); // as an editor does
+        });
+        const QPoint middle = key->geometry().center();
+        QTest::mousePress(page.box.windowHandle(), Qt::LeftButton, {}, middle);
+        QCoreApplication::processEvents();
+        const int whilePressed = paints;
+        QVERIFY(whilePressed > 0);
+        QTest::mouseRelease(page.box.windowHandle(), Qt::LeftButton, {}, middle);
+        QCOMPARE(signalsSeen, (QStringList{u"pressed"_s, u"released"_s, u"clicked"_s}));
+        QCOMPARE(paintsBefore, whilePressed);
+        QVERIFY(couldBePainted);
+        QCOMPARE(paints, whilePressed + 1);
+        QVERIFY(!key->isDown());
+        key->click();
+        QVERIFY(key->updatesEnabled());
+        key->blockSignals(true);
+        key->click();
+        QVERIFY(key->updatesEnabled());
+    }
+
+    void a_key_on_a_ground_looks_the_same_and_leaves_its_page_alone()
+    {
+        for (const QString& sheet : {keyStyle::enabled(false), keyStyle::more(), QString()}) {
+            Page plain(new KeyButton(u"Gain"_s));
+            Page onGround(new KeyButton(u"Gain"_s));
+            auto* key = qobject_cast<KeyButton*>(onGround.button);
+            key->setGround(Qt::black);
+            for (Page* page : {&plain, &onGround}) {
+                qobject_cast<KeyButton*>(page->button)->setSheet(sheet);
+                page->button->setMarks({keyMarks::Lamp::On, true});
+                page->box.show();
+                QVERIFY(QTest::qWaitForWindowExposed(&page->box));
+            }
+            QVERIFY(picture(onGround.box) == picture(plain.box));
+            QCoreApplication::processEvents();
+            int pagePaints = 0;
+            int keyPaints = 0;
+            const EventCounter pageCounter(&onGround.box, QEvent::Paint, pagePaints);
+            const EventCounter keyCounter(key, QEvent::Paint, keyPaints);
+            key->update();
+            QTRY_COMPARE(keyPaints, 1);
+            QCOMPARE(pagePaints, 0);
+        }
+    }
+
     void it_looks_as_the_style_paints_its_sheet_data()
     {
         QTest::addColumn<QString>("sheet");
