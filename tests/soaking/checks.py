@@ -259,7 +259,8 @@ class Rest:
 
     seconds: float  # since it was started
     resident_kb: int
-    heap_kb: float  # in use
+    heap_kb: float  # in use, without large pieces; with a sanitizer all of it
+    large_kb: float  # pieces with a mapping of their own, as most pictures have
     gaps_kb: float  # that the allocator keeps between what is in use; 0 with a sanitizer
     files: int
     timers: int

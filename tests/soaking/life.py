@@ -317,6 +317,7 @@ class Life:
                 time.monotonic() - self._started,
                 self._panel.resident_kb(),
                 counts["heap"] / 1024,
+                counts["large"] / 1024,
                 counts["gaps"] / 1024,
                 len(self._panel.files()),
                 counts["timers"],
