@@ -268,6 +268,11 @@ class Rest:
     objects: int
     cpu: float  # share of one core
 
+    @property
+    def whole_kb(self) -> float:
+        """All that the allocator has: resident memory cannot grow for long when this does not."""
+        return self.heap_kb + self.large_kb + self.gaps_kb
+
 
 @dataclasses.dataclass(frozen=True)
 class Slope:

@@ -130,6 +130,7 @@ class Soak:
         limits = [("heap_kb", _MAX_HEAP_SLOPE)]
         if not self._limits.sanitized:  # a sanitizer keeps freed memory for a while
             limits.append(("resident_kb", _MAX_RESIDENT_SLOPE))
+            limits.append(("whole_kb", _MAX_HEAP_SLOPE))
         for what, most in limits:
             found = checks.slope(rests, what)
             if found.per_minute > most:
@@ -178,7 +179,7 @@ class Soak:
         if not rests:
             return
         print(f"memory: highest {max(life.highest_kb for life in self._lives)} kB resident")
-        for what in ("resident_kb", "heap_kb", "large_kb", "gaps_kb", "files", "timers", "widgets", "objects"):
+        for what in ("resident_kb", "heap_kb", "large_kb", "gaps_kb", "whole_kb", "files", "timers", "widgets", "objects"):
             found = checks.slope(rests, what)
             print(f"{what} at rest: {found.first:.0f} to {found.last:.0f},"
                   f" {found.per_minute:+.2f} a minute over {(rests[-1].seconds - rests[0].seconds) / 60:.1f} min")
