@@ -22,7 +22,7 @@ _LOSSES_SECONDS = 240.0
 _JUDGED_SECONDS = 240.0
 # Resident memory, in kB a minute. Between the 3rd and the 10th minute it rose by 242 while all that the
 # allocator had stayed the same: gaps between its pieces that were used for the first time. With large
-# pieces in mappings of their own it is flat.
+# pieces in mappings of their own it was flat for the three minutes that were looked at.
 _MAX_RESIDENT_SLOPE = 100.0
 _MAX_HEAP_SLOPE = 100.0  # kB a minute; between two rests it differs by up to 3 MB
 _MAX_COUNT_SLOPE = 0.05  # a minute
