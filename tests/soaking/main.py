@@ -180,7 +180,8 @@ class Soak:
         if not rests:
             return
         print(f"memory: highest {max(life.highest_kb for life in self._lives)} kB resident")
-        for what in ("resident_kb", "heap_kb", "large_kb", "gaps_kb", "whole_kb", "files", "timers", "widgets", "objects"):
+        memory = ("resident_kb", "heap_kb", "large_kb", "gaps_kb", "whole_kb")
+        for what in (*memory, "files", "timers", "widgets", "objects"):
             found = checks.slope(rests, what)
             print(f"{what} at rest: {found.first:.0f} to {found.last:.0f},"
                   f" {found.per_minute:+.2f} a minute over {(rests[-1].seconds - rests[0].seconds) / 60:.1f} min")
