@@ -64,8 +64,9 @@ void remove(QObject* object)
 
 struct Heap
 {
-    qint64 inUse;
-    qint64 gaps; // free, but kept by the allocator
+    qint64 inUse; // without the large pieces
+    qint64 large; // each of them is a mapping of its own: mostly pictures
+    qint64 gaps;  // free, but kept by the allocator
 };
 
 // The bytes of the heap, by the sanitizer's account where there is one.
@@ -75,10 +76,11 @@ Heap heap()
     static const auto ofSanitizer =
         reinterpret_cast<Count>(::dlsym(RTLD_DEFAULT, "__sanitizer_get_current_allocated_bytes"));
     if (ofSanitizer != nullptr) {
-        return {static_cast<qint64>(ofSanitizer()), 0};
+        return {static_cast<qint64>(ofSanitizer()), 0, 0};
     }
     const auto info = ::mallinfo2();
-    return {static_cast<qint64>(info.uordblks + info.hblkhd), static_cast<qint64>(info.fordblks)};
+    return {static_cast<qint64>(info.uordblks), static_cast<qint64>(info.hblkhd),
+        static_cast<qint64>(info.fordblks)};
 }
 
 QString nameOf(const QWidget* window)
@@ -151,8 +153,8 @@ QJsonObject counted(bool withClasses)
     }
     QJsonObject result{{QStringLiteral("objects"), static_cast<int>(known.all.size())},
         {QStringLiteral("widgets"), widgets}, {QStringLiteral("timers"), static_cast<int>(timers)},
-        {QStringLiteral("heap"), memory.inUse}, {QStringLiteral("gaps"), memory.gaps},
-        {QStringLiteral("windows"), shownWindows()}};
+        {QStringLiteral("heap"), memory.inUse}, {QStringLiteral("large"), memory.large},
+        {QStringLiteral("gaps"), memory.gaps}, {QStringLiteral("windows"), shownWindows()}};
     if (withClasses) {
         QJsonObject byClass;
         for (auto entry = classes.cbegin(); entry != classes.cend(); ++entry) {

@@ -259,13 +259,19 @@ class Rest:
 
     seconds: float  # since it was started
     resident_kb: int
-    heap_kb: float  # in use
+    heap_kb: float  # in use, without large pieces; with a sanitizer all of it
+    large_kb: float  # pieces with a mapping of their own, as most pictures have
     gaps_kb: float  # that the allocator keeps between what is in use; 0 with a sanitizer
     files: int
     timers: int
     widgets: int
     objects: int
     cpu: float  # share of one core
+
+    @property
+    def whole_kb(self) -> float:
+        """All that the allocator has: resident memory cannot grow for long when this does not."""
+        return self.heap_kb + self.large_kb + self.gaps_kb
 
 
 @dataclasses.dataclass(frozen=True)

@@ -8,6 +8,9 @@ import time
 from typing import Any
 
 from qn740 import Finger
+from qn740.errors import PanelError
+
+from .programs import Failure
 
 WIDTH = 800
 HEIGHT = 480
@@ -31,6 +34,12 @@ class SoakFinger(Finger):
 
     def perform(self, touch: dict[str, Any]) -> None:
         """Touches the screen as a note says: kind, points, and for how long the first one is held."""
+        try:
+            self._touch(touch)
+        except PanelError as error:
+            raise Failure(f"the panel has ended under a touch: {error}") from error
+
+    def _touch(self, touch: dict[str, Any]) -> None:
         points = [(min(WIDTH - 1, max(0, x)), min(HEIGHT - 1, max(0, y))) for x, y in touch["points"]]
         if touch["kind"] == "drag":
             self.drag(points)

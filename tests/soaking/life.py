@@ -137,11 +137,14 @@ class Life:
         elif step.kind == "re-sent":
             for piece in step.raw:
                 self.talk.note_re_sent(piece)
+                self._note("re-sent", data=piece.decode("latin-1"))
                 self._resend.write(piece)
         else:
             self._sim.type(list(step.lines))
 
     def _plug(self, port: str, there: bool) -> None:
+        if port == "ttyUSB4":
+            self._note("plug" if there else "unplug")
         if there:
             self._resend.plug() if port == "ttyUSB4" else self._sim.type([f"plug {port}"])
             self._plugs.setdefault(port, time.monotonic())
@@ -149,6 +152,10 @@ class Life:
         self._plugs.pop(port, None)
         self._gone.add(port)
         self._resend.unplug() if port == "ttyUSB4" else self._sim.type([f"unplug {port}"])
+
+    # Notes what a replay does at the re-send port, which the simulator does not have.
+    def _note(self, kind: str, **more: str) -> None:
+        self._touches.append({"at": self.talk.now(), "kind": kind, **more})
 
     def _operate(self, what: plan.Storm, begin: float, trouble: list[BaseException]) -> None:
         try:
@@ -310,6 +317,7 @@ class Life:
                 time.monotonic() - self._started,
                 self._panel.resident_kb(),
                 counts["heap"] / 1024,
+                counts["large"] / 1024,
                 counts["gaps"] / 1024,
                 len(self._panel.files()),
                 counts["timers"],

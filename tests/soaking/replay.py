@@ -13,6 +13,7 @@ from qn740.finger import free_port
 from . import checks
 from .finger import SoakFinger
 from .life import Limits
+from .ports import ResendPort
 from .programs import Failure, PanelProgram, Simulator
 
 
@@ -71,16 +72,18 @@ def _play(
         binaries / "qn740-sim", ["--dir", str(home / "dev"), "--replay", str(recording)], take
     )
     time.sleep(0.5)
+    resend = ResendPort(home / "dev")
+    resend.plug()
     port = free_port()
     panel = PanelProgram(binaries, home / "dev", home, port, log.take)
     try:
         screen = SoakFinger(port)
         while not opened:
             _check(panel, log)
-        for touch in touches:
+        for touch in sorted(touches, key=lambda note: float(note["at"])):
             while time.monotonic() - opened[0] < touch["at"] - begin:
                 _check(panel, log)
-            screen.perform(touch)
+            _perform(touch, screen, resend)
         while not ended and sim.exit_status() is None:
             _check(panel, log)
         panel.ask("n", limits.turn)
@@ -92,7 +95,19 @@ def _play(
     finally:
         if panel.exit_status() is None:
             panel.terminate(limits.end)
+        resend.unplug()
         sim.close()
+
+
+def _perform(note: dict[str, Any], screen: SoakFinger, resend: ResendPort) -> None:
+    if note["kind"] == "re-sent":
+        resend.write(note["data"].encode("latin-1"))
+    elif note["kind"] == "plug":
+        resend.plug()
+    elif note["kind"] == "unplug":
+        resend.unplug()
+    else:
+        screen.perform(note)
 
 
 def _check(panel: PanelProgram, log: checks.Log) -> None:
