@@ -238,7 +238,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(device()).isSymLink(), LongMs);
         LineEnd panel(device());
         QTRY_COMPARE_WITH_TIMEOUT(panel.received(), framed("VER"), LongMs);
-        QCOMPARE(program.output().count("sim: panel opened ttyO1\n"), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(program.output().count("sim: panel opened ttyO1\n"), 2, LongMs);
     }
 
     void raw_bytes_are_typed_between_messages()
