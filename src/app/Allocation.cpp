@@ -4,13 +4,14 @@
 #include "app/OutOfMemory.h"
 
 #include <cstdlib>
+#include <malloc.h>
 
 #ifdef __GLIBC__
 
 namespace {
 
 // Whoever asks for as much as this at once looks at what it gets; Qt's pictures do.
-constexpr std::size_t LargeBytes = 64U * 1024 * 1024;
+constexpr std::size_t LargeBytes = std::size_t{64} * 1024 * 1024;
 
 void* checked(void* memory, std::size_t bytes)
 {
