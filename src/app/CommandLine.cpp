@@ -24,8 +24,13 @@ Environment:
   QN740_SCOPE_SOCKET     path of a local socket that delivers what the scopes receive
   QT_LOGGING_RULES       what is logged: qn740.link.debug=true
 
-Exit status: 0 after SIGTERM, SIGINT or SIGHUP; 1 a fault in the self-test; 2 unknown option; 3 another panel has the main
-unit's line open; 4 no screen; 5 no memory left.)";
+Exit status:
+  0  after SIGTERM, SIGINT or SIGHUP
+  1  a fault in the self-test
+  2  unknown option
+  3  another panel has the main unit's line open
+  4  no screen
+  5  out of memory)";
 
 constexpr QLatin1String OlderCard("-noK7150");
 constexpr QLatin1String Platform("platform");
