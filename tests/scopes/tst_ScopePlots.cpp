@@ -214,6 +214,16 @@ private slots:
         QCOMPARE(layout->itemAt(1)->widget(), plot(fixture.scope, "plotQ"));
     }
 
+    void a_plot_that_nobody_sees_is_not_drawn_by_the_plot_library()
+    {
+        ScopeFixture fixture(false);
+        QSignalSpy replots(plot(fixture.scope, "plotI"), &QCustomPlot::beforeReplot);
+        QTest::qWait(20); // the library queues a replot of every new plot
+        QCOMPARE(replots.size(), 0);
+        plot(fixture.scope, "plotI")->replot();
+        QCOMPARE(replots.size(), 1);
+    }
+
     void what_is_set_before_a_scope_is_shown_counts()
     {
         ScopeFixture fixture(false);
