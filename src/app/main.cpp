@@ -82,6 +82,14 @@ int testBoard(char* program, const QString& platform)
     return static_cast<int>(status);
 }
 
+// Runs the event loop, unless a signal has ended the panel while it started: the splash screen
+// handles events before there is a loop that could be told to end.
+int runUntilEnded(const TerminationSignals& terminationSignals)
+{
+    return terminationSignals.wasRaised() ? static_cast<int>(ExitStatus::Ended)
+                                          : QApplication::exec();
+}
+
 int showTouch(QApplication& application)
 {
     const TerminationSignals terminationSignals;
@@ -91,7 +99,7 @@ int showTouch(QApplication& application)
     TouchTrial page;
     QObject::connect(&page, &TouchTrial::ended, &application, end);
     page.show();
-    return QApplication::exec();
+    return runUntilEnded(terminationSignals);
 }
 
 int run(QApplication& application, SetGov& governor)
@@ -115,13 +123,14 @@ int run(QApplication& application, SetGov& governor)
         window.rooms().link, &LinkControl::healthChanged, &notifier, &ServiceNotifier::tellStatus);
     QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
     window.show();
-    return QApplication::exec();
+    return runUntilEnded(terminationSignals);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    TerminationSignals::endAtOnce(); // no port is open yet
     keepPicturesApart();
     outOfMemory::endTheProcess();
     // Logging to a reader that is gone must not end the panel.
