@@ -14,7 +14,7 @@ constexpr double MaxAxisRatio = 8.0;     // of a constellation that is no line
 
 // The power of the signal in whitened points, from the fourth moment (the estimator M2M4; Pauluzzi
 // and Beaulieu, IEEE Transactions on Communications, vol. 48, no. 10, 2000), and the turn that the
-// constellation's own fourth or eighth power gives it.
+// constellation's own fourth or eighth power gives it. Candidates have a kurtosis below 2.
 PlaneMap firstGuess(const PointMoments& moments, ModulationOrder order)
 {
     if (order == ModulationOrder::Bpsk) {
@@ -23,7 +23,7 @@ PlaneMap firstGuess(const PointMoments& moments, ModulationOrder order)
             .inverse();
     }
     const double kurtosis = order == ModulationOrder::Qam16 ? 1.32 : 1.0;
-    const double signal = std::sqrt(std::max(0.01, (2.0 - moments.kurtosis) / (2.0 - kurtosis)));
+    const double signal = std::sqrt((2.0 - moments.kurtosis) / (2.0 - kurtosis));
     const double turn =
         order == ModulationOrder::Psk8 ? std::arg(-moments.z8) / 8.0 : std::arg(-moments.z4) / 4.0;
     const PlaneMap gain = PlaneMap::complexGain(std::polar(std::sqrt(signal), turn));

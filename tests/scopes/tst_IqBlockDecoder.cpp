@@ -214,6 +214,32 @@ private slots:
         QCOMPARE(decoder.maxAbsQ(), 4000 / 32768.0);
     }
 
+    void the_first_sample_counts_for_the_largest_magnitudes_data()
+    {
+        QTest::addColumn<bool>("isBroken");
+        QTest::newRow("of a good block") << false;
+        QTest::newRow("of a broken block") << true;
+    }
+
+    void the_first_sample_counts_for_the_largest_magnitudes()
+    {
+        QFETCH(bool, isBroken);
+        QVector<int> i(256, 100);
+        QVector<int> q(256, 200);
+        i[0] = -3000;
+        q[0] = 4000;
+        QByteArray block = streams::block(i, q);
+        if (isBroken) {
+            qToBigEndian(quint16{101}, block.data() + 100 * 6);
+        }
+        IqBlockDecoder decoder;
+        streams::Blocks blocks;
+        feed(decoder, block, blocks);
+        QCOMPARE(blocks.i.size(), isBroken ? 0 : 1);
+        QCOMPARE(decoder.maxAbsI(), 3000 / 32768.0);
+        QCOMPARE(decoder.maxAbsQ(), 4000 / 32768.0);
+    }
+
     void the_samples_are_those_of_the_last_good_block()
     {
         IqBlockDecoder decoder;
