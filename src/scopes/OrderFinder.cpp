@@ -12,24 +12,6 @@ constexpr int FitRounds = 3;
 constexpr double MinRms = 4.0 / 32768.0; // full scale: below, the steps of the samples show
 constexpr double MaxAxisRatio = 8.0;     // of a constellation that is no line
 
-// The power of the signal in whitened points, from the fourth moment (the estimator M2M4; Pauluzzi
-// and Beaulieu, IEEE Transactions on Communications, vol. 48, no. 10, 2000), and the turn that the
-// constellation's own fourth or eighth power gives it. Candidates have a kurtosis below 2.
-PlaneMap firstGuess(const PointMoments& moments, ModulationOrder order)
-{
-    if (order == ModulationOrder::Bpsk) {
-        const double amplitude = std::sqrt(moments.axisExcess);
-        return PlaneMap::complexGain(std::polar(amplitude, moments.axisAngle), moments.mean)
-            .inverse();
-    }
-    const double kurtosis = order == ModulationOrder::Qam16 ? 1.32 : 1.0;
-    const double signal = std::sqrt((2.0 - moments.kurtosis) / (2.0 - kurtosis));
-    const double turn =
-        order == ModulationOrder::Psk8 ? std::arg(-moments.z8) / 8.0 : std::arg(-moments.z4) / 4.0;
-    const PlaneMap gain = PlaneMap::complexGain(std::polar(std::sqrt(signal), turn));
-    return gain.inverse().after(moments.toWhite);
-}
-
 ConstellationFit refined(const ReceivedPoints& received, ModulationOrder order, PlaneMap toIdeal)
 {
     ConstellationFit fit;
@@ -54,6 +36,24 @@ DecisionCheck checkOf(const ReceivedPoints& received, const ConstellationFit& fi
 }
 
 } // namespace
+
+// The power of the signal in whitened points, from the fourth moment (the estimator M2M4; Pauluzzi
+// and Beaulieu, IEEE Transactions on Communications, vol. 48, no. 10, 2000), and the turn that the
+// constellation's own fourth or eighth power gives it. Candidates have a kurtosis below 2.
+PlaneMap orderFinder::firstGuess(const PointMoments& moments, ModulationOrder order)
+{
+    if (order == ModulationOrder::Bpsk) {
+        const double amplitude = std::sqrt(moments.axisExcess);
+        return PlaneMap::complexGain(std::polar(amplitude, moments.axisAngle), moments.mean)
+            .inverse();
+    }
+    const double kurtosis = order == ModulationOrder::Qam16 ? 1.32 : 1.0;
+    const double signal = std::sqrt((2.0 - moments.kurtosis) / (2.0 - kurtosis));
+    const double turn =
+        order == ModulationOrder::Psk8 ? std::arg(-moments.z8) / 8.0 : std::arg(-moments.z4) / 4.0;
+    const PlaneMap gain = PlaneMap::complexGain(std::polar(std::sqrt(signal), turn));
+    return gain.inverse().after(moments.toWhite);
+}
 
 ConstellationFit orderFinder::find(const ReceivedPoints& received)
 {

@@ -407,6 +407,47 @@ private slots:
         QVERIFY(near(10.0 * std::log10(signal / estimate.noise), actual, 1e-6));
     }
 
+    // 16QAM with little noise, and a fit whose size and residual are wrong: the estimate does not
+    // depend on where it begins. One point far outside counts as at the edge of the histogram.
+    void the_size_of_16qam_is_found_from_a_wrong_one_data()
+    {
+        QTest::addColumn<double>("size");
+        QTest::addColumn<double>("db");
+        QTest::newRow("too large") << 1.15 << 15.0;
+        QTest::newRow("too small") << 0.9 << 15.0;
+        QTest::newRow("much noise") << 1.05 << 8.0;
+    }
+
+    void the_size_of_16qam_is_found_from_a_wrong_one()
+    {
+        QFETCH(double, size);
+        QFETCH(double, db);
+        ReceivedPoints points = noisy(Order::Qam16, {}, 4000, 0.06, 0.06);
+        append(points, {0.3, 5.0});
+        ConstellationFit fit;
+        fit.order = Order::Qam16;
+        fit.toReceived = PlaneMap::complexGain(size);
+        fit.residual = size * size * std::pow(10.0, -db / 10.0);
+        const NoiseEstimate estimate = NoiseEstimate::of(points, fit);
+        QVERIFY2(
+            near(estimate.scale * size, 1.0, 0.005), QByteArray::number(estimate.scale * size));
+        // The noise along both axes, and what the far point adds at most: (2.4 - 0.95)² of 4001.
+        const double noise = estimate.noise - 0.0072;
+        QVERIFY2(noise > -0.0006 && noise < 0.0012, QByteArray::number(noise));
+    }
+
+    void without_noise_16qam_has_that_of_the_histogram()
+    {
+        const PlaneMap map = PlaneMap::complexGain({0.3, 0.1});
+        const ReceivedPoints points = noisy(Order::Qam16, map, 1600, 0.0, 0.0);
+        ConstellationFit fit;
+        fit.order = Order::Qam16;
+        fit.toReceived = map;
+        fit.residual = 0.003;
+        // A ten thousandth of the power along each axis.
+        QVERIFY(near(NoiseEstimate::of(points, fit).noise, 1e-4 * 2.0 * 0.1, 1e-9));
+    }
+
     // However the constellation is turned, skewed and moved.
     void the_noise_of_a_distorted_16qam_is_found_behind_wrong_decisions_data()
     {
@@ -495,6 +536,71 @@ private slots:
         QVERIFY(figures.imbalanceValid);
         QVERIFY(near(figures.imbalanceDb, 20.0 * std::log10(1.25), 0.001));
         QVERIFY(near(figures.quadratureDegrees, 3.0, 0.01));
+    }
+
+    // Ideal points have the fourth moment of their constellation, so the guess is exact.
+    void the_first_guess_maps_ideal_points_to_themselves_data() { addOrders(); }
+
+    void the_first_guess_maps_ideal_points_to_themselves()
+    {
+        QFETCH(int, order);
+        const auto kind = static_cast<Order>(order);
+        const double turn = kind == Order::Bpsk ? 0.9 : 0.3;
+        const PlaneMap map = PlaneMap::complexGain(std::polar(0.4, turn), {0.05, -0.03});
+        ReceivedPoints points;
+        for (const Complex& point : modulationOrder::points(kind)) {
+            append(points, map(point));
+        }
+        PointMoments moments = PointMoments::secondOrder(points);
+        moments.addHigherOrders(points);
+        const PlaneMap guess = orderFinder::firstGuess(moments, kind);
+        // A square or a ring looks the same when it is turned by one place.
+        for (size_t n = 0; n < points.size(); ++n) {
+            const Complex at = guess({points.x[n], points.y[n]});
+            const auto& ideal = modulationOrder::points(kind);
+            QVERIFY2(near(at, ideal[decided(kind, at)]), QByteArray::number(std::abs(at)));
+        }
+    }
+
+    void points_as_weak_as_the_steps_of_the_samples_are_no_signal()
+    {
+        ReceivedPoints points;
+        Sequence sequence(3);
+        for (int n = 0; n < 400; ++n) {
+            append(points, sequence.below(2) == 0 ? 1.0 : -1.0);
+        }
+        points.x[0] = -points.x[1]; // as many of either
+        while (const double sum = std::accumulate(points.x.begin(), points.x.end(), 0.0)) {
+            *std::find(points.x.begin(), points.x.end(), sum > 0.0 ? 1.0 : -1.0) *= -1.0;
+        }
+        const auto scaled = [points](double amplitude) {
+            ReceivedPoints result = points;
+            for (double& x : result.x) {
+                x *= amplitude;
+            }
+            return result;
+        };
+        QVERIFY(orderFinder::find(scaled(4.0 / 32768.0)).valid);
+        QVERIFY(!orderFinder::find(scaled(3.99 / 32768.0)).valid);
+    }
+
+    void points_on_a_line_have_a_limited_ratio_of_axes()
+    {
+        ReceivedPoints points;
+        append(points, {0.3, 0.4});
+        append(points, {-0.3, -0.4});
+        QVERIFY(near(PointMoments::secondOrder(points).axisRatio / 1e9, 1.0, 1e-6));
+    }
+
+    void one_point_has_moments()
+    {
+        ReceivedPoints points;
+        append(points, {1.0, 1.0});
+        PointMoments moments; // which leave the point where it is
+        moments.addHigherOrders(points);
+        QVERIFY(near(moments.kurtosis, 4.0));
+        QVERIFY(near(moments.z4, -4.0));
+        QVERIFY(near(moments.z8, 16.0));
     }
 
     // The search is the first guess of the moments, and three fits.
