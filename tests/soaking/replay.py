@@ -185,11 +185,12 @@ class Player:
         with self._spied.open("r", encoding="ascii") as file:
             file.seek(self._spied_up_to)
             for line in file:
-                if line.endswith("\n"):
-                    self._spied_up_to += len(line)
-                    event = recording.event_of(line.rstrip("\n"))
-                    self._told += event.kind == "finger"
-                    self._read[event.port] += len(event.data)
+                if not line.endswith("\n"):
+                    break  # the rest of it is not written yet
+                self._spied_up_to += len(line)
+                event = recording.event_of(line.rstrip("\n"))
+                self._told += event.kind == "finger"
+                self._read[event.port] += len(event.data)
 
     def _serve_until(self, end: float) -> None:
         while time.monotonic() < end:
