@@ -40,6 +40,14 @@ def plain(printable: str) -> str:
     return _HEX.sub(lambda hit: chr(int(hit[1], 16)) if hit[1] else "\\", printable)
 
 
+def printable(text: str) -> str:
+    """Returns a text as the simulator prints it."""
+    return "".join(
+        one if " " <= one <= "~" and one != "\\" else "\\\\" if one == "\\" else f"\\x{ord(one):02x}"
+        for one in text
+    )
+
+
 @dataclasses.dataclass
 class Probe:
     """A PING that has no answer yet. Times are the simulator's, in seconds."""
@@ -92,7 +100,11 @@ class Conversation:
 
     def now(self) -> float:
         """Returns the simulator's time."""
-        return time.monotonic() - (self._offset or 0.0)
+        return time.monotonic() - self.offset()
+
+    def offset(self) -> float:
+        """Returns what the simulator's time is behind that of the monotonic clock."""
+        return self._offset or 0.0
 
     def oldest(self) -> float:
         """Returns for how long the oldest probe has had no answer; 0 when none is open."""

@@ -44,7 +44,11 @@ def _options() -> argparse.Namespace:
     parser.add_argument("--bin", type=pathlib.Path, help="the directory of the programs")
     parser.add_argument("--out", type=pathlib.Path, help="where recordings go (default: build/soak/SEED)")
     parser.add_argument("--replay", type=pathlib.Path, metavar="DIR", help="plays a recording again")
-    parser.add_argument("--storms", type=int, default=1, help="of the recording, its last ones")
+    parser.add_argument("--storms", type=int, help="plays only the last ones (default: all)")
+    parser.add_argument("--plant", default="", metavar="WINDOW:N", help="a fault: the panel aborts "
+                        "when the N-th window is shown whose name begins so")
+    parser.add_argument("--check-replay", default="", metavar="WINDOW:N", help="afterwards, plants this "
+                        "fault in another run, and checks that the replay finds it too")
     return parser.parse_args()
 
 
@@ -59,11 +63,29 @@ def main() -> int:
         binaries = options.bin or ROOT / "build" / build / "bin"
         sanitized = _is_sanitized(binaries / "qn740-panel")
         if options.replay:
-            status |= replay.replay(binaries, options.replay, options.storms, Limits(sanitized))
+            status |= replay.replay(
+                binaries, options.replay, options.storms, Limits(sanitized), options.plant
+            )
         else:
             out = (options.out or ROOT / "build" / "soak" / str(options.seed)) / build
             status |= Soak(options, binaries, out, Limits(sanitized)).run()
+            if options.check_replay and status == 0:
+                status |= _check_replay(options, binaries, out / "planted", Limits(sanitized))
     return status
+
+
+def _check_replay(
+    options: argparse.Namespace, binaries: pathlib.Path, out: pathlib.Path, limits: Limits
+) -> int:
+    """Returns 0 when a run with a fault fails, and the replay of its recording does as well."""
+    options.plant = options.check_replay
+    if Soak(options, binaries, out, limits).run() == 0:
+        print("soak: the planted fault was not met")
+        return 1
+    if replay.replay(binaries, out / "panel-1", None, limits, options.plant) == 0:
+        print("soak: FAILED: the replay did not find the planted fault")
+        return 1
+    return 0
 
 
 def _is_sanitized(program: pathlib.Path) -> bool:
@@ -106,7 +128,12 @@ class Soak:
 
     def _live(self, until: float, loses: bool) -> None:
         life = Life(
-            self._binaries, self._out, self._options.seed, len(self._lives) + 1, self._limits
+            self._binaries,
+            self._out,
+            self._options.seed,
+            len(self._lives) + 1,
+            self._limits,
+            self._options.plant,
         )
         self._lives.append(life)
         life.start()
