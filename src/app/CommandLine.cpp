@@ -22,6 +22,8 @@ Environment:
   QN740_SPLASH_MS        for how long the start-up picture is shown, 15000 when unset
   QN740_SPECTRUM_SOCKET  path of a local socket that delivers the spectra
   QN740_SCOPE_SOCKET     path of a local socket that delivers what the scopes receive
+  QN740_REMOTE_SOCKET    path of a local socket for qn740-remote, a look from afar
+  QN740_REMOTE_VIEW_ONLY 1: what comes from afar presses nothing
   QT_LOGGING_RULES       what is logged: qn740.link.debug=true
 
 Exit status:

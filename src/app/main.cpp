@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
 #include "app/OutOfMemory.h"
+#include "app/RemoteScreen.h"
 #include "app/Rooms.h"
 #include "app/SelfTest.h"
 #include "app/ServiceNotifier.h"
@@ -121,6 +122,7 @@ int run(QApplication& application, SetGov& governor)
     ServiceNotifier notifier(&window, [&rooms = window.rooms()] { return status(rooms); });
     QObject::connect(
         window.rooms().link, &LinkControl::healthChanged, &notifier, &ServiceNotifier::tellStatus);
+    const RemoteScreen remoteScreen(&window);
     QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
     window.show();
     return runUntilEnded(terminationSignals);
