@@ -54,8 +54,8 @@ Options readOptions()
         "is connected; without a panel they see \"NO PANEL\". Exit status: 0 after SIGTERM,\n"
         "SIGINT or SIGHUP; 1 a password file that is refused, or a port that is taken; 2 an\n"
         "option that is wrong."_s);
-    parser.addHelpOption();
-    parser.addVersionOption();
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
     const QCommandLineOption socket(u"socket"_s,
         u"the panel's socket; %1 when neither this nor QN740_REMOTE_SOCKET says otherwise"_s.arg(
             QLatin1String(DefaultSocket)),
@@ -67,7 +67,15 @@ Options readOptions()
         u"FILE"_s);
     const QCommandLineOption viewOnly(u"view-only"_s, u"viewers press nothing"_s);
     parser.addOptions({socket, port, passwordFile, viewOnly});
-    parser.process(*qApp);
+    if (!parser.parse(QCoreApplication::arguments())) {
+        fail(WrongOption, parser.errorText() + u" --help lists the options"_s);
+    }
+    if (parser.isSet(help)) {
+        parser.showHelp();
+    }
+    if (parser.isSet(version)) {
+        parser.showVersion();
+    }
 
     bool isNumber = false;
     const int number = parser.value(port).toInt(&isNumber);
