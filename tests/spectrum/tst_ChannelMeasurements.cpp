@@ -1,4 +1,5 @@
 #include "spectrum/ChannelMeasurements.h"
+#include "spectrum/PlainMeasurements.h"
 #include "spectrum/SpectrumTrace.h"
 #include "support/TestMain.h"
 
@@ -341,6 +342,46 @@ private slots:
     {
         QFETCH(State, state);
         QTEST(stateText(state), "text");
+    }
+
+    void any_spectrum_has_the_bandwidths_of_the_plain_measurement_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            QTest::addRow("%u", seed) << seed;
+        }
+    }
+
+    void any_spectrum_has_the_bandwidths_of_the_plain_measurement()
+    {
+        QFETCH(unsigned, seed);
+        std::mt19937 random(seed);
+        int valid = 0;
+        for (int n = 0; n < 250; ++n) {
+            const MeasuredSpectrum spectrum = plainMeasurements::anySpectrum(random);
+            const plainMeasurements::Carrier carrier(spectrum);
+            const bool isWhole = carrier.first > 0 && carrier.last < spectrum.powers.size() - 1;
+            if (!isWhole) {
+                const State state = carrier.first < 0 ? State::NoCarrier : State::BeyondSpan;
+                QCOMPARE(bandwidthBelow(spectrum, 3.0).state, state);
+                continue;
+            }
+            const plainMeasurements::Below plain(spectrum, carrier);
+            const double tolerance = 1e-4 * spectrum.bin();
+            QVERIFY(near(
+                occupiedBandwidth(spectrum).width(), plain.occupied() * spectrum.bin(), tolerance));
+            for (const double down : {3.0, 10.0, 26.0}) {
+                const Bandwidth band = bandwidthBelow(spectrum, down);
+                const Bandwidth expected = plain.band(down);
+                QCOMPARE(band.state, expected.state);
+                const QByteArray text = QByteArray::number(n) + ", bins too wide: " +
+                    QByteArray::number((band.width() - expected.width()) / spectrum.bin());
+                QVERIFY2(near(band.low, expected.low, tolerance), text);
+                QVERIFY2(near(band.high, expected.high, tolerance), text);
+                valid += band.state == State::Valid ? 1 : 0;
+            }
+        }
+        QVERIFY2(valid > 100, QByteArray::number(valid));
     }
 };
 
