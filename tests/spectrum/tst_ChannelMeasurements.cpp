@@ -137,6 +137,10 @@ private slots:
         QCOMPARE(bandwidthBelow(spectrum, 3.0).state, state);
         QCOMPARE(carrierToNoise(spectrum).state, state);
         QCOMPARE(frequencyError(spectrum).state, state);
+        for (const Bandwidth& band : {occupiedBandwidth(spectrum), bandwidthBelow(spectrum, 3.0)}) {
+            QCOMPARE(band.low, 0.0);
+            QCOMPARE(band.high, 0.0);
+        }
         QVERIFY(!stateText(state).isEmpty());
     }
 
@@ -152,7 +156,18 @@ private slots:
     void a_channel_without_power_has_a_finite_level()
     {
         const MeasuredSpectrum spectrum{QVector<float>(Points, 0.0F), Centre, Width, 1.0};
-        QVERIFY(std::isfinite(channelPower(spectrum, Centre, 1.0).level));
+        QVERIFY(near(channelPower(spectrum, Centre, 1.0).level, -300.0, 1e-6));
+    }
+
+    void the_outermost_bins_count_in_part()
+    {
+        MeasuredSpectrum spectrum{QVector<float>(Points, 16.0F), Centre, Width, 1.0};
+        spectrum.powers.first() = 2.0F;
+        spectrum.powers.last() = 4.0F;
+        const double left = Centre - Width / 2.0; // the middle of the first bin
+        const double right = Centre + Width / 2.0 - Bin;
+        QVERIFY(near(channelPower(spectrum, left, 0.5 * Bin).level, decibels(1.0), 1e-5));
+        QVERIFY(near(channelPower(spectrum, right, 0.5 * Bin).level, decibels(2.0), 1e-5));
     }
 
     void ninety_nine_per_cent_of_a_rectangle_are_occupied_data()
