@@ -149,6 +149,7 @@ private slots:
         const MeasuredSpectrum spectrum{{0.5F}, Centre, Width, 1.0};
         QVERIFY(near(channelPower(spectrum, Centre - Width / 2, Width).level, decibels(0.5), 1e-6));
         QCOMPARE(channelPower({{}, Centre, Width, 1.0}, Centre, 1.0).state, State::NoSpectrum);
+        QCOMPARE(channelPower({{1.0F, 1.0F}, Centre, 0.5, 1.0}, Centre, 0.1).state, State::Valid);
         QCOMPARE(
             channelPower({{1.0F}, Centre, qQNaN(), 1.0}, Centre, 1.0).state, State::NoSpectrum);
     }

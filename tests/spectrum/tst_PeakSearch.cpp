@@ -177,6 +177,11 @@ private slots:
             QCOMPARE(point.index, double(index));
             QCOMPARE(point.level, -45.0);
         }
+        const QVector<float> slope{-46, -45.5, -45, -45.5, -46};
+        for (const int index : {1, 3}) {
+            QCOMPARE(peakSearch::at(slope, index).index, double(index));
+            QCOMPARE(peakSearch::at(slope, index).level, -45.5);
+        }
     }
 };
 
