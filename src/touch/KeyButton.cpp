@@ -7,6 +7,36 @@
 #include <QScopedValueRollback>
 #include <QStyleOptionButton>
 
+namespace {
+
+// Has styles leave a widget alone for a while. They do that with the windows of a desktop.
+class UnstyledScope
+{
+public:
+    explicit UnstyledScope(QWidget& widget)
+        : m_widget(widget)
+        , m_flags(widget.windowFlags())
+        , m_wasStyled(widget.testAttribute(Qt::WA_StyleSheet))
+    {
+        widget.setAttribute(Qt::WA_StyleSheet, false);
+        widget.overrideWindowFlags(Qt::Desktop);
+    }
+    ~UnstyledScope()
+    {
+        m_widget.overrideWindowFlags(m_flags);
+        m_widget.setAttribute(Qt::WA_StyleSheet, m_wasStyled);
+    }
+    UnstyledScope(const UnstyledScope&) = delete;
+    UnstyledScope& operator=(const UnstyledScope&) = delete;
+
+private:
+    QWidget& m_widget;
+    Qt::WindowFlags m_flags;
+    bool m_wasStyled;
+};
+
+} // namespace
+
 KeyButton::KeyButton(const QString& text, QWidget* parent)
     : TextButton(text, parent)
 {
@@ -31,9 +61,27 @@ void KeyButton::setGround(const QColor& colour)
 
 void KeyButton::setSheet(const QString& sheet)
 {
-    if (styleSheet() != sheet) {
+    if (styleSheet() == sheet) {
+        return;
+    }
+    if (styleSheet().isEmpty() || sheet.isEmpty()) {
+        setStyleSheet(sheet);
+    } else {
+        changeSheet(sheet);
+    }
+}
+
+// By itself the style would polish the button once more, which takes 10 µs and changes nothing: for
+// the style there is no sheet.
+void KeyButton::changeSheet(const QString& sheet)
+{
+    {
+        const QScopedValueRollback<bool> isChanging(m_isChangingSheet, true);
+        const UnstyledScope unstyled(*this);
         setStyleSheet(sheet);
     }
+    takeLook();
+    update();
 }
 
 QSize KeyButton::sizeHint() const
@@ -78,6 +126,9 @@ bool KeyButton::event(QEvent* event)
         polish();
         return TextButton::event(event);
     case QEvent::StyleChange:
+        if (m_isChangingSheet) {
+            return true;
+        }
         // Another sheet, or the style of another page. The page need not be laid out anew.
         takeLook();
         update();

@@ -51,11 +51,13 @@ protected:
     void nextCheckState() override;
 
 private:
+    void changeSheet(const QString& sheet);
     void polish();
     void takeLook();
 
     bool m_isPolished = false;
     bool m_isForLater = false; // whether it is made visible on a page that is hidden
-    QSize m_frame;             // of its face
+    bool m_isChangingSheet = false;
+    QSize m_frame; // of its face
     QColor m_ground;
 };

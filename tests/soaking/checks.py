@@ -21,6 +21,8 @@ _CARD_TEXTS = re.compile(r"(?:D1:SPEN:1D2:SPEN:1D2:SPEN:1)+")
 _FIXED = re.compile(r"PONG|1\.1\.6\.4|Slave,[0-2]|Main|D[123]:(?:DSDM|NFFT):\d+")
 # A number with six decimals or one, a whole number, an address as typed, a name as typed.
 _VALUE = re.compile(r"-?\d+(?:\.\d+)?|\d*(?:\.\d*){0,3}|[A-Za-z0-9_ -]*")
+# A damaged definition may have lost or doubled a field before its type.
+_NO_COMMAND = re.compile(r"(?:AK|IK),(?:[^,]*,){1,3}\d+,,")
 _LINKED = (("D1 D2 D3:", ("D1:", "D2:", "D3:")), ("R1 R2:", ("R1:", "R2:")))
 WARM_UP_SECONDS = 60.0
 _BAD_LOG = re.compile(
@@ -216,6 +218,8 @@ class Conversation:
             if not _VALUE.fullmatch(body[end:]):
                 continue
             command = body[:end]
+            if not command and not self._has_empty_command():
+                continue
             if command in self._commands:
                 return True
             # A command of a damaged definition, or of one that the soak has made
@@ -223,6 +227,10 @@ class Conversation:
                 self._commands.add(command)
                 return True
         return self._was_sent("," + body + ",") or self._is_choice(body)
+
+    def _has_empty_command(self) -> bool:
+        """Whether a key without a command was defined: it sends its value alone."""
+        return any(_NO_COMMAND.search(text) for text in self._recent)
 
     def _is_choice(self, body: str) -> bool:
         """Whether it is a known command with the damaged value of a choice behind it."""

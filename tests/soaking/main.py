@@ -10,7 +10,7 @@ import statistics
 import sys
 import time
 
-from . import checks, replay
+from . import checks, replay, trends
 from .life import Life, Limits
 from .programs import Failure
 
@@ -18,14 +18,6 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 _STORM_SECONDS = 12.0
 _LOSSES_SHARE = 0.1  # of the time, for panels that lose their main port
 _LOSSES_SECONDS = 240.0
-# A trend is only judged when it was watched for so long, in seconds.
-_JUDGED_SECONDS = 240.0
-# Resident memory, in kB a minute. Between the 3rd and the 10th minute it rose by 242 while all that the
-# allocator had stayed the same: gaps between its pieces that were used for the first time. With large
-# pieces in mappings of their own it was flat for the three minutes that were looked at.
-_MAX_RESIDENT_SLOPE = 100.0
-_MAX_HEAP_SLOPE = 100.0  # kB a minute; between two rests it differs by up to 3 MB
-_MAX_COUNT_SLOPE = 0.05  # a minute
 
 
 def _options() -> argparse.Namespace:
@@ -152,21 +144,7 @@ class Soak:
             life.close()
 
     def _judge(self) -> None:
-        rests = self._settled()
-        if len(rests) < 2 or rests[-1].seconds - rests[0].seconds < _JUDGED_SECONDS:
-            return
-        limits = [("heap_kb", _MAX_HEAP_SLOPE)]
-        if not self._limits.sanitized:  # a sanitizer keeps freed memory for a while
-            limits.append(("resident_kb", _MAX_RESIDENT_SLOPE))
-            limits.append(("whole_kb", _MAX_HEAP_SLOPE))
-        for what, most in limits:
-            found = checks.slope(rests, what)
-            if found.per_minute > most:
-                raise Failure(f"{what} grows by {found.per_minute:.1f} kB a minute, at most {most:g}")
-        for what in ("files", "timers", "widgets"):
-            found = checks.slope(rests, what)
-            if found.per_minute > _MAX_COUNT_SLOPE:
-                raise Failure(f"the number of {what} grows by {found.per_minute:.2f} a minute")
+        trends.judge(self._lives[0].rests, self._limits.sanitized)
 
     def _settled(self) -> list[checks.Rest]:
         return checks.settled(self._lives[0].rests)
