@@ -18,6 +18,7 @@ from .programs import Failure, PanelProgram
 
 _FOLLOW_SECONDS = 2.0  # for the panel to take what has come
 _ANSWER_SECONDS = 1.0  # a reply waits so long for its request
+_MAX_MISSED = 10
 _TRIES = 3  # when the panel takes another course than then
 _TURN = 0.002
 _PIECE = re.compile("\x02[^\x02\x04]*\x04|[^\x02\x04]+|[\x02\x04]")
@@ -43,6 +44,8 @@ def replay(
             except Failure as failure:
                 print(f"replay: FAILED: {failure}")
                 return 1
+            except Astray:
+                pass
             finally:
                 print(f"replay: {player.report()}", flush=True)
                 player.close()
@@ -51,6 +54,10 @@ def replay(
             return 0
     print("replay: nothing went wrong, but the panel took another course each time")
     return 0
+
+
+class Astray(Exception):
+    """The panel has taken another course."""
 
 
 class Player:
@@ -167,6 +174,8 @@ class Player:
         while not self._has_followed(event):
             if time.monotonic() > end:
                 self._missed += 1
+                if self._missed == _MAX_MISSED:
+                    raise Astray
                 self._told = self._touches
                 self._read = self._sent.copy()
             self._serve()
