@@ -7,6 +7,8 @@
 #include <QScopedValueRollback>
 #include <QStyleOptionButton>
 
+#include <optional>
+
 namespace {
 
 // Has styles leave a widget alone for a while. They do that with the windows of a desktop.
@@ -105,8 +107,13 @@ void KeyButton::polish()
 {
     if (!m_isPolished) {
         m_isPolished = true;
+        std::optional<UnstyledScope> unstyled;
+        if (!styleSheet().isEmpty()) {
+            unstyled.emplace(*this);
+        }
         QEvent request(QEvent::Polish);
         TextButton::event(&request);
+        unstyled.reset();
         takeLook();
     }
 }
@@ -125,6 +132,9 @@ bool KeyButton::event(QEvent* event)
     case QEvent::Show:
         polish();
         return TextButton::event(event);
+    case QEvent::EnabledChange:
+        // Who is not seen has nothing to tell, and a page of them is changed in one message each.
+        return isVisible() || isDown() ? TextButton::event(event) : true;
     case QEvent::StyleChange:
         if (m_isChangingSheet) {
             return true;
