@@ -86,12 +86,17 @@ void KeyButton::changeSheet(const QString& sheet)
     update();
 }
 
+QString KeyButton::faceSheet() const
+{
+    return styleSheet();
+}
+
 QSize KeyButton::sizeHint() const
 {
     if (styleSheet().isEmpty()) {
         return TextButton::sizeHint();
     }
-    return boundedHint(KeyFace::of(styleSheet()).sizeHint(text()));
+    return boundedHint(KeyFace::of(faceSheet()).sizeHint(text()));
 }
 
 void KeyButton::setVisible(bool visible)
@@ -163,7 +168,7 @@ void KeyButton::takeLook()
     if (!m_isPolished || styleSheet().isEmpty()) {
         return;
     }
-    const KeyFace& face = KeyFace::of(styleSheet());
+    const KeyFace& face = KeyFace::of(faceSheet());
     if (font() != face.font()) {
         setFont(face.font());
     }
@@ -183,7 +188,7 @@ void KeyButton::paintEvent(QPaintEvent* event)
         return;
     }
     polish(); // for a picture of a page that was never shown
-    const KeyFace& face = KeyFace::of(styleSheet());
+    const KeyFace& face = KeyFace::of(faceSheet());
     QStyleOptionButton option;
     initStyleOption(&option);
     QPainter painter(this);

@@ -51,6 +51,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void nextCheckState() override;
 
+    // The sheet that the face is made of: that of the button, if no other one counts.
+    virtual QString faceSheet() const;
+
 private:
     void changeSheet(const QString& sheet);
     void polish();
