@@ -1,5 +1,4 @@
-#ifndef QN740_TESTS_PLAINBUFFER_H
-#define QN740_TESTS_PLAINBUFFER_H
+#pragma once
 
 #include "spectrum/BusFrame.h"
 
@@ -50,5 +49,3 @@ struct PlainBuffer
         return CmdMsg(text.mid(1, 4), text.mid(5, 4), text.mid(from, length));
     }
 };
-
-#endif
