@@ -37,6 +37,7 @@ contain() { # in the new namespaces
     mount -t sysfs sysfs "$root/sys"
     mount -t cgroup2 cgroup2 "$root/sys/fs/cgroup"
     mount -t tmpfs -o mode=0755 tmpfs "$root/run"
+    mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
     # systemd listens to udev only when it finds this at its start, or the machine's own /dev.
     mkdir "$root/run/udev"
     : >"$root/run/udev/control"
@@ -85,9 +86,10 @@ make_root() {
     }
     echo 'SUBSYSTEM=="tty", KERNEL=="tty63", SYMLINK+="ttyO1", TAG+="systemd", GROUP="dialout", MODE="0660"' \
         >"$root/etc/udev/rules.d/61-qn740-line.rules"
+    rmdir "$root/var/log/journal" # the journal goes to /run
     mkdir -p "$root/etc/systemd/system/qn740-panel.service.d"
     printf '[Service]\nEnvironment=QT_QPA_PLATFORM=offscreen QN740_SPLASH_MS=0\nDeviceAllow=/dev/tty63 rw\n' \
-        >"$root/etc/systemd/system/qn740-panel.service.d/here.conf"
+        >"$root/etc/systemd/system/qn740-panel.service.d/00-here.conf"
     for unit in systemd-udev-trigger.service systemd-logind.service getty.target; do
         ln -s /dev/null "$root/etc/systemd/system/$unit"
     done
