@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
 #include "app/OutOfMemory.h"
+#include "app/RemoteScreen.h"
 #include "app/Rooms.h"
 #include "app/ScreenSettings.h"
 #include "app/SelfTest.h"
@@ -85,6 +86,14 @@ int testBoard(char* program, const QString& platform)
     return static_cast<int>(status);
 }
 
+// Runs the event loop, unless a signal has ended the panel while it started: the splash screen
+// handles events before there is a loop that could be told to end.
+int runUntilEnded(const TerminationSignals& terminationSignals)
+{
+    return terminationSignals.wasRaised() ? static_cast<int>(ExitStatus::Ended)
+                                          : QApplication::exec();
+}
+
 std::unique_ptr<Stage> openStage(const ScreenSettings& settings)
 {
     for (const QString& warning : settings.warnings()) {
@@ -114,7 +123,7 @@ int showTouch(QApplication& application, const Stage* stage)
     QObject::connect(&page, &TouchTrial::ended, &application, end);
     place(page, stage);
     page.show();
-    return QApplication::exec();
+    return runUntilEnded(terminationSignals);
 }
 
 int run(QApplication& application, SetGov& governor, const Stage* stage)
@@ -136,16 +145,18 @@ int run(QApplication& application, SetGov& governor, const Stage* stage)
     ServiceNotifier notifier(&window, [&rooms = window.rooms()] { return status(rooms); });
     QObject::connect(
         window.rooms().link, &LinkControl::healthChanged, &notifier, &ServiceNotifier::tellStatus);
+    const RemoteScreen remoteScreen(&window);
     QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
     place(window, stage);
     window.show();
-    return QApplication::exec();
+    return runUntilEnded(terminationSignals);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    TerminationSignals::endAtOnce(); // no port is open yet
     keepPicturesApart();
     outOfMemory::endTheProcess();
     // Logging to a reader that is gone must not end the panel.

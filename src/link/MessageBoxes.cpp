@@ -1,5 +1,6 @@
 #include "link/MessageBoxes.h"
 
+#include "link/BoxMarkup.h"
 #include "touch/MessageBox.h"
 #include "wire/Commands.h"
 #include "wire/Log.h"
@@ -22,6 +23,17 @@ void makeWindowOf(const QMessageBox& box, const QWidget* editor)
 {
     if (QWindow* window = box.windowHandle()) {
         window->setTransientParent(editor != nullptr ? editor->window()->windowHandle() : nullptr);
+    }
+}
+
+// A text whose tags could do harm is shown with them, letter for letter.
+void setTextOf(MessageBox& box, const QString& text)
+{
+    const QString letters = QStringLiteral("<font size = 6>%1</font>");
+    if (boxMarkup::isHarmless(text)) {
+        box.setText(letters.arg(text));
+    } else {
+        box.setTextShownAs(letters.arg(text), letters.arg(text.toHtmlEscaped()));
     }
 }
 
@@ -84,7 +96,7 @@ QMessageBox* MessageBoxes::show(const Order& order)
     auto* box = new MessageBox;
     box->setObjectName(QStringLiteral("messageBox"));
     box->setNonBlocking(QStringLiteral("border-width: 2px;"));
-    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(QString::fromUtf8(order.text)));
+    setTextOf(*box, QString::fromUtf8(order.text));
     box->setIcon(QMessageBox::Information);
     if (order.okButton) {
         box->addOk(MinOk)->setStyleSheet(QStringLiteral("font: 28px"));

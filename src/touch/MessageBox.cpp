@@ -116,6 +116,13 @@ void MessageBox::setArea(const QRect& area)
     m_area = area;
 }
 
+void MessageBox::setTextShownAs(const QString& text, const QString& shown)
+{
+    setTextFormat(Qt::PlainText); // the label, which is hidden, must not look for tags
+    setText(text);
+    m_shown = shown;
+}
+
 void MessageBox::report(const QString& text)
 {
     MessageBox box;
@@ -202,7 +209,8 @@ void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
 {
     ensurePolished();
     label->ensurePolished();
-    if (text().size() <= MaxMeasuredChars && fitsByItself(*grid, room)) {
+    const bool asItIs = m_shown.isEmpty();
+    if (asItIs && text().size() <= MaxMeasuredChars && fitsByItself(*grid, room)) {
         return;
     }
     int row = 0;
@@ -211,9 +219,10 @@ void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
     int columns = 0;
     grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
     label->hide();
-    QTextEdit* view = newLongText(text(), textFormat());
+    const Qt::TextFormat format = asItIs ? textFormat() : Qt::RichText;
+    QTextEdit* view = newLongText(asItIs ? text() : m_shown, format);
     grid->addWidget(view, row, column, rows, columns);
-    const Letters& letters = textFormat() == Qt::PlainText ? PlainLetters : RichLetters;
+    const Letters& letters = format == Qt::PlainText ? PlainLetters : RichLetters;
     setLetters(view, label->fontInfo().pixelSize(), letters, roomForText(*grid, room));
 }
 

@@ -38,6 +38,10 @@ public:
     /// panel's window itself.
     void setArea(const QRect& area);
 
+    /// Sets a text that is not to be read as rich text although it looks so. text() answers it.
+    /// \param shown the rich text that is shown in its place
+    void setTextShownAs(const QString& text, const QString& shown);
+
     /// \reimp
     void setVisible(bool visible) override;
 
@@ -59,6 +63,7 @@ private:
 
     QLabel* m_title = nullptr; // only with a window title
     QRect m_area;
+    QString m_shown; // empty: the text itself
     int m_minContentWidth = 0;
     bool m_laidOut = false;
 };
