@@ -100,6 +100,8 @@ private slots:
         QTest::newRow("at the end of a step") << Values{1, 1, 1, 2, 2, 4} << 0.5 << std::sqrt(2.0);
         QTest::newRow("everything") << Values{1, 2, 4} << 1.0 << 4.0;
         QTest::newRow("zeros") << Values{0, 0, 0, 1} << 0.5 << 0.0;
+        // Halfway from 0 in decibels is 0.
+        QTest::newRow("above zeros") << Values{0, 4} << 0.75 << 2.0;
     }
 
     void a_quantile_is_interpolated_between_rounded_values()
