@@ -46,6 +46,16 @@ PlotView::PlotView(QWidget* parent)
     , m_yTicker(new QCPAxisTickerFixed)
 {
     setUpLook();
+    dropFirstReplot();
+}
+
+// The plot library has just queued a replot. It would draw axes and labels into buffers of its own
+// that nobody shows, at the start of the panel: the frame is drawn when the plot is first painted.
+void PlotView::dropFirstReplot()
+{
+    mReplotting = true;
+    QMetaObject::invokeMethod(
+        this, [this] { mReplotting = false; }, Qt::QueuedConnection);
 }
 
 void PlotView::setUpLook()

@@ -59,6 +59,7 @@ protected:
 
 private:
     void setUpLook();
+    void dropFirstReplot();
     QString newBadge() const;
     void applyAxes();
     void layOutArea();

@@ -19,18 +19,29 @@ void ChartLines::setColor(const QColor& color)
 
 void ChartLines::paint(QPainter& painter, const SpectrumTrace& trace, const ChartGeometry& geometry)
 {
-    paintLine(painter, trace.held(), QPen(m_heldColor, 0), geometry);
-    paintLine(painter, trace.heldLow(), QPen(m_color, 0, Qt::DotLine), geometry);
-    paintLine(painter, trace.levels(), QPen(m_color, 0), geometry);
+    paintLine(painter, trace.held(), m_heldColor, geometry);
+    paintDots(painter, trace.heldLow(), geometry);
+    paintLine(painter, trace.levels(), m_color, geometry);
 }
 
-void ChartLines::paintLine(
-    QPainter& painter, const QVector<float>& levels, const QPen& pen, const ChartGeometry& geometry)
+void ChartLines::paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color,
+    const ChartGeometry& geometry)
 {
     if (levels.isEmpty()) {
         return; // Without touching the points of the other lines, which keep their memory.
     }
     traceLine::layOut(levels, geometry.plot, geometry.rows, m_line);
-    painter.setPen(pen);
+    m_runs.setLine(m_line, geometry.plot);
+    m_runs.paint(painter, color);
+}
+
+void ChartLines::paintDots(
+    QPainter& painter, const QVector<float>& levels, const ChartGeometry& geometry)
+{
+    if (levels.isEmpty()) {
+        return;
+    }
+    traceLine::layOut(levels, geometry.plot, geometry.rows, m_line);
+    painter.setPen(QPen(m_color, 0, Qt::DotLine));
     painter.drawPolyline(m_line);
 }

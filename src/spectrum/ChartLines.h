@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plot/ColumnRuns.h"
 #include "spectrum/ChartGeometry.h"
 
 #include <QColor>
@@ -7,7 +8,6 @@
 #include <QVector>
 
 class QPainter;
-class QPen;
 class SpectrumTrace;
 
 /// The lines of a spectrum: the trace, max hold as a darker line, and min hold as a dotted one.
@@ -26,10 +26,12 @@ public:
     void paint(QPainter& painter, const SpectrumTrace& trace, const ChartGeometry& geometry);
 
 private:
-    void paintLine(QPainter& painter, const QVector<float>& levels, const QPen& pen,
+    void paintLine(QPainter& painter, const QVector<float>& levels, const QColor& color,
         const ChartGeometry& geometry);
+    void paintDots(QPainter& painter, const QVector<float>& levels, const ChartGeometry& geometry);
 
     QColor m_color;
     QColor m_heldColor;
-    QPolygonF m_line; // kept for its memory
+    QPolygonF m_line;  // kept for its memory
+    ColumnRuns m_runs; // the same
 };

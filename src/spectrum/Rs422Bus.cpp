@@ -175,7 +175,8 @@ void Rs422Bus::processReadyRead()
 {
     QSerialPort& port = m_line.port();
     while (port.bytesAvailable() > 0) {
-        const QByteArray bytes = port.readAll();
+        // Not readAll(), which makes room for 64 KiB first.
+        const QByteArray bytes = port.read(port.bytesAvailable());
         qCDebug(logSpectrum).noquote() << portName() << "in " << printable(bytes);
         m_rxBuffer.append(bytes);
         CmdMsg message;

@@ -101,6 +101,7 @@ private slots:
         const QString help = CommandLine({u"--help"_s}).text();
         for (const auto& word :
             {u"-noK7150"_s, u"--version"_s, u"--help"_s, u"QN740_DEV"_s, u"QN740_SPLASH_MS"_s,
+                u"QN740_SCALE"_s, u"QN740_ROTATION"_s, u"QN740_REMOTE_SOCKET"_s,
                 u"QN740_SPECTRUM_SOCKET"_s, u"QN740_SCOPE_SOCKET"_s, u"--self-test"_s,
                 u"--show-touch"_s, u"0  after SIGTERM"_s, u"1  a fault"_s, u"2  unknown option"_s,
                 u"3  another panel"_s, u"4  no screen"_s, u"5  out of memory"_s}) {

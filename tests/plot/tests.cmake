@@ -1,4 +1,5 @@
 qn740_test(plot CachedPlot)
+qn740_test(plot ColumnRuns)
 qn740_test(plot DataWatch)
 qn740_test(plot NoData)
 qn740_test(plot Scale)

@@ -110,6 +110,11 @@ private slots:
         }
     }
 
+    void without_an_order_no_point_is_near()
+    {
+        QCOMPARE(nearestPoint(Order::Unknown, 0.5, 0.5), size_t{0});
+    }
+
     void a_map_and_its_inverse_leave_a_point_where_it_is()
     {
         const PlaneMap map{1.5, -0.25, 0.5, 0.75, 0.1, -0.2};

@@ -124,6 +124,44 @@ EyeOpening openingOf(const QVector<QVector<double>>& blocks, bool four)
     return {true, 100.0 * (1.0 - 3.0 * std::sqrt(least)), place - std::floor(place + 0.5)};
 }
 
+// Whether there are two levels with an eye that is open, two that is not, or four.
+EyeOpening plainOpening(const QVector<QVector<double>>& blocks)
+{
+    double leastOfTwo = 1.0;
+    double leastOfFour = 1.0;
+    for (int instant = 0; instant < Instants; ++instant) {
+        leastOfTwo = std::min(leastOfTwo, spreadAt(blocks, instant, false));
+        leastOfFour = std::min(leastOfFour, spreadAt(blocks, instant, true));
+    }
+    const bool four = leastOfTwo >= 1.0 / 3.0 && leastOfFour < 1.0;
+    if ((four ? leastOfFour : leastOfTwo) > 0.6) {
+        return {};
+    }
+    EyeOpening opening = openingOf(blocks, four);
+    opening.percent = std::clamp(opening.percent, 0.0, 100.0);
+    return opening;
+}
+
+// Symbols of 4 samples with four levels, of which this share are inner ones, the outer ones so many
+// times as large.
+QVector<double> unevenLevels(double inner, double outer, double noise, std::mt19937& random)
+{
+    const auto next = [&random] { return static_cast<double>(random()) / 4294967296.0; };
+    QVector<double> samples(256, 0.0);
+    for (int symbol = -8; symbol < 72; ++symbol) {
+        const double value = (next() < inner ? 0.2 : 0.2 * outer) * (next() < 0.5 ? -1.0 : 1.0);
+        for (int k = 0; k < 256; ++k) {
+            const double t = k / 4.0 - symbol - 0.15;
+            samples[k] +=
+                value * std::sin(Pi * t) / (Pi * t) * std::cos(0.4 * Pi * t) / (1.0 - 0.64 * t * t);
+        }
+    }
+    for (double& sample : samples) {
+        sample += noise * (next() + next() + next() + next() - 2.0);
+    }
+    return samples;
+}
+
 } // namespace
 
 class tst_EyeMeter : public QObject
@@ -312,6 +350,41 @@ private slots:
             qPrintable(QStringLiteral("%1, not %2").arg(found.percent).arg(expected.percent)));
         QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
         QVERIFY(std::abs(found.bestInstant - 0.15) < 0.03);
+    }
+
+    void any_eye_has_the_opening_of_its_definition_data()
+    {
+        QTest::addColumn<double>("inner");
+        QTest::addColumn<double>("outer");
+        QTest::addColumn<double>("noise");
+        for (const double inner : {0.0, 0.15, 0.25, 0.7, 0.83}) {
+            for (const double outer : {1.8, 3.0}) {
+                for (const double noise : {0.0, 0.05, 0.15, 0.4}) {
+                    QTest::addRow("%g inner, %g, noise %g", inner, outer, noise)
+                        << inner << outer << noise;
+                }
+            }
+        }
+    }
+
+    void any_eye_has_the_opening_of_its_definition()
+    {
+        QFETCH(double, inner);
+        QFETCH(double, outer);
+        QFETCH(double, noise);
+        std::mt19937 random(5);
+        EyeMeter meter;
+        QVector<QVector<double>> blocks;
+        for (int block = 0; block < 4; ++block) { // too few for the period, which is 4 then
+            blocks.append(unevenLevels(inner, outer, noise, random));
+            meter.addBlock(blocks.last(), QVector<double>(256, 0.0));
+        }
+        const EyeOpening expected = plainOpening(blocks);
+        const EyeOpening found = meter.figures().i;
+        QCOMPARE(found.valid, expected.valid);
+        QVERIFY2(std::abs(found.percent - expected.percent) < 1e-6,
+            qPrintable(QStringLiteral("%1, not %2").arg(found.percent).arg(expected.percent)));
+        QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
     }
 
     void noise_closes_the_eye()
