@@ -123,14 +123,14 @@ class Player:
             self._serve()
         self._begin = time.monotonic()
         lag = self._begin - events[0].at
-        lifted = _lifted(events)
+        unseen = lifted(events)
         for number, event in enumerate(events):
             self._serve_until(event.at + lag)
             begin = time.monotonic()
             self._await_panel(event)
             lag += time.monotonic() - begin
             self._perform(event)
-            if number in lifted:
+            if number in unseen:
                 self._move((*event.finger[:2], 0), False)
             self._played += 1
         self._serve_until(time.monotonic() + 1.0)
@@ -250,13 +250,13 @@ class Player:
             raise Failure(f"at rest the panel takes {100 * share:.1f} % of a core")
 
 
-def _lifted(events: list[recording.Event]) -> set[int]:
+def lifted(events: list[recording.Event]) -> set[int]:
     """Returns the numbers of those events behind which the finger was lifted without any window being
     told, because the touch has opened a modal one."""
     touches = [(number, event) for number, event in enumerate(events) if event.kind == "finger"]
-    lifted = set()
+    unseen = set()
     for (number, event), (_, after) in zip(touches, touches[1:]):
         moved = event.finger[:2] != after.finger[:2]
         if event.finger[2] == 1 and moved != bool(after.finger[2]):
-            lifted.add(number)
-    return lifted
+            unseen.add(number)
+    return unseen
