@@ -18,6 +18,7 @@ from .programs import Failure, PanelProgram
 
 _FOLLOW_SECONDS = 2.0  # for the panel to take what has come
 _ANSWER_SECONDS = 1.0  # a reply waits so long for its request
+ANOTHER_COURSE = 2
 _MAX_MISSED = 10
 _TRIES = 3  # when the panel takes another course than then
 _TURN = 0.002
@@ -31,7 +32,11 @@ def replay(
     limits: Limits,
     planted: str = "",
 ) -> int:
-    """Plays a recording, or its last storms, to a new panel. Returns 0 when nothing went wrong."""
+    """Plays a recording, or its last storms, to a new panel.
+
+    Returns 0 when nothing went wrong, 1 when something did, and ANOTHER_COURSE when the panel did not
+    follow the recording.
+    """
     events = recording.load(directory, storms)
     if not events:
         print(f"replay: {directory} has no recording")
@@ -53,7 +58,7 @@ def replay(
             print("replay: nothing went wrong")
             return 0
     print("replay: nothing went wrong, but the panel took another course each time")
-    return 0
+    return ANOTHER_COURSE
 
 
 class Astray(Exception):
