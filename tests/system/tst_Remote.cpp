@@ -248,15 +248,20 @@ private slots:
         const QImage glass = m_glass->picture();
         startViewer();
         QTRY_VERIFY_WITH_TIMEOUT(find(glass, onScreen()), LongMs);
-        // the viewer, with its finger down
+        const std::unique_ptr<Program> other = std::move(m_viewer); // stays, under the next one
+        startViewer();
+        QTRY_VERIFY_WITH_TIMEOUT(m_remote->has("remote: viewers: 2"), LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(windows() == 2, LongMs);
+        // a viewer, with its finger down
         point(Linking, *find(glass, onScreen()), u"mousedown"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_glass->picture() != glass, LongMs);
         m_viewer->kill();
-        QTRY_VERIFY_WITH_TIMEOUT(m_remote->has("remote: viewers: 0"), LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(m_glass->picture(), glass, LongMs);
         QVERIFY(panelAnswers());
         QVERIFY(!m_line->received().contains("Slave")); // nothing was pressed
         QCOMPARE(captured(), glass);
+        other->kill();
+        QTRY_VERIFY_WITH_TIMEOUT(m_remote->has("remote: viewers: 0"), LongMs);
         // qn740-remote, while a viewer watches
         startViewer();
         QTRY_VERIFY_WITH_TIMEOUT(find(glass, onScreen()), LongMs);
@@ -395,6 +400,13 @@ private:
                 u"1"_s},
             {m_display});
         QVERIFY(finger.ends());
+    }
+    // How many viewers are on the screen.
+    int windows() const
+    {
+        Program search(
+            u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"QN740"_s}, {m_display});
+        return search.ends() ? static_cast<int>(search.output().count('\n')) : 0;
     }
     void press(QPoint at, QPoint corner) { point(at, corner, u"click"_s); }
 
