@@ -7,6 +7,8 @@
 #include <QScopedValueRollback>
 #include <QStyleOptionButton>
 
+#include <optional>
+
 namespace {
 
 // Has styles leave a widget alone for a while. They do that with the windows of a desktop.
@@ -84,12 +86,17 @@ void KeyButton::changeSheet(const QString& sheet)
     update();
 }
 
+QString KeyButton::faceSheet() const
+{
+    return styleSheet();
+}
+
 QSize KeyButton::sizeHint() const
 {
     if (styleSheet().isEmpty()) {
         return TextButton::sizeHint();
     }
-    return boundedHint(KeyFace::of(styleSheet()).sizeHint(text()));
+    return boundedHint(KeyFace::of(faceSheet()).sizeHint(text()));
 }
 
 void KeyButton::setVisible(bool visible)
@@ -105,8 +112,13 @@ void KeyButton::polish()
 {
     if (!m_isPolished) {
         m_isPolished = true;
+        std::optional<UnstyledScope> unstyled;
+        if (!styleSheet().isEmpty()) {
+            unstyled.emplace(*this);
+        }
         QEvent request(QEvent::Polish);
         TextButton::event(&request);
+        unstyled.reset();
         takeLook();
     }
 }
@@ -125,6 +137,9 @@ bool KeyButton::event(QEvent* event)
     case QEvent::Show:
         polish();
         return TextButton::event(event);
+    case QEvent::EnabledChange:
+        // Who is not seen has nothing to tell, and a page of them is changed in one message each.
+        return isVisible() || isDown() ? TextButton::event(event) : true;
     case QEvent::StyleChange:
         if (m_isChangingSheet) {
             return true;
@@ -153,7 +168,7 @@ void KeyButton::takeLook()
     if (!m_isPolished || styleSheet().isEmpty()) {
         return;
     }
-    const KeyFace& face = KeyFace::of(styleSheet());
+    const KeyFace& face = KeyFace::of(faceSheet());
     if (font() != face.font()) {
         setFont(face.font());
     }
@@ -173,7 +188,7 @@ void KeyButton::paintEvent(QPaintEvent* event)
         return;
     }
     polish(); // for a picture of a page that was never shown
-    const KeyFace& face = KeyFace::of(styleSheet());
+    const KeyFace& face = KeyFace::of(faceSheet());
     QStyleOptionButton option;
     initStyleOption(&option);
     QPainter painter(this);

@@ -259,6 +259,23 @@ private slots:
         QVERIFY(page->takeAsked() > 0);
     }
 
+    void a_key_that_is_disabled_unseen_or_while_pressed_is_released()
+    {
+        Page page(new KeyButton(u"Gain"_s));
+        auto* key = qobject_cast<KeyButton*>(page.button);
+        key->setSheet(keyStyle::enabled(false));
+        page.box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page.box));
+        for (const bool isSeen : {true, false}) {
+            page.box.setVisible(isSeen);
+            key->setEnabled(true);
+            key->setDown(true);
+            key->setEnabled(false);
+            QVERIFY(!key->isDown());
+            QVERIFY(!key->isEnabled());
+        }
+    }
+
     void a_sheet_set_as_of_any_widget_is_shown()
     {
         Page ours(new KeyButton(u"Gain"_s));
