@@ -88,7 +88,7 @@ void RemoteWatcher::update(const GlassPicture& picture)
     QByteArray block;
     for (const QRect& place : picture.rectangles(m_changed)) {
         const uchar* topLeft =
-            image.constScanLine(place.y()) + place.x() * remoteProtocol::PixelBytes;
+            image.constScanLine(place.y()) + qsizetype{place.x()} * remoteProtocol::PixelBytes;
         remoteProtocol::appendRectangle(block, place, topLeft, image.bytesPerLine());
     }
     m_changed.fill(false);

@@ -613,6 +613,35 @@ private slots:
         QCOMPARE(m_panel->heard(), QByteArray());
     }
 
+    void a_watchers_messages_take_one_turn_of_the_event_loop_each()
+    {
+        struct Counter : QObject
+        {
+            bool eventFilter(QObject* /*watched*/, QEvent* event) override
+            {
+                moves += event->type() == QEvent::MouseMove ? 1 : 0;
+                return false;
+            }
+            int moves = 0;
+        };
+        Watcher watcher(m_path);
+        watcher.point({700, 300}, true);
+        Counter counter;
+        m_panel->window.windowHandle()->installEventFilter(&counter);
+        QByteArray moves;
+        for (int k = 0; k < 200; ++k) {
+            moves += remoteProtocol::pointerMessage({{k, k}, true});
+        }
+        QVERIFY(watcher.send(moves));
+        int most = 0;
+        for (int before = 0; counter.moves < 200;) {
+            QVERIFY(QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents));
+            most = qMax(most, counter.moves - before);
+            before = counter.moves;
+        }
+        QVERIFY2(most <= 4, qPrintable(QString::number(most)));
+    }
+
     void a_watcher_that_sends_without_end_does_not_keep_the_main_unit_waiting()
     {
         Watcher watcher(m_path);

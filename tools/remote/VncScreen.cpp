@@ -265,7 +265,7 @@ void VncScreen::put(const remoteProtocol::Rectangle& rectangle)
     }
     const char* from = rectangle.pixels.constData();
     for (int y = place.top(); y <= place.bottom(); ++y) {
-        quint32* to = m_pixels.data() + y * m_size.width() + place.left();
+        quint32* to = m_pixels.data() + qsizetype{y} * m_size.width() + place.left();
         for (int x = 0; x < place.width(); ++x, from += remoteProtocol::PixelBytes) {
             to[x] = redFirst(from);
         }

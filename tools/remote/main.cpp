@@ -18,6 +18,7 @@ constexpr int Failed = 1;
 constexpr int WrongOption = 2;
 constexpr auto DefaultSocket = "/run/qn740/remote";
 constexpr auto DefaultPort = "5900";
+constexpr int MaxPort = 65535;
 
 struct Options
 {
@@ -45,17 +46,35 @@ QString environmentOr(const char* variable, const char* otherwise)
     return value.isEmpty() ? QString::fromLatin1(otherwise) : value;
 }
 
+constexpr auto Description =
+    R"(Shows the panel to VNC viewers, on 127.0.0.1 only. The panel has to run with
+QN740_REMOTE_SOCKET, as the same user. Its picture is asked for only while a viewer
+is connected; without a panel they see "NO PANEL". Exit status: 0 after SIGTERM,
+SIGINT or SIGHUP; 1 a password file that is refused, or a port that is taken; 2 an
+option that is wrong.)";
+
+// Prints help or version and ends the program when that is asked for, or an option is unknown.
+void parse(QCommandLineParser& parser)
+{
+    parser.setApplicationDescription(QString::fromLatin1(Description));
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    if (!parser.parse(QCoreApplication::arguments())) {
+        fail(WrongOption, parser.errorText() + u" --help lists the options"_s);
+    }
+    if (parser.isSet(help)) {
+        parser.showHelp();
+    }
+    if (parser.isSet(version)) {
+        parser.showVersion();
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        fail(WrongOption, u"%1 is no option"_s.arg(parser.positionalArguments().constFirst()));
+    }
+}
+
 Options readOptions()
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        u"Shows the panel to VNC viewers, on 127.0.0.1 only. The panel has to run with\n"
-        "QN740_REMOTE_SOCKET, as the same user. Its picture is asked for only while a viewer\n"
-        "is connected; without a panel they see \"NO PANEL\". Exit status: 0 after SIGTERM,\n"
-        "SIGINT or SIGHUP; 1 a password file that is refused, or a port that is taken; 2 an\n"
-        "option that is wrong."_s);
-    parser.addHelpOption();
-    parser.addVersionOption();
     const QCommandLineOption socket(u"socket"_s,
         u"the panel's socket; %1 when neither this nor QN740_REMOTE_SOCKET says otherwise"_s.arg(
             QLatin1String(DefaultSocket)),
@@ -66,19 +85,17 @@ Options readOptions()
         u"its first line is the password, 6 to 8 characters; only you may read it (mode 600)"_s,
         u"FILE"_s);
     const QCommandLineOption viewOnly(u"view-only"_s, u"viewers press nothing"_s);
+    QCommandLineParser parser;
     parser.addOptions({socket, port, passwordFile, viewOnly});
-    parser.process(*qApp);
+    parse(parser);
 
     bool isNumber = false;
     const int number = parser.value(port).toInt(&isNumber);
-    if (!isNumber || number < 1 || number > 65535) {
+    if (!isNumber || number < 1 || number > MaxPort) {
         fail(WrongOption, u"--port %1 is no port"_s.arg(parser.value(port)));
     }
     if (!parser.isSet(passwordFile)) {
         fail(WrongOption, u"--password-file is missing; --help lists the options"_s);
-    }
-    if (!parser.positionalArguments().isEmpty()) {
-        fail(WrongOption, u"%1 is no option"_s.arg(parser.positionalArguments().constFirst()));
     }
     return {parser.value(socket), parser.value(passwordFile), static_cast<quint16>(number),
         parser.isSet(viewOnly)};
