@@ -14,11 +14,16 @@ for at in /sys/fs/cgroup/unified /sys/fs/cgroup; do
     fi
 done
 [ -n "$group" ] || { echo "there is no cgroup2 here" >&2; exit 1; }
+started=
 container=
 finish() {
+    [ -z "$started" ] || kill -9 "$started" 2>/dev/null || true # --kill-child ends what is in it
     [ -z "$container" ] || kill -9 "$container" 2>/dev/null || true
-    sleep 0.5
-    find "$group" -depth -type d -exec rmdir {} \; 2>/dev/null || true
+    for _ in {1..25}; do
+        find "$group" -depth -type d -exec rmdir {} \; 2>/dev/null || true
+        [ -d "$group" ] || break
+        sleep 0.2
+    done
     rm -rf "$place"
 }
 trap finish EXIT
@@ -105,6 +110,7 @@ start_systemd() {
         exec unshare --mount --pid --fork --uts --ipc --net --cgroup --kill-child bash -ec contain >"$place/console" 2>&1
     ) &
     started=$!
+    disown "$started"
     until [ -n "$container" ]; do
         kill -0 "$started" 2>/dev/null || { cat "$place/console"; exit 1; }
         container=$(pgrep -P "$started" || true)
