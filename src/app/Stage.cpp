@@ -49,8 +49,6 @@ std::unique_ptr<Stage> Stage::create(int rotation)
     // Some platforms do not tell a window how large the full screen is.
     stage->setGeometry(QGuiApplication::primaryScreen()->geometry());
     stage->showFullScreen();
-    // Not before: a platform that activates the window that comes up would warn of it.
-    stage->setFlag(Qt::WindowDoesNotAcceptFocus);
     return stage;
 }
 

@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
 #include "app/OutOfMemory.h"
+#include "app/PictureMemory.h"
 #include "app/RemoteScreen.h"
 #include "app/Rooms.h"
 #include "app/ScreenSettings.h"
@@ -22,7 +23,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <malloc.h>
 #include <memory>
 
 namespace {
@@ -36,16 +36,6 @@ int print(const CommandLine& commandLine)
     const bool refused = commandLine.action() == CommandLine::Action::Refuse;
     std::fprintf(refused ? stderr : stdout, "%s\n", qPrintable(commandLine.text()));
     return static_cast<int>(refused ? ExitStatus::WrongOption : ExitStatus::Ended);
-}
-
-// Pictures of plots come and go. Small pieces that are allocated between them would keep their
-// memory from the system, and the panel would grow for hours; apart, it is given back at once.
-void keepPicturesApart()
-{
-#ifdef __GLIBC__
-    constexpr int PictureBytes = 65536;
-    ::mallopt(M_MMAP_THRESHOLD, PictureBytes);
-#endif
 }
 
 // Before QApplication takes Qt's own options out.
@@ -157,7 +147,7 @@ int run(QApplication& application, SetGov& governor, const Stage* stage)
 int main(int argc, char** argv)
 {
     TerminationSignals::endAtOnce(); // no port is open yet
-    keepPicturesApart();
+    pictureMemory::keepApart();
     outOfMemory::endTheProcess();
     // Logging to a reader that is gone must not end the panel.
     std::signal(SIGPIPE, SIG_IGN);

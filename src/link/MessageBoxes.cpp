@@ -41,6 +41,10 @@ void setTextOf(MessageBox& box, const QString& text)
 
 MessageBoxes::MessageBoxes(QObject* parent)
     : QObject(parent)
+    , m_lost(&logLink,
+          QStringLiteral("%1: %2 boxes are waiting, further ones are lost")
+              .arg(wire::word::DB)
+              .arg(MaxWaiting))
     , m_tooLong(&logLink,
           QStringLiteral("the text of a message box is cut off after %1 characters")
               .arg(linkLimits::MaxBoxCharacters))
@@ -81,13 +85,8 @@ void MessageBoxes::addToWaiting(const Order& order)
 {
     if (m_waiting.size() < MaxWaiting) {
         m_waiting.enqueue(order);
-        m_overflowLogged = false;
-    } else if (!m_overflowLogged) {
-        m_overflowLogged = true;
-        qCWarning(logLink).noquote()
-            << QStringLiteral("%1: %2 boxes are waiting, further ones are lost")
-                   .arg(wire::word::DB)
-                   .arg(MaxWaiting);
+    } else {
+        m_lost.add();
     }
 }
 

@@ -40,6 +40,15 @@ QRgb blend(QRgb over, QRgb under)
     return 0xff000000U | ((over & 0x00ffffffU) + (redBlue | green));
 }
 
+// Whether eight pixels are: no line of the grid, only the ground.
+bool isBlack(const QRgb* pixels)
+{
+    constexpr quint64 Two = (quint64{Black} << 32U) | Black;
+    std::array<quint64, SkipPixels / 2> pairs{};
+    std::memcpy(pairs.data(), pixels, sizeof pairs);
+    return ((pairs[0] ^ Two) | (pairs[1] ^ Two) | (pairs[2] ^ Two) | (pairs[3] ^ Two)) == 0;
+}
+
 } // namespace
 
 DensityImage::DensityImage()
@@ -135,24 +144,36 @@ void DensityImage::paintOver(QImage& picture) const
     if (picture.size() != size() || picture.format() != QImage::Format_RGB32) {
         return;
     }
+    uchar* const bits = picture.bits();
     for (int y = 0; y < m_height; ++y) {
         const quint8* const row =
             m_density.data() + static_cast<size_t>(y) * static_cast<size_t>(m_stride);
-        auto* const line = reinterpret_cast<QRgb*>(picture.scanLine(y));
+        auto* const line = reinterpret_cast<QRgb*>(bits + y * picture.bytesPerLine());
         for (int x = 0; x < m_stride; x += SkipPixels) {
             quint64 eight = 0;
             std::memcpy(&eight, row + x, sizeof eight);
             if (eight == 0) {
                 continue;
             }
-            const int end = std::min(m_width, x + SkipPixels);
-            for (int column = x; column < end; ++column) {
-                const quint8 d = row[column];
-                if (d != 0) {
-                    const QRgb under = line[column];
-                    line[column] = under == Black ? m_colorsOnBlack[d] : blend(m_colors[d], under);
+            if (x + SkipPixels <= m_width && isBlack(line + x)) {
+                for (int column = x; column < x + SkipPixels; ++column) {
+                    line[column] = m_colorsOnBlack[row[column]];
                 }
+            } else {
+                paintSome(row, line, x, std::min(m_width, x + SkipPixels));
             }
+        }
+    }
+}
+
+// Pixels some of which may lie on a line of the grid.
+void DensityImage::paintSome(const quint8* row, QRgb* line, int from, int end) const
+{
+    for (int column = from; column < end; ++column) {
+        const quint8 d = row[column];
+        if (d != 0) {
+            const QRgb under = line[column];
+            line[column] = under == Black ? m_colorsOnBlack[d] : blend(m_colors[d], under);
         }
     }
 }

@@ -51,16 +51,35 @@ public:
     /// either order, without the pixels outside the picture.
     void addRun(int x, int y0, int y1)
     {
-        if (x < 0 || x >= m_width) {
-            return;
+        if (x >= 0 && x < m_width) {
+            Column{m_run.data(), m_stride, m_height}.hitRows(
+                m_density.data() + x, std::min(y0, y1), std::max(y0, y1));
         }
-        // Here, because an eye pattern consists of tens of thousands of short ones.
-        const int first = std::max(0, std::min(y0, y1));
-        const int last = std::min(m_height - 1, std::max(y0, y1));
-        const auto stride = static_cast<size_t>(m_stride);
-        quint8* d = m_density.data() + static_cast<size_t>(first) * stride + static_cast<size_t>(x);
-        for (int row = first; row <= last; ++row, d += stride) {
-            *d = m_run[*d];
+    }
+
+    /// Adds a line through all columns, each of which is hit and no pixel twice: in each column a
+    /// run from beside the row of the column before to its own row. Nothing is added outside the
+    /// picture.
+    /// \param rowOf called for each column from left to right: its row.
+    template <class RowOf>
+    void addLine(RowOf rowOf)
+    {
+        // Here, because an eye pattern consists of tens of thousands of columns. All is copied that
+        // a written byte might change, for all the compiler knows.
+        const Column size{m_run.data(), m_stride, m_height};
+        const int width = m_width;
+        quint8* column = m_density.data();
+        int previous = width > 0 ? rowOf(0) : 0;
+        for (int x = 0; x < width; ++x, ++column) {
+            const int y = rowOf(x);
+            if (y == previous) {
+                size.hit(column, y);
+            } else if (y > previous) {
+                size.hitRows(column, previous + 1, y);
+            } else {
+                size.hitRows(column, y, previous - 1);
+            }
+            previous = y;
         }
     }
 
@@ -74,8 +93,35 @@ private:
     // What a hit of one strength makes of each density.
     using Hit = std::array<quint8, 256>;
 
+    // Hits pixels of a column whose row 0 is `top`, those inside the picture.
+    struct Column
+    {
+        const quint8* run;
+        ptrdiff_t stride;
+        int height;
+
+        void hit(quint8* top, int row) const
+        {
+            if (row >= 0 && row < height) {
+                top += row * stride;
+                *top = run[*top];
+            }
+        }
+
+        void hitRows(quint8* top, int first, int last) const
+        {
+            first = std::max(0, first);
+            last = std::min(height - 1, last);
+            top += first * stride;
+            for (int row = first; row <= last; ++row, top += stride) {
+                *top = run[*top];
+            }
+        }
+    };
+
     void hit(int x, int y, const Hit& strength);
     static void hitThree(quint8* row, const Hit& edge, const Hit& middle);
+    void paintSome(const quint8* row, QRgb* line, int from, int end) const;
 
     Persistence m_persistence = Persistence::Short;
     int m_sinceFaded = 0; // blocks

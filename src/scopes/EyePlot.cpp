@@ -212,15 +212,10 @@ void EyePlot::toRows(std::vector<double>& points) const
 // Draws column by column, so that every column of a trace is hit and none twice.
 void EyePlot::drawTrace(const double* rows)
 {
-    int previous = static_cast<int>(rows[0]);
-    int x = 0;
-    for (const Column& column : m_columns) {
-        const double left = rows[column.left];
-        const int y = static_cast<int>(left + (rows[column.left + 1] - left) * column.part);
-        // From beside the column before to here: no gap on a steep edge, no pixel twice.
-        const int from = previous == y ? y : previous + (y > previous ? 1 : -1);
-        m_image.addRun(x, from, y);
-        previous = y;
-        ++x;
-    }
+    const Column* column = m_columns.data();
+    m_image.addLine([rows, column](int x) {
+        const Column& at = column[x];
+        const double left = rows[at.left];
+        return static_cast<int>(left + (rows[at.left + 1] - left) * at.part);
+    });
 }

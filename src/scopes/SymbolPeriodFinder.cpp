@@ -69,23 +69,29 @@ private:
 
 // A Tukey window of which half is flat: its flat middle keeps the edges of a band, which slope,
 // from moving towards the middle of the band.
-double window(int n)
+std::array<double, Samples> windowOf()
 {
     constexpr double Flat = 0.5;
-    const double in = std::min(n + 0.5, Samples - 0.5 - n) / (Samples / 2.0);
-    return in >= Flat ? 1.0 : 0.5 - 0.5 * std::cos(Pi * in / Flat);
+    std::array<double, Samples> window{};
+    for (int n = 0; n < Samples; ++n) {
+        const double in = std::min(n + 0.5, Samples - 0.5 - n) / (Samples / 2.0);
+        window[static_cast<size_t>(n)] = in >= Flat ? 1.0 : 0.5 - 0.5 * std::cos(Pi * in / Flat);
+    }
+    return window;
 }
 
 // The mean is taken out; the first I sample of a block from the line is not one of the signal.
 std::vector<Complex> windowed(const QVector<double>& i, const QVector<double>& q, size_t points)
 {
+    static const std::array<double, Samples> window = windowOf();
     Complex mean;
     for (int n = 1; n < Samples; ++n) {
         mean += Complex(i.at(n), q.at(n)) / (Samples - 1.0);
     }
     std::vector<Complex> data(points);
     for (int n = 1; n < Samples; ++n) {
-        data[static_cast<size_t>(n)] = (Complex(i.at(n), q.at(n)) - mean) * window(n);
+        const auto at = static_cast<size_t>(n);
+        data[at] = (Complex(i.at(n), q.at(n)) - mean) * window[at];
     }
     return data;
 }
@@ -108,6 +114,12 @@ struct Lines
 {
     std::vector<Complex> values;
     std::vector<double> magnitudes;
+
+    explicit Lines(size_t count)
+    {
+        values.reserve(count);
+        magnitudes.reserve(count);
+    }
 
     void append(Complex value)
     {
@@ -141,8 +153,8 @@ SymbolPeriodFinder::Block SymbolPeriodFinder::blockOf(
     std::vector<Complex> data = windowed(i, q, Points);
     transform.run(data);
     Block block;
-    Lines linesI;
-    Lines linesQ;
+    Lines linesI(Points / 2 + 1);
+    Lines linesQ(Points / 2 + 1);
     for (size_t k = 0; k <= Points / 2; ++k) {
         const Complex plus = data[k];
         const Complex minus = std::conj(data[(Points - k) % Points]);

@@ -6,7 +6,7 @@
 
 namespace {
 constexpr int MaxDepth = 1000;
-constexpr char OverByte = '\xff';
+constexpr quint8 OverByte = 255;
 
 using Table = std::array<float, 256>; // one number per byte
 
@@ -85,10 +85,10 @@ private:
     std::array<Interval, Intervals> m_intervals{};
 };
 
-float levelOfPower(float power)
+const Decibels& decibels()
 {
-    static const Decibels decibels;
-    return decibels(power);
+    static const Decibels table;
+    return table;
 }
 
 void look(const QByteArray& points, const Table& table, QVector<float>& numbers)
@@ -125,9 +125,26 @@ void keep(const QByteArray& points, QVector<float>& levels, Choose choose)
     }
 }
 
+// The highest number first and where it is then: two passes that need no branches are faster than
+// one.
 qsizetype highest(const QVector<float>& numbers)
 {
-    return std::max_element(numbers.cbegin(), numbers.cend()) - numbers.cbegin();
+    const float* const first = numbers.constData();
+    const qsizetype size = numbers.size();
+    float top = first[0];
+    for (qsizetype i = 1; i < size; ++i) {
+        top = std::max(top, first[i]);
+    }
+    return std::find(first, first + size, top) - first;
+}
+
+quint8 highest(const QByteArray& points)
+{
+    quint8 top = 0;
+    for (const char point : points) {
+        top = std::max(top, static_cast<quint8>(point));
+    }
+    return top;
 }
 } // namespace
 
@@ -195,10 +212,13 @@ void SpectrumTrace::add(const QByteArray& points)
         restart();
         m_levels.resize(points.size());
     }
-    m_over = points.contains(OverByte);
     average(points);
     hold(points);
-    m_peak = highest(m_levelsStale ? m_powers : m_levels);
+    const quint8 top = highest(points);
+    m_over = top == OverByte;
+    // The newest spectrum's levels rise with their bytes.
+    m_peak = m_averaged == 1 ? points.indexOf(static_cast<char>(top))
+                             : highest(m_levelsStale ? m_powers : m_levels);
 }
 
 void SpectrumTrace::average(const QByteArray& points)
@@ -234,7 +254,9 @@ const QVector<float>& SpectrumTrace::powers() const
 const QVector<float>& SpectrumTrace::levels() const
 {
     if (m_levelsStale) {
-        std::transform(m_powers.cbegin(), m_powers.cend(), m_levels.begin(), levelOfPower);
+        const Decibels& levelOf = decibels();
+        std::transform(m_powers.cbegin(), m_powers.cend(), m_levels.begin(),
+            [&levelOf](float power) { return levelOf(power); });
         m_levelsStale = false;
     }
     return m_levels;
@@ -242,7 +264,7 @@ const QVector<float>& SpectrumTrace::levels() const
 
 float SpectrumTrace::levelAt(qsizetype index) const
 {
-    return m_levelsStale ? levelOfPower(m_powers.at(index)) : m_levels.at(index);
+    return m_levelsStale ? decibels()(m_powers.at(index)) : m_levels.at(index);
 }
 
 void SpectrumTrace::hold(const QByteArray& points)

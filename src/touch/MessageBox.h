@@ -12,7 +12,8 @@ class QLabel;
 /// whatever the length of its texts. Before it is shown it looks at the room that it has: a text
 /// that is too long for the usual letters is set in smaller ones, and one that is too long for
 /// these gets a scroll bar that is wide enough for a finger; an informative text that is too high
-/// is scrolled at its own size. text() stays what it was set to.
+/// is scrolled at its own size. text() stays what it was set to. A box with a window title shows it
+/// in a line at its top, because the unit's screen has no window frames.
 class MessageBox : public QMessageBox
 {
     Q_OBJECT
@@ -50,14 +51,17 @@ public:
 protected:
     void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void layOut();
+    void addTitle();
     void fitText(QGridLayout* grid, QLabel* label, const QSize& room);
     bool fitsByItself(const QGridLayout& grid, const QSize& room) const;
     QSize roomForText(const QGridLayout& grid, const QSize& room) const;
     void limitInformativeText();
 
+    QLabel* m_title = nullptr; // only with a window title
     QRect m_area;
     QString m_shown; // empty: the text itself
     int m_minContentWidth = 0;

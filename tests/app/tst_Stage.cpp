@@ -22,6 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize Screen(900, 1000);
+constexpr int MaxOpenMs = 10000; // a touch that is lost does not leave a dialog open for ever
 constexpr QSize PanelSize = ScreenSettings::PanelSize;
 
 // A window whose pixels differ from each other.
@@ -135,6 +136,7 @@ class tst_Stage : public QObject
             panel.touch({320, 210}); // OK of the one below
             second.accept();
         });
+        QTimer::singleShot(MaxOpenMs, &second, &QDialog::reject);
         second.exec();
     }
 
@@ -351,6 +353,7 @@ private slots:
                 panel.touch({30, 40});   // the key, beside the dialog
                 panel.touch({320, 210}); // OK
             });
+            QTimer::singleShot(MaxOpenMs, &dialog, &QDialog::reject);
             dialog.exec();
         });
         QVERIFY(panel.shows(picture(panel.window), panel.place()));

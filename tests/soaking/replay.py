@@ -18,6 +18,7 @@ from .programs import Failure, PanelProgram
 
 _FOLLOW_SECONDS = 2.0  # for the panel to take what has come
 _ANSWER_SECONDS = 1.0  # a reply waits so long for its request
+ANOTHER_COURSE = 2
 _MAX_MISSED = 10
 _TRIES = 3  # when the panel takes another course than then
 _TURN = 0.002
@@ -31,7 +32,11 @@ def replay(
     limits: Limits,
     planted: str = "",
 ) -> int:
-    """Plays a recording, or its last storms, to a new panel. Returns 0 when nothing went wrong."""
+    """Plays a recording, or its last storms, to a new panel.
+
+    Returns 0 when nothing went wrong, 1 when something did, and ANOTHER_COURSE when the panel did not
+    follow the recording.
+    """
     events = recording.load(directory, storms)
     if not events:
         print(f"replay: {directory} has no recording")
@@ -53,7 +58,7 @@ def replay(
             print("replay: nothing went wrong")
             return 0
     print("replay: nothing went wrong, but the panel took another course each time")
-    return 0
+    return ANOTHER_COURSE
 
 
 class Astray(Exception):
@@ -123,14 +128,14 @@ class Player:
             self._serve()
         self._begin = time.monotonic()
         lag = self._begin - events[0].at
-        lifted = _lifted(events)
+        unseen = lifted(events)
         for number, event in enumerate(events):
             self._serve_until(event.at + lag)
             begin = time.monotonic()
             self._await_panel(event)
             lag += time.monotonic() - begin
             self._perform(event)
-            if number in lifted:
+            if number in unseen:
                 self._move((*event.finger[:2], 0), False)
             self._played += 1
         self._serve_until(time.monotonic() + 1.0)
@@ -250,13 +255,13 @@ class Player:
             raise Failure(f"at rest the panel takes {100 * share:.1f} % of a core")
 
 
-def _lifted(events: list[recording.Event]) -> set[int]:
+def lifted(events: list[recording.Event]) -> set[int]:
     """Returns the numbers of those events behind which the finger was lifted without any window being
     told, because the touch has opened a modal one."""
     touches = [(number, event) for number, event in enumerate(events) if event.kind == "finger"]
-    lifted = set()
+    unseen = set()
     for (number, event), (_, after) in zip(touches, touches[1:]):
         moved = event.finger[:2] != after.finger[:2]
         if event.finger[2] == 1 and moved != bool(after.finger[2]):
-            lifted.add(number)
-    return lifted
+            unseen.add(number)
+    return unseen

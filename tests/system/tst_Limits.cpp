@@ -168,7 +168,7 @@ private slots:
         mainMenus.copyToMainMenu({u"Main"_s});
         mainMenus.copyToPaxMenu({u"Pax"_s});
         QCOMPARE(m_menus->book.pages.size(), menuLimits::MaxMenus);
-        QCOMPARE(warnings, QStringList{u"there are 2000 menus: no more are made"_s});
+        QCOMPARE(warnings, QStringList{u"there are 500 menus: no more are made"_s});
         m_menus->defineKey(keyFields(u"7"_s, 0));
         QCOMPARE(keyCount(), 1);
     }
