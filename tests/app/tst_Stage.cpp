@@ -421,7 +421,7 @@ int main(int argc, char** argv)
     identity::apply();
     identity::applyLook(application);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setDoubleClickInterval(20);
+    QApplication::setDoubleClickInterval(200);
     tst_Stage test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -459,7 +459,7 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     g_rotation = settings.rotation();
     g_stage = Stage::create(g_rotation);
-    QApplication::setDoubleClickInterval(20);
+    QApplication::setDoubleClickInterval(200);
     tst_BareScreen test;
     const int result = QTest::qExec(&test, argc, argv);
     g_stage.reset();
