@@ -1,7 +1,7 @@
 #include "touch/KeyFace.h"
 
+#include <QApplication>
 #include <QCache>
-#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QHash>
 #include <QPainter>
@@ -51,8 +51,31 @@ size_t qHash(const PictureKey& key, size_t seed = 0)
         static_cast<int>(key.marks.lamp), key.marks.isPending, key.ground);
 }
 
+// What all faces depend on besides their sheets. A change is told to the widgets that there are,
+// and there may be no key among them.
+struct Ground
+{
+    QFont font;
+    qint64 palette = 0;
+    QString sheet;
+    const QStyle* style = nullptr;
+
+    bool operator==(const Ground& other) const
+    {
+        return font == other.font && palette == other.palette && sheet == other.sheet &&
+            style == other.style;
+    }
+};
+
+Ground presentGround()
+{
+    return {QApplication::font(), QApplication::palette().cacheKey(), qApp->styleSheet(),
+        QApplication::style()};
+}
+
 struct Store
 {
+    Ground ground;
     QHash<QString, KeyFace> faces;
     QCache<PictureKey, QPixmap> pictures{KeyFace::MaxPictureBytes};
 };
@@ -116,6 +139,11 @@ KeyFace::KeyFace(const QString& sheet)
 
 const KeyFace& KeyFace::of(const QString& sheet)
 {
+    const Ground ground = presentGround();
+    if (!(store().ground == ground)) {
+        forgetAll();
+        store().ground = ground;
+    }
     auto& faces = store().faces;
     auto found = faces.constFind(sheet);
     if (found == faces.cend()) {

@@ -364,6 +364,31 @@ private slots:
         QVERIFY(after != before);
     }
 
+    void it_follows_what_was_changed_while_there_was_no_key_data()
+    {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QString>("sheet");
+        QTest::newRow("font of the application") << u"DejaVu Sans Mono"_s << QString();
+        QTest::newRow("sheet of the application")
+            << QApplication::font().family() << u"QPushButton {padding: 20px;}"_s;
+    }
+    void it_follows_what_was_changed_while_there_was_no_key()
+    {
+        QFETCH(QString, family);
+        QFETCH(QString, sheet);
+        const QSize before = KeyFace::of(keyStyle::enabled(false)).sizeHint(u"Gain"_s);
+        QFont font = QApplication::font();
+        font.setFamily(family);
+        QApplication::setFont(font);
+        qApp->setStyleSheet(sheet);
+        Page ours(new KeyButton(u"Gain"_s));
+        qobject_cast<KeyButton*>(ours.button)->setSheet(keyStyle::enabled(false));
+        Page styled(styledButton(u"Gain"_s, keyStyle::enabled(false)));
+        QCOMPARE(ours.button->sizeHint(), styled.button->sizeHint());
+        QVERIFY(ours.button->sizeHint() != before);
+        qApp->setStyleSheet({});
+    }
+
     void faces_leave_no_widgets_behind()
     {
         Page page(new KeyButton(u"Gain"_s));
