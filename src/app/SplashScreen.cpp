@@ -2,6 +2,7 @@
 
 #include "touch/Picture.h"
 
+#include <QCoreApplication>
 #include <QTimer>
 
 namespace {

@@ -36,6 +36,8 @@ QImage WindowStack::picture(const QWidget* window)
     if (store == nullptr || handle == nullptr) {
         return {};
     }
+    // The store only tells what it paints on.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
     const QPaintDevice* device = const_cast<QBackingStore*>(store)->paintDevice();
     if (device == nullptr || device->devType() != QInternal::Image) {
         return {};

@@ -43,7 +43,12 @@ public:
 
     /// \return the content of the upper plot in the current view.
     ///@{
-    PlotContent* upper() { return const_cast<PlotContent*>(std::as_const(*this).upper()); }
+    PlotContent* upper()
+    {
+        // The contents are members, which are not constant here.
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
+        return const_cast<PlotContent*>(std::as_const(*this).upper());
+    }
     const PlotContent* upper() const;
     ///@}
     /// \return the content of the lower plot, which only the eyes use.

@@ -36,7 +36,8 @@ LocalPeer::~LocalPeer()
 
 void LocalPeer::read()
 {
-    std::array<char, DefaultReadBytes> bytes;
+    // Only what recv() has filled is read.
+    std::array<char, DefaultReadBytes> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init)
     const ssize_t count = ::recv(m_socket, bytes.data(), m_readBytes, 0);
     if (count > 0) {
         emit received(QByteArray::fromRawData(bytes.data(), count));

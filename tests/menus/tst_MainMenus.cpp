@@ -6,6 +6,7 @@
 #include "support/TestMain.h"
 #include "touch/KeyStyle.h"
 
+#include <QLoggingCategory>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -552,6 +553,34 @@ private slots:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(first == nullptr && second == nullptr);
         QCOMPARE(menus.stack->count(), 0);
+    }
+
+    void a_source_that_does_not_exist_is_logged_data()
+    {
+        QTest::addColumn<QStringList>("fields");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("main menu alone") << QStringList{u"Main"_s} << QString();
+        QTest::newRow("no key named")
+            << QStringList{u"Main"_s, u"M"_s} << u"CM: 2 fields, needs 3"_s;
+        QTest::newRow("no menu") << QStringList{u"Main"_s, u"N"_s, u"k"_s} << u"CM: no menu N"_s;
+        QTest::newRow("no key") << QStringList{u"Main"_s, u"M"_s, u"x"_s} << u"CM: no key x"_s;
+        QTest::newRow("a key") << QStringList{u"Main"_s, u"M"_s, u"k"_s} << QString();
+    }
+
+    void a_source_that_does_not_exist_is_logged()
+    {
+        QFETCH(QStringList, fields);
+        Menus menus;
+        menus.key("M", "k");
+        static QString lines;
+        lines.clear();
+        QLoggingCategory::setFilterRules(u"qn740.menus.debug=true"_s);
+        const QtMessageHandler before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& text) { lines += text; });
+        menus.main.copyToMainMenu(fields);
+        qInstallMessageHandler(before);
+        QLoggingCategory::setFilterRules(u""_s);
+        QTEST(lines, "text");
     }
 };
 

@@ -129,6 +129,21 @@ private slots:
         QCOMPARE(ground.size(), QSize(text.width() + 4, text.height() - 2));
     }
 
+    void the_ground_of_a_number_below_its_line_begins_right_under_it()
+    {
+        QCustomPlot plot;
+        LevelMarkers markers(plot);
+        markers.setLevels({9.0}, Lowest, Highest); // row 21
+        QImage picture(200, 180, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        markers.paintNumbers(painter, Area, Levels);
+        painter.end();
+        const int x = Area.right() - 5;
+        QCOMPARE(picture.pixelColor(x, 21), QColor(Qt::white));
+        QVERIFY(picture.pixelColor(x, 22) != QColor(Qt::white));
+    }
+
     void a_number_whose_line_is_outside_the_plot_is_not_written_data()
     {
         QTest::addColumn<double>("level");
