@@ -7,82 +7,26 @@
 #include "spectrum/SpectrumTrace.h"
 #include "spectrum/Waterfall.h"
 #include "support/Row.h"
+#include "support/ScrolledPicture.h"
+#include "support/Spectra.h"
 
 #include <QCoreApplication>
-#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <functional>
-#include <random>
 #include <vector>
 
 namespace {
 
-constexpr int Points = 550; // of the 20 MHz span
 constexpr int Averages = 16;
-constexpr int Different = 32; // spectra, so that nothing is cached
 constexpr int Lines = 60;
 constexpr int Repeats = 200; // of a measurement
 constexpr int Rounds = 51;
-constexpr QSize LinesSize(544, 150); // of the waterfall of an enlarged chart
+constexpr QSize LinesSize = bench::ScrolledPicture::Size;
 
 // The compiler cannot leave out what ends here.
 volatile double seen = 0.0;
-
-// A carrier of 4 MHz over noise, as in the statistics of one FFT.
-QByteArray spectrumOf(unsigned seed)
-{
-    std::mt19937 random(seed);
-    std::exponential_distribution<double> power(1.0);
-    QByteArray bytes(Points, '\0');
-    for (int i = 0; i < Points; ++i) {
-        const bool isCarrier = std::abs(i - Points / 2) < Points / 10;
-        const double level = (isCarrier ? -25.0 : -100.0) + 10.0 * std::log10(power(random));
-        bytes[i] = static_cast<char>(std::lround(std::clamp((level + 120.0) * 2.0, 0.0, 255.0)));
-    }
-    return bytes;
-}
-
-const std::vector<QByteArray>& spectra()
-{
-    static const std::vector<QByteArray> list = [] {
-        std::vector<QByteArray> made;
-        for (unsigned seed = 0; seed < Different; ++seed) {
-            made.push_back(spectrumOf(seed));
-        }
-        return made;
-    }();
-    return list;
-}
-
-// A picture that is moved down by a line of one colour, and painted.
-class ScrolledPicture : public QWidget
-{
-public:
-    ScrolledPicture()
-        : m_image(LinesSize, QImage::Format_RGB32)
-    {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-        m_image.fill(Qt::black);
-        resize(LinesSize);
-    }
-
-    void add(int colour)
-    {
-        const qsizetype line = m_image.bytesPerLine();
-        uchar* bits = m_image.bits();
-        std::memmove(bits + line, bits, static_cast<size_t>(line * (m_image.height() - 1)));
-        std::memset(bits, colour, static_cast<size_t>(line));
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override { QPainter(this).drawImage(0, 0, m_image); }
-
-private:
-    QImage m_image;
-};
 
 void waterfall()
 {
@@ -90,7 +34,7 @@ void waterfall()
     ours.resize(LinesSize);
     ours.setPlot(0, LinesSize.width() - 1);
     ours.setRange(SpectrumChart::LowestLevel, SpectrumChart::HighestLevel);
-    ScrolledPicture peer;
+    bench::ScrolledPicture peer;
     for (QWidget* widget : {static_cast<QWidget*>(&ours), static_cast<QWidget*>(&peer)}) {
         widget->show();
     }
@@ -98,7 +42,7 @@ void waterfall()
     size_t next = 0;
     const auto addOurs = [&] {
         for (int i = 0; i < Lines; ++i) {
-            ours.addSpectrum(spectra()[next++ % Different]);
+            ours.addSpectrum(bench::spectra()[next++ % bench::DifferentSpectra]);
             ours.repaint();
         }
     };
@@ -143,7 +87,7 @@ void traces(const std::function<double()>& bare)
 {
     size_t next = 0;
     const auto add = [&next](SpectrumTrace& trace) {
-        trace.add(spectra()[next++ % Different]);
+        trace.add(bench::spectra()[next++ % bench::DifferentSpectra]);
         return static_cast<double>(trace.levels().constFirst());
     };
     SpectrumTrace newest;
@@ -160,16 +104,19 @@ void measurements(const std::function<double()>& bare)
     namespace measured = channelMeasurements;
     std::vector<MeasuredSpectrum> list;
     std::vector<QVector<float>> levels;
-    for (const QByteArray& bytes : spectra()) {
+    for (const QByteArray& bytes : bench::spectra()) {
         SpectrumTrace trace;
         trace.add(bytes);
         list.push_back({trace.powers(), 70.0, 20.0, 1.0});
         levels.push_back(trace.levels());
     }
     size_t next = 0;
-    const auto one = [&]() -> const MeasuredSpectrum& { return list[next++ % Different]; };
+    const auto one = [&]() -> const MeasuredSpectrum& {
+        return list[next++ % bench::DifferentSpectra];
+    };
     row(
-        "peak", [&] { return peakSearch::highest(levels[next++ % Different]).level; }, bare);
+        "peak", [&] { return peakSearch::highest(levels[next++ % bench::DifferentSpectra]).level; },
+        bare);
     row(
         "power", [&] { return measured::channelPower(one(), 70.0, 8.0).level; }, bare);
     row(
@@ -192,7 +139,7 @@ void spectrum()
 {
     waterfall();
     SpectrumTrace trace;
-    trace.add(spectra().front());
+    trace.add(bench::spectra().front());
     const QVector<float> powers = trace.powers();
     const auto bare = [&powers] { return sum(powers); };
     traces(bare);

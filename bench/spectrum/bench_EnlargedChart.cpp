@@ -18,56 +18,28 @@
 #include "spectrum/SpectrumChart.h"
 #include "spectrum/SpectrumTrace.h"
 #include "spectrum/Waterfall.h"
+#include "support/ScrolledPicture.h"
+#include "support/Spectra.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMainWindow>
-#include <QPainter>
 #include <QPushButton>
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <functional>
 #include <memory>
-#include <random>
 #include <vector>
 
 namespace {
 
 constexpr QSize PageSize(800, 430);
-constexpr int Points = 550; // of the 20 MHz span
 constexpr int Span = 6;
-constexpr int Different = 32; // spectra, so that nothing is cached
 constexpr int Channels = 3;
-constexpr int Spectra = 60;          // of three seconds
-constexpr int PerReadout = 5;        // spectra between two readings
-constexpr QSize LinesSize(544, 150); // of the waterfall of an enlarged chart
-
-// A carrier of 4 MHz over noise.
-QByteArray spectrum(unsigned seed)
-{
-    std::mt19937 random(seed);
-    std::exponential_distribution<double> power(1.0);
-    QByteArray bytes(Points, '\0');
-    for (int i = 0; i < Points; ++i) {
-        const bool isCarrier = std::abs(i - Points / 2) < Points / 10;
-        const double level = (isCarrier ? -25.0 : -100.0) + 10.0 * std::log10(power(random));
-        bytes[i] = static_cast<char>(std::lround(std::clamp((level + 120.0) * 2.0, 0.0, 255.0)));
-    }
-    return bytes;
-}
-
-std::vector<QByteArray> spectra()
-{
-    std::vector<QByteArray> list;
-    for (unsigned seed = 0; seed < Different; ++seed) {
-        list.push_back(spectrum(seed));
-    }
-    return list;
-}
+constexpr int Spectra = 60;   // of three seconds
+constexpr int PerReadout = 5; // spectra between two readings
 
 class Page
 {
@@ -75,7 +47,7 @@ public:
     Page(int channels, bool enlarged)
         : m_channels(channels)
     {
-        for (const QByteArray& one : spectra()) {
+        for (const QByteArray& one : bench::spectra()) {
             m_replies.push_back(
                 "[0190RFFT" + QByteArray::number(one.size()).rightJustified(4, '0') + one);
         }
@@ -102,7 +74,7 @@ public:
     void run()
     {
         for (int i = 0; i < Spectra; ++i) {
-            m_buffer.append(m_replies[m_next++ % Different]);
+            m_buffer.append(m_replies[m_next++ % bench::DifferentSpectra]);
             CmdMsg message;
             m_buffer.take(message, bus::Layout::Decimal);
             SpectrumChart* chart = m_card->chart(i % m_channels);
@@ -137,7 +109,7 @@ private:
     {
         m_card->setEnlarged(0);
         QCoreApplication::processEvents();
-        m_card->chart(0)->addSpectrum(spectrum(0));
+        m_card->chart(0)->addSpectrum(bench::spectra().front());
         for (const char* key : {"Trace", "Log 64", "Max Hold", "Min Hold", "Back", "Markers",
                  "Peak", "Delta", "Back", "Measure", "C/N", "Back"}) {
             press(key);
@@ -175,10 +147,9 @@ class Lines
 {
 public:
     Lines()
-        : m_spectra(spectra())
     {
-        m_waterfall.resize(LinesSize);
-        m_waterfall.setPlot(0, LinesSize.width() - 1);
+        m_waterfall.resize(bench::ScrolledPicture::Size);
+        m_waterfall.setPlot(0, bench::ScrolledPicture::Size.width() - 1);
         m_waterfall.setRange(SpectrumChart::LowestLevel, SpectrumChart::HighestLevel);
         m_waterfall.show();
         QCoreApplication::processEvents();
@@ -187,47 +158,36 @@ public:
     void run()
     {
         for (int i = 0; i < Spectra; ++i) {
-            m_waterfall.addSpectrum(m_spectra[m_next++ % Different]);
+            m_waterfall.addSpectrum(bench::spectra()[m_next++ % bench::DifferentSpectra]);
             m_waterfall.repaint();
         }
     }
 
 private:
-    std::vector<QByteArray> m_spectra;
     Waterfall m_waterfall;
     size_t m_next = 0;
 };
 
-// A picture that is moved down by a line of one colour, and painted.
-class ScrolledPicture : public QWidget
+// A bare picture.
+class Scrolled
 {
 public:
-    ScrolledPicture()
-        : m_image(LinesSize, QImage::Format_RGB32)
+    Scrolled()
     {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-        m_image.fill(Qt::black);
-        resize(LinesSize);
-        show();
+        m_picture.show();
         QCoreApplication::processEvents();
     }
 
     void run()
     {
         for (int i = 0; i < Spectra; ++i) {
-            const qsizetype line = m_image.bytesPerLine();
-            uchar* bits = m_image.bits();
-            std::memmove(bits + line, bits, static_cast<size_t>(line * (m_image.height() - 1)));
-            std::memset(bits, i, static_cast<size_t>(line));
-            repaint();
+            m_picture.add(i);
+            m_picture.repaint();
         }
     }
 
-protected:
-    void paintEvent(QPaintEvent*) override { QPainter(this).drawImage(0, 0, m_image); }
-
 private:
-    QImage m_image;
+    bench::ScrolledPicture m_picture;
 };
 
 std::function<void()> runner(const QString& who)
@@ -237,7 +197,7 @@ std::function<void()> runner(const QString& who)
         return of(std::make_shared<Lines>());
     }
     if (who == QLatin1String("scroll")) {
-        return of(std::make_shared<ScrolledPicture>());
+        return of(std::make_shared<Scrolled>());
     }
     const int channels = who.startsWith(QLatin1String("alone")) ? 1 : Channels;
     return of(std::make_shared<Page>(channels, who.endsWith(QLatin1String("enlarged"))));

@@ -258,7 +258,7 @@ void Stage::takePointer(QMouseEvent* event)
     if (m_pressed == nullptr) {
         m_pressed = windowAt(global);
     }
-    const QPointer<QWindow> target = m_pressed;
+    QWindow* target = m_pressed;
     if (event->buttons() == Qt::NoButton) {
         m_pressed.clear();
     }

@@ -28,8 +28,7 @@ void LinkWatch::notePing()
     m_health.notePing(m_clock.elapsed());
     // Earlier than what the timer waits for: the interval has become shorter.
     const auto deadline = m_health.deadline();
-    const bool isEarlier = deadline && m_timer.isActive() &&
-        *deadline - m_clock.elapsed() + 1 < m_timer.remainingTime();
+    const bool isEarlier = deadline && *deadline - m_clock.elapsed() + 1 < m_timer.remainingTime();
     if (m_state == LinkState::Alive && (isEarlier || !m_timer.isActive())) {
         startTimer();
     }

@@ -19,7 +19,7 @@ PopUpDialog::PopUpDialog(
     const QString& name, const QString& title, Qt::WindowFlags flags, int margin, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | flags)
     , m_column(new QVBoxLayout(this))
-    , m_title(new FittedLabel)
+    , m_title(new FittedLabel(this))
 {
     setObjectName(name);
     setWindowTitle(title);

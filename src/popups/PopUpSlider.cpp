@@ -48,9 +48,11 @@ QString rowStyle()
     return QStringLiteral("QPushButton {border: 2px solid black; border-radius: 4px;}");
 }
 
-QPushButton* newSliderButton(const QString& text, const QString& sheet, TextButton::Looks looks)
+// In its row from the start: a button that moves there works its sheet out again.
+QPushButton* newSliderButton(
+    QWidget* row, const QString& text, const QString& sheet, TextButton::Looks looks)
 {
-    QPushButton* button = new TextButton(text, nullptr, looks);
+    QPushButton* button = new TextButton(text, row, looks);
     button->setStyleSheet(sheet);
     QFont font = button->font();
     font.setPixelSize(ButtonFont);
@@ -59,9 +61,10 @@ QPushButton* newSliderButton(const QString& text, const QString& sheet, TextButt
 }
 
 // The sheet sets white text; a rim makes it readable on a light face.
-QPushButton* newStepButton(const QString& text, const QString& sheet, TextButton::Looks rim = {})
+QPushButton* newStepButton(
+    QWidget* row, const QString& text, const QString& sheet, TextButton::Looks rim = {})
 {
-    QPushButton* button = newSliderButton(text, sheet, rim | TextButton::OneLine);
+    QPushButton* button = newSliderButton(row, text, sheet, rim | TextButton::OneLine);
     button->setAutoRepeat(true);
     button->setAutoRepeatDelay(FirstRepeatMs);
     button->setAutoRepeatInterval(NextRepeatMs);
@@ -106,13 +109,13 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
         QStringLiteral("Set ") + name + QStringLiteral(" Value"), Qt::WindowFlags(), Margin);
     dialog.setMinimumWidth(stepList.size() > 1 ? WidthOfManySteps : Width);
 
-    auto* readout = new QLabel(m_value.readout(static_cast<double>(currentValue)));
+    auto* readout = new QLabel(m_value.readout(static_cast<double>(currentValue)), &dialog);
     readout->setObjectName(QStringLiteral("readoutLabel"));
     readout->setTextFormat(Qt::PlainText);
     readout->setAlignment(Qt::AlignCenter);
     readout->setMinimumHeight(ReadoutHeight);
     readout->setStyleSheet(QStringLiteral("font: 22px"));
-    auto* slider = new TouchSlider;
+    auto* slider = new TouchSlider(&dialog);
     slider->setRange(m_value.minimum(), m_value.maximum());
     slider->setValue(m_value.position(static_cast<double>(currentValue)));
     slider->setMinimumHeight(SliderHeight);
@@ -134,27 +137,36 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
 
 QWidget* PopUpSlider::newButtonRow(QDialog& dialog, const QList<int>& steps)
 {
-    auto* ok = newSliderButton(QStringLiteral("OK"), popUpStyle::plainGreen(), TextButton::OneLine);
+    auto* row = new QWidget(&dialog);
+    row->setStyleSheet(rowStyle());
+    QList<QPushButton*> buttons;
+    const auto add = [this, &buttons](int step, QPushButton* stepButton) {
+        connect(stepButton, &QPushButton::clicked, this, [this, step] { change_slide(step); });
+        buttons += stepButton;
+    };
+    const auto addDown = [row, &add](int step, const QString& text) {
+        add(-step, newStepButton(row, text, downStyle()));
+    };
+    const auto addUp = [row, &add](int step, const QString& text) {
+        add(step, newStepButton(row, text, upStyle(), TextButton::Rimmed));
+    };
+    if (steps.isEmpty()) {
+        addDown(1, QStringLiteral("DOWN"));
+    }
+    for (auto step = steps.crbegin(); step != steps.crend(); ++step) {
+        addDown(*step, QStringLiteral("< -%1").arg(*step));
+    }
+    auto* ok =
+        newSliderButton(row, QStringLiteral("OK"), popUpStyle::plainGreen(), TextButton::OneLine);
     // Quirk: "OK" closes by rejecting. See "Quirks" in docs/architecture.md.
     connect(ok, &QPushButton::clicked, &dialog, &QDialog::reject);
-    QList<QPushButton*> buttons{ok};
-    if (steps.isEmpty()) {
-        auto* down = newStepButton(QStringLiteral("DOWN"), downStyle());
-        connect(down, &QPushButton::clicked, this, &PopUpSlider::decreament_slider);
-        auto* up = newStepButton(QStringLiteral("UP"), upStyle(), TextButton::Rimmed);
-        connect(up, &QPushButton::clicked, this, &PopUpSlider::increament_slider);
-        buttons = {down, ok, up};
-    }
+    buttons += ok;
     for (const int step : steps) {
-        auto* down = newStepButton(QStringLiteral("< -%1").arg(step), downStyle());
-        connect(down, &QPushButton::clicked, this, [this, step] { change_slide(-step); });
-        buttons.prepend(down);
-        auto* up = newStepButton(QStringLiteral("+%1 >").arg(step), upStyle(), TextButton::Rimmed);
-        connect(up, &QPushButton::clicked, this, [this, step] { change_slide(step); });
-        buttons.append(up);
+        addUp(step, QStringLiteral("+%1 >").arg(step));
     }
-    auto* row = new QWidget;
-    row->setStyleSheet(rowStyle());
+    if (steps.isEmpty()) {
+        addUp(1, QStringLiteral("UP"));
+    }
     auto* layout = new QGridLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     fillRows(*layout, buttons);

@@ -13,6 +13,11 @@ public:
     /// Makes the plots, empty, in a vertical layout of their own.
     /// \param scope the widget that they fill; it owns them.
     explicit ScopePlots(QWidget* scope);
+    /// The plots of a scope are its own.
+    ///@{
+    ScopePlots(const ScopePlots&) = delete;
+    ScopePlots& operator=(const ScopePlots&) = delete;
+    ///@}
     /// \return the upper and the lower plot.
     QVector<PlotView*> all() const { return {m_upper, m_lower}; }
 

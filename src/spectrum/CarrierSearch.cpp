@@ -124,15 +124,14 @@ double CarrierSearch::quietestParts() const
     static_assert(MinPoints >= 2 * PartSize);
     const qsizetype parts = std::min(m_powers.size() / PartSize, MaxParts);
     const qsizetype size = m_powers.size() / parts;
-    QVector<double> means;
-    means.reserve(parts);
+    QVector<double> means(parts);
     for (qsizetype part = 0; part < parts; ++part) {
         const auto begin = m_powers.cbegin() + part * size;
         double sum = 0.0;
         for (auto bin = begin; bin != begin + size; ++bin) {
             sum += static_cast<double>(*bin);
         }
-        means += sum / static_cast<double>(size);
+        means[part] = sum / static_cast<double>(size);
     }
     const auto quiet = means.begin() + 1;
     std::nth_element(means.begin(), quiet, means.end());

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int NoIconSize = 16; // any
+
 // Has styles leave a widget alone for a while. They do that with the windows of a desktop.
 class UnstyledScope
 {
@@ -42,6 +44,9 @@ private:
 KeyButton::KeyButton(const QString& text, QWidget* parent)
     : TextButton(text, parent)
 {
+    // A key has no icon. Whoever paints it asks for the size all the same, and the style would look
+    // up all its rules to answer: two fifths of the painting after a new sheet.
+    setIconSize({NoIconSize, NoIconSize});
     // The first of all slots: what clicked() opens must find a button that can be painted.
     connect(this, &QAbstractButton::released, this, [this] { setUpdatesEnabled(true); });
 }

@@ -76,6 +76,16 @@ private slots:
         m_devices.reset();
     }
 
+    void nothing_is_written_to_a_line_that_is_not_open()
+    {
+        LinkControl link(m_window.get());
+        link.write(u"D2:SPEN:1"_s); // there is no port yet
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"ttyO9"_s));
+        link.open(u"ttyO9"_s);
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        link.write(u"D2:SPEN:1"_s);
+    }
+
     void messages_are_widened_for_the_link_mode_and_texts_are_not_data()
     {
         QTest::addColumn<int>("mode");

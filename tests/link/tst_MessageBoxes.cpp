@@ -415,10 +415,10 @@ private slots:
         many("fourteen tables in each other", "<table><tr><td>", 14);
         many("1,300 tables in each other", "<table><tr><td>", 1300);
         many("three tables", "<table>", 3);
-        many("floating pictures", "<img align=left>", 1200);
+        many("floating pictures", "<img align=left>", 300);
         many("101 cells", "<td>x", 101);
         many("201 tags", "<b>x", 201);
-        many("lists in lists", "<ul><li>", 2400);
+        many("lists in lists", "<ul><li>", 300);
     }
     // Qt opens the files that a rich text names.
     void a_text_with_other_tags_is_shown_with_them()

@@ -399,6 +399,21 @@ private slots:
             qPrintable(QString::number(meter.figures().merDb)));
     }
 
+    void an_order_that_is_found_again_is_kept_at_one_bad_reading()
+    {
+        ConstellationMeter meter;
+        AnalyticPoints good = pointsOf(Order::Qpsk, 20.0);
+        AnalyticPoints noise = noiseAlone();
+        for (int time = 0; time < 2; ++time) {
+            feed(meter, good, ConstellationMeter::MaxBlocks);
+            QCOMPARE(int(meter.figures().order), int(Order::Qpsk));
+            feed(meter, noise, ConstellationMeter::MaxBlocks);
+            QCOMPARE(int(meter.figures().order), int(Order::Qpsk));
+            feed(meter, noise, 1);
+            QCOMPARE(int(meter.figures().order), int(Order::Unknown));
+        }
+    }
+
     void below_four_blocks_nothing_is_found()
     {
         ConstellationMeter meter;

@@ -10,6 +10,8 @@
 #include "wire/LocalPeer.h"
 #include "wire/LocalSocket.h"
 
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QStandardPaths>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -241,6 +243,44 @@ private slots:
         QCOMPARE(captured(), upright());
     }
 
+    void what_is_no_panel_is_not_shown_data()
+    {
+        QTest::addColumn<QByteArray>("says");
+        QTest::addColumn<QImage>("shown");
+        QImage noPanel(800, 480, QImage::Format_RGB32);
+        noPanel.fill(Qt::black);
+        drawNoPanelSign(reinterpret_cast<quint32*>(noPanel.bits()), noPanel.size());
+        QImage black(800, 480, QImage::Format_RGB32);
+        black.fill(Qt::black);
+        const QByteArray hello = remoteProtocol::helloMessage({black.size(), false});
+        const QByteArray end = remoteProtocol::endMessage();
+        const quint32 pixels[] = {0xffff0000, 0xff00ff00};
+        QByteArray beside;
+        remoteProtocol::appendRectangle(
+            beside, {799, 0, 2, 1}, reinterpret_cast<const uchar*>(pixels), 0);
+        QByteArray inside;
+        remoteProtocol::appendRectangle(
+            inside, {798, 479, 2, 1}, reinterpret_cast<const uchar*>(pixels), 0);
+        QTest::newRow("silent") << QByteArray() << noPanel;
+        QTest::newRow("nonsense") << QByteArray("HTTP/1.1 400 Bad Request\r\n") << noPanel;
+        QTest::newRow("a picture without a hello") << inside + end << noPanel;
+        QTest::newRow("a part beside the picture") << hello + beside + end << black;
+        black.setPixel(798, 479, pixels[0]);
+        black.setPixel(799, 479, pixels[1]);
+        QTest::newRow("two pixels") << hello + inside + end << black;
+    }
+    void what_is_no_panel_is_not_shown()
+    {
+        QFETCH(QByteArray, says);
+        QFile::remove(path(u"socket"_s)); // of a panel that was killed
+        QLocalServer panel;
+        QVERIFY(panel.listen(path(u"socket"_s)));
+        connect(&panel, &QLocalServer::newConnection, &panel,
+            [&] { panel.nextPendingConnection()->write(says); });
+        startRemote();
+        QTEST(captured(), "shown");
+    }
+
     void everybody_survives_the_death_of_each_party()
     {
         startPanel();
@@ -252,6 +292,7 @@ private slots:
         startViewer();
         QTRY_VERIFY_WITH_TIMEOUT(m_remote->has("remote: viewers: 2"), LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(windows() == 2, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(find(glass, onScreen()), LongMs);
         // a viewer, with its finger down
         point(Linking, *find(glass, onScreen()), u"mousedown"_s);
         QTRY_VERIFY_WITH_TIMEOUT(m_glass->picture() != glass, LongMs);
@@ -421,8 +462,10 @@ private:
         const bool asked =
             QTest::qWaitFor([&capture] { return capture.output().contains("assword"); }, LongMs);
         capture.write(password + '\n');
-        return asked && capture.ends() ? QImage(file).convertToFormat(QImage::Format_RGB32)
-                                       : QImage();
+        // Not ends(): the panel may be one of this program.
+        const bool ended =
+            QTest::qWaitFor([&capture] { return capture.state() == QProcess::NotRunning; }, LongMs);
+        return asked && ended ? QImage(file).convertToFormat(QImage::Format_RGB32) : QImage();
     }
 
     QImage snapped()

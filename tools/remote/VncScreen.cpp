@@ -155,8 +155,9 @@ void VncScreen::leave(_rfbClientRec* client)
     client->clientData = nullptr;
     viewer->readable.setEnabled(false);
     // It may be the one whose event this is.
+    m_gone.emplace_back(viewer);
     QMetaObject::invokeMethod(
-        this, [viewer] { delete viewer; }, Qt::QueuedConnection);
+        this, [this] { m_gone.clear(); }, Qt::QueuedConnection);
     if (m_finger == client) {
         m_finger = nullptr;
         emit pointed({{remoteProtocol::Beside, remoteProtocol::Beside}, false});

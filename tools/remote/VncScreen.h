@@ -80,8 +80,9 @@ private:
     bool m_viewOnly;
     _rfbScreenInfo* m_screen;
     std::vector<std::unique_ptr<QSocketNotifier>> m_listeners;
-    bool m_isCurrent = false;                // whether the picture is one to be shown
-    const _rfbClientRec* m_finger = nullptr; // whose finger is down
+    std::vector<std::unique_ptr<Viewer>> m_gone; // deleted in the next turn of the event loop
+    bool m_isCurrent = false;                    // whether the picture is one to be shown
+    const _rfbClientRec* m_finger = nullptr;     // whose finger is down
     QPoint m_fingerAt;
     QTimer m_login;
     QTimer m_lock; // runs while nobody is let in
