@@ -21,7 +21,9 @@ const QStringList& otherWords()
         u"."_s, u"1e308"_s, u"nan"_s, u"inf"_s, u"2147483648"_s, u"-1"_s, u"wait "_s, u"# "_s,
         u"# qn740: ignore QN"_s, u"\\x"_s, u"\n"_s, u"\"version\": 1"_s, u"\"content\": ["_s,
         u"\"menu\": "_s, u"\"keys\": ["_s, u"\"message\": "_s, u"{"_s, u"}"_s, u"[["_s, u"]"_s,
-        u" in \\x02"_s, u" out \\x02"_s, u"\x10|"_s, u"\x10"_s};
+        u" in \\x02"_s, u" out \\x02"_s, u"\x10|"_s, u"\x10"_s,
+        u"<img src=\"/dev/zero\" align=left>"_s, u"<table><tr><td>"_s, u"<ul><li>"_s, u"<b>"_s,
+        u"<p style='background:url(/dev/zero)'>"_s, u"&lt;"_s};
     return Words;
 }
 

@@ -93,9 +93,9 @@ void openBare(const Look& look)
     const int columns = std::max(1, static_cast<int>(std::ceil(std::sqrt(look.texts.size()))));
     for (int i = 0; i < look.texts.size(); ++i) {
         auto* button = new QPushButton(look.texts.at(i));
-        button->setStyleSheet(look.sheets.at(i));
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
         grid->addWidget(button, i / columns, i % columns);
+        button->setStyleSheet(look.sheets.at(i)); // before, the style would look it up twice
     }
     dialog.exec();
 }

@@ -6,12 +6,18 @@
 
 #include <QCoreApplication>
 
+#include <chrono>
+#include <cmath>
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int Keys = 36;
 constexpr int Rounds = 101;
+constexpr int PieceRounds = 21;
+constexpr qsizetype PieceBytes = 64; // what a serial adapter hands on at once
 constexpr double MicrosecondsPerByte = 10 * 1e6 / 115200;
 
 // One message for each key. \a value what the messages carry
@@ -74,6 +80,41 @@ void row(const char* name, bench::InProcessPanel& panel, const QByteArrayList& t
     bench::print(row, "widgets", watch.widgets / played);
 }
 
+// Writes the bytes in small pieces, each when the line has brought it, as an adapter hands them on.
+void playAtLineSpeed(bench::InProcessPanel& panel, const QByteArray& frames)
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point begin = Clock::now();
+    for (qsizetype at = 0; at < frames.size(); at += PieceBytes) {
+        const QByteArray piece = frames.mid(at, PieceBytes);
+        const double due = static_cast<double>(at + piece.size()) * MicrosecondsPerByte;
+        std::this_thread::sleep_until(begin + std::chrono::microseconds(static_cast<int>(due)));
+        panel.unit.write(piece);
+        // Reads it, and paints what it changes.
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    }
+}
+
+void pieces(bench::InProcessPanel& panel, const QByteArrayList& turns)
+{
+    bench::PaintWatch watch;
+    watch.only = &panel.window;
+    int next = 0;
+    const auto run = [&] { playAtLineSpeed(panel, turns.at(next++ % turns.size())); };
+    run();
+    watch.windows = 0;
+    bench::measure("fader.pieces", PieceRounds, {{"ours", {}, run}});
+    bench::settle();
+    const double bytes = static_cast<double>(turns.constFirst().size());
+    bench::print("fader.pieces", "line", bytes * MicrosecondsPerByte);
+    bench::print("fader.pieces", "paints", watch.windows / double{PieceRounds});
+    bench::print("fader.pieces", "pieces", std::ceil(bytes / PieceBytes));
+    if (watch.windows == 0) {
+        bench::fail("nothing is painted");
+    }
+}
+
 } // namespace
 
 namespace groups {
@@ -84,6 +125,7 @@ void fader()
     panel.define("Fader", Keys);
     panel.say({"SK,Fader"});
     row("fader", panel, {turn("1,1"), turn("0,0")});
+    pieces(panel, {turn("1,1"), turn("0,0")});
     values(panel);
 }
 

@@ -20,6 +20,7 @@ constexpr int Messages = 1000;       // in one measurement of changes
 constexpr int CountedMessages = 200; // callgrind is slow
 constexpr int Buttons = 100;         // of the peer of changes
 constexpr int CountedButtons = 20;
+constexpr int PageKeys = 35; // beside "More..."
 
 // About the same time for all.
 int rounds(int count)
@@ -51,8 +52,8 @@ QByteArray changesOf(const QByteArray& word, int count, const QByteArrayList& en
 }
 
 // A row of changes, beside as many bare buttons as a run of this kind makes.
-void changeRow(const char* name, bench::InProcessPanel& panel, bench::BareWindow& bare, int count,
-    const QByteArray& frames)
+void changeRow(const QByteArray& name, bench::InProcessPanel& panel, bench::BareWindow& bare,
+    int count, const QByteArray& frames)
 {
     const auto run = [&] { panel.send(frames); };
     const int buttons = bench::isCounting() ? CountedButtons : Buttons;
@@ -64,6 +65,44 @@ void changeRow(const char* name, bench::InProcessPanel& panel, bench::BareWindow
     bench::measure(name + QByteArray::number(count), 11,
         {{"ours", {}, run, double(bench::isCounting() ? CountedMessages : Messages)},
             {"peer", [&] { bare.clear(); }, addBare, double(buttons)}});
+}
+
+// "CV" that changes toggles, and "CK" that disables and enables keys.
+void stateRows(
+    const QByteArray& state, bench::InProcessPanel& panel, bench::BareWindow& bare, int count)
+{
+    changeRow("CV" + state + '.', panel, bare, count, changesOf("CV", count, {"0,1", "0,0"}));
+    changeRow("CK-enable" + state + '.', panel, bare, count, changesOf("CK", count, {"0", "1"}));
+}
+
+// "CK" makes a key visible, on a hidden page as well.
+void sendEveryKey(bench::InProcessPanel& panel, int count)
+{
+    QByteArray frames;
+    for (int i = 0; i < count; ++i) {
+        frames += framed("CK,Menu,key" + QByteArray::number(i) + ",1");
+    }
+    panel.send(frames);
+}
+
+// Shows all pages of the menu, one after the other, and then another menu.
+void showEveryPage(bench::InProcessPanel& panel, int count)
+{
+    panel.say({"SK,Menu"});
+    for (int page = 0; page * PageKeys < count; ++page) {
+        panel.window.grab();
+        if (QPushButton* more = panel.button(u"More..."_s)) {
+            more->click();
+        }
+    }
+    for (const auto* button : panel.window.findChildren<QPushButton*>()) {
+        if (button->text().startsWith(u"Key "_s) &&
+            !button->testAttribute(Qt::WA_WState_Polished)) {
+            bench::fail("not every page was shown");
+        }
+    }
+    panel.define("Other", 1);
+    panel.say({"SK,Other"});
 }
 
 // Bytes of the process that are in memory.
@@ -117,12 +156,17 @@ void changes()
         }
         panel.say({"CLEAR"});
         panel.define("Menu", count);
-        changeRow("CV.", panel, bare, count, changesOf("CV", count, {"0,1", "0,0"}));
+        // "CV" first: "CK" changes the state of the keys that it is for.
+        stateRows({}, panel, bare, count);
+        sendEveryKey(panel, count);
         changeRow("CK.", panel, bare, count, changesOf("CK", count, {"1"}));
         if (!bench::isCounting()) { // not in the tables
             changeRow("CK-hide.", panel, bare, count, changesOf("CK", count, {"2", "1"}));
-            changeRow("CK-disable.", panel, bare, count, changesOf("CK", count, {"0", "1"}));
         }
+        sendEveryKey(panel, count);
+        stateRows("-told", panel, bare, count);
+        showEveryPage(panel, count);
+        stateRows("-shown", panel, bare, count);
     }
 }
 

@@ -5,6 +5,7 @@
 //
 // "--count" marks what is measured for callgrind or qemu's plugin; bench/run does that.
 #include "panel/Groups.h"
+#include "support/Memory.h"
 #include "support/Row.h"
 
 #include "app/Identity.h"
@@ -30,6 +31,7 @@ const std::map<QByteArray, std::function<void()>> Groups{
 
 int main(int argc, char** argv)
 {
+    bench::useMemoryAsThePanel();
     qputenv("QN740_SPLASH_MS", "0");
     QApplication application(argc, argv);
     identity::apply();

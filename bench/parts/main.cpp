@@ -4,6 +4,7 @@
 //
 // "--count" marks what is measured for callgrind or qemu's plugin; bench/run does that.
 #include "parts/Groups.h"
+#include "support/Memory.h"
 #include "support/Row.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@
 
 int main(int argc, char** argv)
 {
+    bench::useMemoryAsThePanel();
     const QApplication application(argc, argv);
     for (const QByteArray& name : bench::readArguments(argc, argv)) {
         if (name == "frames") {

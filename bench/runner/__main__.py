@@ -78,7 +78,7 @@ def count_steps(place: Place, rows: list[Row], figures: Figures) -> list[Step]:
 
 
 def update(name: str, text: str) -> None:
-    """Puts a table between its marks in docs/performance.md."""
+    """Puts a text between its marks in docs/performance.md."""
     begin, end = f"<!-- table: {name} -->\n", "\n<!-- end -->"
     document = _DOCUMENT.read_text()
     head, rest = document.split(begin, 1)
@@ -141,6 +141,10 @@ def carry_out(arguments: argparse.Namespace, rows: list[Row]) -> int:
     """Builds, measures and prints. Returns 1 when a row could not be measured."""
     parts = Parts()
     tree = arguments.build or ROOT / "build/bench"
+    parts.found = [what for what, path in (
+        ("a build of the panel", tree / "CMakeCache.txt"),
+        ("the packages for armhf", arguments.cache / "root"),
+        ("a build for armhf", arm.TREE / "CMakeCache.txt")) if path.exists()]
     with_arm = arguments.arm_only or not (arguments.no_arm or arguments.only or arguments.compare)
     root = arm.begin_root(arguments.cache) if with_arm and not arguments.pieces else None
     if arguments.build is None and not arguments.arm_only:
@@ -202,7 +206,9 @@ def show(arguments: argparse.Namespace, rows: list[Row], measured: dict[str, Fig
     else:
         report(arguments, rows, here, on_arm)
         faults += on_arm.faults if on_arm is not None else []
-    print(f"\n{parts.report()}")
+    print(f"\n{parts.report(markdown=False)}\n\n{parts.summary()}")
+    if arguments.update and not others:
+        update("run", f"{parts.summary()}\n\n{parts.report(markdown=True)}")
     for fault in faults:
         print(f"not measured: {fault}", file=sys.stderr)
     note("done")

@@ -21,9 +21,9 @@ from .rows import ROWS
 
 CACHE = pathlib.Path.home() / ".cache/qn740/armhf"
 _BUILD = ROOT / "packaging/armhf/build"
-_TREE = ROOT / "build/armhf"
+TREE = ROOT / "build/armhf"
 _START_S = 6.0  # seconds: the emulated panel is idle for a while before it has started
-_PLUGIN = _TREE / "count.so"
+_PLUGIN = TREE / "count.so"
 _GROUPS = {"bench_Panel": ("define", "changes", "fader", "press", "editors", "pages"),
            "bench_Parts": ("frames", "spectrum")}
 _NOT_COUNTED = ("10000", "flat", "p99", "fader.")
@@ -41,7 +41,7 @@ def begin_root(cache: pathlib.Path) -> subprocess.Popen[bytes]:
 
 def build(cache: pathlib.Path) -> None:
     """Builds the programs and the plugin that counts."""
-    subprocess.run([str(_BUILD), "--cache", str(cache), "--tree", str(_TREE)],
+    subprocess.run([str(_BUILD), "--cache", str(cache), "--tree", str(TREE)],
                    check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["cc", "-O2", "-shared", "-fPIC", "-o", str(_PLUGIN), str(ROOT / "bench/arm/count.c")],
                    check=True)
@@ -49,7 +49,7 @@ def build(cache: pathlib.Path) -> None:
 
 def steps(cache: pathlib.Path, figures: Figures) -> list[Step]:
     """What counts, each for itself."""
-    place = Place(_TREE)
+    place = Place(TREE)
     return [Step("armhf: start", functools.partial(_count_starts, place, cache, figures), figures),
             *(Step(f"armhf: {group}",
                    functools.partial(_count, place, cache, program, group, figures), figures)

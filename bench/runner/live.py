@@ -6,6 +6,7 @@ Qt's plugin for remote touches.
 
 from __future__ import annotations
 
+import contextlib
 import functools
 import glob
 import pathlib
@@ -16,9 +17,11 @@ import struct
 import subprocess
 import tempfile
 import time
-from collections.abc import Callable
+from collections.abc import Callable, Iterator
 
+from . import look
 from .figures import OURS, PEER, Figures
+from .look import Look, Unmeasured
 from .place import Place
 
 _LONG = 30.0  # seconds that something may take to happen
@@ -35,9 +38,12 @@ STARTED: dict[str, tuple[str, dict[str, str]]] = {
     "bare": ("bench_BareWindow", {}),
 }
 STARTS = 7
-IDLE_S = 5.0
-SHARE_S = 8.0
+SAMPLES = 3  # of everything that runs beside the unit
+IDLE_S = 4.0
+SHARE_S = 4.0
 COUNTED_S = 4.0
+_MIN_SPECTRA = 15  # a second, of 20
+_MIN_CHANGED = 0.05  # of the window's pixels, when another view is shown
 COUNTED_QUIET = 1.0  # idle, for a program that others may keep from running
 
 
@@ -52,7 +58,7 @@ class Watched:
     def end(self) -> None:
         """Kills the process."""
         self.process.kill()
-        self.process.wait()
+        self.process.communicate()
 
     def cpu(self) -> float:
         """Processor time in seconds, of all threads."""
@@ -149,7 +155,10 @@ class Desk:
 
     def __init__(self, place: Place, unit_options: list[str], panel_options: list[str],
                  wrapper: list[str] | None = None) -> None:
-        devices = tempfile.mkdtemp(dir=place.work) + "/dev"
+        directory = pathlib.Path(tempfile.mkdtemp(dir=place.work))
+        devices = str(directory / "dev")
+        # Other versions of the panel cannot be looked at.
+        self._look = directory / "look" if look.VARIABLE in place.help() else None
         self.finger = Finger()
         self.unit = Watched([place.program("qn740-sim"), "--dir", devices, *unit_options],
                             place.environment())
@@ -158,7 +167,8 @@ class Desk:
             self.panel = Watched(
                 [*(wrapper or []), place.program("qn740-panel"), *panel_options, "-plugin",
                  f"tuiotouch:udp={self.finger.port}"],
-                place.environment(QN740_DEV=devices, QN740_SPLASH_MS="0"))
+                place.environment(QN740_DEV=devices, QN740_SPLASH_MS="0",
+                                  **({look.VARIABLE: str(self._look)} if self._look else {})))
         except BaseException:
             self.unit.end()
             raise
@@ -176,10 +186,27 @@ class Desk:
         self.panel.end()
         self.unit.end()
 
-    def next_view(self) -> None:
-        """Presses the button for the next view."""
-        self.finger.touch(_SCOPES_BUTTON)
-        time.sleep(1.0)
+    def next_view(self, looking: bool = True) -> None:
+        """Presses the button for the next view, and looks whether it comes."""
+        if self._look is None or not looking:
+            self.finger.touch(_SCOPES_BUTTON)
+            time.sleep(1.0)
+            return
+        with Look(self._look) as seen:
+            before = seen.picture()
+            self.finger.touch(_SCOPES_BUTTON)
+            time.sleep(1.0)
+            if seen.picture().changed(before) < _MIN_CHANGED:
+                raise Unmeasured("the next view is not shown")
+
+    def check(self, moves: bool) -> None:
+        """Raises Unmeasured unless something moves in all thirds of the window, or in none."""
+        if self._look is None:
+            return
+        with Look(self._look) as seen:
+            found = seen.moving()
+        if found != [moves] * 3:
+            raise Unmeasured(f"something moves in {sum(found)} of three parts of the window")
 
 
 def start(place: Place, figures: Figures) -> None:
@@ -203,6 +230,22 @@ def start(place: Place, figures: Figures) -> None:
 
 def full(place: Place, figures: Figures) -> None:
     """Memory with everything that the unit sends: menus, scopes, spectrum."""
+    ours: list[float] = []
+    bare: list[float] = []
+    with _rows(figures, "rss.full"):
+        for sample in range(SAMPLES):
+            # Looking takes memory, so only the first panel is looked at.
+            ours.append(_full(place, looking=sample == 0))
+            window = Watched([place.program("bench_BareWindow")], place.environment())
+            time.sleep(0.2)
+            window.settle()
+            bare.append(window.resident())
+            window.end()
+        figures.add("rss.full", OURS, ours)
+        figures.add("rss.full", PEER, bare)
+
+
+def _full(place: Place, looking: bool) -> float:
     with Desk(place, ["--scope-mode", "2"], []) as desk:
         desk.unit.wait_for("sim: menus sent")
         desk.unit.type("ST,1")
@@ -210,14 +253,17 @@ def full(place: Place, figures: Figures) -> None:
             desk.unit.type(f"SM,{number},2")
         time.sleep(2.0)
         for _ in range(3):  # the scopes, the spectrum, the menus
-            desk.next_view()
-            time.sleep(1.0)
-        figures.values["rss.full", OURS] = desk.panel.resident()
-    bare = Watched([place.program("bench_BareWindow")], place.environment())
-    time.sleep(0.2)
-    bare.settle()
-    figures.values["rss.full", PEER] = bare.resident()
-    bare.end()
+            desk.next_view(looking)
+        return desk.panel.resident()
+
+
+@contextlib.contextmanager
+def _rows(figures: Figures, *rows: str) -> Iterator[None]:
+    """What is measured for these rows. When it could not be measured, the other rows go on."""
+    try:
+        yield
+    except (Unmeasured, OSError) as error:
+        figures.faults += [f"{row}: {error}" for row in rows]
 
 
 def add_starts(figures: Figures, totals: dict[str, float]) -> None:
@@ -241,54 +287,72 @@ class _Share:
             (late - early) / self.seconds for late, early in zip(after, before))
 
 
+    def check_lines(self) -> None:
+        """Raises Unmeasured when less was read than three lines bring."""
+        if self.bytes < 0.9 * 3 * _LINE_BYTES or not self.reads:
+            raise Unmeasured(f"only {self.bytes:.0f} bytes a second were read")
+
+    def check_spectra(self) -> None:
+        """Raises Unmeasured when there were too few spectra."""
+        if self.bytes < _MIN_SPECTRA * _POINTS:
+            raise Unmeasured(f"only {self.bytes / _POINTS:.1f} spectra a second")
+
+
 def live(place: Place, names: set[str], figures: Figures) -> None:
     """Shares of a core and context switches with nothing, with the scopes and with the card.
 
     names: the rows that are wanted."""
     if "switches.idle" in names:
-        with Desk(place, ["--no-menus", "--quiet", "PM,SF"], []) as desk:
+        with _rows(figures, "switches.idle"), \
+                Desk(place, ["--no-menus", "--quiet", "PM,SF"], []) as desk:
             time.sleep(1.0)
-            figures.values["switches.idle", OURS] = _Share(desk.panel, IDLE_S).switches
-    if names & {"cpu.hidden", "switches.read", *_SCOPE_MODES}:
-        with Desk(place, ["--no-menus", "--scope-mode", "2"], []) as desk:
+            figures.add("switches.idle", OURS,
+                        [_Share(desk.panel, IDLE_S).switches for _ in range(SAMPLES)])
+    scopes = [row for row in ("cpu.hidden", "switches.read", *_SCOPE_MODES) if row in names]
+    if scopes:
+        with _rows(figures, *scopes), Desk(place, ["--no-menus", "--scope-mode", "2"], []) as desk:
             _scopes(desk, names, figures)
     charts = [number for number in (3, 1) if f"cpu.chart{number}" in names]
     if charts:
-        with Desk(place, ["--no-menus", "--card", "older"], ["-noK7150"]) as desk:
+        with _rows(figures, *(f"cpu.chart{number}" for number in charts)), \
+                Desk(place, ["--no-menus", "--card", "older"], ["-noK7150"]) as desk:
             _charts(desk, charts, figures)
+
+
+def line_shares(desk: Desk, shown: bool) -> list[_Share]:
+    """Measures a panel whose three lines run at full rate, with their plots shown or hidden."""
+    desk.check(moves=shown)
+    shares = [_Share(desk.panel, SHARE_S) for _ in range(SAMPLES)]
+    for share in shares:
+        share.check_lines()
+    return shares
 
 
 def _scopes(desk: Desk, names: set[str], figures: Figures) -> None:
     if names & {"cpu.hidden", "switches.read"}:
-        hidden = _Share(desk.panel, SHARE_S)
-        _check_lines(figures, "cpu.hidden", hidden.bytes)
-        figures.values["cpu.hidden", OURS] = 100 * hidden.cpu
-        figures.values["switches.read", OURS] = hidden.switches / hidden.reads if hidden.reads else 0
+        with _rows(figures, *sorted(names & {"cpu.hidden", "switches.read"})):
+            hidden = line_shares(desk, shown=False)
+            figures.add("cpu.hidden", OURS, [100 * share.cpu for share in hidden])
+            figures.add("switches.read", OURS, [share.switches / share.reads for share in hidden])
     shown_rows = [row for row in _SCOPE_MODES if row in names]
     if shown_rows:
         desk.next_view()
     for row in shown_rows:
-        _set_modes(desk, _SCOPE_MODES[row])
-        shown = _Share(desk.panel, SHARE_S)
-        _check_lines(figures, row, shown.bytes)
-        figures.values[row, OURS] = 100 * shown.cpu
+        with _rows(figures, row):
+            _set_modes(desk, _SCOPE_MODES[row])
+            figures.add(row, OURS, [100 * share.cpu for share in line_shares(desk, shown=True)])
 
 
 def _charts(desk: Desk, charts: list[int], figures: Figures) -> None:
     desk.next_view()  # the scopes
     desk.next_view()
     for number in charts:
-        _show_charts(desk, number)
-        share = _Share(desk.panel, SHARE_S)
-        spectra = share.bytes / _POINTS
-        if spectra < 15:
-            figures.faults.append(f"cpu.chart{number}: only {spectra:.1f} spectra a second")
-        figures.values[f"cpu.chart{number}", OURS] = 100 * share.cpu
-
-
-def _check_lines(figures: Figures, row: str, rate: float) -> None:
-    if rate < 0.9 * 3 * _LINE_BYTES:
-        figures.faults.append(f"{row}: only {rate:.0f} bytes a second were read")
+        with _rows(figures, f"cpu.chart{number}"):
+            _show_charts(desk, number)
+            shares = [_Share(desk.panel, SHARE_S) for _ in range(SAMPLES)]
+            for share in shares:
+                share.check_spectra()  # a chart that is not shown gets none
+            figures.add(f"cpu.chart{number}", OURS, [100 * share.cpu for share in shares])
 
 
 def _set_modes(desk: Desk, mode: int) -> None:
@@ -300,6 +364,7 @@ def _set_modes(desk: Desk, mode: int) -> None:
 def _show_eyes(desk: Desk) -> None:
     desk.next_view()
     _set_modes(desk, 2)
+    desk.check(moves=True)
 
 
 def _show_charts(desk: Desk, charts: int) -> None:
@@ -340,7 +405,7 @@ def _count_starts(place: Place, figures: Figures) -> None:
 
 def _count_scopes(names: set[str], place: Place, figures: Figures) -> None:
     scopes: dict[str, Callable[[Desk], None]] = {
-        "cpu.hidden": lambda desk: None, "cpu.eyes": _show_eyes}
+        "cpu.hidden": lambda desk: desk.check(moves=False), "cpu.eyes": _show_eyes}
     _count_steps(place, figures, ["--scope-mode", "2"], [],
                  {row: step for row, step in scopes.items() if row in names})
 
@@ -359,14 +424,17 @@ def _count_steps(place: Place, figures: Figures, unit: list[str], panel: list[st
     if not steps:
         return
     valgrind = _Callgrind(place, next(iter(steps)))
-    with Desk(place, ["--no-menus", *unit], panel, valgrind.command) as desk:
+    with _rows(figures, *(f"instructions of {row}" for row in steps)), \
+            Desk(place, ["--no-menus", *unit], panel, valgrind.command) as desk:
         for row, step in steps.items():
             step(desk)
             valgrind.zero(desk.panel)
             began = time.monotonic()
-            time.sleep(COUNTED_S)
+            share = _Share(desk.panel, COUNTED_S)
             total = valgrind.dump(desk.panel)
-            figures.counts[row, OURS] = total / (time.monotonic() - began)
+            seconds = time.monotonic() - began
+            (share.check_spectra if row.startswith("cpu.chart") else share.check_lines)()
+            figures.counts[row, OURS] = total / seconds
 
 
 class _Callgrind:

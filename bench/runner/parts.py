@@ -76,6 +76,7 @@ class Parts:
     """Measures how long the parts of a run take, one after the other."""
 
     def __init__(self) -> None:
+        self.found: list[str] = []  # what there was at the beginning, and need not be made
         self._lines: list[tuple[str, float, float]] = []
         self._name = ""
         self._began = (0.0, 0.0)
@@ -94,10 +95,16 @@ class Parts:
                                 _processor_time() - self._began[1]))
         self._name = ""
 
-    def report(self) -> str:
+    def report(self, markdown: bool) -> str:
         """Returns a table of the parts that have ended."""
         lines = [(name, f"{seconds:.0f} s", f"{used:.0f} s") for name, seconds, used in self._lines]
         seconds = sum(line[1] for line in self._lines)
         used = sum(line[2] for line in self._lines)
         lines.append(("all", f"{seconds:.0f} s", f"{used:.0f} s"))
-        return table.lay_out([("part of this run", "time", "processor time"), *lines], markdown=False)
+        return table.lay_out([("part of this run", "time", "processor time"), *lines], markdown)
+
+    def summary(self) -> str:
+        """Says in a sentence how long the run took and what it found made."""
+        seconds = sum(line[1] for line in self._lines)
+        found = "nothing" if not self.found else ", ".join(self.found)
+        return f"This run took {seconds / 60:.1f} minutes; what was there before it: {found}."

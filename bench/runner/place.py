@@ -35,6 +35,10 @@ class Place:
         """The path of a program."""
         return str(self.bin / name)
 
+    def help(self) -> str:
+        """What the panel says about its options and its environment."""
+        return self.run([self.program("qn740-panel"), "--help"]).stdout
+
     def run(self, command: list[str], **more: str) -> subprocess.CompletedProcess[str]:
         """Runs a program to its end."""
         return subprocess.run(command, env=self.environment(**more), capture_output=True, text=True,
@@ -80,7 +84,7 @@ def memory(place: Place, figures: Figures) -> None:
     """Measures the memory of keys, each time in a new process."""
     for count_of_keys in (1000, 10000):
         values: dict[str, list[float]] = {"ours": [], "peer": []}
-        for _ in range(3 if count_of_keys <= 1000 else 1):
+        for _ in range(3):
             for side, list_of_values in values.items():
                 done = place.run([place.program("bench_Panel"), "--memory", side, str(count_of_keys)])
                 one = Figures()

@@ -10,6 +10,16 @@ from .figures import OURS, PEER, Figures
 # microseconds.
 _BUTTON_US = 131.0
 _COUNTS = (100, 1000, 10000)
+# What changes keys on a hidden page: the row, its goal in microseconds, what it is.
+_CHANGES = (
+    ("CV", 20.0, '"CV" that changes a toggle on a hidden page'),
+    ("CV-told", 20.0, '"CV" that changes a hidden toggle that got a "CK" before'),
+    ("CV-shown", 20.0, '"CV" that changes a toggle on a page that was shown before'),
+    ("CK", 3.0, '"CK" on a hidden page'),
+    ("CK-enable", 3.0, '"CK" that disables and enables keys on a hidden page'),
+    ("CK-enable-told", 3.0, '"CK" that disables and enables hidden keys that got a "CK" before'),
+    ("CK-enable-shown", 3.0, '"CK" that disables and enables keys on a page that was shown before'),
+)
 
 
 @dataclasses.dataclass(frozen=True)
@@ -60,15 +70,15 @@ def _keys() -> list[Row]:
     for count in _COUNTS:
         rows.append(Row(f"define.{count}", f'"AK", {count:,} keys: bytes to defined keys, per key',
                         "a hidden bare button with the same style sheet", 0.5, "define"))
-    for word, goal, what in (("CV", 20.0, '"CV" that changes a toggle on a hidden page'),
-                             ("CK", 3.0, '"CK" on a hidden page')):
+    for word, goal, what in _CHANGES:
         for count in _COUNTS:
             rows.append(Row(f"{word}.{count}", f"{what}, {count:,} keys",
                             f"{goal:.0f} µs where a styled button takes {_BUTTON_US:.0f} µs", 1.0,
                             "changes", limit_factor=goal / _BUTTON_US))
-        names = tuple(f"{word}.{count}" for count in _COUNTS)
-        rows.append(Row(f"{word}.flat", f'"{word}": the slowest of 100, 1,000 and 10,000 keys',
-                        "the fastest of them", 1.2, "changes", flat=names))
+        if word in ("CV", "CK"):
+            names = tuple(f"{word}.{count}" for count in _COUNTS)
+            rows.append(Row(f"{word}.flat", f'"{word}": the slowest of 100, 1,000 and 10,000 keys',
+                            "the fastest of them", 1.2, "changes", flat=names))
     for count in _COUNTS[1:]:
         rows.append(Row(f"memory.{count}", f"resident memory per key, {count:,} keys",
                         "a hidden bare button with the same style sheet", 0.5, "memory", "kB"))
@@ -121,10 +131,14 @@ def _others() -> list[Row]:
     rows += [
         Row("fader", '"CV" for 36 shown keys, which all change their colour',
             "the time those bytes take", 0.02, "fader", percent=True, limit_side="line"),
+        Row("fader.pieces", '"CV" for 36 shown keys, 64 bytes at a time as the line brings them',
+            "the time those bytes take", 0.02, "fader", percent=True, limit_side="line"),
         Row("fader.value", '"CV" for 36 shown keys, new values and no new colours',
             "the time those bytes take", 0.02, "fader", percent=True, limit_side="line"),
         Row("fader.paints", "repaints of the window for these 36 keys that change",
             "one", 1.0, "fader", "", source="fader", side="paints", limit_value=1.0),
+        Row("fader.turns", "repaints of the window for these keys, 64 bytes at a time", "one a piece",
+            1.0, "fader", "", source="fader.pieces", side="paints", limit_side="pieces"),
         Row("fader.widgets", "widgets painted for them", "36 keys and the four they stand in",
             1.0, "fader", "", source="fader", side="widgets", limit_value=40.0),
         Row("waterfall", "one line of the waterfall", "bare scroll of a picture of its size", 1.5,

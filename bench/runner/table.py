@@ -10,6 +10,7 @@ from .rows import COMMANDS, Row
 HEADINGS = ["what", "limit or peer", "ours", "limit", "ratio", "goal", "", "instructions: ours", "peer",
             "command"]
 MISSED = "MISSED"
+NOT_COUNTED = "not counted"
 
 
 def number(value: float) -> str:
@@ -65,9 +66,9 @@ def second(names: dict[str, str], figures: Figures, markdown: bool) -> str:
     table = [["what", "instructions: ours", "peer", "ratio"]]
     for row, what in names.items():
         ours, peer = figures.counts.get((row, "ours")), figures.counts.get((row, "peer"))
-        if ours is not None:
-            table.append([what, number(ours), "" if peer is None else number(peer),
-                          "" if not peer else f"{ours / peer:.2f}"])
+        table.append([what, NOT_COUNTED if ours is None else number(ours),
+                      "" if peer is None else number(peer),
+                      "" if ours is None or not peer else f"{ours / peer:.2f}"])
     return lay_out(table, markdown)
 
 

@@ -61,6 +61,9 @@ QString keySheet();
 /// \return the style sheet of a toggle that is on.
 QString toggledSheet();
 
+/// Ends the bench with an exit status that says that it could not measure. \a what is printed
+[[noreturn]] void fail(const char* what);
+
 /// Runs the event loop until it has nothing left to do, deferred deletions included.
 void settle();
 /// Clicks the middle of a widget through its window, as a finger does. \a onRelease is called just

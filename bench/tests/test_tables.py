@@ -13,6 +13,7 @@ from unittest import mock
 from runner import __main__ as command
 from runner import arm, place, table
 from runner.figures import Figures, sections
+from runner.parts import Parts
 from runner.rows import COMMANDS, ROWS, Row
 
 ROW = Row("thing", "a thing", "a bare thing", 1.5, "things")
@@ -109,11 +110,11 @@ class Tables(unittest.TestCase):
         self.assertEqual({line.count("|") for line in lines}, {len(table.HEADINGS) + 1})
         self.assertIn("| 12,345 |", lines[2])
 
-    def test_the_second_table_has_only_what_was_counted(self) -> None:
+    def test_the_second_table_marks_what_was_not_counted(self) -> None:
         read = Figures(counts={("start", "ours"): 30.0, ("start", "peer"): 20.0})
         text = table.second({"start": "the start", "page.SK": "a page"}, read, markdown=False)
         self.assertIn("1.50", text)
-        self.assertNotIn("a page", text)
+        self.assertRegex(text, "a page +not counted")
 
     def test_two_checkouts_stand_side_by_side(self) -> None:
         here = figures("figure thing ours 2", "figure thing peer 2")
@@ -142,8 +143,18 @@ class Tables(unittest.TestCase):
 
     def test_the_document_has_a_place_for_both_tables(self) -> None:
         document = (place.ROOT / "docs/performance.md").read_text()
-        for name in ("first", "second"):
+        for name in ("first", "second", "run"):
             self.assertEqual(document.count(f"<!-- table: {name} -->\n"), 1)
+
+    def test_a_run_says_how_long_it_took_and_what_it_found(self) -> None:
+        parts = Parts()
+        parts.begin("build")
+        parts.end()
+        self.assertEqual(parts.summary(),
+                         "This run took 0.0 minutes; what was there before it: nothing.")
+        parts.found = ["a build", "packages"]
+        self.assertIn("before it: a build, packages.", parts.summary())
+        self.assertIn("| build |", parts.report(markdown=True))
 
     def test_a_list_of_the_rows_measures_nothing(self) -> None:
         printed = io.StringIO()

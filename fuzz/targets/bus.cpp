@@ -3,6 +3,7 @@
 
 #include "spectrum/BusFrame.h"
 #include "spectrum/ChannelMeasurements.h"
+#include "spectrum/PlainBuffer.h"
 #include "spectrum/SpectralRemote.h"
 #include "spectrum/SpectrumTrace.h"
 
@@ -15,50 +16,6 @@ using bus::Layout;
 using Found = bus::ReplyBuffer::Found;
 
 namespace {
-
-// The same rules without any memory of earlier searches.
-struct PlainBuffer
-{
-    QByteArray bytes;
-
-    std::optional<CmdMsg> add(const QByteArray& piece, Layout layout)
-    {
-        bytes += piece;
-        const qsizetype header = bytes.indexOf(bus::SpectrumHeader);
-        if (header >= 0) {
-            bytes = bytes.mid(header);
-            return spectrum(layout);
-        }
-        const qsizetype open = bytes.indexOf('[');
-        const qsizetype close = bytes.indexOf("]\r");
-        if (open < 0 || close < 0) {
-            return {};
-        }
-        const QString text = QString::fromLatin1(bytes);
-        const qsizetype length = close - open - 9;
-        bytes.clear();
-        return CmdMsg(text.mid(open + 1, 4), text.mid(open + 5, 4),
-            length < 0 ? text.mid(open + 9) : text.mid(open + 9, length));
-    }
-
-    std::optional<CmdMsg> spectrum(Layout layout)
-    {
-        const bool isK7150 = layout == Layout::K7150;
-        const qsizetype from = isK7150 ? 11 : 13;
-        if (bytes.size() < from) {
-            return {};
-        }
-        const auto byteAt = [this](qsizetype at) { return static_cast<quint8>(bytes.at(at)); };
-        const qsizetype length =
-            isK7150 ? (byteAt(9) << 8 | byteAt(10)) + 1 : std::max(0, bytes.mid(9, 4).toInt());
-        if (bytes.size() < from + length) {
-            return {};
-        }
-        const QString text = QString::fromLatin1(bytes);
-        bytes.clear();
-        return CmdMsg(text.mid(1, 4), text.mid(5, 4), text.mid(from, length));
-    }
-};
 
 void measure(const QByteArray& points, SpectrumTrace& trace)
 {

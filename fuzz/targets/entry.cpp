@@ -1,10 +1,12 @@
 // What the operator types, as keys: the first line says into what, the rest is the keys.
 //
-//     N TYPE RANGES    the number pad: digits, "-", "+", "<" backspace, "c" clear, "=" "k" "m"
-//     check A                the address pad K LENGTH TEXT    a line of the keyboard; "<"
-//     backspace, "d" delete, "l" left, "r" right C COLUMNS LIST   the choices of a list
+// "N TYPE RANGES" is the number pad: digits, "-", "+", "<" backspace, "c" clear, "=" "k" "m" check.
+// "A" is the address pad.
+// "K LENGTH TEXT" is a line of the keyboard: "<" backspace, "d" delete, "l" left, "r" right.
+// "C COLUMNS LIST" are the choices of a list, with as many columns as a key asks for.
 #include "Target.h"
 
+#include "menus/ListGrid.h"
 #include "popups/AddressEntry.h"
 #include "popups/Choices.h"
 #include "popups/EditedLine.h"
@@ -124,10 +126,12 @@ void typeText(int maxLength, const QString& text, const QString& keys)
     }
 }
 
-void layOut(int columns, const QString& list)
+void layOut(int param, const QString& list)
 {
     const auto all = choices::parse(list);
-    const choices::Grid grid(static_cast<int>(all.size()) / (columns + 1), columns, 2);
+    const ListGrid wanted = ListGrid::forChoices(list, param);
+    const choices::Grid grid(wanted.rows, wanted.columns, 2);
+    FUZZ_CHECK(grid.columns() <= choices::MaxLines && grid.rows() <= choices::MaxLines);
     for (int i = 0; i < all.size(); ++i) {
         const choices::Cell cell = grid.cell(i);
         FUZZ_CHECK(cell.row >= 0 && cell.column >= 0 && cell.column < grid.columns());
@@ -158,7 +162,7 @@ void fuzz::takeEntry(const QByteArray& input)
     case 'K':
         return typeText(number, head.section(u' ', 2), keys);
     case 'C':
-        return layOut(qBound(1, number, 100), head.section(u' ', 2));
+        return layOut(head.section(u' ', 1, 1).toInt(), head.section(u' ', 2));
     default:
         break;
     }

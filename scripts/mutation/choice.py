@@ -20,7 +20,7 @@ LOGIC = {
                  'QueueEntry', 'Rs422Bus', 'SpectrumTrace'],
     'scopes': ['ConstellationFit', 'ConstellationMeter', 'ConstellationSums', 'EyeMeter',
                'Interpolator', 'IqBlockDecoder', 'ModulationOrder', 'NoiseEstimate',
-               'OrderFinder', 'PointMoments', 'RangeKeeper', 'SdiDecoder', 'SymbolPeriodFinder'],
+               'OrderFinder', 'OrderLimits', 'PointMoments', 'RangeKeeper', 'SdiDecoder', 'SymbolPeriodFinder'],
 }
 
 

@@ -20,12 +20,21 @@ The front panel of the QN740 receiver/combiner.
 Environment:
   QN740_DEV              directory of the serial devices, /dev when unset
   QN740_SPLASH_MS        for how long the start-up picture is shown, 15000 when unset
+  QN740_SCALE            size of the panel: a factor from 0.5 to 8, or fit; 1 when unset
+  QN740_ROTATION         degrees clockwise by which the panel is turned: 0, 90, 180 or 270
   QN740_SPECTRUM_SOCKET  path of a local socket that delivers the spectra
   QN740_SCOPE_SOCKET     path of a local socket that delivers what the scopes receive
+  QN740_REMOTE_SOCKET    path of a local socket for qn740-remote, a look from afar
+  QN740_REMOTE_VIEW_ONLY 1: what comes from afar presses nothing
   QT_LOGGING_RULES       what is logged: qn740.link.debug=true
 
-Exit status: 0 after SIGTERM, SIGINT or SIGHUP; 1 a fault in the self-test; 2 unknown option; 3 another panel has the main
-unit's line open; 4 no screen.)";
+Exit status:
+  0  after SIGTERM, SIGINT or SIGHUP
+  1  a fault in the self-test
+  2  unknown option
+  3  another panel has the main unit's line open
+  4  no screen
+  5  out of memory)";
 
 constexpr QLatin1String OlderCard("-noK7150");
 constexpr QLatin1String Platform("platform");

@@ -65,6 +65,7 @@ void StatusBar::addParts()
     row->setContentsMargins(Margins);
     m_linkMode = new QLabel;
     m_linkMode->setObjectName(QStringLiteral("statusLabel"));
+    m_linkMode->setTextFormat(Qt::PlainText);
     row->addWidget(m_linkMode);
     m_linking = addButton(
         "linkButton", QStringLiteral("Linking"), QStringLiteral("background-color: #4682b4"));

@@ -3,10 +3,14 @@
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
 #include "app/OutOfMemory.h"
+#include "app/PictureMemory.h"
+#include "app/RemoteScreen.h"
 #include "app/Rooms.h"
+#include "app/ScreenSettings.h"
 #include "app/SelfTest.h"
 #include "app/ServiceNotifier.h"
 #include "app/SetGov.h"
+#include "app/Stage.h"
 #include "app/TouchTrial.h"
 #include "link/LinkControl.h"
 #include "link/keySerial.h"
@@ -14,11 +18,11 @@
 #include "wire/TerminationSignals.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QTimer>
 
 #include <csignal>
 #include <cstdio>
-#include <malloc.h>
 #include <memory>
 
 namespace {
@@ -32,16 +36,6 @@ int print(const CommandLine& commandLine)
     const bool refused = commandLine.action() == CommandLine::Action::Refuse;
     std::fprintf(refused ? stderr : stdout, "%s\n", qPrintable(commandLine.text()));
     return static_cast<int>(refused ? ExitStatus::WrongOption : ExitStatus::Ended);
-}
-
-// Pictures of plots come and go. Small pieces that are allocated between them would keep their
-// memory from the system, and the panel would grow for hours; apart, it is given back at once.
-void keepPicturesApart()
-{
-#ifdef __GLIBC__
-    constexpr int PictureBytes = 65536;
-    ::mallopt(M_MMAP_THRESHOLD, PictureBytes);
-#endif
 }
 
 // Before QApplication takes Qt's own options out.
@@ -82,7 +76,34 @@ int testBoard(char* program, const QString& platform)
     return static_cast<int>(status);
 }
 
-int showTouch(QApplication& application)
+// Runs the event loop, unless a signal has ended the panel while it started: the splash screen
+// handles events before there is a loop that could be told to end.
+int runUntilEnded(const TerminationSignals& terminationSignals)
+{
+    return terminationSignals.wasRaised() ? static_cast<int>(ExitStatus::Ended)
+                                          : QApplication::exec();
+}
+
+std::unique_ptr<Stage> openStage(const ScreenSettings& settings)
+{
+    for (const QString& warning : settings.warnings()) {
+        qWarning("%s", qPrintable(warning));
+    }
+    return Stage::create(settings.rotation());
+}
+
+// In the middle of the screen, also where a window manager is expected and there is none.
+void place(QWidget& window, const Stage* stage)
+{
+    if (stage != nullptr) {
+        stage->place(&window);
+    } else {
+        const QRect screen = window.screen()->geometry();
+        window.move(screen.center() - QRect(QPoint(), ScreenSettings::PanelSize).center());
+    }
+}
+
+int showTouch(QApplication& application, const Stage* stage)
 {
     const TerminationSignals terminationSignals;
     const auto end = [] { QCoreApplication::exit(static_cast<int>(ExitStatus::Ended)); };
@@ -90,11 +111,12 @@ int showTouch(QApplication& application)
     identity::applyLook(application);
     TouchTrial page;
     QObject::connect(&page, &TouchTrial::ended, &application, end);
+    place(page, stage);
     page.show();
-    return QApplication::exec();
+    return runUntilEnded(terminationSignals);
 }
 
-int run(QApplication& application, SetGov& governor)
+int run(QApplication& application, SetGov& governor, const Stage* stage)
 {
     const TerminationSignals terminationSignals;
     // Not quit(): that asks the window, which refuses to be closed.
@@ -113,16 +135,19 @@ int run(QApplication& application, SetGov& governor)
     ServiceNotifier notifier(&window, [&rooms = window.rooms()] { return status(rooms); });
     QObject::connect(
         window.rooms().link, &LinkControl::healthChanged, &notifier, &ServiceNotifier::tellStatus);
+    const RemoteScreen remoteScreen(&window);
     QTimer::singleShot(SecondGovernorMs, &governor, &SetGov::changeGov);
+    place(window, stage);
     window.show();
-    return QApplication::exec();
+    return runUntilEnded(terminationSignals);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    keepPicturesApart();
+    TerminationSignals::endAtOnce(); // no port is open yet
+    pictureMemory::keepApart();
     outOfMemory::endTheProcess();
     // Logging to a reader that is gone must not end the panel.
     std::signal(SIGPIPE, SIG_IGN);
@@ -139,14 +164,17 @@ int main(int argc, char** argv)
     SetGov governor;
     governor.changeGov();
 
+    const ScreenSettings settings = ScreenSettings::fromEnvironment();
     std::unique_ptr<QApplication> application;
     {
         const noScreen::Guard guard;
+        settings.apply(argc, argv);
         application = std::make_unique<QApplication>(argc, argv);
         if (QGuiApplication::primaryScreen() == nullptr) {
             noScreen::end();
         }
     }
-    return action == CommandLine::Action::ShowTouch ? showTouch(*application)
-                                                    : run(*application, governor);
+    const std::unique_ptr<Stage> stage = openStage(settings);
+    return action == CommandLine::Action::ShowTouch ? showTouch(*application, stage.get())
+                                                    : run(*application, governor, stage.get());
 }

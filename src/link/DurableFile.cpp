@@ -28,11 +28,14 @@ bool flushFolder(const QByteArray& folder)
     return flushed;
 }
 
+// Makes the folder and those above it that are missing, each flushed to the disk.
 bool makeFolder(const QString& folder)
 {
     const QFileInfo info(folder);
+    const QString parent = info.absolutePath();
     return info.isDir() ||
-        (QDir().mkpath(folder) && flushFolder(QFile::encodeName(info.absolutePath())));
+        (parent != folder && makeFolder(parent) && QDir().mkdir(folder) &&
+            flushFolder(QFile::encodeName(parent)));
 }
 
 bool writeAll(int fd, const QByteArray& contents)

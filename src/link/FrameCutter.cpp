@@ -54,7 +54,6 @@ std::optional<QString> FrameCutter::next()
     }
     QString message = QString::fromLatin1(m_buffer.constData() + m_begin, eot - m_begin + 1);
     m_begin = eot;
-    m_searched = eot;
     return message;
 }
 

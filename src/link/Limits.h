@@ -10,7 +10,7 @@ namespace linkLimits {
 constexpr qsizetype MaxMessage = qsizetype{16} * 1024 * 1024;
 
 /// How many bytes may wait in the port while a modal editor keeps a handler busy; the line is then
-/// not read until there is room.
+/// not read until there is room, and the kernel drops what it has no room for.
 constexpr qint64 MaxBytesWaiting = qint64{1} << 20;
 
 /// How many bytes may wait to be sent. A main unit that asks and never reads must not fill the

@@ -34,6 +34,7 @@ LinkControl::LinkControl(QWidget* window)
 {
     m_serial->setParent(this);
     connect(m_watch, &LinkWatch::changed, this, &LinkControl::healthChanged);
+    connect(m_serial, &keySerial::turnEnded, this, &LinkControl::storeIfWanted);
 }
 
 void LinkControl::open(const QString& device)
@@ -120,7 +121,30 @@ void LinkControl::takeModeMessage(const QStringList& fields)
     }
     // Quirk: the mode is stored again even when the number is no mode and nothing has changed. See
     // "Quirks" in docs/architecture.md.
-    storeMode();
+    if (m_serial->isBusy()) {
+        storeAfterTurn();
+    } else {
+        storeMode();
+    }
+}
+
+// Flushing the file takes tens of milliseconds, and a turn may bring a hundred modes. The answers
+// to what follows leave after the turn, when the mode is on the disk. A turn in which an editor is
+// opened ends when that is closed, so the event loop inside it does not wait for the end.
+void LinkControl::storeAfterTurn()
+{
+    if (!m_storeWanted) {
+        m_storeWanted = true;
+        QMetaObject::invokeMethod(this, &LinkControl::storeIfWanted, Qt::QueuedConnection);
+    }
+}
+
+void LinkControl::storeIfWanted()
+{
+    if (m_storeWanted) {
+        m_storeWanted = false;
+        storeMode();
+    }
 }
 
 void LinkControl::toggleMode(int mode, bool on)

@@ -66,6 +66,7 @@ public:
     void storeMode() const;
 
     /// Carries out "Slave": without a field the mode is sent, with the number of a mode it is set.
+    /// It is then stored: at once, or at the end of the turn if the message came over the line.
     void takeModeMessage(const QStringList& fields);
 
     /// What the operator does to the radio button of a mode: checking it sets, sends and stores the
@@ -91,11 +92,14 @@ signals:
 private:
     void connectDialog();
     void sendMode();
+    void storeAfterTurn();
+    void storeIfWanted();
 
     QWidget* m_window;
     keySerial* m_serial;
     LinkWatch* m_watch;
     QPointer<LinkModeDialog> m_dialog; // while it is open
     int m_mode = 0;
+    bool m_storeWanted = false;
     DropLog m_unsent;
 };

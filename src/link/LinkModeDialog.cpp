@@ -3,8 +3,10 @@
 #include "link/LinkMode.h"
 #include "touch/Edge.h"
 #include "touch/Picture.h"
+#include "touch/PopUpStyle.h"
 
 #include <QCloseEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -12,6 +14,7 @@
 
 namespace {
 
+constexpr int TitleHeight = 45;
 constexpr int CloseWidth = 150;
 constexpr int CloseHeight = 55;
 constexpr int ModeHeight = 60;
@@ -51,6 +54,7 @@ LinkModeDialog::LinkModeDialog(QWidget* parent)
     setWindowTitle(QStringLiteral("QN740 Configuration Settings"));
     setWindowIcon(touch::picture(QStringLiteral(":/MyFiles/TORVA-globe.png")));
     setStyleSheet(QStringLiteral("background-color:darkgray; font-size: 22px; "));
+    addTitle();
     m_close->setObjectName(QStringLiteral("closeButton"));
     m_close->setFixedWidth(CloseWidth);
     m_close->setMinimumHeight(CloseHeight);
@@ -60,6 +64,17 @@ LinkModeDialog::LinkModeDialog(QWidget* parent)
     connect(m_diversity, &QRadioButton::toggled, this, &LinkModeDialog::divToggled);
     connect(m_frequency, &QRadioButton::toggled, this, &LinkModeDialog::freqToggled);
     connect(m_close, &QPushButton::clicked, this, &QWidget::close);
+}
+
+// The unit's screen has no window frames, so the window title alone would not be seen.
+void LinkModeDialog::addTitle()
+{
+    auto* title = new QLabel(windowTitle());
+    title->setObjectName(QStringLiteral("titleLabel"));
+    title->setStyleSheet(popUpStyle::title());
+    title->setAlignment(Qt::AlignCenter);
+    title->setFixedHeight(TitleHeight);
+    m_layout->insertWidget(0, title);
 }
 
 QRadioButton* LinkModeDialog::addMode(const char* name, const QString& text)

@@ -46,6 +46,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void addTitle();
     QRadioButton* addMode(const char* name, const QString& text);
     QRadioButton* button(int mode) const;
 

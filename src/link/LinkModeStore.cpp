@@ -3,6 +3,7 @@
 #include "link/LinkMode.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace {
@@ -29,6 +30,16 @@ bool isMode(const QByteArray& line)
     return line.contains('=') && line.left(line.indexOf('=')).trimmed() == SettingsKey;
 }
 
+// QSettings reads a file as soon as it is made, whatever the size. With the other format it looks
+// for another file of the same folder.
+QString fileThatIsTooLarge()
+{
+    const QSettings other(QSettings::IniFormat, QSettings::UserScope, Organisation, Application);
+    const QFileInfo file(QFileInfo(other.fileName()).path() + QLatin1Char('/') + Application +
+        QLatin1String(".conf"));
+    return file.size() > linkLimits::MaxSettingsBytes ? file.filePath() : QString();
+}
+
 QByteArray contents(const QString& path)
 {
     QFile file(path);
@@ -43,6 +54,9 @@ namespace linkMode {
 
 int stored()
 {
+    if (!fileThatIsTooLarge().isEmpty()) {
+        return 0;
+    }
     const QSettings settings(Organisation, Application);
     const int mode = settings.value(QLatin1String(SettingsKey), 0).toInt();
     return settings.status() == QSettings::NoError ? mode : 0;
@@ -52,11 +66,15 @@ int stored()
 // power cut has left, without end when the board's clock was set back.
 void store(int mode)
 {
-    const QSettings settings(Organisation, Application);
-    const QByteArray old = contents(settings.fileName());
+    static bool isFlushed = true;
+    QString path = fileThatIsTooLarge();
+    if (path.isEmpty()) {
+        path = QSettings(Organisation, Application).fileName();
+    }
+    const QByteArray old = contents(path);
     const QByteArray fresh = withMode(old, mode);
-    if (fresh != old) { // spares the flash memory
-        durableFile::replace(settings.fileName(), fresh);
+    if (fresh != old || !isFlushed) { // spares the flash memory
+        isFlushed = durableFile::replace(path, fresh);
     }
 }
 

@@ -1,6 +1,8 @@
 #include "link/LinkWatch.h"
 
+#include "link/Limits.h"
 #include "link/keySerial.h"
+#include "wire/Log.h"
 
 namespace {
 constexpr int BusyPollMs = 500;
@@ -10,6 +12,9 @@ LinkWatch::LinkWatch(keySerial& serial, QObject* parent)
     : QObject(parent)
     , m_serial(serial)
     , m_timer(this)
+    , m_full(&logLink,
+          QStringLiteral("%1 bytes wait for an editor to close: further ones may be lost")
+              .arg(linkLimits::MaxBytesWaiting))
 {
     m_clock.start();
     m_timer.setSingleShot(true);
@@ -23,8 +28,7 @@ void LinkWatch::notePing()
     m_health.notePing(m_clock.elapsed());
     // Earlier than what the timer waits for: the interval has become shorter.
     const auto deadline = m_health.deadline();
-    const bool isEarlier = deadline && m_timer.isActive() &&
-        *deadline - m_clock.elapsed() + 1 < m_timer.remainingTime();
+    const bool isEarlier = deadline && *deadline - m_clock.elapsed() + 1 < m_timer.remainingTime();
     if (m_state == LinkState::Alive && (isEarlier || !m_timer.isActive())) {
         startTimer();
     }
@@ -67,7 +71,11 @@ void LinkWatch::lookForSilence()
 void LinkWatch::noteUnread()
 {
     const qint64 unread = m_serial.unread();
-    if (unread > m_unread) {
+    const bool isFull = unread >= linkLimits::MaxBytesWaiting; // it cannot grow
+    if (isFull) {
+        m_full.add();
+    }
+    if (isFull || unread > m_unread) {
         takeBytes();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/LinkHealth.h"
+#include "wire/DropLog.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -43,5 +44,6 @@ private:
     LinkState m_state = LinkState::Closed;
     QElapsedTimer m_clock;
     QTimer m_timer;
+    DropLog m_full;
     qint64 m_unread = 0; // bytes in the port when it was looked at last
 };

@@ -1,5 +1,6 @@
 #include "link/MessageBoxes.h"
 
+#include "link/BoxMarkup.h"
 #include "touch/MessageBox.h"
 #include "wire/Commands.h"
 #include "wire/Log.h"
@@ -25,10 +26,25 @@ void makeWindowOf(const QMessageBox& box, const QWidget* editor)
     }
 }
 
+// A text whose tags could do harm is shown with them, letter for letter.
+void setTextOf(MessageBox& box, const QString& text)
+{
+    const QString letters = QStringLiteral("<font size = 6>%1</font>");
+    if (boxMarkup::isHarmless(text)) {
+        box.setText(letters.arg(text));
+    } else {
+        box.setTextShownAs(letters.arg(text), letters.arg(text.toHtmlEscaped()));
+    }
+}
+
 } // namespace
 
 MessageBoxes::MessageBoxes(QObject* parent)
     : QObject(parent)
+    , m_lost(&logLink,
+          QStringLiteral("%1: %2 boxes are waiting, further ones are lost")
+              .arg(wire::word::DB)
+              .arg(MaxWaiting))
     , m_tooLong(&logLink,
           QStringLiteral("the text of a message box is cut off after %1 characters")
               .arg(linkLimits::MaxBoxCharacters))
@@ -69,13 +85,8 @@ void MessageBoxes::addToWaiting(const Order& order)
 {
     if (m_waiting.size() < MaxWaiting) {
         m_waiting.enqueue(order);
-        m_overflowLogged = false;
-    } else if (!m_overflowLogged) {
-        m_overflowLogged = true;
-        qCWarning(logLink).noquote()
-            << QStringLiteral("%1: %2 boxes are waiting, further ones are lost")
-                   .arg(wire::word::DB)
-                   .arg(MaxWaiting);
+    } else {
+        m_lost.add();
     }
 }
 
@@ -84,7 +95,7 @@ QMessageBox* MessageBoxes::show(const Order& order)
     auto* box = new MessageBox;
     box->setObjectName(QStringLiteral("messageBox"));
     box->setNonBlocking(QStringLiteral("border-width: 2px;"));
-    box->setText(QStringLiteral("<font size = 6>%1</font>").arg(QString::fromUtf8(order.text)));
+    setTextOf(*box, QString::fromUtf8(order.text));
     box->setIcon(QMessageBox::Information);
     if (order.okButton) {
         box->addOk(MinOk)->setStyleSheet(QStringLiteral("font: 28px"));

@@ -75,7 +75,7 @@ private:
     QList<QPointer<QObject>> m_boxes;
     QList<QPointer<QObject>> m_aside; // of these, those behind the editor
     QQueue<Order> m_waiting;
-    bool m_overflowLogged = false;
+    DropLog m_lost;
     DropLog m_tooLong;
     bool m_watching = false;
     bool m_liftQueued = false;

@@ -79,6 +79,7 @@ void keySerial::serial_data_in()
             emit valid_mess_in(*message);
         }
     }
+    emit turnEnded();
     takeNextTurn();
 }
 

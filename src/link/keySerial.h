@@ -57,6 +57,9 @@ signals:
     /// Emitted when bytes were taken, whatever they are, before the messages that they complete.
     void bytesReceived();
 
+    /// Emitted when all messages of a turn are handled, before what they have sent leaves.
+    void turnEnded();
+
     /// Emitted when open_serial() has tried to open the line, and when the line is lost.
     void openChanged();
 

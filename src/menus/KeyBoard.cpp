@@ -103,6 +103,7 @@ void KeyBoard::addTitle()
 {
     titleLabel = new QLabel(QStringLiteral("QN740 - Menu - ") + name, frame);
     titleLabel->setObjectName(QStringLiteral("titleLabel"));
+    titleLabel->setTextFormat(Qt::PlainText);
     titleLabel->hide();
 }
 

@@ -59,8 +59,12 @@ KeyDefinition KeyDefinition::of(const Key& key)
 
 qsizetype KeyDefinition::characters() const
 {
-    return menu.size() + keyId.size() + label.size() + command.size() + units.size() +
-        options.size();
+    return menu.size() + keyId.size() + updatedCharacters();
+}
+
+qsizetype KeyDefinition::updatedCharacters() const
+{
+    return label.size() + command.size() + units.size() + options.size();
 }
 
 void KeyDefinition::update(Key& key) const

@@ -42,6 +42,9 @@ struct KeyDefinition
 
     /// \return how many characters its texts have together.
     qsizetype characters() const;
+
+    /// \return how many of these update() sets: those of all texts but the names of menu and key.
+    qsizetype updatedCharacters() const;
 };
 
 /// Reads a number as the main unit writes it.

@@ -5,7 +5,7 @@
 /// What the main unit may define. See "Limits" in docs/reliability.md.
 namespace menuLimits {
 
-constexpr qsizetype MaxMenus = 2'000; ///< how many menus there are; further ones are not made
+constexpr qsizetype MaxMenus = 500;   ///< how many menus there are; further ones are not made
 constexpr qsizetype MaxKeys = 15'000; ///< of all menus together, copies included
 
 /// The characters of one key's definition, all its texts together: "AK" or "IK" with more is

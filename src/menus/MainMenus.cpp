@@ -53,7 +53,7 @@ void MainMenus::copyToMainMenu(const QStringList& fields)
         emit mainMenuNamed(menu);
     }
     Key* key = source(wire::word::CM, fields);
-    if (key != nullptr && m_book.limits.takesKey()) {
+    if (key != nullptr && m_book.limits.takesCopy(*key, name)) {
         std::optional<KeyBoard::Cell> cell;
         if (menu->kind() != KeyBoard::Kind::Plain) {
             cell = groupCells::nextOfColumn(*menu, fields.value(1));
@@ -76,7 +76,7 @@ void MainMenus::copyToPaxMenu(const QStringList& fields)
         return;
     }
     Key* key = source(wire::word::MS, fields);
-    if (key != nullptr && m_book.limits.takesKey()) {
+    if (key != nullptr && m_book.limits.takesCopy(*key, name)) {
         std::optional<KeyBoard::Cell> cell;
         if (menu->kind() != KeyBoard::Kind::Plain) {
             cell = groupCells::nextFixed(*menu);

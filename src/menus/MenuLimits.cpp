@@ -1,6 +1,7 @@
 #include "menus/MenuLimits.h"
 
 #include "menus/KeyBoard.h"
+#include "menus/KeyDefinition.h"
 #include "wire/Log.h"
 
 #include <numeric>
@@ -49,16 +50,23 @@ bool MenuLimits::takesDefinition(qsizetype characters)
     return true;
 }
 
-bool MenuLimits::takesText(qsizetype characters, qsizetype before)
+bool MenuLimits::takesText(qsizetype characters)
 {
-    if (!takesDefinition(characters)) {
-        return false;
-    }
-    const qsizetype after = m_characters - before + characters;
-    if (after > MaxCharacters && characters > before) {
+    return takesDefinition(characters) && takesChange(0, characters);
+}
+
+bool MenuLimits::takesChange(qsizetype before, qsizetype after)
+{
+    const qsizetype characters = m_characters - before + after;
+    if (characters > MaxCharacters && after > before) {
         m_fullLog.add();
         return false;
     }
-    m_characters = qMax(qsizetype{0}, after);
+    m_characters = characters;
     return true;
+}
+
+bool MenuLimits::takesCopy(const Key& source, const QString& menu)
+{
+    return takesKey() && takesChange(0, KeyDefinition::of(source).characters() + menu.size());
 }

@@ -5,6 +5,7 @@
 
 #include <QList>
 
+class Key;
 class KeyBoard;
 
 /// Whether the book of menus takes what a message wants to add. What it does not take is logged.
@@ -23,10 +24,18 @@ public:
     /// \return whether one definition may have so many characters.
     bool takesDefinition(qsizetype characters);
 
-    /// Counts the texts of a definition that takes the place of another.
-    /// \param characters of the new one \param before of the old one, 0 for none
+    /// Counts the texts of a definition that is new.
     /// \return whether there is room for it; when not, nothing is counted.
-    bool takesText(qsizetype characters, qsizetype before = 0);
+    bool takesText(qsizetype characters);
+
+    /// Counts a change of texts. \param before their characters until now, of all keys that the
+    /// change reaches \param after the same once it is made
+    /// \return whether there is room for it; when not, nothing is counted.
+    bool takesChange(qsizetype before, qsizetype after);
+
+    /// Counts a copy of a key in a menu of this name.
+    /// \return whether it may be made; when not, nothing is counted.
+    bool takesCopy(const Key& source, const QString& menu);
 
     /// All definitions are gone.
     void clear() { m_characters = 0; }

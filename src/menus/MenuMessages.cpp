@@ -50,10 +50,7 @@ void MenuMessages::defineKey(const QStringList& fields)
     }
     KeyBoard* menu = book.find(definition->menu);
     if (Key* key = MenuBook::findKey(menu, definition->keyId)) {
-        const qsizetype before = KeyDefinition::of(*key).characters() + definition->menu.size();
-        if (book.limits.takesText(definition->characters(), before)) {
-            onKeyAndLinked(key, [&](Key& each) { definition->update(each); });
-        }
+        updateKey(key, *definition);
         return;
     }
     if ((menu == nullptr && !book.limits.takesMenu()) || !book.limits.takesKey() ||
@@ -68,6 +65,20 @@ void MenuMessages::defineKey(const QStringList& fields)
     menu->addKey(*definition, cell);
 }
 
+void MenuMessages::updateKey(Key* key, const KeyDefinition& definition)
+{
+    qsizetype before = 0;
+    qsizetype after = 0;
+    onKeyAndLinked(key, [&](const Key& each) {
+        before += KeyDefinition::of(each).updatedCharacters();
+        after += definition.updatedCharacters();
+    });
+    if (book.limits.takesDefinition(definition.characters()) &&
+        book.limits.takesChange(before, after)) {
+        onKeyAndLinked(key, [&](Key& each) { definition.update(each); });
+    }
+}
+
 void MenuMessages::copyKey(const QStringList& fields)
 {
     const QString name = fields.value(0);
@@ -77,7 +88,7 @@ void MenuMessages::copyKey(const QStringList& fields)
     }
     KeyBoard* target = book.findOrCreate(name);
     Key* source = book.findKey(fields.value(1), fields.value(2));
-    if (source != nullptr && book.limits.takesKey()) {
+    if (source != nullptr && book.limits.takesCopy(*source, name)) {
         target->addCopy(*source);
     }
 }

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QStringList>
 
+struct KeyDefinition;
+
 /// The messages by which the main unit defines menus and keys and changes what they show.
 ///
 /// Every function takes the fields behind the command word, finds menu and key in the book by them,
@@ -52,5 +54,6 @@ signals:
     void showMenu(KeyBoard* menu);
 
 private:
+    void updateKey(Key* key, const KeyDefinition& definition);
     Key* namedKey(QLatin1String word, const QStringList& fields) const;
 };

@@ -111,6 +111,7 @@ void PopUpSlider::new_pop_slider(const QString& name, const QString& messageComm
 
     auto* readout = new QLabel(m_value.readout(static_cast<double>(currentValue)), &dialog);
     readout->setObjectName(QStringLiteral("readoutLabel"));
+    readout->setTextFormat(Qt::PlainText);
     readout->setAlignment(Qt::AlignCenter);
     readout->setMinimumHeight(ReadoutHeight);
     readout->setStyleSheet(QStringLiteral("font: 22px"));

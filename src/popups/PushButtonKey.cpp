@@ -1,5 +1,7 @@
 #include "popups/PushButtonKey.h"
 
+#include <QEvent>
+
 namespace {
 
 constexpr int Width = 50;
@@ -21,18 +23,26 @@ QString pressedStyle()
         "background-color: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1,stop: 0 #8C8F8C, stop: 1 #000000);");
 }
 
+// A sheet without selectors, which is for what the selector names.
+QString asRule(const QString& selector, const QString& sheet)
+{
+    return sheet.isEmpty() || sheet.contains(QLatin1Char('{'))
+        ? sheet
+        : selector + QStringLiteral(" {") + sheet + QStringLiteral("}\n");
+}
+
 } // namespace
 
 PushButtonKey::PushButtonKey(const QString& text, QWidget* parent)
-    : QPushButton(text, parent)
+    : KeyButton(text, parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAutoDefault(false);
     setFocusPolicy(Qt::NoFocus); // so that the field keeps its cursor
-    setStyleSheet(isCommand() ? commandStyle() : normalStyle());
-    connect(this, &QPushButton::pressed, this, [this] { setStyleSheet(pressedStyle()); });
+    setSheet(isCommand() ? commandStyle() : normalStyle());
+    connect(this, &QPushButton::pressed, this, [this] { setSheet(pressedStyle()); });
     connect(this, &QPushButton::released, this,
-        [this] { setStyleSheet(isCommand() ? commandStyle() : normalStyle()); });
+        [this] { setSheet(isCommand() ? commandStyle() : normalStyle()); });
     connect(this, &QPushButton::clicked, this, &PushButtonKey::act);
 }
 
@@ -52,6 +62,30 @@ void PushButtonKey::getCapLocksChanged(bool on)
     if (!isCommand()) {
         setText(on ? text().toUpper() : text().toLower());
     }
+}
+
+bool PushButtonKey::event(QEvent* event)
+{
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::Polish ||
+        event->type() == QEvent::ParentChange) {
+        m_faceSheet.clear();
+    }
+    return KeyButton::event(event);
+}
+
+// As the style puts them together: the nearer a sheet, the more it counts.
+QString PushButtonKey::faceSheet() const
+{
+    if (m_faceSheet.isEmpty()) {
+        const QString model = QStringLiteral("QPushButton");
+        m_faceSheet = asRule(model, styleSheet());
+        for (const QWidget* around = parentWidget(); around != nullptr;
+             around = around->parentWidget()) {
+            m_faceSheet.prepend(asRule(QStringLiteral("*"), around->styleSheet()));
+        }
+        m_faceSheet.replace(QLatin1String(staticMetaObject.className()), model);
+    }
+    return m_faceSheet;
 }
 
 void PushButtonKey::act()

@@ -1,12 +1,15 @@
 #pragma once
 
-#include <QPushButton>
+#include "touch/KeyButton.h"
 
 /// One key of the on-screen keyboard: its text is its character or its command word.
 ///
+/// It is painted as a key of a menu is: with a face that all keys with the same sheets share.
+/// Sheets of what it lies in count as well, so that they stand in one with its own for the face.
+///
 /// It acts when it is released; "CAPS" then toggles the caps lock and announces the new state,
 /// which the keyboard passes on to every key.
-class PushButtonKey : public QPushButton
+class PushButtonKey : public KeyButton
 {
     Q_OBJECT
 
@@ -32,8 +35,13 @@ signals:
     /// Emitted with the new state when "CAPS" was pressed.
     void capLocksChanged(bool on);
 
+protected:
+    bool event(QEvent* event) override;
+    QString faceSheet() const override;
+
 private:
     void act();
 
     bool m_capsOn = false;
+    mutable QString m_faceSheet; // empty when it has to be made anew
 };

@@ -10,9 +10,10 @@ constexpr double Pi = 3.14159265358979323846;
 constexpr double KaiserBeta = 6.0;
 constexpr qsizetype PhaseTaps = qsizetype{2} * Interpolator::HalfTaps;
 
+// Of a number other than 0.
 double sinc(double x)
 {
-    return x == 0.0 ? 1.0 : std::sin(Pi * x) / (Pi * x);
+    return std::sin(Pi * x) / (Pi * x);
 }
 
 // Modified Bessel function of the first kind, order 0, by its power series (Abramowitz and Stegun,
@@ -28,10 +29,10 @@ double besselI0(double x)
     return sum;
 }
 
-// Kaiser window; x runs from -1 to 1 over its length.
+// Kaiser window, except for its scale; x runs from -1 to 1 over its length.
 double kaiser(double x)
 {
-    return besselI0(KaiserBeta * std::sqrt(std::max(0.0, 1.0 - x * x))) / besselI0(KaiserBeta);
+    return besselI0(KaiserBeta * std::sqrt(std::max(0.0, 1.0 - x * x)));
 }
 
 } // namespace
@@ -47,7 +48,8 @@ Interpolator::Interpolator(int factor)
         m_taps[n] = (n - centre) % m_factor == 0 ? (n == centre ? 1.0 : 0.0)
                                                  : sinc(t) * kaiser(t / HalfTaps);
     }
-    for (int phase = 0; phase < m_factor; ++phase) {
+    // The first phase is that of the samples themselves.
+    for (int phase = 1; phase < m_factor; ++phase) {
         double sum = 0.0;
         for (int n = phase; n <= 2 * centre; n += m_factor) {
             sum += m_taps[n];

@@ -61,7 +61,7 @@ qsizetype IqBlockDecoder::take(const char* bytes, qsizetype size)
     while (taken < size && !m_blockReady) {
         const qsizetype left = size - taken;
         // A whole block in one piece needs no copy.
-        if (m_size == 0 && !m_synced && left >= BlockBytes && startsBlock(bytes + taken)) {
+        if (m_size == 0 && left >= BlockBytes && startsBlock(bytes + taken)) {
             decode(bytes + taken);
             taken += BlockBytes;
             continue;

@@ -13,6 +13,10 @@
 /// of a turning carrier, of π/4-QPSK or of MSK are); and the samples do not stand at a limit.
 namespace orderFinder {
 
+/// \return a map of the received points to ideal ones, from which the search starts.
+/// \param moments of an order for which orderLimits::candidateOf() has named them, or of a line
+PlaneMap firstGuess(const PointMoments& moments, ModulationOrder order);
+
 /// \return the fit of the constellation that the points are of; not valid when that is unknown.
 ConstellationFit find(const ReceivedPoints& received);
 

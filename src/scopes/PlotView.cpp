@@ -46,6 +46,16 @@ PlotView::PlotView(QWidget* parent)
     , m_yTicker(new QCPAxisTickerFixed)
 {
     setUpLook();
+    dropFirstReplot();
+}
+
+// The plot library has just queued a replot. It would draw axes and labels into buffers of its own
+// that nobody shows, at the start of the panel: the frame is drawn when the plot is first painted.
+void PlotView::dropFirstReplot()
+{
+    mReplotting = true;
+    QMetaObject::invokeMethod(
+        this, [this] { mReplotting = false; }, Qt::QueuedConnection);
 }
 
 void PlotView::setUpLook()
@@ -169,11 +179,24 @@ QPixmap PlotView::drawFrame()
 {
     applyAxes();
     layOutArea();
-    QPixmap frame = QPixmap::fromImage(
-        toPixmap(width(), height()).toImage().convertToFormat(QImage::Format_RGB32));
+    const QImage grid = toPixmap(width(), height()).toImage().convertToFormat(QImage::Format_RGB32);
+    const bool scaled = devicePixelRatioF() != 1.0;
+    m_grid = scaled ? grid : QImage();
+    QPixmap frame = scaled ? scaledFrame() : QPixmap::fromImage(grid);
     placeData();
     m_rangeNote = newRangeNote();
     drawRangeNote(frame);
+    return frame;
+}
+
+// The frame in the screen's own pixels, so that texts stay sharp on a screen that scales the panel.
+QPixmap PlotView::scaledFrame()
+{
+    QPixmap frame(size() * devicePixelRatioF());
+    frame.setDevicePixelRatio(devicePixelRatioF());
+    frame.fill(Qt::black);
+    QCPPainter painter(&frame);
+    toPainter(&painter, width(), height());
     return frame;
 }
 
@@ -251,7 +274,7 @@ void PlotView::drawNote(QPainter& painter) const
 QImage PlotView::gridCopy() const
 {
     static std::vector<QRgb> pixels;
-    const QImage grid = frame().toImage(); // without a copy
+    const QImage grid = m_grid.isNull() ? frame().toImage() : m_grid; // without a copy
     const auto width = static_cast<size_t>(m_area.width());
     pixels.resize(std::max(pixels.size(), width * static_cast<size_t>(m_area.height())));
     QRgb* to = pixels.data();

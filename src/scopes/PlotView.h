@@ -59,10 +59,12 @@ protected:
 
 private:
     void setUpLook();
+    void dropFirstReplot();
     QString newBadge() const;
     void applyAxes();
     void layOutArea();
     void placeData();
+    QPixmap scaledFrame();
     QImage gridCopy() const;
     QString newRangeNote() const;
     void drawNote(QPainter& painter) const;
@@ -76,6 +78,7 @@ private:
     QSharedPointer<QCPAxisTickerFixed> m_xTicker;
     QSharedPointer<QCPAxisTickerFixed> m_yTicker;
     QRect m_area;
+    QImage m_grid;       // the frame in the plot's own pixels, where the screen's are others
     QSize m_contentSize; // as it was last given to the content
     bool m_stale = false;
     bool m_frozen = false;

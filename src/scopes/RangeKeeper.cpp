@@ -15,7 +15,7 @@ constexpr double Decade[] = {1.0, 0.8, 0.6, 0.4, 0.3, 0.2, 0.15};
 double fitting(double peak)
 {
     double limit = 1.0;
-    for (int divisor = 1; divisor * RangeKeeper::MinLimit <= 1.0; divisor *= 10) {
+    for (int divisor = 1;; divisor *= 10) {
         for (const double range : Decade) {
             if (peak * Room > range / divisor || range / divisor < RangeKeeper::MinLimit) {
                 return limit;
@@ -23,7 +23,6 @@ double fitting(double peak)
             limit = range / divisor;
         }
     }
-    return limit;
 }
 
 } // namespace

@@ -43,6 +43,9 @@ Scope::Scope(const QString& portName, int demodulator, QWidget* parent)
     black.setColor(QPalette::Window, Qt::black);
     setPalette(black);
     setAutoFillBackground(true);
+    for (const PlotView* plot : m_plots.all()) {
+        connect(plot, &QCustomPlot::mouseRelease, this, &Scope::touched);
+    }
     m_contents.setLineColor(m_lineColor);
     layOutPlots();
     connect(&m_watch, &DataWatch::staleChanged, this, &Scope::staleChanged);
@@ -60,17 +63,6 @@ Scope::~Scope()
 {
     // The views are children and outlive the contents that they show.
     m_plots.setContents(nullptr, nullptr);
-}
-
-void Scope::makePlots()
-{
-    m_plots.make(this);
-    for (const PlotView* plot : m_plots.all()) {
-        connect(plot, &QCustomPlot::mouseRelease, this, &Scope::touched);
-    }
-    m_plots.setStale(stale());
-    m_plots.setFrozen(isFrozen());
-    layOutPlots();
 }
 
 bool Scope::lowerIsShown() const
@@ -248,9 +240,6 @@ void Scope::setEnlarged(bool enlarged)
 void Scope::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    if (!m_plots.exist()) {
-        makePlots();
-    }
     setReadPace();
     scheduleMeasurement(); // of what has come meanwhile
 }

@@ -24,10 +24,9 @@
 /// records as they come, because the unit of their decoder is one read. A finished block or record
 /// is first given to ScopeContents, which the two plots show, then leaves by rcv_eye_msg() or
 /// rcv_sdi_msg(), whether or not anybody sees the plots. They lie one above the other: the eyes of
-/// I and Q; constellation and SDI strips use the upper one alone. They are made when the scope is
-/// shown for the first time. A broken block is dropped and not reported. A scope that gets no block
-/// or record for StaleMs keeps its picture, which looks like a steady signal otherwise, dims it and
-/// shows "NO DATA" over it. Only data end that.
+/// I and Q; constellation and SDI strips use the upper one alone. A broken block is dropped and not
+/// reported. A scope that gets no block or record for StaleMs keeps its picture, which looks like a
+/// steady signal otherwise, dims it and shows "NO DATA" over it. Only data end that.
 ///
 /// A scope may be enlarged: its page then gives it all the room. It can be frozen: what comes is
 /// received and passed on, but not plotted until that ends. Its page decides what a touch does.
@@ -230,7 +229,6 @@ private:
     }
     bool upperIsShown() const { return m_plotsShown && m_numOfPlots >= 1; }
     bool lowerIsShown() const;
-    void makePlots();
     void setReadPace();
     void touched();
     void scheduleMeasurement();
@@ -249,7 +247,7 @@ private:
     IqBlockDecoder m_decoder;
     SdiDecoder m_sdiDecoder;
     ScopeContents m_contents;
-    ScopePlots m_plots; // made when the scope is first shown
+    ScopePlots m_plots{this};
     QColor m_lineColor;
     DataWatch m_watch{StaleMs, QStringLiteral("silence"), this}; // for blocks and records
     QTimer m_measureTimer{this};

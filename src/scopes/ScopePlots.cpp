@@ -6,83 +6,69 @@
 
 #include <algorithm>
 
-void ScopePlots::make(QWidget* scope)
+ScopePlots::ScopePlots(QWidget* scope)
+    : m_upper(new PlotView(scope))
+    , m_lower(new PlotView(scope))
 {
+    m_upper->setObjectName(QStringLiteral("plotI"));
+    m_lower->setObjectName(QStringLiteral("plotQ"));
     auto* layout = new QVBoxLayout(scope);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    for (const QString& name : {QStringLiteral("plotI"), QStringLiteral("plotQ")}) {
-        auto* plot = new PlotView(scope);
-        plot->setObjectName(name);
-        plot->hide();
-        layout->addWidget(plot, 1);
-        m_all += plot;
-    }
+    layout->addWidget(m_upper, 1);
+    layout->addWidget(m_lower, 1);
 }
 
 void ScopePlots::setContents(PlotContent* upper, PlotContent* lower) const
 {
-    if (exist()) {
-        m_all.constFirst()->setContent(upper);
-        m_all.constLast()->setContent(lower);
-    }
+    m_upper->setContent(upper);
+    m_lower->setContent(lower);
 }
 
 void ScopePlots::setShown(bool upper, bool lower) const
 {
-    if (exist()) {
-        m_all.constFirst()->setVisible(upper);
-        m_all.constLast()->setVisible(lower);
-    }
+    m_upper->setVisible(upper);
+    m_lower->setVisible(lower);
 }
 
 void ScopePlots::setUpperSide(int side) const
 {
-    if (exist() && m_all.constFirst()->maximumSize() != QSize(side, side)) {
-        m_all.constFirst()->setMaximumSize(side, side);
+    if (m_upper->maximumSize() != QSize(side, side)) {
+        m_upper->setMaximumSize(side, side);
     }
 }
 
 void ScopePlots::shareHeight() const
 {
-    if (!exist()) {
-        return;
-    }
-    PlotView* const upper = m_all.constFirst();
-    PlotView* const lower = m_all.constLast();
-    auto* layout = qobject_cast<QBoxLayout*>(upper->parentWidget()->layout());
-    const int frames = upper->frameHeight() + lower->frameHeight();
-    const int left = std::max(0, upper->parentWidget()->height() - frames);
+    const QWidget* scope = m_upper->parentWidget();
+    auto* layout = qobject_cast<QBoxLayout*>(scope->layout());
+    const int frames = m_upper->frameHeight() + m_lower->frameHeight();
+    const int left = std::max(0, scope->height() - frames);
     layout->setSpacing(left % 2); // An odd pixel lies between the two.
-    layout->setStretchFactor(upper, upper->frameHeight() + left / 2);
-    layout->setStretchFactor(lower, lower->frameHeight() + left / 2);
+    layout->setStretchFactor(m_upper, m_upper->frameHeight() + left / 2);
+    layout->setStretchFactor(m_lower, m_lower->frameHeight() + left / 2);
     layout->activate();
 }
 
 void ScopePlots::setStale(bool stale) const
 {
-    for (PlotView* plot : m_all) {
-        plot->setStale(stale);
-    }
+    m_upper->setStale(stale);
+    m_lower->setStale(stale);
 }
 
 void ScopePlots::setFrozen(bool frozen) const
 {
-    if (exist()) {
-        m_all.constFirst()->setFrozen(frozen);
-    }
+    m_upper->setFrozen(frozen);
 }
 
 void ScopePlots::update() const
 {
-    for (PlotView* plot : m_all) {
-        plot->update();
-    }
+    m_upper->update();
+    m_lower->update();
 }
 
 void ScopePlots::dataChanged() const
 {
-    for (PlotView* plot : m_all) {
-        plot->dataChanged();
-    }
+    m_upper->dataChanged();
+    m_lower->dataChanged();
 }

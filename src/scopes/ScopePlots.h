@@ -7,19 +7,19 @@ class PlotView;
 class QWidget;
 
 /// The two plots of a scope, one above the other.
-///
-/// They do not exist before make(): a plot brings the plot library's code into memory, which the
-/// start of the panel does without. All other functions do nothing before.
 class ScopePlots
 {
 public:
-    /// Makes the plots, empty and hidden, in a layout of their own.
+    /// Makes the plots, empty, in a vertical layout of their own.
     /// \param scope the widget that they fill; it owns them.
-    void make(QWidget* scope);
-    /// \return the upper and the lower plot; none before make().
-    const QVector<PlotView*>& all() const { return m_all; }
-    /// \return whether make() was called.
-    bool exist() const { return !m_all.isEmpty(); }
+    explicit ScopePlots(QWidget* scope);
+    /// The plots of a scope are its own.
+    ///@{
+    ScopePlots(const ScopePlots&) = delete;
+    ScopePlots& operator=(const ScopePlots&) = delete;
+    ///@}
+    /// \return the upper and the lower plot.
+    QVector<PlotView*> all() const { return {m_upper, m_lower}; }
 
     /// Sets what the plots show; nullptr for nothing.
     void setContents(PlotContent* upper, PlotContent* lower) const;
@@ -41,5 +41,6 @@ public:
     void dataChanged() const;
 
 private:
-    QVector<PlotView*> m_all;
+    PlotView* m_upper;
+    PlotView* m_lower;
 };

@@ -121,19 +121,19 @@ qsizetype CarrierSearch::guardLast() const
 // Two parts without a carrier are enough.
 double CarrierSearch::quietestParts() const
 {
-    const qsizetype parts = std::clamp(m_powers.size() / PartSize, qsizetype{1}, MaxParts);
+    static_assert(MinPoints >= 2 * PartSize);
+    const qsizetype parts = std::min(m_powers.size() / PartSize, MaxParts);
     const qsizetype size = m_powers.size() / parts;
-    QVector<double> means;
-    means.reserve(parts);
+    QVector<double> means(parts);
     for (qsizetype part = 0; part < parts; ++part) {
         const auto begin = m_powers.cbegin() + part * size;
         double sum = 0.0;
         for (auto bin = begin; bin != begin + size; ++bin) {
             sum += static_cast<double>(*bin);
         }
-        means += sum / static_cast<double>(size);
+        means[part] = sum / static_cast<double>(size);
     }
-    const auto quiet = means.begin() + std::min(parts - 1, qsizetype{1});
+    const auto quiet = means.begin() + 1;
     std::nth_element(means.begin(), quiet, means.end());
     const double shape = m_spectra * static_cast<double>(size);
     const double lower = 1.0 - 1.0 / (9.0 * shape) + QuietDeviations / (3.0 * std::sqrt(shape));

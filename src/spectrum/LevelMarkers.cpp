@@ -7,6 +7,8 @@
 
 #include <qcustomplot.h>
 
+#include <utility>
+
 LevelMarkers::LevelMarkers(QCustomPlot& plot)
     : m_plot(plot)
     , m_leftOut(
@@ -16,10 +18,9 @@ LevelMarkers::LevelMarkers(QCustomPlot& plot)
 
 void LevelMarkers::setLevels(const QList<double>& levels, double lowest, double highest)
 {
-    for (QCPItemStraightLine* line : std::as_const(m_lines)) {
+    for (QCPItemStraightLine* line : std::exchange(m_lines, {})) {
         m_plot.removeItem(line);
     }
-    m_lines.clear();
     m_levels.clear();
     m_numbers.clear();
     for (const double level : levels) {

@@ -7,9 +7,46 @@
 #include <QScopedValueRollback>
 #include <QStyleOptionButton>
 
+#include <optional>
+
+namespace {
+
+constexpr int NoIconSize = 16; // any
+
+// Has styles leave a widget alone for a while. They do that with the windows of a desktop.
+class UnstyledScope
+{
+public:
+    explicit UnstyledScope(QWidget& widget)
+        : m_widget(widget)
+        , m_flags(widget.windowFlags())
+        , m_wasStyled(widget.testAttribute(Qt::WA_StyleSheet))
+    {
+        widget.setAttribute(Qt::WA_StyleSheet, false);
+        widget.overrideWindowFlags(Qt::Desktop);
+    }
+    ~UnstyledScope()
+    {
+        m_widget.overrideWindowFlags(m_flags);
+        m_widget.setAttribute(Qt::WA_StyleSheet, m_wasStyled);
+    }
+    UnstyledScope(const UnstyledScope&) = delete;
+    UnstyledScope& operator=(const UnstyledScope&) = delete;
+
+private:
+    QWidget& m_widget;
+    Qt::WindowFlags m_flags;
+    bool m_wasStyled;
+};
+
+} // namespace
+
 KeyButton::KeyButton(const QString& text, QWidget* parent)
     : TextButton(text, parent)
 {
+    // A key has no icon. Whoever paints it asks for the size all the same, and the style would look
+    // up all its rules to answer: two fifths of the painting after a new sheet.
+    setIconSize({NoIconSize, NoIconSize});
     // The first of all slots: what clicked() opens must find a button that can be painted.
     connect(this, &QAbstractButton::released, this, [this] { setUpdatesEnabled(true); });
 }
@@ -31,9 +68,32 @@ void KeyButton::setGround(const QColor& colour)
 
 void KeyButton::setSheet(const QString& sheet)
 {
-    if (styleSheet() != sheet) {
+    if (styleSheet() == sheet) {
+        return;
+    }
+    if (styleSheet().isEmpty() || sheet.isEmpty()) {
+        setStyleSheet(sheet);
+    } else {
+        changeSheet(sheet);
+    }
+}
+
+// By itself the style would polish the button once more, which takes 10 µs and changes nothing: for
+// the style there is no sheet.
+void KeyButton::changeSheet(const QString& sheet)
+{
+    {
+        const QScopedValueRollback<bool> isChanging(m_isChangingSheet, true);
+        const UnstyledScope unstyled(*this);
         setStyleSheet(sheet);
     }
+    takeLook();
+    update();
+}
+
+QString KeyButton::faceSheet() const
+{
+    return styleSheet();
 }
 
 QSize KeyButton::sizeHint() const
@@ -41,7 +101,7 @@ QSize KeyButton::sizeHint() const
     if (styleSheet().isEmpty()) {
         return TextButton::sizeHint();
     }
-    return boundedHint(KeyFace::of(styleSheet()).sizeHint(text()));
+    return boundedHint(KeyFace::of(faceSheet()).sizeHint(text()));
 }
 
 void KeyButton::setVisible(bool visible)
@@ -57,8 +117,13 @@ void KeyButton::polish()
 {
     if (!m_isPolished) {
         m_isPolished = true;
+        std::optional<UnstyledScope> unstyled;
+        if (!styleSheet().isEmpty()) {
+            unstyled.emplace(*this);
+        }
         QEvent request(QEvent::Polish);
         TextButton::event(&request);
+        unstyled.reset();
         takeLook();
     }
 }
@@ -77,7 +142,13 @@ bool KeyButton::event(QEvent* event)
     case QEvent::Show:
         polish();
         return TextButton::event(event);
+    case QEvent::EnabledChange:
+        // Who is not seen has nothing to tell, and a page of them is changed in one message each.
+        return isVisible() || isDown() ? TextButton::event(event) : true;
     case QEvent::StyleChange:
+        if (m_isChangingSheet) {
+            return true;
+        }
         // Another sheet, or the style of another page. The page need not be laid out anew.
         takeLook();
         update();
@@ -102,7 +173,7 @@ void KeyButton::takeLook()
     if (!m_isPolished || styleSheet().isEmpty()) {
         return;
     }
-    const KeyFace& face = KeyFace::of(styleSheet());
+    const KeyFace& face = KeyFace::of(faceSheet());
     if (font() != face.font()) {
         setFont(face.font());
     }
@@ -122,7 +193,7 @@ void KeyButton::paintEvent(QPaintEvent* event)
         return;
     }
     polish(); // for a picture of a page that was never shown
-    const KeyFace& face = KeyFace::of(styleSheet());
+    const KeyFace& face = KeyFace::of(faceSheet());
     QStyleOptionButton option;
     initStyleOption(&option);
     QPainter painter(this);

@@ -11,8 +11,9 @@
 /// As long as it has not been shown, it takes neither font nor colours from its sheet.
 ///
 /// The style asks a widget for its sheet by the property "styleSheet", which is therefore empty
-/// here. Should a style get at the sheet by another way, it does more work, and the button looks
-/// the same.
+/// here, and while the button is polished or its sheet changes, it passes as a widget that styles
+/// leave alone. Should a style get at the sheet by another way, it does more work, and the button
+/// looks the same.
 ///
 /// A release first sends, then the button is painted: a push button by itself is painted before it
 /// emits released() and clicked(), which would keep the message back for the time of a painting.
@@ -50,12 +51,17 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void nextCheckState() override;
 
+    // The sheet that the face is made of: that of the button, if no other one counts.
+    virtual QString faceSheet() const;
+
 private:
+    void changeSheet(const QString& sheet);
     void polish();
     void takeLook();
 
     bool m_isPolished = false;
     bool m_isForLater = false; // whether it is made visible on a page that is hidden
-    QSize m_frame;             // of its face
+    bool m_isChangingSheet = false;
+    QSize m_frame; // of its face
     QColor m_ground;
 };

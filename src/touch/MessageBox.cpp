@@ -2,6 +2,7 @@
 
 #include "touch/Edge.h"
 #include "touch/Placement.h"
+#include "touch/PopUpStyle.h"
 #include "touch/Sizes.h"
 
 #include <QDialogButtonBox>
@@ -16,6 +17,8 @@
 
 namespace {
 
+constexpr int EdgeWidth = 2;
+constexpr int TitleHeight = 36;
 constexpr int ScreenMargin = 6; // between the box and the edge of the panel
 // The smallest letters of a long text, and those of a text that fits in no size and is scrolled.
 // The main unit's messages, which are the rich texts, are wrapped in markup that doubles the font's
@@ -113,6 +116,13 @@ void MessageBox::setArea(const QRect& area)
     m_area = area;
 }
 
+void MessageBox::setTextShownAs(const QString& text, const QString& shown)
+{
+    setTextFormat(Qt::PlainText); // the label, which is hidden, must not look for tags
+    setText(text);
+    m_shown = shown;
+}
+
 void MessageBox::report(const QString& text)
 {
     MessageBox box;
@@ -151,6 +161,14 @@ void MessageBox::paintEvent(QPaintEvent* event)
     touch::paintEdge(this);
 }
 
+void MessageBox::resizeEvent(QResizeEvent* event)
+{
+    QMessageBox::resizeEvent(event);
+    if (m_title != nullptr) {
+        m_title->setGeometry(EdgeWidth, EdgeWidth, width() - 2 * EdgeWidth, TitleHeight);
+    }
+}
+
 // QMessageBox builds its layout anew whenever one of its parts changes, so everything that is added
 // to the layout is added last. Its labels are reached by the names that Qt gives them.
 void MessageBox::layOut()
@@ -159,6 +177,9 @@ void MessageBox::layOut()
     auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
     if (grid == nullptr || label == nullptr) {
         return;
+    }
+    if (!windowTitle().isEmpty()) {
+        addTitle();
     }
     if (m_minContentWidth > 0) {
         grid->addItem(
@@ -173,11 +194,23 @@ void MessageBox::layOut()
     }
 }
 
+// Above the layout, in a wider margin: QMessageBox expects its own parts in the first rows.
+void MessageBox::addTitle()
+{
+    m_title = new QLabel(windowTitle(), this);
+    m_title->setObjectName(QStringLiteral("titleLabel"));
+    m_title->setTextFormat(Qt::PlainText);
+    m_title->setStyleSheet(popUpStyle::title());
+    m_title->setAlignment(Qt::AlignCenter);
+    layout()->setContentsMargins(layout()->contentsMargins() + QMargins(0, TitleHeight, 0, 0));
+}
+
 void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
 {
     ensurePolished();
     label->ensurePolished();
-    if (text().size() <= MaxMeasuredChars && fitsByItself(*grid, room)) {
+    const bool asItIs = m_shown.isEmpty();
+    if (asItIs && text().size() <= MaxMeasuredChars && fitsByItself(*grid, room)) {
         return;
     }
     int row = 0;
@@ -186,9 +219,10 @@ void MessageBox::fitText(QGridLayout* grid, QLabel* label, const QSize& room)
     int columns = 0;
     grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
     label->hide();
-    QTextEdit* view = newLongText(text(), textFormat());
+    const Qt::TextFormat format = asItIs ? textFormat() : Qt::RichText;
+    QTextEdit* view = newLongText(asItIs ? text() : m_shown, format);
     grid->addWidget(view, row, column, rows, columns);
-    const Letters& letters = textFormat() == Qt::PlainText ? PlainLetters : RichLetters;
+    const Letters& letters = format == Qt::PlainText ? PlainLetters : RichLetters;
     setLetters(view, label->fontInfo().pixelSize(), letters, roomForText(*grid, room));
 }
 

@@ -12,7 +12,8 @@ class QLabel;
 /// whatever the length of its texts. Before it is shown it looks at the room that it has: a text
 /// that is too long for the usual letters is set in smaller ones, and one that is too long for
 /// these gets a scroll bar that is wide enough for a finger; an informative text that is too high
-/// is scrolled at its own size. text() stays what it was set to.
+/// is scrolled at its own size. text() stays what it was set to. A box with a window title shows it
+/// in a line at its top, because the unit's screen has no window frames.
 class MessageBox : public QMessageBox
 {
     Q_OBJECT
@@ -37,6 +38,10 @@ public:
     /// panel's window itself.
     void setArea(const QRect& area);
 
+    /// Sets a text that is not to be read as rich text although it looks so. text() answers it.
+    /// \param shown the rich text that is shown in its place
+    void setTextShownAs(const QString& text, const QString& shown);
+
     /// \reimp
     void setVisible(bool visible) override;
 
@@ -46,15 +51,19 @@ public:
 protected:
     void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void layOut();
+    void addTitle();
     void fitText(QGridLayout* grid, QLabel* label, const QSize& room);
     bool fitsByItself(const QGridLayout& grid, const QSize& room) const;
     QSize roomForText(const QGridLayout& grid, const QSize& room) const;
     void limitInformativeText();
 
+    QLabel* m_title = nullptr; // only with a window title
     QRect m_area;
+    QString m_shown; // empty: the text itself
     int m_minContentWidth = 0;
     bool m_laidOut = false;
 };

@@ -21,7 +21,9 @@ const QWidget* panelWindow()
 QRect screenArea(const QWidget* window)
 {
     const QWidget* panel = panelWindow();
-    return (panel != nullptr ? panel : window)->screen()->availableGeometry();
+    const QRect screen = (panel != nullptr ? panel : window)->screen()->availableGeometry();
+    // A panel that is turned lies beside the screen, and so do its windows.
+    return panel != nullptr && !panel->geometry().intersects(screen) ? panel->geometry() : screen;
 }
 
 } // namespace

@@ -10,7 +10,8 @@ namespace touch {
 QRect panelArea(const QWidget* window);
 
 /// Limits a window that is being shown to the screen, its frame included, and moves it to the
-/// middle of panelArea(), as far as the screen allows.
+/// middle of panelArea(), as far as the screen allows. When the panel lies beside the screen, the
+/// panel takes the screen's place.
 void centreOnPanel(QWidget* window);
 
 } // namespace touch

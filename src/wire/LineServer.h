@@ -1,15 +1,13 @@
 #pragma once
 
+#include "wire/LocalListener.h"
+
 #include <QByteArray>
 #include <QList>
-#include <QLoggingCategory>
 #include <QObject>
-#include <QSocketNotifier>
 #include <QString>
 
-#include <memory>
-
-class LineReader;
+class LocalPeer;
 
 /// A local socket from which any number of programs, up to MaxReaders, read the same data.
 ///
@@ -17,9 +15,6 @@ class LineReader;
 /// Data go out in blocks of one or more lines. A reader that does not keep up loses whole blocks:
 /// what it has not taken yet is bounded, and a block for which there is no room is dropped for that
 /// reader. What readers send is thrown away. The socket is open to the panel's user and group.
-///
-/// It calls the system's socket functions itself: the panel starts in less time and memory without
-/// Qt's network library.
 class LineServer : public QObject
 {
     Q_OBJECT
@@ -31,7 +26,7 @@ public:
     static constexpr qint64 MaxBacklogBytes = qint64{512} * 1024;
 
     /// What gives the logging category, for example logScopes.
-    using Category = const QLoggingCategory& (*)();
+    using Category = LocalListener::Category;
 
     /// Opens the socket if the environment variable names one. A socket that another program serves
     /// and a file that is no socket are left alone, with a warning.
@@ -42,9 +37,9 @@ public:
     ~LineServer() override;
 
     /// \return whether the environment variable names a socket, be it open or not.
-    bool isWanted() const { return m_wanted; }
+    bool isWanted() const { return m_listener.isWanted(); }
     /// \return whether readers can connect.
-    bool isListening() const { return m_notifier != nullptr; }
+    bool isListening() const { return m_listener.isListening(); }
     /// \return the number of readers that are connected.
     int readers() const { return static_cast<int>(m_readers.size()); }
     /// \return the bytes that the slowest reader has not taken yet.
@@ -55,14 +50,9 @@ public:
     void send(const QByteArray& block);
 
 private:
-    void listen(const QString& path, const QString& contents, Category category);
-    void takeReaders();
     void addReader(int socket);
-    void forget(LineReader* reader);
+    void forget(LocalPeer* reader);
 
-    QString m_path;
-    int m_socket = -1;
-    std::unique_ptr<QSocketNotifier> m_notifier; // while readers can connect
-    QList<LineReader*> m_readers;
-    bool m_wanted = false;
+    LocalListener m_listener;
+    QList<LocalPeer*> m_readers;
 };

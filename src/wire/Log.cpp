@@ -5,6 +5,7 @@
 Q_LOGGING_CATEGORY(logLink, "qn740.link", QtWarningMsg)
 Q_LOGGING_CATEGORY(logMenus, "qn740.menus", QtWarningMsg)
 Q_LOGGING_CATEGORY(logPopups, "qn740.popups", QtWarningMsg)
+Q_LOGGING_CATEGORY(logRemote, "qn740.remote", QtWarningMsg)
 Q_LOGGING_CATEGORY(logScopes, "qn740.scopes", QtWarningMsg)
 Q_LOGGING_CATEGORY(logSpectrum, "qn740.spectrum", QtWarningMsg)
 Q_LOGGING_CATEGORY(logIgnoredMessages, "qn740-ignored", QtWarningMsg)

@@ -3,11 +3,13 @@
 #include <QLoggingCategory>
 #include <QString>
 
-/// One logging category for each room, silent below warning unless QT_LOGGING_RULES says otherwise.
+/// One logging category for each room, and one for the look from afar, silent below warning unless
+/// QT_LOGGING_RULES says otherwise.
 ///@{
 Q_DECLARE_LOGGING_CATEGORY(logLink)
 Q_DECLARE_LOGGING_CATEGORY(logMenus)
 Q_DECLARE_LOGGING_CATEGORY(logPopups)
+Q_DECLARE_LOGGING_CATEGORY(logRemote)
 Q_DECLARE_LOGGING_CATEGORY(logScopes)
 Q_DECLARE_LOGGING_CATEGORY(logSpectrum)
 ///@}

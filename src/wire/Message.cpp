@@ -2,24 +2,10 @@
 
 #include "wire/Limits.h"
 
+#include <algorithm>
+
 namespace {
-
-// Returns where the fields that count end.
-qsizetype endOfFields(const QString& body)
-{
-    if (body.size() < wire::MaxFields) {
-        return body.size();
-    }
-    qsizetype end = -1;
-    for (qsizetype field = 0; field < wire::MaxFields; ++field) {
-        end = body.indexOf(QLatin1Char(','), end + 1);
-        if (end < 0) {
-            return body.size();
-        }
-    }
-    return end;
-}
-
+constexpr QChar Comma(u',');
 } // namespace
 
 namespace wire {
@@ -32,8 +18,17 @@ QString frame(const QString& body)
 QStringList fields(const QString& message)
 {
     const auto length = qMax(qsizetype{0}, message.size() - 2);
-    const QString body = message.mid(1, length);
-    return body.left(endOfFields(body)).split(QLatin1Char(','));
+    const QStringView body = QStringView(message).mid(1, length);
+    const auto commas = std::count(body.begin(), body.end(), Comma);
+    QStringList fields;
+    fields.reserve(qMin(static_cast<qsizetype>(commas) + 1, MaxFields));
+    for (qsizetype begin = 0; begin <= body.size() && fields.size() < MaxFields;) {
+        const qsizetype comma = body.indexOf(Comma, begin);
+        const qsizetype end = comma < 0 ? body.size() : comma;
+        fields.append(body.mid(begin, end - begin).toString());
+        begin = end + 1;
+    }
+    return fields;
 }
 
 bool readInt(const QStringList& fields, qsizetype at, int& number)

@@ -19,7 +19,14 @@ void wake(int /*signal*/)
     errno = kept;
 }
 
-void install(void (*handler)(int))
+constexpr std::array<int, 3> Numbers{SIGTERM, SIGINT, SIGHUP};
+
+void endProcess(int /*signal*/)
+{
+    ::_exit(0);
+}
+
+struct sigaction actionOf(void (*handler)(int))
 {
     struct sigaction action
     {
@@ -27,9 +34,7 @@ void install(void (*handler)(int))
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     ::sigemptyset(&action.sa_mask);
-    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        ::sigaction(number, &action, nullptr);
-    }
+    return action;
 }
 
 } // namespace
@@ -47,10 +52,14 @@ TerminationSignals::TerminationSignals(QObject* parent)
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
         char byte = 0;
         if (::read(m_readEnd, &byte, 1) > 0) {
+            m_wasRaised = true;
             emit terminate();
         }
     });
-    install(wake);
+    const struct sigaction action = actionOf(wake);
+    for (std::size_t i = 0; i < Numbers.size(); ++i) {
+        ::sigaction(Numbers.at(i), &action, &m_before.at(i));
+    }
 }
 
 TerminationSignals::~TerminationSignals()
@@ -58,9 +67,19 @@ TerminationSignals::~TerminationSignals()
     if (m_readEnd < 0) {
         return;
     }
-    install(SIG_DFL);
+    for (std::size_t i = 0; i < Numbers.size(); ++i) {
+        ::sigaction(Numbers.at(i), &m_before.at(i), nullptr);
+    }
     m_notifier.reset();
     ::close(m_readEnd);
     ::close(g_writeEnd);
     g_writeEnd = -1;
+}
+
+void TerminationSignals::endAtOnce()
+{
+    const struct sigaction action = actionOf(endProcess);
+    for (const int number : Numbers) {
+        ::sigaction(number, &action, nullptr);
+    }
 }

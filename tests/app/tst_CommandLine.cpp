@@ -99,11 +99,18 @@ private slots:
     void the_help_names_every_option_and_exit_status()
     {
         const QString help = CommandLine({u"--help"_s}).text();
-        for (const auto& word : {u"-noK7150"_s, u"--version"_s, u"--help"_s, u"QN740_DEV"_s,
-                 u"QN740_SPLASH_MS"_s, u"QN740_SPECTRUM_SOCKET"_s, u"QN740_SCOPE_SOCKET"_s,
-                 u"0 after SIGTERM"_s, u"2 unknown option"_s, u"3 another panel"_s,
-                 u"4 no screen"_s, u"--self-test"_s, u"--show-touch"_s, u"1 a fault"_s}) {
+        for (const auto& word :
+            {u"-noK7150"_s, u"--version"_s, u"--help"_s, u"QN740_DEV"_s, u"QN740_SPLASH_MS"_s,
+                u"QN740_SCALE"_s, u"QN740_ROTATION"_s, u"QN740_REMOTE_SOCKET"_s,
+                u"QN740_SPECTRUM_SOCKET"_s, u"QN740_SCOPE_SOCKET"_s, u"--self-test"_s,
+                u"--show-touch"_s, u"0  after SIGTERM"_s, u"1  a fault"_s, u"2  unknown option"_s,
+                u"3  another panel"_s, u"4  no screen"_s, u"5  out of memory"_s}) {
             QVERIFY2(help.contains(word), qPrintable(word));
+        }
+        constexpr qsizetype Columns = 100;
+        const QStringList lines = help.split(u'\n');
+        for (const QString& line : lines) {
+            QVERIFY2(line.size() <= Columns, qPrintable(line));
         }
     }
 };

@@ -1,4 +1,5 @@
 #include "app/Identity.h"
+#include "app/PictureMemory.h"
 #include "support/Heap.h"
 #include "support/TestMain.h"
 
@@ -23,6 +24,21 @@ private slots:
         QCOMPARE(QApplication::style()->objectName(), u"fusion"_s);
         QCOMPARE(QApplication::font().family(), u"DejaVu Sans"_s);
         QVERIFY(QApplication::font().pixelSize() > 0);
+    }
+
+    void pictures_have_memory_apart_from_other_things()
+    {
+#if defined(QN740_SANITIZED)
+        QSKIP("a sanitizer has an allocator of its own");
+#else
+        QImage(
+            400, 400, QImage::Format_RGB32); // the limit grows with what is freed, if it is not set
+        pictureMemory::keepApart();
+        const auto apart = ::mallinfo2().hblks;
+        const QImage picture(200, 100, QImage::Format_RGB32); // 80,000 bytes
+        QVERIFY(!picture.isNull());
+        QCOMPARE(::mallinfo2().hblks, apart + 1);
+#endif
     }
 
     void painting_a_coloured_button_does_not_leak()

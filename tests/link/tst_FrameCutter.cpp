@@ -1,4 +1,5 @@
 #include "link/FrameCutter.h"
+#include "link/Limits.h"
 #include "support/TestMain.h"
 
 using namespace Qt::StringLiterals;
@@ -116,6 +117,19 @@ private slots:
         cutter.append(S + u"A"_s + E + S + u"B"_s + E);
         QCOMPARE(cutter.next().value(), S + u"A"_s + E);
         QCOMPARE(cutter.rest(), E + S + u"B"_s + E);
+    }
+
+    void a_message_that_grows_past_its_limit_is_dropped_with_a_warning()
+    {
+        FrameCutter cutter;
+        cutter.append(S + QString(linkLimits::MaxMessage - 1, u'a'));
+        QVERIFY(!cutter.next());
+        QCOMPARE(cutter.rest().size(), linkLimits::MaxMessage);
+        QTest::ignoreMessage(
+            QtWarningMsg, "16777216 characters without the end of a message were dropped");
+        cutter.append(u"a"_s);
+        QVERIFY(!cutter.next());
+        QCOMPARE(cutter.rest(), QString());
     }
 };
 

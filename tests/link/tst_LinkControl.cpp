@@ -4,16 +4,55 @@
 #include "link/keySerial.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
+#include "wire/Message.h"
 
+#include <QFileInfo>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
 
+#include <array>
+#include <cstring>
+
 #include <poll.h>
+#include <sys/inotify.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// How often a file of a folder was put in the place of another.
+class Renames
+{
+public:
+    explicit Renames(const QString& folder)
+        : m_notify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        inotify_add_watch(m_notify, QFile::encodeName(folder).constData(), IN_MOVED_TO);
+    }
+    ~Renames() { ::close(m_notify); }
+    Q_DISABLE_COPY_MOVE(Renames)
+
+    int count() const
+    {
+        int count = 0;
+        alignas(inotify_event) std::array<char, 65536> events{};
+        const ssize_t size = ::read(m_notify, events.data(), events.size());
+        for (ssize_t at = 0; at < size; ++count) {
+            inotify_event event{};
+            std::memcpy(&event, events.data() + at, sizeof event);
+            at += static_cast<ssize_t>(sizeof event + event.len);
+        }
+        return count;
+    }
+
+private:
+    int m_notify;
+};
+
+} // namespace
 
 class tst_LinkControl : public QObject
 {
@@ -35,6 +74,16 @@ private slots:
     {
         m_window.reset();
         m_devices.reset();
+    }
+
+    void nothing_is_written_to_a_line_that_is_not_open()
+    {
+        LinkControl link(m_window.get());
+        link.write(u"D2:SPEN:1"_s); // there is no port yet
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"ttyO9"_s));
+        link.open(u"ttyO9"_s);
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        link.write(u"D2:SPEN:1"_s);
     }
 
     void messages_are_widened_for_the_link_mode_and_texts_are_not_data()
@@ -157,6 +206,36 @@ private slots:
         QTRY_COMPARE(m_unit->received(), framed("Slave," + QByteArray::number(mode)));
     }
 
+    // Each time costs two flushes of the disk.
+    void modes_that_come_together_are_stored_once()
+    {
+        linkMode::store(1);
+        handleModes();
+        const Renames stored(QFileInfo(QSettings(u"TORVA"_s, u"QN740KB"_s).fileName()).path());
+        QVERIFY(m_unit->write((framed("Slave,0") + framed("Slave,2")).repeated(50)));
+        QTRY_COMPARE(m_handled, 100);
+        QCOMPARE(linkMode::stored(), 2); // before the event loop goes on
+        const int count = stored.count();
+        QVERIFY2(count >= 1 && count <= 3, QByteArray::number(count));
+        QVERIFY(m_unit->write(framed("Slave,0")));
+        QTRY_COMPARE(m_handled, 101);
+        QCOMPARE(linkMode::stored(), 0);
+    }
+
+    void a_mode_is_stored_though_its_turn_goes_on()
+    {
+        handleModes();
+        bool isStored = false;
+        connect(m_link->serial(), &keySerial::valid_mess_in, m_link, [&](const QString& message) {
+            if (message.contains(u"IK"_s)) { // an editor
+                isStored = QTest::qWaitFor([] { return linkMode::stored() == 2; });
+            }
+        });
+        QVERIFY(m_unit->write(framed("Slave,2") + framed("IK")));
+        QTRY_COMPARE(m_handled, 2);
+        QVERIFY(isStored);
+    }
+
     void the_stored_mode_is_restored_and_shown_if_known()
     {
         const QSignalSpy changed(m_link, &LinkControl::modeChanged);
@@ -228,10 +307,23 @@ private slots:
     }
 
 private:
+    void handleModes()
+    {
+        m_handled = 0;
+        connect(
+            m_link->serial(), &keySerial::valid_mess_in, m_link, [this](const QString& message) {
+                if (message.contains(u"Slave"_s)) {
+                    m_link->takeModeMessage(wire::fields(message).mid(1));
+                }
+                ++m_handled;
+            });
+    }
+
     LinkModeDialog* dialog() const { return m_window->findChild<LinkModeDialog*>(); }
 
     std::unique_ptr<DeviceDirectory> m_devices;
     Pty* m_unit = nullptr;
+    int m_handled = 0;
     std::unique_ptr<QWidget> m_window;
     LinkControl* m_link = nullptr;
 };

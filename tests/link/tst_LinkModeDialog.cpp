@@ -3,6 +3,7 @@
 #include "support/Screen.h"
 #include "support/TestMain.h"
 
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -35,6 +36,9 @@ private slots:
         QCOMPARE(dialog.windowTitle(), QStringLiteral("QN740 Configuration Settings"));
         QCOMPARE(
             dialog.styleSheet(), QStringLiteral("background-color:darkgray; font-size: 22px; "));
+        const auto* title = dialog.findChild<QLabel*>(QStringLiteral("titleLabel"));
+        QVERIFY(title != nullptr);
+        QCOMPARE(title->text(), dialog.windowTitle());
         QVERIFY(dialog.isWindow());
         QVERIFY(!dialog.isModal());
         dialog.showIn(Screen);

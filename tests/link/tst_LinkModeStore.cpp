@@ -48,12 +48,13 @@ class tst_LinkModeStore : public QObject
     }
 
     // Runs the program. how, at: see FileCallFaults.cpp
-    Outcome run(const QStringList& arguments, const QString& how = {}, int at = 0) const
+    Outcome run(const QStringList& arguments, const QString& how = {}, int at = 0,
+        const QString& home = {}) const
     {
         QFile::remove(m_home->filePath(u"calls"_s));
         Program program(QString::fromUtf8(QN740_STORE_MODE), arguments,
-            {u"XDG_CONFIG_HOME="_s + m_home->path(), u"FAULT_PATH=/TORVA"_s, u"FAULT_HOW="_s + how,
-                u"FAULT_AT="_s + QString::number(at),
+            {u"XDG_CONFIG_HOME="_s + (home.isEmpty() ? m_home->path() : home),
+                u"FAULT_PATH=/TORVA"_s, u"FAULT_HOW="_s + how, u"FAULT_AT="_s + QString::number(at),
                 u"FAULT_LOG="_s + m_home->filePath(u"calls"_s),
                 u"LD_PRELOAD="_s + QString::fromUtf8(QN740_FILE_CALL_FAULTS)});
         const bool ended = program.ends() && program.exitStatus() == QProcess::NormalExit &&
@@ -177,6 +178,30 @@ private slots:
         QVERIFY(!calls().contains("write"));
     }
 
+    // What the disk did not take may be lost at a power cut, though the file reads well.
+    void an_equal_mode_is_written_again_when_it_was_not_flushed()
+    {
+        begin(OldFile);
+        QVERIFY(run({u"2"_s}).ended);
+        const qsizetype flush = calls().lastIndexOf("fsync") + 1; // of the folder
+        begin(OldFile);
+        QVERIFY(run({u"2"_s, u"2"_s, u"2"_s}, QString::number(EIO), static_cast<int>(flush)).ended);
+        QCOMPARE(calls().count("rename /QN740KB.conf.new /QN740KB.conf"), 2);
+    }
+
+    void each_folder_that_is_made_is_flushed()
+    {
+        begin({});
+        const QString home = m_home->filePath(u"TORVA/one/two"_s);
+        QVERIFY(QDir(m_home->path()).mkdir(u"TORVA"_s));
+        QVERIFY(run({u"2"_s}, {}, 0, home).ended);
+        const QByteArrayList made = calls();
+        const qsizetype first = made.indexOf("mkdir /one");
+        QCOMPARE(made.mid(first, 12),
+            (QByteArrayList{"mkdir /one", "look ", "fsync", "close", "mkdir /one/two", "look /one",
+                "fsync", "close", "mkdir /one/two/TORVA", "look /one/two", "fsync", "close"}));
+    }
+
     void a_damaged_store_reads_as_mode_0_silently_data()
     {
         QTest::addColumn<QByteArray>("contents");
@@ -192,6 +217,8 @@ private slots:
             noise += static_cast<char>(i * 7919 >> 5);
         }
         QTest::newRow("noise") << noise;
+        QTest::newRow("large but valid")
+            << "[General]\nSlave=2\n[Other]\n" + QByteArray("Key=Value\n").repeated(7000);
     }
 
     void a_damaged_store_reads_as_mode_0_silently()

@@ -1,5 +1,7 @@
 // These tests use a real line, with the test at its other end, and real time.
 #include "link/LinkWatch.h"
+
+#include "link/Limits.h"
 #include "link/keySerial.h"
 #include "support/Pty.h"
 #include "support/TestMain.h"
@@ -158,6 +160,39 @@ private slots:
         });
         QVERIFY(m_unit->write(framed("IK")));
         QTRY_VERIFY_WITH_TIMEOUT(done && !m_serial->isBusy(), LongMs);
+    }
+
+    // More than the port takes tells nothing about the unit's silence, and the kernel drops what
+    // comes then.
+    void a_full_port_is_a_sign_of_life_and_is_logged()
+    {
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        ping(4);
+        bool done = false;
+        connect(m_serial.get(), &keySerial::valid_mess_in, this, [&](const QString& message) {
+            if (!message.contains(u"IK"_s)) {
+                return;
+            }
+            QTest::ignoreMessage(QtWarningMsg,
+                QRegularExpression(
+                    u"^1048576 bytes wait for an editor to close: further ones may be lost"_s));
+            QElapsedTimer since;
+            since.start();
+            const QByteArray piece(4096, 'x');
+            while (m_serial->unread() < linkLimits::MaxBytesWaiting && m_unit->write(piece)) {
+            }
+            QCOMPARE(m_serial->unread(), linkLimits::MaxBytesWaiting);
+            // What came at first is a sign of life for one such time, in which it was looked at.
+            QTest::qWait(2 * SilenceMs + 3 * IntervalMs - static_cast<int>(since.elapsed()));
+            QCOMPARE(m_serial->unread(), linkLimits::MaxBytesWaiting);
+            QCOMPARE(m_watch->state(), LinkState::Alive);
+            done = true;
+        });
+        QVERIFY(m_unit->write(framed("IK")));
+        QTRY_VERIFY_WITH_TIMEOUT(done && !m_serial->isBusy() && m_serial->unread() == 0, LongMs);
+        QSignalSpy messages(m_serial.get(), &keySerial::valid_mess_in);
+        QVERIFY(m_unit->write(framed("PING"))); // the line is read again
+        QTRY_COMPARE(messages.size(), 1);
     }
 
 private:

@@ -9,10 +9,17 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScopeGuard>
+#include <QTemporaryDir>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QWindow>
 
+#include <array>
 #include <memory>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 namespace {
 const QRect Screen(0, 0, 800, 480);
@@ -51,6 +58,32 @@ QStringList shownTexts()
     }
     return texts;
 }
+
+// A file, and whether anybody has opened it.
+class OpenedFiles
+{
+public:
+    explicit OpenedFiles(const QString& path)
+        : m_path(path)
+        , m_notify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        QImage(4, 4, QImage::Format_RGB32).save(path);
+        inotify_add_watch(m_notify, QFile::encodeName(path).constData(), IN_OPEN);
+    }
+    ~OpenedFiles() { ::close(m_notify); }
+    Q_DISABLE_COPY_MOVE(OpenedFiles)
+
+    const QString& path() const { return m_path; }
+    bool any() const
+    {
+        std::array<char, 4096> events{};
+        return ::read(m_notify, events.data(), events.size()) > 0;
+    }
+
+private:
+    QString m_path;
+    int m_notify;
+};
 
 // Closes one of the boxes and deletes it.
 void closeOne()
@@ -151,30 +184,32 @@ private slots:
 
     void none_of_a_thousand_waiting_boxes_is_lost_and_the_rest_is_logged_once()
     {
-        MessageBoxes boxes;
+        auto owner = std::make_unique<MessageBoxes>();
+        MessageBoxes& boxes = *owner;
         for (int i = 0; i < 16 + 1000; ++i) {
             boxes.open(QString::number(i), true, Screen);
         }
         QCOMPARE(boxes.waiting(), 1000);
+        static QStringList logged;
+        const auto before = qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext&, const QString& text) {
+                if (type == QtWarningMsg && text.contains(QLatin1String("lost"))) {
+                    logged += text;
+                }
+            });
+        const auto restore = qScopeGuard([before] { qInstallMessageHandler(before); });
         const auto overflow = [&boxes](int count) {
-            QStringList logged;
-            static QStringList* sink = nullptr;
-            sink = &logged;
-            const auto before = qInstallMessageHandler(
-                [](QtMsgType, const QMessageLogContext&, const QString& text) { *sink += text; });
             for (int i = 0; i < count; ++i) {
                 boxes.open(QStringLiteral("lost"), true, Screen);
             }
-            qInstallMessageHandler(before);
-            return logged;
+            return std::exchange(logged, {});
         };
-        const QStringList warning{
-            QStringLiteral("DB: 1000 boxes are waiting, further ones are lost")};
-        QCOMPARE(overflow(50), warning);
+        const QString warning = QStringLiteral("DB: 1000 boxes are waiting, further ones are lost");
+        QCOMPARE(overflow(50), QStringList{warning});
         QCOMPARE(overflow(50), QStringList());
         closeOne();
         QCOMPARE(overflow(1), QStringList()); // there is room again
-        QCOMPARE(overflow(2), warning);
+        QCOMPARE(overflow(2), QStringList()); // in the same minute
         // The boxes come in the order in which they were sent. The last one is the one for which
         // there was room again.
         for (int i = 17; i < 16 + 1000; ++i) {
@@ -184,6 +219,8 @@ private slots:
         closeOne();
         QVERIFY(shownTexts().contains(QStringLiteral("<font size = 6>lost</font>")));
         QCOMPARE(boxes.waiting(), 0);
+        owner.reset();
+        QCOMPARE(logged, QStringList{warning + QStringLiteral(" (101 times)")}); // but the first
     }
 
     void closing_all_closes_those_that_wait_too()
@@ -317,6 +354,98 @@ private slots:
         QVERIFY(box->text().size() < 20'100);
         QVERIFY(box->text().contains(QChar(0x2026)));
         QVERIFY(Screen.contains(box->frameGeometry()));
+    }
+
+    void harmless_tags_are_rich_text_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char* text, const char* shown) {
+            QTest::newRow(text) << QString::fromLatin1(text) << QString::fromLatin1(shown);
+        };
+        row("Antenna <b>fault</b>", "Antenna fault");
+        row("Reference lost<br>Check the cable", "Reference lost\nCheck the cable");
+        row("<FONT COLOR=red size='+2'>hot</FONT >", "hot");
+        row("<p align=\"center\">A<hr width=50%>B<br />C<br/>", "A\n\nB\nC");
+        row("<span style=\"color: #ff0000; font-size:20px;font-weight:bold\">hot</span>", "hot");
+        row("<table border=1 bgcolor=#ffffff><tr><td colspan=2>A</table>", "A");
+        row("1 &lt; 2 &amp; 3 > 2", "1 < 2 & 3 > 2");
+    }
+    void harmless_tags_are_rich_text()
+    {
+        QFETCH(QString, text);
+        MessageBoxes boxes;
+        const QMessageBox* box = boxes.open(text, true, Screen);
+        QCOMPARE(box->text(), QStringLiteral("<font size = 6>%1</font>").arg(text));
+        QVERIFY(box->findChild<QTextEdit*>() == nullptr);
+        QCOMPARE(box->textFormat(), Qt::AutoText);
+        QTextDocument document;
+        document.setHtml(text);
+        QTEST(
+            document.toPlainText().trimmed().remove(QChar(0xfdd0)).remove(QChar(0xfdd1)), "shown");
+    }
+
+    void a_text_with_other_tags_is_shown_with_them_data()
+    {
+        QTest::addColumn<QString>("text"); // %1: the name of a file
+        const auto row = [](const char* text) { QTest::newRow(text) << QString::fromLatin1(text); };
+        row("<img src=\"%1\">");
+        row("<img src='file://%1'");
+        row("< IMG\tSRC=%1 >");
+        row("<&#105;mg src=%1>");
+        row("<b><img src=%1></b>");
+        row("<b title='<img src=%1>'>");
+        row("<b <img src=%1>");
+        row("<!-- > --><img src=%1>");
+        row("<table background=\"%1\"><tr><td>x</table>");
+        row("<body background=%1>");
+        row("<div style=\"background-image: url(%1)\">x</div>");
+        row("<p style='color:red; background:url(%1)'>x");
+        row("<ul style=\"list-style-image: url(%1)\"><li>x</ul>");
+        row("<link rel=\"stylesheet\" type=\"text/css\" href=\"%1\">x");
+        row("<style>@import url(%1);</style>x");
+        row("<object data=%1>x");
+        row("Level < 5 dBm");
+        row("<p style='font-size:200%'>x");
+        row("<font face=Courier>x");
+        row("<td rowspan=2000000000>x");
+        const auto many = [](const char* name, const char* text, int times) {
+            QTest::newRow(name) << QString::fromLatin1(text).repeated(times);
+        };
+        many("fourteen tables in each other", "<table><tr><td>", 14);
+        many("1,300 tables in each other", "<table><tr><td>", 1300);
+        many("three tables", "<table>", 3);
+        many("floating pictures", "<img align=left>", 300);
+        many("101 cells", "<td>x", 101);
+        many("201 tags", "<b>x", 201);
+        many("lists in lists", "<ul><li>", 300);
+    }
+    // Qt opens the files that a rich text names.
+    void a_text_with_other_tags_is_shown_with_them()
+    {
+        QFETCH(QString, text);
+        const QTemporaryDir folder;
+        const OpenedFiles opened(folder.filePath(QStringLiteral("picture.png")));
+        text.replace(QLatin1String("%1"), opened.path());
+        MessageBoxes boxes;
+        QMessageBox* box = boxes.open(text, true, Screen);
+        box->grab();
+        QVERIFY(!opened.any());
+        QCOMPARE(box->text(), QStringLiteral("<font size = 6>%1</font>").arg(text));
+        const auto* view = box->findChild<QTextEdit*>(QStringLiteral("longText"));
+        QVERIFY(view != nullptr && view->isVisible());
+        QCOMPARE(view->toPlainText().simplified(), text.simplified());
+        QVERIFY(!box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))->isVisible());
+        QVERIFY(Screen.contains(box->frameGeometry()));
+    }
+
+    void an_opened_file_is_noticed()
+    {
+        const QTemporaryDir folder;
+        const OpenedFiles opened(folder.filePath(QStringLiteral("picture.png")));
+        QLabel label(QStringLiteral("<img src=\"%1\">").arg(opened.path()));
+        label.grab();
+        QVERIFY(opened.any());
     }
 
     void a_box_stands_in_the_middle_of_the_panel()

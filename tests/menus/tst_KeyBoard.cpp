@@ -120,6 +120,7 @@ private slots:
         QVERIFY(QKeySequence::mnemonic(shown).isEmpty());
         QCOMPARE(shown.replace(u"&&"_s, u"&"_s), name + u" Menu"_s);
         QCOMPARE(menu.titleLabel->text(), u"QN740 - Menu - "_s + name);
+        QCOMPARE(menu.titleLabel->textFormat(), Qt::PlainText); // a tag in it opens no file
         QVERIFY(menu.titleLabel->buddy() == nullptr); // without a buddy a label has no mnemonic
     }
 

@@ -32,6 +32,12 @@ private slots:
         QCOMPARE(key->fixed, false);
     }
 
+    void the_characters_of_its_texts_are_counted()
+    {
+        // "Tuner CH1", "gain", "Gain", "R1:GN", "100 0" and "1:5"
+        QCOMPARE(KeyDefinition::fromFields(Fields)->characters(), 9 + 4 + 4 + 5 + 5 + 3);
+    }
+
     void fewer_than_eleven_fields_are_not_a_definition()
     {
         for (int n = 0; n < Fields.size(); ++n) {

@@ -1,5 +1,6 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
+#include "menus/Limits.h"
 #include "menus/MenuMessages.h"
 #include "popups/PopUpSlider.h"
 #include "support/PopUps.h"
@@ -356,6 +357,17 @@ private slots:
         }
         QCOMPARE(button->marks().isPending, pending);
         QCOMPARE(key->isPending(), pending);
+    }
+
+    void a_thousand_choices_can_be_locked()
+    {
+        ak(u"M,k,Label,2,CMD,,0,0 A:1 B:2 C,0,0,1"_s);
+        QString positions;
+        for (int n = 0; n < menuLimits::MaxLocked + 5; ++n) {
+            positions += QString::number(n) + u':';
+        }
+        m_menus->lockChoices({u"M"_s, u"k"_s, positions});
+        QCOMPARE(find(u"M"_s, u"k"_s)->itemIds.size(), menuLimits::MaxLocked);
     }
 
     void an_ignored_part_of_a_message_is_logged_data()

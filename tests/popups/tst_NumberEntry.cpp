@@ -350,6 +350,8 @@ private slots:
         QVERIFY(text.startsWith(u"<font size = 5>Invalid Entry       1000"_s));
         QVERIFY(text.contains(QChar(0x2026)));
         QVERIFY(text.endsWith(u"0007  </font>"_s));
+        // 36 characters in all, the last twelve of the entry among them
+        QCOMPARE(text.count(u'0'), typed(u"1"_s).errorText(0).count(u'0') + 33 - 6);
         QVERIFY(text.size() < 90);
     }
 };

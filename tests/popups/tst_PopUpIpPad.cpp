@@ -197,6 +197,10 @@ private slots:
                 QCOMPARE(
                     box->informativeText(), u"Expected Format #.#.#.# \n[# is from 0 to 255]"_s);
                 QCOMPARE(box->windowTitle(), u"IPv4 Format"_s);
+                const auto* title = box->findChild<QLabel*>(u"titleLabel"_s);
+                QVERIFY(title != nullptr && title->isVisible());
+                QCOMPARE(title->text(), u"IPv4 Format"_s);
+                QCOMPARE(title->geometry(), QRect(2, 2, 296, 36));
                 QCOMPARE(box->width(), 300);
                 QVERIFY(!box->windowIcon().isNull());
                 QVERIFY(ScreenArea.contains(box->frameGeometry()));

@@ -30,6 +30,7 @@ private slots:
                 auto* box = qobject_cast<QMessageBox*>(top);
                 QVERIFY(box != nullptr);
                 QCOMPARE(box->windowTitle(), u"Out Of Range"_s);
+                QCOMPARE(box->findChild<QLabel*>(u"titleLabel"_s)->text(), u"Out Of Range"_s);
                 QCOMPARE(box->text(), u"<font size = 5>Invalid Entry       2  Kbps</font>"_s);
                 QCOMPARE(box->informativeText(),
                     u"<font size = 6>Valid Range(s)</font><br><font size = 7><b>1.0 bps to 5.0 bps<br>10.0 bps to 20.0 bps</b></font>"_s);

@@ -54,6 +54,7 @@ private slots:
             QCOMPARE(modal->windowTitle(), u"Set Volume Value"_s);
             QCOMPARE(readout(modal), u"50.00%"_s);
             const auto* label = modal->findChild<QLabel*>(u"readoutLabel"_s);
+            QCOMPARE(label->textFormat(), Qt::PlainText);
             QCOMPARE(label->styleSheet(), u"font: 22px"_s);
             QVERIFY(label->height() >= 40);
             QCOMPARE(slider->minimum(), 0);

@@ -3,7 +3,51 @@
 #include "support/TestMain.h"
 #include "touch/HeldKeys.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// A window with a sheet for all that is in it, a page with one for its keys, and a key.
+struct Page
+{
+    Page(QPushButton* button, const QString& keys)
+    {
+        window.setStyleSheet(
+            u"background-color:darkgray; border-width: 2px; border-style: solid; font-size: 30px;"_s);
+        auto* page = new QWidget(&window);
+        page->setStyleSheet(
+            keys + u" {background-color: #303438; color: white; font-size: 20px;}"_s);
+        button->setParent(page);
+        button->setGeometry(4, 4, 130, 62);
+        page->resize(200, 120);
+        window.resize(200, 120);
+        window.show();
+    }
+
+    QImage picture() { return window.grab().toImage().convertToFormat(QImage::Format_RGB32); }
+
+    QWidget window;
+};
+
+// \return the largest difference between two pictures, in steps of a colour
+int difference(const QImage& one, const QImage& other)
+{
+    int largest = one.size() == other.size() ? 0 : 255;
+    for (int y = 0; y < one.height() && largest < 255; ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QRgb a = one.pixel(x, y);
+            const QRgb b = other.pixel(x, y);
+            largest = std::max({largest, std::abs(qRed(a) - qRed(b)),
+                std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+        }
+    }
+    return largest;
+}
+
+} // namespace
 
 class tst_PushButtonKey : public QObject
 {
@@ -42,6 +86,45 @@ private slots:
         QCOMPARE(key->styleSheet(), sheet);
         QVERIFY(!key->isDown());
         QVERIFY(pressed.isEmpty());
+    }
+
+    void it_looks_as_the_style_paints_its_sheets_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isPressed");
+        QTest::newRow("character") << u"q"_s << false;
+        QTest::newRow("character, pressed") << u"q"_s << true;
+        QTest::newRow("command") << u"BACKSPACE"_s << false;
+        QTest::newRow("command, pressed") << u"DEL"_s << true;
+    }
+    void it_looks_as_the_style_paints_its_sheets()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, isPressed);
+        auto* key = new PushButtonKey(text);
+        Page ours(key, u"PushButtonKey"_s);
+        key->setDown(isPressed);
+        if (isPressed) {
+            emit key->pressed();
+        }
+        auto* styled = new QPushButton(text);
+        styled->setStyleSheet(key->styleSheet());
+        Page peer(styled, u"QPushButton"_s);
+        styled->setDown(isPressed);
+        // The corners are blended twice.
+        const int found = difference(ours.picture(), peer.picture());
+        QVERIFY2(found <= 2, qPrintable(QString::number(found)));
+        QCOMPARE(key->font().pixelSize(), 20);
+        QVERIFY(key->property("styleSheet").toString().isEmpty()); // the style does no work on it
+    }
+
+    void it_follows_the_sheets_around_it()
+    {
+        auto* key = new PushButtonKey(u"q"_s);
+        Page page(key, u"PushButtonKey"_s);
+        const QImage before = page.picture();
+        key->parentWidget()->setStyleSheet(u"PushButtonKey {background-color: red;}"_s);
+        QVERIFY(difference(page.picture(), before) > 100);
     }
 
     void command_keys_look_different()

@@ -111,6 +111,8 @@ ReceivedPoints turnedQpsk(double radians)
 
 } // namespace
 
+Q_DECLARE_METATYPE(Complex)
+
 class tst_ConstellationFit : public QObject
 {
     Q_OBJECT
@@ -310,6 +312,193 @@ private slots:
         moments.kurtosis = 1.5;
         QCOMPARE(moments.fourth(), 1.0);
         QCOMPARE(moments.eighth(), 2.0);
+        moments.kurtosis = 1.74;
+        QVERIFY(near(moments.fourth(), 0.5 / 0.26, 1e-6));
+        QVERIFY(near(moments.eighth(), 0.5 / (0.26 * 0.26), 1e-6));
+    }
+
+    // Neither of them is nearer, but the decision is always the same.
+    void a_point_on_a_border_counts_for_one_of_its_neighbours_data()
+    {
+        QTest::addColumn<int>("order");
+        QTest::addColumn<double>("x");
+        QTest::addColumn<double>("y");
+        QTest::addColumn<Complex>("decision");
+        const auto row = [](const char* name, Order order, Complex at, Complex decision) {
+            QTest::newRow(name) << int(order) << at.real() << at.imag() << decision;
+        };
+        const double sixteenth = Pi / 8.0;
+        row("BPSK", Order::Bpsk, {0.0, 1.0}, {1.0, 0.0});
+        row("QPSK, I axis", Order::Qpsk, {1.0, 0.0}, std::polar(1.0, Pi / 4.0));
+        row("QPSK, Q axis", Order::Qpsk, {0.0, 1.0}, std::polar(1.0, Pi / 4.0));
+        row("QPSK, -Q axis", Order::Qpsk, {0.0, -1.0}, std::polar(1.0, -Pi / 4.0));
+        row("8PSK, first diagonal", Order::Psk8, {1.0, 1.0}, std::polar(1.0, sixteenth));
+        row("8PSK, second diagonal", Order::Psk8, {-1.0, 1.0}, std::polar(1.0, 7 * sixteenth));
+        row("8PSK, third diagonal", Order::Psk8, {-1.0, -1.0}, std::polar(1.0, 9 * sixteenth));
+        row("8PSK, fourth diagonal", Order::Psk8, {1.0, -1.0}, std::polar(1.0, 15 * sixteenth));
+    }
+
+    void a_point_on_a_border_counts_for_one_of_its_neighbours()
+    {
+        QFETCH(int, order);
+        QFETCH(double, x);
+        QFETCH(double, y);
+        QFETCH(Complex, decision);
+        const auto kind = static_cast<Order>(order);
+        const Complex found = modulationOrder::points(kind)[nearestPoint(kind, x, y)];
+        QVERIFY2(near(found, decision), QByteArray::number(std::arg(found) / Pi * 8.0));
+    }
+
+    // A good signal is left as it is: wrong decisions are too rare to count.
+    void a_good_signal_is_not_corrected_data()
+    {
+        QTest::addColumn<int>("order");
+        QTest::addColumn<double>("db");
+        QTest::addColumn<bool>("corrected");
+        for (const Order order : {Order::Bpsk, Order::Qpsk, Order::Psk8}) {
+            const QByteArray name = modulationOrder::name(order).toLatin1();
+            QTest::addRow("%s at 8.5 dB", name.constData()) << int(order) << 8.5 << true;
+            QTest::addRow("%s at 15.1 dB", name.constData()) << int(order) << 15.1 << false;
+        }
+        QTest::newRow("8PSK at 14.9 dB") << int(Order::Psk8) << 14.9 << true;
+        QTest::newRow("16QAM at 18.9 dB") << int(Order::Qam16) << 18.9 << true;
+        QTest::newRow("16QAM at 19.1 dB") << int(Order::Qam16) << 19.1 << false;
+    }
+
+    void a_good_signal_is_not_corrected()
+    {
+        QFETCH(int, order);
+        QFETCH(double, db);
+        QFETCH(bool, corrected);
+        ConstellationFit fit;
+        fit.order = static_cast<Order>(order);
+        fit.toReceived = PlaneMap::complexGain({0.3, 0.4});
+        fit.residual = 0.25 * std::pow(10.0, -db / 10.0);
+        const ReceivedPoints points = noisy(fit.order, fit.toReceived, 400, 0.05, 0.05);
+        const NoiseEstimate estimate = NoiseEstimate::of(points, fit);
+        QCOMPARE(estimate.scale == 1.0 && estimate.noise == fit.residual, !corrected);
+    }
+
+    // Signal and noise have the power that was received, in the true ratio.
+    void the_power_of_psk_is_divided_in_the_true_ratio_data()
+    {
+        QTest::addColumn<int>("order");
+        QTest::addColumn<double>("found");
+        QTest::addColumn<double>("actual");
+        QTest::newRow("BPSK") << int(Order::Bpsk) << 6.022 << 6.0;
+        QTest::newRow("QPSK") << int(Order::Qpsk) << 7.208 << 7.0;
+        QTest::newRow("8PSK") << int(Order::Psk8) << 9.231 << 8.0;
+        QTest::newRow("QPSK, weak") << int(Order::Qpsk) << 3.586 << 1.0;
+    }
+
+    void the_power_of_psk_is_divided_in_the_true_ratio()
+    {
+        QFETCH(int, order);
+        QFETCH(double, found);
+        QFETCH(double, actual);
+        ConstellationFit fit;
+        fit.order = static_cast<Order>(order);
+        fit.toReceived = {0.3, -0.4, 0.42, 0.28, 0.0, 0.0}; // with an image
+        const double fitted = std::norm(fit.gain()) + std::norm(fit.image());
+        fit.residual = fitted / std::pow(10.0, found / 10.0);
+        const NoiseEstimate estimate = NoiseEstimate::of({}, fit);
+        const double signal = fitted * estimate.scale * estimate.scale;
+        QVERIFY(near(signal + estimate.noise, fitted + fit.residual));
+        QVERIFY(near(10.0 * std::log10(signal / estimate.noise), actual, 1e-6));
+    }
+
+    // 16QAM with little noise, and a fit whose size and residual are wrong: the estimate does not
+    // depend on where it begins. One point far outside counts as at the edge of the histogram.
+    void the_size_of_16qam_is_found_from_a_wrong_one_data()
+    {
+        QTest::addColumn<double>("size");
+        QTest::addColumn<double>("db");
+        QTest::newRow("too large") << 1.15 << 15.0;
+        QTest::newRow("too small") << 0.9 << 15.0;
+        QTest::newRow("much noise") << 1.05 << 8.0;
+    }
+
+    void the_size_of_16qam_is_found_from_a_wrong_one()
+    {
+        QFETCH(double, size);
+        QFETCH(double, db);
+        ReceivedPoints points = noisy(Order::Qam16, {}, 4000, 0.06, 0.06);
+        append(points, {0.3, 5.0});
+        ConstellationFit fit;
+        fit.order = Order::Qam16;
+        fit.toReceived = PlaneMap::complexGain(size);
+        fit.residual = size * size * std::pow(10.0, -db / 10.0);
+        const NoiseEstimate estimate = NoiseEstimate::of(points, fit);
+        QVERIFY2(
+            near(estimate.scale * size, 1.0, 0.005), QByteArray::number(estimate.scale * size));
+        // The noise along both axes, and what the far point adds at most: (2.4 - 0.95)² of 4001.
+        const double noise = estimate.noise - 0.0072;
+        QVERIFY2(noise > -0.0006 && noise < 0.0012, QByteArray::number(noise));
+    }
+
+    void without_noise_16qam_has_that_of_the_histogram()
+    {
+        const PlaneMap map = PlaneMap::complexGain({0.3, 0.1});
+        const ReceivedPoints points = noisy(Order::Qam16, map, 80, 0.0, 0.0);
+        ConstellationFit fit;
+        fit.order = Order::Qam16;
+        fit.toReceived = map;
+        fit.residual = 0.003;
+        const NoiseEstimate estimate = NoiseEstimate::of(points, fit);
+        // A ten thousandth of the power along each axis.
+        QVERIFY(near(estimate.noise, 1e-4 * 2.0 * 0.1, 1e-9));
+        // The levels 0.3162 and 0.9487 count as the middles of their bins, equally often.
+        double product = 0.0;
+        double power = 0.0;
+        for (size_t n = 0; n < points.size(); ++n) {
+            const Complex point = map.inverse()({points.x[n], points.y[n]});
+            for (const double level : {std::abs(point.real()), std::abs(point.imag())}) {
+                product += level * (level < 0.5 ? 0.31 : 0.95);
+                power += level * level;
+            }
+        }
+        QVERIFY2(near(estimate.scale, product / power, 1e-5), QByteArray::number(estimate.scale));
+    }
+
+    // However the constellation is turned, skewed and moved.
+    void the_noise_of_a_distorted_16qam_is_found_behind_wrong_decisions_data()
+    {
+        QTest::addColumn<double>("turn"); // in degrees
+        QTest::addColumn<double>("db");
+        for (const double turn : {5.0, 20.0, 40.0}) {
+            for (const double db : {11.0, 15.0}) {
+                QTest::addRow("%g degrees, %g dB", turn, db) << turn << db;
+            }
+        }
+    }
+
+    void the_noise_of_a_distorted_16qam_is_found_behind_wrong_decisions()
+    {
+        QFETCH(double, turn);
+        QFETCH(double, db);
+        const Complex gain = std::polar(0.35, turn * Pi / 180.0);
+        PlaneMap map = PlaneMap::complexGain(gain, {0.05, -0.04});
+        map.xx *= 1.1;
+        map.xy *= 1.1; // I is larger
+        const double power =
+            (map.xx * map.xx + map.xy * map.xy + map.yx * map.yx + map.yy * map.yy) / 2.0;
+        const double noise = power * std::pow(10.0, -db / 10.0);
+        ReceivedPoints points;
+        Sequence sequence(5);
+        for (const Complex& point : modulationOrder::points(Order::Qam16)) {
+            for (int n = 0; n < 400; ++n) {
+                const double radius =
+                    std::sqrt(-noise * std::log(sequence.next() + 0.5 + 1e-10)); // Box and Muller
+                append(points, map(point) + std::polar(radius, 2.0 * Pi * sequence.next()));
+            }
+        }
+        const ConstellationFit fit = ConstellationFit::of(
+            ConstellationSums::of(points, Order::Qam16, map.inverse()), Order::Qam16);
+        const NoiseEstimate estimate = NoiseEstimate::of(points, fit);
+        const double size = std::sqrt(fit.toReceived.determinant() / map.determinant());
+        QVERIFY2(near(size * estimate.scale, 1.0, 0.01), QByteArray::number(size * estimate.scale));
+        QVERIFY2(
+            near(estimate.noise / noise, 1.0, 0.06), QByteArray::number(estimate.noise / noise));
     }
 
     // Gaussian noise (Box and Muller), whose power is known, at a ratio where every sixth decision
@@ -359,6 +548,71 @@ private slots:
         QVERIFY(figures.imbalanceValid);
         QVERIFY(near(figures.imbalanceDb, 20.0 * std::log10(1.25), 0.001));
         QVERIFY(near(figures.quadratureDegrees, 3.0, 0.01));
+    }
+
+    // Ideal points have the fourth moment of their constellation, so the guess is exact.
+    void the_first_guess_maps_ideal_points_to_themselves_data() { addOrders(); }
+
+    void the_first_guess_maps_ideal_points_to_themselves()
+    {
+        QFETCH(int, order);
+        const auto kind = static_cast<Order>(order);
+        const double turn = kind == Order::Bpsk ? 0.9 : 0.3;
+        const PlaneMap map = PlaneMap::complexGain(std::polar(0.4, turn), {0.05, -0.03});
+        ReceivedPoints points;
+        for (const Complex& point : modulationOrder::points(kind)) {
+            append(points, map(point));
+        }
+        PointMoments moments = PointMoments::secondOrder(points);
+        moments.addHigherOrders(points);
+        const PlaneMap guess = orderFinder::firstGuess(moments, kind);
+        // A square or a ring looks the same when it is turned by one place.
+        for (size_t n = 0; n < points.size(); ++n) {
+            const Complex at = guess({points.x[n], points.y[n]});
+            const auto& ideal = modulationOrder::points(kind);
+            QVERIFY2(near(at, ideal[decided(kind, at)]), QByteArray::number(std::abs(at)));
+        }
+    }
+
+    void points_as_weak_as_the_steps_of_the_samples_are_no_signal()
+    {
+        ReceivedPoints points;
+        Sequence sequence(3);
+        for (int n = 0; n < 400; ++n) {
+            append(points, sequence.below(2) == 0 ? 1.0 : -1.0);
+        }
+        points.x[0] = -points.x[1]; // as many of either
+        while (const double sum = std::accumulate(points.x.begin(), points.x.end(), 0.0)) {
+            *std::find(points.x.begin(), points.x.end(), sum > 0.0 ? 1.0 : -1.0) *= -1.0;
+        }
+        const auto scaled = [points](double amplitude) {
+            ReceivedPoints result = points;
+            for (double& x : result.x) {
+                x *= amplitude;
+            }
+            return result;
+        };
+        QVERIFY(orderFinder::find(scaled(4.0 / 32768.0)).valid);
+        QVERIFY(!orderFinder::find(scaled(3.99 / 32768.0)).valid);
+    }
+
+    void points_on_a_line_have_a_limited_ratio_of_axes()
+    {
+        ReceivedPoints points;
+        append(points, {0.3, 0.4});
+        append(points, {-0.3, -0.4});
+        QVERIFY(near(PointMoments::secondOrder(points).axisRatio / 1e9, 1.0, 1e-6));
+    }
+
+    void one_point_has_moments()
+    {
+        ReceivedPoints points;
+        append(points, {1.0, 1.0});
+        PointMoments moments; // which leave the point where it is
+        moments.addHigherOrders(points);
+        QVERIFY(near(moments.kurtosis, 4.0));
+        QVERIFY(near(moments.z4, -4.0));
+        QVERIFY(near(moments.z8, 16.0));
     }
 
     // The search is the first guess of the moments, and three fits.

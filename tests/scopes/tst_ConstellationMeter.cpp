@@ -110,6 +110,11 @@ private slots:
         }
     }
 
+    void without_an_order_no_point_is_near()
+    {
+        QCOMPARE(nearestPoint(Order::Unknown, 0.5, 0.5), size_t{0});
+    }
+
     void a_map_and_its_inverse_leave_a_point_where_it_is()
     {
         const PlaneMap map{1.5, -0.25, 0.5, 0.75, 0.1, -0.2};
@@ -392,6 +397,103 @@ private slots:
         const double expected = 20.0 * std::log10(1.0066 / 0.1154);
         QVERIFY2(std::abs(meter.figures().merDb - expected) < 0.3,
             qPrintable(QString::number(meter.figures().merDb)));
+    }
+
+    void an_order_that_is_found_again_is_kept_at_one_bad_reading()
+    {
+        ConstellationMeter meter;
+        AnalyticPoints good = pointsOf(Order::Qpsk, 20.0);
+        AnalyticPoints noise = noiseAlone();
+        for (int time = 0; time < 2; ++time) {
+            feed(meter, good, ConstellationMeter::MaxBlocks);
+            QCOMPARE(int(meter.figures().order), int(Order::Qpsk));
+            feed(meter, noise, ConstellationMeter::MaxBlocks);
+            QCOMPARE(int(meter.figures().order), int(Order::Qpsk));
+            feed(meter, noise, 1);
+            QCOMPARE(int(meter.figures().order), int(Order::Unknown));
+        }
+    }
+
+    void below_four_blocks_nothing_is_found()
+    {
+        ConstellationMeter meter;
+        AnalyticPoints points = pointsOf(Order::Qpsk, 25.0);
+        feed(meter, points, 3);
+        QVERIFY(!meter.figures().valid);
+        feed(meter, points, 1);
+        QVERIFY(meter.figures().valid);
+    }
+
+    void perfect_points_have_the_figures_of_the_limits()
+    {
+        const PlaneMap map = PlaneMap::complexGain({0.3, 0.1});
+        const ReceivedPoints points = ideal(Order::Qpsk, map);
+        const ConstellationFigures figures =
+            constellationFigures(points, orderFinder::find(points));
+        QVERIFY(figures.valid && figures.imbalanceValid);
+        QVERIFY2(std::abs(figures.merDb - 100.0) < 1e-6, QByteArray::number(figures.merDb));
+        QVERIFY(std::abs(figures.evmPercent - 1e-3) < 1e-9);
+        QCOMPARE(figures.offsetDb, -100.0);
+    }
+
+    // I has 1.2 times the gain of Q, and their axes are 4 degrees too near to each other, however
+    // the constellation is turned.
+    void an_imbalance_is_that_of_the_axes_data()
+    {
+        QTest::addColumn<double>("turn");
+        for (const double turn : {0.0, 10.0, 25.0, 40.0}) {
+            QTest::addRow("turned by %g degrees", turn) << turn;
+        }
+    }
+
+    void an_imbalance_is_that_of_the_axes()
+    {
+        QFETCH(double, turn);
+        const double skew = 4.0 * Pi / 180.0;
+        const PlaneMap axes{1.2, 0.0, std::sin(skew), std::cos(skew), 0.0, 0.0};
+        const PlaneMap map = axes.after(PlaneMap::complexGain(std::polar(0.3, turn * Pi / 180.0)));
+        ConstellationFit fit;
+        fit.order = Order::Qpsk;
+        fit.valid = true;
+        fit.toReceived = map;
+        fit.count = 4000.0;
+        fit.residual = 1e-6;
+        const ConstellationFigures figures = constellationFigures(ideal(Order::Qpsk, map), fit);
+        QVERIFY(figures.imbalanceValid);
+        QVERIFY(std::abs(figures.imbalanceDb - 20.0 * std::log10(1.2)) < 1e-9);
+        QVERIFY(std::abs(figures.quadratureDegrees - 4.0) < 1e-9);
+        // Noise, image and offset together are the error.
+        fit.toReceived.x0 = 0.01;
+        const double gain = std::norm(fit.gain());
+        const double error = 1e-6 + std::norm(fit.image()) + 1e-4;
+        const double ratio = constellationFigures(ideal(Order::Qpsk, fit.toReceived), fit).merDb;
+        QVERIFY(std::abs(ratio - 10.0 * std::log10(gain / error)) < 1e-6);
+    }
+
+    // Three deviations of an angle are 0.5 degrees at most: with 1,000 points at 22.93 dB.
+    void an_imbalance_is_shown_once_noise_is_low_enough_data()
+    {
+        QTest::addColumn<double>("count");
+        QTest::addColumn<double>("db");
+        QTest::addColumn<bool>("shown");
+        const double limit = 10.0 * std::log10(2.0 / 1000.0 * std::pow(3.0 * 360.0 / Pi, 2));
+        QTest::newRow("just enough") << 1000.0 << limit + 0.01 << true;
+        QTest::newRow("just too little") << 1000.0 << limit - 0.01 << false;
+        QTest::newRow("twice the points") << 2000.0 << limit - 3.0 << true;
+        QTest::newRow("half the points") << 500.0 << limit + 3.0 << false;
+    }
+
+    void an_imbalance_is_shown_once_noise_is_low_enough()
+    {
+        QFETCH(double, count);
+        QFETCH(double, db);
+        ConstellationFit fit;
+        fit.order = Order::Qpsk;
+        fit.valid = true;
+        fit.toReceived = PlaneMap::complexGain(0.5);
+        fit.count = count;
+        fit.residual = 0.25 / std::pow(10.0, db / 10.0);
+        QTEST(constellationFigures({}, fit).imbalanceValid, "shown");
     }
 
     void bpsk_has_no_imbalance()

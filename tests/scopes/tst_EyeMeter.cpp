@@ -19,9 +19,9 @@ void feed(Meter& meter, const QString& text, int blocks)
 constexpr double Pi = 3.14159265358979323846;
 constexpr int Instants = 16;
 
-// Symbols of 4 samples, raised-cosine pulses (roll-off 0.4) and some noise; the same with every
-// library (a linear congruential generator; Numerical Recipes, 7.1).
-QVector<double> shaped(int levels, double noise, quint32 seed)
+// Symbols of 4 samples or so many, raised-cosine pulses (roll-off 0.4) and some noise; the same
+// with every library (a linear congruential generator; Numerical Recipes, 7.1).
+QVector<double> shaped(int levels, double noise, quint32 seed, double period = 4.0)
 {
     quint32 state = seed;
     const auto next = [&state] {
@@ -32,7 +32,7 @@ QVector<double> shaped(int levels, double noise, quint32 seed)
     for (int symbol = -8; symbol < 72; ++symbol) {
         const double value = 2.0 * std::floor(next() * levels) + 1.0 - levels;
         for (int k = 0; k < 256; ++k) {
-            const double t = k / 4.0 - symbol - 0.15;
+            const double t = k / period - symbol - 0.15;
             const double pulse =
                 std::sin(Pi * t) / (Pi * t) * std::cos(0.4 * Pi * t) / (1.0 - 0.64 * t * t);
             samples[k] += 0.8 / levels * value * pulse;
@@ -84,13 +84,14 @@ Level levelOf(const QVector<double>& values, Counts counts)
 
 // The spread of the innermost level at one instant: of all magnitudes with two levels, of those
 // below the mean with four; 1 where there are not clearly four.
-double spreadAt(const QVector<QVector<double>>& blocks, int instant, bool four)
+double spreadAt(const QVector<QVector<double>>& blocks, int instant, bool four, double period = 4.0)
 {
+    const double step = period / Instants;
     QVector<double> values;
     for (const QVector<double>& samples : blocks) {
-        for (int n = 20; n * 0.25 < 251.0; ++n) {
+        for (int n = static_cast<int>(std::ceil(5.0 / step)); n * step < 251.0; ++n) {
             if (n % Instants == instant) {
-                values.append(std::abs(valueAt(samples, n * 0.25)));
+                values.append(std::abs(valueAt(samples, n * step)));
             }
         }
     }
@@ -106,11 +107,11 @@ double spreadAt(const QVector<QVector<double>>& blocks, int instant, bool four)
 }
 
 // The opening by its definition, from the least spread of a parabola through three instants.
-EyeOpening openingOf(const QVector<QVector<double>>& blocks, bool four)
+EyeOpening openingOf(const QVector<QVector<double>>& blocks, bool four, double period = 4.0)
 {
     QVector<double> squares;
     for (int instant = 0; instant < Instants; ++instant) {
-        squares.append(std::pow(spreadAt(blocks, instant, four), 2));
+        squares.append(std::pow(spreadAt(blocks, instant, four, period), 2));
     }
     const auto best =
         static_cast<int>(std::min_element(squares.cbegin(), squares.cend()) - squares.cbegin());
@@ -122,6 +123,44 @@ EyeOpening openingOf(const QVector<QVector<double>>& blocks, bool four)
     const double least = std::max(0.0, here - (left - right) * top / 4.0);
     const double place = (best + top) / Instants;
     return {true, 100.0 * (1.0 - 3.0 * std::sqrt(least)), place - std::floor(place + 0.5)};
+}
+
+// Whether there are two levels with an eye that is open, two that is not, or four.
+EyeOpening plainOpening(const QVector<QVector<double>>& blocks)
+{
+    double leastOfTwo = 1.0;
+    double leastOfFour = 1.0;
+    for (int instant = 0; instant < Instants; ++instant) {
+        leastOfTwo = std::min(leastOfTwo, spreadAt(blocks, instant, false));
+        leastOfFour = std::min(leastOfFour, spreadAt(blocks, instant, true));
+    }
+    const bool four = leastOfTwo >= 1.0 / 3.0 && leastOfFour < 1.0;
+    if ((four ? leastOfFour : leastOfTwo) > 0.6) {
+        return {};
+    }
+    EyeOpening opening = openingOf(blocks, four);
+    opening.percent = std::clamp(opening.percent, 0.0, 100.0);
+    return opening;
+}
+
+// Symbols of 4 samples with four levels, of which this share are inner ones, the outer ones so many
+// times as large.
+QVector<double> unevenLevels(double inner, double outer, double noise, std::mt19937& random)
+{
+    const auto next = [&random] { return static_cast<double>(random()) / 4294967296.0; };
+    QVector<double> samples(256, 0.0);
+    for (int symbol = -8; symbol < 72; ++symbol) {
+        const double value = (next() < inner ? 0.2 : 0.2 * outer) * (next() < 0.5 ? -1.0 : 1.0);
+        for (int k = 0; k < 256; ++k) {
+            const double t = k / 4.0 - symbol - 0.15;
+            samples[k] +=
+                value * std::sin(Pi * t) / (Pi * t) * std::cos(0.4 * Pi * t) / (1.0 - 0.64 * t * t);
+        }
+    }
+    for (double& sample : samples) {
+        sample += noise * (next() + next() + next() + next() - 2.0);
+    }
+    return samples;
 }
 
 } // namespace
@@ -312,6 +351,68 @@ private slots:
             qPrintable(QStringLiteral("%1, not %2").arg(found.percent).arg(expected.percent)));
         QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
         QVERIFY(std::abs(found.bestInstant - 0.15) < 0.03);
+    }
+
+    void the_opening_at_another_period_is_that_of_its_definition_data()
+    {
+        QTest::addColumn<double>("period");
+        QTest::newRow("3.3") << 3.3;
+        QTest::newRow("5.7") << 5.7;
+        QTest::newRow("9.1") << 9.1;
+    }
+
+    void the_opening_at_another_period_is_that_of_its_definition()
+    {
+        QFETCH(double, period);
+        EyeMeter meter;
+        QVector<QVector<double>> blocks;
+        for (quint32 block = 0; block < 12; ++block) {
+            blocks.append(shaped(2, 0.05, 17 + block, period));
+            meter.addBlock(blocks.last(), QVector<double>(256, 0.0));
+        }
+        const double found = meter.figures().samplesPerSymbol;
+        QVERIFY2(std::abs(found - period) < 0.01 * period, QByteArray::number(found));
+        const EyeOpening expected = openingOf(blocks, false, found);
+        const EyeOpening opening = meter.figures().i;
+        QVERIFY(opening.valid && expected.percent > 20.0);
+        QVERIFY2(std::abs(opening.percent - expected.percent) < 1e-6,
+            qPrintable(QStringLiteral("%1, not %2").arg(opening.percent).arg(expected.percent)));
+        QVERIFY(std::abs(opening.bestInstant - expected.bestInstant) < 1e-6);
+    }
+
+    void any_eye_has_the_opening_of_its_definition_data()
+    {
+        QTest::addColumn<double>("inner");
+        QTest::addColumn<double>("outer");
+        QTest::addColumn<double>("noise");
+        for (const double inner : {0.0, 0.15, 0.25, 0.7, 0.83}) {
+            for (const double outer : {1.8, 3.0}) {
+                for (const double noise : {0.0, 0.05, 0.15, 0.4}) {
+                    QTest::addRow("%g inner, %g, noise %g", inner, outer, noise)
+                        << inner << outer << noise;
+                }
+            }
+        }
+    }
+
+    void any_eye_has_the_opening_of_its_definition()
+    {
+        QFETCH(double, inner);
+        QFETCH(double, outer);
+        QFETCH(double, noise);
+        std::mt19937 random(5);
+        EyeMeter meter;
+        QVector<QVector<double>> blocks;
+        for (int block = 0; block < 4; ++block) { // too few for the period, which is 4 then
+            blocks.append(unevenLevels(inner, outer, noise, random));
+            meter.addBlock(blocks.last(), QVector<double>(256, 0.0));
+        }
+        const EyeOpening expected = plainOpening(blocks);
+        const EyeOpening found = meter.figures().i;
+        QCOMPARE(found.valid, expected.valid);
+        QVERIFY2(std::abs(found.percent - expected.percent) < 1e-6,
+            qPrintable(QStringLiteral("%1, not %2").arg(found.percent).arg(expected.percent)));
+        QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
     }
 
     void noise_closes_the_eye()

@@ -150,6 +150,31 @@ private slots:
         QVERIFY(decoder.lostSync());
     }
 
+    void a_single_byte_in_front_of_a_block_is_reported_by_lost_sync()
+    {
+        IqBlockDecoder decoder;
+        const QByteArray block = ramp(100);
+        QCOMPARE(decoder.take("x", 1), 1);
+        QCOMPARE(decoder.take(block.constData(), block.size()), block.size());
+        QVERIFY(decoder.blockReady());
+        QVERIFY(decoder.lostSync());
+    }
+
+    void a_block_of_zeros_has_a_largest_magnitude_of_0()
+    {
+        const streams::Blocks blocks =
+            blocksOf(streams::block(QVector<int>(256, 0), QVector<int>(256, 0)));
+        QCOMPARE(blocks.maxI, QVector<double>{0.0});
+        QCOMPARE(blocks.maxQ, QVector<double>{0.0});
+        QByteArray broken = streams::block(QVector<int>(256, 0), QVector<int>(256, 0));
+        qToBigEndian(quint16{101}, broken.data() + 100 * 6);
+        IqBlockDecoder decoder;
+        streams::Blocks none;
+        feed(decoder, broken, none);
+        QCOMPARE(decoder.maxAbsI(), 0.0);
+        QCOMPARE(decoder.maxAbsQ(), 0.0);
+    }
+
     void after_a_block_the_search_starts_anew()
     {
         IqBlockDecoder decoder;
@@ -210,6 +235,32 @@ private slots:
         streams::Blocks blocks;
         feed(decoder, ramp(20000) + broken, blocks, nullptr, most);
         QCOMPARE(blocks.i.size(), 1);
+        QCOMPARE(decoder.maxAbsI(), 3000 / 32768.0);
+        QCOMPARE(decoder.maxAbsQ(), 4000 / 32768.0);
+    }
+
+    void the_first_sample_counts_for_the_largest_magnitudes_data()
+    {
+        QTest::addColumn<bool>("isBroken");
+        QTest::newRow("of a good block") << false;
+        QTest::newRow("of a broken block") << true;
+    }
+
+    void the_first_sample_counts_for_the_largest_magnitudes()
+    {
+        QFETCH(bool, isBroken);
+        QVector<int> i(256, 100);
+        QVector<int> q(256, 200);
+        i[0] = -3000;
+        q[0] = 4000;
+        QByteArray block = streams::block(i, q);
+        if (isBroken) {
+            qToBigEndian(quint16{101}, block.data() + 100 * 6);
+        }
+        IqBlockDecoder decoder;
+        streams::Blocks blocks;
+        feed(decoder, block, blocks);
+        QCOMPARE(blocks.i.size(), isBroken ? 0 : 1);
         QCOMPARE(decoder.maxAbsI(), 3000 / 32768.0);
         QCOMPARE(decoder.maxAbsQ(), 4000 / 32768.0);
     }

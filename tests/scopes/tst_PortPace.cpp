@@ -79,6 +79,27 @@ private slots:
             qPrintable(QString::number(port.reads)));
     }
 
+    void a_port_that_nobody_reads_takes_what_it_has_room_for()
+    {
+        constexpr qint64 Room = 4096;
+        DeviceDirectory devices;
+        Pty& far = devices.add(QStringLiteral("ttyUSB1"));
+        SerialLine line(logScopes);
+        QVERIFY(line.open(QStringLiteral("ttyUSB1"), 115200, SerialLine::Reopen::Never, Room));
+        const QByteArray bytes = counted(2 * Room);
+        QVERIFY(far.write(bytes));
+        QTRY_COMPARE(line.port().bytesAvailable(), Room);
+        QTest::qWait(PeriodMs);
+        QCOMPARE(line.port().bytesAvailable(), Room);
+        QByteArray received;
+        const auto readOn = [&] {
+            received += line.port().readAll();
+            return received.size() == bytes.size();
+        };
+        QVERIFY(QTest::qWaitFor(readOn));
+        QCOMPARE(received, bytes);
+    }
+
     void the_beginning_of_a_stream_is_read_at_once()
     {
         PacedPort port;

@@ -82,6 +82,8 @@ private slots:
             range.addPeak(0.5);
         }
         QCOMPARE(range.limit(), 0.6);
+        range.addPeak(0.6); // without any room
+        QCOMPARE(range.limit(), 0.6);
         range.addPeak(0.599); // with hardly any room
         QCOMPARE(range.limit(), 0.6);
         range.addPeak(0.601);
@@ -109,6 +111,47 @@ private slots:
             range.addPeak(k == 3 ? 0.34 : 0.01);
         }
         QCOMPARE(range.limit(), 0.4);
+    }
+
+    void having_shrunk_it_counts_the_blocks_anew()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            range.addPeak(k == 3 ? 0.34 : 0.01);
+        }
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            QCOMPARE(range.limit(), 0.4);
+            range.addPeak(k == 3 ? 0.16 : 0.01);
+        }
+        QCOMPARE(range.limit(), 0.2);
+    }
+
+    void having_fitted_anew_it_counts_the_blocks_anew()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < RangeKeeper::ShrinkAfter - 1; ++k) {
+            range.addPeak(0.7);
+        }
+        range.fitAnew();
+        range.addPeak(0.5);
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            QCOMPARE(range.limit(), 0.6);
+            range.addPeak(0.01);
+        }
+        QCOMPARE(range.limit(), 0.015);
+    }
+
+    void a_block_that_needs_the_range_lets_it_count_anew()
+    {
+        RangeKeeper range;
+        for (int k = 0; k < 2 * RangeKeeper::ShrinkAfter; ++k) {
+            range.addPeak(k % (RangeKeeper::ShrinkAfter - 1) == 0 ? 0.9 : 0.1);
+            QCOMPARE(range.limit(), 1.0);
+        }
+        for (int k = 0; k < RangeKeeper::ShrinkAfter; ++k) {
+            range.addPeak(0.1);
+        }
+        QCOMPARE(range.limit(), 0.15);
     }
 
     void silence_and_invalid_peaks_change_nothing()

@@ -117,7 +117,7 @@ private slots:
         page.setMode(1, *ScopeMode::ofMessage(2));
         Scope& scope = *page.scope(1);
         page.resize(800, 430);
-        page.show(); // makes the plots
+        page.show();
         QVERIFY(QTest::qWaitForWindowExposed(&page));
         auto* view = scope.findChild<PlotView*>(QStringLiteral("plotI"));
         const QImage empty = view->grab().toImage();

@@ -6,22 +6,40 @@
 // variable QN740_SPY holds two file descriptors, "5,6". For each byte that comes on the first one,
 // a line of JSON goes to the second one: "n" asks for the numbers, "c" for the number of objects of
 // each class too, "b" for the buttons that can be pressed, each with its place on the screen.
+//
+// Each time that the panel reads from one of its ports, what it got is added to the file that
+// QN740_SPY_RECORD names: "12.345678 ttyUSB1 17 00ff" with the time of the monotonic clock, and how
+// many bytes the panel had written to the port by then, since it opened it. Each time that one of
+// its windows is told of a touch, "12.345678 finger 799 479 1" is added, the 1 meaning that the
+// finger is down.
+// QN740_SPY_FAIL, such as "PopUp:3", plants a fault: the panel aborts when the third window whose
+// name begins with "PopUp" is shown.
 
 #include <QAbstractButton>
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QEvent>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMouseEvent>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QSet>
 #include <QSocketNotifier>
 #include <QWidget>
 
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <malloc.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 QT_BEGIN_NAMESPACE
@@ -178,8 +196,111 @@ void answer(int readEnd, int writeEnd)
     }
 }
 
+// The ports that are open, by their descriptors; nothing for other files.
+struct OpenPort
+{
+    std::array<char, 16> name;
+    qint64 written; // bytes
+};
+std::array<OpenPort, 1024> openPorts{};
+
+OpenPort* portOf(int file)
+{
+    const bool known = file >= 0 && static_cast<size_t>(file) < openPorts.size();
+    return known ? &openPorts.at(static_cast<size_t>(file)) : nullptr;
+}
+
+void noteOpened(int file, const char* path)
+{
+    OpenPort* const port = portOf(file);
+    if (port == nullptr) {
+        return;
+    }
+    std::array<char, 16>& name = port->name;
+    name[0] = 0;
+    port->written = 0;
+    const char* directory = ::getenv("QN740_DEV");
+    const size_t length = directory != nullptr ? ::strlen(directory) : 0;
+    if (length > 0 && ::strncmp(path, directory, length) == 0 && path[length] == '/') {
+        ::snprintf(name.data(), name.size(), "%s", path + length + 1);
+    }
+}
+
+// Adds a line to the record, if there is one.
+void record(const QByteArray& what)
+{
+    static const char* const path = ::getenv("QN740_SPY_RECORD");
+    if (path == nullptr) {
+        return;
+    }
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    const QByteArray line = QByteArray::number(static_cast<qlonglong>(now.tv_sec)) + '.' +
+        QByteArray::number(1000000 + static_cast<qlonglong>(now.tv_nsec / 1000)).mid(1) + ' ' +
+        what + '\n';
+    // Opened each time, because the soak moves the file away after each storm.
+    const long file =
+        ::syscall(SYS_openat, AT_FDCWD, path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    if (file >= 0) {
+        ::syscall(SYS_write, file, line.constData(), line.size());
+        ::syscall(SYS_close, file);
+    }
+}
+
+void noteRead(int file, const void* bytes, ssize_t count)
+{
+    const OpenPort* const port = portOf(file);
+    if (count <= 0 || port == nullptr || port->name[0] == 0) {
+        return;
+    }
+    const QByteArray data(static_cast<const char*>(bytes), static_cast<qsizetype>(count));
+    record(port->name.data() + (' ' + QByteArray::number(port->written)) + ' ' + data.toHex());
+}
+
+// Records where the finger is, as the panel is told, and aborts the panel when the planted fault is
+// met.
+class Watcher : public QObject
+{
+public:
+    Watcher(const QByteArray& fault, QObject* parent)
+        : QObject(parent)
+        , m_name(QString::fromLatin1(fault.left(fault.lastIndexOf(':'))))
+        , m_left(fault.mid(fault.lastIndexOf(':') + 1).toInt())
+    {
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched->isWindowType()) {
+            noteTouch(event);
+        }
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        if (m_left > 0 && event->type() == QEvent::Show && widget != nullptr &&
+            widget->isWindow() && nameOf(widget).startsWith(m_name) && --m_left == 0) {
+            qFatal("planted: %s", qPrintable(nameOf(widget)));
+        }
+        return false;
+    }
+
+private:
+    static void noteTouch(const QEvent* event)
+    {
+        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseMove ||
+            event->type() == QEvent::MouseButtonRelease) {
+            const auto* touch = static_cast<const QMouseEvent*>(event);
+            const QPoint at = touch->globalPosition().toPoint();
+            record("finger " + QByteArray::number(at.x()) + ' ' + QByteArray::number(at.y()) + ' ' +
+                (touch->buttons() == Qt::NoButton ? '0' : '1'));
+        }
+    }
+
+    const QString m_name;
+    int m_left;
+};
+
 void startUp()
 {
+    qApp->installEventFilter(new Watcher(qgetenv("QN740_SPY_FAIL"), qApp));
     const QList<QByteArray> ends = qgetenv("QN740_SPY").split(',');
     const int readEnd = ends.value(0).toInt();
     const int writeEnd = ends.value(1).toInt();
@@ -201,4 +322,58 @@ __attribute__((constructor)) void install()
     qtHookData[Startup] = reinterpret_cast<quintptr>(&startUp);
 }
 
+// Returns the function of this name that would be called without this library.
+template <typename Function>
+Function next(const char* name)
+{
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
 } // namespace
+
+extern "C" {
+
+int open(const char* path, int flags, ...)
+{
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = va_arg(more, mode_t);
+    va_end(more);
+    static const auto real = next<int (*)(const char*, int, ...)>("open");
+    const int file = real(path, flags, mode);
+    noteOpened(file, path);
+    return file;
+}
+
+int open64(const char* path, int flags, ...)
+{
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = va_arg(more, mode_t);
+    va_end(more);
+    static const auto real = next<int (*)(const char*, int, ...)>("open64");
+    const int file = real(path, flags, mode);
+    noteOpened(file, path);
+    return file;
+}
+
+ssize_t read(int file, void* bytes, size_t size)
+{
+    static const auto real = next<ssize_t (*)(int, void*, size_t)>("read");
+    const ssize_t count = real(file, bytes, size);
+    noteRead(file, bytes, count);
+    return count;
+}
+
+ssize_t write(int file, const void* bytes, size_t size)
+{
+    static const auto real = next<ssize_t (*)(int, const void*, size_t)>("write");
+    const ssize_t count = real(file, bytes, size);
+    OpenPort* const port = portOf(file);
+    if (port != nullptr && count > 0) {
+        port->written += count;
+    }
+    return count;
+}
+
+} // extern "C"

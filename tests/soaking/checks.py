@@ -21,6 +21,8 @@ _CARD_TEXTS = re.compile(r"(?:D1:SPEN:1D2:SPEN:1D2:SPEN:1)+")
 _FIXED = re.compile(r"PONG|1\.1\.6\.4|Slave,[0-2]|Main|D[123]:(?:DSDM|NFFT):\d+")
 # A number with six decimals or one, a whole number, an address as typed, a name as typed.
 _VALUE = re.compile(r"-?\d+(?:\.\d+)?|\d*(?:\.\d*){0,3}|[A-Za-z0-9_ -]*")
+# A damaged definition may have lost or doubled a field before its type.
+_NO_COMMAND = re.compile(r"(?:AK|IK),(?:[^,]*,){1,3}\d+,,")
 _LINKED = (("D1 D2 D3:", ("D1:", "D2:", "D3:")), ("R1 R2:", ("R1:", "R2:")))
 WARM_UP_SECONDS = 60.0
 _BAD_LOG = re.compile(
@@ -38,6 +40,14 @@ def marker(number: int) -> str:
 def plain(printable: str) -> str:
     """Returns the text of a frame that the simulator has printed."""
     return _HEX.sub(lambda hit: chr(int(hit[1], 16)) if hit[1] else "\\", printable)
+
+
+def printable(text: str) -> str:
+    """Returns a text as the simulator prints it."""
+    return "".join(
+        one if " " <= one <= "~" and one != "\\" else "\\\\" if one == "\\" else f"\\x{ord(one):02x}"
+        for one in text
+    )
 
 
 @dataclasses.dataclass
@@ -92,7 +102,11 @@ class Conversation:
 
     def now(self) -> float:
         """Returns the simulator's time."""
-        return time.monotonic() - (self._offset or 0.0)
+        return time.monotonic() - self.offset()
+
+    def offset(self) -> float:
+        """Returns what the simulator's time is behind that of the monotonic clock."""
+        return self._offset or 0.0
 
     def oldest(self) -> float:
         """Returns for how long the oldest probe has had no answer; 0 when none is open."""
@@ -204,6 +218,8 @@ class Conversation:
             if not _VALUE.fullmatch(body[end:]):
                 continue
             command = body[:end]
+            if not command and not self._has_empty_command():
+                continue
             if command in self._commands:
                 return True
             # A command of a damaged definition, or of one that the soak has made
@@ -211,6 +227,10 @@ class Conversation:
                 self._commands.add(command)
                 return True
         return self._was_sent("," + body + ",") or self._is_choice(body)
+
+    def _has_empty_command(self) -> bool:
+        """Whether a key without a command was defined: it sends its value alone."""
+        return any(_NO_COMMAND.search(text) for text in self._recent)
 
     def _is_choice(self, body: str) -> bool:
         """Whether it is a known command with the damaged value of a choice behind it."""

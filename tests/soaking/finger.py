@@ -48,6 +48,13 @@ class SoakFinger(Finger):
         else:
             self.tap(*points[0])
 
+    def move(self, x: int, y: int, down: int) -> None:
+        """Moves the finger to a point, on the screen or above it."""
+        try:
+            self._point(x, y, down)
+        except PanelError as error:
+            raise Failure(f"the panel has ended under a touch: {error}") from error
+
     def hold(self, x: int, y: int, seconds: float) -> None:
         """Touches a point for so long."""
         self.press(x, y)

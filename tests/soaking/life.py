@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import collections
-import json
 import pathlib
 import random
 import shutil
@@ -15,15 +14,16 @@ from typing import Any
 
 from qn740.finger import free_port
 
-from . import checks, finger, plan, ports, traffic
+from . import checks, finger, plan, ports, recording, traffic
 from .programs import Failure, PanelProgram, Simulator
 
-KEPT_RECORDINGS = 20
+KEPT_CONVERSATIONS = 20
 _TICK = 0.02
 _PROBE_SECONDS = 0.1
 _PORT_SECONDS = 6.0  # two until the panel tries again, and then as long as it is busy
 _CLOSING = 0.4  # how often the operator looks for the key that closes an editor
 _BOX = (400, 240)  # where message boxes stand
+_RESEND = "ttyUSB4"  # the port that the simulator does not have
 _STATUS_BAR = 430  # where it begins
 _VIEW_SECONDS = 0.5  # until a display has shown data
 _CLOSERS = ("CE/Cancel", "Cancel", "OK", "Close", "Back", "RETURN")
@@ -48,7 +48,13 @@ class Life:
     """
 
     def __init__(
-        self, binaries: pathlib.Path, out: pathlib.Path, seed: int, number: int, limits: Limits
+        self,
+        binaries: pathlib.Path,
+        out: pathlib.Path,
+        seed: int,
+        number: int,
+        limits: Limits,
+        planted: str = "",
     ) -> None:
         self.seed = seed
         self.number = number
@@ -62,11 +68,12 @@ class Life:
         self.highest_kb = 0
         self.reopened: list[float] = []
         self.sim_faults: list[str] = []
+        self._planted = {"QN740_SPY_FAIL": planted} if planted else {}
         self._binaries = binaries
         self._out = out / f"panel-{number}"
         self._home = pathlib.Path(tempfile.mkdtemp(prefix="qn740-soak-"))
         self._devices = self._home / "dev"
-        self._touches: list[dict[str, Any]] = []
+        self._recorder = recording.Recorder(self._out)
         self._storms = 0
         self._marker = 0
         self._plugs: dict[str, float] = {}  # the ports that must be open soon, and since when
@@ -81,21 +88,24 @@ class Life:
             self._binaries / "qn740-sim", [*options, "--fault", plan.FAULT_RATES], self.talk.take
         )
         self._wait(lambda: any(event.startswith("ready") for event in self.talk.events), "simulator")
-        self._resend = ports.ResendPort(self._devices)
+        self._resend = ports.Port(self._devices, _RESEND)
         self._resend.plug()
         screen = free_port()
         self._panel = PanelProgram(
-            self._binaries, self._devices, self._home, screen, self.log.take
+            self._binaries,
+            self._devices,
+            self._home,
+            screen,
+            self.log.take,
+            {"QN740_SPY_RECORD": str(self._recorder.spy_file), **self._planted},
         )
         self._started = time.monotonic()
         self._wait(lambda: self.talk.events["menus sent"] > 0, "panel")
         self._finger = finger.SoakFinger(screen)
-        self._readers = _connect(self._home)
+        self._readers = connect_readers(self._home)
 
     def close(self) -> None:
         """Ends everything that still runs, and keeps what is needed for a replay."""
-        self._save(f"storm-{self._storms:05d}")
-        (self._out / "panel.log").write_text("\n".join(self.log_lines) + "\n", "latin-1")
         for reader in self._readers:
             reader.close()
         self._finger.close()
@@ -103,6 +113,8 @@ class Life:
             self._panel.terminate(self.limits.end)
         self._resend.unplug()
         self._sim.close()
+        self._save(f"storm-{self._storms + 1:05d}")
+        (self._out / "panel.log").write_text("\n".join(self.log_lines) + "\n", "latin-1")
         shutil.rmtree(self._home, ignore_errors=True)
 
     # Storms
@@ -137,25 +149,20 @@ class Life:
         elif step.kind == "re-sent":
             for piece in step.raw:
                 self.talk.note_re_sent(piece)
-                self._note("re-sent", data=piece.decode("latin-1"))
                 self._resend.write(piece)
         else:
             self._sim.type(list(step.lines))
 
     def _plug(self, port: str, there: bool) -> None:
-        if port == "ttyUSB4":
-            self._note("plug" if there else "unplug")
+        if not there or port in self._gone:
+            self._recorder.note("plug" if there else "unplug", port)
         if there:
-            self._resend.plug() if port == "ttyUSB4" else self._sim.type([f"plug {port}"])
+            self._resend.plug() if port == _RESEND else self._sim.type([f"plug {port}"])
             self._plugs.setdefault(port, time.monotonic())
             return
         self._plugs.pop(port, None)
         self._gone.add(port)
-        self._resend.unplug() if port == "ttyUSB4" else self._sim.type([f"unplug {port}"])
-
-    # Notes what a replay does at the re-send port, which the simulator does not have.
-    def _note(self, kind: str, **more: str) -> None:
-        self._touches.append({"at": self.talk.now(), "kind": kind, **more})
+        self._resend.unplug() if port == _RESEND else self._sim.type([f"unplug {port}"])
 
     def _operate(self, what: plan.Storm, begin: float, trouble: list[BaseException]) -> None:
         try:
@@ -182,12 +189,10 @@ class Life:
         if step.kind == "drag":
             points = _path(points, random.Random(numbers[-1]))
         seconds = 0.3 + 0.9 * numbers[2] if step.kind == "hold" else 0.0
-        self.perform({"at": self.talk.now(), "kind": step.kind, "points": points, "hold": seconds})
+        self._perform({"kind": step.kind, "points": points, "hold": seconds})
 
-    def perform(self, touch: dict[str, Any]) -> None:
-        """Touches the screen as the operator, and takes a note for a replay."""
+    def _perform(self, touch: dict[str, Any]) -> None:
         self.presses[touch["kind"]] += 1
-        self._touches.append(touch)
         self._finger.perform(touch)
 
     # Checks
@@ -218,12 +223,11 @@ class Life:
 
     def _close_one(self, shown: dict[str, Any]) -> None:
         closers = [button for button in shown["buttons"] if button["text"] in _CLOSERS]
-        at = self.talk.now()
         point = _BOX  # a box without a key, which goes behind the editor at a touch
         if closers:
-            button = closers[int(at * 997) % len(closers)]
+            button = closers[int(self.talk.now() * 997) % len(closers)]
             point = (button["x"], button["y"])
-        self.perform({"at": at, "kind": "closing", "points": [point], "hold": 0.0})
+        self._perform({"kind": "closing", "points": [point], "hold": 0.0})
 
     def _check_ports(self) -> None:
         if not self._plugs:
@@ -302,11 +306,12 @@ class Life:
         for button in shown["buttons"]:
             if button["text"] == text and button["y"] > _STATUS_BAR:
                 point = (button["x"], button["y"])
-                self.perform({"at": self.talk.now(), "kind": "button", "points": [point], "hold": 0.0})
+                self._perform({"kind": "button", "points": [point], "hold": 0.0})
                 return
         raise Failure(f"there is no button {text}: {shown}")
 
     def _measure(self) -> None:
+        self._recorder.note("rest")
         cpu = self._panel.cpu_seconds()
         begin = time.monotonic()
         time.sleep(1.0)
@@ -336,6 +341,7 @@ class Life:
         self.steps["main port lost"] += 1
         chance = random.Random(f"{self.seed}/{self.number}/end")
         self.storm(chance.uniform(0.5, 2.0))
+        self._recorder.note("unplug", recording.MAIN_PORT)
         self._sim.type(["unplug ttyO1"])
         self._wait(lambda: self.log.lost["ttyO1"] == 1, "loss of ttyO1")
         self.talk.forget_probes()
@@ -344,7 +350,7 @@ class Life:
             if shown["buttons"]:
                 button = chance.choice(shown["buttons"])
                 point = (button["x"], button["y"])
-                self.perform({"at": self.talk.now(), "kind": "button", "points": [point], "hold": 0.0})
+                self._perform({"kind": "button", "points": [point], "hold": 0.0})
         self._sim.type(["plug ttyO1"])  # the panel does not open it again
         time.sleep(0.3)
         if self.log.lost["ttyO1"] != 1:
@@ -360,14 +366,10 @@ class Life:
 
     def _save(self, name: str) -> None:
         lines = self.talk.take_record()
-        touches, self._touches = self._touches, []
+        self._recorder.save(name, lines, self.talk.offset())
         (self._out / f"{name}.line").write_text("\n".join(lines) + "\n", "latin-1")
-        operator = "".join(json.dumps(touch) + "\n" for touch in touches)
-        (self._out / f"{name}.operator").write_text(operator, "ascii")
-        recordings = sorted(self._out.glob("storm-*.line"))
-        for old in recordings[:-KEPT_RECORDINGS]:
+        for old in sorted(self._out.glob("storm-*.line"))[:-KEPT_CONVERSATIONS]:
             old.unlink()
-            old.with_suffix(".operator").unlink(missing_ok=True)
 
     def _wait(self, ready: Any, what: str, also: Any = None) -> None:
         end = time.monotonic() + 60.0
@@ -394,7 +396,7 @@ def _path(points: list[tuple[int, int]], chance: random.Random) -> list[tuple[in
     return path
 
 
-def _connect(home: pathlib.Path) -> list[socket.socket]:
+def connect_readers(home: pathlib.Path) -> list[socket.socket]:
     """Connects to the sockets that deliver spectra and scope data. These readers never read."""
     readers = []
     for name in ("scopes", "spectra"):

@@ -10,22 +10,15 @@ import statistics
 import sys
 import time
 
-from . import checks, replay
+from . import checks, replay, trends
 from .life import Life, Limits
 from .programs import Failure
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 _STORM_SECONDS = 12.0
+_RECORDINGS = 2
 _LOSSES_SHARE = 0.1  # of the time, for panels that lose their main port
 _LOSSES_SECONDS = 240.0
-# A trend is only judged when it was watched for so long, in seconds.
-_JUDGED_SECONDS = 240.0
-# Resident memory, in kB a minute. Between the 3rd and the 10th minute it rose by 242 while all that the
-# allocator had stayed the same: gaps between its pieces that were used for the first time. With large
-# pieces in mappings of their own it was flat for the three minutes that were looked at.
-_MAX_RESIDENT_SLOPE = 100.0
-_MAX_HEAP_SLOPE = 100.0  # kB a minute; between two rests it differs by up to 3 MB
-_MAX_COUNT_SLOPE = 0.05  # a minute
 
 
 def _options() -> argparse.Namespace:
@@ -44,7 +37,11 @@ def _options() -> argparse.Namespace:
     parser.add_argument("--bin", type=pathlib.Path, help="the directory of the programs")
     parser.add_argument("--out", type=pathlib.Path, help="where recordings go (default: build/soak/SEED)")
     parser.add_argument("--replay", type=pathlib.Path, metavar="DIR", help="plays a recording again")
-    parser.add_argument("--storms", type=int, default=1, help="of the recording, its last ones")
+    parser.add_argument("--storms", type=int, help="plays only the last ones (default: all)")
+    parser.add_argument("--plant", default="", metavar="WINDOW:N", help="a fault: the panel aborts "
+                        "when the N-th window is shown whose name begins so")
+    parser.add_argument("--check-replay", default="", metavar="WINDOW:N", help="afterwards, plants this "
+                        "fault in another run, and checks that the replay finds it too")
     return parser.parse_args()
 
 
@@ -59,11 +56,33 @@ def main() -> int:
         binaries = options.bin or ROOT / "build" / build / "bin"
         sanitized = _is_sanitized(binaries / "qn740-panel")
         if options.replay:
-            status |= replay.replay(binaries, options.replay, options.storms, Limits(sanitized))
+            status |= replay.replay(
+                binaries, options.replay, options.storms, Limits(sanitized), options.plant
+            )
         else:
             out = (options.out or ROOT / "build" / "soak" / str(options.seed)) / build
             status |= Soak(options, binaries, out, Limits(sanitized)).run()
+            if options.check_replay and status == 0:
+                status |= _check_replay(options, binaries, out / "planted", Limits(sanitized))
     return status
+
+
+def _check_replay(
+    options: argparse.Namespace, binaries: pathlib.Path, out: pathlib.Path, limits: Limits
+) -> int:
+    """Returns 0 when a run with a fault fails, and the replay of its recording does as well."""
+    options.plant = options.check_replay
+    for _ in range(_RECORDINGS):
+        if Soak(options, binaries, out, limits).run() == 0:
+            print("soak: the planted fault was not met")
+            return 1
+        status = replay.replay(binaries, out / "panel-1", None, limits, options.plant)
+        if status != replay.ANOTHER_COURSE:
+            break  # else once more: on a busy machine, the course of a panel may not be repeatable
+    if status == 1:
+        return 0
+    print("soak: FAILED: the replay did not find the planted fault")
+    return 1
 
 
 def _is_sanitized(program: pathlib.Path) -> bool:
@@ -106,7 +125,12 @@ class Soak:
 
     def _live(self, until: float, loses: bool) -> None:
         life = Life(
-            self._binaries, self._out, self._options.seed, len(self._lives) + 1, self._limits
+            self._binaries,
+            self._out,
+            self._options.seed,
+            len(self._lives) + 1,
+            self._limits,
+            self._options.plant,
         )
         self._lives.append(life)
         life.start()
@@ -125,21 +149,7 @@ class Soak:
             life.close()
 
     def _judge(self) -> None:
-        rests = self._settled()
-        if len(rests) < 2 or rests[-1].seconds - rests[0].seconds < _JUDGED_SECONDS:
-            return
-        limits = [("heap_kb", _MAX_HEAP_SLOPE)]
-        if not self._limits.sanitized:  # a sanitizer keeps freed memory for a while
-            limits.append(("resident_kb", _MAX_RESIDENT_SLOPE))
-            limits.append(("whole_kb", _MAX_HEAP_SLOPE))
-        for what, most in limits:
-            found = checks.slope(rests, what)
-            if found.per_minute > most:
-                raise Failure(f"{what} grows by {found.per_minute:.1f} kB a minute, at most {most:g}")
-        for what in ("files", "timers", "widgets"):
-            found = checks.slope(rests, what)
-            if found.per_minute > _MAX_COUNT_SLOPE:
-                raise Failure(f"the number of {what} grows by {found.per_minute:.2f} a minute")
+        trends.judge(self._lives[0].rests, self._limits.sanitized)
 
     def _settled(self) -> list[checks.Rest]:
         return checks.settled(self._lives[0].rests)

@@ -78,7 +78,7 @@ class PanelProgram:
         home: pathlib.Path,
         screen_port: int,
         take: Callable[[str], None],
-        spy: bool = True,
+        more: dict[str, str] | None = None,
     ) -> None:
         questions_in, self._questions = os.pipe()
         answers, answers_in = os.pipe()
@@ -95,9 +95,9 @@ class PanelProgram:
             "QN740_SCOPE_SOCKET": str(home / "scopes"),
             "QN740_SPECTRUM_SOCKET": str(home / "spectra"),
         }
-        if spy:
-            environment["LD_PRELOAD"] = str(directory / "qn740-spy.so")
-            environment["QN740_SPY"] = f"{questions_in},{answers_in}"
+        environment["LD_PRELOAD"] = str(directory / "qn740-spy.so")
+        environment["QN740_SPY"] = f"{questions_in},{answers_in}"
+        environment.update(more or {})
         environment.pop("QT_LOGGING_RULES", None)
         self._process = subprocess.Popen(
             [str(directory / "qn740-panel")],

@@ -1,5 +1,6 @@
 #include "spectrum/CarrierSearch.h"
 #include "spectrum/NoiseMean.h"
+#include "spectrum/PlainMeasurements.h"
 #include "support/TestMain.h"
 
 #include <random>
@@ -100,6 +101,8 @@ private slots:
         QTest::newRow("at the end of a step") << Values{1, 1, 1, 2, 2, 4} << 0.5 << std::sqrt(2.0);
         QTest::newRow("everything") << Values{1, 2, 4} << 1.0 << 4.0;
         QTest::newRow("zeros") << Values{0, 0, 0, 1} << 0.5 << 0.0;
+        // Halfway from 0 in decibels is 0.
+        QTest::newRow("above zeros") << Values{0, 4} << 0.75 << 2.0;
     }
 
     void a_quantile_is_interpolated_between_rounded_values()
@@ -387,6 +390,44 @@ private slots:
         const CarrierSearch carrier(seen);
         QVERIFY(!carrier.found());
         QVERIFY(std::isfinite(carrier.floor()));
+    }
+
+    void any_spectrum_gives_what_the_plain_search_gives_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            QTest::addRow("%u", seed) << seed;
+        }
+    }
+
+    void any_spectrum_gives_what_the_plain_search_gives()
+    {
+        QFETCH(unsigned, seed);
+        std::mt19937 random(seed);
+        for (int n = 0; n < 250; ++n) {
+            const MeasuredSpectrum spectrum = plainMeasurements::anySpectrum(random);
+            const CarrierSearch search(spectrum);
+            const plainMeasurements::Carrier plain(spectrum);
+            const QString text =
+                QStringLiteral("spectrum %1 of %2 points: %3 to %4, %5; expected %6 to %7, %8")
+                    .arg(n)
+                    .arg(spectrum.powers.size())
+                    .arg(search.first())
+                    .arg(search.last())
+                    .arg(search.floor())
+                    .arg(plain.first)
+                    .arg(plain.last)
+                    .arg(plain.floor);
+            QVERIFY2(
+                search.first() == plain.first && search.last() == plain.last, qPrintable(text));
+            QVERIFY2(isAbout(search.floor(), plain.floor, 1e-6), qPrintable(text));
+            QVERIFY2(isAbout(search.spectra(), plain.shape, 1e-5), qPrintable(text));
+            QCOMPARE(search.hasNoise(), plain.hasNoise);
+            if (search.found()) {
+                QCOMPARE(search.guardFirst(), plain.guardFirst());
+                QCOMPARE(search.guardLast(), plain.guardLast());
+            }
+        }
     }
 };
 

@@ -1,4 +1,5 @@
 #include "spectrum/ChannelMeasurements.h"
+#include "spectrum/PlainMeasurements.h"
 #include "spectrum/SpectrumTrace.h"
 #include "support/TestMain.h"
 
@@ -136,6 +137,10 @@ private slots:
         QCOMPARE(bandwidthBelow(spectrum, 3.0).state, state);
         QCOMPARE(carrierToNoise(spectrum).state, state);
         QCOMPARE(frequencyError(spectrum).state, state);
+        for (const Bandwidth& band : {occupiedBandwidth(spectrum), bandwidthBelow(spectrum, 3.0)}) {
+            QCOMPARE(band.low, 0.0);
+            QCOMPARE(band.high, 0.0);
+        }
         QVERIFY(!stateText(state).isEmpty());
     }
 
@@ -144,6 +149,7 @@ private slots:
         const MeasuredSpectrum spectrum{{0.5F}, Centre, Width, 1.0};
         QVERIFY(near(channelPower(spectrum, Centre - Width / 2, Width).level, decibels(0.5), 1e-6));
         QCOMPARE(channelPower({{}, Centre, Width, 1.0}, Centre, 1.0).state, State::NoSpectrum);
+        QCOMPARE(channelPower({{1.0F, 1.0F}, Centre, 0.5, 1.0}, Centre, 0.1).state, State::Valid);
         QCOMPARE(
             channelPower({{1.0F}, Centre, qQNaN(), 1.0}, Centre, 1.0).state, State::NoSpectrum);
     }
@@ -151,7 +157,18 @@ private slots:
     void a_channel_without_power_has_a_finite_level()
     {
         const MeasuredSpectrum spectrum{QVector<float>(Points, 0.0F), Centre, Width, 1.0};
-        QVERIFY(std::isfinite(channelPower(spectrum, Centre, 1.0).level));
+        QVERIFY(near(channelPower(spectrum, Centre, 1.0).level, -300.0, 1e-6));
+    }
+
+    void the_outermost_bins_count_in_part()
+    {
+        MeasuredSpectrum spectrum{QVector<float>(Points, 16.0F), Centre, Width, 1.0};
+        spectrum.powers.first() = 2.0F;
+        spectrum.powers.last() = 4.0F;
+        const double left = Centre - Width / 2.0; // the middle of the first bin
+        const double right = Centre + Width / 2.0 - Bin;
+        QVERIFY(near(channelPower(spectrum, left, 0.5 * Bin).level, decibels(1.0), 1e-5));
+        QVERIFY(near(channelPower(spectrum, right, 0.5 * Bin).level, decibels(2.0), 1e-5));
     }
 
     void ninety_nine_per_cent_of_a_rectangle_are_occupied_data()
@@ -341,6 +358,46 @@ private slots:
     {
         QFETCH(State, state);
         QTEST(stateText(state), "text");
+    }
+
+    void any_spectrum_has_the_bandwidths_of_the_plain_measurement_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            QTest::addRow("%u", seed) << seed;
+        }
+    }
+
+    void any_spectrum_has_the_bandwidths_of_the_plain_measurement()
+    {
+        QFETCH(unsigned, seed);
+        std::mt19937 random(seed);
+        int valid = 0;
+        for (int n = 0; n < 250; ++n) {
+            const MeasuredSpectrum spectrum = plainMeasurements::anySpectrum(random);
+            const plainMeasurements::Carrier carrier(spectrum);
+            const bool isWhole = carrier.first > 0 && carrier.last < spectrum.powers.size() - 1;
+            if (!isWhole) {
+                const State state = carrier.first < 0 ? State::NoCarrier : State::BeyondSpan;
+                QCOMPARE(bandwidthBelow(spectrum, 3.0).state, state);
+                continue;
+            }
+            const plainMeasurements::Below plain(spectrum, carrier);
+            const double tolerance = 1e-4 * spectrum.bin();
+            QVERIFY(near(
+                occupiedBandwidth(spectrum).width(), plain.occupied() * spectrum.bin(), tolerance));
+            for (const double down : {3.0, 10.0, 26.0}) {
+                const Bandwidth band = bandwidthBelow(spectrum, down);
+                const Bandwidth expected = plain.band(down);
+                QCOMPARE(band.state, expected.state);
+                const QByteArray text = QByteArray::number(n) + ", bins too wide: " +
+                    QByteArray::number((band.width() - expected.width()) / spectrum.bin());
+                QVERIFY2(near(band.low, expected.low, tolerance), text);
+                QVERIFY2(near(band.high, expected.high, tolerance), text);
+                valid += band.state == State::Valid ? 1 : 0;
+            }
+        }
+        QVERIFY2(valid > 100, QByteArray::number(valid));
     }
 };
 

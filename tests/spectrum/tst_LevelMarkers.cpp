@@ -46,6 +46,19 @@ private slots:
         markers.setLevels({-30.0, -90.5}, Lowest, Highest);
         QCOMPARE(markers.levels(), QList<double>({-30.0, -90.5}));
         QCOMPARE(plot.itemCount(), 2);
+        for (int n = 0; n < 2; ++n) { // flat, from the left to the right
+            const auto* line = qobject_cast<QCPItemStraightLine*>(plot.item(n));
+            QVERIFY(line != nullptr);
+            QCOMPARE(line->point1->coords().y(), markers.levels().at(n));
+            QCOMPARE(line->point2->coords().y(), markers.levels().at(n));
+            QCOMPARE(line->point1->typeX(), QCPItemPosition::ptAxisRectRatio);
+            QCOMPARE(line->point2->typeX(), QCPItemPosition::ptAxisRectRatio);
+            QCOMPARE(line->point1->typeY(), QCPItemPosition::ptPlotCoords);
+            QCOMPARE(line->point2->typeY(), QCPItemPosition::ptPlotCoords);
+            QVERIFY(line->point1->coords().x() < line->point2->coords().x());
+            QCOMPARE(line->pen().style(), Qt::DashLine);
+            QCOMPARE(line->pen().color(), QColor(chartLook::Level));
+        }
         markers.setLevels({-10.0}, Lowest, Highest);
         QCOMPARE(plot.itemCount(), 1);
         markers.setLevels({}, Lowest, Highest);
@@ -112,7 +125,8 @@ private slots:
             }
         }
         QCOMPARE(ground.bottomRight(), QPoint(Area.right() - 3, 60 - 3));
-        QVERIFY(ground.width() > 20 && ground.height() > 8);
+        const QSize text = chartLook::preparedText(QStringLiteral("-30.0")).size().toSize();
+        QCOMPARE(ground.size(), QSize(text.width() + 4, text.height() - 2));
     }
 
     void a_number_whose_line_is_outside_the_plot_is_not_written_data()

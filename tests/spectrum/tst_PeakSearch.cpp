@@ -57,6 +57,10 @@ private slots:
         QTest::newRow("two points") << Levels{-50, -40} << true << 1.0 << -40.0;
         QTest::newRow("two equal points") << Levels{-50, -50} << true << 0.5 << -50.0;
         QTest::newRow("all equal") << Levels(100, -120.0F) << true << 49.5 << -120.0;
+        QTest::newRow("an equal pair on the left") << Levels{5, 5, 1} << true << 0.5 << 5.0;
+        QTest::newRow("the first point") << Levels{5, 1, 0} << true << 0.0 << 5.0;
+        QTest::newRow("between nothing at all")
+            << Levels{-std::numeric_limits<float>::infinity(), -40, -50} << true << 1.0 << -40.0;
         QTest::newRow("three points") << Levels{-50, -40, -50} << true << 1.0 << -40.0;
         QTest::newRow("first point") << Levels{-40, -43, -50} << true << 0.0 << -40.0;
         QTest::newRow("last point") << Levels{-50, -43, -40} << true << 2.0 << -40.0;
@@ -152,6 +156,32 @@ private slots:
         QVERIFY(!peakSearch::next({}, 0).valid);
         QVERIFY(!peakSearch::next({-50, -40}, 2).valid);
         QVERIFY(!peakSearch::next({-50, -40}, -1).valid);
+    }
+
+    void what_lies_behind_the_last_point_does_not_count()
+    {
+        QVector<float> levels{-50, -40, -40, -40};
+        levels.removeLast(); // which leaves it where it is in memory
+        QCOMPARE(peakSearch::highest(levels).index, 1.5);
+        levels = {-50, -40, -45};
+        levels.removeLast();
+        QCOMPARE(peakSearch::highest(levels).index, 1.0);
+    }
+
+    void a_point_that_is_no_peak_is_taken_as_it_is()
+    {
+        const QVector<float> levels{-50, -45, -40, -45, -43};
+        for (const int index : {1, 3}) {
+            const peakSearch::Peak point = peakSearch::at(levels, index);
+            QVERIFY(point.valid);
+            QCOMPARE(point.index, double(index));
+            QCOMPARE(point.level, -45.0);
+        }
+        const QVector<float> slope{-46, -45.5, -45, -45.5, -46};
+        for (const int index : {1, 3}) {
+            QCOMPARE(peakSearch::at(slope, index).index, double(index));
+            QCOMPARE(peakSearch::at(slope, index).level, -45.5);
+        }
     }
 };
 

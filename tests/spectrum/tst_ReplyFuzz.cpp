@@ -2,6 +2,7 @@
 // every size, compared with the simplest possible implementation of the same rules.
 #include "spectrum/BusFrame.h"
 #include "spectrum/CardSide.h"
+#include "spectrum/PlainBuffer.h"
 #include "support/TestMain.h"
 
 #include <optional>
@@ -15,62 +16,6 @@ using Found = bus::ReplyBuffer::Found;
 namespace {
 
 constexpr qsizetype Bytes = 10 * 1000 * 1000;
-
-// The same rules without any memory of earlier searches.
-struct PlainBuffer
-{
-    QByteArray bytes;
-
-    std::optional<CmdMsg> add(const QByteArray& piece, Layout layout)
-    {
-        bytes += piece;
-        const qsizetype header = bytes.indexOf("[0190RFFT");
-        if (header >= 0) {
-            bytes = bytes.mid(header);
-            return spectrum(layout);
-        }
-        const qsizetype s = bytes.indexOf('[');
-        const qsizetype e = bytes.indexOf("]\r");
-        if (s < 0 || e < 0) {
-            return {};
-        }
-        const QString text = QString::fromLatin1(bytes);
-        const qsizetype length = e - s - 9;
-        const CmdMsg message(text.mid(s + 1, 4), text.mid(s + 5, 4),
-            length < 0 ? text.mid(s + 9) : text.mid(s + 9, length));
-        bytes.clear();
-        return message;
-    }
-
-    std::optional<CmdMsg> spectrum(Layout layout)
-    {
-        const qsizetype n = bytes.size();
-        const QString text = QString::fromLatin1(bytes);
-        QString points;
-        if (layout == Layout::K7150) {
-            if (n < 11) {
-                return {};
-            }
-            const int length =
-                static_cast<quint8>(bytes.at(9)) << 8 | static_cast<quint8>(bytes.at(10));
-            if (n <= length + 11) {
-                return {};
-            }
-            points = text.mid(11, length + 1);
-        } else {
-            if (n < 13) {
-                return {};
-            }
-            const int length = std::max(0, bytes.mid(9, 4).toInt());
-            if (n <= length + 12) {
-                return {};
-            }
-            points = text.mid(13, length);
-        }
-        bytes.clear();
-        return CmdMsg(text.mid(1, 4), text.mid(5, 4), points);
-    }
-};
 
 class Source
 {

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -33,6 +34,12 @@ Pty::~Pty()
     close();
 }
 
+bool Pty::isHungUp() const
+{
+    pollfd line{m_master, 0, 0};
+    return ::poll(&line, 1, 0) == 1 && (line.revents & POLLHUP) != 0;
+}
+
 bool Pty::write(const QByteArray& bytes)
 {
     QElapsedTimer elapsed;
@@ -43,6 +50,8 @@ bool Pty::write(const QByteArray& bytes)
             ::write(m_master, bytes.constData() + done, static_cast<size_t>(bytes.size() - done));
         if (n > 0) {
             done += n;
+        } else if (isHungUp()) {
+            break; // nobody is there who could read more
         } else {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
         }

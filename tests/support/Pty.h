@@ -38,6 +38,8 @@ public:
     void close();
 
 private:
+    bool isHungUp() const;
+
     int m_master = -1;
     QString m_slavePath;
     QByteArray m_received;

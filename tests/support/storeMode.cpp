@@ -1,5 +1,5 @@
-// storeMode MODE: stores the link mode; without MODE: prints the stored one. The tests let calls on
-// its files go wrong.
+// storeMode MODE...: stores these link modes; without MODE: prints the stored one. The tests let
+// calls on its files go wrong.
 #include "link/LinkMode.h"
 
 #include <cstdio>
@@ -7,9 +7,10 @@
 
 int main(int argc, char** argv)
 {
-    if (argc > 1) {
-        linkMode::store(std::atoi(argv[1]));
-    } else {
+    for (int i = 1; i < argc; ++i) {
+        linkMode::store(std::atoi(argv[i]));
+    }
+    if (argc < 2) {
         std::printf("%d\n", linkMode::stored());
     }
     return 0;

@@ -168,7 +168,7 @@ private slots:
         mainMenus.copyToMainMenu({u"Main"_s});
         mainMenus.copyToPaxMenu({u"Pax"_s});
         QCOMPARE(m_menus->book.pages.size(), menuLimits::MaxMenus);
-        QCOMPARE(warnings, QStringList{u"there are 2000 menus: no more are made"_s});
+        QCOMPARE(warnings, QStringList{u"there are 500 menus: no more are made"_s});
         m_menus->defineKey(keyFields(u"7"_s, 0));
         QCOMPARE(keyCount(), 1);
     }
@@ -207,6 +207,51 @@ private slots:
         m_menus->defineKey(keyFields(u"M"_s, 0, options));
         m_menus->defineKey(keyFields(u"M"_s, 1, options));
         QCOMPARE(keyCount(), 2);
+    }
+
+    // What a copy shares with its source takes memory of its own once either of them is changed.
+    void the_text_of_copies_is_counted()
+    {
+        const QString options(250'000, u'a');
+        const auto characters = [this] {
+            qsizetype sum = 0;
+            for (const KeyBoard* menu : std::as_const(m_menus->book.pages)) {
+                for (const Key* key : std::as_const(menu->keys)) {
+                    sum += key->options.size();
+                }
+            }
+            return sum;
+        };
+        MainMenus mainMenus(m_menus->book);
+        int made = 0;
+        for (int round = 0; round < 3; ++round) {
+            m_menus->defineKey(keyFields(u"A"_s, 0, options));
+            for (int i = 0; i < 20; ++i) {
+                mainMenus.copyToMainMenu({u"Main"_s + QString::number(i), u"A"_s, u"0"_s});
+                mainMenus.copyToPaxMenu({u"Pax"_s, u"A"_s, u"0"_s});
+                m_menus->copyKey({u"Copies"_s, u"A"_s, u"0"_s});
+            }
+            for (int i = 0; i < 20; ++i) {
+                m_menus->defineKey(keyFields(u"Main"_s + QString::number(i), 0, u"x"_s));
+                m_menus->defineKey(keyFields(u"B"_s, ++made, options));
+            }
+            QVERIFY2(characters() <= menuLimits::MaxCharacters, QByteArray::number(characters()));
+        }
+        QCOMPARE(
+            warnings, QStringList{u"the definitions have 8388608 characters: no more are taken"_s});
+    }
+
+    // Otherwise definitions that come again and again would use the room up.
+    void changes_of_linked_keys_leave_the_room_as_it_was()
+    {
+        const QString options(250'000, u'a');
+        for (int round = 0; round < 40; ++round) {
+            m_menus->defineKey(keyFields(u"A"_s, 0, options));
+            m_menus->copyKey({u"B"_s, round == 0 ? u"A"_s : QString(), u"0"_s});
+            m_menus->defineKey(keyFields(u"A"_s, 0, u"x"_s));
+            m_menus->defineKey(keyFields(u"B"_s, 0, options));
+        }
+        QCOMPARE(warnings, QStringList());
     }
 
     void locked_choices_beyond_the_limit_are_dropped()

@@ -1,5 +1,6 @@
 // These tests check the whole panel. The real program is seen and touched through a remote screen.
 // It runs against the real simulated unit or a line that the test holds.
+#include "app/StageMap.h"
 #include "support/Program.h"
 #include "support/Pty.h"
 #include "support/RfbClient.h"
@@ -188,6 +189,48 @@ private slots:
             QCOMPARE(card.received(), QByteArray());
         }
     }
+
+#ifdef QN740_FAKE_FRAME_BUFFER
+    void the_frame_buffer_shows_the_panel_turned_data()
+    {
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<int>("rotation");
+        QTest::newRow("0") << QSize(800, 480) << 0;
+        QTest::newRow("0, larger") << QSize(1024, 600) << 0;
+        QTest::newRow("90") << QSize(480, 800) << 90;
+        QTest::newRow("180") << QSize(800, 480) << 180;
+        QTest::newRow("270, larger") << QSize(600, 1024) << 270;
+    }
+
+    // On the platform of the unit, which draws into a file here: 16 bits for a pixel.
+    void the_frame_buffer_shows_the_panel_turned()
+    {
+        QFETCH(QSize, screen);
+        QFETCH(int, rotation);
+        constexpr int Bytes = 2;
+        QFile buffer(m_parent->filePath(u"fb"_s));
+        QVERIFY(buffer.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        QVERIFY(buffer.resize(qint64{screen.width()} * screen.height() * Bytes));
+        DeviceDirectory devices;
+        devices.add(u"ttyO1"_s);
+        const Program panel(QString::fromUtf8(QN740_PANEL),
+            {u"-platform"_s, u"linuxfb:nographicsmodeswitch:fb="_s + buffer.fileName()},
+            {u"LD_PRELOAD="_s + QString::fromUtf8(QN740_FAKE_FRAME_BUFFER),
+                u"FAKE_FRAME_BUFFER=%1x%2"_s.arg(screen.width()).arg(screen.height()),
+                u"QN740_ROTATION=%1"_s.arg(rotation), u"QN740_SPLASH_MS=0"_s});
+        const StageMap map(screen, {800, 480}, rotation);
+        const auto at = [&](QPoint point) {
+            const QPoint pixel = map.toScreen(QRect(point, QSize(1, 1))).topLeft();
+            quint16 value = 0;
+            buffer.seek((qint64{pixel.y()} * screen.width() + pixel.x()) * Bytes);
+            buffer.read(reinterpret_cast<char*>(&value), Bytes);
+            return int{value};
+        };
+        constexpr int Grey16 = (0x91 >> 3) << 11 | (0x91 >> 2) << 5 | 0x91 >> 3;
+        QTRY_COMPARE_WITH_TIMEOUT(at({300, 440}), Grey16, LongMs); // the status bar
+        QCOMPARE(at({300, 40}), 0);                                // the page
+    }
+#endif
 
     void a_lost_line_does_not_keep_the_processor_busy()
     {

@@ -148,6 +148,27 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(m_manager->heard().contains("WATCHDOG=1"), LongMs);
     }
 
+    void with_the_settings_of_the_service_file_a_stopped_panel_misses_its_interval()
+    {
+        const QStringList unit = serviceSettings();
+        QVERIFY(unit.contains(u"Type=notify"_s) && unit.contains(u"Restart=always"_s));
+        const auto intervalMs = static_cast<int>(number(unit, u"WatchdogSec="_s) * 1000);
+        QVERIFY(intervalMs > 0);
+        DeviceDirectory devices;
+        Pty& line = devices.add(u"ttyO1"_s);
+        Program panel(QString::fromUtf8(QN740_PANEL), {},
+            environment(devices) << unit.filter(u"QT_MESSAGE_PATTERN="_s)
+                                 << u"WATCHDOG_USEC=%1000"_s.arg(intervalMs));
+        const auto startMs = static_cast<int>(number(unit, u"TimeoutStartSec="_s) * 1000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_manager->heard().contains("READY=1\n"), startMs);
+        QTRY_VERIFY_WITH_TIMEOUT(m_manager->heard().contains("WATCHDOG=1"), intervalMs);
+        line.close(); // the pattern gives a warning its priority
+        QTRY_VERIFY_WITH_TIMEOUT(panel.errors().contains("<4>qn740.link: ttyO1 was lost"), LongMs);
+        ::kill(static_cast<pid_t>(panel.processId()), SIGSTOP);
+        m_manager->take();
+        QVERIFY(!QTest::qWaitFor([this] { return !m_manager->heard().isEmpty(); }, intervalMs));
+    }
+
     void signs_of_life_go_on_while_an_editor_is_open()
     {
         DeviceDirectory devices;
@@ -251,6 +272,25 @@ private:
     {
         return {u"QN740_DEV="_s + devices.path(),
             u"NOTIFY_SOCKET="_s + QString::fromLocal8Bit(m_address)};
+    }
+    // The lines of the service file, with what stands in "Environment=" as "NAME=value".
+    static QStringList serviceSettings()
+    {
+        QFile file(QStringLiteral(QN740_ROOT "/packaging/systemd/qn740-panel.service.in"));
+        if (!file.open(QIODevice::ReadOnly)) {
+            return {};
+        }
+        QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+        for (QString& text : lines) {
+            if (text.startsWith(u"Environment="_s)) {
+                text = text.section(u'=', 1).remove(u'"').replace(u"%%"_s, u"%"_s);
+            }
+        }
+        return lines;
+    }
+    static double number(const QStringList& lines, const QString& name)
+    {
+        return lines.filter(name).value(0).mid(name.size()).toDouble();
     }
     static QString watchdogVariable() { return u"WATCHDOG_USEC=%1"_s.arg(WatchdogMs * 1000); }
 

@@ -8,6 +8,8 @@
 #include <QGridLayout>
 #include <QGroupBox>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -52,6 +54,24 @@ QString otherSheet()
 }
 
 } // namespace
+
+// A page that counts how often a style asks for its sheet, which it does to polish what is in it.
+class AskedPage : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString styleSheet READ askedSheet WRITE setStyleSheet)
+
+public:
+    QString askedSheet() const
+    {
+        ++m_asked;
+        return styleSheet();
+    }
+    int takeAsked() { return std::exchange(m_asked, 0); }
+
+private:
+    mutable int m_asked = 0;
+};
 
 class tst_KeyButton : public QObject
 {
@@ -196,6 +216,63 @@ private slots:
                 QCoreApplication::processEvents();
                 QCOMPARE(widget->styleSheet(), sheet);
             }
+        }
+    }
+
+    void a_new_sheet_is_not_given_to_the_style_data()
+    {
+        QTest::addColumn<bool>("wasShown");
+        QTest::addColumn<bool>("isShown");
+        QTest::newRow("never shown, \"CK\" only") << false << false;
+        QTest::newRow("shown once") << true << false;
+        QTest::newRow("shown") << true << true;
+    }
+    void a_new_sheet_is_not_given_to_the_style()
+    {
+        QFETCH(bool, wasShown);
+        QFETCH(bool, isShown);
+        QWidget window;
+        auto* page = new AskedPage;
+        page->setParent(&window);
+        page->setStyleSheet(u"QGroupBox {background-color: black;}"_s);
+        auto* key = new KeyButton(u"Gain"_s, page);
+        key->setSheet(keyStyle::enabled(true));
+        key->show();
+        window.setVisible(wasShown);
+        window.setVisible(isShown);
+        page->takeAsked();
+        const Qt::WindowFlags flags = key->windowFlags();
+        const bool isStyled = key->testAttribute(Qt::WA_StyleSheet);
+        key->setSheet(keyStyle::toggled(true)); // with the same font
+        QCOMPARE(page->takeAsked(), 0);
+        QCOMPARE(key->styleSheet(), keyStyle::toggled(true));
+        QCOMPARE(key->windowFlags(), flags);
+        QCOMPARE(key->testAttribute(Qt::WA_StyleSheet), isStyled);
+        QCOMPARE(key->isVisible(), isShown);
+        QVERIFY(!key->isHidden());
+        key->setSheet(otherSheet());
+        QCOMPARE(key->font().pixelSize() == 30, wasShown);
+        window.show();
+        QCOMPARE(key->font().pixelSize(), 30);
+        page->takeAsked();
+        key->setStyleSheet(keyStyle::enabled(true)); // as of any widget
+        QVERIFY(page->takeAsked() > 0);
+    }
+
+    void a_key_that_is_disabled_unseen_or_while_pressed_is_released()
+    {
+        Page page(new KeyButton(u"Gain"_s));
+        auto* key = qobject_cast<KeyButton*>(page.button);
+        key->setSheet(keyStyle::enabled(false));
+        page.box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page.box));
+        for (const bool isSeen : {true, false}) {
+            page.box.setVisible(isSeen);
+            key->setEnabled(true);
+            key->setDown(true);
+            key->setEnabled(false);
+            QVERIFY(!key->isDown());
+            QVERIFY(!key->isEnabled());
         }
     }
 

@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "wire/Limits.h"
 #include "wire/Message.h"
 
 using namespace Qt::StringLiterals;
@@ -106,6 +107,19 @@ private slots:
     {
         QFETCH(QString, line);
         QCOMPARE(wire::fromPrintable(line), line);
+    }
+
+    void fields_beyond_the_limit_are_left_out()
+    {
+        QString body;
+        for (qsizetype n = 0; n < wire::MaxFields + 2; ++n) {
+            body += QString::number(n) + u',';
+        }
+        const QStringList fields = wire::fields(wire::frame(body));
+        QCOMPARE(fields.size(), wire::MaxFields);
+        for (qsizetype n = 0; n < fields.size(); ++n) {
+            QCOMPARE(fields.at(n), QString::number(n));
+        }
     }
 };
 

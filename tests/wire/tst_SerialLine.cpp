@@ -107,10 +107,13 @@ private slots:
         Pty& pty = m_devices->add(u"ttyX"_s);
         SerialLine line(&logLink);
         QSignalSpy lost(&line, &SerialLine::lost);
+        bool wasOpen = false; // when it was about to be closed
+        connect(&line, &SerialLine::losing, &line, [&] { wasOpen = line.isOpen(); });
         QVERIFY(line.open(u"ttyX"_s, 115200));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyX was lost: .*"_s));
         pty.close();
         QTRY_COMPARE(lost.count(), 1);
+        QVERIFY(wasOpen);
         QVERIFY(!line.isOpen());
         // A busy loop would use many times more processor time.
         const double before = cpuSeconds();

@@ -55,6 +55,25 @@ private slots:
         QVERIFY(endsTheProcess(signal));
     }
 
+    void a_signal_before_the_event_loop_runs_is_not_forgotten()
+    {
+        const TerminationSignals signalsOfProcess;
+        QVERIFY(!signalsOfProcess.wasRaised());
+        QCOMPARE(::raise(SIGTERM), 0);
+        QCoreApplication::processEvents();
+        QVERIFY(signalsOfProcess.wasRaised());
+    }
+
+    void what_the_signals_did_before_is_restored()
+    {
+        QVERIFY(::signal(SIGHUP, SIG_IGN) != SIG_ERR);
+        {
+            const TerminationSignals signalsOfProcess;
+        }
+        QCOMPARE(::raise(SIGHUP), 0);
+        QVERIFY(::signal(SIGHUP, SIG_DFL) == SIG_IGN);
+    }
+
     void more_signals_than_the_pipe_holds_neither_block_nor_change_errno()
     {
         const TerminationSignals signalsOfProcess;

@@ -8,7 +8,6 @@
 #include <QWindow>
 #include <QtTest/qtestmouse.h>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
@@ -37,56 +36,7 @@ void pollModal(const std::shared_ptr<const Poll>& poll, int leftMs)
     });
 }
 
-bool standsOver(const QWindow* window, const QWindow* below)
-{
-    while (window != nullptr && window != below) {
-        window = window->transientParent();
-    }
-    return window != nullptr;
-}
-
-// The layer of a window: 0 is the lowest, 4 the highest.
-int layerOf(const QWidget* window)
-{
-    if (window->inherits("QMainWindow")) {
-        return 0;
-    }
-    if (window->windowType() == Qt::Popup) {
-        return 4;
-    }
-    const QWidget* modal = QApplication::activeModalWidget();
-    if (window == modal) {
-        return 2;
-    }
-    return modal != nullptr && standsOver(window->windowHandle(), modal->windowHandle()) ? 3 : 1;
-}
-
 } // namespace
-
-QWidgetList visibleWindows()
-{
-    // in the order in which they were created
-    const auto created = QGuiApplication::topLevelWindows();
-    const auto rank = [&created](const QWidget* window) {
-        return std::make_pair(layerOf(window), created.indexOf(window->windowHandle()));
-    };
-    QWidgetList windows;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->isVisible()) {
-            windows += window;
-        }
-    }
-    std::sort(windows.begin(), windows.end(),
-        [&rank](const QWidget* a, const QWidget* b) { return rank(a) < rank(b); });
-    return windows;
-}
-
-bool isBlocked(const QWidget* window)
-{
-    const QWidget* modal = QApplication::activeModalWidget();
-    const bool isPopup = window->windowType() == Qt::Popup;
-    return modal != nullptr && !isPopup && layerOf(window) < 2;
-}
 
 QPixmap grabScreen()
 {

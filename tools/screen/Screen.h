@@ -1,19 +1,17 @@
 #pragma once
 
+#include "touch/WindowOrder.h"
+
 #include <QPixmap>
 #include <QString>
-#include <QWidgetList>
 
 #include <functional>
 
 class QPushButton;
 class QWidget;
 
-/// \return all visible windows, the lowest first, as grabScreen() paints them.
-QWidgetList visibleWindows();
-
-/// \return whether a modal dialog keeps every touch from this window.
-bool isBlocked(const QWidget* window);
+using touch::isBlocked;
+using touch::visibleWindows;
 
 /// What the operator sees, as 800 × 480 pixels: all visible windows, with the panel's at the
 /// bottom, the others over it in the order in which they were opened, the modal one over them, and

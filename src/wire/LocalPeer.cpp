@@ -1,4 +1,4 @@
-#include "wire/LineReader.h"
+#include "wire/LocalPeer.h"
 
 #include <array>
 #include <cerrno>
@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::size_t ThrownAwayBytes = 4096; // per turn of the event loop
-
 bool isOnlyLater()
 {
     return errno == EAGAIN || errno == EINTR;
@@ -17,35 +15,38 @@ bool isOnlyLater()
 
 } // namespace
 
-LineReader::LineReader(int socket, QObject* parent)
+LocalPeer::LocalPeer(int socket, QObject* parent, qsizetype readBytes)
     : QObject(parent)
     , m_socket(socket)
+    , m_readBytes(static_cast<std::size_t>(qBound(qsizetype{1}, readBytes, DefaultReadBytes)))
     , m_readable(socket, QSocketNotifier::Read)
     , m_writable(socket, QSocketNotifier::Write)
 {
     m_writable.setEnabled(false);
-    connect(&m_readable, &QSocketNotifier::activated, this, &LineReader::throwAway);
-    connect(&m_writable, &QSocketNotifier::activated, this, &LineReader::sendUnsent);
+    connect(&m_readable, &QSocketNotifier::activated, this, &LocalPeer::read);
+    connect(&m_writable, &QSocketNotifier::activated, this, &LocalPeer::sendUnsent);
 }
 
-LineReader::~LineReader()
+LocalPeer::~LocalPeer()
 {
     m_readable.setEnabled(false);
     m_writable.setEnabled(false);
     ::close(m_socket);
 }
 
-void LineReader::throwAway()
+void LocalPeer::read()
 {
-    std::array<char, ThrownAwayBytes> bytes;
-    const ssize_t count = ::recv(m_socket, bytes.data(), bytes.size(), 0);
-    if (count == 0 || (count < 0 && !isOnlyLater())) {
+    std::array<char, DefaultReadBytes> bytes;
+    const ssize_t count = ::recv(m_socket, bytes.data(), m_readBytes, 0);
+    if (count > 0) {
+        emit received(QByteArray::fromRawData(bytes.data(), count));
+    } else if (count == 0 || !isOnlyLater()) {
         m_readable.setEnabled(false); // It would announce the end for ever.
         emit gone();
     }
 }
 
-void LineReader::send(const QByteArray& block)
+void LocalPeer::send(const QByteArray& block)
 {
     const bool waits = !m_unsent.isEmpty();
     m_unsent += block;
@@ -54,7 +55,7 @@ void LineReader::send(const QByteArray& block)
     }
 }
 
-void LineReader::sendUnsent()
+void LocalPeer::sendUnsent()
 {
     const ssize_t count = ::send(
         m_socket, m_unsent.constData(), static_cast<std::size_t>(m_unsent.size()), MSG_NOSIGNAL);
@@ -65,8 +66,12 @@ void LineReader::sendUnsent()
         return;
     }
     m_unsent.remove(0, qMax<ssize_t>(count, 0));
+    const bool waited = m_writable.isEnabled();
+    m_writable.setEnabled(!m_unsent.isEmpty());
     if (m_unsent.isEmpty()) {
         m_unsent = QByteArray(); // Its memory goes with it.
+        if (waited) {
+            emit sent();
+        }
     }
-    m_writable.setEnabled(!m_unsent.isEmpty());
 }

@@ -1,0 +1,103 @@
+"""What a replay needs: all that went to the panel, on every port and through its screen."""
+
+from __future__ import annotations
+
+import dataclasses
+import gzip
+import json
+import pathlib
+import time
+from typing import Any
+
+from . import checks
+
+MAIN_PORT = "ttyO1"
+_SUFFIX = ".events.gz"
+
+
+@dataclasses.dataclass(frozen=True)
+class Event:
+    """Something that happened to the panel. Times are those of the monotonic clock, in seconds."""
+
+    at: float
+    kind: str  # "data", "said", "plug", "unplug", "finger" or "rest"
+    port: str = ""
+    data: str = ""  # a character for each byte
+    answers: int = 0  # the bytes that the panel had written to the port by then, since it opened it
+    finger: tuple[int, int, int] = (0, 0, 0)  # x, y, and 1 while it is down
+
+
+class Recorder:
+    """Takes notes of what happens to a panel, and writes a file of them after each storm.
+
+    What the panel has read, and the touches that its windows were told of, come from the spy in it: in
+    their order, and when the panel took them.
+    """
+
+    def __init__(self, directory: pathlib.Path) -> None:
+        self._directory = directory
+        self._events: list[Event] = []
+        self.spy_file = directory / "spied"  # which the spy writes
+
+    def note(self, kind: str, port: str = "") -> None:
+        """Notes that something happens now."""
+        self._events.append(Event(time.monotonic(), kind, port))
+
+    def save(self, name: str, trace: list[str], offset: float) -> None:
+        """Writes what has happened since the last time.
+
+        The trace is what the simulator has printed of the main port, from which a replay knows the
+        messages; the offset leads from its times to those of the monotonic clock.
+        """
+        events, self._events = self._events, []
+        for line in trace:
+            said = checks.TRACE.fullmatch(line)
+            if said and said[2] == "in":
+                data = checks.plain(said[3])
+                events.append(Event(float(said[1]) + offset, "said", MAIN_PORT, data))
+        events += self._spied()
+        events.sort(key=lambda event: event.at)
+        with gzip.open(self._directory / (name + _SUFFIX), "wt", 4, "ascii") as file:
+            for event in events:
+                file.write(json.dumps(_short(event)) + "\n")
+
+    def _spied(self) -> list[Event]:
+        if not self.spy_file.exists():
+            return []
+        taken = self.spy_file.rename(self.spy_file.with_suffix(".taken"))
+        events = [event_of(line) for line in taken.read_text("ascii").splitlines()]
+        taken.unlink()
+        return events
+
+
+def event_of(line: str) -> Event:
+    """Returns what a line of the spy's says: what the panel has read, or where its finger is."""
+    at, what, *numbers = line.split(" ")
+    if what == "finger":
+        x, y, down = map(int, numbers)
+        return Event(float(at), "finger", finger=(x, y, down))
+    data = bytes.fromhex(numbers[1]).decode("latin-1")
+    return Event(float(at), "data", what, data, int(numbers[0]))
+
+
+def load(directory: pathlib.Path, storms: int | None) -> list[Event]:
+    """Returns what happened in the last storms, or in all."""
+    files = sorted(directory.glob("*" + _SUFFIX))
+    events = []
+    for path in files[-storms:] if storms else files:
+        with gzip.open(path, "rt", encoding="ascii") as file:
+            for line in file:
+                fields = json.loads(line)
+                fields["finger"] = tuple(fields.get("finger", (0, 0, 0)))
+                events.append(Event(**fields))
+    return events
+
+
+def _short(event: Event) -> dict[str, Any]:
+    fields = {"at": round(event.at, 6), "kind": event.kind}
+    for name in ("port", "data", "answers"):
+        if getattr(event, name):
+            fields[name] = getattr(event, name)
+    if event.kind == "finger":
+        fields["finger"] = event.finger
+    return fields
