@@ -17,7 +17,7 @@ constexpr int Bits16 = 16;
 constexpr int Outside = -1; // the row above an area
 constexpr ColumnRuns::Run Nothing{std::numeric_limits<int>::max() / 2, Outside};
 
-// Of numbers from -0.5.
+// Of numbers that are not negative.
 int rounded(double number)
 {
     return static_cast<int>(number + 0.5);
@@ -28,16 +28,17 @@ int rounded(double number)
 class Rows
 {
 public:
-    Rows(ColumnRuns::Run* runs, int height)
-        : m_runs(runs)
+    Rows(std::vector<ColumnRuns::Run>& runs, int height)
+        : m_runs(runs.data())
+        , m_lastColumn(static_cast<int>(runs.size()) - 1)
         , m_lowest(height + 1.0)
     {
     }
 
     void addSegment(QPointF from, QPointF to)
     {
-        const int first = rounded(from.x());
-        const int last = rounded(to.x());
+        const int first = columnOf(from);
+        const int last = columnOf(to);
         double begin = from.y();
         if (first < last) {
             const double slope = (to.y() - from.y()) / (to.x() - from.x());
@@ -56,6 +57,15 @@ public:
         addNearest(last, to.y());
     }
 
+    void addPoint(QPointF point) { addNearest(columnOf(point), point.y()); }
+
+private:
+    // A point beside the area counts in its outermost column.
+    int columnOf(QPointF point) const
+    {
+        return std::min(m_lastColumn, rounded(std::max(0.0, point.x())));
+    }
+
     // The row nearest to a height.
     void addNearest(int column, double height)
     {
@@ -63,7 +73,6 @@ public:
         add(column, row, row);
     }
 
-private:
     // The rows whose middles lie between two heights. When there are none, first comes after last.
     void addCrossed(int column, double one, double other)
     {
@@ -89,6 +98,7 @@ private:
     }
 
     ColumnRuns::Run* m_runs;
+    int m_lastColumn;
     double m_lowest;
 };
 
@@ -160,10 +170,10 @@ void ColumnRuns::setLine(const QPolygonF& line, const QRect& area)
     if (line.isEmpty() || area.isEmpty()) {
         return;
     }
-    Rows rows(m_runs.data(), area.height());
+    Rows rows(m_runs, area.height());
     const QPointF origin = QPointF(area.topLeft()) + QPointF(0.5, 0.5);
     QPointF from = line.constFirst() - origin;
-    rows.addNearest(rounded(from.x()), from.y());
+    rows.addPoint(from);
     for (auto point = line.cbegin() + 1; point != line.cend(); ++point) {
         const QPointF to = *point - origin;
         rows.addSegment(from, to);

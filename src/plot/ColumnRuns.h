@@ -28,8 +28,9 @@ public:
     };
 
     /// Takes a line. What was there before is replaced, and its memory used again.
-    /// \param line its points from left to right, none left or right of \a area. Points and
-    /// segments above and below the area are left out. \param area in pixels.
+    /// \param line its points from left to right. What lies above or below \a area is left out; a
+    /// point beside it counts in its outermost column.
+    /// \param area in pixels.
     void setLine(const QPolygonF& line, const QRect& area);
 
     /// \return the area's columns from left to right.

@@ -7,6 +7,51 @@
 namespace {
 constexpr double MaxShape = 1e6;
 constexpr double Quartile = 0.6745; // of the normal distribution, in standard deviations
+constexpr float Infinite = std::numeric_limits<float>::infinity();
+
+// The place of a quantile in sorted values, of which there is at least one.
+qsizetype placeOf(double part, qsizetype count)
+{
+    return std::min(
+        static_cast<qsizetype>(part * static_cast<double>(count)), count - qsizetype{1});
+}
+
+// The same as noise::quantile() where no value in front of \a from is higher than those behind it,
+// none from \a to on is lower than those in front of it, and the quantile's place is between them.
+double quantileWithin(QVector<float>& values, double part, qsizetype from, qsizetype to)
+{
+    if (values.isEmpty()) {
+        return 0.0;
+    }
+    const qsizetype at = placeOf(part, values.size());
+    float* const first = values.data();
+    float* const last = first + values.size();
+    float* const middle = first + at;
+    std::nth_element(first + from, middle, first + to);
+    const float value = *middle;
+    float below = -1.0F;
+    float above = Infinite;
+    int lower = 0;
+    int higher = 0;
+    // Nothing in front of the middle is higher than it, nothing behind it lower. Without branches,
+    // which noise makes a processor mispredict half of the time, and several at a time.
+    for (const float* one = first; one != middle; ++one) {
+        lower += *one < value ? 1 : 0;
+        below = std::max(below, *one < value ? *one : -1.0F);
+    }
+    for (const float* one = middle; one != last; ++one) {
+        higher += *one > value ? 1 : 0;
+        above = std::min(above, *one > value ? *one : Infinite);
+    }
+    const auto equal = static_cast<int>(values.size()) - lower - higher;
+    // Halfway in decibels, because it is levels that are rounded.
+    const double low = below < 0.0F ? value : std::sqrt(static_cast<double>(below) * value);
+    const double high = std::isinf(above) ? value : std::sqrt(static_cast<double>(above) * value);
+    const double rank = part * static_cast<double>(values.size());
+    const double inside = (rank - lower) / std::max(equal, 1);
+    return low + (high - low) * std::clamp(inside, 0.0, 1.0);
+}
+
 } // namespace
 
 double noise::medianOverMean(double k)
@@ -16,35 +61,7 @@ double noise::medianOverMean(double k)
 
 double noise::quantile(QVector<float>& values, double part)
 {
-    if (values.isEmpty()) {
-        return 0.0;
-    }
-    const double rank = part * static_cast<double>(values.size());
-    const auto at = std::min(static_cast<qsizetype>(rank), values.size() - 1);
-    const auto middle = values.begin() + at;
-    std::nth_element(values.begin(), middle, values.end());
-    const float value = *middle;
-    float below = -1.0F;
-    float above = std::numeric_limits<float>::infinity();
-    qsizetype lower = 0;
-    qsizetype higher = 0;
-    // Nothing in front of the middle is higher than it, nothing behind it lower. Without branches,
-    // which noise makes a processor mispredict half of the time.
-    for (auto one = values.cbegin(); one != middle; ++one) {
-        lower += *one < value ? 1 : 0;
-        below = std::max(below, *one < value ? *one : -1.0F);
-    }
-    for (auto one = values.cbegin() + at; one != values.cend(); ++one) {
-        higher += *one > value ? 1 : 0;
-        above = std::min(above, *one > value ? *one : std::numeric_limits<float>::infinity());
-    }
-    const qsizetype equal = values.size() - lower - higher;
-    // Halfway in decibels, because it is levels that are rounded.
-    const double low = below < 0.0F ? value : std::sqrt(static_cast<double>(below) * value);
-    const double high = std::isinf(above) ? value : std::sqrt(static_cast<double>(above) * value);
-    const double inside =
-        (rank - static_cast<double>(lower)) / static_cast<double>(std::max(equal, qsizetype{1}));
-    return low + (high - low) * std::clamp(inside, 0.0, 1.0);
+    return quantileWithin(values, part, 0, values.size());
 }
 
 double noise::shapeOf(double lowerQuartile, double upperQuartile)
@@ -63,7 +80,16 @@ double noise::shapeOf(double lowerQuartile, double upperQuartile)
 
 noise::Estimate noise::estimate(QVector<float>& bins, double spectra)
 {
-    const double spread = shapeOf(quantile(bins, 0.25), quantile(bins, 0.75));
+    constexpr double Lower = 0.25;
+    constexpr double Upper = 0.75;
+    // The median first: then each quartile is sought among half of the bins.
+    const double median = quantile(bins, 0.5);
+    const qsizetype count = bins.size();
+    const qsizetype middle = count > 0 ? placeOf(0.5, count) : 0;
+    const bool isInFront = count > 0 && placeOf(Lower, count) < middle;
+    const double lower =
+        quantileWithin(bins, Lower, isInFront ? 0 : middle, isInFront ? middle : count);
+    const double spread = shapeOf(lower, quantileWithin(bins, Upper, middle, count));
     const double shape = std::max({spread, spectra, 1.0});
-    return {quantile(bins, 0.5) / medianOverMean(shape), shape};
+    return {median / medianOverMean(shape), shape};
 }
