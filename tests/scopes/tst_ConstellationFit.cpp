@@ -582,8 +582,11 @@ private slots:
             append(points, sequence.below(2) == 0 ? 1.0 : -1.0);
         }
         points.x[0] = -points.x[1]; // as many of either
-        while (const double sum = std::accumulate(points.x.begin(), points.x.end(), 0.0)) {
-            *std::find(points.x.begin(), points.x.end(), sum > 0.0 ? 1.0 : -1.0) *= -1.0;
+        const auto sum = [&points] {
+            return std::accumulate(points.x.begin(), points.x.end(), 0.0);
+        };
+        while (std::abs(sum()) > 0.5) {
+            *std::find(points.x.begin(), points.x.end(), sum() > 0.0 ? 1.0 : -1.0) *= -1.0;
         }
         const auto scaled = [points](double amplitude) {
             ReceivedPoints result = points;
