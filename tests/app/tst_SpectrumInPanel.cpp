@@ -21,6 +21,8 @@
 
 using namespace Qt::StringLiterals;
 
+constexpr int ReplyMs = 50; // between two replies
+
 class tst_SpectrumInPanel : public QObject
 {
     Q_OBJECT
