@@ -64,7 +64,7 @@ private:
     // A point beside the area counts in its outermost column.
     int columnOf(QPointF point) const
     {
-        return std::min(m_lastColumn, rounded(std::max(0.0, point.x())));
+        return rounded(std::max(0.0, std::min<double>(m_lastColumn, point.x())));
     }
 
     // The row nearest to a height.
