@@ -30,7 +30,10 @@ public:
     explicit Renames(const QString& folder)
         : m_notify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
     {
-        inotify_add_watch(m_notify, QFile::encodeName(folder).constData(), IN_MOVED_TO);
+        // With the first half of each renaming as well: the kernel reports equal events that follow
+        // each other once.
+        inotify_add_watch(
+            m_notify, QFile::encodeName(folder).constData(), IN_MOVED_FROM | IN_MOVED_TO);
     }
     ~Renames() { ::close(m_notify); }
     Q_DISABLE_COPY_MOVE(Renames)
@@ -40,9 +43,10 @@ public:
         int count = 0;
         alignas(inotify_event) std::array<char, 65536> events{};
         const ssize_t size = ::read(m_notify, events.data(), events.size());
-        for (ssize_t at = 0; at < size; ++count) {
+        for (ssize_t at = 0; at < size;) {
             inotify_event event{};
             std::memcpy(&event, events.data() + at, sizeof event);
+            count += (event.mask & IN_MOVED_TO) != 0 ? 1 : 0;
             at += static_cast<ssize_t>(sizeof event + event.len);
         }
         return count;
