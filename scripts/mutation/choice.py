@@ -7,11 +7,12 @@ from mutation import sites
 
 # room: the sources that decide something and can be judged without looking at a screen
 LOGIC = {
-    'wire': ['Commands', 'LineServer', 'Message', 'SerialLine', 'SpanTable', 'Trace'],
-    'link': ['BoxMessages', 'FrameCutter', 'LinkControl', 'LinkHealth', 'LinkMode', 'LinkWatch',
+    'wire': ['Commands', 'DropLog', 'LineServer', 'LocalListener', 'LocalPeer', 'LocalSocket',
+             'Message', 'RemoteProtocol', 'SerialLine', 'SpanTable', 'Trace'],
+    'link': ['BoxMarkup', 'BoxMessages', 'FrameCutter', 'LinkControl', 'LinkHealth', 'LinkMode', 'LinkWatch',
              'MessageBoxes', 'ResendCutter', 'ResendLine', 'keySerial'],
     'menus': ['GroupCells', 'ImmediateKey', 'Key', 'KeyBoard', 'KeyDefinition', 'KeyPress',
-              'ListGrid', 'MainMenus', 'MenuBook', 'MenuGroups', 'MenuMessages',
+              'ListGrid', 'MainMenus', 'MenuBook', 'MenuGroups', 'MenuLimits', 'MenuMessages',
               'SpecialMenu'],
     'popups': ['AddressEntry', 'ChoiceCells', 'EditedLine', 'EntryType', 'NumberEntry',
                'NumberRanges', 'SendThrottle', 'SliderValue'],

@@ -33,14 +33,14 @@ void LinkHealth::notePing(qint64 now)
     }
     m_lastPing = now;
     if (isSteady()) {
-        m_expected = qMax(*m_newer, *m_older);
+        m_expected = qMax(m_newer, m_older);
     }
 }
 
+// One interval alone is not: the other one is 0.
 bool LinkHealth::isSteady() const
 {
-    return m_newer && m_older &&
-        qMax(*m_newer, *m_older) <= longestSteady(qMin(*m_newer, *m_older));
+    return qMax(m_newer, m_older) <= longestSteady(qMin(m_newer, m_older));
 }
 
 std::optional<qint64> LinkHealth::deadline() const

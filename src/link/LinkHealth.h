@@ -47,7 +47,7 @@ private:
 
     qint64 m_lastBytes = 0;
     std::optional<qint64> m_lastPing;
-    std::optional<qint64> m_newer; // the last interval between two "PING"
-    std::optional<qint64> m_older; // the one before
-    qint64 m_expected = 0;         // interval, 0 while none was steady
+    qint64 m_newer = 0;    // the last interval between two "PING", 0 while there is none
+    qint64 m_older = 0;    // the one before
+    qint64 m_expected = 0; // interval, 0 while none was steady
 };

@@ -58,7 +58,7 @@ bool MenuLimits::takesText(qsizetype characters)
 bool MenuLimits::takesChange(qsizetype before, qsizetype after)
 {
     const qsizetype characters = m_characters - before + after;
-    if (characters > MaxCharacters && after > before) {
+    if (characters > MaxCharacters) {
         m_fullLog.add();
         return false;
     }

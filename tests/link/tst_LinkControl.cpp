@@ -90,6 +90,16 @@ private slots:
         link.write(u"D2:SPEN:1"_s);
     }
 
+    void the_state_of_the_line_is_told()
+    {
+        m_devices->add(u"ttyO2"_s);
+        LinkControl link(m_window.get());
+        const QSignalSpy told(&link, &LinkControl::healthChanged);
+        link.open(u"ttyO2"_s);
+        QCOMPARE(told.size(), 1);
+        QCOMPARE(told.at(0).at(0).value<LinkState>(), LinkState::Alive);
+    }
+
     void messages_are_widened_for_the_link_mode_and_texts_are_not_data()
     {
         QTest::addColumn<int>("mode");

@@ -191,6 +191,28 @@ private slots:
         QTEST(button.isEnabled(), "enabled");
     }
 
+    void a_hidden_key_appears_with_its_display_state_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("visible");
+        QTest::newRow("disabled") << int(Key::Disabled) << true;
+        QTest::newRow("enabled") << int(Key::Enabled) << true;
+        QTest::newRow("hidden") << int(Key::Hidden) << false;
+        QTest::newRow("none of them") << 3 << false;
+    }
+
+    void a_hidden_key_appears_with_its_display_state()
+    {
+        QFETCH(int, state);
+        QPushButton button;
+        button.hide();
+        Key key;
+        key.Set_Key(&button, false);
+        key.state = state;
+        key.applyState();
+        QTEST(!button.isHidden(), "visible");
+    }
+
     void toggle_and_command_keys_send_their_new_state_data()
     {
         QTest::addColumn<int>("type");

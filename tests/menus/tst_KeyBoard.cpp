@@ -3,6 +3,7 @@
 #include "menus/KeyDefinition.h"
 #include "menus/MoreKey.h"
 #include "support/TestMain.h"
+#include "touch/KeyButton.h"
 #include "touch/KeyStyle.h"
 
 #include <QSignalSpy>
@@ -372,6 +373,19 @@ private slots:
         addKeys(menu, 34);
         const auto* more = qobject_cast<MoreKey*>(gridOf(menu, 1)->itemAtPosition(5, 5)->widget());
         QCOMPARE(more->pageText(), u"2/3"_s);
+    }
+
+    // So that nothing below a key is painted.
+    void every_key_paints_the_black_around_its_corners_itself()
+    {
+        KeyBoard menu;
+        menu.new_keyboard(u"M"_s, 5, 5);
+        addKeys(menu, 37);
+        const auto keys = menu.frame->findChildren<KeyButton*>();
+        QCOMPARE(keys.size(), 39); // two of them are "More..."
+        for (const KeyButton* key : keys) {
+            QCOMPARE(key->ground(), QColor(Qt::black));
+        }
     }
 
     void the_More_key_has_its_own_style()

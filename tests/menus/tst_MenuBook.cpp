@@ -1,5 +1,6 @@
 #include "menus/Key.h"
 #include "menus/KeyBoard.h"
+#include "menus/KeyDefinition.h"
 #include "menus/MenuBook.h"
 #include "support/TestMain.h"
 
@@ -174,6 +175,81 @@ private slots:
         KeyBoard* menu = m_book->findOrCreate(u"B"_s);
         delete menu->frame;
         QCOMPARE(menu->stackIndex, 1);
+    }
+
+    void there_is_room_for_so_many_menus()
+    {
+        QList<KeyBoard*> menus(menuLimits::MaxMenus - 1, nullptr);
+        MenuLimits limits(menus);
+        QVERIFY(limits.takesMenu());
+        menus += nullptr;
+        QTest::ignoreMessage(QtWarningMsg, "there are 500 menus: no more are made");
+        QVERIFY(!limits.takesMenu());
+    }
+
+    void there_is_room_for_so_many_keys_of_all_menus()
+    {
+        KeyBoard first;
+        KeyBoard second;
+        first.keys.resize(menuLimits::MaxKeys - 10);
+        second.keys.resize(9);
+        const QList<KeyBoard*> menus{&first, &second};
+        MenuLimits limits(menus);
+        const Key source;
+        QVERIFY(limits.takesKey());
+        QVERIFY(limits.takesCopy(source, u"M"_s));
+        second.keys.resize(10);
+        for (int times = 0; times < 2; ++times) { // the second one is logged later
+            if (times == 0) {
+                QTest::ignoreMessage(QtWarningMsg, "there are 15000 keys: no more are made");
+            }
+            QVERIFY(!limits.takesKey());
+            QVERIFY(!limits.takesCopy(source, u"M"_s));
+        }
+    }
+
+    void a_definition_may_have_so_many_characters()
+    {
+        MenuLimits limits(m_book->pages);
+        QVERIFY(limits.takesDefinition(menuLimits::MaxKeyCharacters));
+        QVERIFY(limits.takesText(menuLimits::MaxKeyCharacters));
+        QTest::ignoreMessage(
+            QtWarningMsg, "a definition of more than 262144 characters is ignored");
+        QVERIFY(!limits.takesDefinition(menuLimits::MaxKeyCharacters + 1));
+        QVERIFY(!limits.takesText(menuLimits::MaxKeyCharacters + 1));
+    }
+
+    void all_definitions_may_have_so_many_characters()
+    {
+        MenuLimits limits(m_book->pages);
+        QVERIFY(limits.takesChange(0, menuLimits::MaxCharacters - 100));
+        QVERIFY(limits.takesText(90));
+        QTest::ignoreMessage(
+            QtWarningMsg, "the definitions have 8388608 characters: no more are taken");
+        QVERIFY(!limits.takesText(11));
+        QVERIFY(!limits.takesChange(5, 16)); // nothing has been counted
+        QVERIFY(limits.takesChange(5, 15));  // it is full to the last one
+        QVERIFY(!limits.takesText(1));
+        QVERIFY(limits.takesChange(1, 1));
+        QVERIFY(limits.takesChange(2, 1));
+        QVERIFY(limits.takesText(1));
+        QVERIFY(!limits.takesText(1));
+        limits.clear();
+        QVERIFY(limits.takesChange(0, menuLimits::MaxCharacters));
+    }
+
+    void a_copy_counts_as_its_key_and_the_name_of_its_menu()
+    {
+        MenuLimits limits(m_book->pages);
+        Key source;
+        source.label = u"abc"_s;
+        const qsizetype characters = KeyDefinition::of(source).characters() + 2;
+        QVERIFY(characters > 4);
+        QVERIFY(limits.takesChange(0, menuLimits::MaxCharacters - characters));
+        QTest::ignoreMessage(
+            QtWarningMsg, "the definitions have 8388608 characters: no more are taken");
+        QVERIFY(!limits.takesCopy(source, u"MMM"_s));
+        QVERIFY(limits.takesCopy(source, u"MM"_s));
     }
 
 private:

@@ -385,7 +385,7 @@ private slots:
         QTest::addColumn<double>("inner");
         QTest::addColumn<double>("outer");
         QTest::addColumn<double>("noise");
-        for (const double inner : {0.0, 0.15, 0.25, 0.7, 0.83}) {
+        for (const double inner : {0.0, 0.15, 0.25, 0.7, 0.77, 0.83}) {
             for (const double outer : {1.8, 3.0}) {
                 for (const double noise : {0.0, 0.05, 0.15, 0.4}) {
                     QTest::addRow("%g inner, %g, noise %g", inner, outer, noise)

@@ -2,6 +2,8 @@
 #include "wire/DropLog.h"
 #include "wire/Log.h"
 
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -52,6 +54,36 @@ private slots:
         qInstallMessageHandler(before);
         QVERIFY(isLater);
         QCOMPARE(atOnce, QStringList{u"qn740.menus: too many keys"_s});
+        QCOMPARE(logged,
+            QStringList(
+                {u"qn740.menus: too many keys"_s, u"qn740.menus: too many keys (2 times)"_s}));
+    }
+
+    void what_is_logged_after_a_minute_is_not_logged_again_at_its_end()
+    {
+        constexpr int IntervalMs = 50;
+        const QtMessageHandler before = qInstallMessageHandler(keep);
+        DropLog log(&logMenus, u"too many keys"_s, IntervalMs);
+        log.add(0);
+        log.add(1);
+        log.add(IntervalMs);
+        QTest::qWait(2 * IntervalMs); // nothing follows
+        qInstallMessageHandler(before);
+        QCOMPARE(logged,
+            QStringList(
+                {u"qn740.menus: too many keys"_s, u"qn740.menus: too many keys (2 times)"_s}));
+    }
+
+    void a_thread_without_an_event_loop_logs_the_rest_at_the_end()
+    {
+        const QtMessageHandler before = qInstallMessageHandler(keep);
+        std::thread([] {
+            DropLog log(&logMenus, u"too many keys"_s);
+            for (int times = 0; times < 3; ++times) {
+                log.add();
+            }
+        }).join();
+        qInstallMessageHandler(before);
         QCOMPARE(logged,
             QStringList(
                 {u"qn740.menus: too many keys"_s, u"qn740.menus: too many keys (2 times)"_s}));

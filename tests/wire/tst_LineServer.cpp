@@ -159,6 +159,30 @@ private slots:
         QVERIFY(taken == block.repeated(blocks)); // whole ones only
     }
 
+    void a_block_may_fill_the_whole_backlog_but_not_more_data()
+    {
+        QTest::addColumn<qint64>("bytes");
+        QTest::addColumn<qint64>("sent");
+        QTest::newRow("as long") << LineServer::MaxBacklogBytes << LineServer::MaxBacklogBytes;
+        QTest::newRow("longer") << LineServer::MaxBacklogBytes + 1 << qint64{0};
+    }
+
+    void a_block_may_fill_the_whole_backlog_but_not_more()
+    {
+        QFETCH(qint64, bytes);
+        QFETCH(qint64, sent);
+        const auto server = makeServer();
+        QLocalSocket reader;
+        connectReader(reader, *server);
+        server->send(QByteArray(bytes, 'p'));
+        QCOMPARE(server->backlog() > 0, sent > 0);
+        QByteArray taken;
+        QTRY_VERIFY((taken += reader.readAll(), taken.size() >= sent));
+        server->send("last\n");
+        QTRY_VERIFY((taken += reader.readAll(), taken.endsWith("last\n")));
+        QCOMPARE(taken.size(), sent + 5);
+    }
+
     void readers_that_come_and_go_leave_the_memory_as_it_was()
     {
         const auto server = makeServer();
