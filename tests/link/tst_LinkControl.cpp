@@ -179,6 +179,20 @@ private slots:
         QVERIFY(waiting < LinkControl::MaxUnsentBytes + message.size());
     }
 
+    void nothing_is_added_once_the_limit_is_reached()
+    {
+        const QSerialPort* port = m_link->serial()->port();
+        m_link->write(QString(100'000, u'x')); // some of it leaves at once
+        const qint64 waiting = port->bytesToWrite();
+        QVERIFY(waiting > 0);
+        m_link->write(QString(LinkControl::MaxUnsentBytes - waiting - 1, u'x'));
+        QCOMPARE(port->bytesToWrite(), LinkControl::MaxUnsentBytes - 1);
+        m_link->write(u"y"_s);
+        QCOMPARE(port->bytesToWrite(), LinkControl::MaxUnsentBytes);
+        m_link->write(u"z"_s);
+        QCOMPARE(port->bytesToWrite(), LinkControl::MaxUnsentBytes);
+    }
+
     void nothing_is_sent_on_a_line_that_is_not_open()
     {
         QWidget window;

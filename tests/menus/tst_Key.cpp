@@ -346,6 +346,27 @@ private slots:
         }
     }
 
+    void a_key_that_becomes_a_toggle_gets_its_lamp_with_its_state_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::newRow("enabled") << int(Key::Enabled);
+        QTest::newRow("disabled") << int(Key::Disabled);
+    }
+
+    void a_key_that_becomes_a_toggle_gets_its_lamp_with_its_state()
+    {
+        TextButton button(u"AGC"_s);
+        Key key;
+        key.Set_Key(&button, false);
+        key.type = Key::Number;
+        key.setTog(true);
+        key.type = Key::Toggle;
+        QFETCH(int, state);
+        key.state = state;
+        key.applyState();
+        QCOMPARE(button.marks().lamp, keyMarks::Lamp::On);
+    }
+
     void a_key_that_is_no_toggle_any_more_loses_its_lamp()
     {
         TextButton button(u"AGC"_s);

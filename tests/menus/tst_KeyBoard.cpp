@@ -89,6 +89,8 @@ private slots:
             u"border-radius: 4px;}"_s);
         QCOMPARE(menu.frame->layout()->contentsMargins(), QMargins(4, 15, 4, 4));
         QCOMPARE(menu.titleLabel->text(), u"QN740 - Menu - Tuner CH1"_s);
+        QCOMPARE(menu.titleLabel->objectName(), u"titleLabel"_s);
+        QVERIFY(menu.titleLabel->isHidden());
         QVERIFY(!menu.mainMenu);
         QVERIFY(menu.chan1Grid == nullptr && menu.optGrid == nullptr);
         QCOMPARE(menu.pages->count(), 1);
@@ -99,6 +101,32 @@ private slots:
             QCOMPARE(menu.grid->rowMinimumHeight(i), 80);
         }
         QCOMPARE(menu.grid->columnMinimumWidth(6), 0);
+        QCOMPARE(menu.grid->columnCount(), 6);
+        QCOMPARE(menu.grid->rowCount(), 6);
+    }
+
+    // So that the pages need not be polished once they have keys.
+    void an_empty_menu_is_polished_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("plain") << int(KeyBoard::Kind::Plain);
+        QTest::newRow("four groups") << int(KeyBoard::Kind::Main);
+        QTest::newRow("large keys") << int(KeyBoard::Kind::Pax);
+    }
+
+    void an_empty_menu_is_polished()
+    {
+        QFETCH(int, kind);
+        KeyBoard menu;
+        if (kind == int(KeyBoard::Kind::Plain)) {
+            menu.new_keyboard(u"M"_s, 5, 5);
+            QVERIFY(menu.pages->widget(0)->testAttribute(Qt::WA_WState_Polished));
+        } else if (kind == int(KeyBoard::Kind::Main)) {
+            menu.new_mm_keyboard(u"M"_s, 5, 5);
+        } else {
+            menu.new_PAX_mm_keyboard(u"M"_s, 5, 2);
+        }
+        QVERIFY(menu.frame->testAttribute(Qt::WA_WState_Polished));
     }
 
     void an_ampersand_in_the_name_is_shown_and_marks_no_letter_data()
@@ -376,7 +404,7 @@ private slots:
     }
 
     // So that nothing below a key is painted.
-    void every_key_paints_the_black_around_its_corners_itself()
+    void every_key_has_its_height_and_paints_the_black_around_its_corners()
     {
         KeyBoard menu;
         menu.new_keyboard(u"M"_s, 5, 5);
@@ -385,6 +413,7 @@ private slots:
         QCOMPARE(keys.size(), 39); // two of them are "More..."
         for (const KeyButton* key : keys) {
             QCOMPARE(key->ground(), QColor(Qt::black));
+            QCOMPARE(key->maximumHeight(), 100);
         }
     }
 
@@ -454,12 +483,17 @@ private slots:
             for (int row = 0; row < 5; ++row) {
                 QCOMPARE(grid->rowMinimumHeight(row), 80);
             }
+            QCOMPARE(grid->columnCount(), 2);
+            QCOMPARE(grid->rowCount(), 5);
             QCOMPARE(grid->contentsMargins(), QMargins(4, 15, 4, 4));
         }
         for (int col = 0; col < 6; ++col) {
             QCOMPARE(menu.optGrid->columnMinimumWidth(col), 150);
         }
+        QCOMPARE(menu.optGrid->columnCount(), 6);
         QCOMPARE(menu.optGrid->rowMinimumHeight(0), 40);
+        QCOMPARE(menu.optGrid->rowCount(), 1);
+        QCOMPARE(menu.optBox->minimumHeight(), 70);
         QCOMPARE(menu.optGrid->contentsMargins(), QMargins(4, 15, 4, 4));
         QCOMPARE(menu.grid->itemAtPosition(0, 0)->widget(), menu.chan1Box);
         QCOMPARE(menu.grid->itemAtPosition(0, 1)->widget(), menu.chan2Box);
@@ -483,11 +517,18 @@ private slots:
         }
         QCOMPARE(menu.chan1Grid->columnMinimumWidth(1), 150);
         QCOMPARE(menu.chan1Grid->columnCount(), 2);
-        QCOMPARE(menu.chan1Grid->rowMinimumHeight(4), 80);
+        for (int row = 0; row < 5; ++row) {
+            QCOMPARE(menu.chan1Grid->rowMinimumHeight(row), 80);
+        }
+        QCOMPARE(menu.chan1Grid->rowCount(), 5);
+        QCOMPARE(menu.chan1Grid->columnMinimumWidth(0), 150);
         QCOMPARE(menu.chan1Grid->contentsMargins(), QMargins(2, 2, 2, 2));
         QCOMPARE(menu.chan2Grid->columnMinimumWidth(0), 330);
+        QCOMPARE(menu.chan2Grid->columnCount(), 1);
         QCOMPARE(menu.optGrid->columnMinimumWidth(0), 150);
+        QCOMPARE(menu.optGrid->columnCount(), 1);
         QCOMPARE(menu.optGrid->rowMinimumHeight(0), 60);
+        QCOMPARE(menu.optGrid->rowCount(), 1);
         QCOMPARE(menu.optGrid->contentsMargins(), QMargins(1, 1, 1, 1));
         QCOMPARE(menu.grid->contentsMargins(), QMargins(1, 1, 1, 1));
         QCOMPARE(menu.grid->itemAtPosition(0, 0)->widget(), menu.chan1Box);
@@ -495,6 +536,8 @@ private slots:
         for (int col = 0; col < 2; ++col) {
             QCOMPARE(menu.grid->itemAtPosition(1, col)->widget(), menu.optBox);
         }
+        QVERIFY(menu.grid->itemAtPosition(2, 0) == nullptr);
+        QVERIFY(menu.grid->itemAtPosition(0, 2) == nullptr);
         addFixed(menu, 0, 0);
         QVERIFY(menu.keys.first()->large);
         QCOMPARE(menu.buttons.first()->styleSheet(), keyStyle::enabled(true));

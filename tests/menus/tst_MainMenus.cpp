@@ -582,6 +582,36 @@ private slots:
         QLoggingCategory::setFilterRules(u""_s);
         QTEST(lines, "text");
     }
+
+    void a_main_menu_is_only_made_and_filled_when_there_is_room_data()
+    {
+        QTest::addColumn<bool>("isPax");
+        QTest::newRow("four groups") << false;
+        QTest::newRow("large keys") << true;
+    }
+
+    void a_main_menu_is_only_made_and_filled_when_there_is_room()
+    {
+        QFETCH(bool, isPax);
+        const auto copy = [isPax](Menus& menus, const char* name) {
+            isPax ? menus.paxCopy(name, "M", "k") : menus.copy(name, "M", "k");
+        };
+        Menus menus;
+        menus.key("M", "k");
+        copy(menus, "Old");
+        QCOMPARE(menus.menu("Old")->keys.size(), 1);
+        menus.book.limits.takesChange(0, menuLimits::MaxCharacters - 100);
+        while (menus.book.limits.takesChange(0, 1)) {
+        }
+        copy(menus, "New");
+        QVERIFY(menus.menu("New") == nullptr);
+        copy(menus, "Old");
+        QCOMPARE(menus.menu("Old")->keys.size(), 1);
+        menus.book.limits.takesChange(3, 0); // the name of a menu, without a copy
+        copy(menus, "New");
+        QVERIFY(menus.menu("New") != nullptr);
+        QVERIFY(menus.menu("New")->keys.isEmpty());
+    }
 };
 
 QN740_TEST_MAIN(tst_MainMenus)

@@ -596,7 +596,77 @@ private slots:
         QCOMPARE(main->optGrid->itemAtPosition(0, 0)->widget(), main->buttons.at(0));
     }
 
+    void the_text_of_one_definition_is_limited_data()
+    {
+        QTest::addColumn<qsizetype>("characters");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("as long") << menuLimits::MaxKeyCharacters << true;
+        QTest::newRow("longer") << menuLimits::MaxKeyCharacters + 1 << false;
+    }
+
+    void the_text_of_one_definition_is_limited()
+    {
+        QFETCH(qsizetype, characters);
+        QFETCH(bool, isTaken);
+        const QString options(characters - 6, u'a'); // without "M", "k", "L", "C:", "u"
+        ak(u"M,k,L,5,C:,u,0,%1,0,0,1,0"_s.arg(options));
+        QCOMPARE(m_menus->book.pages.size(), isTaken ? 1 : 0);
+        ak(u"M,k,L,5,C:,u,0,o,0,0,1,0"_s);
+        ak(u"M,k,L,5,C:,u,0,%1,0,0,1,0"_s.arg(options));
+        QCOMPARE(find(u"M"_s, u"k"_s)->options.size(), isTaken ? options.size() : 1);
+        m_menus->lockChoices({u"M"_s, u"k"_s, u"7"_s + QString(characters - 1, u':')});
+        QCOMPARE(find(u"M"_s, u"k"_s)->itemIds.size(), isTaken ? 1 : 0);
+        const QSignalSpy sent(&m_menus->book, &MenuBook::keyboard_response_message);
+        m_menus->pressImmediately(
+            {u"L"_s, u"5"_s, u"C"_s, u"u"_s, u"0"_s, QString(characters - 6, u'o'), u"0"_s});
+        QCOMPARE(sent.size(), isTaken ? 1 : 0);
+    }
+
+    void a_definition_for_which_there_is_no_room_changes_nothing()
+    {
+        ak(u"M,k,L,5,C:,u,0,options,0,0,1,0"_s);
+        m_menus->copyKey({u"Copies"_s, u"M"_s, u"k"_s});
+        const QList<KeyBoard*> before = m_menus->book.pages;
+        fill();
+        ak(u"New,k,L,5,C:,,0,,0,0,1,0"_s);
+        ak(u"M,new,L,5,C:,,0,,0,0,1,0"_s);
+        m_menus->copyKey({u"New"_s, u"M"_s, u"k"_s});
+        m_menus->copyKey({u"M"_s, u"M"_s, u"k"_s});
+        QCOMPARE(m_menus->book.pages, before);
+        QCOMPARE(before.at(0)->keys.size(), 1);
+        ak(u"M,k,L,5,C:,u,0,options+,0,0,1,0"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->options, u"options"_s);
+        ak(u"M,k,L,5,C:,u,0,short,0,0,1,0"_s);
+        QCOMPARE(find(u"M"_s, u"k"_s)->options, u"short"_s);
+        // Two of the key and two of its copy are left.
+        QVERIFY(m_menus->book.limits.takesChange(0, 4));
+        QVERIFY(!m_menus->book.limits.takesChange(0, 1));
+    }
+
+    void a_key_for_which_there_is_no_room_makes_no_menu()
+    {
+        ak(u"M,k,L,5,C:,,0,,0,0,1,0"_s);
+        KeyBoard* filler = m_menus->book.findOrCreate(u"F"_s);
+        filler->keys.resize(menuLimits::MaxKeys - 2); // one key is still missing
+        m_menus->copyKey({u"M"_s, u"M"_s, u"k"_s});
+        QCOMPARE(m_menus->book.pages.at(0)->keys.size(), 2);
+        ak(u"M,k2,L,5,C:,,0,,0,0,1,0"_s);
+        ak(u"New,k,L,5,C:,,0,,0,0,1,0"_s);
+        m_menus->copyKey({u"M"_s, u"M"_s, u"k"_s});
+        QCOMPARE(m_menus->book.pages.at(0)->keys.size(), 2);
+        QCOMPARE(m_menus->book.pages.size(), 2);
+        filler->keys.clear();
+    }
+
 private:
+    // Takes the room for all characters.
+    void fill()
+    {
+        m_menus->book.limits.takesChange(0, menuLimits::MaxCharacters - 100);
+        while (m_menus->book.limits.takesChange(0, 1)) {
+        }
+    }
+
     void ak(const QString& fields) { m_menus->defineKey(fields.split(u',')); }
     void cv(const QString& fields) { m_menus->changeValue(fields.split(u',')); }
     void ck(const QString& fields) { m_menus->changeState(fields.split(u',')); }
