@@ -287,6 +287,7 @@ private slots:
         const QSignalSpy closed(m_link, &LinkControl::dialogClosed);
         m_link->setMode(1);
         m_link->openDialog();
+        QVERIFY(dialog()->isVisible());
         m_link->openDialog();
         QCOMPARE(opened.size(), 1);
         QTRY_COMPARE(m_unit->received(), framed("Slave,1"));

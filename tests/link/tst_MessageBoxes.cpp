@@ -85,6 +85,31 @@ private:
     int m_notify;
 };
 
+// Counts how often each of some windows was put over the others.
+class RaiseCounter : public QObject
+{
+public:
+    explicit RaiseCounter(const QList<QWidget*>& windows)
+    {
+        for (QWidget* window : windows) {
+            window->installEventFilter(this);
+        }
+    }
+
+    // How often since it was asked last.
+    int take(QWidget* window) { return m_counts.take(window); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        m_counts[watched] += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
+
+private:
+    QMap<QObject*, int> m_counts;
+};
+
 // Closes one of the boxes and deletes it.
 void closeOne()
 {
@@ -273,6 +298,65 @@ private slots:
         outer.reset();
         box = boxes.open(QStringLiteral("Text"), true, Screen);
         QVERIFY(box->windowHandle()->transientParent() == nullptr);
+    }
+
+    // It would keep a finger from the editor, and only the main unit closes it.
+    void a_pressed_box_without_a_button_steps_aside_until_a_window_has_gone()
+    {
+        MessageBoxes boxes;
+        QDialog editor;
+        editor.setModal(true);
+        editor.show();
+        QMessageBox* pressed = boxes.open(QStringLiteral("Text"), false, Screen);
+        QMessageBox* other = boxes.open(QStringLiteral("Other"), false, Screen);
+        QCoreApplication::processEvents();
+        RaiseCounter raised({&editor, pressed, other});
+        QTest::mousePress(pressed, Qt::LeftButton);
+        QVERIFY(pressed->windowHandle()->transientParent() == nullptr);
+        QCOMPARE(other->windowHandle()->transientParent(), editor.windowHandle());
+        QCOMPARE(raised.take(&editor), 1);
+        QCOMPARE(raised.take(pressed), 0);
+        QCOMPARE(raised.take(other), 1); // over the editor again
+        {
+            QDialog inner;
+            inner.setModal(true);
+            inner.show();
+            QTRY_COMPARE(other->windowHandle()->transientParent(), inner.windowHandle());
+            QVERIFY(pressed->windowHandle()->transientParent() == nullptr); // it is still aside
+            QCOMPARE(raised.take(pressed), 0);
+            raised.take(other);
+        }
+        for (QMessageBox* box : {pressed, other}) {
+            QCOMPARE(box->windowHandle()->transientParent(), editor.windowHandle());
+            QCOMPARE(raised.take(box), 1);
+        }
+    }
+
+    void a_box_with_a_button_or_without_an_editor_does_not_step_aside_data()
+    {
+        QTest::addColumn<bool>("okButton");
+        QTest::addColumn<bool>("isOverEditor");
+        QTest::newRow("with a button") << true << true;
+        QTest::newRow("without an editor") << false << false;
+    }
+
+    void a_box_with_a_button_or_without_an_editor_does_not_step_aside()
+    {
+        QFETCH(bool, okButton);
+        QFETCH(bool, isOverEditor);
+        MessageBoxes boxes;
+        QDialog editor;
+        editor.setModal(isOverEditor);
+        editor.show();
+        QMessageBox* box = boxes.open(QStringLiteral("Text"), okButton, Screen);
+        QCoreApplication::processEvents();
+        const QWindow* parent = box->windowHandle()->transientParent();
+        QCOMPARE(parent, isOverEditor ? editor.windowHandle() : nullptr);
+        RaiseCounter raised({&editor, box});
+        QTest::mousePress(box, Qt::LeftButton, {}, QPoint(3, 3));
+        QCOMPARE(box->windowHandle()->transientParent(), parent);
+        QCOMPARE(raised.take(&editor), 0);
+        QCOMPARE(raised.take(box), 0);
     }
 
     void ten_thousand_boxes_leave_the_memory_where_it_was()

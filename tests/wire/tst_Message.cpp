@@ -94,6 +94,25 @@ private slots:
             u"\\x02a\\\\b\\xe9\\x04"_s);
     }
 
+    void escapes_are_read_wherever_they_stand_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("a backslash alone") << u"\\\\"_s << u"\\"_s;
+        QTest::newRow("a backslash at the end") << u"a\\\\"_s << u"a\\"_s;
+        QTest::newRow("a backslash before x") << u"\\\\x41"_s << u"\\x41"_s;
+        QTest::newRow("two backslashes") << u"\\\\\\\\"_s << u"\\\\"_s;
+        QTest::newRow("a number alone") << u"\\x41"_s << u"A"_s;
+        QTest::newRow("a number in the middle") << u"a\\x4142"_s << u"aA42"_s;
+        QTest::newRow("two numbers") << u"\\x41\\x42"_s << u"AB"_s;
+    }
+
+    void escapes_are_read_wherever_they_stand()
+    {
+        QFETCH(QString, line);
+        QTEST(wire::fromPrintable(line), "text");
+    }
+
     void a_backslash_that_starts_no_escape_stands_for_itself_data()
     {
         QTest::addColumn<QString>("line");
