@@ -395,7 +395,8 @@ private slots:
     void any_spectrum_gives_what_the_plain_search_gives_data()
     {
         QTest::addColumn<unsigned>("seed");
-        for (unsigned seed = 1; seed <= 4; ++seed) {
+        // The last ones have spectra in which many bins tell what lies beside a carrier.
+        for (const unsigned seed : {1U, 2U, 3U, 4U, 6U, 20U}) {
             QTest::addRow("%u", seed) << seed;
         }
     }
