@@ -153,6 +153,11 @@ private slots:
         QCOMPARE(m_messages.size(), 10);
         QTRY_COMPARE(m_messages.size(), 30);
         QCOMPARE(m_serial->port()->bytesAvailable(), qint64(0));
+        const QSignalSpy turns(m_serial.get(), &keySerial::turnEnded);
+        for (int turn = 0; turn < 5; ++turn) {
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(turns.size(), 0); // there is nothing left for one
     }
 
     void a_handler_that_runs_an_event_loop_gets_each_message_once_and_in_order()

@@ -435,6 +435,7 @@ private slots:
         QVERIFY(page != nullptr);
         QCOMPARE(menus.stack->count(), pages + 1);
         QCOMPARE(menus.stack->indexOf(page), pages);
+        QCOMPARE(page->objectName(), u"specialPage"_s);
 
         auto* outer = qobject_cast<QGridLayout*>(page->layout());
         const QStringList titles{u"Channel 1"_s, u"Channel 2"_s, u"Combiner"_s};

@@ -386,6 +386,12 @@ private slots:
             << u"EI"_s << u"N,k,0"_s << QStringList{u"EI: no menu N"_s};
         QTest::newRow("choices of a key that does not exist")
             << u"EI"_s << u"M,x,0"_s << QStringList{u"EI: no key x"_s};
+        QTest::newRow("a value of a menu that does not exist")
+            << u"CV"_s << u"N,k"_s << QStringList{u"CV: no menu N"_s};
+        QTest::newRow("a value without a key") << u"CV"_s << u"N"_s << QStringList{};
+        QTest::newRow("a menu that does not exist")
+            << u"SK"_s << u"N"_s << QStringList{u"SK: no menu N"_s};
+        QTest::newRow("a menu that is shown") << u"SK"_s << u"M"_s << QStringList{};
         QTest::newRow("a negative state")
             << u"CK"_s << u"M,k,-1"_s << QStringList{u"CK: no state -1"_s};
         QTest::newRow("the smallest state") << u"CK"_s << u"M,k,0"_s << QStringList{};
@@ -411,6 +417,10 @@ private slots:
             m_menus->lockChoices(list);
         } else if (word == u"CK"_s) {
             m_menus->changeState(list);
+        } else if (word == u"CV"_s) {
+            m_menus->changeValue(list);
+        } else if (word == u"SK"_s) {
+            m_menus->selectMenu(list);
         } else {
             m_menus->pressImmediately(list);
         }
