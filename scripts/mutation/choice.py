@@ -21,8 +21,15 @@ LOGIC = {
                  'QueueEntry', 'Rs422Bus', 'SpectrumTrace'],
     'scopes': ['ConstellationFit', 'ConstellationMeter', 'ConstellationSums', 'EyeMeter',
                'Interpolator', 'IqBlockDecoder', 'ModulationOrder', 'NoiseEstimate',
-               'OrderFinder', 'OrderLimits', 'PointMoments', 'RangeKeeper', 'SdiDecoder', 'SymbolPeriodFinder'],
+               'OrderFinder', 'OrderLimits', 'PointMoments', 'RangeKeeper', 'SdiDecoder',
+               'SymbolPeriodFinder'],
+    'plot': ['ColumnRuns', 'DataWatch', 'TextFlow', 'TickTexts'],
+    'app': ['ScreenSettings', 'StageMap'],
 }
+
+# Of these rooms, only these programs judge: the others run whole windows for minutes, and reach
+# nothing more of the sources above.
+PROGRAMS = {'app': ['Stage']}
 
 
 def all_sites(root):

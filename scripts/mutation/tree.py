@@ -6,7 +6,7 @@ import re
 import subprocess
 import sys
 
-from mutation import sites
+from mutation import choice, sites
 
 HEADER = 'qn740_mutant.h'
 PLACE = re.compile(r'(src/\w+/\w+\.cpp):(\d+):')
@@ -101,7 +101,9 @@ class Tree:
         tests = {}
         for test in json.loads(done.stdout)['tests']:
             kind, _, name = test['name'].partition('.')
-            if kind == 'plain' and name.split('.')[0] in self.rooms:
+            room, _, program = name.partition('.')
+            if kind == 'plain' and room in self.rooms and \
+                    program in choice.PROGRAMS.get(room, [program]):
                 tests[name] = test
         return tests
 

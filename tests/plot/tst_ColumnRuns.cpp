@@ -28,6 +28,88 @@ Runs runsOf(const QPolygonF& line, const QRect& area = Area)
     return runs;
 }
 
+// The runs by their definition: in each column the rows whose middles the line crosses there, and
+// the rows nearest to its points and to where it passes the middle of the column.
+class PlainRuns
+{
+public:
+    PlainRuns(const QPolygonF& line, const QRect& area)
+        : m_area(area)
+        , m_runs(area.width(), qMakePair(area.height(), -1))
+    {
+        const QPointF origin = QPointF(area.topLeft()) + QPointF(0.5, 0.5);
+        addNearest(columnOf(line.first() - origin), (line.first() - origin).y());
+        for (qsizetype i = 1; i < line.size(); ++i) {
+            addSegment(line.at(i - 1) - origin, line.at(i) - origin);
+        }
+    }
+
+    Runs runs() const
+    {
+        Runs runs;
+        for (const auto& [lowest, highest] : m_runs) {
+            const int first = qMax(lowest, 0);
+            const int last = qMin(highest, m_area.height() - 1);
+            runs += first <= last ? qMakePair(first + m_area.top(), last + m_area.top())
+                                  : qMakePair(0, -1);
+        }
+        return runs;
+    }
+
+private:
+    int columnOf(QPointF point) const
+    {
+        return int(std::floor(qBound(0.0, point.x(), m_area.width() - 1.0) + 0.5));
+    }
+
+    void addSegment(QPointF from, QPointF to)
+    {
+        const int first = columnOf(from);
+        const int last = columnOf(to);
+        const auto heightAt = [from, to](double x) {
+            return from.y() + (x - from.x()) * (to.y() - from.y()) / (to.x() - from.x());
+        };
+        for (int column = first; column <= last; ++column) {
+            const double one = column == first ? from.y() : heightAt(column - 0.5);
+            const double other = column == last ? to.y() : heightAt(column + 0.5);
+            const double lowest = qMax(-5.0, qMin(one, other));
+            const double highest = qMin(m_area.height() + 5.0, qMax(one, other));
+            for (int row = int(std::ceil(lowest)); row <= highest; ++row) {
+                add(column, row);
+            }
+            if (first < last && column >= from.x() && column <= to.x()) {
+                addNearest(column, heightAt(column));
+            }
+        }
+        addNearest(last, to.y());
+    }
+
+    void addNearest(int column, double height) { add(column, int(std::floor(height + 0.5))); }
+
+    void add(int column, int row)
+    {
+        m_runs[column].first = qMin(m_runs[column].first, row);
+        m_runs[column].second = qMax(m_runs[column].second, row);
+    }
+
+    QRect m_area;
+    Runs m_runs;
+};
+
+// A line through points between pixels and on them. Its slopes are exact numbers.
+QPolygonF steps(quint32 seed, double share)
+{
+    QRandomGenerator random(seed);
+    QPolygonF line{QPointF(Area.left() - 4.0, 60.0)};
+    while (line.last().x() < Area.right() + 4.0) {
+        const double across = 0.5 * (1 << random.bounded(5)) * random.bounded(2);
+        const double height = Area.top() + 0.5 * random.bounded(-20, 300);
+        const bool isFlat = random.generateDouble() > share;
+        line += QPointF(line.last().x() + across, isFlat ? line.last().y() + 0.5 : height);
+    }
+    return line;
+}
+
 QImage blank(QImage::Format format = QImage::Format_RGB32)
 {
     QImage picture(PictureSize, format);
@@ -129,6 +211,47 @@ private slots:
         QCOMPARE(runsOf({}), Runs(101, qMakePair(0, -1)));
         QCOMPARE(runsOf({QPointF(10, 30)}, QRect()), Runs());
         QCOMPARE(runsOf({QPointF(10, 30)}).first(), qMakePair(30, 30));
+    }
+
+    void any_line_has_the_runs_of_their_definition_data()
+    {
+        QTest::addColumn<QPolygonF>("line");
+        for (const quint32 seed : {1U, 2U, 3U, 4U}) {
+            QTest::addRow("steep, %u", seed) << steps(seed, 1.0);
+            QTest::addRow("flat, %u", seed) << steps(seed, 0.1);
+            QTest::addRow("noise, %u", seed) << noise(seed, 80, 170.0, 0.0);
+            QTest::addRow("few points, %u", seed) << noise(seed, 9, 170.0, 0.0);
+        }
+        QTest::newRow("one point") << QPolygonF{QPointF(40.0, 40.0)};
+        QTest::newRow("one point at a corner") << QPolygonF{QPointF(111.0, 151.0)};
+        QTest::newRow("one point above") << QPolygonF{QPointF(40.0, 19.5)};
+    }
+
+    void any_line_has_the_runs_of_their_definition()
+    {
+        QFETCH(QPolygonF, line);
+        QCOMPARE(runsOf(line), PlainRuns(line, Area).runs());
+    }
+
+    void a_clip_of_the_painter_counts()
+    {
+        const QPolygonF line = noise(2, 150, 160.0, 10.0);
+        const QRect clip(30, 41, 22, 57);
+        QImage clipped = blank();
+        QPainter painter(&clipped);
+        painter.setClipRect(clip);
+        paint(painter, line);
+        painter.end();
+        QImage whole = blank();
+        painter.begin(&whole);
+        paint(painter, line);
+        painter.end();
+        QImage wanted = blank();
+        painter.begin(&wanted);
+        painter.drawImage(clip, whole, clip);
+        painter.end();
+        QCOMPARE(different(clipped, wanted), 0);
+        QVERIFY(different(clipped, blank()) > 100);
     }
 
     // The painter's own lines differ only where a point lies between two rows or columns.
