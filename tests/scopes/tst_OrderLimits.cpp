@@ -145,6 +145,40 @@ private slots:
             "expected");
     }
 
+    void the_bounds_of_moments_are_within_them_data()
+    {
+        QTest::addColumn<double>("fourth");
+        QTest::addColumn<double>("eighth");
+        QTest::addColumn<int>("found");
+        QTest::addColumn<int>("kept"); // the same order, within the wider bounds
+        const auto row = [](double fourth, double eighth, Order found, Order kept) {
+            QTest::addRow("%g, %g", fourth, eighth) << fourth << eighth << int(found) << int(kept);
+        };
+        row(0.75, 1.0, Order::Qpsk, Order::Qpsk);
+        row(1.3, 1.0, Order::Qpsk, Order::Qpsk);
+        row(1.0, 0.5, Order::Qpsk, Order::Qpsk);
+        row(1.0, 2.3, Order::Qpsk, Order::Qpsk);
+        row(0.25, 1.0, Order::Psk8, Order::Psk8);
+        row(0.6, 1.0, Order::Unknown, Order::Qpsk);
+        row(1.5, 1.0, Order::Unknown, Order::Qpsk);
+        row(0.4, 1.0, Order::Unknown, Order::Psk8);
+        row(0.4, 9.0, Order::Unknown, Order::Qam16);
+        row(1.8, 9.0, Order::Unknown, Order::Qam16);
+    }
+
+    void the_bounds_of_moments_are_within_them()
+    {
+        QFETCH(double, fourth);
+        QFETCH(double, eighth);
+        QFETCH(int, kept);
+        PointMoments moments;
+        moments.kurtosis = 1.0;
+        moments.z4 = fourth;
+        moments.z8 = eighth;
+        QTEST(int(orderLimits::candidateOf(moments)), "found");
+        QVERIFY(orderLimits::momentsMayBeOf(moments, static_cast<Order>(kept)));
+    }
+
     void a_line_has_five_times_the_power_along_it()
     {
         PointMoments moments;
@@ -192,8 +226,10 @@ private slots:
     void the_origin_lies_within_0_6_of_the_amplitude()
     {
         ConstellationFit fit = goodFit();
-        fit.toReceived.x0 = 0.29;
-        QVERIFY(orderLimits::shapeIsPlausible(fit));
+        for (const double inside : {0.29, 0.3}) {
+            fit.toReceived.x0 = inside;
+            QVERIFY(orderLimits::shapeIsPlausible(fit));
+        }
         fit.toReceived.x0 = 0.31;
         QVERIFY(!orderLimits::shapeIsPlausible(fit));
         fit.toReceived.x0 = 0.0;
@@ -274,6 +310,10 @@ private slots:
         QTest::newRow("2.15 along I") << 2.15 << 3.0 << false << true;
         QTest::newRow("1.85 along I") << 1.85 << 3.0 << false << true;
         QTest::newRow("1.75 along I") << 1.75 << 3.0 << false << false;
+        QTest::newRow("2.2 along I") << 2.2 << 3.0 << true << true;
+        QTest::newRow("1.8 along I") << 1.8 << 3.0 << false << true;
+        QTest::newRow("2.2 along Q") << 3.0 << 2.2 << true << true;
+        QTest::newRow("1.8 along Q") << 3.0 << 1.8 << false << true;
         QTest::newRow("2.25 along Q") << 3.0 << 2.25 << true << true;
         QTest::newRow("2.15 along Q") << 3.0 << 2.15 << false << true;
         QTest::newRow("1.85 along Q") << 3.0 << 1.85 << false << true;
