@@ -134,7 +134,7 @@ Products productsAt(const Lines& i, const Lines& q, int distance)
     Products sum;
     const int width = std::max(2, static_cast<int>(EdgeWidth * distance));
     const int last = std::min(distance / 2 + width, static_cast<int>(i.values.size()) - 1);
-    for (int upper = (distance + 1) / 2; upper <= last && upper < distance; ++upper) {
+    for (int upper = (distance + 1) / 2; upper <= last; ++upper) {
         const auto a = static_cast<size_t>(upper);
         const auto b = static_cast<size_t>(distance - upper);
         sum.i += product(i.values[a], i.values[b]);
@@ -167,9 +167,9 @@ SymbolPeriodFinder::Block SymbolPeriodFinder::blockOf(
     for (int n = 0; n < Distances; ++n) {
         const auto at = static_cast<size_t>(n);
         const Products products = productsAt(linesI, linesQ, n + MinDistance);
-        block.aligned[at] = static_cast<float>(std::norm(products.i + products.q));
-        block.staggered[at] = static_cast<float>(std::norm(products.i - products.q));
-        block.largest[at] = static_cast<float>(products.largest * products.largest);
+        block.aligned.at(at) = static_cast<float>(std::norm(products.i + products.q));
+        block.staggered.at(at) = static_cast<float>(std::norm(products.i - products.q));
+        block.largest.at(at) = static_cast<float>(products.largest * products.largest);
     }
     return block;
 }
