@@ -129,11 +129,12 @@ struct Lines
 };
 
 // A real signal has at minus f the conjugate of what it has at f, so the lower edge is read there.
+// With the distances that are looked at, all lines that are read here and below lie in the
+// spectrum.
 Products productsAt(const Lines& i, const Lines& q, int distance)
 {
     Products sum;
-    const int width = std::max(2, static_cast<int>(EdgeWidth * distance));
-    const int last = std::min(distance / 2 + width, static_cast<int>(i.values.size()) - 1);
+    const int last = distance / 2 + static_cast<int>(EdgeWidth * distance);
     for (int upper = (distance + 1) / 2; upper <= last; ++upper) {
         const auto a = static_cast<size_t>(upper);
         const auto b = static_cast<size_t>(distance - upper);
@@ -208,16 +209,15 @@ bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
     constexpr double MaxEdge = 0.6;
     constexpr double Uneven = 1.5; // the spectrum of a few blocks
     const auto half = static_cast<size_t>(distance) / 2;
-    const size_t inside = std::max<size_t>(5, static_cast<size_t>(distance) * 3 / 10);
+    const size_t inside = static_cast<size_t>(distance) * 3 / 10;
     double power = 0.0;
     for (size_t k = 2; k < inside; ++k) {
         power += sum.power[k] / static_cast<double>(inside - 2);
     }
     const double edge = (sum.power[half] + sum.power[half + static_cast<size_t>(distance) % 2]) / 2;
     const auto reach = std::max<size_t>(3, static_cast<size_t>(distance) / 10);
-    const size_t outside = std::min(half + reach, sum.power.size() - 1);
     return edge >= MinEdge * power && edge <= MaxEdge * power &&
-        sum.power[half - reach] * Uneven > edge && sum.power[outside] < edge * Uneven;
+        sum.power[half - reach] * Uneven > edge && sum.power[half + reach] < edge * Uneven;
 }
 
 // Where the spectrum slopes, the window's main lobe sees more of the stronger side, so the edges
@@ -226,9 +226,9 @@ bool SymbolPeriodFinder::edgeIsAt(const Block& sum, int distance)
 double SymbolPeriodFinder::slopeCorrection(const Block& sum, int distance)
 {
     constexpr double Factor = 0.6 * 0.5 / (Samples * Samples);
-    const int reach = std::max(1, distance / 10);
+    const int reach = distance / 10;
     const int low = distance / 2 - reach + distance % 2;
-    const int high = std::min(distance / 2 + reach, Points / 2);
+    const int high = distance / 2 + reach;
     const double ratio = sum.power[static_cast<size_t>(high)] /
         std::max(1e-30, static_cast<double>(sum.power[static_cast<size_t>(low)]));
     const double slope = -0.5 * std::log(std::max(1e-9, ratio)) * Points / (high - low);

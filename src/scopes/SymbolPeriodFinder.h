@@ -45,6 +45,7 @@ private:
     static constexpr int MinDistance = 28; // of the band edges, in lines of the spectrum
     static constexpr int MaxDistance = 264;
     static constexpr int Distances = MaxDistance - MinDistance + 1;
+    static_assert(MinDistance >= 20 && MaxDistance < Points * 3 / 4); // see productsAt()
 
     // What is kept of a block.
     struct Block

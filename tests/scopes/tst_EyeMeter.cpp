@@ -415,6 +415,41 @@ private slots:
         QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
     }
 
+    void an_eye_that_closes_at_once_has_the_opening_of_its_definition_data()
+    {
+        QTest::addColumn<int>("phase"); // of the samples that are noisy
+        QTest::addColumn<double>("noise");
+        for (int phase = 0; phase < 4; ++phase) {
+            for (const double noise : {0.2, 0.4, 0.6, 0.8, 1.0, 1.4}) {
+                QTest::addRow("%d, %g", phase, noise) << phase << noise;
+            }
+        }
+    }
+
+    // With noise at one instant of each symbol, one neighbour of the best one is no clear eye.
+    void an_eye_that_closes_at_once_has_the_opening_of_its_definition()
+    {
+        QFETCH(int, phase);
+        QFETCH(double, noise);
+        std::mt19937 random(7);
+        EyeMeter meter;
+        QVector<QVector<double>> blocks;
+        for (int block = 0; block < 4; ++block) {
+            QVector<double> samples = unevenLevels(0.5, 3.0, 0.0, random);
+            for (int k = phase; k < samples.size(); k += 4) {
+                samples[k] += noise * (static_cast<double>(random()) / 4294967296.0 - 0.5);
+            }
+            blocks.append(samples);
+            meter.addBlock(samples, QVector<double>(256, 0.0));
+        }
+        const EyeOpening expected = plainOpening(blocks);
+        const EyeOpening found = meter.figures().i;
+        QCOMPARE(found.valid, expected.valid);
+        QVERIFY2(std::abs(found.percent - expected.percent) < 1e-6,
+            qPrintable(QStringLiteral("%1, not %2").arg(found.percent).arg(expected.percent)));
+        QVERIFY(std::abs(found.bestInstant - expected.bestInstant) < 1e-6);
+    }
+
     void noise_closes_the_eye()
     {
         double before = 100.0;
