@@ -222,6 +222,36 @@ private slots:
         QCOMPARE(ScreenSettings("fit", "270").scaleOn({600, 1024}), 1.25);
     }
 
+    void a_scale_is_given_to_the_platform()
+    {
+        const QByteArray factor = qgetenv("QT_SCALE_FACTOR");
+        const QByteArray highDpi = qgetenv("QT_ENABLE_HIGHDPI_SCALING");
+        qputenv("QT_SCALE_FACTOR", "3");
+        qunsetenv("QT_ENABLE_HIGHDPI_SCALING");
+        ScreenSettings("", "90").apply(0, nullptr);
+        QCOMPARE(qgetenv("QT_SCALE_FACTOR"), QByteArray("3"));
+        QVERIFY(!qEnvironmentVariableIsSet("QT_ENABLE_HIGHDPI_SCALING"));
+        qputenv("QN740_SCALE", "1.25");
+        qputenv("QN740_ROTATION", "270");
+        const ScreenSettings settings = ScreenSettings::fromEnvironment();
+        qunsetenv("QN740_SCALE");
+        qunsetenv("QN740_ROTATION");
+        QCOMPARE(settings.rotation(), 270);
+        settings.apply(0, nullptr);
+        QCOMPARE(qgetenv("QT_SCALE_FACTOR"), QByteArray("1.25"));
+        QCOMPARE(qgetenv("QT_ENABLE_HIGHDPI_SCALING"), QByteArray("0"));
+        factor.isNull() ? qunsetenv("QT_SCALE_FACTOR") : qputenv("QT_SCALE_FACTOR", factor);
+        highDpi.isNull() ? qunsetenv("QT_ENABLE_HIGHDPI_SCALING")
+                         : qputenv("QT_ENABLE_HIGHDPI_SCALING", highDpi);
+    }
+
+    void a_warning_shows_forty_characters_of_a_wrong_text()
+    {
+        const ScreenSettings settings(QByteArray(), QByteArray(40, 'x') + 'y');
+        QCOMPARE(settings.warnings().size(), 1);
+        QVERIFY(settings.warnings().first().contains(u'"' + QString(40, u'x') + u'"'));
+    }
+
     void a_point_of_the_panel_has_its_pixel_data()
     {
         QTest::addColumn<QSize>("screen");

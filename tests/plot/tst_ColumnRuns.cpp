@@ -254,6 +254,38 @@ private slots:
         QVERIFY(different(clipped, blank()) > 100);
     }
 
+    // The platform asks a window for a part of its picture, or for several.
+    void parts_of_the_picture_are_painted_data()
+    {
+        QTest::addColumn<QRegion>("parts");
+        QTest::newRow("one") << QRegion(30, 41, 22, 57);
+        QTest::newRow("two") << (QRegion(30, 41, 22, 57) | QRegion(70, 20, 11, 140));
+        QTest::newRow("larger than the picture") << QRegion(-100, -100, 1000, 1000);
+    }
+
+    void parts_of_the_picture_are_painted()
+    {
+        QFETCH(QRegion, parts);
+        const QPolygonF line = noise(2, 150, 160.0, 10.0);
+        QImage whole = blank();
+        QPainter painter(&whole);
+        paint(painter, line);
+        painter.end();
+        QImage picture = blank();
+        picture.paintEngine()->setSystemClip(parts);
+        painter.begin(&picture);
+        paint(painter, line);
+        painter.end();
+        QImage wanted = blank();
+        painter.begin(&wanted);
+        for (const QRect& part : parts) {
+            painter.drawImage(part, whole, part);
+        }
+        painter.end();
+        QCOMPARE(different(picture, wanted), 0);
+        QVERIFY(different(picture, blank()) > 100);
+    }
+
     // The painter's own lines differ only where a point lies between two rows or columns.
     void noise_looks_as_the_painter_draws_it_data()
     {
