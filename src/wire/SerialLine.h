@@ -84,7 +84,7 @@ private:
     Category m_category;
     Absence m_absence;
     QSerialPort m_port;
-    QTimer m_retry;
+    QTimer m_retry{this};
     QString m_name;
     Reopen m_reopen = Reopen::Never;
     bool m_taken = false;

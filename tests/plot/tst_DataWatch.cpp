@@ -131,6 +131,30 @@ private slots:
         QCOMPARE(m_timer->interval(), LimitMs);
     }
 
+    void the_whole_time_starts_behind_a_shorter_rest_data()
+    {
+        QTest::addColumn<bool>("byData");
+        QTest::newRow("data come") << true;
+        QTest::newRow("data are expected again") << false;
+    }
+
+    void the_whole_time_starts_behind_a_shorter_rest()
+    {
+        QFETCH(bool, byData);
+        m_watch->setExpecting(true);
+        QTRY_VERIFY(m_timer->remainingTime() < LimitMs - 20);
+        m_watch->setPaused(true);
+        m_watch->setPaused(false);
+        QVERIFY(m_timer->interval() < LimitMs);
+        if (byData) {
+            m_watch->dataCame();
+        } else {
+            m_watch->setExpecting(false);
+            m_watch->setExpecting(true);
+        }
+        QCOMPARE(m_timer->interval(), LimitMs);
+    }
+
     void a_pause_without_expectation_runs_no_timer()
     {
         m_watch->setPaused(true);

@@ -132,6 +132,9 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^ttyX was lost: .*"_s));
         Pty& again = m_devices->add(u"ttyX"_s);
         QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 2, 20000);
+        const auto timers = line.findChildren<QTimer*>(Qt::FindDirectChildrenOnly);
+        QCOMPARE(timers.size(), 1);
+        QVERIFY(!timers.first()->isActive()); // nothing is left to be tried
         line.port().write("back");
         QTRY_COMPARE(again.received(), QByteArray("back"));
     }
