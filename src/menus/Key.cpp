@@ -16,6 +16,14 @@ void enable(QPushButton& button, bool enabled)
     }
 }
 
+// The same.
+void setShown(QPushButton& button, bool shown)
+{
+    if (button.isHidden() == shown || !button.testAttribute(Qt::WA_WState_ExplicitShowHide)) {
+        button.setVisible(shown);
+    }
+}
+
 } // namespace
 
 Key::Key()
@@ -64,14 +72,14 @@ void Key::setDisabled()
 void Key::show()
 {
     if (button != nullptr) {
-        button->setVisible(true);
+        setShown(*button, true);
     }
 }
 
 void Key::hide()
 {
     if (button != nullptr) {
-        button->setVisible(false);
+        setShown(*button, false);
     }
 }
 
