@@ -190,6 +190,8 @@ void StatusBar::paintEvent(QPaintEvent* /*event*/)
     option.rect = m_parts->geometry().adjusted(-2, -1, 2, 1);
     option.state = QStyle::State_None;
     style()->drawPrimitive(QStyle::PE_FrameStatusBarItem, &option, &painter, m_parts);
+    // A letter may reach out of its place, where no other text wipes it off.
+    painter.setClipRect(textArea());
     painter.setPen(palette().windowText().color());
     painter.drawText(
         textArea(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, shownText());
