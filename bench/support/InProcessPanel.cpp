@@ -146,8 +146,9 @@ BareWindow::BareWindow()
     settle();
 }
 
-void BareWindow::addButtons(int count, const QString& sheet)
+void BareWindow::addButtons(int count, const QString& sheet, SheetComes sheetComes)
 {
+    const bool isFirst = sheetComes == SheetComes::First;
     QGridLayout* grid = nullptr;
     for (int i = 0; i < count; ++i) {
         const int cell = i % PageKeys;
@@ -157,10 +158,13 @@ void BareWindow::addButtons(int count, const QString& sheet)
             stack->addWidget(page);
         }
         auto* button = new QPushButton(u"Key %1"_s.arg(i));
+        if (isFirst && !sheet.isEmpty()) {
+            button->setStyleSheet(sheet);
+        }
         button->setMaximumHeight(MaxKeyHeight);
         grid->addWidget(button, cell / PageCells, cell % PageCells);
-        if (!sheet.isEmpty()) {
-            button->setStyleSheet(sheet); // before, the style would look it up twice
+        if (!isFirst && !sheet.isEmpty()) {
+            button->setStyleSheet(sheet);
         }
     }
 }

@@ -47,8 +47,15 @@ class BareWindow
 public:
     BareWindow();
 
+    /// When a button gets its style sheet.
+    enum class SheetComes {
+        WhenPlaced, ///< When it lies in its page: the style looks the sheet up once.
+        First       ///< When it is made: the style looks it up again when it is placed.
+    };
+
     /// Adds \a count buttons, 36 to a page. \a sheet of each button; none when empty
-    void addButtons(int count, const QString& sheet);
+    void addButtons(
+        int count, const QString& sheet, SheetComes sheetComes = SheetComes::WhenPlaced);
     /// Removes all pages but the first, which is empty.
     void clear();
 

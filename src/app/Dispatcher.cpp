@@ -24,10 +24,19 @@ const QLoggingCategory& categoryOf(wire::Room room)
     return logLink();
 }
 
+bool logsAnything()
+{
+    return wire::logsIgnored(logLink()) || wire::logsIgnored(logMenus()) ||
+        wire::logsIgnored(logScopes()) || wire::logsIgnored(logSpectrum());
+}
+
 // Logs, at debug level, what is wrong with a message, as far as the table of command words shows;
 // the slots log the rest.
 void logFault(const QString& word, const QStringList& fields)
 {
+    if (!logsAnything()) {
+        return;
+    }
     const wire::Command* command = wire::findCommand(wire::toPanel(), word);
     const QLoggingCategory& category =
         categoryOf(command != nullptr ? command->room : wire::Room::Link);

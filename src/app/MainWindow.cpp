@@ -27,11 +27,12 @@ MainWindow::MainWindow(QWidget* parent)
 {
     loadPictures();
     m_splash->showFor(SplashScreen::durationMs());
+    // Before there are children: a window that takes a style sheet works out their looks anew.
+    setUpLook();
     m_rooms = std::make_unique<Rooms>(this);
     setCentralWidget(m_rooms->central);
     connectRooms(*m_rooms, *this);
     m_rooms->link->open(QStringLiteral("ttyO1"));
-    setUpLook();
     Set_Status_Bar();
     setup_scopes();
     if (m_rooms->hasOlderCard) {
@@ -63,7 +64,7 @@ void MainWindow::setUpLook()
 
 void MainWindow::Set_Status_Bar()
 {
-    m_statusBar = new StatusBar;
+    m_statusBar = new StatusBar(this);
     setStatusBar(m_statusBar);
     connect(m_statusBar, &StatusBar::linkingPressed, this, &MainWindow::process_config_menu);
     connect(m_statusBar, &StatusBar::mainMenuPressed, this, &MainWindow::goto_main_menu);
@@ -94,6 +95,11 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
+    // Or the status bar would be painted twice: a button that is polished asks for a new layout,
+    // and the bar paints itself anew after one.
+    for (const auto type : {QEvent::PolishRequest, QEvent::LayoutRequest}) {
+        QCoreApplication::sendPostedEvents(nullptr, type);
+    }
     // Where no window manager keeps the splash screen on top, a window that comes up is on top;
     // this one comes up after this event.
     QMetaObject::invokeMethod(m_splash.get(), &QWidget::raise, Qt::QueuedConnection);

@@ -58,29 +58,31 @@ StatusBar::StatusBar(QWidget* parent)
     addParts();
 }
 
+// Each part is made where it belongs, in what has its style sheet already: a part that gets another
+// parent or whose parent gets a style sheet works out its look once more.
 void StatusBar::addParts()
 {
-    auto* container = new QWidget;
+    auto* container = new QWidget(this);
+    container->setStyleSheet(QStringLiteral("background-color: #919191 ;"));
     auto* row = new QHBoxLayout(container);
     row->setContentsMargins(Margins);
-    m_linkMode = new QLabel;
+    m_linkMode = new QLabel(container);
     m_linkMode->setObjectName(QStringLiteral("statusLabel"));
     m_linkMode->setTextFormat(Qt::PlainText);
     row->addWidget(m_linkMode);
-    m_linking = addButton(
-        "linkButton", QStringLiteral("Linking"), QStringLiteral("background-color: #4682b4"));
-    auto* mainMenu = addButton(
-        "mainMenuButton", QStringLiteral("Main Menu"), QStringLiteral("background-color: #008080"));
-    m_view = addButton(
-        "scopesButton", nameOf(Views::Scopes), QStringLiteral("background-color: #2e8b57"));
+    m_linking = addButton(container, "linkButton", QStringLiteral("Linking"),
+        QStringLiteral("background-color: #4682b4"));
+    auto* mainMenu = addButton(container, "mainMenuButton", QStringLiteral("Main Menu"),
+        QStringLiteral("background-color: #008080"));
+    m_view = addButton(container, "scopesButton", nameOf(Views::Scopes),
+        QStringLiteral("background-color: #2e8b57"));
     for (QPushButton* button : {m_linking, mainMenu, m_view}) {
         row->addWidget(button);
     }
-    auto* version = new QLabel(QStringLiteral(" v%1 ").arg(identity::version()));
+    auto* version = new QLabel(QStringLiteral(" v%1 ").arg(identity::version()), container);
     version->setObjectName(QStringLiteral("versionLabel"));
     version->setMinimumHeight(ButtonHeight);
     row->addWidget(version);
-    container->setStyleSheet(QStringLiteral("background-color: #919191 ;"));
     addPermanentWidget(container, 0);
     m_parts = container;
 
@@ -89,9 +91,10 @@ void StatusBar::addParts()
     connect(m_view, &QPushButton::clicked, this, &StatusBar::viewPressed);
 }
 
-QPushButton* StatusBar::addButton(const char* name, const QString& text, const QString& color)
+QPushButton* StatusBar::addButton(
+    QWidget* parent, const char* name, const QString& text, const QString& color)
 {
-    auto* button = new QPushButton(text);
+    auto* button = new QPushButton(text, parent);
     button->setObjectName(QLatin1String(name));
     button->setMinimumHeight(ButtonHeight);
     button->setStyleSheet(color);
@@ -187,6 +190,8 @@ void StatusBar::paintEvent(QPaintEvent* /*event*/)
     option.rect = m_parts->geometry().adjusted(-2, -1, 2, 1);
     option.state = QStyle::State_None;
     style()->drawPrimitive(QStyle::PE_FrameStatusBarItem, &option, &painter, m_parts);
+    // A letter may reach out of its place, where no other text wipes it off.
+    painter.setClipRect(textArea());
     painter.setPen(palette().windowText().color());
     painter.drawText(
         textArea(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, shownText());

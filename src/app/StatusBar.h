@@ -67,7 +67,8 @@ protected:
 
 private:
     void addParts();
-    QPushButton* addButton(const char* name, const QString& text, const QString& color);
+    static QPushButton* addButton(
+        QWidget* parent, const char* name, const QString& text, const QString& color);
     void placeNotice();
     QRect textArea() const;
     QString shownText() const;

@@ -5,6 +5,27 @@
 #include "touch/TextButton.h"
 #include "wire/Message.h"
 
+namespace {
+
+// A button that is as it should be is left alone: for QWidget, that takes a look at much more of
+// it.
+void enable(QPushButton& button, bool enabled)
+{
+    if (button.isEnabled() != enabled || button.testAttribute(Qt::WA_ForceDisabled) == enabled) {
+        button.setEnabled(enabled);
+    }
+}
+
+// The same.
+void setShown(QPushButton& button, bool shown)
+{
+    if (button.isHidden() == shown || !button.testAttribute(Qt::WA_WState_ExplicitShowHide)) {
+        button.setVisible(shown);
+    }
+}
+
+} // namespace
+
 Key::Key()
     : Key(nullptr)
 {
@@ -33,7 +54,7 @@ void Key::setEnabled()
     if (button == nullptr) {
         return;
     }
-    button->setEnabled(true);
+    enable(*button, true);
     applyStyle(type == Toggle && tog_ ? keyStyle::toggled(large) : keyStyle::enabled(large));
     showLamp();
 }
@@ -43,7 +64,7 @@ void Key::setDisabled()
     if (button == nullptr) {
         return;
     }
-    button->setEnabled(false);
+    enable(*button, false);
     applyStyle(keyStyle::disabled(large));
     showLamp();
 }
@@ -51,14 +72,14 @@ void Key::setDisabled()
 void Key::show()
 {
     if (button != nullptr) {
-        button->show();
+        setShown(*button, true);
     }
 }
 
 void Key::hide()
 {
     if (button != nullptr) {
-        button->hide();
+        setShown(*button, false);
     }
 }
 

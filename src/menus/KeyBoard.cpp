@@ -76,6 +76,9 @@ void KeyBoard::startMenu(Kind kind, const QString& menuName, int lastRow, int la
 void KeyBoard::new_keyboard(const QString& menuName, int lastRow, int lastCol)
 {
     startMenu(Kind::Plain, menuName, lastRow, lastCol);
+    frame->setStyleSheet(menuSheet());
+    polishEmpty(frame);
+    // With the sheet: measured without it, the title would load a font that it is not drawn in.
     // A group box takes a lone "&" in its title for the mark of a shortcut and does not draw it.
     const QString shownName = QString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
     frame->setTitle(shownName + QStringLiteral(" Menu"));
@@ -84,8 +87,6 @@ void KeyBoard::new_keyboard(const QString& menuName, int lastRow, int lastCol)
     pages = new StackLayout;
     layout->addLayout(pages);
     layout->setContentsMargins(FrameMargins);
-    frame->setStyleSheet(menuSheet());
-    polishEmpty(frame);
     grid = addSubPage();
 }
 

@@ -73,6 +73,7 @@ void DensityImage::resize(QSize size)
     m_height = std::max(0, size.height());
     m_stride = (m_width + SkipPixels - 1) / SkipPixels * SkipPixels;
     m_density.assign(static_cast<size_t>(m_stride) * static_cast<size_t>(m_height), 0);
+    makeColors();
 }
 
 void DensityImage::clear()
@@ -82,13 +83,22 @@ void DensityImage::clear()
 
 void DensityImage::setColor(const QColor& color)
 {
+    m_line = color.rgb();
+    if (!m_density.empty()) {
+        makeColors();
+    }
+}
+
+// Not before the image has a size: six eyes and three constellations wait for that from the start.
+void DensityImage::makeColors()
+{
     for (int d = 0; d <= Brightest; ++d) {
         // Alpha grows with the square root, so that a faint pixel can still be seen on black.
         const int alpha = static_cast<int>(std::lround(std::sqrt(d / 255.0) * Brightest));
         const int white = std::max(0, d - WhiteFrom) * MaxWhite / (Brightest - WhiteFrom);
         const auto part = [&](int c) { return c + (Brightest - c) * white / Brightest; };
-        m_colors[static_cast<size_t>(d)] =
-            qPremultiply(qRgba(part(color.red()), part(color.green()), part(color.blue()), alpha));
+        m_colors[static_cast<size_t>(d)] = qPremultiply(
+            qRgba(part(qRed(m_line)), part(qGreen(m_line)), part(qBlue(m_line)), alpha));
         m_colorsOnBlack[static_cast<size_t>(d)] = blend(m_colors[static_cast<size_t>(d)], Black);
     }
 }

@@ -122,6 +122,7 @@ private:
     void hit(int x, int y, const Hit& strength);
     static void hitThree(quint8* row, const Hit& edge, const Hit& middle);
     void paintSome(const quint8* row, QRgb* line, int from, int end) const;
+    void makeColors();
 
     Persistence m_persistence = Persistence::Short;
     int m_sinceFaded = 0; // blocks
@@ -132,6 +133,7 @@ private:
     int m_height = 0;
     int m_stride = 0; // a multiple of eight, so that eight empty pixels are skipped at once
     std::vector<quint8> m_density;
+    QRgb m_line = 0;
     std::array<QRgb, 256> m_colors{};        // premultiplied, by density
     std::array<QRgb, 256> m_colorsOnBlack{}; // what they come to where there is no grid line
 };

@@ -4,6 +4,7 @@
 #include "scopes/ScopeKeys.h"
 #include "scopes/StcMagPhasePlot.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -28,6 +29,16 @@ void setShown(QWidget* part, bool shown)
     }
 }
 
+// Every widget asks to be polished when it is made, and so works out its look at the start, shown
+// or not. Showing it does the same.
+void polishWhenShown(const QWidget& page)
+{
+    const auto parts = page.findChildren<QWidget*>();
+    for (QWidget* part : parts) {
+        QCoreApplication::removePostedEvents(part, QEvent::PolishRequest);
+    }
+}
+
 } // namespace
 
 ScopesPage::ScopesPage(QWidget* parent)
@@ -38,6 +49,8 @@ ScopesPage::ScopesPage(QWidget* parent)
     black.setColor(QPalette::Window, Qt::black);
     setPalette(black);
     setAutoFillBackground(true);
+    // Its parents polish it and all that it holds by then, so it is done before that.
+    ensurePolished();
     auto* page = new QGridLayout(this);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSpacing(Spacing);
@@ -62,6 +75,7 @@ ScopesPage::ScopesPage(QWidget* parent)
     m_magPhase->setFixedHeight(MagPhaseHeight);
     page->addWidget(m_magPhase, 3, 0, 1, 2);
     arrange();
+    polishWhenShown(*this);
 }
 
 QPushButton* ScopesPage::newButton(const QString& name, QWidget* parent)

@@ -34,6 +34,28 @@ QSplashScreen* splash()
     return nullptr;
 }
 
+// Counts how often a widget is painted.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(const QWidget* watched)
+        : m_watched(watched)
+    {
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        paints += object == m_watched && event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+    int paints = 0;
+
+private:
+    const QWidget* m_watched;
+};
+
 // Counts how often it is asked for its size, which is larger than the screen.
 class AskedPage : public QWidget
 {
@@ -245,6 +267,24 @@ private slots:
             right = left;
         }
         QVERIFY(right < 800);
+    }
+
+    // The layout that the buttons of the status bar ask for must not come after the first painting.
+    void the_status_bar_is_painted_once_when_the_window_comes_up()
+    {
+        m_window.reset();
+        qputenv("QN740_SPLASH_MS", "0");
+        m_window = std::make_unique<MainWindow>();
+        qunsetenv("QN740_SPLASH_MS");
+        const PaintCounter counter(m_window->findChild<QStatusBar*>());
+        m_window->show();
+        while (counter.paints == 0) {
+            QCoreApplication::processEvents();
+        }
+        for (int turn = 0; turn < 3; ++turn) {
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(counter.paints, 1);
     }
 
     void a_close_request_leaves_the_window_open()

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTextEdit>
 
@@ -50,6 +51,22 @@ private slots:
         bar.setLinkingEnabled(false);
         clickOn(part<QPushButton>(bar, "linkButton"));
         QCOMPARE(counts(), (QList<qsizetype>{1, 1, 1}));
+    }
+
+    void a_text_leaves_nothing_behind_when_another_comes()
+    {
+        QMainWindow window;
+        auto* bar = new StatusBar(&window);
+        window.setStatusBar(bar);
+        window.setFixedSize(800, 480);
+        window.show();
+        for (const QString& text : {u"TTTT"_s, u"jjjj"_s, u"WWWW"_s, u"Ready"_s}) {
+            bar->showMessage(text);
+            QCoreApplication::processEvents();
+            const QPixmap shown = window.screen()->grabWindow(window.winId());
+            QCOMPARE(shown.toImage().convertToFormat(QImage::Format_RGB32),
+                window.grab().toImage().convertToFormat(QImage::Format_RGB32));
+        }
     }
 
     void each_message_sets_its_text()

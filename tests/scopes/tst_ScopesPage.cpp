@@ -5,8 +5,11 @@
 #include "support/TestMain.h"
 
 #include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QTimer>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -36,6 +39,30 @@ private slots:
             QCOMPARE(page.storedMode(n), 0);
             page.setMode(n, *ScopeMode::ofMessage(1));
         }
+    }
+
+    // A look takes as long to work out as it takes to make the widget.
+    void the_looks_of_a_hidden_page_are_worked_out_when_it_is_shown()
+    {
+        QWidget window;
+        window.setStyleSheet(u"QPushButton:pressed {background-color: #4169e1;}"_s);
+        window.resize(PageSize);
+        auto* page = new ScopesPage(&window);
+        page->resize(PageSize);
+        page->hide();
+        window.show();
+        QCoreApplication::processEvents();
+        const auto isWorkedOut = [](const QWidget* part) {
+            return part->testAttribute(Qt::WA_WState_Polished);
+        };
+        const auto parts = page->magPhasePlot()->findChildren<QLabel*>();
+        QVERIFY(!parts.isEmpty());
+        QVERIFY(std::none_of(parts.begin(), parts.end(), isWorkedOut));
+        QVERIFY(!isWorkedOut(page->modeButton(1)));
+        page->show();
+        QVERIFY(std::all_of(parts.begin(), parts.end(), isWorkedOut));
+        QVERIFY(isWorkedOut(page->modeButton(1)));
+        QCOMPARE(page->modeButton(1)->font().pixelSize(), 18);
     }
 
     void starts_with_all_demodulators_off()
