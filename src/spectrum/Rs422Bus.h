@@ -129,6 +129,7 @@ private:
     bool m_awaitingReply = false;
     bool m_starting = false; // inside run()
     int m_replyTimerId = 0;
+    bool m_spectrumAnswered = false; // the request whose timer that is
     QList<bus::QueueEntry> m_statusQueue; // requests only
     int m_statusIndex = 0;
     bool m_k7150Type = false;
