@@ -54,6 +54,10 @@ protected:
     /// twice the pause ago. Does nothing while the plot is hidden or a paint is already due.
     void schedulePaint();
 
+    /// \return whether a paint waits for the end of the pause: changedRect() will be asked for
+    /// then.
+    bool paintIsDue() const { return m_paintTimer.isActive(); }
+
     /// \return the part of the widget that new data change; all of it unless a derived class knows
     /// better.
     virtual QRect changedRect() const { return rect(); }

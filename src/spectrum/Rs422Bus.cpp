@@ -171,13 +171,19 @@ void Rs422Bus::write()
         port.clear(QSerialPort::Output);
         m_unsent.add();
     }
-    m_line.write(m_txFrame);
+    // Before a card has answered, the owner may close the port in this turn, and nothing is sent.
+    if (m_heard) {
+        m_line.write(m_txFrame);
+    } else {
+        port.write(m_txFrame);
+    }
     qCDebug(logSpectrum).noquote() << portName() << "out" << printable(m_txFrame);
 }
 
 void Rs422Bus::processReadyRead()
 {
     QSerialPort& port = m_line.port();
+    m_heard = true;
     while (port.bytesAvailable() > 0) {
         // Not readAll(), which makes room for 64 KiB first.
         const QByteArray bytes = port.read(port.bytesAvailable());
