@@ -112,7 +112,8 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
         m_watch.dataCame();
     }
     if (isVisible()) {
-        m_traces |= traceRect();
+        m_newest = traceRect();
+        m_traces |= m_newest;
     }
     m_pace.change();
     schedulePaint();
@@ -318,10 +319,14 @@ QRect SpectrumChart::changedRect() const
 
 void SpectrumChart::paintData(QPainter& painter, const QRect& dirty)
 {
+    // What is not a new spectrum changes the whole.
+    if (m_wholeDue || dirty == rect()) {
+        m_newest = traceRect();
+    }
     // While a paint is still to be asked for, this one may be a picture for somebody else.
     if (!paintIsDue()) {
         m_wholeDue = m_wholeDue && dirty != rect();
-        m_traces = traceRect();
+        m_traces = m_newest;
     }
     const ChartGeometry geometry = plotGeometry();
     painter.setClipRect(geometry.plot);

@@ -204,7 +204,7 @@ private:
     QRect traceRect() const;
     QRect peakRect() const;
     bool onlyTraceChanges() const;
-    QRect plotRect() const { return axisRect()->rect(); }
+    QRect plotRect() const { return xAxis->axisRect()->rect(); } // axisRect() makes a list
     ChartGeometry plotGeometry() const;
     ChartPoints points() const { return {m_axis, m_trace}; }
 
@@ -222,6 +222,7 @@ private:
     QString m_title;
     int m_titleWidth = 0;        // pixels
     bool m_over = false;         // of a spectrum since the last read-out
+    QRect m_newest;              // where the newest trace runs
     QRect m_traces;              // where the trace runs that is shown, and what comes next
     bool m_wholeDue = true;      // more than the plot is to be painted next
     bool m_pollingKnown = false; // setPolled() was called
