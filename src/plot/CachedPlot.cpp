@@ -1,6 +1,5 @@
 #include "plot/CachedPlot.h"
 
-#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -26,11 +25,17 @@ void CachedPlot::schedulePaint()
         return;
     }
     const int pause = std::max(m_minPauseMs, m_lastPaintMs);
-    if (pause > 0) {
+    if (pause > 0 && !pauseIsOver(pause)) {
         m_paintTimer.start(pause);
     } else {
         update(changedRect()); // All updates of a turn of the event loop are painted together.
     }
+}
+
+// Twice the pause, so that no more than a third of the time is spent on painting.
+bool CachedPlot::pauseIsOver(int pause) const
+{
+    return m_sincePaint.isValid() && m_sincePaint.elapsed() >= 2 * qint64{pause};
 }
 
 void CachedPlot::paintFrame(QPainter& painter, const QRect& dirty) const
@@ -62,4 +67,5 @@ void CachedPlot::paintEvent(QPaintEvent* event)
     paintData(painter, dirty);
     ++m_paintCount;
     m_lastPaintMs = static_cast<int>(elapsed.elapsed());
+    m_sincePaint.start();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPixmap>
 #include <QTimer>
 
@@ -15,13 +16,14 @@
 /// data straight onto the widget.
 ///
 /// The next paint waits at least as long as the last one took, so that a slow board still has time
-/// for the finger. A plot that nobody sees is not painted: its data are painted when it is shown.
+/// for the finger. Data that come long after the last paint are painted at once, which saves the
+/// timer's wake-up. A plot that nobody sees is not painted: its data are painted when it is shown.
 class CachedPlot : public QCustomPlot
 {
     Q_OBJECT
 
 public:
-    /// \param minPauseMs shortest time between new data and their paint, in milliseconds; 0 paints
+    /// \param minPauseMs shortest time between two paints of new data, in milliseconds; 0 paints
     /// them as soon as the event loop is free, unless the last paint took a millisecond or more.
     explicit CachedPlot(int minPauseMs, QWidget* parent = nullptr);
 
@@ -48,9 +50,13 @@ protected:
     /// \param dirty the part of the widget that is painted; the painter does not clip to the data.
     virtual void paintData(QPainter& painter, const QRect& dirty) = 0;
 
-    /// Asks for one paint of changedRect() after the pause. Does nothing while the plot is hidden
-    /// or a paint is already due.
+    /// Asks for one paint of changedRect() after the pause; at once when the last paint is at least
+    /// twice the pause ago. Does nothing while the plot is hidden or a paint is already due.
     void schedulePaint();
+
+    /// \return whether a paint waits for the end of the pause: changedRect() will be asked for
+    /// then.
+    bool paintIsDue() const { return m_paintTimer.isActive(); }
 
     /// \return the part of the widget that new data change; all of it unless a derived class knows
     /// better.
@@ -61,10 +67,12 @@ protected:
     virtual QRect opaqueRect() const { return {}; }
 
 private:
+    bool pauseIsOver(int pause) const;
     void paintFrame(QPainter& painter, const QRect& dirty) const;
 
     QPixmap m_frame;
     QTimer m_paintTimer{this};
+    QElapsedTimer m_sincePaint; // the end of the last one
     int m_minPauseMs;
     int m_lastPaintMs = 0;
     int m_paintCount = 0;

@@ -1,13 +1,31 @@
 #include "scopes/PortPace.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QList>
 #include <QSerialPort>
 
 #include <algorithm>
+#include <poll.h>
 
 namespace {
 
 constexpr qint64 SilenceMs = 250;
+constexpr int TogetherMs = 5; // pauses that end within this time end together
+
+// All paces whose ports may be left alone.
+QList<PortPace*>& allPaces()
+{
+    static QList<PortPace*> all;
+    return all;
+}
+
+// Whether there is something to read, and nothing else to report.
+bool hasBytes(const QSerialPort& port)
+{
+    pollfd state{port.handle(), POLLIN, 0};
+    return ::poll(&state, 1, 0) > 0 && state.revents == POLLIN;
+}
 
 qint64 monotonicMs()
 {
@@ -23,7 +41,13 @@ PortPace::PortPace(QSerialPort& port, QObject* parent)
     m_resume.setObjectName(QStringLiteral("readTimer"));
     m_resume.setSingleShot(true);
     m_resume.setTimerType(Qt::PreciseTimer); // so that several ports are read together
-    connect(&m_resume, &QTimer::timeout, this, &PortPace::resume);
+    connect(&m_resume, &QTimer::timeout, this, &PortPace::readDue);
+    allPaces() += this;
+}
+
+PortPace::~PortPace()
+{
+    allPaces().removeOne(this);
 }
 
 void PortPace::setPeriod(int ms)
@@ -41,7 +65,10 @@ void PortPace::noteRead(qint64 bytes)
     m_lastReadMs = now;
     if (m_period > 0 && bytes < LargeRead && m_streamed >= StreamBytes && m_port.isOpen()) {
         setReading(false);
-        m_resume.start(static_cast<int>(m_period - now % m_period));
+        m_paused = true;
+        const qint64 left = m_period - now % m_period;
+        // Who was read a little early waits for the multiple after the one that is near.
+        m_resume.start(static_cast<int>(left < TogetherMs ? left + m_period : left));
     }
 }
 
@@ -65,5 +92,36 @@ void PortPace::setReading(bool reading)
 void PortPace::resume()
 {
     m_resume.stop();
+    m_paused = false;
     setReading(true);
+}
+
+// Ends the pause, and makes the port read what has come. What the port does not read now, such as
+// that the other end is gone, it finds when it listens to the line again.
+void PortPace::readNow()
+{
+    m_resume.stop();
+    m_paused = false;
+    const QPointer<PortPace> self(this);
+    if (m_notifier != nullptr && m_port.isOpen() && hasBytes(m_port)) {
+        QEvent readable(QEvent::SockAct);
+        QCoreApplication::sendEvent(m_notifier, &readable);
+    }
+    if (self != nullptr && !isPaused()) {
+        setReading(true);
+    }
+}
+
+void PortPace::readDue()
+{
+    const QList<PortPace*> all = allPaces();
+    for (PortPace* pace : all) {
+        // The reader of the one before may have deleted this one, or ended its pause. The timer
+        // that has run out has no time left.
+        const bool due = allPaces().contains(pace) && pace->m_paused &&
+            pace->m_resume.remainingTime() <= TogetherMs;
+        if (due) {
+            pace->readNow();
+        }
+    }
 }

@@ -13,7 +13,9 @@ class QSerialPort;
 /// which costs more than the decoding of the few bytes. After a read the port is therefore left
 /// alone until the next multiple of the period: what comes meanwhile waits in the kernel, which
 /// keeps at least 4,096 bytes, 355 ms at 115200 baud. Several ports with one period are read in one
-/// turn of the event loop, because their multiples are the same.
+/// turn of the event loop: their multiples are the same, and the first timer that runs out reads
+/// all ports whose pause is about to end. The port is then made to read without listening to the
+/// line again, because each change between listening and not costs a turn.
 ///
 /// The beginning of a stream is read at once, and so is everything after a read that took a whole
 /// block: more comes than expected, or the program is late. No timer runs without data.
@@ -32,6 +34,7 @@ public:
 
     /// Creates a pace that leaves \a port, which must live longer, as it is.
     explicit PortPace(QSerialPort& port, QObject* parent = nullptr);
+    ~PortPace() override;
 
     /// Sets the time between two reads of a stream. A pause ends at once.
     /// \param ms in milliseconds, at most MaxPeriodMs; 0 reads everything as soon as it comes.
@@ -43,11 +46,13 @@ public:
     void noteRead(qint64 bytes);
 
     /// \return whether the port is left alone just now.
-    bool isPaused() const { return m_resume.isActive(); }
+    bool isPaused() const { return m_paused; }
 
 private:
     void setReading(bool reading);
     void resume();
+    void readNow();
+    static void readDue();
 
     QSerialPort& m_port;
     QPointer<QSocketNotifier> m_notifier; // reports bytes to the port; goes when that is closed
@@ -55,4 +60,5 @@ private:
     int m_period = 0;
     qint64 m_lastReadMs = 0;
     qint64 m_streamed = 0; // bytes since the last silence
+    bool m_paused = false;
 };

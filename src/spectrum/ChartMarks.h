@@ -34,6 +34,9 @@ private:
 constexpr int Reach =
     6; ///< How far a symbol reaches to the left and right of its point, in pixels.
 
+constexpr int PeakReach =
+    14; ///< How far the triangle of the peak reaches above or below its point, in pixels.
+
 /// Paints a triangle that points down at the highest point of a trace. Where there is no room above
 /// the point, it stands below and points up; a point outside is marked at the edge of the plot.
 /// \param at the point in pixels.

@@ -54,6 +54,9 @@ QCPItemStraightLine* LevelMarkers::newLine(double level)
 void LevelMarkers::paintNumbers(QPainter& painter, const QRect& area, const Scale& scale) const
 {
     constexpr int Gap = 3;
+    if (m_numbers.isEmpty()) {
+        return;
+    }
     painter.setFont(chartLook::font());
     painter.setPen(chartLook::Level);
     for (qsizetype i = 0; i < m_numbers.size(); ++i) {

@@ -153,6 +153,10 @@ void Rs422Bus::start(const bus::QueueEntry& request)
     m_txFrame = bus::frame(request.text(), m_startOfFrame, m_endOfFrame, m_oldProtocol);
     write();
     m_awaitingReply = true;
+    // Spectra come all the time, and the timer of each would wake the panel up for nothing.
+    if (std::exchange(m_spectrumAnswered, false)) {
+        killTimer(m_replyTimerId);
+    }
     m_replyTimerId = startTimer(request.timeoutMs(), Qt::PreciseTimer);
 }
 
@@ -167,13 +171,19 @@ void Rs422Bus::write()
         port.clear(QSerialPort::Output);
         m_unsent.add();
     }
-    port.write(m_txFrame);
+    // Before a card has answered, the owner may close the port in this turn, and nothing is sent.
+    if (m_heard) {
+        m_line.write(m_txFrame);
+    } else {
+        port.write(m_txFrame);
+    }
     qCDebug(logSpectrum).noquote() << portName() << "out" << printable(m_txFrame);
 }
 
 void Rs422Bus::processReadyRead()
 {
     QSerialPort& port = m_line.port();
+    m_heard = true;
     while (port.bytesAvailable() > 0) {
         // Not readAll(), which makes room for 64 KiB first.
         const QByteArray bytes = port.read(port.bytesAvailable());
@@ -197,6 +207,7 @@ void Rs422Bus::takeReply(const CmdMsg& message, bool isSpectrum)
     emit messageReceived(message);
     if (answered) {
         m_awaitingReply = false;
+        m_spectrumAnswered = isSpectrum && m_replyTimerId != 0;
     }
     // Quirk: after a text the next request waits for the reply timer, a pause that cards need. See
     // "Quirks" in docs/architecture.md.
@@ -215,6 +226,7 @@ void Rs422Bus::timerEvent(QTimerEvent* event)
         return;
     }
     m_replyTimerId = 0;
+    m_spectrumAnswered = false;
     // Quirk: without checksums an answered transaction is reported as lost, too. See "Quirks" in
     // docs/architecture.md.
     if (m_awaitingReply || !m_oldProtocol) {

@@ -129,9 +129,11 @@ private:
     bool m_awaitingReply = false;
     bool m_starting = false; // inside run()
     int m_replyTimerId = 0;
+    bool m_spectrumAnswered = false;      // the request whose timer that is
     QList<bus::QueueEntry> m_statusQueue; // requests only
     int m_statusIndex = 0;
     bool m_k7150Type = false;
+    bool m_heard = false; // something has come from the port
     QByteArray m_txFrame; // the last frame written
     DropLog m_queueFull;
     DropLog m_unsent;

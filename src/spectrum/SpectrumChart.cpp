@@ -8,6 +8,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int MinHeight = 60;
@@ -108,6 +110,10 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
     if (!points.isEmpty()) {
         m_watch.setExpecting(m_watch.isExpecting() || !m_pollingKnown);
         m_watch.dataCame();
+    }
+    if (isVisible()) {
+        m_newest = traceRect();
+        m_traces |= m_newest;
     }
     m_pace.change();
     schedulePaint();
@@ -264,16 +270,64 @@ QPixmap SpectrumChart::drawFrame()
     return frame;
 }
 
+// The part of the plot in which the trace runs, with the pixels to which it is rounded.
+QRect SpectrumChart::traceRect() const
+{
+    const QVector<float>& levels = m_trace.levels();
+    if (levels.isEmpty()) {
+        return {};
+    }
+    const QRect plot = plotRect();
+    const Scale rows = scale().rows(plot);
+    const auto rowOf = [&rows, &plot](float level) {
+        return qRound(std::clamp<double>(
+            rows.pixel(static_cast<double>(level)), plot.top() - 2, plot.bottom() + 2));
+    };
+    const int top = rowOf(levels.at(m_trace.peak()));
+    const int bottom = rowOf(*std::min_element(levels.cbegin(), levels.cend()));
+    return QRect(QPoint(plot.left(), top - 1), QPoint(plot.right(), bottom + 1)) & plot;
+}
+
+// The rows of the peak's triangle. A part that crosses it would draw its outline otherwise.
+QRect SpectrumChart::peakRect() const
+{
+    const QRect plot = plotRect();
+    if (!m_shownPeak.valid) {
+        return {};
+    }
+    const double row =
+        std::clamp<double>(scale().rows(plot).pixel(m_shownPeak.level), plot.top(), plot.bottom());
+    const int reach = chartMarks::PeakReach;
+    return QRect(plot.left(), qRound(row) - reach, plot.width(), 2 * reach + 1) & plot;
+}
+
+// The lines of the holds and the marks of the operator change elsewhere.
+bool SpectrumChart::onlyTraceChanges() const
+{
+    return m_trace.held().isEmpty() && m_trace.heldLow().isEmpty() && markers().count() == 0;
+}
+
 // A spectrum changes the plot alone. What is read in the head changes more seldom.
 QRect SpectrumChart::changedRect() const
 {
-    return m_wholeDue ? rect()
-                      : plotRect().adjusted(-chartMarks::Reach, 0, chartMarks::Reach, 0) & rect();
+    if (m_wholeDue) {
+        return rect();
+    }
+    const QRect part = onlyTraceChanges() ? m_traces | peakRect() : plotRect();
+    return part.adjusted(-chartMarks::Reach, 0, chartMarks::Reach, 0) & rect();
 }
 
 void SpectrumChart::paintData(QPainter& painter, const QRect& dirty)
 {
-    m_wholeDue = m_wholeDue && dirty != rect();
+    // What is not a new spectrum changes the whole.
+    if (m_wholeDue || dirty == rect()) {
+        m_newest = traceRect();
+    }
+    // While a paint is still to be asked for, this one may be a picture for somebody else.
+    if (!paintIsDue()) {
+        m_wholeDue = m_wholeDue && dirty != rect();
+        m_traces = m_newest;
+    }
     const ChartGeometry geometry = plotGeometry();
     painter.setClipRect(geometry.plot);
     m_lines.paint(painter, m_trace, geometry);

@@ -21,12 +21,13 @@
 ///
 /// addSpectrum() gives the bytes to SpectrumTrace, which turns them into levels, and asks for one
 /// paint. CachedPlot keeps what seldom changes (axes, grid, ticks, title, horizontal markers) as
-/// one picture; painting copies it and draws the lines straight onto the widget. Where a level or a
-/// frequency lies is computed by Scale, which points make a line by traceLine. Peak and markers
-/// stand on the trace. Their texts follow at a pace at which they can be read; the peak's triangle
-/// waits for its text, so that both always show the same point. ChartTouch tells what a finger
-/// means, ChartMarkers keeps the markers, ChartScale the level axis; ChartSettings holds all that
-/// the operator has chosen.
+/// one picture; painting copies it and draws the lines straight onto the widget. A new spectrum
+/// paints only the rows between the highest and the lowest point of the old and the new trace.
+/// Where a level or a frequency lies is computed by Scale, which points make a line by traceLine.
+/// Peak and markers stand on the trace. Their texts follow at a pace at which they can be read; the
+/// peak's triangle waits for its text, so that both always show the same point. ChartTouch tells
+/// what a finger means, ChartMarkers keeps the markers, ChartScale the level axis; ChartSettings
+/// holds all that the operator has chosen.
 ///
 /// A chart that is polled and has got no spectrum for StaleMs shows "NO DATA" over its last
 /// picture, dimmed. A spectrum with a level at the end of the card's scale shows "OVER".
@@ -200,7 +201,10 @@ private:
     void setMarkers(const ChartMarkers& markers);
     void follow(const ChartTouch::Action& action);
     void paintMarks(QPainter& painter, const ChartGeometry& geometry) const;
-    QRect plotRect() const { return axisRect()->rect(); }
+    QRect traceRect() const;
+    QRect peakRect() const;
+    bool onlyTraceChanges() const;
+    QRect plotRect() const { return xAxis->axisRect()->rect(); } // axisRect() makes a list
     ChartGeometry plotGeometry() const;
     ChartPoints points() const { return {m_axis, m_trace}; }
 
@@ -218,6 +222,8 @@ private:
     QString m_title;
     int m_titleWidth = 0;        // pixels
     bool m_over = false;         // of a spectrum since the last read-out
+    QRect m_newest;              // where the newest trace runs
+    QRect m_traces;              // where the trace runs that is shown, and what comes next
     bool m_wholeDue = true;      // more than the plot is to be painted next
     bool m_pollingKnown = false; // setPolled() was called
 };

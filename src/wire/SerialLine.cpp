@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <poll.h>
+#include <unistd.h>
 
 namespace {
 
@@ -79,6 +80,17 @@ void SerialLine::close()
     m_reopen = Reopen::Never;
     m_retry.stop();
     m_port.close();
+}
+
+void SerialLine::write(const QByteArray& bytes)
+{
+    // What waits in the port comes first. An error is the port's to find and to report.
+    const bool waits = !m_port.isOpen() || m_port.bytesToWrite() > 0;
+    const ssize_t taken =
+        waits ? 0 : ::write(m_port.handle(), bytes.constData(), static_cast<size_t>(bytes.size()));
+    if (taken < bytes.size()) {
+        m_port.write(taken > 0 ? bytes.mid(taken) : bytes);
+    }
 }
 
 bool SerialLine::isAbsent() const

@@ -65,6 +65,11 @@ public:
     /// \return the path under which a device would be opened now. \param name without a directory
     static QString devicePath(const QString& name);
 
+    /// Sends bytes: what the line takes at once goes out before this returns, and the port keeps
+    /// the rest until the line takes more. The port alone would wait for the event loop to tell it
+    /// that the line takes any, and then that it takes no more: three turns for each request.
+    void write(const QByteArray& bytes);
+
 signals:
     /// Emitted when the line has been opened, at the first try or at a later one.
     void opened();

@@ -171,6 +171,28 @@ private slots:
         QVERIFY(timer->interval() >= 500);
     }
 
+    void data_that_come_long_after_the_last_paint_wait_for_no_timer()
+    {
+        constexpr int PauseMs = 40;
+        CountingPlot plot(PauseMs);
+        plot.resize(50, 50);
+        plot.show();
+        QTRY_VERIFY(plot.paintCount() > 0);
+        plot.repaint();
+        const int before = plot.paintCount();
+        const auto* timer = plot.findChild<QTimer*>(u"paintTimer"_s);
+        plot.schedulePaint();
+        QVERIFY(timer->isActive()); // too early
+        QTRY_COMPARE(plot.paintCount(), before + 1);
+        QTest::qWait(2 * PauseMs + 1);
+        plot.schedulePaint();
+        plot.schedulePaint();
+        QVERIFY(!timer->isActive());
+        QTRY_COMPARE(plot.paintCount(), before + 2);
+        plot.schedulePaint();
+        QVERIFY(timer->isActive());
+    }
+
     void a_hidden_plot_is_not_painted()
     {
         m_plot->hide();

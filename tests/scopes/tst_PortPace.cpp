@@ -12,13 +12,23 @@ constexpr int TickMs = 16;       // the interval at which a serial adapter hands
 constexpr qsizetype Piece = 184; // what comes in that time at 115200 baud
 constexpr int PeriodMs = 100;
 
+QByteArray counted(qsizetype size)
+{
+    QByteArray bytes(size, '\0');
+    for (qsizetype k = 0; k < size; ++k) {
+        bytes[k] = static_cast<char>(k % 251);
+    }
+    return bytes;
+}
+
 // A port with the other end of its line, read as a scope reads its own.
 struct PacedPort
 {
     DeviceDirectory devices;
     Pty& far = devices.add(QStringLiteral("ttyUSB1"));
     SerialLine line{logScopes};
-    PortPace pace{line.port()};
+    std::unique_ptr<PortPace> owned = std::make_unique<PortPace>(line.port());
+    PortPace& pace = *owned; // until a test deletes it
     QByteArray received;
     int reads = 0;
 
@@ -34,20 +44,49 @@ struct PacedPort
         line.open(QStringLiteral("ttyUSB1"), 115200, SerialLine::Reopen::Never, 4096);
     }
 
-    bool timerRuns() const
-    {
-        return pace.findChild<QTimer*>(QStringLiteral("readTimer"))->isActive();
-    }
+    QTimer* timer() const { return pace.findChild<QTimer*>(QStringLiteral("readTimer")); }
+    bool timerRuns() const { return timer()->isActive(); }
 };
 
-QByteArray counted(qsizetype size)
+// Two ports that are left alone, each with a piece that waits in the kernel. A moment is left of
+// both pauses.
+struct TwoPaused
 {
-    QByteArray bytes(size, '\0');
-    for (qsizetype k = 0; k < size; ++k) {
-        bytes[k] = static_cast<char>(k % 251);
+    PacedPort first;
+    PacedPort second;
+
+    TwoPaused()
+    {
+        for (PacedPort* port : {&first, &second}) {
+            QVERIFY(port->far.write(counted(PortPace::StreamBytes - 1)));
+            QTRY_COMPARE(port->received.size(), PortPace::StreamBytes - 1);
+        }
+        QTRY_VERIFY((QCoreApplication::processEvents(), bothPause()));
+        QVERIFY(first.far.write(counted(Piece)) && second.far.write(counted(Piece)));
+        while (second.timer()->remainingTime() > 3) {
+            QTest::qSleep(1); // without events, so that no timer runs out
+        }
+        first.reads = 0;
+        second.reads = 0;
     }
-    return bytes;
-}
+
+    bool bothPause()
+    {
+        for (PacedPort* port : {&first, &second}) {
+            if (!port->pace.isPaused()) {
+                port->far.write(counted(1));
+                Q_UNUSED(QTest::qWaitFor([port] { return port->pace.isPaused(); }, PeriodMs));
+            }
+        }
+        return first.pace.isPaused() && second.pace.isPaused();
+    }
+
+    void runOutFirst() const
+    {
+        QTimerEvent event(first.timer()->timerId());
+        QCoreApplication::sendEvent(first.timer(), &event);
+    }
+};
 
 // Sends bytes as a line at 115200 baud delivers them.
 void stream(Pty& line, const QByteArray& bytes)
@@ -142,6 +181,42 @@ private slots:
         QVERIFY(port.far.writeUntilRead(counted(Piece)));
         QTRY_COMPARE(port.received.size(), 11 * Piece);
         QVERIFY(!port.pace.isPaused());
+    }
+
+    void pauses_that_end_together_end_with_one_timer()
+    {
+        TwoPaused ports;
+        ports.runOutFirst();
+        QCOMPARE(ports.first.reads, 1);
+        QCOMPARE(ports.second.reads, 1);
+        for (const PacedPort* port : {&ports.first, &ports.second}) {
+            QVERIFY(port->pace.isPaused());
+            // It is not read twice because the end of the period is still near.
+            QVERIFY2(port->timer()->interval() >= 5,
+                qPrintable(QString::number(port->timer()->interval())));
+        }
+        QVERIFY(ports.first.far.write(counted(Piece)) && ports.second.far.write(counted(Piece)));
+        QTRY_COMPARE(ports.first.reads, 2);
+        QTRY_COMPARE(ports.second.reads, 2);
+    }
+
+    void the_reader_of_one_port_may_delete_the_pace_of_the_other()
+    {
+        TwoPaused ports;
+        QObject::connect(&ports.first.line.port(), &QSerialPort::readyRead, &ports.first.pace,
+            [&ports] { ports.second.owned.reset(); });
+        ports.runOutFirst();
+        QCOMPARE(ports.first.reads, 1);
+        QVERIFY(ports.first.pace.isPaused());
+    }
+
+    void the_reader_of_a_port_may_delete_its_pace()
+    {
+        TwoPaused ports;
+        QObject::connect(&ports.first.line.port(), &QSerialPort::readyRead, &ports.first.line,
+            [&ports] { ports.first.owned.reset(); });
+        ports.runOutFirst();
+        QCOMPARE(ports.second.reads, 1);
     }
 
     void another_period_ends_a_pause()

@@ -262,6 +262,19 @@ private slots:
         QTRY_COMPARE(m_received->count(), 2);
     }
 
+    void spectra_leave_no_timers_of_earlier_requests_behind()
+    {
+        for (int i = 0; i < 5; ++i) {
+            m_bus->sendMessage(u"0190RFFT000000"_s, 9000 + i);
+            QCOMPARE(testClock::intervals(m_bus.get()), QList<int>{9000 + i});
+            m_card->write(cardSide::spectrum("points"));
+            QTRY_COMPARE(m_received->count(), i + 1);
+        }
+        testClock::expire(m_bus.get());
+        QCOMPARE(timers(m_bus.get()), 0);
+        QCOMPARE(m_lost->count(), 0);
+    }
+
     // a line that does not take its bytes
 
     void earlier_output_is_waited_for_fifty_milliseconds_at_most()

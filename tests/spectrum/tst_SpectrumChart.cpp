@@ -9,7 +9,9 @@
 #include <QScreen>
 #include <QSignalSpy>
 
+#include <array>
 #include <functional>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -951,12 +953,86 @@ private slots:
         m_chart->addSpectrum(cardSide::carrier(512, 100, -30)); // the readout waits for its turn
         QTRY_VERIFY(!m_chart->painted.isEmpty());
         const QRect plot = m_chart->axisRect()->rect();
-        QVERIFY(m_chart->painted.first().contains(plot));
-        QVERIFY(m_chart->painted.first().top() == plot.top());
-        QVERIFY(m_chart->painted.first().bottom() == plot.bottom());
+        const QRect part = m_chart->painted.first();
+        QVERIFY(part.left() <= plot.left() && part.right() >= plot.right());
+        QVERIFY(part.top() >= plot.top() && part.bottom() <= plot.bottom());
+        // The old and the new trace lie inside, with little around them.
+        const auto row = [this](double level) { return m_chart->yAxis->coordToPixel(level); };
+        QVERIFY(part.top() <= row(-20.0) && part.bottom() >= row(-100.0));
+        QVERIFY(part.top() >= row(-20.0) - 20 && part.bottom() <= row(-100.0) + 20);
         QTRY_COMPARE(m_chart->painted.last(), m_chart->rect());
         const QImage shown = m_chart->screen()->grabWindow(m_chart->winId()).toImage();
         QCOMPARE(shown, m_chart->grab().toImage().convertToFormat(shown.format()));
+    }
+
+    void paints_of_parts_leave_the_same_pixels_as_a_whole_one_data()
+    {
+        using Change = std::function<void(SpectrumChart&)>;
+        QTest::addColumn<Change>("change");
+        QTest::newRow("trace alone") << Change([](SpectrumChart&) {});
+        QTest::newRow("max hold") << Change([](SpectrumChart& chart) { chart.setMaxHold(true); });
+        QTest::newRow("min hold") << Change([](SpectrumChart& chart) { chart.setMinHold(true); });
+        QTest::newRow("average") << Change([](SpectrumChart& chart) { chart.setAveraging(8); });
+        QTest::newRow("markers") << Change([](SpectrumChart& chart) {
+            chart.setMarker(69.9);
+            chart.addMarker(70.2);
+        });
+        QTest::newRow("horizontal markers") << Change([](SpectrumChart& chart) {
+            chart.setHMarkers({-30.0, -80.0});
+        });
+        QTest::newRow("scale") << Change([](SpectrumChart& chart) { chart.setScale(-40.0, 5); });
+        QTest::newRow("colour") << Change(
+            [](SpectrumChart& chart) { chart.setLineColor(Qt::green); });
+        QTest::newRow("large") << Change([](SpectrumChart& chart) { chart.resize(700, 420); });
+        QTest::newRow("small") << Change([](SpectrumChart& chart) { chart.resize(330, 60); });
+        QTest::newRow("a picture taken in between") << Change([](SpectrumChart& chart) {
+            chart.addSpectrum(cardSide::carrier(300, 40, 0.0));
+            chart.grab();
+        });
+        QTest::newRow("hidden and shown") << Change([](SpectrumChart& chart) {
+            chart.hide();
+            chart.addSpectrum(cardSide::carrier(300, 40, 0.0));
+            chart.show();
+        });
+        QTest::newRow("span") << Change(
+            [](SpectrumChart& chart) { chart.setSpan(spanTable().at(3)); });
+        QTest::newRow("small part painted") << Change([](SpectrumChart& chart) {
+            chart.addSpectrum(cardSide::carrier(300, 40, 0.0));
+            chart.repaint(QRect(100, 50, 20, 20));
+        });
+    }
+
+    void paints_of_parts_leave_the_same_pixels_as_a_whole_one()
+    {
+        QFETCH(std::function<void(SpectrumChart&)>, change);
+        std::minstd_rand random(740);
+        const auto spectrum = [&random] {
+            const auto upTo = [&random](int number) { return static_cast<int>(random()) % number; };
+            const std::array sizes{1, 2, 300, 1024};
+            QByteArray points(sizes.at(static_cast<size_t>(upTo(4))), cardSide::level(-100.0));
+            const int floor = upTo(200);
+            const int height = 1 + upTo(56);
+            for (char& point : points) {
+                point = static_cast<char>(floor + upTo(height));
+            }
+            points[upTo(static_cast<int>(points.size()))] = static_cast<char>(upTo(256));
+            return points;
+        };
+        for (int i = 0; i < 24; ++i) {
+            m_chart->addSpectrum(spectrum());
+            if (i == 8) {
+                change(*m_chart);
+            }
+            const int before = m_chart->paints;
+            Q_UNUSED(QTest::qWaitFor([&] { return m_chart->paints > before; }, 20));
+            if (i % 4 == 3) {
+                const auto* timer = m_chart->findChild<QTimer*>(u"paintTimer"_s);
+                QTRY_VERIFY(!timer->isActive());
+                QCoreApplication::processEvents();
+                const QImage shown = onTheScreen();
+                QCOMPARE(shown, m_chart->grab().toImage().convertToFormat(shown.format()));
+            }
+        }
     }
 
     void the_frame_is_the_same_when_it_is_drawn_anew()

@@ -74,6 +74,41 @@ private slots:
         QTRY_COMPARE(pty.received(), all);
     }
 
+    void what_the_line_takes_is_sent_at_once()
+    {
+        Pty& pty = m_devices->add(u"ttyX"_s);
+        SerialLine line(&logLink);
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        line.write("request");
+        QCOMPARE(line.port().bytesToWrite(), qint64(0));
+        QCOMPARE(pty.received(), QByteArray("request")); // without a turn of the event loop
+    }
+
+    void what_the_line_does_not_take_follows_in_its_order()
+    {
+        Pty& pty = m_devices->add(u"ttyX"_s);
+        SerialLine line(&logLink);
+        QVERIFY(line.open(u"ttyX"_s, 115200));
+        QByteArray all;
+        for (char letter = 'a'; letter <= 'f'; ++letter) {
+            const QByteArray piece(10000, letter);
+            line.write(piece);
+            all += piece;
+        }
+        QVERIFY(line.port().bytesToWrite() > 0);
+        QTRY_COMPARE(pty.received().size(), all.size());
+        QCOMPARE(pty.received(), all);
+    }
+
+    void nothing_is_written_to_a_closed_line()
+    {
+        SerialLine line(&logLink);
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(u"QIODevice::write .*device not open"_s));
+        line.write("request");
+        QCOMPARE(line.port().bytesToWrite(), qint64(0));
+    }
+
     void an_absent_device_is_a_warning_where_it_is_a_fault()
     {
         SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
