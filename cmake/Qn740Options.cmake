@@ -38,3 +38,10 @@ function(qn740_precompile target)
         target_precompile_headers(${target} PRIVATE ${ARGN})
     endif()
 endfunction()
+
+# qn740_precompiled_like(TARGET OTHER): the same headers as OTHER, which has the same flags.
+function(qn740_precompiled_like target other)
+    if(QN740_PCH)
+        target_precompile_headers(${target} REUSE_FROM ${other})
+    endif()
+endfunction()

@@ -5,13 +5,16 @@
 // Qt announces each QObject through its hooks, which are made for such tools. The environment
 // variable QN740_SPY holds two file descriptors, "5,6". For each byte that comes on the first one,
 // a line of JSON goes to the second one: "n" asks for the numbers, "c" for the number of objects of
-// each class too, "b" for the buttons that can be pressed, each with its place on the screen.
+// each class too, "b" for the buttons that can be pressed, each with its place on the screen, "u"
+// for the bytes of the main unit's line that wait in the panel.
 //
 // Each time that the panel reads from one of its ports, what it got is added to the file that
 // QN740_SPY_RECORD names: "12.345678 ttyUSB1 17 00ff" with the time of the monotonic clock, and how
 // many bytes the panel had written to the port by then, since it opened it. Each time that one of
-// its windows is told of a touch, "12.345678 finger 799 479 1" is added, the 1 meaning that the
-// finger is down.
+// its windows is told of a touch, "12.345678 finger 799 479 1 20" is added, the 1 meaning that the
+// finger is down, and the 20 that as many bytes of the main unit's line had been read by then and
+// not been handled.
+//
 // QN740_SPY_FAIL, such as "PopUp:3", plants a fault: the panel aborts when the third window whose
 // name begins with "PopUp" is shown.
 
@@ -26,6 +29,7 @@
 #include <QMouseEvent>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QSerialPort>
 #include <QSet>
 #include <QSocketNotifier>
 #include <QWidget>
@@ -50,6 +54,7 @@ QT_END_NAMESPACE
 namespace {
 
 const QString MessageBox = QStringLiteral("messageBox");
+const QString MainPort = QStringLiteral("ttyO1");
 
 enum Hook { Version = 0, AddObject = 3, RemoveObject = 4, Startup = 5 };
 constexpr quintptr OldestVersion = 3;
@@ -183,14 +188,39 @@ QJsonObject counted(bool withClasses)
     return result;
 }
 
+// The bytes that the panel has read from the main unit's line and not handled yet.
+qint64 unhandled()
+{
+    Objects& known = objects();
+    const QMutexLocker<QMutex> locked(&known.mutex);
+    for (QObject* object : qAsConst(known.all)) {
+        const auto* port = qobject_cast<const QSerialPort*>(object);
+        if (port != nullptr && port->portName().section(QLatin1Char('/'), -1) == MainPort) {
+            return port->bytesAvailable();
+        }
+    }
+    return 0;
+}
+
+QJsonObject found(char question)
+{
+    switch (question) {
+    case 'b':
+        return buttons();
+    case 'u':
+        return {{QStringLiteral("unread"), unhandled()}};
+    default:
+        return counted(question == 'c');
+    }
+}
+
 void answer(int readEnd, int writeEnd)
 {
     char question = 0;
     if (::read(readEnd, &question, 1) != 1) {
         return;
     }
-    const QJsonObject found = question == 'b' ? buttons() : counted(question == 'c');
-    const QByteArray line = QJsonDocument(found).toJson(QJsonDocument::Compact) + '\n';
+    const QByteArray line = QJsonDocument(found(question)).toJson(QJsonDocument::Compact) + '\n';
     if (::write(writeEnd, line.constData(), static_cast<size_t>(line.size())) < 0) {
         // the soak has ended
     }
@@ -290,7 +320,8 @@ private:
             const auto* touch = static_cast<const QMouseEvent*>(event);
             const QPoint at = touch->globalPosition().toPoint();
             record("finger " + QByteArray::number(at.x()) + ' ' + QByteArray::number(at.y()) + ' ' +
-                (touch->buttons() == Qt::NoButton ? '0' : '1'));
+                (touch->buttons() == Qt::NoButton ? '0' : '1') + ' ' +
+                QByteArray::number(unhandled()));
         }
     }
 

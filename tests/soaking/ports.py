@@ -20,6 +20,7 @@ class Port:
         self._link = devices / name
         self._master = -1
         self._waiting = b""
+        self._come = b""  # from the panel, for serve()
         self._held: list[tuple[int, float, bytes]] = []
         self.received = 0  # bytes from the panel, since the device was made
 
@@ -55,23 +56,29 @@ class Port:
         """Sends bytes, as far as somebody has the device open. What is not read yet waits for serve()."""
         if self._master >= 0:
             self._waiting += data
-            self.serve()
+            self._exchange()
 
     def answer(self, received: int, until: float, data: bytes) -> None:
         """Sends bytes when so many have come from the panel, or when this time has come."""
         self._held.append((received, until, data))
-        self.serve()
+        self._exchange()
 
     def serve(self) -> bytes:
-        """Sends what waits. Returns what has come."""
+        """Sends what waits. Returns what has come since the last call."""
+        self._exchange()
+        come, self._come = self._come, b""
+        return come
+
+    def _exchange(self) -> None:
         if self._master < 0:
-            return b""
+            return
         data = b""
         try:
             data = os.read(self._master, _READ_SIZE)
         except OSError:
             pass
         self.received += len(data)
+        self._come += data
         while self._held and (self.received >= self._held[0][0] or time.monotonic() > self._held[0][1]):
             self._waiting += self._held.pop(0)[2]
         try:
@@ -79,7 +86,6 @@ class Port:
                 self._waiting = self._waiting[os.write(self._master, self._waiting) :]
         except OSError:
             pass
-        return data
 
 
 def targets(devices: pathlib.Path) -> dict[str, str]:

@@ -114,7 +114,7 @@ class PanelProgram:
         self._log = _follow(self._process.stderr, take)
 
     def ask(self, question: str, timeout: float) -> dict[str, Any]:
-        """Asks the spy "n", "c" or "b". A panel that does not answer hangs."""
+        """Asks the spy "n", "c", "b" or "u". A panel that does not answer hangs."""
         with self._lock:
             try:
                 os.write(self._questions, question.encode("ascii"))

@@ -25,6 +25,7 @@ class Event:
     data: str = ""  # a character for each byte
     answers: int = 0  # the bytes that the panel had written to the port by then, since it opened it
     finger: tuple[int, int, int] = (0, 0, 0)  # x, y, and 1 while it is down
+    unread: int = 0  # bytes of the main port that the panel had read by then and not handled
 
 
 class Recorder:
@@ -74,8 +75,8 @@ def event_of(line: str) -> Event:
     """Returns what a line of the spy's says: what the panel has read, or where its finger is."""
     at, what, *numbers = line.split(" ")
     if what == "finger":
-        x, y, down = map(int, numbers)
-        return Event(float(at), "finger", finger=(x, y, down))
+        x, y, down, unread = map(int, numbers)
+        return Event(float(at), "finger", finger=(x, y, down), unread=unread)
     data = bytes.fromhex(numbers[1]).decode("latin-1")
     return Event(float(at), "data", what, data, int(numbers[0]))
 
@@ -93,9 +94,29 @@ def load(directory: pathlib.Path, storms: int | None) -> list[Event]:
     return events
 
 
+def as_handled(events: list[Event]) -> list[Event]:
+    """Returns the events in the order in which the panel handled them: behind a touch, what it had read of
+    the main port by then and not handled yet."""
+    ordered: list[Event] = []
+    for event in events:
+        ordered.append(event)
+        touch = place = len(ordered) - 1
+        left = event.unread
+        while left > 0 and place > 0:
+            place -= 1
+            read = ordered[place]
+            if read.kind == "data" and read.port == MAIN_PORT:
+                handled = max(0, len(read.data) - left)
+                left -= len(read.data) - handled
+                ordered.append(dataclasses.replace(read, data=read.data[handled:]))
+                ordered[place] = dataclasses.replace(read, data=read.data[:handled])
+        ordered[touch + 1 :] = reversed(ordered[touch + 1 :])
+    return [event for event in ordered if event.kind != "data" or event.data]
+
+
 def _short(event: Event) -> dict[str, Any]:
     fields = {"at": round(event.at, 6), "kind": event.kind}
-    for name in ("port", "data", "answers"):
+    for name in ("port", "data", "answers", "unread"):
         if getattr(event, name):
             fields[name] = getattr(event, name)
     if event.kind == "finger":

@@ -37,7 +37,7 @@ def replay(
     Returns 0 when nothing went wrong, 1 when something did, and ANOTHER_COURSE when the panel did not
     follow the recording.
     """
-    events = recording.load(directory, storms)
+    events = recording.as_handled(recording.load(directory, storms))
     if not events:
         print(f"replay: {directory} has no recording")
         return 1
@@ -69,7 +69,7 @@ class Player:
     """A panel with ports on which everything comes again.
 
     All that the panel takes, it takes in the same order as before: a touch waits until what came
-    before it has been read, what comes behind it waits until a window was told of it, and a reply
+    before it has been handled, what comes behind it waits until a window was told of it, and a reply
     waits for its request. So the panel goes through the same states although it is not exactly as
     fast as before.
     """
@@ -184,6 +184,8 @@ class Player:
                 self._told = self._touches
                 self._read = self._sent.copy()
             self._serve()
+        if event.kind == "finger":
+            self._let_handle()
 
     def _has_followed(self, event: recording.Event) -> bool:
         if event.kind == "finger":
@@ -191,6 +193,15 @@ class Player:
                 self._read[port] >= count for port, count in self._sent.items()
             )
         return event.kind != "data" or self._told >= self._touches
+
+    # Lets the panel handle what it has read. It answers once in a turn of its event loop, in which it also
+    # handles some; behind an editor that holds the line, nothing more is handled.
+    def _let_handle(self) -> None:
+        before = -1
+        unread = self._panel.ask("u", self._limits.turn)["unread"]
+        while unread not in (0, before):
+            before = unread
+            unread = self._panel.ask("u", self._limits.turn)["unread"]
 
     # Counts what the panel has taken meanwhile.
     def _take_spied(self) -> None:

@@ -22,7 +22,7 @@ class Recording(unittest.TestCase):
         now = time.monotonic()
         recorder.spy_file.write_text(
             f"{now + 1:.6f} ttyUSB11 17 5b00ff\n"
-            f"{now + 4:.6f} finger 799 479 1\n"
+            f"{now + 4:.6f} finger 799 479 1 20\n"
             f"{now + 2:.6f} ttyO1 0 02\n"
         )
         trace = ["trace: 3.000 in \\x02PING\\x04", "trace: 3.500 out \\x02PONG\\x04"]
@@ -31,17 +31,34 @@ class Recording(unittest.TestCase):
         recorder.save("storm-00002", [], now)
         events = recording.load(self.place, None)
         self.assertEqual(
-            [(event.kind, event.port, event.data, event.answers, event.finger) for event in events],
             [
-                ("unplug", "ttyUSB1", "", 0, (0, 0, 0)),
-                ("data", "ttyUSB11", "[\x00\xff", 17, (0, 0, 0)),
-                ("data", "ttyO1", "\x02", 0, (0, 0, 0)),
-                ("said", "ttyO1", "\x02PING\x04", 0, (0, 0, 0)),
-                ("finger", "", "", 0, (799, 479, 1)),
-                ("rest", "", "", 0, (0, 0, 0)),
+                (event.kind, event.port, event.data, event.answers, event.finger, event.unread)
+                for event in events
+            ],
+            [
+                ("unplug", "ttyUSB1", "", 0, (0, 0, 0), 0),
+                ("data", "ttyUSB11", "[\x00\xff", 17, (0, 0, 0), 0),
+                ("data", "ttyO1", "\x02", 0, (0, 0, 0), 0),
+                ("said", "ttyO1", "\x02PING\x04", 0, (0, 0, 0), 0),
+                ("finger", "", "", 0, (799, 479, 1), 20),
+                ("rest", "", "", 0, (0, 0, 0), 0),
             ],
         )
         self.assertEqual([event.kind for event in recording.load(self.place, 1)], ["rest"])
+
+    def test_what_was_not_handled_before_a_touch_comes_behind_it(self) -> None:
+        def read(data: str, port: str = recording.MAIN_PORT) -> recording.Event:
+            return recording.Event(0.0, "data", port, data)
+
+        def touch(unread: int) -> recording.Event:
+            return recording.Event(0.0, "finger", unread=unread)
+
+        events = [read("abc"), read("X", "ttyUSB1"), read("de"), touch(3), read("fg"), touch(4)]
+        events += [touch(0), read("h"), touch(0)]
+        self.assertEqual(
+            [event.data or str(event.unread) for event in recording.as_handled(events)],
+            ["ab", "X", "3", "c", "4", "de", "fg", "0", "h", "0"],
+        )
 
     def test_a_finger_that_no_window_saw_go_up_is_lifted(self) -> None:
         fingers = [(10, 10, 0), (10, 10, 1), (10, 10, 0), (20, 20, 1), (30, 30, 1), (40, 40, 0)]
@@ -67,8 +84,10 @@ class Recording(unittest.TestCase):
         os.write(panel, b"k")
         self.assertEqual(port.serve(), b"k")
         self.assertEqual(os.read(panel, 100), b"replymore")
+        os.write(panel, b"!")
         port.answer(100, time.monotonic() - 1, b"late")
         self.assertEqual(os.read(panel, 100), b"late")
+        self.assertEqual(port.serve(), b"!")
         os.close(panel)
 
 
