@@ -13,6 +13,7 @@ from . import checks
 
 MAIN_PORT = "ttyO1"
 _SUFFIX = ".events.gz"
+_SAID_LATE = 0.05  # seconds: by so much at most, the simulator's output comes late
 
 
 @dataclasses.dataclass(frozen=True)
@@ -96,9 +97,9 @@ def load(directory: pathlib.Path, storms: int | None) -> list[Event]:
 
 def as_handled(events: list[Event]) -> list[Event]:
     """Returns the events in the order in which the panel handled them: behind a touch, what it had read of
-    the main port by then and not handled yet."""
+    the main port by then and not handled yet; and what the simulator said before it was read."""
     ordered: list[Event] = []
-    for event in events:
+    for event in sorted(events, key=lambda event: event.at - _SAID_LATE * (event.kind == "said")):
         ordered.append(event)
         touch = place = len(ordered) - 1
         left = event.unread

@@ -60,6 +60,13 @@ class Recording(unittest.TestCase):
             ["ab", "X", "3", "c", "4", "de", "fg", "0", "h", "0"],
         )
 
+    def test_what_was_said_comes_before_it_is_read(self) -> None:
+        events = [recording.Event(1.0, "data", recording.MAIN_PORT, "a")]
+        events += [recording.Event(1.04, "said"), recording.Event(1.06, "said")]
+        self.assertEqual(
+            [event.at for event in recording.as_handled(events)], [1.04, 1.0, 1.06]
+        )
+
     def test_a_finger_that_no_window_saw_go_up_is_lifted(self) -> None:
         fingers = [(10, 10, 0), (10, 10, 1), (10, 10, 0), (20, 20, 1), (30, 30, 1), (40, 40, 0)]
         fingers += [(50, 50, 1), (50, 50, 1)]
