@@ -39,9 +39,10 @@ function(qn740_precompile target)
     endif()
 endfunction()
 
-# qn740_precompiled_like(TARGET OTHER): the same headers as OTHER, which has the same flags.
+# qn740_precompiled_like(TARGET OTHER): the same headers as OTHER, which has the same flags but where
+# lines are counted, which is done in src/ only.
 function(qn740_precompiled_like target other)
-    if(QN740_PCH)
+    if(QN740_PCH AND NOT QN740_COVERAGE)
         target_precompile_headers(${target} REUSE_FROM ${other})
     endif()
 endfunction()
