@@ -69,7 +69,8 @@ int testBoard(char* program, const QString& platform)
     const QGuiApplication application(count, &program);
     identity::apply();
     ExitStatus status = ExitStatus::Ended;
-    for (const SelfTest::Line& line : SelfTest({}, platform).run()) {
+    for (const SelfTest::Line& line :
+        SelfTest({}, platform, ScreenSettings::fromEnvironment()).run()) {
         std::printf("%s\n", qPrintable(SelfTest::print(line)));
         if (!line.ok) {
             status = ExitStatus::FaultFound;
