@@ -230,6 +230,37 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(at({300, 440}), Grey16, LongMs); // the status bar
         QCOMPARE(at({300, 40}), 0);                                // the page
     }
+
+    void the_self_test_judges_the_screen_as_it_is_scaled_and_turned_data()
+    {
+        QTest::addColumn<QString>("size");
+        QTest::addColumn<QStringList>("environment");
+        QTest::addColumn<QByteArray>("line"); // what stands before and after the device
+        QTest::newRow("turned") << u"480x800"_s << QStringList{u"QN740_ROTATION=90"_s}
+                                << QByteArray("ok    screen: %1 of 480 x 800, turned by 90\n");
+        QTest::newRow("fit") << u"640x480"_s << QStringList{u"QN740_SCALE=fit"_s}
+                             << QByteArray("ok    screen: %1 of 640 x 480, scale 0.8\n");
+        QTest::newRow("neither") << u"640x480"_s << QStringList()
+                                 << QByteArray("FAULT screen: %1 of 640 x 480; the panel needs "
+                                               "800 x 480, see QN740_SCALE and QN740_ROTATION\n");
+    }
+
+    void the_self_test_judges_the_screen_as_it_is_scaled_and_turned()
+    {
+        QFETCH(QString, size);
+        QFETCH(QStringList, environment);
+        QFETCH(QByteArray, line);
+        QFile buffer(m_parent->filePath(u"fb"_s));
+        QVERIFY(buffer.open(QIODevice::WriteOnly));
+        Program panel(QString::fromUtf8(QN740_PANEL),
+            {u"--self-test"_s, u"-platform"_s, u"linuxfb:fb="_s + buffer.fileName()},
+            environment +
+                QStringList{u"LD_PRELOAD="_s + QString::fromUtf8(QN740_FAKE_FRAME_BUFFER),
+                    u"FAKE_FRAME_BUFFER="_s + size});
+        QVERIFY(panel.ends());
+        line.replace("%1", buffer.fileName().toUtf8());
+        QVERIFY2(panel.output().contains('\n' + line), panel.output());
+    }
 #endif
 
     void a_lost_line_does_not_keep_the_processor_busy()
