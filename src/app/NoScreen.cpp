@@ -1,6 +1,7 @@
 #include "app/NoScreen.h"
 
 #include "app/CommandLine.h"
+#include "app/ErrorLine.h"
 
 #include <QGuiApplication>
 #include <QString>
@@ -47,8 +48,8 @@ void end()
     const QString cause = g_firstWarning.isEmpty()
         ? QStringLiteral("the platform plugin has found none")
         : g_firstWarning;
-    std::fprintf(stderr, "qn740-panel: no screen: %s (QT_QPA_PLATFORM or -platform chooses it)\n",
-        qPrintable(cause));
+    std::fprintf(stderr, "%sqn740-panel: no screen: %s (QT_QPA_PLATFORM or -platform chooses it)\n",
+        errorLine::prefix(), qPrintable(cause));
     std::fflush(stderr);
     std::_Exit(static_cast<int>(ExitStatus::NoScreen));
 }

@@ -1,5 +1,6 @@
 #include "app/SelfTest.h"
 
+#include "app/Stage.h"
 #include "wire/Log.h"
 #include "wire/SerialLine.h"
 
@@ -10,6 +11,7 @@
 #include <QTemporaryFile>
 
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <grp.h>
 #include <linux/fb.h>
@@ -21,8 +23,6 @@
 namespace {
 
 constexpr qint32 BaudRate = 115200;
-constexpr int Width = 800;
-constexpr int Height = 480;
 
 SelfTest::Line good(const QString& what, const QString& text)
 {
@@ -39,11 +39,23 @@ bool mayUse(const QString& path)
     return ::access(QFile::encodeName(path).constData(), R_OK | W_OK) == 0;
 }
 
+// Why mayUse() has just said no. The service's DeviceAllow= refuses a device with an error of its
+// own, and in the service's sandbox the groups of others have no names.
 QString rights(const QString& path)
 {
+    if (errno == EPERM) {
+        return QStringLiteral("the service may not use %1; add its DeviceAllow= to a drop-in")
+            .arg(path);
+    }
     const QString group = QFileInfo(path).group();
+    const bool hasName = !group.isEmpty() && group != QLatin1String("nogroup");
     return QStringLiteral("no right to read and write %1; add the user to the group %2")
-        .arg(path, group.isEmpty() ? QStringLiteral("that owns it") : group);
+        .arg(path, hasName ? group : QStringLiteral("that owns it"));
+}
+
+QString printed(const QSize& size)
+{
+    return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
 }
 
 // Opened for reading, closed when it goes out of scope.
@@ -95,9 +107,10 @@ QString nameOf(const Device& device)
 
 } // namespace
 
-SelfTest::SelfTest(Places places, const QString& platform)
+SelfTest::SelfTest(Places places, const QString& platform, const ScreenSettings& screen)
     : m_places(std::move(places))
     , m_platform(platform)
+    , m_screen(screen)
 {
 }
 
@@ -161,6 +174,9 @@ SelfTest::Line SelfTest::checkFonts()
 
 SelfTest::Line SelfTest::checkScreen() const
 {
+    if (!m_screen.warnings().isEmpty()) {
+        return bad(QStringLiteral("screen"), m_screen.warnings().constFirst());
+    }
     if (m_platform.isEmpty() || m_platform.startsWith(QLatin1String("linuxfb"))) {
         return checkFrameBuffer();
     }
@@ -187,10 +203,29 @@ SelfTest::Line SelfTest::checkFrameBuffer() const
     if (!device.isOpen() || ::ioctl(device.descriptor(), FBIOGET_VSCREENINFO, &info) != 0) {
         return bad(what, QStringLiteral("%1 is no frame buffer").arg(path));
     }
-    const QString size = QStringLiteral("%1 of %2 x %3").arg(path).arg(info.xres).arg(info.yres);
-    return info.xres >= Width && info.yres >= Height
-        ? good(what, size)
-        : bad(what, QStringLiteral("%1; the panel needs 800 x 480").arg(size));
+    return judgeScreen(
+        path, QSize(static_cast<int>(info.xres), static_cast<int>(info.yres)), m_screen);
+}
+
+SelfTest::Line SelfTest::judgeScreen(
+    const QString& path, const QSize& size, const ScreenSettings& settings)
+{
+    const QString what = QStringLiteral("screen");
+    const double scale = settings.scaleOn(size);
+    QString text = QStringLiteral("%1 of %2").arg(path, printed(size));
+    if (settings.hasScale()) {
+        text += QStringLiteral(", scale %1").arg(scale);
+    }
+    if (settings.rotation() != 0) {
+        text += QStringLiteral(", turned by %1").arg(settings.rotation());
+    }
+    if (Stage::isLargeEnough(size / scale, settings.rotation())) {
+        return good(what, text);
+    }
+    const QSize panel = ScreenSettings::PanelSize * scale;
+    return bad(what,
+        QStringLiteral("%1; the panel needs %2, see QN740_SCALE and QN740_ROTATION")
+            .arg(text, printed(settings.rotation() % 180 == 0 ? panel : panel.transposed())));
 }
 
 SelfTest::Line SelfTest::checkCard() const
@@ -259,7 +294,7 @@ SelfTest::Line SelfTest::checkUser() const
         return bad(what, QStringLiteral("no user %1; run systemd-sysusers").arg(m_places.userName));
     }
     QStringList missing;
-    for (const char* groupName : {"dialout", "input", "video"}) {
+    for (const char* groupName : {"dialout", "input", "video", "tty"}) {
         const group* entry = ::getgrnam(groupName);
         bool found = false;
         for (char** member = entry != nullptr ? entry->gr_mem : nullptr;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/ScreenSettings.h"
+
 #include <QList>
 #include <QString>
 
@@ -31,14 +33,19 @@ public:
     };
 
     /// \param places of the board \param platform the name of Qt's platform plugin that the panel
-    /// will be started with, such as "linuxfb:fb=/dev/fb1"; empty: chosen by Qt
-    SelfTest(Places places, const QString& platform);
+    /// will be started with, such as "linuxfb:fb=/dev/fb1"; empty: chosen by Qt \param screen how
+    /// the panel will stand on the screen
+    SelfTest(Places places, const QString& platform, const ScreenSettings& screen = {{}, {}});
 
     /// Looks at everything. Needs an application object, for the fonts. \return one line for each
     QList<Line> run() const;
 
     /// \return the line as it is printed: "ok    fonts: DejaVu Sans".
     static QString print(const Line& line);
+
+    /// \return whether the panel, scaled and turned as it is set, is wholly on a screen.
+    /// \param path of the screen's device \param size in pixels, as the screen is mounted
+    static Line judgeScreen(const QString& path, const QSize& size, const ScreenSettings& settings);
 
     /// One check each; run() does all of them.
     ///@{
@@ -58,4 +65,5 @@ private:
 
     Places m_places;
     QString m_platform;
+    ScreenSettings m_screen;
 };

@@ -24,6 +24,7 @@ constexpr QMargins Margins(8, 0, 4, 0);
 constexpr int Border = 2;        // of the bar's style sheet
 constexpr int TextMargin = 6;    // left of the text
 constexpr int PartsMargin = 2;   // between the text and the parts at the right
+constexpr int LetterReach = 2;   // by which a letter may stand left of the text's place
 constexpr int MaxMeasured = 500; // characters; no more of them fit into the bar
 constexpr QSize OkSize(110, 60);
 
@@ -56,6 +57,8 @@ StatusBar::StatusBar(QWidget* parent)
     setSizeGripEnabled(false);
     setMinimumHeight(BarHeight);
     addParts();
+    // The bar itself repaints no more than the place of the text.
+    connect(this, &QStatusBar::messageChanged, this, [this] { update(wipedArea()); });
 }
 
 // Each part is made where it belongs, in what has its style sheet already: a part that gets another
@@ -173,6 +176,12 @@ QRect StatusBar::textArea() const
     return area;
 }
 
+// What a new text wipes off: some letters, such as "T" and "j", reach out of their place.
+QRect StatusBar::wipedArea() const
+{
+    return textArea().adjusted(-LetterReach, 0, PartsMargin, 0);
+}
+
 QString StatusBar::shownText() const
 {
     const QString text = currentMessage();
@@ -190,8 +199,7 @@ void StatusBar::paintEvent(QPaintEvent* /*event*/)
     option.rect = m_parts->geometry().adjusted(-2, -1, 2, 1);
     option.state = QStyle::State_None;
     style()->drawPrimitive(QStyle::PE_FrameStatusBarItem, &option, &painter, m_parts);
-    // A letter may reach out of its place, where no other text wipes it off.
-    painter.setClipRect(textArea());
+    painter.setClipRect(wipedArea());
     painter.setPen(palette().windowText().color());
     painter.drawText(
         textArea(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, shownText());

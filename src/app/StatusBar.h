@@ -71,6 +71,7 @@ private:
         QWidget* parent, const char* name, const QString& text, const QString& color);
     void placeNotice();
     QRect textArea() const;
+    QRect wipedArea() const;
     QString shownText() const;
     void showWholeText();
 

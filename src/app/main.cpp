@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/ErrorLine.h"
 #include "app/Identity.h"
 #include "app/MainWindow.h"
 #include "app/NoScreen.h"
@@ -34,7 +35,8 @@ constexpr int SecondGovernorMs = 1000;
 int print(const CommandLine& commandLine)
 {
     const bool refused = commandLine.action() == CommandLine::Action::Refuse;
-    std::fprintf(refused ? stderr : stdout, "%s\n", qPrintable(commandLine.text()));
+    std::fprintf(refused ? stderr : stdout, "%s%s\n", refused ? errorLine::prefix() : "",
+        qPrintable(commandLine.text()));
     return static_cast<int>(refused ? ExitStatus::WrongOption : ExitStatus::Ended);
 }
 
@@ -67,7 +69,8 @@ int testBoard(char* program, const QString& platform)
     const QGuiApplication application(count, &program);
     identity::apply();
     ExitStatus status = ExitStatus::Ended;
-    for (const SelfTest::Line& line : SelfTest({}, platform).run()) {
+    for (const SelfTest::Line& line :
+        SelfTest({}, platform, ScreenSettings::fromEnvironment()).run()) {
         std::printf("%s\n", qPrintable(SelfTest::print(line)));
         if (!line.ok) {
             status = ExitStatus::FaultFound;
@@ -127,8 +130,8 @@ int run(QApplication& application, SetGov& governor, const Stage* stage)
 
     MainWindow window;
     if (window.rooms().link->serial()->isTaken()) {
-        std::fprintf(stderr, "qn740-panel: another program has the main unit's line %s open\n",
-            qPrintable(window.rooms().link->serial()->name()));
+        std::fprintf(stderr, "%sqn740-panel: another program has the main unit's line %s open\n",
+            errorLine::prefix(), qPrintable(window.rooms().link->serial()->name()));
         return static_cast<int>(ExitStatus::LineIsTaken);
     }
     window.resize(Width, Height);

@@ -76,31 +76,24 @@ public:
     /// \return STX + command + \a valueText + EOT, without separators.
     QString message(const QString& valueText) const;
 
-    // Those that a "CV" or "CK" needs stand first and together: of thousands of keys, few are in
-    // the processor's caches when a message comes for one.
-    QPointer<QPushButton> button; ///< Not owned.
-    QString keyId;                ///< Identifier inside its menu.
-    int state = 0;                ///< See State.
     bool large = false;           ///< Large font (22 px) instead of the small one (16 px).
-    bool tog_ = false;            ///< See tog().
-
-private:
-    bool m_isPending = false;
-
-public:
+    QPointer<QPushButton> button; ///< Not owned.
+    QString label;                ///< Text of the button and title of its pop-ups.
+    QString keyId;                ///< Identifier inside its menu.
+    int type = 0;                 ///< See Type.
+    QString command;              ///< Prefix of every value that the key sends.
+    QString units;                ///< Number pad: ranges; slider: range.
+    int param = 0;                ///< Number pad: entry type; slider: type; list: forced columns.
+    QString options;              ///< Choices or files; number pad: special values; slider: steps.
+    double value = 0.0;           ///< Current value.
+    int state = 0;                ///< See State.
+    QList<QPointer<Key>> linkedKeys; ///< Keys that mirror this one.
+    QList<int> itemIds;              ///< Positions of choices that are shown but cannot be pressed.
     /// Whether the main unit has given `value`: by "CV", or by "IK" with a value. A value other
     /// than 0 counts as given anyway.
     bool valueGiven = false;
-    int type = 0;       ///< See Type.
-    int param = 0;      ///< Number pad: entry type; slider: type; list: forced columns.
-    double value = 0.0; ///< Current value.
-    QList<QPointer<Key>> linkedKeys; ///< Keys that mirror this one.
-    QString label;                   ///< Text of the button and title of its pop-ups.
-    QString command;                 ///< Prefix of every value that the key sends.
-    QString units;                   ///< Number pad: ranges; slider: range.
-    QString options;    ///< Choices or files; number pad: special values; slider: steps.
-    QList<int> itemIds; ///< Positions of choices that are shown but cannot be pressed.
-    QString padText;    ///< Number pad: shown instead of the current value when not empty.
+    QString padText;   ///< Number pad: shown instead of the current value when not empty.
+    bool tog_ = false; ///< See tog().
 
 public slots:
     /// Does what a press does, by type. A modal editor runs inside the call; the key may be deleted
@@ -118,4 +111,6 @@ private:
     void applyStyle(const QString& sheet);
     void showLamp();
     void setPending(bool pending);
+
+    bool m_isPending = false;
 };

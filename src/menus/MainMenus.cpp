@@ -25,7 +25,6 @@ constexpr int OptionsRow = 5;
 void startInOptions(KeyBoard& menu)
 {
     menu.row = OptionsRow;
-    menu.col = 0;
 }
 
 } // namespace

@@ -68,7 +68,7 @@ void PortPace::noteRead(qint64 bytes)
         m_paused = true;
         const qint64 left = m_period - now % m_period;
         // Who was read a little early waits for the multiple after the one that is near.
-        m_resume.start(static_cast<int>(left < TogetherMs ? left + m_period : left));
+        m_resume.start(static_cast<int>(left <= TogetherMs ? left + m_period : left));
     }
 }
 

@@ -50,6 +50,7 @@ Rs422Bus::Rs422Bus(const QString& portName, char startOfFrame, char endOfFrame, 
     qRegisterMetaType<CmdMsg>();
     connect(&m_line, &SerialLine::opened, this, &Rs422Bus::opened);
     connect(&m_line.port(), &QSerialPort::readyRead, this, &Rs422Bus::processReadyRead);
+    connect(&m_line, &SerialLine::lost, this, [this] { m_heard = false; });
     m_line.open(portName, baudRate, SerialLine::Reopen::EveryTwoSeconds);
     drain(m_line.port());
 }

@@ -133,7 +133,7 @@ private:
     QList<bus::QueueEntry> m_statusQueue; // requests only
     int m_statusIndex = 0;
     bool m_k7150Type = false;
-    bool m_heard = false; // something has come from the port
+    bool m_heard = false; // something has come since the port was opened
     QByteArray m_txFrame; // the last frame written
     DropLog m_queueFull;
     DropLog m_unsent;

@@ -114,6 +114,8 @@ void SpectrumChart::addSpectrum(const QByteArray& points)
     if (isVisible()) {
         m_newest = traceRect();
         m_traces |= m_newest;
+    } else {
+        m_wholeDue = true;
     }
     m_pace.change();
     schedulePaint();
@@ -319,9 +321,10 @@ QRect SpectrumChart::changedRect() const
 
 void SpectrumChart::paintData(QPainter& painter, const QRect& dirty)
 {
-    // What is not a new spectrum changes the whole.
+    // What is not a new spectrum changes the whole, and where the trace runs.
     if (m_wholeDue || dirty == rect()) {
         m_newest = traceRect();
+        m_traces |= m_newest;
     }
     // While a paint is still to be asked for, this one may be a picture for somebody else.
     if (!paintIsDue()) {

@@ -210,7 +210,6 @@ void SpectrumTrace::add(const QByteArray& points)
     }
     if (points.size() != m_levels.size()) {
         restart();
-        m_levels.resize(points.size());
     }
     average(points);
     hold(points);

@@ -114,6 +114,65 @@ private slots:
         QTEST(SelfTest::print(SelfTest(places, platform).checkScreen()), "line");
     }
 
+    void the_whole_panel_has_to_be_on_the_screen_data()
+    {
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QByteArray>("scale");
+        QTest::addColumn<QByteArray>("rotation");
+        QTest::addColumn<QString>("line");
+        const auto row = [](const char* name, QSize screen, const char* scale, const char* rotation,
+                             const QString& line) {
+            QTest::newRow(name) << screen << QByteArray(scale) << QByteArray(rotation) << line;
+        };
+        row("the panel's size", {800, 480}, "", "", u"ok    screen: fb of 800 x 480"_s);
+        row("larger", {1024, 600}, "", "", u"ok    screen: fb of 1024 x 600"_s);
+        row("narrower", {799, 600}, "", "",
+            u"FAULT screen: fb of 799 x 600; the panel needs 800 x 480, see QN740_SCALE and "
+            "QN740_ROTATION"_s);
+        row("lower", {1024, 479}, "", "",
+            u"FAULT screen: fb of 1024 x 479; the panel needs 800 x 480, see QN740_SCALE and "
+            "QN740_ROTATION"_s);
+        row("upright and turned", {480, 800}, "", "90",
+            u"ok    screen: fb of 480 x 800, turned by 90"_s);
+        row("upright and not turned", {480, 800}, "", "",
+            u"FAULT screen: fb of 480 x 800; the panel needs 800 x 480, see QN740_SCALE and "
+            "QN740_ROTATION"_s);
+        row("turned and not upright", {800, 480}, "", "270",
+            u"FAULT screen: fb of 800 x 480, turned by 270; the panel needs 480 x 800, see "
+            "QN740_SCALE and QN740_ROTATION"_s);
+        row("upside down", {800, 480}, "", "180",
+            u"ok    screen: fb of 800 x 480, turned by 180"_s);
+        row("smaller, fit", {640, 480}, "fit", "", u"ok    screen: fb of 640 x 480, scale 0.8"_s);
+        row("larger and turned, fit", {600, 1024}, "fit", "270",
+            u"ok    screen: fb of 600 x 1024, scale 1.25, turned by 270"_s);
+        row("too small to fit", {320, 240}, "fit", "",
+            u"FAULT screen: fb of 320 x 240, scale 0.5; the panel needs 400 x 240, see "
+            "QN740_SCALE and QN740_ROTATION"_s);
+        row("large enough for the scale", {1200, 720}, "1.5", "",
+            u"ok    screen: fb of 1200 x 720, scale 1.5"_s);
+        row("too small for the scale", {1024, 720}, "1.5", "",
+            u"FAULT screen: fb of 1024 x 720, scale 1.5; the panel needs 1200 x 720, see "
+            "QN740_SCALE and QN740_ROTATION"_s);
+    }
+
+    void the_whole_panel_has_to_be_on_the_screen()
+    {
+        QFETCH(QSize, screen);
+        QFETCH(QByteArray, scale);
+        QFETCH(QByteArray, rotation);
+        const ScreenSettings settings(scale, rotation);
+        QTEST(SelfTest::print(SelfTest::judgeScreen(u"fb"_s, screen, settings)), "line");
+    }
+
+    void a_value_that_the_panel_would_ignore_is_a_fault_of_the_screen()
+    {
+        QCOMPARE(SelfTest::print(SelfTest({}, u"offscreen"_s, {"huge", {}}).checkScreen()),
+            u"FAULT screen: QN740_SCALE is ignored: \"huge\" is neither \"fit\" nor a number "
+            "from 0.5 to 8"_s);
+        QCOMPARE(SelfTest::print(SelfTest({}, u"offscreen"_s, {{}, "45"}).checkScreen()),
+            u"FAULT screen: QN740_ROTATION is ignored: \"45\" is not 0, 90, 180 or 270"_s);
+    }
+
     void a_board_without_a_touchscreen_is_told_to_load_its_driver()
     {
         const QTemporaryDir directory;
@@ -171,7 +230,7 @@ private slots:
             u"FAULT user: no user nobody-of-this-name; run systemd-sysusers"_s);
         places.userName = u"daemon"_s; // every system has it, and it is in no group
         QCOMPARE(SelfTest::print(SelfTest(places, {}).checkUser()),
-            u"FAULT user: daemon is not in dialout, input, video; run systemd-sysusers"_s);
+            u"FAULT user: daemon is not in dialout, input, video, tty; run systemd-sysusers"_s);
     }
 };
 

@@ -25,6 +25,19 @@ constexpr QSize Screen(900, 1000);
 constexpr int MaxOpenMs = 10000; // a touch that is lost does not leave a dialog open for ever
 constexpr QSize PanelSize = ScreenSettings::PanelSize;
 
+// What "fit" hands to the platform on the turned screen where it had another factor before.
+QByteArray g_scaleThatFits;
+
+// Before there is an application, because the platform is opened for it.
+void findScaleThatFits(int argc, char** argv)
+{
+    qputenv("QT_SCALE_FACTOR", "2");
+    ScreenSettings("fit", "90").apply(argc, argv);
+    g_scaleThatFits = qgetenv("QT_SCALE_FACTOR");
+    qunsetenv("QT_SCALE_FACTOR");
+    qunsetenv("QT_ENABLE_HIGHDPI_SCALING");
+}
+
 // A window whose pixels differ from each other.
 class Ground : public QMainWindow
 {
@@ -245,6 +258,11 @@ private slots:
                          : qputenv("QT_ENABLE_HIGHDPI_SCALING", highDpi);
     }
 
+    void the_scale_that_fits_does_not_count_a_factor_that_the_platform_had_before()
+    {
+        QCOMPARE(g_scaleThatFits, QByteArray("1.25"));
+    }
+
     void a_warning_shows_forty_characters_of_a_wrong_text()
     {
         const ScreenSettings settings(QByteArray(), QByteArray(40, 'x') + 'y');
@@ -447,6 +465,7 @@ int main(int argc, char** argv)
                R"("logicalDpi":96,"logicalBaseDpi":96,"dpr":1}]})");
     file.close();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + file.fileName().toLocal8Bit());
+    findScaleThatFits(argc, argv);
     QApplication application(argc, argv);
     identity::apply();
     identity::applyLook(application);

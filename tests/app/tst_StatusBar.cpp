@@ -6,12 +6,30 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTextEdit>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// Counts how often a widget is painted.
+class PaintCounter : public QObject
+{
+public:
+    int paints = 0;
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
 
 class tst_StatusBar : public QObject
 {
@@ -67,6 +85,49 @@ private slots:
             QCOMPARE(shown.toImage().convertToFormat(QImage::Format_RGB32),
                 window.grab().toImage().convertToFormat(QImage::Format_RGB32));
         }
+    }
+
+    void a_new_text_is_painted_once()
+    {
+        QMainWindow window;
+        auto* bar = barOf(window);
+        QCoreApplication::processEvents();
+        PaintCounter counter;
+        bar->installEventFilter(&counter);
+        for (int k = 1; k <= 3; ++k) {
+            bar->showMessage(QString::number(k));
+            QTest::qWait(0);
+            QCOMPARE(counter.paints, k);
+        }
+    }
+
+    void the_first_letter_is_drawn_whole_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const char* text : {"TORVA", "TTTT", "jjjj", "JJJJ", "WWWW", "Ready"}) {
+            QTest::newRow(text) << QString::fromLatin1(text);
+        }
+    }
+
+    // Some letters reach out of their place to the left.
+    void the_first_letter_is_drawn_whole()
+    {
+        QFETCH(QString, text);
+        QMainWindow window;
+        auto* bar = barOf(window);
+        bar->showMessage(text);
+        QCoreApplication::processEvents();
+        const QImage shown = bar->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        QImage plain(shown.size(), QImage::Format_RGB32);
+        plain.fill(QColor(0x91, 0x91, 0x91));
+        QPainter painter(&plain);
+        painter.setFont(bar->font());
+        painter.setPen(bar->palette().windowText().color());
+        painter.drawText(plain.rect().adjusted(6, 0, 0, 0),
+            Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        painter.end();
+        const QRect begin(2, 2, 60, bar->height() - 4); // inside the border
+        QCOMPARE(shown.copy(begin), plain.copy(begin));
     }
 
     void each_message_sets_its_text()

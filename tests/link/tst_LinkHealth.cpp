@@ -28,6 +28,8 @@ private slots:
         row("a little unsteady: the longer interval counts", {0, 2000, 4800}, 4800 + 3 * 2800);
         row("unsteady", {0, 1000, 4000}, -1);
         row("a burst is no interval", {0, 30, 170}, -1);
+        row("20 ms are an interval", {0, 20, 40}, 3040);
+        row("19 ms are none", {0, 19, 38}, -1);
         row("never steady", {0, 1000, 4000, 5000, 9000, 10000}, -1);
         row("held up, all at once", {9000, 9001, 9002, 9003}, -1);
         row("held up, then steady", {9000, 9001, 9002, 10000, 11000}, 14000);

@@ -110,6 +110,19 @@ private:
     QMap<QObject*, int> m_counts;
 };
 
+// Boxes that count the events of the application that they look at.
+class WatchingBoxes : public MessageBoxes
+{
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        ++events;
+        return MessageBoxes::eventFilter(watched, event);
+    }
+
+    int events = 0;
+};
+
 // Closes one of the boxes and deletes it.
 void closeOne()
 {
@@ -413,6 +426,24 @@ private slots:
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
         QCOMPARE(QApplication::allWidgets().size(), widgets);
+    }
+
+    // Each event of the panel would take longer otherwise.
+    void no_events_are_watched_without_boxes()
+    {
+        WatchingBoxes boxes;
+        QWidget window;
+        for (int round = 0; round < 2; ++round) {
+            QMessageBox* box = boxes.open(QStringLiteral("Text"), true, Screen);
+            boxes.events = 0;
+            window.show();
+            QVERIFY(boxes.events > 0);
+            box->accept();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            boxes.events = 0;
+            window.hide();
+            QCOMPARE(boxes.events, 0);
+        }
     }
 
     void a_long_text_is_shown_whole()

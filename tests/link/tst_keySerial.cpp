@@ -160,6 +160,24 @@ private slots:
         QCOMPARE(turns.size(), 0); // there is nothing left for one
     }
 
+    void turns_that_are_asked_for_meanwhile_are_not_taken_once_more()
+    {
+        QVERIFY(m_serial->open_serial(u"ttyO1"_s));
+        disconnect(m_serial->port(), &QSerialPort::readyRead, nullptr, nullptr);
+        const QByteArray frame = framed(QByteArray(98, 'x'));
+        for (int i = 0; i < 30; ++i) {
+            m_pty->write(frame);
+        }
+        QTRY_COMPARE(m_serial->port()->bytesAvailable(), qint64(3000));
+        const QSignalSpy turns(m_serial.get(), &keySerial::turnEnded);
+        m_serial->serial_data_in();
+        m_serial->serial_data_in();
+        QCOMPARE(m_messages.size(), 20);
+        QTRY_COMPARE(m_messages.size(), 30);
+        QCoreApplication::processEvents();
+        QCOMPARE(turns.size(), 3);
+    }
+
     void a_handler_that_runs_an_event_loop_gets_each_message_once_and_in_order()
     {
         QVERIFY(m_serial->open_serial(u"ttyO1"_s));

@@ -149,6 +149,38 @@ private slots:
         QVERIFY(!button.isVisible());
     }
 
+    void a_key_that_was_disabled_in_a_disabled_page_stays_so()
+    {
+        QWidget page;
+        QPushButton button(&page);
+        Key key;
+        key.Set_Key(&button, false);
+        page.setEnabled(false);
+        QVERIFY(!button.isEnabled());
+        key.setDisabled();
+        page.setEnabled(true);
+        QVERIFY(!button.isEnabled());
+        key.setEnabled();
+        QVERIFY(button.isEnabled());
+    }
+
+    void a_key_that_was_hidden_before_its_page_was_shown_stays_so()
+    {
+        QWidget page;
+        QPushButton hidden(&page);
+        QPushButton shown(&page);
+        Key key;
+        key.Set_Key(&hidden, false);
+        key.hide();
+        Key other;
+        other.Set_Key(&shown, false);
+        other.show();
+        QVERIFY(shown.testAttribute(Qt::WA_WState_ExplicitShowHide));
+        page.show();
+        QVERIFY(hidden.isHidden());
+        QVERIFY(shown.isVisible());
+    }
+
     void a_key_without_a_button_ignores_every_call()
     {
         Key key;

@@ -24,6 +24,8 @@ private slots:
                                     << "ab7" << 3 << true;
         QTest::newRow("backspace") << "abc" << 2 << "BACKSPACE"
                                    << "ac" << 1 << false;
+        QTest::newRow("backspace behind the first character") << "abc" << 1 << "BACKSPACE"
+                                                              << "bc" << 0 << false;
         QTest::newRow("backspace in any case") << "abc" << 3 << "BackSpace"
                                                << "ab" << 2 << false;
         QTest::newRow("backspace at the start") << "abc" << 0 << "BACKSPACE"
@@ -40,6 +42,8 @@ private slots:
                                            << "abc" << 0 << false;
         QTest::newRow("right") << "abc" << 2 << "->>"
                                << "abc" << 3 << false;
+        QTest::newRow("right by one character") << "abc" << 0 << "->>"
+                                                << "abc" << 1 << false;
         QTest::newRow("right at the end") << "abc" << 3 << "->>"
                                           << "abc" << 3 << false;
         QTest::newRow("caps") << "abc" << 1 << "CAPS"

@@ -292,6 +292,17 @@ private slots:
         });
     }
 
+    // The window's height has no room for all rows of such a grid.
+    void cancel_is_in_the_last_row_that_is_shown()
+    {
+        run(popUps::list(32, u"c"_s), 16, 2, {}, false, [](QWidget* modal) {
+            const QPushButton* cancel = buttonWithText(modal, u"Cancel"_s);
+            const QScrollArea* view = popUps::scrolled(modal);
+            QVERIFY(view != nullptr);
+            QCOMPARE(placeIn(modal, cancel).bottom(), placeIn(modal, view).bottom());
+        });
+    }
+
     void a_drag_scrolls_the_list_and_chooses_nothing()
     {
         const QString answer = run(popUps::list(100, u"c"_s), 9, 6, {}, false, [](QWidget* modal) {

@@ -501,6 +501,25 @@ private slots:
             near(estimate.noise / noise, 1.0, 0.06), QByteArray::number(estimate.noise / noise));
     }
 
+    // Among many points at an ideal one, a single one far away decides what the noise is.
+    void a_point_far_outside_16qam_counts_up_to_the_edge_of_the_histogram()
+    {
+        ConstellationFit fit;
+        fit.order = Order::Qam16;
+        fit.residual = 0.1;
+        const auto noiseWith = [&fit](double far) {
+            ReceivedPoints points;
+            for (int n = 0; n < 160; ++n) {
+                const auto& ideal = modulationOrder::points(Order::Qam16);
+                append(points, ideal[static_cast<size_t>(n) % ideal.size()]);
+            }
+            append(points, {far, 0.95});
+            return NoiseEstimate::of(points, fit).noise;
+        };
+        QVERIFY(noiseWith(2.37) < noiseWith(2.39));
+        QCOMPARE(noiseWith(2.39), noiseWith(100.0));
+    }
+
     // Gaussian noise (Box and Muller), whose power is known, at a ratio where every sixth decision
     // is wrong.
     void the_noise_of_16qam_is_found_behind_wrong_decisions()
@@ -625,6 +644,7 @@ private slots:
         QTest::addColumn<double>("noise");
         QTest::newRow("QPSK") << int(Order::Qpsk) << 0.27;
         QTest::newRow("8PSK") << int(Order::Psk8) << 0.16;
+        QTest::newRow("8PSK, where a fourth fit would differ") << int(Order::Psk8) << 0.195;
         QTest::newRow("16QAM") << int(Order::Qam16) << 0.11;
     }
 

@@ -258,6 +258,7 @@ private slots:
         for (unsigned seed = 1; seed <= 6; ++seed) {
             QTest::addRow("%u", seed) << seed;
         }
+        QTest::newRow("31, an edge beside which the power changes much") << 31U;
     }
 
     void any_signal_gives_what_the_definition_gives()

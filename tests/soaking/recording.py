@@ -99,7 +99,7 @@ def as_handled(events: list[Event]) -> list[Event]:
     """Returns the events in the order in which the panel handled them: behind a touch, what it had read of
     the main port by then and not handled yet; and what the simulator said before it was read."""
     ordered: list[Event] = []
-    for event in sorted(events, key=lambda event: event.at - _SAID_LATE * (event.kind == "said")):
+    for event in _said_first(events):
         ordered.append(event)
         touch = place = len(ordered) - 1
         left = event.unread
@@ -113,6 +113,19 @@ def as_handled(events: list[Event]) -> list[Event]:
                 ordered[place] = dataclasses.replace(read, data=read.data[:handled])
         ordered[touch + 1 :] = reversed(ordered[touch + 1 :])
     return [event for event in ordered if event.kind != "data" or event.data]
+
+
+def _said_first(events: list[Event]) -> list[Event]:
+    """Returns the events with what was said by _SAID_LATE earlier, but not before its port was plugged in or
+    out."""
+    keyed: list[tuple[float, bool, Event]] = []
+    plugged = float("-inf")
+    for event in sorted(events, key=lambda event: event.at):
+        if event.kind in ("plug", "unplug") and event.port == MAIN_PORT:
+            plugged = event.at
+        said = event.kind == "said"
+        keyed.append((max(event.at - _SAID_LATE, plugged) if said else event.at, said, event))
+    return [event for _, _, event in sorted(keyed, key=lambda entry: entry[:2])]
 
 
 def _short(event: Event) -> dict[str, Any]:

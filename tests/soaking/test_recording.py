@@ -67,6 +67,19 @@ class Recording(unittest.TestCase):
             [event.at for event in recording.as_handled(events)], [1.04, 1.0, 1.06]
         )
 
+    def test_what_was_said_stays_behind_the_plug_of_its_port(self) -> None:
+        for kind, port, said_at in (
+            ("plug", recording.MAIN_PORT, 2),
+            ("unplug", recording.MAIN_PORT, 2),
+            ("plug", "ttyUSB1", 0),
+        ):
+            with self.subTest(kind=kind, port=port):
+                events = [recording.Event(1.0, "data", "ttyUSB2", "a")]
+                events += [recording.Event(1.01, kind, port), recording.Event(1.02, "said")]
+                order = [event.kind for event in recording.as_handled(events)]
+                self.assertEqual(order.index("said"), said_at)
+                self.assertEqual(order.index(kind) < order.index("said"), said_at == 2)
+
     def test_a_finger_that_no_window_saw_go_up_is_lifted(self) -> None:
         fingers = [(10, 10, 0), (10, 10, 1), (10, 10, 0), (20, 20, 1), (30, 30, 1), (40, 40, 0)]
         fingers += [(50, 50, 1), (50, 50, 1)]

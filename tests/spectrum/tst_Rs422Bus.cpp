@@ -80,6 +80,22 @@ private slots:
         QCOMPARE(m_lost->count(), 1);
     }
 
+    // Until it has answered, its owner may close the port in the turn of a request.
+    void a_card_that_comes_back_has_not_answered_yet()
+    {
+        m_card->write(cardSide::spectrum("x"));
+        QTRY_COMPARE(m_received->count(), 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"ttyUSB11 was lost"_s));
+        m_card = &m_devices->add(u"ttyUSB11"_s);
+        const QSignalSpy opened(m_bus.get(), &Rs422Bus::opened);
+        connect(m_bus.get(), &Rs422Bus::opened, m_bus.get(), [this] {
+            m_bus->sendMessage(u"0190RNME"_s, Long);
+            m_bus->close();
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, 10000);
+        QCOMPARE(m_card->received(), QByteArray());
+    }
+
     void the_frame_characters_and_the_type_can_be_changed()
     {
         m_bus->setStartOfFrame('<');

@@ -41,6 +41,7 @@ class CountingChart : public SpectrumChart
 public:
     int paints = 0;
     qint64 tookMs = 0;      // the last paint
+    int workMs = 0;         // by which each paint takes longer
     QVector<QRect> painted; // what each paint covered
 
 protected:
@@ -53,7 +54,23 @@ protected:
         SpectrumChart::paintEvent(event);
         tookMs = elapsed.elapsed();
     }
+
+    void paintData(QPainter& painter, const QRect& dirty) override
+    {
+        SpectrumChart::paintData(painter, dirty);
+        QTest::qSleep(workMs);
+    }
 };
+
+// A trace that fills the rows between two levels.
+QByteArray band(double low, double high)
+{
+    QByteArray points(1024, cardSide::level(low));
+    for (qsizetype k = 0; k < points.size(); k += 2) {
+        points[k] = cardSide::level(high);
+    }
+    return points;
+}
 
 } // namespace
 
@@ -1033,6 +1050,76 @@ private slots:
                 QCOMPARE(shown, m_chart->grab().toImage().convertToFormat(shown.format()));
             }
         }
+    }
+
+    void a_whole_paint_before_the_due_one_leaves_no_old_pixels_data()
+    {
+        using Change = std::function<void(SpectrumChart&)>;
+        QTest::addColumn<Change>("change");
+        QTest::newRow("a picture taken in between")
+            << Change([](SpectrumChart& chart) { chart.grab(); });
+        QTest::newRow("large") << Change([](SpectrumChart& chart) {
+            chart.resize(620, 420);
+            chart.repaint();
+        });
+        QTest::newRow("small") << Change([](SpectrumChart& chart) {
+            chart.resize(620, 100);
+            chart.repaint();
+        });
+        QTest::newRow("hidden and shown") << Change([](SpectrumChart& chart) {
+            chart.hide();
+            chart.addSpectrum(band(-110.0, -5.0));
+            chart.show();
+            chart.repaint();
+        });
+    }
+
+    void a_whole_paint_before_the_due_one_leaves_no_old_pixels()
+    {
+        QFETCH(std::function<void(SpectrumChart&)>, change);
+        m_chart->addSpectrum(band(-70.0, -60.0));
+        m_chart->workMs = 30;
+        QTest::qWait(400); // until the readout is up to date
+        m_chart->addSpectrum(band(-110.0, -5.0));
+        m_chart->repaint();
+        m_chart->addSpectrum(band(-100.0, -20.0)); // its readout waits
+        const auto* timer = m_chart->findChild<QTimer*>(u"paintTimer"_s);
+        QVERIFY(timer->isActive());
+        change(*m_chart);
+        QVERIFY(timer->isActive());
+        m_chart->addSpectrum(band(-70.0, -60.0));
+        while (timer->isActive()) {
+            QCoreApplication::processEvents();
+        }
+        QCoreApplication::processEvents();
+        const QImage shown = onTheScreen();
+        m_chart->workMs = 0;
+        QCOMPARE(shown, m_chart->grab().toImage().convertToFormat(shown.format()));
+    }
+
+    // Its whole paint is one of a part, when its parent is smaller.
+    void a_chart_that_its_parent_cuts_off_shows_no_old_pixels_after_it_was_hidden()
+    {
+        QWidget window;
+        window.resize(620, 200);
+        CountingChart chart;
+        chart.setParent(&window);
+        chart.setGeometry(0, 0, 620, 200);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        chart.addSpectrum(band(-70.0, -60.0));
+        QTest::qWait(400);
+        chart.addSpectrum(band(-70.0, -60.0));
+        QTest::qWait(20);
+        chart.hide();
+        chart.addSpectrum(band(-110.0, -5.0));
+        window.resize(620, 195);
+        chart.show();
+        QTest::qWait(20);
+        chart.addSpectrum(band(-70.0, -60.0));
+        QTest::qWait(20);
+        const QImage shown = window.screen()->grabWindow(window.winId()).toImage();
+        QCOMPARE(shown, window.grab().toImage().convertToFormat(shown.format()));
     }
 
     void the_frame_is_the_same_when_it_is_drawn_anew()

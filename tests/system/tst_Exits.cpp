@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QSerialPort>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -26,6 +27,15 @@ constexpr int EndMs = 1000; // how long an orderly end may take
 #endif
 
 const QStringList Screenless{u"QT_QPA_PLATFORM="_s, u"DISPLAY="_s, u"WAYLAND_DISPLAY="_s};
+
+// The panel's command, with JOURNAL_STREAM as a service has it: device and inode of the journal's
+// stream. Where another reads standard error, as of a shell on a terminal, it is that of a folder.
+QString inJournal(const QString& arguments, bool journal)
+{
+    const QString stream = journal ? u"/proc/self/fd/9"_s : u"/"_s;
+    return u"exec 9>&2; export JOURNAL_STREAM=$(stat -L -c %d:%i %1); exec %2 %3"_s.arg(
+        stream, QString::fromUtf8(QN740_PANEL), arguments);
+}
 
 // Each open port has a file there, named after its path with "_" in place of "/".
 QStringList lockFiles(const QString& directory)
@@ -180,6 +190,39 @@ private slots:
         QVERIFY2(!panel.errors().contains("QStandardPaths"), panel.errors());
     }
 
+    void what_ends_the_panel_is_an_error_in_the_journal_and_unmarked_elsewhere_data()
+    {
+        QTest::addColumn<bool>("journal"); // whether it reads standard error
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<int>("status");
+        const auto both = [](const char* name, const QString& arguments, const QByteArray& line,
+                              int status) {
+            QTest::addRow("%s, journal", name) << true << arguments << line << status;
+            QTest::addRow("%s, terminal", name) << false << arguments << line << status;
+        };
+        both("unknown option", u"--fullscreen"_s, "qn740-panel: unknown option --fullscreen", 2);
+        both("line is taken", {}, "qn740-panel: another program has the main unit's line", 3);
+        both("no screen", u"-platform paper"_s, "qn740-panel: no screen: ", 4);
+    }
+
+    void what_ends_the_panel_is_an_error_in_the_journal_and_unmarked_elsewhere()
+    {
+        QFETCH(bool, journal);
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, line);
+        DeviceDirectory devices;
+        devices.add(u"ttyO1"_s);
+        QSerialPort taken(devices.path() + u"/ttyO1"_s);
+        QVERIFY(taken.open(QIODevice::ReadWrite));
+        Program panel(u"/bin/sh"_s, {u"-c"_s, inJournal(arguments, journal)},
+            {u"QN740_DEV="_s + devices.path()});
+        QVERIFY(panel.ends());
+        QTEST(panel.exitCode(), "status");
+        const QByteArray marked = journal ? "<3>" + line : line;
+        QVERIFY2(('\n' + panel.errors()).contains('\n' + marked), panel.errors());
+    }
+
     void a_log_that_nobody_reads_does_not_end_the_panel()
     {
         DeviceDirectory devices;
@@ -227,19 +270,25 @@ private slots:
 #ifndef QN740_SANITIZED // which reserve terabytes of address space
     void without_memory_one_line_says_so_and_the_status_is_5_data()
     {
+        QTest::addColumn<bool>("journal");       // whether it reads standard error
         QTest::addColumn<QByteArray>("message"); // sent over and over
-        QTest::newRow("a message without an end") << "\x02" + QByteArray(60'000, 'a');
-        QTest::newRow("boxes") << framed("DB," + QByteArray(20'000, 'a') + ",1");
-        QTest::newRow("keys") << framed(
-            "AK,M%1,K%1,Label,0,C:,,0," + QByteArray(500, 'a') + ",0,0,1");
+        const QByteArray box = framed("DB," + QByteArray(20'000, 'a') + ",1");
+        QTest::newRow("a message without an end") << false << "\x02" + QByteArray(60'000, 'a');
+        QTest::newRow("boxes") << false << box;
+        QTest::newRow("boxes, journal") << true << box;
+        QTest::newRow("keys") << false
+                              << framed(
+                                     "AK,M%1,K%1,Label,0,C:,,0," + QByteArray(500, 'a') + ",0,0,1");
     }
 
     void without_memory_one_line_says_so_and_the_status_is_5()
     {
+        QFETCH(bool, journal);
         QFETCH(QByteArray, message);
         DeviceDirectory devices;
         Pty& line = devices.add(u"ttyO1"_s);
-        Program panel(QString::fromUtf8(QN740_PANEL), {}, {u"QN740_DEV="_s + devices.path()});
+        Program panel(
+            u"/bin/sh"_s, {u"-c"_s, inJournal({}, journal)}, {u"QN740_DEV="_s + devices.path()});
         QVERIFY(answersPing(line));
         const auto pid = static_cast<pid_t>(panel.processId());
         const rlim_t size = addressSpace(pid) + 4 * 1024 * 1024;
@@ -253,7 +302,9 @@ private slots:
         }
         QVERIFY(panel.ends());
         QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
-        QVERIFY2(panel.errors().endsWith("qn740-panel: out of memory\n"), panel.errors());
+        const QByteArray mark = journal ? "\n<3>" : "\n";
+        QVERIFY2(('\n' + panel.errors()).endsWith(mark + "qn740-panel: out of memory\n"),
+            panel.errors());
         QCOMPARE(panel.exitCode(), 5);
     }
 

@@ -109,6 +109,14 @@ private slots:
         QCOMPARE(line.port().bytesToWrite(), qint64(0));
     }
 
+    void no_bytes_are_no_fault_of_a_closed_line()
+    {
+        QTest::failOnWarning(QRegularExpression(u"."_s));
+        SerialLine line(&logLink);
+        line.write(QByteArray());
+        QCOMPARE(line.port().bytesToWrite(), qint64(0));
+    }
+
     void an_absent_device_is_a_warning_where_it_is_a_fault()
     {
         SerialLine line(&logLink, nullptr, SerialLine::Absence::IsAFault);
