@@ -4,10 +4,6 @@
 #
 # Three things differ from a board, and stand in a rule and a drop-in: the line, the panel draws without a screen, and
 # it paints its menus at once.
-#
-# One at a time: they share this machine's consoles.
-exec 7>/run/lock/qn740-container
-flock 7
 place=$(mktemp -d)
 root=$place/root
 group=
@@ -108,6 +104,8 @@ make_root() {
 start_systemd() {
     export -f contain
     export root
+    exec 7>/run/lock/qn740-container # one at a time: they share this machine's consoles
+    flock 7
     mkdir "$group"
     (
         echo "$BASHPID" >"$group/cgroup.procs"
