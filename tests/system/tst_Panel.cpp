@@ -1,6 +1,8 @@
 // These tests check the whole panel. The real program is seen and touched through a remote screen.
 // It runs against the real simulated unit or a line that the test holds.
+#include "app/ScreenSettings.h"
 #include "app/StageMap.h"
+#include "app/TouchTrial.h"
 #include "support/Program.h"
 #include "support/Pty.h"
 #include "support/RfbClient.h"
@@ -24,6 +26,7 @@ constexpr QPoint SecondKey(152, 33);
 constexpr QPoint FourthKey(411, 33);
 constexpr QPoint SixthKey(670, 33);
 constexpr QPoint OnSplash(180, 240);
+constexpr QPoint EndOfTouchTrial(400, 395);
 
 QString vnc(quint16 port)
 {
@@ -190,6 +193,47 @@ private slots:
         }
     }
 
+    void the_page_that_shows_touches_takes_them_where_its_crosses_are_seen_data()
+    {
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QByteArray>("scale");
+        QTest::addColumn<int>("rotation");
+        QTest::newRow("as it is") << QSize(800, 480) << QByteArray("") << 0;
+        QTest::newRow("turned and scaled") << QSize(600, 1024) << QByteArray("fit") << 90;
+        QTest::newRow("turned, in the middle") << QSize(480, 900) << QByteArray("1") << 270;
+    }
+
+    void the_page_that_shows_touches_takes_them_where_its_crosses_are_seen()
+    {
+        QFETCH(QSize, screen);
+        QFETCH(QByteArray, scale);
+        QFETCH(int, rotation);
+        const quint16 port = RfbClient::freePort();
+        Program panel(QString::fromUtf8(QN740_PANEL),
+            {u"--show-touch"_s, u"-platform"_s,
+                u"vnc:size=%1x%2:port=%3"_s.arg(screen.width()).arg(screen.height()).arg(port)},
+            {u"QN740_SCALE="_s + QString::fromLatin1(scale), u"QN740_ROTATION=%1"_s.arg(rotation)});
+        RfbClient finger;
+        QVERIFY2(finger.connectTo(port), qPrintable(finger.errorString()));
+        const double factor = ScreenSettings(scale, QByteArray::number(rotation)).scaleOn(screen);
+        const StageMap map(screen, ScreenSettings::PanelSize * factor, rotation);
+        const auto at = [&](QPoint point) {
+            return map.toScreen(QRect(point * factor, QSize(1, 1))).topLeft();
+        };
+        constexpr QPoint ArmOfCross(0, 10);
+        const QList<QPoint> crosses = TouchTrial().crosses();
+        for (const QPoint cross : crosses) {
+            const QPoint arm = at(cross + ArmOfCross);
+            QTRY_COMPARE_WITH_TIMEOUT(finger.picture().pixelColor(arm), QColor(Qt::white), LongMs);
+            QVERIFY(finger.click(at(cross)));
+            QTRY_COMPARE_WITH_TIMEOUT(finger.picture().pixelColor(arm), QColor(Qt::green), LongMs);
+        }
+        QVERIFY(finger.click(at(EndOfTouchTrial)));
+        QVERIFY(panel.ends());
+        QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(panel.exitCode(), 0);
+    }
+
 #ifdef QN740_FAKE_FRAME_BUFFER
     void the_frame_buffer_shows_the_panel_turned_data()
     {
@@ -229,6 +273,36 @@ private slots:
         constexpr int Grey16 = (0x91 >> 3) << 11 | (0x91 >> 2) << 5 | 0x91 >> 3;
         QTRY_COMPARE_WITH_TIMEOUT(at({300, 440}), Grey16, LongMs); // the status bar
         QCOMPARE(at({300, 40}), 0);                                // the page
+    }
+
+    // As docs/integration.md says of Debian's Qt.
+    void the_device_for_touches_is_libinputs_unless_evdev_is_asked_for_data()
+    {
+        QTest::addColumn<QString>("noLibinput");
+        QTest::addColumn<bool>("evdev");
+        QTest::newRow("as it is") << u"0"_s << false;
+        QTest::newRow("evdev") << u"1"_s << true;
+    }
+
+    void the_device_for_touches_is_libinputs_unless_evdev_is_asked_for()
+    {
+        QFETCH(QString, noLibinput);
+        QFile buffer(m_parent->filePath(u"fb"_s));
+        QVERIFY(buffer.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        QVERIFY(buffer.resize(qint64{800} * 480 * 2));
+        Program panel(QString::fromUtf8(QN740_PANEL),
+            {u"--show-touch"_s, u"-platform"_s,
+                u"linuxfb:nographicsmodeswitch:fb="_s + buffer.fileName()},
+            {u"LD_PRELOAD="_s + QString::fromUtf8(QN740_FAKE_FRAME_BUFFER),
+                u"FAKE_FRAME_BUFFER=800x480"_s, u"QT_QPA_FB_NO_LIBINPUT="_s + noLibinput,
+                u"QT_LOGGING_RULES=qt.qpa.input.debug=true"_s,
+                u"QT_QPA_EVDEV_TOUCHSCREEN_PARAMETERS=/dev/input/touch-panel:rotate=180"_s});
+        const auto isPainted = [&buffer] {
+            buffer.seek(0);
+            return buffer.readAll().contains("\xff\xff"); // white: a cross, a letter
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isPainted(), LongMs);
+        QTEST(panel.errors().contains("evdevtouch: Using device /dev/input/touch-panel"), "evdev");
     }
 
     void the_self_test_judges_the_screen_as_it_is_scaled_and_turned_data()
