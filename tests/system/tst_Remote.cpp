@@ -292,7 +292,13 @@ private slots:
         QCOMPARE(said.constLast().at, QPoint(remoteProtocol::Beside, remoteProtocol::Beside));
         said.clear();
         ::kill(static_cast<pid_t>(m_viewer->processId()), SIGCONT);
-        point(First + QPoint(5, 5), corner, u"mouseup"_s); // a move, which is no new press
+        point(First + QPoint(5, 5), corner, u"mousedown"_s); // a move, which is no new press
+        screen.put({QRect(0, 0, 2, 1), QByteArray(8, '\xff')});
+        screen.flush();
+        picture.setPixel(0, 0, 0xffffffff);
+        picture.setPixel(1, 0, 0xffffffff);
+        QTRY_VERIFY_WITH_TIMEOUT(find(picture, onScreen()), LongMs); // the move has come before
+        point(First, corner, u"mouseup"_s);
         constexpr QPoint Second(300, 50);
         press(Second, corner);
         QTRY_COMPARE_WITH_TIMEOUT(said.size(), 2, LongMs);
