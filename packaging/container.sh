@@ -1,6 +1,6 @@
 # Sourced by the checks that need a systemd: a container of its own on this machine, with udev, whose main unit's line is
-# the console tty63. Needs root rights, debootstrap and cgroup2. Nothing in it changes this machine: it gets no events
-# of other devices, has a network of its own, and cannot write to /proc/sys.
+# the console tty61 and whose first console is tty62. Needs root rights, debootstrap and cgroup2. Nothing in it changes
+# this machine: it gets no events of other devices, has a network of its own, and cannot write to /proc/sys.
 #
 # Three things differ from a board, and stand in a rule and a drop-in: the line, the panel draws without a screen, and
 # it paints its menus at once.
@@ -49,7 +49,7 @@ contain() { # in the new namespaces
     mount -t tmpfs -o mode=0755 tmpfs "$root/dev"
     local node name major minor mode
     for node in null:1:3:666 zero:1:5:666 full:1:7:666 random:1:8:666 urandom:1:9:666 tty:5:0:666 tty0:4:0:620 \
-        tty1:4:1:620 tty63:4:63:660; do
+        tty1:4:62:620 tty61:4:61:660; do
         IFS=: read -r name major minor mode <<<"$node"
         mknod -m "$mode" "$root/dev/$name" c "$major" "$minor"
     done
@@ -66,8 +66,8 @@ contain() { # in the new namespaces
 }
 inside() { nsenter -t "$container" -a /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin "$@"; }
 value() { inside systemctl show qn740-panel -p "$1" --value; }
-# A device event, as the kernel sends it; udev in the container takes tty63 for the main unit's line.
-device() { echo "$1" >/sys/class/tty/tty63/uevent; }
+# A device event, as the kernel sends it; udev in the container takes tty61 for the main unit's line.
+device() { echo "$1" >/sys/class/tty/tty61/uevent; }
 until_so() { # SECONDS WHAT TEST...
     local seconds=$1 what=$2 end=$((SECONDS + $1))
     shift 2
@@ -89,11 +89,11 @@ make_root() {
         tail "$place/apt"
         exit 1
     }
-    echo 'SUBSYSTEM=="tty", KERNEL=="tty63", SYMLINK+="ttyO1", TAG+="systemd", GROUP="dialout", MODE="0660"' \
+    echo 'SUBSYSTEM=="tty", KERNEL=="tty61", SYMLINK+="ttyO1", TAG+="systemd", GROUP="dialout", MODE="0660"' \
         >"$root/etc/udev/rules.d/61-qn740-line.rules"
     rmdir "$root/var/log/journal" # the journal goes to /run
     mkdir -p "$root/etc/systemd/system/qn740-panel.service.d"
-    printf '[Service]\nEnvironment=QT_QPA_PLATFORM=offscreen QN740_SPLASH_MS=0\nDeviceAllow=/dev/tty63 rw\n' \
+    printf '[Service]\nEnvironment=QT_QPA_PLATFORM=offscreen QN740_SPLASH_MS=0\nDeviceAllow=/dev/tty61 rw\n' \
         >"$root/etc/systemd/system/qn740-panel.service.d/00-here.conf"
     for unit in systemd-udev-trigger.service systemd-logind.service getty.target; do
         ln -s /dev/null "$root/etc/systemd/system/$unit"
@@ -104,9 +104,12 @@ make_root() {
 start_systemd() {
     export -f contain
     export root
+    exec 7>/run/lock/qn740-container # one at a time: they share this machine's consoles
+    flock 7
     mkdir "$group"
     (
         echo "$BASHPID" >"$group/cgroup.procs"
+        exec 7>&-
         exec unshare --mount --pid --fork --uts --ipc --net --cgroup --kill-child bash -ec contain >"$place/console" 2>&1
     ) &
     started=$!

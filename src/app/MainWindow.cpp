@@ -27,8 +27,8 @@ MainWindow::MainWindow(QWidget* parent)
 {
     loadPictures();
     m_splash->showFor(SplashScreen::durationMs());
-    // Quirk: before there are children, not behind the link: a window that takes a style sheet works
-    // out their looks anew. See "Quirks" in docs/architecture.md.
+    // Quirk: before there are children, not behind the link: a window that takes a style sheet
+    // works out their looks anew. See "Quirks" in docs/architecture.md.
     setUpLook();
     m_rooms = std::make_unique<Rooms>(this);
     setCentralWidget(m_rooms->central);

@@ -95,4 +95,5 @@ void MenuNavigation::clear()
 {
     emit displaysReturned();
     m_menus.book.clear();
+    m_spareMemory.giveBackSoon();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/SpareMemory.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -49,7 +51,7 @@ public:
     /// \return the position of the PAX main menu in the list of menus when it was made, -1 before.
     int paxListIndex() const { return m_paxListIndex; }
 
-    /// "CLEAR": deletes all menus.
+    /// "CLEAR": deletes all menus, and a little later gives back the memory that is left over.
     void clear();
 
 signals:
@@ -75,4 +77,5 @@ private:
     Views& m_views;
     MainMenus* m_mainMenus;
     int m_paxListIndex = -1;
+    SpareMemory m_spareMemory;
 };

@@ -52,6 +52,10 @@ public:
     /// \return how often the picture was compared with the windows.
     int looks() const { return m_looks; }
 
+    /// Sets how long a watcher's finger stays down of which nothing is said.
+    /// remoteProtocol::MaxSilence unless it is called.
+    void setMaxSilence(std::chrono::milliseconds time) { m_pointer.setMaxSilence(time); }
+
     /// \reimp
     bool eventFilter(QObject* watched, QEvent* event) override;
 

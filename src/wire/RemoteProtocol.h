@@ -5,6 +5,7 @@
 #include <QRect>
 #include <QSize>
 
+#include <chrono>
 #include <optional>
 
 /// What goes over the socket of QN740_REMOTE_SOCKET, for both ends: docs/remote.md describes it.
@@ -26,6 +27,10 @@ inline constexpr qsizetype MaxRequestBytes = 16;
 inline constexpr int MaxSide = 4096;
 /// A coordinate that lies beside every picture: a finger that is lifted there presses nothing.
 inline constexpr int Beside = 65535;
+/// How often a watcher says again where its finger is, while that is down.
+inline constexpr std::chrono::milliseconds RepeatTime{1000};
+/// After so long without that, the panel lifts the finger beside the picture.
+inline constexpr std::chrono::milliseconds MaxSilence{3000};
 
 /// What a message is.
 enum class Type : quint8 {
@@ -33,7 +38,7 @@ enum class Type : quint8 {
     Rectangle = 2, ///< from the panel: a part of the picture has changed
     End = 3,       ///< from the panel: the picture is whole again
     Want = 16,     ///< to the panel: the next change is wanted
-    Pointer = 17   ///< to the panel: a finger
+    Pointer = 17   ///< to the panel: a finger; said again every RepeatTime while it is down
 };
 
 /// The first message of the panel.

@@ -5,8 +5,11 @@
 #include "menus/MenuMessages.h"
 #include "support/TestMain.h"
 
+#include <QFile>
 #include <QGridLayout>
 #include <QSignalSpy>
+
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +33,27 @@ private slots:
     }
 
     void cleanup() { m_area.reset(); }
+
+    void memory_that_nobody_uses_goes_back_a_little_after_the_menus_are_cleared()
+    {
+#ifdef QN740_SANITIZED
+        QSKIP("a sanitizer keeps what was freed");
+#endif
+        constexpr size_t Bytes = 8192;
+        constexpr size_t Pieces = 4096;
+        constexpr size_t Kept = 64; // each so many-th piece stays between the gaps
+        constexpr int GapsKb = 24 * 1024;
+        std::vector<std::vector<char>> pieces(Pieces, std::vector<char>(Bytes, 'x'));
+        for (size_t i = 0; i < Pieces; ++i) {
+            if (i % Kept != 0) {
+                std::vector<char>().swap(pieces[i]);
+            }
+        }
+        const int before = residentKb();
+        m_navigation->clear();
+        QVERIFY(residentKb() > before - GapsKb);
+        QTRY_VERIFY(residentKb() < before - GapsKb);
+    }
 
     void a_selected_menu_is_shown_and_announced()
     {
@@ -195,7 +219,10 @@ private:
             u"0"_s, u"0"_s, u"1"_s});
     }
 
-    void makePaxMenu() { m_navigation->mainMenus().copyToPaxMenu({u"Big"_s, u"First"_s, u"k"_s}); }
+    void makePaxMenu()
+    {
+        m_navigation->mainMenus().copyToPaxMenu({u"Big"_s, u"First"_s, u"k"_s});
+    }
 
     void showDisplay()
     {
@@ -208,7 +235,20 @@ private:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    QWidget* page(const QString& menu) const { return m_menus->book.find(menu)->frame; }
+    static int residentKb()
+    {
+        QFile status(u"/proc/self/status"_s);
+        if (!status.open(QIODevice::ReadOnly)) {
+            return 0;
+        }
+        const QByteArray text = status.readAll();
+        return text.mid(text.indexOf("VmRSS:") + 6).trimmed().split(' ').value(0).toInt();
+    }
+
+    QWidget* page(const QString& menu) const
+    {
+        return m_menus->book.find(menu)->frame;
+    }
 
     std::unique_ptr<QWidget> m_area;
     QStackedLayout* m_stack = nullptr;

@@ -20,6 +20,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using remoteProtocol::Type;
 
 namespace {
@@ -115,6 +116,23 @@ private:
     int m_socket;
     remoteProtocol::Cutter m_cutter{remoteProtocol::MaxPictureBytes};
     bool m_isWhole = true;
+};
+
+// Counts what the window system tells a window.
+class MouseEvents : public QObject
+{
+public:
+    explicit MouseEvents(QWindow* window) { window->installEventFilter(this); }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        moves += event->type() == QEvent::MouseMove ? 1 : 0;
+        presses += event->type() == QEvent::MouseButtonPress ? 1 : 0;
+        return false;
+    }
+
+    int moves = 0;
+    int presses = 0;
 };
 
 QImage glass()
@@ -437,6 +455,42 @@ private slots:
         QCOMPARE(m_panel->heard(), framed("CMD:42.000000"));
     }
 
+    void a_key_stops_repeating_under_the_finger_of_a_silent_watcher()
+    {
+        m_screen->setMaxSilence(100ms);
+        m_panel->say({"AK,Slow,k,Level,3,CMD:,100 0,10,1:5,50,0,1", "SK,Slow"});
+        Watcher watcher(m_path);
+        QByteArray last; // what the slider sends, maybe after it was closed
+        whenModal([&](QWidget* editor) {
+            QPushButton* up = buttonWithText(editor, u"+1 >"_s);
+            QVERIFY(up != nullptr && up->autoRepeat());
+            up->setAutoRepeatDelay(10);
+            up->setAutoRepeatInterval(10);
+            const QSignalSpy steps(up, &QPushButton::clicked);
+            watcher.point(middleOf(up), true);
+            QTRY_VERIFY(up->isDown());
+            watcher.want(); // what it says of the picture does not count
+            QTRY_VERIFY(!up->isDown());
+            const auto count = steps.count();
+            QVERIFY(count > 0);
+            // What it goes on to say is no new press: nor that it is lifted over the key.
+            watcher.point(middleOf(up), true);
+            watcher.point(middleOf(up) + QPoint(1, 1), true);
+            watcher.tap(middleOf(up));
+            watcher.want(true);
+            QVERIFY(watcher.gets(watcher.ends + 1));
+            QCOMPARE(steps.count(), count);
+            watcher.tap(middleOf(up));
+            QTRY_VERIFY(steps.count() > count);
+            last = framed("CMD:" + QByteArray::number(50 + steps.count()));
+            watcher.tap(middleOf(buttonWithText(editor, u"OK"_s)));
+        });
+        watcher.tap(middleOf(buttonWithText(&m_panel->window, u"Level"_s)));
+        QTRY_VERIFY(!last.isEmpty() && QApplication::activeModalWidget() == nullptr);
+        QTRY_VERIFY(m_panel->unit.received().contains(last));
+        m_panel->unit.takeReceived();
+    }
+
     void a_modal_window_keeps_the_finger_from_those_below()
     {
         auto* view = part<QPushButton>(m_panel->window, "scopesButton");
@@ -486,6 +540,60 @@ private slots:
         QCOMPARE(clicked.count(), 0);
     }
 
+    void a_finger_that_is_said_again_stays_down_without_an_event()
+    {
+        constexpr auto Limit = 400ms;
+        m_screen->setMaxSilence(Limit);
+        auto* button = part<QPushButton>(m_panel->window, "linkButton");
+        QSignalSpy pressed(button, &QPushButton::pressed);
+        Watcher watcher(m_path);
+        watcher.point(middleOf(button), true);
+        QTRY_VERIFY(button->isDown());
+        MouseEvents events(m_panel->window.windowHandle());
+        for (const QDeadlineTimer end(Limit + 100ms); !end.hasExpired(); QTest::qWait(10)) {
+            watcher.point(middleOf(button), true);
+        }
+        QVERIFY(button->isDown());
+        QCOMPARE(events.moves, 0);
+        QCOMPARE(events.presses, 0);
+        QCOMPARE(pressed.count(), 1);
+        watcher.point({remoteProtocol::Beside, remoteProtocol::Beside}, false);
+        QTRY_VERIFY(!button->isDown());
+    }
+
+    void a_finger_on_the_glass_lifts_one_from_afar_and_presses_data()
+    {
+        QTest::addColumn<bool>("isTouch");
+        QTest::newRow("mouse") << false;
+        QTest::newRow("touch") << true;
+    }
+    void a_finger_on_the_glass_lifts_one_from_afar_and_presses()
+    {
+        QFETCH(bool, isTouch);
+        auto* link = part<QPushButton>(m_panel->window, "linkButton");
+        auto* view = part<QPushButton>(m_panel->window, "scopesButton");
+        const QSignalSpy linkClicked(link, &QPushButton::clicked);
+        const QSignalSpy viewClicked(view, &QPushButton::clicked);
+        Watcher watcher(m_path);
+        watcher.point(middleOf(link), true);
+        QTRY_VERIFY(link->isDown());
+        QWindow* window = m_panel->window.windowHandle();
+        const QPoint at = view->mapTo(&m_panel->window, view->rect().center());
+        if (isTouch) {
+            QTest::touchEvent(window, m_finger.get()).press(0, at, window);
+            QTest::touchEvent(window, m_finger.get()).release(0, at, window);
+        } else {
+            QTest::mouseClick(window, Qt::LeftButton, {}, at);
+        }
+        QTRY_COMPARE(viewClicked.count(), 1);
+        QVERIFY(!link->isDown());
+        watcher.point(middleOf(link), true); // said again, by one that does not know
+        watcher.point(middleOf(link), false);
+        watcher.tap(middleOf(view));
+        QTRY_COMPARE(viewClicked.count(), 2);
+        QCOMPARE(linkClicked.count(), 0);
+    }
+
     void there_is_one_finger_for_all_watchers()
     {
         auto* link = part<QPushButton>(m_panel->window, "linkButton");
@@ -500,8 +608,15 @@ private slots:
         QVERIFY(second.gets(1));
         QCOMPARE(clicked.count(), 0);
         QVERIFY(link->isDown());
+        second.point(middleOf(view), true);
+        settle();
         first.point({remoteProtocol::Beside, remoteProtocol::Beside}, false);
         QTRY_VERIFY(!link->isDown());
+        second.tap(middleOf(view)); // its first message says again that a finger is down
+        second.want();
+        second.want(true);
+        QVERIFY(second.gets(2));
+        QCOMPARE(clicked.count(), 0);
         second.tap(middleOf(view));
         QTRY_COMPARE(clicked.count(), 1);
     }
@@ -615,19 +730,9 @@ private slots:
 
     void a_watchers_messages_take_one_turn_of_the_event_loop_each()
     {
-        struct Counter : QObject
-        {
-            bool eventFilter(QObject* /*watched*/, QEvent* event) override
-            {
-                moves += event->type() == QEvent::MouseMove ? 1 : 0;
-                return false;
-            }
-            int moves = 0;
-        };
         Watcher watcher(m_path);
         watcher.point({700, 300}, true);
-        Counter counter;
-        m_panel->window.windowHandle()->installEventFilter(&counter);
+        MouseEvents counter(m_panel->window.windowHandle());
         QByteArray moves;
         for (int k = 0; k < 200; ++k) {
             moves += remoteProtocol::pointerMessage({{k, k}, true});
@@ -675,6 +780,7 @@ private:
     QString m_path;
     std::unique_ptr<Panel> m_panel;
     std::unique_ptr<RemoteScreen> m_screen;
+    std::unique_ptr<QPointingDevice> m_finger{QTest::createTouchDevice()};
 };
 
 QN740_TEST_MAIN(tst_RemoteScreen)

@@ -153,6 +153,13 @@ private slots:
         QVERIFY(!readPointer(pointer.chopped(1)) && !readPointer(pointer + '\0'));
     }
 
+    void a_finger_may_be_late_by_one_repeat()
+    {
+        using namespace std::chrono_literals;
+        QCOMPARE(MaxSilence, 3000ms);
+        QVERIFY(2 * RepeatTime < MaxSilence);
+    }
+
     void messages_are_cut_out_of_the_stream_wherever_it_is_split()
     {
         const QByteArray stream = wantMessage(true) + endMessage() + pointerMessage({{1, 2}, true});

@@ -52,6 +52,7 @@ struct VncScreen::Viewer
     QSocketNotifier readable;
     QDeadlineTimer login{LoginTime};
     bool isCounted = false; // has given the password
+    bool isIgnored = false; // its finger does nothing until it is lifted
 };
 
 struct VncScreen::Hooks
@@ -119,6 +120,8 @@ VncScreen::VncScreen(quint16 port, const QByteArray& password, bool viewOnly, QO
     }
     m_login.setSingleShot(true);
     connect(&m_login, &QTimer::timeout, this, &VncScreen::sendSlowAway);
+    m_beat.setInterval(remoteProtocol::RepeatTime);
+    connect(&m_beat, &QTimer::timeout, this, &VncScreen::beat);
     m_lock.setSingleShot(true);
     m_lock.setInterval(LockTime);
     connect(&m_lock, &QTimer::timeout, this, [this] { m_failures = 0; });
@@ -160,21 +163,73 @@ void VncScreen::leave(_rfbClientRec* client)
         this, [this] { m_gone.clear(); }, Qt::QueuedConnection);
     if (m_finger == client) {
         m_finger = nullptr;
+        m_beat.stop();
         emit pointed({{remoteProtocol::Beside, remoteProtocol::Beside}, false});
     }
 }
 
-void VncScreen::point(const _rfbClientRec* client, int buttons, QPoint at)
+void VncScreen::point(_rfbClientRec* client, int buttons, QPoint at)
 {
     const bool isDown = (buttons & LeftButton) != 0;
     const bool wasDown = m_finger == client;
-    const bool isOther = m_finger != nullptr && !wasDown;
-    if (m_viewOnly || isOther || (!isDown && !wasDown) || (isDown && wasDown && at == m_fingerAt)) {
+    auto* viewer = static_cast<Viewer*>(client->clientData);
+    if (m_viewOnly || viewer == nullptr) {
+        return;
+    }
+    // Otherwise its next move would be a press as soon as the other finger is lifted.
+    viewer->isIgnored = isDown && (viewer->isIgnored || (m_finger != nullptr && !wasDown));
+    if (viewer->isIgnored || (!isDown && !wasDown) || (isDown && wasDown && at == m_fingerAt)) {
         return;
     }
     m_finger = isDown ? client : nullptr;
     m_fingerAt = at;
+    if (isDown && !wasDown) {
+        m_quietBeats = 0;
+        m_heardBytes = rfbStatGetRcvdBytes(client);
+        m_beat.start();
+    } else if (!isDown) {
+        m_beat.stop();
+    }
     emit pointed({at, isDown});
+}
+
+void VncScreen::beat()
+{
+    pump(); // takes what has come from the viewer
+    if (m_finger == nullptr) {
+        return;
+    }
+    const int heardBytes = rfbStatGetRcvdBytes(m_finger);
+    m_quietBeats = heardBytes == m_heardBytes ? m_quietBeats + 1 : 0;
+    m_heardBytes = heardBytes;
+    if (m_quietBeats >= MaxQuietBeats) {
+        qCDebug(logVnc) << "a finger was lifted: its viewer has stalled";
+        giveUpFinger();
+        return;
+    }
+    emit pointed({m_fingerAt, true});
+    askForAnswer();
+}
+
+// Viewers ask for the next update when they have got one, so one pixel is shown anew.
+void VncScreen::askForAnswer()
+{
+    const QPoint at(qBound(0, m_fingerAt.x(), m_size.width() - 1),
+        qBound(0, m_fingerAt.y(), m_size.height() - 1));
+    rfbMarkRectAsModified(m_screen, at.x(), at.y(), at.x() + 1, at.y() + 1);
+    pump();
+}
+
+// Its viewer may go on to say that it is down; that must not be a press.
+void VncScreen::giveUpFinger()
+{
+    if (m_finger == nullptr) {
+        return;
+    }
+    static_cast<Viewer*>(m_finger->clientData)->isIgnored = true;
+    m_finger = nullptr;
+    m_beat.stop();
+    emit pointed({{remoteProtocol::Beside, remoteProtocol::Beside}, false});
 }
 
 void VncScreen::noteFailure()
@@ -294,6 +349,7 @@ void VncScreen::flush()
 
 void VncScreen::showNoPanel()
 {
+    giveUpFinger(); // The next panel has not seen the press.
     drawNoPanelSign(m_pixels.data(), m_size);
     m_changed = {QRect(QPoint(), m_size)};
     flush();

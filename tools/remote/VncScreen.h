@@ -21,6 +21,10 @@ struct _rfbScreenInfo; // of LibVNCServer
 /// keys, clipboards, files and other sizes are nothing that the panel knows. One that has not given
 /// the password after LoginTime is sent away, and after MaxFailures wrong ones nobody is let in for
 /// a while. The library is driven by Qt's event loop: nothing runs while nobody does anything.
+///
+/// While a finger is down, it is said again at each beat, so that the panel knows that it is still
+/// meant. Its viewer gets one pixel anew at each beat and asks for the next update then; one that
+/// sends nothing at all for MaxQuietBeats has stalled, and its finger is lifted beside the picture.
 class VncScreen : public QObject
 {
     Q_OBJECT
@@ -35,6 +39,9 @@ public:
     /// How long nobody is let in.
     static constexpr std::chrono::seconds LockTime{10};
 
+    /// After so many beats without anything from its viewer, a finger is lifted.
+    static constexpr int MaxQuietBeats = 3;
+
     /// \param port TCP port \param viewOnly whether fingers are ignored
     VncScreen(quint16 port, const QByteArray& password, bool viewOnly, QObject* parent = nullptr);
     ~VncScreen() override;
@@ -44,19 +51,22 @@ public:
     /// \return the number of viewers that have given the password.
     int viewers() const { return m_viewers; }
 
+    /// Sets the time between two beats. remoteProtocol::RepeatTime unless it is called.
+    void setBeat(std::chrono::milliseconds time) { m_beat.setInterval(time); }
+
     /// Makes the picture this large; it is black where nothing was put yet.
     void setSize(QSize size);
     /// Takes over a part of the picture. What lies outside is ignored.
     void put(const remoteProtocol::Rectangle& rectangle);
     /// Shows viewers what was put.
     void flush();
-    /// Shows viewers that there is no panel.
+    /// Shows viewers that there is no panel. A finger that is down does not count any more.
     void showNoPanel();
 
 signals:
     /// Emitted when the number of viewers has changed.
     void viewersChanged(int viewers);
-    /// Emitted when a finger was put down, moved or lifted.
+    /// Emitted when a finger was put down, moved or lifted, and at each beat while it is down.
     void pointed(const remoteProtocol::Pointer& pointer);
 
 private:
@@ -65,7 +75,10 @@ private:
 
     bool admit(_rfbClientRec* client);
     void leave(_rfbClientRec* client);
-    void point(const _rfbClientRec* client, int buttons, QPoint at);
+    void point(_rfbClientRec* client, int buttons, QPoint at);
+    void beat();
+    void giveUpFinger();
+    void askForAnswer();
     void noteFailure();
     void pump();
     void countViewers();
@@ -82,8 +95,11 @@ private:
     std::vector<std::unique_ptr<QSocketNotifier>> m_listeners;
     std::vector<std::unique_ptr<Viewer>> m_gone; // deleted in the next turn of the event loop
     bool m_isCurrent = false;                    // whether the picture is one to be shown
-    const _rfbClientRec* m_finger = nullptr;     // whose finger is down
+    _rfbClientRec* m_finger = nullptr;           // whose finger is down
     QPoint m_fingerAt;
+    QTimer m_beat;        // runs while a finger is down
+    int m_heardBytes = 0; // from its viewer, up to the last beat
+    int m_quietBeats = 0; // since its viewer has sent anything
     QTimer m_login;
     QTimer m_lock; // runs while nobody is let in
     int m_connected = 0;
