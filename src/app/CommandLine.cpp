@@ -20,7 +20,7 @@ The front panel of the QN740 receiver/combiner.
 Environment:
   QN740_DEV              directory of the serial devices, /dev when unset
   QN740_SPLASH_MS        for how long the start-up picture is shown, 15000 when unset
-  QN740_SCALE            size of the panel: a factor from 0.5 to 8, or fit; 1 when unset
+  QN740_SCALE            size of the panel: a factor from 1 to 8, or fit; 1 when unset
   QN740_ROTATION         degrees clockwise by which the panel is turned: 0, 90, 180 or 270
   QN740_SPECTRUM_SOCKET  path of a local socket that delivers the spectra
   QN740_SCOPE_SOCKET     path of a local socket that delivers what the scopes receive

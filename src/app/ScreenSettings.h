@@ -6,7 +6,7 @@
 
 /// How the panel stands on a screen that is larger than its 800 × 480 pixels or is mounted turned.
 ///
-/// The integrator says it with two environment variables. QN740_SCALE is a factor from 0.5 to 8, or
+/// The integrator says it with two environment variables. QN740_SCALE is a factor from 1 to 8, or
 /// "fit" for the largest one with which the whole panel is on the screen. QN740_ROTATION is 0, 90,
 /// 180 or 270: by how many degrees the picture is turned clockwise.
 ///
@@ -19,7 +19,7 @@ public:
     static constexpr QSize PanelSize{800, 480};
     /// Limits of the scale.
     ///@{
-    static constexpr double MinScale = 0.5;
+    static constexpr double MinScale = 1.0;
     static constexpr double MaxScale = 8.0;
     ///@}
 

@@ -161,9 +161,8 @@ private slots:
         QTest::addColumn<double>("scale"); // 0: the text is ignored
         const QSize board(800, 480);
         QTest::newRow("not set") << QByteArray() << board << 1.0;
-        QTest::newRow("one") << QByteArray("1") << board << 1.0;
+        QTest::newRow("one, the smallest") << QByteArray("1") << board << 1.0;
         QTest::newRow("fraction") << QByteArray("1.25") << QSize(1024, 600) << 1.25;
-        QTest::newRow("smallest") << QByteArray("0.5") << board << 0.5;
         QTest::newRow("largest") << QByteArray("8") << board << 8.0;
         QTest::newRow("fit: the screen is the panel's") << QByteArray("fit") << board << 1.0;
         QTest::newRow("fit: limited by the height")
@@ -172,12 +171,12 @@ private slots:
         QTest::newRow("fit: in steps of 0.05") << QByteArray("fit") << QSize(1366, 768) << 1.6;
         QTest::newRow("fit: just a step") << QByteArray("fit") << QSize(1240, 744) << 1.55;
         QTest::newRow("fit: one pixel less") << QByteArray("fit") << QSize(1239, 744) << 1.5;
-        QTest::newRow("fit: smaller screen") << QByteArray("fit") << QSize(640, 480) << 0.8;
-        QTest::newRow("fit: tiny screen") << QByteArray("fit") << QSize(320, 240) << 0.5;
+        QTest::newRow("fit: smaller screen") << QByteArray("fit") << QSize(640, 480) << 1.0;
+        QTest::newRow("fit: tiny screen") << QByteArray("fit") << QSize(320, 240) << 1.0;
         QTest::newRow("fit: huge screen") << QByteArray("fit") << QSize(15360, 8640) << 8.0;
         QTest::newRow("fit: no screen") << QByteArray("fit") << QSize() << 1.0;
         for (const char* wrong :
-            {"0.49", "8.01", "0", "-1", "nan", "inf", "1,5", "2x", "Fit", " "}) {
+            {"0.5", "0.99", "8.01", "0", "-1", "nan", "inf", "1,5", "2x", "Fit", " "}) {
             QTest::newRow(wrong) << QByteArray(wrong) << board << 0.0;
         }
     }
@@ -193,8 +192,8 @@ private slots:
         QStringList warnings;
         if (scale == 0) {
             warnings +=
-                u"QN740_SCALE is ignored: \"%1\" is neither \"fit\" nor a number from 0.5 to 8"_s
-                    .arg(QString::fromLatin1(text));
+                u"QN740_SCALE is ignored: \"%1\" is neither \"fit\" nor a number from 1 to 8"_s.arg(
+                    QString::fromLatin1(text));
         }
         QCOMPARE(settings.warnings(), warnings);
     }
@@ -229,7 +228,7 @@ private slots:
 
     void a_panel_that_fits_a_turned_screen_is_scaled_by_the_turned_size()
     {
-        QCOMPARE(ScreenSettings("fit", "0").scaleOn({600, 1024}), 0.75);
+        QCOMPARE(ScreenSettings("fit", "0").scaleOn({1600, 900}), 1.85);
         QCOMPARE(ScreenSettings("fit", "90").scaleOn({600, 1024}), 1.25);
         QCOMPARE(ScreenSettings("fit", "180").scaleOn({1024, 600}), 1.25);
         QCOMPARE(ScreenSettings("fit", "270").scaleOn({600, 1024}), 1.25);

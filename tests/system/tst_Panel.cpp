@@ -312,8 +312,8 @@ private slots:
         QTest::addColumn<QByteArray>("line"); // what stands before and after the device
         QTest::newRow("turned") << u"480x800"_s << QStringList{u"QN740_ROTATION=90"_s}
                                 << QByteArray("ok    screen: %1 of 480 x 800, turned by 90\n");
-        QTest::newRow("fit") << u"640x480"_s << QStringList{u"QN740_SCALE=fit"_s}
-                             << QByteArray("ok    screen: %1 of 640 x 480, scale 0.8\n");
+        QTest::newRow("fit") << u"1000x600"_s << QStringList{u"QN740_SCALE=fit"_s}
+                             << QByteArray("ok    screen: %1 of 1000 x 600, scale 1.25\n");
         QTest::newRow("neither") << u"640x480"_s << QStringList()
                                  << QByteArray("FAULT screen: %1 of 640 x 480; the panel needs "
                                                "800 x 480, see QN740_SCALE and QN740_ROTATION\n");
