@@ -14,7 +14,8 @@ if(NOT QN740_SANITIZE)
 endif()
 qn740_system_test(BareScreen)
 # Qt's remote screen does not free all of its memory, see the file.
-set_property(TEST ${QN740_TEST_PREFIX}.system.BareScreen APPEND PROPERTY ENVIRONMENT
+set_property(TEST ${QN740_TEST_PREFIX}.system.BareScreen ${QN740_TEST_PREFIX}.system.Panel
+    APPEND PROPERTY ENVIRONMENT
     "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/soaking/lsan.supp:print_suppressions=0")
 # The same touches on an upright screen of another size.
 if(NOT QN740_SANITIZE)
