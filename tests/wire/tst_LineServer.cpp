@@ -174,7 +174,7 @@ private slots:
         const auto server = makeServer();
         QLocalSocket reader;
         connectReader(reader, *server);
-        server->send(QByteArray(bytes, 'p'));
+        server->send(QByteArray(static_cast<qsizetype>(bytes), 'p'));
         QCOMPARE(server->backlog() > 0, sent > 0);
         QByteArray taken;
         QTRY_VERIFY((taken += reader.readAll(), taken.size() >= sent));
